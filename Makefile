@@ -1,0 +1,58 @@
+# `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
+
+.DEFAULT_GOAL := help
+.PHONY: help setup build demo test bench lint format update-goldens asan tsan fuzz clean
+
+JOBS := $(shell nproc)
+FUZZ_SECONDS ?= 60
+
+help: ## this list
+	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-15s %s\n", $$1, $$2 }' Makefile
+
+setup: ## install the Debian packages that are missing
+	@scripts/setup.sh
+
+# A folder is configured once; after that the build itself notices what has to be configured again.
+build/%/build.ninja: | setup
+	cmake --preset $*
+
+build: build/release/build.ninja ## the program, build/release/tavrin
+	cmake --build --preset release --target tavrin_program
+
+demo: build ## render every example into out/
+	@scripts/demo.sh build/release/tavrin
+
+test: build/release/build.ninja ## build everything and run all tests
+	cmake --build --preset release
+	ctest --preset release --parallel $(JOBS)
+
+bench: build/release/build.ninja ## run the benchmarks
+	cmake --build --preset release --target tavrin_bench
+	build/release/bench/tavrin_bench
+
+lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
+	scripts/format.sh --dry-run --Werror
+	scripts/check_includes.py
+	scripts/tidy.py build/lint
+
+format: setup ## format every source in place
+	scripts/format.sh -i
+
+update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
+	cmake --build --preset release
+	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex Golden
+
+asan: build/asan/build.ninja ## all tests under the address and undefined-behaviour sanitizers
+	cmake --build --preset asan
+	ctest --preset asan --parallel $(JOBS)
+
+tsan: build/tsan/build.ninja ## the tests of threads under the thread sanitizer
+	cmake --build --preset tsan
+	ctest --preset tsan --parallel $(JOBS)
+
+fuzz: build/asan/build.ninja ## fuzz for FUZZ_SECONDS (60)
+	cmake --build --preset asan
+	scripts/fuzz.sh build/asan $(FUZZ_SECONDS)
+
+clean: ## remove everything that was made
+	rm -rf build out

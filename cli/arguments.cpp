@@ -1,0 +1,114 @@
+#include "cli/arguments.h"
+
+#include <algorithm>
+
+#include "cli/destination.h"
+#include "cli/option_values.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr Size defaultScreen{390, 844};
+constexpr std::string_view defaultFamily = "systemMedium";
+
+/// The options' values, read as they are asked for.
+class Values {
+public:
+    explicit Values(const Command& command) : command_(command) {}
+
+    [[nodiscard]] const std::string* find(std::string_view option) const {
+        const auto found = command_.values.find(option);
+        return found == command_.values.end() ? nullptr : &found->second;
+    }
+
+    template <class Read, class Value>
+    void read(std::string_view option, Read read, Value& into) const {
+        if (const std::string* text = find(option)) into = read(option, *text);
+    }
+
+    template <class Value>
+    void choose(std::string_view option, std::span<const std::string_view> words, Value& into) const {
+        if (const std::string* text = find(option)) into = static_cast<Value>(readWord(option, *text, words));
+    }
+
+private:
+    const Command& command_;
+};
+
+Size widgetSizeOf(const Values& values) {
+    const std::string* const size = values.find("--size");
+    const std::string* const family = values.find("--family");
+    if (size && family) throw UsageError("--size stands instead of --family; give one of them");
+    Size screen = defaultScreen;
+    values.read("--screen", readSize, screen);
+    if (size) return readSize("--size", *size);
+    return readFamily("--family", family ? *family : defaultFamily, screen);
+}
+
+RenderOptions renderOptionsOf(const Values& values) {
+    RenderOptions options;
+    options.size = widgetSizeOf(values);
+    values.read("--scale", readScale, options.scale);
+    values.read("--background", readBackground, options.background);
+    values.choose("--compression", compressionWords, options.compression);
+    options.rounded = values.find("--rounded") != nullptr;
+
+    EnvironmentValues& environment = options.environment;
+    values.choose("--appearance", appearanceWords, environment.appearance);
+    environment.date = Date::now();
+    values.read("--date", readDate, environment.date);
+    if (const std::string* zone = values.find("--time-zone"))
+        environment.timeZone = readTimeZone("--time-zone", *zone);
+    else
+        environment.timeZone = TimeZone::current();
+    environment.displayScale = options.scale;
+    return options;
+}
+
+void checkDocuments(const Command& command) {
+    const std::string verb(verbs()[static_cast<std::size_t>(command.verb)].name);
+    const std::size_t count = command.operands.size();
+    if (count == 0) throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
+    const bool takesOne = command.verb == Verb::tree || command.verb == Verb::layout;
+    if (takesOne && count > 1)
+        throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
+}
+
+void checkStandardInput(const Arguments& arguments) {
+    const auto users = std::count(arguments.documents.begin(), arguments.documents.end(), "-") +
+                       (arguments.model == "-" ? 1 : 0);
+    if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
+}
+
+}  // namespace
+
+Arguments readArguments(const Command& command) {
+    const Values values(command);
+    checkDocuments(command);
+    Arguments arguments;
+    arguments.verb = command.verb;
+    arguments.documents = command.operands;
+    if (const std::string* model = values.find("--model")) arguments.model = *model;
+    checkStandardInput(arguments);
+    arguments.options = renderOptionsOf(values);
+    values.read("--max-image-size", readSize, arguments.maxImageSize);
+    if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
+    std::size_t ignored = 0;
+    values.choose("--errors", errorFormatWords, ignored);
+    if (command.verb == Verb::render)
+        arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
+    return arguments;
+}
+
+ErrorFormat errorFormatOf(std::span<const std::string> words) {
+    ErrorFormat format = ErrorFormat::text;
+    for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
+        const bool isNext = words[i] == "--errors" && i + 1 < words.size();
+        const std::string_view value = isNext ? std::string_view(words[i + 1]) : words[i];
+        if (value == (isNext ? "json" : "--errors=json")) format = ErrorFormat::json;
+    }
+    return format;
+}
+
+}  // namespace tavrin::cli

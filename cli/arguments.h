@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "cli/command_line.h"
+#include "cli/destination.h"
+#include "tavrin/platform/paint/image_renderer.h"
+
+namespace tavrin::cli {
+
+/// How a failure is written.
+enum class ErrorFormat : unsigned char { text, json };
+
+/// A command line whose every value is right.
+struct Arguments {
+    Verb verb = Verb::render;
+    /// Documents as they are written; "-" is standard input. At least one.
+    std::vector<std::string> documents = {};
+    std::optional<std::string> model = std::nullopt;
+    Destination destination = {};
+    RenderOptions options = {};
+    std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
+    std::optional<Size> maxImageSize = std::nullopt;
+};
+
+/// Judges the values of a command that works on documents. Throws `UsageError`.
+[[nodiscard]] Arguments readArguments(const Command& command);
+
+/// The format that a command line asks for, whatever else is wrong with it.
+[[nodiscard]] ErrorFormat errorFormatOf(std::span<const std::string> words);
+
+}  // namespace tavrin::cli

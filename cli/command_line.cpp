@@ -1,0 +1,165 @@
+#include "cli/command_line.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/suggestion.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr std::string_view versionText = "tavrin " TAVRIN_VERSION "\n";
+constexpr std::size_t helpColumns = 80;
+constexpr std::size_t optionColumns = 28;
+
+/// Help that begins with how a command is written.
+class HelpFormatter : public CLI::Formatter {
+public:
+    explicit HelpFormatter(std::string usage) : usage_(std::move(usage)) { column_width(optionColumns); }
+
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        static_cast<void>(app);
+        static_cast<void>(name);
+        return "\nUsage: " + usage_ + "\n";
+    }
+
+private:
+    std::string usage_;
+};
+
+std::string optionNames(const OptionInfo& option) {
+    return (option.shortName.empty() ? "" : std::string(option.shortName) + ",") + std::string(option.name);
+}
+
+/// A help text broken into lines of at most `width` columns.
+std::string wrapped(std::string_view text, std::size_t width) {
+    std::string lines;
+    while (text.size() > width) {
+        const std::size_t blank = text.rfind(' ', width);
+        lines += std::string(text.substr(0, blank)) + "\n";
+        text.remove_prefix(blank + 1);
+    }
+    return lines += text;
+}
+
+void addOption(CLI::App& app, const OptionInfo& option) {
+    const std::string help = wrapped(option.help, helpColumns - optionColumns);
+    if (option.value.empty())
+        app.add_flag(optionNames(option), help);
+    else
+        app.add_option(optionNames(option), help)
+            ->option_text(std::string(option.value))
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);  // `takeValues` refuses a second one
+}
+
+const OptionInfo& errorsOption() {
+    return *std::find_if(options().begin(), options().end(), [](const auto& option) { return option.name == "--errors"; });
+}
+
+void addVerb(CLI::App& app, Verb verb) {
+    const VerbInfo& info = verbs()[static_cast<std::size_t>(verb)];
+    CLI::App& sub = *app.add_subcommand(std::string(info.name), std::string(info.summary));
+    sub.allow_extras();
+    sub.group("Verbs");
+    sub.formatter(std::make_shared<HelpFormatter>("tavrin " + std::string(info.name) + " " + std::string(info.operands)));
+    for (const OptionInfo& option : options())
+        if (takes(verb, option)) addOption(sub, option);
+    sub.footer("Examples:\n" + std::string(info.examples));
+}
+
+void build(CLI::App& app) {
+    app.allow_extras();
+    app.require_subcommand(0, 1);
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    addOption(app, {"--version", "", "Print the version and exit"});
+    addOption(app, errorsOption());
+    app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
+    for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
+    app.footer("`tavrin VERB --help` explains a verb. DOC is a file, or \"-\" for standard input.\n"
+               "Exit status: 0 success, 1 a document, a model or the drawing failed, 2 the command line is wrong.\n\n"
+               "Examples:\n"
+               "  tavrin render weather.json --model today.json -o weather.png\n"
+               "  tavrin check widgets/*.json");
+}
+
+std::vector<std::string_view> verbNames() {
+    std::vector<std::string_view> names;
+    for (const VerbInfo& verb : verbs()) names.push_back(verb.name);
+    return names;
+}
+
+[[noreturn]] void failUnknownOption(const std::string& word, std::span<const std::string_view> known) {
+    const std::string_view name = std::string_view(word).substr(0, word.find('='));
+    throw UsageError("there is no option " + std::string(name) + " here" + suggestion(name, known));
+}
+
+bool isOption(std::string_view word) { return word.size() > 1 && word.starts_with('-'); }
+
+/// The words that CLI11 made nothing of must be operands.
+void checkOperands(const std::vector<std::string>& operands, Verb verb) {
+    const auto unknown = std::find_if(operands.begin(), operands.end(), isOption);
+    if (unknown == operands.end()) return;
+    std::vector<std::string_view> known{"--help"};
+    for (const OptionInfo& option : options())
+        if (takes(verb, option)) known.push_back(option.name);
+    failUnknownOption(*unknown, known);
+}
+
+void takeValues(const CLI::App& app, Command& command, Verb verb) {
+    for (const OptionInfo& option : options()) {
+        const CLI::Option* const given = takes(verb, option) ? app.get_option_no_throw(std::string(option.name)) : nullptr;
+        if (!given || given->count() == 0) continue;
+        const bool isNew = command.values.emplace(option.name, option.value.empty() ? "" : given->results().front()).second;
+        if (!isNew || (given->count() > 1 && !option.value.empty()))
+            throw UsageError(std::string(option.name) + " is given twice");
+    }
+}
+
+/// What stands before the verb, or instead of it.
+void checkBeforeVerb(const CLI::App& app) {
+    const std::vector<std::string> unknown = app.remaining();
+    if (unknown.empty()) return;
+    constexpr std::string_view known[] = {"--help", "--version", "--errors"};
+    if (isOption(unknown.front())) failUnknownOption(unknown.front(), known);
+    throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
+}
+
+}  // namespace
+
+std::variant<Command, Information> parseCommandLine(std::span<const std::string> words) {
+    CLI::App app("Renders home-screen widgets from small JSON documents.", "tavrin");
+    build(app);
+    // CLI11 takes words from the back, and has a meaning of its own for "--".
+    const auto end = std::find(words.begin(), words.end(), "--");
+    std::vector<std::string> reversed(words.begin(), end);
+    std::reverse(reversed.begin(), reversed.end());
+    try {
+        app.parse(std::move(reversed));
+    } catch (const CLI::CallForHelp&) {
+        return Information{app.help()};
+    } catch (const CLI::ArgumentMismatch&) {
+        // Only the last word can lack what stands behind it.
+        throw UsageError(*(end - 1) + " takes a value");
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(error.what());
+    }
+    if (app.count("--version") > 0) return Information{std::string(versionText)};
+    checkBeforeVerb(app);
+    if (app.get_subcommands().empty()) throw UsageError("a verb is missing: render, tree, layout, check or completion");
+
+    const CLI::App& sub = *app.get_subcommands().front();
+    const std::vector<std::string_view> names = verbNames();
+    const auto verb = static_cast<Verb>(std::find(names.begin(), names.end(), sub.get_name()) - names.begin());
+    Command command{verb, sub.remaining(), {}};
+    checkOperands(command.operands, verb);
+    if (end != words.end()) command.operands.insert(command.operands.end(), end + 1, words.end());
+    takeValues(app, command, verb);
+    takeValues(sub, command, verb);
+    return command;
+}
+
+}  // namespace tavrin::cli

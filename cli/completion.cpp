@@ -1,0 +1,24 @@
+#include "cli/completion.h"
+
+#include "cli/option_values.h"
+#include "cli/options.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+
+std::string completionScript(const std::vector<std::string>& operands) {
+    if (operands.size() != 1) throw UsageError("`tavrin completion` takes one shell: bash, zsh or fish");
+    switch (readWord("completion", operands.front(), shells)) {
+        case 0: return bashCompletion();
+        case 1: return zshCompletion();
+        default: return fishCompletion();
+    }
+}
+
+std::string joined(const std::vector<std::string>& words, std::string_view separator) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : std::string(separator)) + word;
+    return text;
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin::cli {
+
+/// The script that the one operand of `tavrin completion` asks for. Throws `UsageError`.
+[[nodiscard]] std::string completionScript(const std::vector<std::string>& operands);
+
+[[nodiscard]] std::string bashCompletion();
+[[nodiscard]] std::string zshCompletion();
+[[nodiscard]] std::string fishCompletion();
+
+/// Words with a blank, or another separator, between them.
+[[nodiscard]] std::string joined(const std::vector<std::string>& words, std::string_view separator = " ");
+
+}  // namespace tavrin::cli

@@ -1,0 +1,83 @@
+#include "cli/completion.h"
+#include "cli/options.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::string verbWords(std::string_view separator) {
+    std::vector<std::string> names;
+    for (const VerbInfo& verb : verbs()) names.emplace_back(verb.name);
+    return joined(names, separator);
+}
+
+std::string names(const OptionInfo& option, std::string_view separator) {
+    return std::string(option.name) + (option.shortName.empty() ? "" : std::string(separator) + std::string(option.shortName));
+}
+
+std::string compgen(const std::string& what) { return "COMPREPLY=($(compgen " + what + " -- \"$current\"))"; }
+
+/// The branch of a `case` that completes the value behind an option.
+std::string valueBranch(const OptionInfo& option) {
+    std::string action;
+    switch (option.completes) {
+        case Completes::nothing: action = ":"; break;
+        case Completes::words: action = compgen("-W '" + joined(option.words) + "'"); break;
+        case Completes::file: action = "compopt -o default 2>/dev/null"; break;
+        case Completes::folder: action = compgen("-d"); break;
+    }
+    return "        " + names(option, "|") + ") " + action + "; return ;;\n";
+}
+
+std::string optionBranch(Verb verb) {
+    std::vector<std::string> words{"--help"};
+    for (const OptionInfo& option : options())
+        if (takes(verb, option)) words.push_back(names(option, " "));
+    return "        " + std::string(verbs()[static_cast<std::size_t>(verb)].name) + ") words='" + joined(words) + "' ;;\n";
+}
+
+}  // namespace
+
+std::string bashCompletion() {
+    std::string script =
+        "# bash completion for tavrin\n"
+        "_tavrin() {\n"
+        "    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}\n"
+        "    local verb='' words='' index\n"
+        "    COMPREPLY=()\n"
+        "    for ((index = 1; index < COMP_CWORD; index++)); do\n"
+        "        case ${COMP_WORDS[index]} in\n"
+        "        " +
+        verbWords("|") +
+        ")\n"
+        "            verb=${COMP_WORDS[index]}\n"
+        "            break\n"
+        "            ;;\n"
+        "        esac\n"
+        "    done\n"
+        "    case $previous in\n";
+    for (const OptionInfo& option : options())
+        if (!option.value.empty()) script += valueBranch(option);
+    script +=
+        "    esac\n"
+        "    case $verb in\n"
+        "        '') words='" +
+        verbWords(" ") + " --help --version' ;;\n";
+    for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += optionBranch(static_cast<Verb>(verb));
+    return script +
+           "    esac\n"
+           "    if [[ -z $verb || $current == -* ]]; then\n"
+           "        " +
+           compgen("-W \"$words\"") +
+           "\n"
+           "    elif [[ $verb == completion ]]; then\n"
+           "        " +
+           compgen("-W '" + joined({shells.begin(), shells.end()}) + "'") +
+           "\n"
+           "    else\n"
+           "        compopt -o default 2>/dev/null\n"
+           "    fi\n"
+           "}\n"
+           "complete -F _tavrin tavrin\n";
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,54 @@
+#include "cli/completion.h"
+#include "cli/options.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::string quoted(std::string_view text) {
+    std::string safe = "'";
+    for (const char c : text) {
+        if (c == '\'' || c == '\\') safe += '\\';
+        safe += c;
+    }
+    return safe + "'";
+}
+
+/// What fish is told about the value behind an option.
+std::string value(const OptionInfo& option) {
+    if (option.value.empty()) return "";
+    switch (option.completes) {
+        case Completes::words: return " -x -a " + quoted(joined(option.words));
+        case Completes::file: return " -r -F";
+        case Completes::folder: return " -x -a '(__fish_complete_directories)'";
+        case Completes::nothing: break;
+    }
+    return " -x";
+}
+
+std::string seen(const std::string& verbNames) { return "complete -c tavrin -n '__fish_seen_subcommand_from " + verbNames + "'"; }
+
+std::string line(const OptionInfo& option) {
+    std::vector<std::string> takers;
+    for (std::size_t verb = 0; verb < verbs().size(); ++verb)
+        if (takes(static_cast<Verb>(verb), option)) takers.emplace_back(verbs()[verb].name);
+    const std::string shortName = option.shortName.empty() ? "" : " -s " + std::string(option.shortName.substr(1));
+    return seen(joined(takers)) + shortName + " -l " + std::string(option.name.substr(2)) + value(option) + " -d " +
+           quoted(option.help) + "\n";
+}
+
+}  // namespace
+
+std::string fishCompletion() {
+    std::string script =
+        "# fish completion for tavrin\n"
+        "complete -c tavrin -n __fish_use_subcommand -f\n"
+        "complete -c tavrin -n __fish_use_subcommand -l version -d 'Print the version'\n"
+        "complete -c tavrin -s h -l help -d 'Print help'\n";
+    for (const VerbInfo& verb : verbs())
+        script += "complete -c tavrin -n __fish_use_subcommand -a " + std::string(verb.name) + " -d " +
+                  quoted(verb.summary) + "\n";
+    for (const OptionInfo& option : options()) script += line(option);
+    return script + seen("completion") + " -f -a " + quoted(joined({shells.begin(), shells.end()})) + "\n";
+}
+
+}  // namespace tavrin::cli

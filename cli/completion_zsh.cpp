@@ -1,0 +1,84 @@
+#include "cli/completion.h"
+#include "cli/options.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// Text that may stand within '…' in an `_arguments` line.
+std::string escaped(std::string_view text) {
+    std::string safe;
+    for (const char c : text) {
+        if (c == '\'') {
+            safe += "'\\''";
+            continue;
+        }
+        if (std::string_view("[]:\\").find(c) != std::string_view::npos) safe += '\\';
+        safe += c;
+    }
+    return safe;
+}
+
+std::string action(const OptionInfo& option) {
+    switch (option.completes) {
+        case Completes::words: return "(" + joined(option.words) + ")";
+        case Completes::file: return "_files";
+        case Completes::folder: return "_files -/";
+        case Completes::nothing: break;
+    }
+    return "";
+}
+
+/// The line of `_arguments` for one option.
+std::string line(const OptionInfo& option) {
+    const std::string help = "[" + escaped(option.help) + "]";
+    const std::string value = option.value.empty() ? "" : ":" + escaped(option.value) + ":" + action(option);
+    const std::string name(option.name);
+    if (option.shortName.empty()) return " \\\n                '" + name + help + value + "'";
+    const std::string both = std::string(option.shortName) + "," + name;
+    const std::string exclusive = "(" + std::string(option.shortName) + " " + name + ")";
+    return " \\\n                '" + exclusive + "'{" + both + "}'" + help + value + "'";
+}
+
+std::string branch(Verb verb) {
+    const std::string name(verbs()[static_cast<std::size_t>(verb)].name);
+    std::string text = "            " + name + ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
+    for (const OptionInfo& option : options())
+        if (takes(verb, option)) text += line(option);
+    const std::string operand = verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
+                                : verb == Verb::tree || verb == Verb::layout ? "1:document:_files"
+                                                                             : "*:document:_files";
+    return text + " \\\n                '" + operand + "'\n                ;;\n";
+}
+
+}  // namespace
+
+std::string zshCompletion() {
+    std::string script =
+        "#compdef tavrin\n"
+        "_tavrin() {\n"
+        "    local context state state_descr line\n"
+        "    typeset -A opt_args\n"
+        "    local -a verbs=(\n";
+    for (const VerbInfo& verb : verbs())
+        script += "        '" + std::string(verb.name) + ":" + escaped(verb.summary) + "'\n";
+    script +=
+        "    )\n"
+        "    _arguments -C '(-h --help)'{-h,--help}'[Print help]' '--version[Print the version]' '1:verb:->verb' "
+        "'*::argument:->argument'\n"
+        "    case $state in\n"
+        "    verb)\n"
+        "        _describe verb verbs\n"
+        "        ;;\n"
+        "    argument)\n"
+        "        case $words[1] in\n";
+    for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += branch(static_cast<Verb>(verb));
+    return script +
+           "        esac\n"
+           "        ;;\n"
+           "    esac\n"
+           "}\n"
+           "compdef _tavrin tavrin\n"
+           "[ \"$funcstack[1]\" != _tavrin ] || _tavrin \"$@\"\n";
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,87 @@
+#include "cli/destination.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "cli/option_values.h"
+#include "cli/options.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::string suffixOf(PictureFormat format) {
+    return "." + std::string(pictureFormatWords[static_cast<std::size_t>(format)]);
+}
+
+/// The format that a file's suffix names, in any letter case.
+std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
+    std::string suffix = path.extension().string();
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    for (const auto format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
+        if (suffix == suffixOf(format)) return format;
+    return std::nullopt;
+}
+
+bool namesFolder(const std::filesystem::path& path) {
+    std::error_code error;
+    return !path.has_filename() || std::filesystem::is_directory(path, error);
+}
+
+Destination fileOrFolder(const std::string& output, std::optional<PictureFormat> format) {
+    const std::filesystem::path path = output;
+    const std::optional<PictureFormat> named = formatOf(path);
+    if (named && format && *named != *format)
+        throw UsageError("--format " + suffixOf(*format).substr(1) + " contradicts the suffix of '" + output + "'");
+    if (named) return {Destination::Kind::file, path, *named};
+    if (namesFolder(path)) return {Destination::Kind::folder, path, format.value_or(PictureFormat::png)};
+    if (format) return {Destination::Kind::file, path, *format};
+    throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output + "' is");
+}
+
+Destination folderForSeveral(const std::string* output, std::optional<PictureFormat> format) {
+    const std::filesystem::path path = output ? *output : "";
+    if (output && *output == "-") throw UsageError("several pictures cannot go to standard output");
+    if (formatOf(path) && !namesFolder(path))
+        throw UsageError("several pictures cannot go to one file; give a folder instead of '" + *output + "'");
+    return {Destination::Kind::folder, path, format.value_or(PictureFormat::png)};
+}
+
+void checkNoneOverwritten(const std::vector<std::string>& documents, const Destination& destination) {
+    std::map<std::filesystem::path, std::string> documentsByPath;
+    for (const std::string& document : documents) {
+        const auto [other, isNew] = documentsByPath.emplace(destination.pathFor(document), document);
+        if (!isNew)
+            throw UsageError("'" + other->second + "' and '" + document + "' would both be drawn to '" +
+                             other->first.string() + "'");
+    }
+}
+
+}  // namespace
+
+std::filesystem::path Destination::pathFor(const std::string& document) const {
+    if (kind != Kind::folder) return path;
+    const std::filesystem::path name = document == "-" ? "stdin" : std::filesystem::path(document).stem();
+    return path / (name.string() + suffixOf(format));
+}
+
+Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
+                            const std::string* format) {
+    std::optional<PictureFormat> chosen;
+    if (format) chosen = static_cast<PictureFormat>(readWord("--format", *format, pictureFormatWords));
+    if (output && output->empty()) throw UsageError("--output takes the name of a file or a folder, not ''");
+    if (documents.size() > 1) {
+        const Destination destination = folderForSeveral(output, chosen);
+        checkNoneOverwritten(documents, destination);
+        return destination;
+    }
+    if (!output) return {Destination::Kind::folder, {}, chosen.value_or(PictureFormat::png)};
+    if (*output == "-") return {Destination::Kind::standardOutput, {}, chosen.value_or(PictureFormat::png)};
+    return fileOrFolder(*output, chosen);
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tavrin/platform/paint/image_renderer.h"
+
+namespace tavrin::cli {
+
+/// Where pictures go.
+struct Destination {
+    enum class Kind : unsigned char { standardOutput, file, folder };
+    Kind kind = Kind::folder;
+    /// The file or the folder; an empty folder is the working directory.
+    std::filesystem::path path = {};
+    PictureFormat format = PictureFormat::png;
+
+    /// Where a document's picture goes: the file, or the document's default name ("weather.png") in the folder.
+    [[nodiscard]] std::filesystem::path pathFor(const std::string& document) const;
+};
+
+/// Judges where the pictures of `documents` go. `output` and `format` are the values of the options, null where they are
+/// not given. Throws `UsageError`.
+[[nodiscard]] Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
+                                          const std::string* format);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "cli/excerpt.h"
+#include "cli/input.h"
+#include "tavrin/json/coding_path.h"
+
+namespace tavrin::cli {
+
+/// What went wrong, in the terms of the program's error objects.
+struct Failure {
+    /// Where in a text it went wrong.
+    struct Place {
+        std::size_t line;
+        std::size_t column;
+        Excerpt excerpt;
+    };
+
+    std::string type;
+    std::string message;
+    /// Empty where the type has none.
+    std::string kind = {};
+    std::optional<CodingPath> codingPath = std::nullopt;
+    /// The key that an object lacks.
+    std::optional<std::string> key = std::nullopt;
+    /// The text it is about; empty where it is about none.
+    std::string file = {};
+    std::optional<Place> place = std::nullopt;
+};
+
+/// An error that is about no text: of the command line, of a file, of the program itself.
+[[nodiscard]] Failure describe(const std::exception_ptr& error);
+
+/// An error of loading or drawing a document, with its place in the text it is about. `model` may be null.
+[[nodiscard]] Failure describe(const std::exception_ptr& error, const Source& document, const Source* model);
+
+}  // namespace tavrin::cli

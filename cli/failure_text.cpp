@@ -1,0 +1,52 @@
+#include "cli/failure_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tavrin::cli {
+namespace {
+
+constexpr std::string_view bold = "\x1b[1m";
+constexpr std::string_view red = "\x1b[1;31m";
+constexpr std::string_view green = "\x1b[1;32m";
+constexpr std::string_view plain = "\x1b[0m";
+
+std::string painted(const std::string& text, std::string_view color, bool colored) {
+    return colored ? std::string(color) + text + std::string(plain) : text;
+}
+
+/// "weather.json:12:8", or the program's name where no text is at fault.
+std::string location(const Failure& failure) {
+    if (failure.file.empty()) return "tavrin";
+    std::string text = printable(failure.file);
+    if (failure.place)
+        text += ":" + std::to_string(failure.place->line) + ":" + std::to_string(failure.place->column);
+    return text;
+}
+
+std::string message(const Failure& failure) {
+    const bool showsKind = failure.type == "TavrinError";
+    return (showsKind ? printable(failure.kind) + ": " : "") + printable(failure.message);
+}
+
+std::string excerptText(const Failure::Place& place, bool colored) {
+    const std::string number = std::to_string(place.line);
+    const std::string margin(number.size() < 5 ? 5 - number.size() : 0, ' ');
+    const std::string mark = place.excerpt.mark.substr(0, place.excerpt.mark.size() - 1);
+    return margin + number + " | " + place.excerpt.line + "\n" +             //
+           std::string(std::max<std::size_t>(5, number.size()), ' ') + " | " +  //
+           mark + painted("^", green, colored) + "\n";
+}
+
+}  // namespace
+
+std::string toText(const Failure& failure, bool colored) {
+    std::string text = painted(location(failure) + ":", bold, colored) + " " + painted("error:", red, colored) + " " +
+                       message(failure) + "\n";
+    if (failure.place) text += excerptText(*failure.place, colored);
+    if (failure.codingPath && !failure.codingPath->empty())
+        text += "      at " + printable(tavrin::toText(*failure.codingPath)) + "\n";
+    return text;
+}
+
+}  // namespace tavrin::cli

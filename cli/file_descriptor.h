@@ -1,0 +1,32 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <string_view>
+#include <utility>
+
+namespace tavrin::cli {
+
+/// An open file, closed at the end of its scope.
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int number) : number_(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&&) = delete;
+    ~FileDescriptor() {
+        if (number_ >= 0) ::close(number_);
+    }
+
+    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+    [[nodiscard]] int number() const { return number_; }
+    /// Closes the file now. Returns false, with `errno` set, when what was written has not arrived.
+    [[nodiscard]] bool close() { return ::close(std::exchange(number_, -1)) == 0; }
+
+private:
+    int number_;
+};
+
+/// Writes all bytes, over interruptions. Returns false, with `errno` set, when that fails.
+[[nodiscard]] bool writeAll(int descriptor, std::string_view bytes);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,60 @@
+#include "cli/input.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+
+#include "cli/file_descriptor.h"
+#include "cli/io_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr std::size_t maximumBytes = std::size_t{256} << 20;
+constexpr std::size_t firstBytes = std::size_t{64} << 10;
+
+std::string failureText(const std::string& path) {
+    return "cannot read " + (path == "-" ? std::string("standard input") : "'" + path + "'");
+}
+
+/// How much room to begin with: a file's size, and one byte more to see its end.
+std::size_t expectedBytes(int descriptor, const std::string& path) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) throw IOError(failureText(path), errno);
+    if (S_ISDIR(status.st_mode)) throw IOError(failureText(path), EISDIR);
+    if (!S_ISREG(status.st_mode)) return firstBytes;
+    return std::min(static_cast<std::size_t>(status.st_size), maximumBytes) + 1;
+}
+
+std::string readAll(int descriptor, const std::string& path) {
+    std::string text(expectedBytes(descriptor, path), '\0');
+    std::size_t size = 0;
+    for (;;) {
+        if (size == text.size()) text.resize(std::min(2 * size, maximumBytes + 1));
+        const ssize_t count = ::read(descriptor, text.data() + size, text.size() - size);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) throw IOError(failureText(path), errno);
+        if (count == 0) break;
+        size += static_cast<std::size_t>(count);
+        if (size > maximumBytes) throw IOError(failureText(path) + ": it is larger than 256 MiB");
+    }
+    text.resize(size);
+    return text;
+}
+
+}  // namespace
+
+std::string displayName(const std::string& path) { return path == "-" ? "<stdin>" : path; }
+
+std::string readInput(const std::string& path) {
+    if (path == "-") return readAll(STDIN_FILENO, path);
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen()) throw IOError(failureText(path), errno);
+    return readAll(file.number(), path);
+}
+
+}  // namespace tavrin::cli

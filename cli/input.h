@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavrin::cli {
+
+/// A text that was read, and what messages call it.
+struct Source {
+    std::string name;
+    std::string text = {};
+};
+
+/// What messages call an input: its path, "<stdin>" for "-".
+[[nodiscard]] std::string displayName(const std::string& path);
+
+/// All bytes of a file, or of standard input for "-". Throws `IOError` for what cannot be read, for a folder and for more
+/// than 256 MiB.
+[[nodiscard]] std::string readInput(const std::string& path);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,112 @@
+#include "cli/option_values.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "cli/suggestion.h"
+#include "cli/usage_error.h"
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr double maximumScale = 100;
+
+[[noreturn]] void fail(std::string_view option, std::string_view wanted, std::string_view value,
+                       std::string_view hint = {}) {
+    throw UsageError(std::string(option) + " takes " + std::string(wanted) + ", not '" + std::string(value) + "'" +
+                     std::string(hint));
+}
+
+std::optional<double> positiveNumber(std::string_view text) {
+    if (text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return std::nullopt;
+    const std::optional<double> number = doubleFromText(text);
+    return number && std::isfinite(*number) && *number > 0 ? number : std::nullopt;
+}
+
+std::string listed(std::span<const std::string_view> words) {
+    std::string list;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0) list += i + 1 < words.size() ? ", " : " or ";
+        list += words[i];
+    }
+    return list;
+}
+
+std::string toText(Size size) {
+    const auto number = [](double value) {
+        const auto whole = exactInteger(value);
+        return whole ? tavrin::toText(*whole) : tavrin::toText(value);
+    };
+    return number(size.width) + "x" + number(size.height);
+}
+
+bool isKnownScreen(Size screen) {
+    return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
+}
+
+std::string knownScreenList() {
+    std::string list;
+    for (const Size screen : knownScreens()) list += (list.empty() ? "" : ", ") + toText(screen);
+    return list;
+}
+
+}  // namespace
+
+std::size_t readWord(std::string_view option, std::string_view value, std::span<const std::string_view> words) {
+    const auto found = std::find(words.begin(), words.end(), value);
+    if (found == words.end()) fail(option, listed(words), value, suggestion(value, words));
+    return static_cast<std::size_t>(found - words.begin());
+}
+
+Size readSize(std::string_view option, std::string_view value) {
+    const std::size_t cross = std::min(value.find('x'), value.size());
+    const auto width = positiveNumber(value.substr(0, cross));
+    const auto height = positiveNumber(value.substr(std::min(cross + 1, value.size())));
+    if (!width || !height) fail(option, "a width and a height such as 338x158", value);
+    return {*width, *height};
+}
+
+double readScale(std::string_view option, std::string_view value) {
+    const auto scale = positiveNumber(value);
+    if (!scale || *scale > maximumScale) fail(option, "a number above 0 and up to 100", value);
+    return *scale;
+}
+
+Date readDate(std::string_view option, std::string_view value) {
+    const auto date = Date::parseRFC3339(value);
+    if (!date) fail(option, "a date and time such as 2026-03-01T09:41:00Z", value);
+    return *date;
+}
+
+TimeZone readTimeZone(std::string_view option, std::string_view value) {
+    const auto zone = TimeZone::named(value);
+    if (!zone) fail(option, "the name of a time zone such as Europe/Madrid", value);
+    return *zone;
+}
+
+WidgetBackground readBackground(std::string_view option, std::string_view value) {
+    if (value == "auto") return {};
+    if (value == "none") return {WidgetBackground::Kind::none};
+    const std::string_view digits = value.substr(value.starts_with('#') ? 1 : 0);
+    const char* const end = digits.data() + digits.size();
+    unsigned number = 0;
+    const auto [stop, error] = std::from_chars(digits.data(), end, number, 16);
+    if (digits.size() != 6 || error != std::errc{} || stop != end)
+        fail(option, "auto, none or a colour of six hexadecimal digits such as #FF9500", value);
+    const auto channel = [number](unsigned shift) { return ((number >> shift) & 0xFF) / 255.0; };
+    return {WidgetBackground::Kind::color, Color::rgb(channel(16), channel(8), channel(0))};
+}
+
+Size readFamily(std::string_view option, std::string_view value, Size screen) {
+    const std::size_t index = readWord(option, value, widgetFamilyNames);
+    if (const auto size = widgetSize(static_cast<WidgetFamily>(index), screen)) return *size;
+    if (!isKnownScreen(screen))
+        throw UsageError("no widget sizes are known for a screen of " + toText(screen) + "; give --size, or one of " +
+                         knownScreenList());
+    throw UsageError("a screen of " + toText(screen) + " has no " + std::string(value));
+}
+
+}  // namespace tavrin::cli

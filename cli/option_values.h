@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/platform/ui/widget_family.h"
+
+/// Readers of option values; each throws a `UsageError` that names the option, what it takes and what it got.
+namespace tavrin::cli {
+
+/// The index of `value` in `words`.
+[[nodiscard]] std::size_t readWord(std::string_view option, std::string_view value,
+                                   std::span<const std::string_view> words);
+/// "338x158": two positive finite numbers.
+[[nodiscard]] Size readSize(std::string_view option, std::string_view value);
+/// Pixels for each point.
+[[nodiscard]] double readScale(std::string_view option, std::string_view value);
+[[nodiscard]] Date readDate(std::string_view option, std::string_view value);
+[[nodiscard]] TimeZone readTimeZone(std::string_view option, std::string_view value);
+/// "auto", "none" or a colour of six hexadecimal digits.
+[[nodiscard]] WidgetBackground readBackground(std::string_view option, std::string_view value);
+/// The size of the family of that name on a screen.
+[[nodiscard]] Size readFamily(std::string_view option, std::string_view value, Size screen);
+
+}  // namespace tavrin::cli

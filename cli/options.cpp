@@ -1,0 +1,82 @@
+#include "cli/options.h"
+
+#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/ui/widget_family.h"
+
+namespace tavrin::cli {
+namespace {
+
+template <class Words>
+std::vector<std::string> listOf(const Words& words) {
+    return {words.begin(), words.end()};
+}
+
+std::vector<std::string> screenWords() {
+    std::vector<std::string> words;
+    for (const Size screen : knownScreens())
+        words.push_back(tavrin::toText(static_cast<int>(screen.width)) + "x" +
+                        tavrin::toText(static_cast<int>(screen.height)));
+    return words;
+}
+
+}  // namespace
+
+const std::array<VerbInfo, 5>& verbs() {
+    static constexpr std::array<VerbInfo, 5> list{{
+        {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG or PDF",
+         "  tavrin render weather.json --model today.json         writes weather.png\n"
+         "  tavrin render weather.json -o dark.svg --appearance dark\n"
+         "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
+         "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
+        {"tree", "DOC [options]", "Print the view tree as JSON",
+         "  tavrin tree weather.json --model today.json"},
+        {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
+         "  tavrin layout weather.json --family systemLarge\n"
+         "  tavrin layout weather.json --size 200x100"},
+        {"check", "DOC... [options]", "Print what is wrong with documents, without drawing them",
+         "  tavrin check widgets/*.json\n"
+         "  tavrin check weather.json --model today.json --errors json"},
+        {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
+         "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
+         "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
+         "  tavrin completion fish >~/.config/fish/completions/tavrin.fish"},
+    }};
+    return list;
+}
+
+const std::vector<OptionInfo>& options() {
+    static const std::vector<OptionInfo> list{
+        {"--output", "OUT",
+         "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
+         "for all pictures. Without it each document's name with the format's suffix, in the working directory",
+         Completes::file, {}, true, "-o"},
+        {"--format", "FORMAT", "png, svg or pdf, where OUT's suffix does not tell (png)", Completes::words,
+         listOf(pictureFormatWords), true},
+        {"--model", "FILE", "The model document; \"-\" is standard input", Completes::file},
+        {"--family", "NAME", "A widget family's size (systemMedium)", Completes::words, listOf(widgetFamilyNames)},
+        {"--screen", "WxH", "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
+        {"--size", "WxH", "The widget's size in points, instead of a family's"},
+        {"--scale", "N", "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
+        {"--appearance", "light|dark", "The device's appearance (light)", Completes::words, listOf(appearanceWords)},
+        {"--date", "RFC3339", "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
+        {"--time-zone", "ID", "The device's time zone, such as Europe/Madrid (the system's)"},
+        {"--image-cache-dir", "DIR", "A folder in which pictures are looked for", Completes::folder},
+        {"--max-image-size", "WxH", "Larger pictures are scaled down to this size, in points"},
+        {"--background", "COLOR|none|auto",
+         "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
+         Completes::words, {"auto", "none"}, true},
+        {"--rounded", "", "Cut the home screen's rounded corners; transparent outside", Completes::nothing, {}, true},
+        {"--compression", "fast|small", "Whether a PNG is written quickly or small (fast)", Completes::words,
+         listOf(compressionWords), true},
+        {"--errors", "text|json", "How a failure is written on standard error (text); warnings come as text only",
+         Completes::words, listOf(errorFormatWords)},
+    };
+    return list;
+}
+
+bool takes(Verb verb, const OptionInfo& option) {
+    if (verb == Verb::completion) return option.name == "--errors";
+    return verb == Verb::render || !option.onlyRender;
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,72 @@
+#include "cli/production.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "cli/input.h"
+#include "cli/note_logger.h"
+#include "cli/ordered_work.h"
+#include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/platform/ui/view_tree.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::string withLineEnd(std::string text) {
+    if (!text.ends_with('\n')) text += '\n';
+    return text;
+}
+
+/// Lays the view out and draws or prints it, as the verb asks.
+std::string product(const Arguments& arguments, const AnyView& view, std::vector<std::string>& notes) {
+    if (arguments.verb == Verb::tree) return withLineEnd(viewTreeText(view));
+    RenderOptions options = arguments.options;
+    options.diagnostics = [&notes](std::string_view message) { notes.push_back("warning: " + std::string(message)); };
+    ImageRenderer renderer(view, std::move(options));
+    if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
+    if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
+    static_cast<void>(renderer.layoutTree());
+    return {};
+}
+
+void setUp(Context& context, const Arguments& arguments) {
+    context.date = arguments.options.environment.date;
+    context.maxImageSize = arguments.maxImageSize;
+    if (arguments.imageCacheDir) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
+}
+
+Outcome produce(const Arguments& arguments, const Source* model, const std::string& path) {
+    Outcome outcome;
+    Source document{displayName(path)};
+    try {
+        document.text = readInput(path);
+        Context context(std::make_shared<NoteLogger>(outcome.notes));
+        setUp(context, arguments);
+        const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
+        const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
+        outcome.bytes = product(arguments, view, outcome.notes);
+    } catch (...) {
+        outcome.failure = describe(std::current_exception(), document, model);
+    }
+    return outcome;
+}
+
+}  // namespace
+
+void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take) {
+    std::optional<Source> model;
+    if (arguments.model) model = Source{displayName(*arguments.model), readInput(*arguments.model)};
+    const std::vector<std::string>& documents = arguments.documents;
+    const std::size_t threads = std::min<std::size_t>(documents.size(), std::thread::hardware_concurrency());
+    inOrder<Outcome>(
+        documents.size(), threads,
+        [&](std::size_t index) { return produce(arguments, model ? &*model : nullptr, documents[index]); },
+        [&](std::size_t index, Outcome outcome) { take(documents[index], std::move(outcome)); });
+}
+
+}  // namespace tavrin::cli

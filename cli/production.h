@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/failure.h"
+
+namespace tavrin::cli {
+
+/// What a verb makes of one document.
+struct Outcome {
+    /// The picture or the text; empty for a failure, and for `check`.
+    std::string bytes = {};
+    /// What was doubtful, a line each.
+    std::vector<std::string> notes = {};
+    std::optional<Failure> failure = std::nullopt;
+};
+
+/// Makes of every document what the verb asks for and hands the outcomes over in the documents' order; several documents
+/// are worked on by several threads. Throws `IOError` for a model that cannot be read, and passes on what `take` throws.
+void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,79 @@
+#include "cli/program.h"
+
+#include <csignal>
+#include <exception>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/completion.h"
+#include "cli/io_error.h"
+#include "cli/output.h"
+#include "cli/reporter.h"
+#include "cli/usage_error.h"
+#include "cli/verbs.h"
+#include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongCommandLine = 2;
+
+int runVerb(const Arguments& arguments, Reporter& reporter) {
+    if (arguments.documents.size() > 1) reporter.nameDocuments();
+    switch (arguments.verb) {
+        case Verb::render: return render(arguments, reporter);
+        case Verb::check: return check(arguments, reporter);
+        default: return print(arguments, reporter);
+    }
+}
+
+int runCommand(std::span<const std::string> words, Reporter& reporter) {
+    const auto parsed = parseCommandLine(words);
+    if (const auto* information = std::get_if<Information>(&parsed)) {
+        writeStandardOutput(information->text);
+        return 0;
+    }
+    const Command& command = std::get<Command>(parsed);
+    if (command.verb == Verb::completion) {
+        writeStandardOutput(completionScript(command.operands));
+        return 0;
+    }
+    return runVerb(readArguments(command), reporter);
+}
+
+int runReported(std::span<const std::string> words, Reporter& reporter) {
+    try {
+        return runCommand(words, reporter);
+    } catch (const ClosedOutput&) {
+        return failed;
+    } catch (const UsageError&) {
+        reporter.report(describe(std::current_exception()));
+        reporter.hint("`tavrin --help` and `tavrin VERB --help` explain the command line.");
+        return wrongCommandLine;
+    } catch (...) {
+        reporter.report(describe(std::current_exception()));
+        return failed;
+    }
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv) noexcept {
+    try {
+        std::signal(SIGPIPE, SIG_IGN);  // NOLINT(performance-no-int-to-ptr): writing then fails with an error instead
+        setPreconditionHandler([](std::string_view message) { throw TavrinError("Precondition", std::string(message)); });
+        const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+        Reporter reporter(errorFormatOf(words));
+        return runReported(words, reporter);
+    } catch (...) {
+        return failed;  // not even the report could be made
+    }
+}
+
+}  // namespace tavrin::cli

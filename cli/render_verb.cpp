@@ -1,0 +1,61 @@
+#include <cerrno>
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "cli/input.h"
+#include "cli/io_error.h"
+#include "cli/output.h"
+#include "cli/production.h"
+#include "cli/progress.h"
+#include "cli/verbs.h"
+
+namespace tavrin::cli {
+namespace {
+
+void write(const Destination& destination, const std::string& document, const std::string& bytes) {
+    if (destination.kind == Destination::Kind::standardOutput) return writeStandardOutput(bytes);
+    if (destination.kind == Destination::Kind::folder && !destination.path.empty()) makeFolder(destination.path);
+    writeFile(destination.pathFor(document), bytes);
+}
+
+/// Finds out before anything is drawn that a folder cannot be one.
+void checkFolder(const Destination& destination) {
+    if (destination.kind != Destination::Kind::folder || destination.path.empty()) return;
+    std::error_code error;
+    if (std::filesystem::exists(destination.path, error) && !std::filesystem::is_directory(destination.path, error))
+        throw IOError("cannot write into '" + destination.path.string() + "'", ENOTDIR);
+}
+
+/// Writes a picture; what goes wrong becomes the document's failure.
+void writePicture(const Destination& destination, const std::string& document, Outcome& outcome) {
+    if (outcome.failure) return;
+    try {
+        write(destination, document, outcome.bytes);
+    } catch (const IOError&) {
+        outcome.failure = describe(std::current_exception());
+    }
+}
+
+}  // namespace
+
+int render(const Arguments& arguments, const Reporter& reporter) {
+    checkFolder(arguments.destination);
+    int status = 0;
+    Progress progress(arguments.documents.size());
+    produceAll(arguments, [&](const std::string& document, Outcome outcome) {
+        writePicture(arguments.destination, document, outcome);
+        if (outcome.failure || !outcome.notes.empty()) progress.hide();
+        reporter.note(displayName(document), outcome.notes);
+        if (outcome.failure) {
+            reporter.report(*outcome.failure);
+            status = 1;
+        }
+        progress.advance(document);
+    });
+    return status;
+}
+
+}  // namespace tavrin::cli

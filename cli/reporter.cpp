@@ -1,0 +1,32 @@
+#include "cli/reporter.h"
+
+#include <unistd.h>
+
+#include "cli/failure_text.h"
+#include "cli/file_descriptor.h"
+#include "cli/terminal.h"
+
+namespace tavrin::cli {
+
+void Reporter::report(const Failure& failure) const {
+    const bool isText = format_ == ErrorFormat::text;
+    write(isText ? toText(failure, standardErrorHasColor()) : toJSONLine(failure, namesDocuments_));
+}
+
+void Reporter::note(const std::string& document, const std::vector<std::string>& lines) const {
+    if (format_ == ErrorFormat::json) return;
+    std::string text;
+    for (const std::string& line : lines) text += printable(document + ": " + line) + "\n";
+    write(text);
+}
+
+void Reporter::hint(std::string_view line) const {
+    if (format_ == ErrorFormat::text) write(std::string(line) + "\n");
+}
+
+void Reporter::write(std::string_view text) const {
+    // There is no one left to tell when standard error itself is closed.
+    static_cast<void>(writeAll(STDERR_FILENO, text));
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/failure.h"
+
+namespace tavrin::cli {
+
+/// Writes what goes wrong on standard error.
+class Reporter {
+public:
+    explicit Reporter(ErrorFormat format) : format_(format) {}
+
+    /// Says in every failure which document it is about.
+    void nameDocuments() { namesDocuments_ = true; }
+
+    void report(const Failure& failure) const;
+    /// Writes lines about a document that are no failure; in text form only.
+    void note(const std::string& document, const std::vector<std::string>& lines) const;
+    /// Writes a line that helps people with a wrong command line.
+    void hint(std::string_view line) const;
+
+private:
+    void write(std::string_view text) const;
+
+    ErrorFormat format_;
+    bool namesDocuments_ = false;
+};
+
+}  // namespace tavrin::cli

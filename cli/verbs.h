@@ -1,0 +1,17 @@
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/reporter.h"
+
+/// The verbs that work on documents. Each returns the exit status: 0, or 1 when a document failed, which it has reported.
+/// Each throws `IOError` for what concerns no document alone, and `ClosedOutput`.
+namespace tavrin::cli {
+
+/// Draws every document, also when one fails, and writes the pictures.
+[[nodiscard]] int render(const Arguments& arguments, const Reporter& reporter);
+/// Prints the view tree or, for `Verb::layout`, the laid-out tree of one document.
+[[nodiscard]] int print(const Arguments& arguments, const Reporter& reporter);
+/// Reports what is wrong with each document.
+[[nodiscard]] int check(const Arguments& arguments, const Reporter& reporter);
+
+}  // namespace tavrin::cli

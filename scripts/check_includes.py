@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+"""Who may include whom: check_includes.py [TOP]. Prints each include that the table does not allow."""
+import pathlib
+import re
+import sys
+
+# Folder -> the folders whose headers its files may include, besides its own. A folder that is not listed stands under
+# the nearest listed one above it; a single file may be listed too, for itself or as a header that may be included.
+PLATFORM = "tavrin/platform"
+FOUNDATION, UI, TEXT = f"{PLATFORM}/foundation", f"{PLATFORM}/ui", f"{PLATFORM}/text"
+LAYOUT, PAINT = f"{PLATFORM}/layout", f"{PLATFORM}/paint"
+FONT = f"{UI}/font.h"
+
+VALUES_BELOW = ["tavrin/json", FOUNDATION, UI]
+NODES_BELOW = ["tavrin/dsl", "tavrin/values", *VALUES_BELOW]
+
+MAY_INCLUDE = {
+    FOUNDATION: [],
+    UI: [FOUNDATION],
+    TEXT: [FONT, FOUNDATION],
+    LAYOUT: [TEXT, UI, FOUNDATION],
+    PAINT: [LAYOUT, TEXT, UI, FOUNDATION],
+    "tavrin/json": [FOUNDATION],
+    "tavrin/values": VALUES_BELOW,
+    "tavrin/dsl": ["tavrin/values", *VALUES_BELOW],
+    "tavrin/nodes": NODES_BELOW,
+    "tavrin/modifiers": ["tavrin/nodes", *NODES_BELOW],  # a colour property's type is the colour node
+    "tavrin/images": NODES_BELOW,
+    "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
+    "tavrin/tavrin.h": ["tavrin"],
+    "cli": ["tavrin"],
+}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<((?:tavrin|cli)/[^>]+)>)')
+
+
+def home(path):
+    """The entry of the table that a file stands under: itself or the nearest folder above it, or None."""
+    while path not in MAY_INCLUDE:
+        if "/" not in path:
+            return None
+        path = path.rpartition("/")[0]
+    return path
+
+
+def stands_in(path, place):
+    return path == place or path.startswith(place + "/")
+
+
+def violation(path, header):
+    """What is wrong with a file that includes a project header, or None."""
+    place = home(path)
+    if place is None:
+        return "stands in no folder of the table in check_includes.py"
+    if not any(stands_in(header, allowed) for allowed in [place, *MAY_INCLUDE[place]]):
+        return f"{place} must not include {header}"
+    return None
+
+
+def check(top):
+    """Every violation below a folder as 'file:line: message'."""
+    found = []
+    for source in sorted(path for place in ("tavrin", "cli") for path in (top / place).rglob("*")):
+        if source.suffix not in (".h", ".cpp"):
+            continue
+        path = source.relative_to(top).as_posix()
+        for line, text in enumerate(source.read_text(encoding="utf-8").splitlines(), 1):
+            if match := INCLUDE.match(text):
+                if message := violation(path, match[1] or match[2]):
+                    found.append(f"{path}:{line}: {message}")
+    return found
+
+
+def main():
+    top = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).resolve().parent.parent
+    found = check(top)
+    print("\n".join(found), end="\n" if found else "")
+    sys.exit(1 if found else 0)
+
+
+if __name__ == "__main__":
+    main()

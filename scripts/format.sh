@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Runs clang-format over every source with the given arguments: -i, or --dry-run --Werror
+set -euo pipefail
+
+cd "$(dirname "$0")/.."
+find tavrin cli tests bench fuzz \( -name '*.h' -o -name '*.cpp' \) -print0 |
+    xargs -0 -n 8 -P "$(nproc)" clang-format "$@"

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Runs every fuzz target, so that all together take about SECONDS: fuzz.sh BUILD_DIR SECONDS
+# Inputs that are found are kept in BUILD_DIR/corpus; a crash leaves its input in BUILD_DIR and ends the run with an error.
+set -euo pipefail
+
+build=$(cd "$1" && pwd)
+seconds=$2
+top=$(cd "$(dirname "$0")/.." && pwd)
+jobs=$(nproc)
+shopt -s nullglob
+
+targets=()
+for source in "$top"/fuzz/*.cpp; do targets+=("$(basename "$source" .cpp)"); done
+[ ${#targets[@]} -gt 0 ] || { echo "fuzz: there are no targets" >&2; exit 1; }
+rounds=$(((${#targets[@]} + jobs - 1) / jobs))
+
+fuzz_one() {
+    local name=$1 found=$build/corpus/$1 log=$build/fuzz_$1.log
+    local arguments=(-max_total_time="$each" -timeout=10 -rss_limit_mb=2048 -artifact_prefix="$build/fuzz_$name-")
+    [ ! -f "$top/fuzz/$name.dict" ] || arguments+=(-dict="$top/fuzz/$name.dict")
+    mkdir -p "$found"
+    local corpora=("$found")
+    [ ! -d "$top/fuzz/corpus/$name" ] || corpora+=("$top/fuzz/corpus/$name")
+    if "$build/fuzz/fuzz_$name" "${arguments[@]}" "${corpora[@]}" >"$log" 2>&1; then
+        echo "fuzz_$name: $(tail -n 1 "$log")"
+    else
+        echo "fuzz_$name failed; the end of $log:" >&2
+        tail -n 40 "$log" >&2
+        return 1
+    fi
+}
+export -f fuzz_one
+export build top each=$((seconds / rounds > 0 ? seconds / rounds : 1))
+printf '%s\n' "${targets[@]}" | xargs -P "$jobs" -I{} bash -c 'fuzz_one {}'

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/logger.h"
+#include "tavrin/platform/foundation/url.h"
+
+namespace tavrin {
+
+struct RenderState;
+
+/// What a host hands to `loadView`, and what rendering leaves for the host; hosts know it as `TavrinEngine::Context`.
+/// It may serve many calls, one at a time: it is not locked.
+class Context {
+public:
+    explicit Context(std::shared_ptr<Logger> logger = nullptr);
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    ~Context();
+
+    /// Changes every address that a document names before it is used.
+    std::function<URL(const URL&)> linkConverter;
+    /// Where pictures are looked for instead of on the network.
+    std::optional<URL> imageCacheDir;
+    /// Larger pictures are scaled down to this size, in points.
+    std::optional<Size> maxImageSize;
+
+    /// The moment that counts as now while rendering: where a timer without a timestamp counts from. Absent: the
+    /// moment of the call.
+    std::optional<Date> date;
+    /// How many nodes one call may draw, each use of a referenced one counted.
+    std::size_t maximumNodes = 1'000'000;
+    /// How deeply nodes may be nested while drawing, references counted.
+    std::size_t maximumNesting = 512;
+
+    [[nodiscard]] const std::shared_ptr<Logger>& logger() const { return logger_; }
+    /// The address that opens when the widget is tapped: the first one that a render with this context met.
+    [[nodiscard]] const std::optional<URL>& widgetURL() const;
+
+private:
+    friend struct RenderState;
+
+    std::shared_ptr<Logger> logger_;
+    std::unique_ptr<RenderState> state_;
+};
+
+}  // namespace tavrin

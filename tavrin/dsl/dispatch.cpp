@@ -1,0 +1,75 @@
+#include "tavrin/dsl/context.h"
+#include "tavrin/dsl/node.h"
+#include "tavrin/dsl/registry.h"
+#include "tavrin/dsl/render_state.h"
+#include "tavrin/dsl/structure.h"
+
+// Decoding a node or a modifier by its "type", and drawing it.
+
+namespace tavrin {
+namespace {
+
+struct RefuseNode {
+    [[noreturn]] void operator()(const Decoder& type, NodeType tag) const {
+        type.failDataCorrupted("the node type \"" + std::string(rawValue(tag)) + "\" is not supported yet");
+    }
+};
+
+struct RefuseModifier {
+    [[noreturn]] void operator()(const Decoder& type, ModifierType) const { type.failDataCorrupted("Type unsupported"); }
+};
+
+/// Decodes the tag and then, from the same object, the record that is registered for it. `Refuse` is called on the
+/// "type" of a tag without a record.
+template <class Tagged, class Tag, class Registry, class Refuse>
+Tagged decodeTagged(const Decoder& decoder, const Registry& registry, Refuse refuse) {
+    static constexpr std::array<std::string_view, 1> typeKey{"type"};
+    decoder.require(JSONKind::object);
+    JSONElement type;
+    decoder.value().findMembers(typeKey, &type);
+    if (!type.exists()) decoder.failKeyNotFound(typeKey[0]);
+    const Decoder typeDecoder = decoder.member(typeKey[0], type);
+    const Tag tag = decode<Tag>(typeDecoder);
+    if (const auto decodeRecord = registry[static_cast<std::size_t>(tag)]) return decodeRecord(decoder);
+    refuse(typeDecoder, tag);
+}
+
+}  // namespace
+
+Node::Node() : Node(EmptyViewNode{}) {}
+
+Node Coding<Node>::decode(const Decoder& decoder) {
+    return decodeTagged<Node, NodeType>(decoder, registerNodeType(), RefuseNode{});
+}
+
+void Coding<Node>::encode(const Node& node, JSONWriter& writer) { encodeTagged(*node.box_, writer); }
+
+Modifier Coding<Modifier>::decode(const Decoder& decoder) {
+    return decodeTagged<Modifier, ModifierType>(decoder, registerMonifierType(), RefuseModifier{});
+}
+
+void Coding<Modifier>::encode(const Modifier& modifier, JSONWriter& writer) { encodeTagged(*modifier.box_, writer); }
+
+AnyView Node::render(Context& context) const {
+    RenderState& state = RenderState::of(context);
+    const RenderState::NodeScope scope(state, context);
+    if (state.modelContext == nullptr || !box_->needsBinding) return box_->render(context);
+    return box_->bound(*state.modelContext)->render(context);
+}
+
+AnyView applyModifiers(const std::vector<Modifier>& modifiers, AnyView view, Context& context) {
+    RenderState& state = RenderState::of(context);
+    for (const Modifier& modifier : modifiers) {
+        state.countModifier(context);
+        if (state.modelContext == nullptr || !modifier.needsBinding()) {
+            view = modifier.modify(std::move(view), context);
+        } else {
+            Modifier bound = modifier;
+            bound.bindModel(*state.modelContext);
+            view = bound.modify(std::move(view), context);
+        }
+    }
+    return view;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <concepts>
+#include <memory>
+
+#include "tavrin/dsl/record_box.h"
+#include "tavrin/dsl/type_tags.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/ui/any_view.h"
+
+namespace tavrin {
+
+class Context;
+
+/// What can stand in a "modifiers" list: a record with a tag and a version.
+template <class T>
+concept DSLModifierProtocol = DSLRecord<T> && requires {
+    { T::type } -> std::convertible_to<ModifierType>;
+    { T::version } -> std::convertible_to<DSLVersion>;
+};
+
+/// A modifier that can be applied: `modify` takes the view built so far and returns the new one.
+template <class T>
+concept ModifierProtocol = requires(const T& modifier, AnyView view, Context& context) {
+    { modifier.modify(std::move(view), context) } -> std::same_as<AnyView>;
+};
+
+class ModifierBox : public RecordBox<ModifierType> {
+public:
+    using Tagged = RecordBox<ModifierType>;
+    using RecordBox::RecordBox;
+
+    [[nodiscard]] virtual std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const = 0;
+    [[nodiscard]] virtual AnyView modify(AnyView view, Context& context) const = 0;
+};
+
+template <DSLModifierProtocol Record>
+class ModifierBoxOf final : public RecordBoxOf<Record, ModifierBox> {
+public:
+    using RecordBoxOf<Record, ModifierBox>::RecordBoxOf;
+
+    std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const override {
+        return std::make_shared<const ModifierBoxOf>(this->boundRecord(model));
+    }
+    AnyView modify(AnyView view, Context& context) const override {
+        if constexpr (ModifierProtocol<Record>) {
+            return this->record_.modify(std::move(view), context);
+        } else {
+            throw TavrinError("Modifier", "unsupported type: " + describe(*this) + ")");
+        }
+    }
+};
+
+/// A tagged modifier. A value: cheap to copy, immutable but for `bindModel`.
+class Modifier {
+public:
+    template <DSLModifierProtocol Record>
+    Modifier(Record record)  // NOLINT(google-explicit-constructor): a record is a modifier wherever one is asked for
+        : box_(std::make_shared<const ModifierBoxOf<Record>>(std::move(record))) {}
+
+    [[nodiscard]] ModifierType type() const { return box_->type; }
+    [[nodiscard]] DSLVersion version() const { return box_->version; }
+
+    /// The record inside when it is a `Record`, else null.
+    template <DSLModifierProtocol Record>
+    [[nodiscard]] const Record* as() const {
+        return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
+    }
+
+    [[nodiscard]] bool needsBinding() const { return box_->needsBinding; }
+    /// Resolves the record's expressions. Throws `ModelContextError`, and then changes nothing.
+    void bindModel(const ModelContext& model) {
+        if (box_->needsBinding) box_ = box_->bound(model);
+    }
+    /// Applies the modifier as it is; binding is the caller's.
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const {
+        return box_->modify(std::move(view), context);
+    }
+
+    friend bool operator==(const Modifier& a, const Modifier& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
+
+private:
+    friend struct Coding<Modifier>;
+    std::shared_ptr<const ModifierBox> box_;
+};
+
+/// Wraps a record into a `Modifier` with its own tag.
+template <DSLModifierProtocol Record>
+[[nodiscard]] Modifier modifer(Record record) {
+    return Modifier(std::move(record));
+}
+
+template <>
+struct Coding<Modifier> {
+    static Modifier decode(const Decoder& decoder);
+    static void encode(const Modifier& modifier, JSONWriter& writer);
+};
+
+}  // namespace tavrin

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <string>
+#include <typeinfo>
+#include <utility>
+
+#include "tavrin/dsl/dsl_version.h"
+#include "tavrin/dsl/record.h"
+
+namespace tavrin {
+
+/// One record behind its tag, immutable and shared between copies: what `Node` and `Modifier` own.
+template <class Tag>
+class RecordBox {
+public:
+    RecordBox(Tag type, DSLVersion version, bool needsBinding)
+        : type(type), version(version), needsBinding(needsBinding) {}
+    RecordBox(const RecordBox&) = delete;
+    RecordBox& operator=(const RecordBox&) = delete;
+    virtual ~RecordBox() = default;
+
+    [[nodiscard]] virtual const std::type_info& recordType() const = 0;
+    /// The record, which is of `recordType`.
+    [[nodiscard]] virtual const void* record() const = 0;
+    [[nodiscard]] virtual bool equals(const RecordBox& other) const = 0;
+    /// Writes the record's members behind its "type".
+    virtual void encodeMembers(JSONWriter& writer) const = 0;
+
+    const Tag type;
+    const DSLVersion version;
+    /// Whether some expression waits for a model. Without one the record is never copied.
+    const bool needsBinding;
+};
+
+/// The box of one record type; `Base` is the interface of nodes or of modifiers.
+template <DSLRecord Record, class Base>
+class RecordBoxOf : public Base {
+public:
+    explicit RecordBoxOf(Record held)
+        : Base(Record::type, Record::version, tavrin::needsBinding(held)), record_(std::move(held)) {}
+
+    const std::type_info& recordType() const final { return typeid(Record); }
+    const void* record() const final { return &record_; }
+    bool equals(const typename Base::Tagged& other) const final {
+        return other.recordType() == typeid(Record) &&
+               fieldsEqual(record_, *static_cast<const Record*>(other.record()));
+    }
+    void encodeMembers(JSONWriter& writer) const final { encodeFields(record_, writer); }
+
+protected:
+    [[nodiscard]] Record boundRecord(const ModelContext& model) const {
+        Record copy = record_;
+        tavrin::bindModel(copy, model);
+        return copy;
+    }
+
+    const Record record_;
+};
+
+/// A record's text form for messages: its tag and its members.
+template <class Tag>
+[[nodiscard]] std::string describe(const RecordBox<Tag>& box) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject();
+    box.encodeMembers(writer);
+    writer.endObject();
+    return std::string(rawValue(box.type)) + " " + std::move(writer).text();
+}
+
+/// Writes a tagged record: its "type" and, beside it, its members.
+template <class Tag>
+void encodeTagged(const RecordBox<Tag>& box, JSONWriter& writer) {
+    writer.beginObject().key("type").value(rawValue(box.type));
+    box.encodeMembers(writer);
+    writer.endObject();
+}
+
+}  // namespace tavrin

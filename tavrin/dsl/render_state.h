@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tavrin/dsl/context.h"
+#include "tavrin/dsl/node.h"
+#include "tavrin/platform/foundation/url.h"
+
+namespace tavrin {
+
+/// The named nodes of a document.
+using NodeDictionary = std::map<std::string, Node, std::less<>>;
+
+/// The part of a `Context` that is the library's own, not the host's.
+struct RenderState {
+    static RenderState& of(Context& context) { return *context.state_; }
+
+    /// The web images that renders with this context have met, for the next call's prefetch. Never cleared.
+    std::vector<URL> webImageURLs;
+    /// The nodes of the last document.
+    std::shared_ptr<const NodeDictionary> rootNodes = std::make_shared<const NodeDictionary>();
+    /// The model of the current call; stays after a failed one.
+    std::shared_ptr<const ModelContext> modelContext;
+    std::optional<URL> widgetURL;
+
+    /// The moment of the current call.
+    Date now;
+    std::size_t nodesDrawn = 0;
+    std::size_t modifiersApplied = 0;
+    std::size_t nesting = 0;
+    /// The references that are being drawn, outermost first.
+    std::vector<std::string_view> openReferences;
+
+    /// Records an image's address for the next call's prefetch; what is no address is left out.
+    void cacheImage(std::string_view url);
+    /// Begins a call: counts from zero again.
+    void beginRender(Date date);
+    void countModifier(const Context& context);
+
+    /// Counts a node while it is drawn. Throws `TavrinError` of kind "Engine" beyond the context's bounds.
+    class NodeScope {
+    public:
+        NodeScope(RenderState& state, const Context& context);
+        NodeScope(const NodeScope&) = delete;
+        NodeScope& operator=(const NodeScope&) = delete;
+        ~NodeScope() { --state_.nesting; }
+
+    private:
+        RenderState& state_;
+    };
+
+    /// Marks a reference as being drawn. Throws `TavrinError` of kind "RefNode" when it already is.
+    class ReferenceScope {
+    public:
+        ReferenceScope(RenderState& state, std::string_view name);
+        ReferenceScope(const ReferenceScope&) = delete;
+        ReferenceScope& operator=(const ReferenceScope&) = delete;
+        ~ReferenceScope() { state_.openReferences.pop_back(); }
+
+    private:
+        RenderState& state_;
+    };
+};
+
+}  // namespace tavrin

@@ -1,0 +1,61 @@
+#include "tavrin/dsl/structure.h"
+
+#include "tavrin/dsl/render_state.h"
+#include "tavrin/platform/ui/views.h"
+
+namespace tavrin {
+namespace {
+
+std::vector<AnyView> renderChildren(const std::vector<Node>& children, Context& context) {
+    std::vector<AnyView> views;
+    views.reserve(children.size());
+    for (const Node& child : children) views.push_back(child.render(context));
+    return views;
+}
+
+/// A stack node's alignment on the platform; an absent one is the centre.
+template <class AlignmentKeyword>
+auto alignmentOf(const LosslessDSLValue<std::optional<AlignmentKeyword>>& alignment) {
+    return platformValue(alignment.wrappedValue().value_or(Keywords<AlignmentKeyword>::defaultCase));
+}
+
+template <class Stack, class StackNode>
+AnyView renderStack(const StackNode& node, Context& context) {
+    std::vector<AnyView> children = renderChildren(node.children.wrappedValue(), context);
+    Stack stack{.alignment = alignmentOf(node.alignment),
+                .spacing = node.spacing.wrappedValue(),
+                .children = std::move(children)};
+    return applyModifiers(node.modifiers.wrappedValue(), std::move(stack), context);
+}
+
+}  // namespace
+
+AnyView VStackNode::render(Context& context) const { return renderStack<VStack>(*this, context); }
+
+AnyView HStackNode::render(Context& context) const { return renderStack<HStack>(*this, context); }
+
+AnyView ZStackNode::render(Context& context) const {
+    std::vector<AnyView> views = renderChildren(children.wrappedValue(), context);
+    ZStack stack{.alignment = alignmentOf(alignment), .children = std::move(views)};
+    return applyModifiers(modifiers.wrappedValue(), std::move(stack), context);
+}
+
+AnyView SpacerNode::render(Context& context) const {
+    return applyModifiers(modifiers.wrappedValue(), Spacer{}, context);
+}
+
+AnyView EmptyViewNode::render(Context& context) const {
+    return applyModifiers(modifiers.wrappedValue(), EmptyView{}, context);
+}
+
+AnyView RefNode::render(Context& context) const {
+    const std::string& referenced = name.wrappedValue;
+    if (referenced == "main") throw TavrinError("RefNode", "Can not reference node called \"main\"");
+    RenderState& state = RenderState::of(context);
+    const auto entry = state.rootNodes->find(referenced);
+    if (entry == state.rootNodes->end()) throw TavrinError("RefNode", "node for name: " + referenced + " not found");
+    const RenderState::ReferenceScope scope(state, entry->first);
+    return entry->second.render(context);
+}
+
+}  // namespace tavrin

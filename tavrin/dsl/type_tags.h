@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "tavrin/values/text_conversion.h"
+
+namespace tavrin {
+
+/// The "type" of a node.
+enum class NodeType : unsigned char {
+    vstack,
+    hstack,
+    zstack,
+    spacer,
+    text,
+    color,
+    circle,
+    rectangle,
+    roundedRectangle,
+    webImage,
+    capsule,
+    link,
+    emptyView,
+    node,
+    progressView,
+    timer,
+};
+
+template <>
+struct Keywords<NodeType> {
+    static constexpr std::string_view typeName = "node type";
+    static constexpr std::array<std::string_view, 16> raw{
+        "vstack",   "hstack",  "zstack", "spacer",    "text", "color",        "circle", "rectangle", "roundedRectangle",
+        "webImage", "capsule", "link",   "emptyView", "node", "progressView", "timer"};
+    static constexpr NodeType defaultCase = NodeType::emptyView;
+};
+
+/// The "type" of a modifier. The last three are reserved for later versions of the language.
+enum class ModifierType : unsigned char {
+    frame,
+    foregroundColor,
+    border,
+    background,
+    aspectRatio,
+    clipShape,
+    clipped,
+    overlay,
+    offset,
+    widgetURL,
+    padding,
+    lineLimit,
+    cornerRadius,
+    opacity,
+    zIndex,
+    clockHandRotationEffect,
+    scaleEffect,
+    rotationEffect,
+    animation,
+    transition,
+    contentTransition,
+};
+
+template <>
+struct Keywords<ModifierType> {
+    static constexpr std::string_view typeName = "modifier type";
+    static constexpr std::array<std::string_view, 21> raw{
+        "frame",     "foregroundColor", "border",         "background",
+        "aspectRatio", "clipShape",     "clipped",        "overlay",
+        "offset",    "widgetURL",       "padding",        "lineLimit",
+        "cornerRadius", "opacity",      "zIndex",         "clockHandRotationEffect",
+        "scaleEffect", "rotationEffect", "animation",     "transition",
+        "contentTransition"};
+    static constexpr ModifierType defaultCase = ModifierType::frame;
+};
+
+}  // namespace tavrin

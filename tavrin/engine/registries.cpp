@@ -1,0 +1,78 @@
+#include "tavrin/dsl/registry.h"
+#include "tavrin/dsl/structure.h"
+#include "tavrin/modifiers/aspect_ratio_modifier.h"
+#include "tavrin/modifiers/frame_modifier.h"
+#include "tavrin/modifiers/line_limit_modifier.h"
+#include "tavrin/modifiers/offset_modifier.h"
+#include "tavrin/modifiers/padding_modifier.h"
+#include "tavrin/modifiers/z_index_modifier.h"
+#include "tavrin/modifiers/background_modifier.h"
+#include "tavrin/modifiers/border_modifier.h"
+#include "tavrin/modifiers/clip_shape_modifier.h"
+#include "tavrin/modifiers/clipped_modifier.h"
+#include "tavrin/modifiers/corner_radius_modifier.h"
+#include "tavrin/modifiers/foreground_color_modifier.h"
+#include "tavrin/modifiers/opacity_modifier.h"
+#include "tavrin/modifiers/overlay_modifier.h"
+#include "tavrin/nodes/color_node.h"
+#include "tavrin/nodes/shape_nodes.h"
+#include "tavrin/nodes/text_node.h"
+#include "tavrin/nodes/timer_node.h"
+
+// One line for each record type: this is all that a new one needs besides its own file.
+
+namespace tavrin {
+namespace {
+
+template <class Tagged, class Record>
+Tagged decodeAs(const Decoder& decoder) {
+    return Tagged(decodeRecord<Record>(decoder));
+}
+
+template <class Registry, class Tagged, class... Records>
+Registry registryOf() {
+    Registry registry{};
+    ((registry[static_cast<std::size_t>(Records::type)] = decodeAs<Tagged, Records>), ...);
+    return registry;
+}
+
+}  // namespace
+
+const NodeRegistry& registerNodeType() {
+    static const NodeRegistry registry = registryOf<NodeRegistry, Node,  //
+                                                    VStackNode,          //
+                                                    HStackNode,          //
+                                                    ZStackNode,          //
+                                                    SpacerNode,          //
+                                                    EmptyViewNode,       //
+                                                    RefNode,             //
+                                                    TextNode,            //
+                                                    ColorNode,           //
+                                                    CircleNode,          //
+                                                    RectangleNode,       //
+                                                    RoundedRectangleNode,//
+                                                    CapsuleNode,         //
+                                                    TimerNode>();
+    return registry;
+}
+
+const ModifierRegistry& registerMonifierType() {
+    static const ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,  //
+                                                        FrameModifier,               //
+                                                        PaddingModifier,             //
+                                                        OffsetModifier,              //
+                                                        AspectRatioModifier,         //
+                                                        LineLimitModifier,           //
+                                                        ForegroundColorModifier,     //
+                                                        BackgroundModifier,          //
+                                                        OverlayModifier,             //
+                                                        BorderModifier,              //
+                                                        ClipShapeModifier,           //
+                                                        ClippedModifier,             //
+                                                        CornerRadiusModifier,        //
+                                                        OpacityModifier,             //
+                                                        ZIndexModifier>();
+    return registry;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,44 @@
+#include "tavrin/engine/tavrin_engine.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "tavrin/dsl/dsl_root.h"
+#include "tavrin/engine/json_decoder.h"
+
+namespace tavrin {
+namespace {
+
+std::shared_ptr<const ModelContext> decodeModel(std::string_view text) {
+    try {
+        return std::make_shared<const ModelContext>(JSONDecoder().decode<JSON>(text), ModelContext::Environment());
+    } catch (PlacedError& error) {
+        error.role = TextRole::model;
+        throw;
+    }
+}
+
+void checkVersion(DSLVersion version) {
+    if (TavrinEngine::supporedVersion < version)
+        throw TavrinError("Engine", "this engine only support " + std::string(caseName(TavrinEngine::supporedVersion)) +
+                                        ", but got DSL for " + std::string(caseName(version)));
+}
+
+}  // namespace
+
+AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_view> model, Context& context) const {
+    DSLRoot root = JSONDecoder().decode<DSLRoot>(json);
+    RenderState& state = RenderState::of(context);
+    state.rootNodes = std::make_shared<const NodeDictionary>(std::move(root.nodes));
+    if (model) state.modelContext = decodeModel(*model);
+    checkVersion(root.version);
+    const auto main = state.rootNodes->find("main");
+    if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
+    state.beginRender(context.date ? *context.date : Date::now());
+    AnyView view = main->second.render(context);
+    state.modelContext = nullptr;
+    return view;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "tavrin/json/decoding_error.h"
+#include "tavrin/json/json_text.h"
+
+namespace tavrin {
+
+/// How a decoder treats what JSON has no form for.
+struct DecodingOptions {
+    /// Read the strings "infinity", "-infinity" and "nan" where a floating-point number is asked for.
+    bool convertsNonConformingFloats = false;
+};
+
+/// One JSON value while it is decoded, linked to the value it stands in. The way from the root is spelled out only when
+/// something fails. Lives on the stack for the time of one `decode` call.
+class Decoder {
+public:
+    Decoder(JSONElement root, const DecodingOptions& options) : element_(root), options_(&options) {}
+
+    /// The decoder of a member or an element of this one's value.
+    [[nodiscard]] Decoder member(std::string_view key, JSONElement value) const { return {value, this, key, 0}; }
+    [[nodiscard]] Decoder element(std::size_t index, JSONElement value) const { return {value, this, {}, index}; }
+
+    [[nodiscard]] const JSONElement& value() const { return element_; }
+    [[nodiscard]] JSONKind kind() const { return element_.kind(); }
+    [[nodiscard]] const DecodingOptions& options() const { return *options_; }
+    [[nodiscard]] CodingPath codingPath() const;
+
+    /// Fails unless the value is of that kind.
+    void require(JSONKind kind) const {
+        if (element_.kind() != kind) failTypeMismatch(describe(kind));
+    }
+
+    /// Throws typeMismatch, or valueNotFound where null stands.
+    [[noreturn]] void failTypeMismatch(std::string_view expected) const;
+    [[noreturn]] void failDataCorrupted(std::string message) const;
+    /// Throws keyNotFound for a key that this value, an object, lacks.
+    [[noreturn]] void failKeyNotFound(std::string_view key) const;
+    [[noreturn]] void failConversion(std::string_view text, std::string_view type) const;
+
+private:
+    Decoder(JSONElement value, const Decoder* parent, std::string_view key, std::size_t index)
+        : element_(value), options_(parent->options_), parent_(parent), key_(key), index_(index) {}
+
+    JSONElement element_;
+    const DecodingOptions* options_;
+    const Decoder* parent_ = nullptr;
+    std::string_view key_;  // without data for an element of an array
+    std::size_t index_ = 0;
+};
+
+}  // namespace tavrin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tavrin/json/coding_path.h"
+
+namespace tavrin {
+
+/// A place in a text, as an editor shows it.
+struct TextPlace {
+    std::size_t offset = 0;  ///< in bytes
+    std::size_t line = 1;    ///< from 1
+    std::size_t column = 1;  ///< from 1, in code points
+
+    friend bool operator==(const TextPlace&, const TextPlace&) = default;
+};
+
+/// The line and column of a byte offset; an offset behind the end counts as the end. Lines end at "\n".
+[[nodiscard]] TextPlace placeAt(std::string_view text, std::size_t offset);
+
+/// The line that holds the byte at `offset`, without its end ("\n" or "\r\n").
+[[nodiscard]] std::string_view lineAt(std::string_view text, std::size_t offset);
+
+/// Where and why a text is not JSON.
+struct SyntaxFault {
+    std::size_t offset = 0;  ///< in bytes, at most the text's size
+    std::string message;     ///< "expected ',' or '}' after a value, found 'x'"
+
+    friend bool operator==(const SyntaxFault&, const SyntaxFault&) = default;
+};
+
+/// The first reason why `text` is not one RFC 8259 JSON value in UTF-8; none when it is. Also refused: a byte order
+/// mark, a lone surrogate, a number that overflows to infinity, containers nested deeper than `maximumDepth`.
+/// Linear in the text; for the cold path, when a fast parser has already refused the text.
+[[nodiscard]] std::optional<SyntaxFault> findSyntaxFault(std::string_view text, std::size_t maximumDepth);
+
+/// The byte offset of the value that `path` leads to in `text`, which must be valid JSON; none when it leads nowhere.
+/// The first of duplicate keys wins. Linear in the text.
+[[nodiscard]] std::optional<std::size_t> locate(std::string_view text, const CodingPath& path);
+
+}  // namespace tavrin

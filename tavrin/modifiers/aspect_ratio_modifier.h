@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "tavrin/dsl/modifier.h"
+
+namespace tavrin {
+
+/// Whether the view fits into the room that is offered or fills it.
+enum class ContentModeDSL : unsigned char { fill, fit };
+
+template <>
+struct Keywords<ContentModeDSL> {
+    static constexpr std::string_view typeName = "AspectRatioModifier.ContentMode";
+    static constexpr std::array<std::string_view, 2> raw{"fill", "fit"};
+    static constexpr ContentModeDSL defaultCase = ContentModeDSL::fit;
+};
+
+/// Gives the view room of one ratio, width / height; the view's own ratio where none is named.
+struct AspectRatioModifier {
+    static constexpr ModifierType type = ModifierType::aspectRatio;
+    static constexpr DSLVersion version = DSLVersion::v1;
+
+    using ContentMode = ContentModeDSL;
+
+    LosslessDSLValue<std::optional<float>> aspectRatio = {};
+    LosslessDSLValue<ContentMode> contentMode = {};
+
+    static constexpr std::tuple fields{Field{"aspectRatio", &AspectRatioModifier::aspectRatio},
+                                       Field{"contentMode", &AspectRatioModifier::contentMode}};
+
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+};
+
+}  // namespace tavrin

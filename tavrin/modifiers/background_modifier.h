@@ -1,0 +1,19 @@
+#pragma once
+
+#include "tavrin/dsl/node.h"
+
+namespace tavrin {
+
+/// Another node behind the view, centred, of the view's size.
+struct BackgroundModifier {
+    static constexpr ModifierType type = ModifierType::background;
+    static constexpr DSLVersion version = DSLVersion::v1;
+
+    DSLValue<Node> view = {};
+
+    static constexpr std::tuple fields{Field{"view", &BackgroundModifier::view}};
+
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+};
+
+}  // namespace tavrin

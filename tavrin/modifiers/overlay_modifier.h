@@ -1,0 +1,19 @@
+#pragma once
+
+#include "tavrin/dsl/node.h"
+
+namespace tavrin {
+
+/// Another node in front of the view, centred, of the view's size.
+struct OverlayModifier {
+    static constexpr ModifierType type = ModifierType::overlay;
+    static constexpr DSLVersion version = DSLVersion::v1;
+
+    DSLValue<Node> view = {};
+
+    static constexpr std::tuple fields{Field{"view", &OverlayModifier::view}};
+
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+};
+
+}  // namespace tavrin

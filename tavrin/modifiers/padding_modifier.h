@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "tavrin/dsl/modifier.h"
+
+namespace tavrin {
+
+/// The edges a document can name.
+enum class EdgeDSL : unsigned char { top, bottom, leading, trailing, all };
+
+template <>
+struct Keywords<EdgeDSL> {
+    static constexpr std::string_view typeName = "EdgeDSL";
+    static constexpr std::array<std::string_view, 5> raw{"top", "bottom", "leading", "trailing", "all"};
+    static constexpr EdgeDSL defaultCase = EdgeDSL::all;
+};
+
+/// The same inset, in points, at each of some edges: all where none are named, none where the list is empty.
+struct PaddingModifier {
+    static constexpr ModifierType type = ModifierType::padding;
+    static constexpr DSLVersion version = DSLVersion::v1;
+
+    DSLValue<std::optional<std::vector<EdgeDSL>>> edges = {};
+    LosslessDSLValue<float> length = {};
+
+    static constexpr std::tuple fields{Field{"edges", &PaddingModifier::edges},
+                                       Field{"length", &PaddingModifier::length}};
+
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+};
+
+}  // namespace tavrin

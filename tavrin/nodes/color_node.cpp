@@ -1,0 +1,55 @@
+#include "tavrin/nodes/color_node.h"
+
+#include <string_view>
+
+#include "tavrin/nodes/color_string.h"
+#include "tavrin/platform/ui/views.h"
+
+namespace tavrin {
+namespace {
+
+TavrinError invalidColor(const std::string& value) { return {"ColorNode", "invalid color: " + value}; }
+
+/// The colours of a list joined by "-"; what is no colour is skipped.
+std::vector<Color> colorsOf(std::string_view list) {
+    std::vector<Color> colors;
+    while (!list.empty()) {
+        const std::size_t dash = list.find('-');
+        if (const std::optional<Color> color = colorFromHexString(list.substr(0, dash))) colors.push_back(*color);
+        list.remove_prefix(dash == std::string_view::npos ? list.size() : dash + 1);
+    }
+    return colors;
+}
+
+AnyView gradientView(const ColorNode& node) {
+    const std::string list = node.value.wrappedValue();
+    std::vector<Color> colors = colorsOf(list);
+    if (colors.empty()) throw invalidColor(list);
+    const std::optional<UnitPointDSL> start = node.start.wrappedValue();
+    const std::optional<UnitPointDSL> end = node.end.wrappedValue();
+    if (!start || !end) throw TavrinError("ColorNode", "gradient must set start and end");
+    return LinearGradient{.colors = std::move(colors), .startPoint = platformValue(*start), .endPoint = platformValue(*end)};
+}
+
+AnyView solidView(const ColorNode& node) {
+    const std::string value = node.value.wrappedValue();
+    const std::optional<Color> color = colorFromHexString(value);
+    if (!color) throw invalidColor(value);
+    const std::optional<Color> dark = colorFromHexString(node.dark.wrappedValue());
+    return dark ? dynamicColor(*color, *dark).value_or(*color) : *color;
+}
+
+}  // namespace
+
+void ColorNode::bindModel(const ModelContext& model) {
+    const bool comesFromModel = !value.resolved();
+    bindFields(*this, model);
+    if (comesFromModel) value.setWrappedValue(convertARGB(value.wrappedValue()));
+}
+
+AnyView ColorNode::render(Context& context) const {
+    const bool isGradient = gradient.wrappedValue() == true;
+    return applyModifiers(modifiers.wrappedValue(), isGradient ? gradientView(*this) : solidView(*this), context);
+}
+
+}  // namespace tavrin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "tavrin/platform/ui/font.h"
+#include "tavrin/values/text_conversion.h"
+
+namespace tavrin {
+
+/// The weights a document can name.
+enum class FontWeight : unsigned char { regular, semibold, bold };
+
+template <>
+struct Keywords<FontWeight> {
+    static constexpr std::string_view typeName = "FontWeight";
+    static constexpr std::array<std::string_view, 3> raw{"regular", "semibold", "bold"};
+    static constexpr FontWeight defaultCase = FontWeight::regular;
+};
+
+/// The weight of a text; none where none is named.
+[[nodiscard]] constexpr std::optional<Font::Weight> textWeight(std::optional<FontWeight> weight) {
+    if (!weight) return std::nullopt;
+    return static_cast<Font::Weight>(*weight);
+}
+
+/// The weight inside a platform font; regular where none is named.
+[[nodiscard]] constexpr Font::Weight fontWeight(std::optional<FontWeight> weight) {
+    return textWeight(weight).value_or(Font::Weight::regular);
+}
+
+}  // namespace tavrin

@@ -1,0 +1,55 @@
+#include "tavrin/nodes/shape_nodes.h"
+
+#include "tavrin/values/mirror_key_path.h"
+
+namespace tavrin {
+namespace {
+
+RoundedCornerStyle styleOf(const LosslessDSLValue<std::optional<RoundedCornerStyleDSL>>& style) {
+    return style.wrappedValue() == RoundedCornerStyleDSL::continuous ? RoundedCornerStyle::continuous
+                                                                     : RoundedCornerStyle::circular;
+}
+
+/// The plain colour that a colour node draws; gray where it draws anything else.
+Color plainColor(const ColorNode& node, Context& context) {
+    const AnyView rendered = node.render(context);
+    const Color* color = mirrorKeyPath("storage.view", rendered).as<Color>();
+    return color != nullptr ? *color : Color::gray;
+}
+
+/// Strokes or fills a bare shape as its node says; stroking leaves the fill out.
+template <ShapeNode NodeRecord, class BareShape>
+AnyView handleStrokeAndFill(const BareShape& view, const NodeRecord& node, Context& context) {
+    constexpr float defaultLineWidth = 1;
+    if (node.stroke.wrappedValue() == true) {
+        const std::optional<ColorNode>& color = node.strokeColor.wrappedValue;
+        return StrokedShape{.shape = view,
+                            .stroke = color ? plainColor(*color, context) : Color::gray,
+                            .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
+    }
+    if (const std::optional<ColorNode>& color = node.fillColor.wrappedValue)
+        return FilledShape{.shape = view, .fill = plainColor(*color, context)};
+    return view;
+}
+
+template <ShapeNode NodeRecord, class BareShape>
+AnyView renderShape(const BareShape& view, const NodeRecord& node, Context& context) {
+    return applyModifiers(node.modifiers.wrappedValue(), handleStrokeAndFill(view, node, context), context);
+}
+
+}  // namespace
+
+AnyView CircleNode::render(Context& context) const { return renderShape(Circle{}, *this, context); }
+
+AnyView RectangleNode::render(Context& context) const { return renderShape(Rectangle{}, *this, context); }
+
+AnyView RoundedRectangleNode::render(Context& context) const {
+    const RoundedRectangle shape{.cornerRadius = double{cornerRadius.wrappedValue()}, .style = styleOf(style)};
+    return renderShape(shape, *this, context);
+}
+
+AnyView CapsuleNode::render(Context& context) const {
+    return renderShape(Capsule{.style = styleOf(style)}, *this, context);
+}
+
+}  // namespace tavrin

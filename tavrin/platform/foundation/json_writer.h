@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tavrin {
+
+/// Writes JSON text, value by value. Calls must follow JSON's grammar (a key before each value of an object, one value
+/// at the root); anything else is a precondition violation.
+///
+/// Doubles (floats are widened) are written with the fewest digits that read back the same, whole numbers without ".0";
+/// ones that are not finite become the strings "infinity", "-infinity" and "nan". In strings, what is not UTF-8 becomes
+/// U+FFFD.
+///
+///     JSONWriter writer(JSONWriter::Style::compact);
+///     writer.beginObject().key("frame").beginArray().value(0).value(12.5).endArray().endObject();
+///     std::string text = std::move(writer).text();  // {"frame":[0,12.5]}
+class JSONWriter {
+public:
+    enum class Style {
+        compact,  ///< one line without blanks
+        pretty    ///< indented by two spaces; short arrays of scalars stay on one line
+    };
+
+    explicit JSONWriter(Style style) : style_(style) {}
+
+    JSONWriter& beginObject();
+    JSONWriter& endObject();
+    JSONWriter& beginArray();
+    JSONWriter& endArray();
+    JSONWriter& key(std::string_view key);
+
+    JSONWriter& value(std::string_view text);
+    JSONWriter& value(const char* text) { return value(std::string_view(text)); }
+    JSONWriter& value(double number);
+    JSONWriter& value(std::int64_t number);
+    JSONWriter& value(std::uint64_t number);
+    JSONWriter& value(int number) { return value(std::int64_t{number}); }
+    JSONWriter& value(bool truth);
+    JSONWriter& value(std::nullptr_t);
+
+    /// What has been written; whole once every begin is ended.
+    [[nodiscard]] const std::string& text() const& { return text_; }
+    [[nodiscard]] std::string text() && { return std::move(text_); }
+
+private:
+    /// An object or array that is not ended yet.
+    struct Container {
+        bool isArray;
+        bool isEmpty = true;
+        bool onlyScalars = true;
+        std::size_t start = 0;  ///< where its bracket stands in the text
+    };
+
+    void beginValue(bool isScalar);
+    void beginElement(bool isScalar);
+    void begin(char bracket, bool isArray);
+    void end(char bracket, bool isArray);
+    void newLine();
+    void string(std::string_view text);
+    void joinLines(std::size_t start);
+
+    Style style_;
+    bool afterKey_ = false;
+    std::vector<Container> open_;
+    std::string text_;
+};
+
+}  // namespace tavrin

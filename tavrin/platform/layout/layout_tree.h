@@ -1,0 +1,169 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/text/text_engine.h"
+#include "tavrin/platform/ui/any_view.h"
+#include "tavrin/platform/ui/environment.h"
+
+namespace tavrin::layout {
+
+/// Hears what is doubtful in a view tree but no error, one sentence each.
+using Diagnostics = std::function<void(std::string_view message)>;
+
+/// What texts and shapes inherit from the modifiers around them.
+struct Inherited {
+    /// At most so many lines for each text; absent: any number. At least 1.
+    std::optional<std::int64_t> lineLimit;
+    Color foregroundColor;
+};
+
+/// One view of a laid-out tree.
+struct LayoutNode {
+    /// The view; lives as long as the tree.
+    const AnyView* view = nullptr;
+    /// Where it lies, in points from the widget's top leading corner, before any effect of itself or of what holds it.
+    /// Not meaningful when absent. Infinite where a document asks for infinite sizes; never NaN.
+    Rect frame = {};
+    /// Index one past its last descendant; its children are the nodes in between.
+    std::uint32_t end = 0;
+    /// Where the tree keeps what the node inherits.
+    std::uint32_t inherited = 0;
+    /// Where the tree keeps more about a text, a stack or a spacer.
+    std::uint32_t detail = 0;
+    ViewKind kind = ViewKind::emptyView;
+    /// No view at all: an `EmptyView`, every modifier around one, and what those modifiers hold.
+    bool absent = false;
+};
+
+/// A view tree unrolled into one list of nodes, in pre-order, each in its place. Composed views stand for themselves,
+/// with their body as their only child. Immutable for its users; safe to read from several threads.
+class LayoutTree {
+public:
+    using Index = std::uint32_t;
+
+    LayoutTree() = default;
+    LayoutTree(LayoutTree&&) = default;
+    LayoutTree& operator=(LayoutTree&&) = default;
+    LayoutTree(const LayoutTree&) = delete;  // nodes point into `views_`
+    LayoutTree& operator=(const LayoutTree&) = delete;
+
+    /// Goes through the children of one node in document order, absent ones too.
+    class Children {
+    public:
+        class Iterator {
+        public:
+            using difference_type = std::ptrdiff_t;
+            using value_type = Index;
+
+            Iterator() = default;
+            Iterator(const LayoutNode* nodes, Index index) : nodes_(nodes), index_(index) {}
+            Index operator*() const { return index_; }
+            Iterator& operator++() {
+                index_ = nodes_[index_].end;
+                return *this;
+            }
+            Iterator operator++(int) {
+                const Iterator before = *this;
+                ++*this;
+                return before;
+            }
+            friend bool operator==(const Iterator& a, const Iterator& b) { return a.index_ == b.index_; }
+
+        private:
+            const LayoutNode* nodes_ = nullptr;
+            Index index_ = 0;
+        };
+
+        Children(const LayoutNode* nodes, Index parent) : nodes_(nodes), parent_(parent) {}
+        [[nodiscard]] Iterator begin() const { return {nodes_, parent_ + 1}; }
+        [[nodiscard]] Iterator end() const { return {nodes_, nodes_[parent_].end}; }
+        [[nodiscard]] bool empty() const { return nodes_[parent_].end == parent_ + 1; }
+
+    private:
+        const LayoutNode* nodes_;
+        Index parent_;
+    };
+
+    /// All nodes in pre-order; the root is the first.
+    [[nodiscard]] std::span<const LayoutNode> nodes() const { return nodes_; }
+    [[nodiscard]] const LayoutNode& node(Index index) const { return nodes_[index]; }
+    [[nodiscard]] Children children(Index parent) const { return {nodes_.data(), parent}; }
+
+    /// The node that a modifier changes, or a composed view's body.
+    [[nodiscard]] Index content(Index modifier) const;
+    /// The node behind or in front of the content of a background or overlay.
+    [[nodiscard]] Index secondary(Index modifier) const;
+
+    /// The children of a stack that are views, in the order in which they are drawn: `zIndex` ascending, document order
+    /// among equals.
+    [[nodiscard]] std::span<const Index> drawingOrder(Index stack) const;
+
+    /// The lines of a text, broken for its place. Of absent texts: no lines.
+    [[nodiscard]] const text::TextBlock& textBlock(Index text) const { return texts_[nodes_[text].detail].block; }
+
+    [[nodiscard]] const Inherited& inherited(Index index) const { return inherited_[nodes_[index].inherited]; }
+
+    /// The environment of the root; appearance, date and scale hold everywhere.
+    [[nodiscard]] const EnvironmentValues& environment() const { return environment_; }
+
+    /// The size that the root was proposed.
+    [[nodiscard]] Size widget() const { return widget_; }
+
+    /// How many sizes were asked for, by parents of their children.
+    [[nodiscard]] std::uint64_t answerCount() const { return answerCount_; }
+
+private:
+    friend class TreeBuilder;
+    friend class Measurer;
+    friend class Placer;
+
+    /// A text, shaped once.
+    struct TextItem {
+        std::shared_ptr<const text::ShapedText> shaped;
+        text::TextBlock block;
+        std::size_t bytes = 0;
+        bool isTimer = false;
+    };
+
+    /// A node that asks its content more than once: a stack with those of its children that are views, as ranges of
+    /// `childLists_`, or an aspect ratio, without.
+    struct ContainerItem {
+        Index inDocumentOrder = 0;
+        Index inDrawingOrder = 0;
+        Index count = 0;
+        double totalSpacing = 0;
+    };
+
+    [[nodiscard]] const ContainerItem& container(Index index) const { return containers_[nodes_[index].detail]; }
+    [[nodiscard]] std::span<const Index> presentChildren(Index stack) const;
+
+    std::deque<AnyView> views_;  // the root and the bodies of composed views: what the nodes point into
+    std::vector<LayoutNode> nodes_;
+    std::vector<Inherited> inherited_;
+    std::vector<TextItem> texts_;
+    std::vector<ContainerItem> containers_;
+    std::vector<Index> childLists_;
+    EnvironmentValues environment_;
+    Size widget_;
+    std::uint64_t answerCount_ = 0;
+};
+
+/// Gives every view of a tree its size and place: proposes `widget` to the root and centres it there.
+///
+/// Evaluates the body of each composed view once. Reports doubtful frames through `diagnostics`, if any. Throws
+/// `TavrinError` of kind "Engine" for views (composed ones unfolded) nested deeper than `AnyView::maximumNesting`, for
+/// more than 8,000,000 views, and for a tree whose layout takes unreasonably many steps; passes on what a body throws.
+LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
+                  const Diagnostics& diagnostics = {});
+
+}  // namespace tavrin::layout

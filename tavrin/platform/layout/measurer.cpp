@@ -1,0 +1,151 @@
+#include "tavrin/platform/layout/measurer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/layout/leaf_rules.h"
+#include "tavrin/platform/layout/modifier_rules.h"
+
+namespace tavrin::layout {
+namespace {
+
+/// A length that breaks lines; an infinite one does not.
+std::optional<double> finite(const std::optional<double>& length) {
+    return length && std::isfinite(*length) ? length : std::nullopt;
+}
+
+}  // namespace
+
+Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts)
+    : tree_(tree),
+      texts_(texts),
+      maximumAnswers_(10'000'000 + 100 * std::uint64_t{tree.nodes().size()}),
+      containers_(tree.containers_.size()),
+      textMemories_(tree.texts_.size()) {}
+
+void Measurer::countAnswer(std::uint64_t cost) {
+    tree_.answerCount_ += cost;
+    if (tree_.answerCount_ > maximumAnswers_)
+        throw TavrinError("Engine", "layout takes more than " + std::to_string(maximumAnswers_) + " steps");
+}
+
+Size Measurer::answer(Index index, const Proposal& proposal) {
+    countAnswer(1);
+    const LayoutNode& node = tree_.node(index);
+    switch (node.kind) {
+        case ViewKind::emptyView: return {};
+        case ViewKind::spacer:
+            return spacerAnswer(*node.view->as<Spacer>(), static_cast<SpacerAxes>(node.detail), proposal);
+        case ViewKind::text: return textAnswer(index, proposal);
+        case ViewKind::color:
+        case ViewKind::linearGradient:
+        case ViewKind::rectangle:
+        case ViewKind::roundedRectangle:
+        case ViewKind::capsule: return fillingAnswer(proposal);
+        case ViewKind::circle: return squareAnswer(proposal);
+        case ViewKind::filledShape: return shapeAnswer(node.view->as<FilledShape>()->shape, proposal);
+        case ViewKind::strokedShape: return shapeAnswer(node.view->as<StrokedShape>()->shape, proposal);
+        case ViewKind::vstack:
+        case ViewKind::hstack:
+        case ViewKind::zstack:
+        case ViewKind::aspectRatio: return containerAnswer(index, proposal);
+        case ViewKind::fixedFrame: {
+            const auto& frame = *node.view->as<FixedFrame>();
+            return answerAround(frame, answer(index + 1, layout::proposalInside(frame, proposal)));
+        }
+        case ViewKind::flexibleFrame: {
+            const auto& frame = *node.view->as<FlexibleFrame>();
+            return answerAround(frame, proposal, answer(index + 1, layout::proposalInside(frame, proposal)));
+        }
+        case ViewKind::padding: {
+            const auto& padding = *node.view->as<Padding>();
+            return answerAround(padding, answer(index + 1, layout::proposalInside(padding, proposal)));
+        }
+        default: return answer(tree_.content(index), proposal);
+    }
+}
+
+Size Measurer::containerAnswer(Index container, const Proposal& proposal) {
+    const LayoutNode& node = tree_.node(container);
+    AnswerMemory<Size>& memory = containers_[node.detail];
+    if (const Size* known = memory.find(proposal)) return *known;
+    Size size;
+    if (node.kind == ViewKind::aspectRatio) {
+        size = answer(container + 1, proposalInside(container, proposal));
+    } else if (node.kind == ViewKind::zstack) {
+        size = layeredAnswer(container, proposal);
+    } else {
+        size = stackAnswer(container, proposal);
+    }
+    memory.keep(proposal, size);
+    return size;
+}
+
+Proposal Measurer::proposalInside(Index aspectRatio, const Proposal& proposal) {
+    const auto& [givenRatio, mode, content] = *tree_.node(aspectRatio).view->as<AspectRatio>();
+    const bool anyFinite = finite(proposal.width) || finite(proposal.height);
+    const bool bothInfinite = !anyFinite && proposal.width && proposal.height;
+    if (bothInfinite || (givenRatio && !isRatio(*givenRatio))) return proposal;
+    if (givenRatio && anyFinite) return withRatio(*givenRatio, mode, proposal);
+
+    const Size own = answer(aspectRatio + 1, {});
+    const double ratio = givenRatio.value_or(own.width / own.height);
+    if (!isRatio(ratio)) return proposal;
+    if (anyFinite) return withRatio(ratio, mode, proposal);
+    const bool ownIsFinite = std::isfinite(own.width) || std::isfinite(own.height);
+    return ownIsFinite ? withRatio(ratio, mode, Proposal::of(own)) : proposal;
+}
+
+Size Measurer::layeredAnswer(Index zstack, const Proposal& proposal) {
+    Size size;
+    for (const Index child : tree_.presentChildren(zstack)) {
+        const Size answered = answer(child, proposal);
+        size = {std::max(size.width, answered.width), std::max(size.height, answered.height)};
+    }
+    return size;
+}
+
+Size Measurer::textAnswer(Index text, const Proposal& proposal) {
+    const text::TextBlock block = textBlock(text, proposal);
+    Size size = block.size();
+    if (!proposal.width) return size;
+    const bool isTimer = tree_.texts_[tree_.node(text).detail].isTimer;
+    const bool takesAll = size.width > *proposal.width || (isTimer && std::isfinite(*proposal.width));
+    if (takesAll) size.width = *proposal.width;
+    return size;
+}
+
+text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
+    const Proposal room{finite(proposal.width), finite(proposal.height)};
+    const text::TextBlock& unbroken = ideal(text);
+    const Size size = unbroken.size();
+    if (room.width.value_or(size.width) >= size.width && room.height.value_or(size.height) >= size.height)
+        return unbroken;
+    AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
+    if (const text::TextBlock* known = memory.find(room)) return *known;
+    const text::TextBlock block = broken(text, {.width = room.width, .height = room.height});
+    memory.keep(room, block);
+    return block;
+}
+
+const text::TextBlock& Measurer::ideal(Index text) {
+    TextMemory& memory = textMemories_[tree_.node(text).detail];
+    if (!memory.idealKnown) {
+        memory.ideal = broken(text, {});
+        memory.idealKnown = true;
+    }
+    return memory.ideal;
+}
+
+text::TextBlock Measurer::broken(Index text, const text::TextRoom& room) {
+    const LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
+    countAnswer(item.bytes / 64);  // so that long texts asked often are bounded too
+    text::TextRoom whole = room;
+    whole.lineLimit = tree_.inherited(text).lineLimit;
+    whole.scale = tree_.environment().displayScale;
+    return texts_.fit(item.shaped, whole);
+}
+
+}  // namespace tavrin::layout

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tavrin/platform/layout/answer_memory.h"
+#include "tavrin/platform/layout/layout_tree.h"
+#include "tavrin/platform/layout/proposal.h"
+#include "tavrin/platform/ui/view_modifiers.h"
+
+namespace tavrin::layout {
+
+/// Answers proposals for the nodes of one tree. Nodes that ask their content more than once remember their answers, so
+/// that nesting them does not multiply the work.
+class Measurer {
+public:
+    using Index = LayoutTree::Index;
+
+    /// What one child of a stack was proposed along the stack's axis, and its answer.
+    struct Share {
+        std::optional<double> proposed;
+        Size size;
+        double flexibility = 0;
+    };
+
+    Measurer(LayoutTree& tree, text::TextEngine& texts);
+
+    /// The size a present node takes when it is proposed that. Never NaN, never negative.
+    Size answer(Index index, const Proposal& proposal);
+
+    /// The lines of a text in the room it is proposed.
+    text::TextBlock textBlock(Index text, const Proposal& proposal);
+
+    /// What an aspect ratio makes of a proposal to itself.
+    Proposal proposalInside(Index aspectRatio, const Proposal& proposal);
+
+    /// Shares out a vertical or horizontal stack's room among its children. The shares, in document order, are
+    /// `share(first + k)` with the returned `first` until `release(first)`; sharings are released last first.
+    std::size_t shareOut(Index stack, const Proposal& proposal);
+    [[nodiscard]] const Share& share(std::size_t at) const { return shares_[at]; }
+    void release(std::size_t first);
+
+private:
+    /// What a text answers where it need not be broken, and elsewhere.
+    struct TextMemory {
+        text::TextBlock ideal;
+        bool idealKnown = false;
+        AnswerMemory<text::TextBlock> broken;
+    };
+
+    void countAnswer(std::uint64_t cost);
+    Size textAnswer(Index text, const Proposal& proposal);
+    Size containerAnswer(Index container, const Proposal& proposal);
+    Size stackAnswer(Index stack, const Proposal& proposal);
+    Size layeredAnswer(Index zstack, const Proposal& proposal);
+    const text::TextBlock& ideal(Index text);
+    text::TextBlock broken(Index text, const text::TextRoom& room);
+    double extentAlong(Axis axis, Index index, const Proposal& proposal);
+    void findFlexibilities(std::size_t first, Index stack, const Proposal& proposal);
+    void dealOut(std::size_t first, Index stack, const Proposal& proposal, double remainder);
+
+    LayoutTree& tree_;
+    text::TextEngine& texts_;
+    std::uint64_t maximumAnswers_;
+    std::vector<AnswerMemory<Size>> containers_;
+    std::vector<TextMemory> textMemories_;
+    std::vector<Share> shares_;         // of the sharings under way, innermost last
+    std::vector<std::uint32_t> order_;  // the same, in the order in which shares are dealt
+};
+
+}  // namespace tavrin::layout

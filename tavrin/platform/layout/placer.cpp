@@ -1,0 +1,108 @@
+#include "tavrin/platform/layout/placer.h"
+
+#include <cmath>
+
+#include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/layout/tree_builder.h"
+
+namespace tavrin::layout {
+namespace {
+
+/// Sums of opposite infinities are no places.
+Point settled(Point place) { return {std::isnan(place.x) ? 0 : place.x, std::isnan(place.y) ? 0 : place.y}; }
+
+Point operator+(Point a, Point b) { return settled({a.x + b.x, a.y + b.y}); }
+
+Alignment secondaryAlignment(const AnyView& modifier) {
+    const auto* background = modifier.as<Background>();
+    return background ? background->alignment : modifier.as<Overlay>()->alignment;
+}
+
+/// The share of spare room before each child of a stack, across it.
+double fractionAcross(const AnyView& stack) {
+    const auto* vertical = stack.as<VStack>();
+    return vertical ? fraction(vertical->alignment) : fraction(stack.as<HStack>()->alignment);
+}
+
+}  // namespace
+
+void Placer::placeRoot() {
+    if (tree_.node(0).absent) return;
+    placeAligned(0, Proposal::of(tree_.widget()), {{}, tree_.widget()}, Alignment::center);
+}
+
+void Placer::placeAligned(Index child, const Proposal& proposal, const Rect& room, Alignment alignment) {
+    const Size size = measurer_.answer(child, proposal);
+    place(child, proposal, {room.origin + alignedOffset(room.size, size, alignment), size});
+}
+
+void Placer::place(Index index, Proposal proposal, Rect frame) {
+    // Modifiers are taken in a loop: only stacks and second views are nested calls.
+    while (true) {
+        LayoutNode& node = tree_.nodes_[index];
+        node.frame = frame;
+        Index content = index + 1;
+        switch (node.kind) {
+            case ViewKind::vstack:
+            case ViewKind::hstack: return placeRow(index, proposal, frame);
+            case ViewKind::zstack: return placeLayers(index, proposal, frame);
+            case ViewKind::text: tree_.texts_[node.detail].block = measurer_.textBlock(index, proposal); return;
+            case ViewKind::background:
+            case ViewKind::overlay:
+                placeSecondary(index, frame);
+                content = tree_.content(index);
+                break;
+            case ViewKind::fixedFrame: {
+                const auto& room = *node.view->as<FixedFrame>();
+                proposal = proposalInside(room, proposal);
+                return placeAligned(content, proposal, frame, room.alignment);
+            }
+            case ViewKind::flexibleFrame: {
+                const auto& room = *node.view->as<FlexibleFrame>();
+                proposal = proposalInside(room, proposal);
+                return placeAligned(content, proposal, frame, room.alignment);
+            }
+            case ViewKind::padding: {
+                const auto& padding = *node.view->as<Padding>();
+                proposal = proposalInside(padding, proposal);
+                frame = {frame.origin + contentOffset(padding), measurer_.answer(content, proposal)};
+                break;
+            }
+            case ViewKind::aspectRatio: proposal = measurer_.proposalInside(index, proposal); break;
+            default: break;
+        }
+        if (content >= node.end) return;
+        index = content;
+    }
+}
+
+void Placer::placeSecondary(Index modifier, const Rect& frame) {
+    const Index secondary = tree_.secondary(modifier);
+    if (tree_.node(secondary).absent) return;
+    placeAligned(secondary, Proposal::of(frame.size), frame, secondaryAlignment(*tree_.node(modifier).view));
+}
+
+void Placer::placeLayers(Index zstack, const Proposal& proposal, const Rect& frame) {
+    const Alignment alignment = tree_.node(zstack).view->as<ZStack>()->alignment;
+    for (const Index child : tree_.presentChildren(zstack)) placeAligned(child, proposal, frame, alignment);
+}
+
+void Placer::placeRow(Index stack, const Proposal& proposal, const Rect& frame) {
+    const Axis axis = tree_.node(stack).kind == ViewKind::vstack ? Axis::vertical : Axis::horizontal;
+    const double fractionBefore = fractionAcross(*tree_.node(stack).view);
+    const std::span<const Index> children = tree_.presentChildren(stack);
+    const std::size_t first = measurer_.shareOut(stack, proposal);
+    double main = 0;
+    for (std::size_t at = 0; at < children.size(); ++at) {
+        if (at > 0) main += spacingBetween(tree_, stack, children[at - 1], children[at]);
+        const Size size = measurer_.share(first + at).size;
+        const Proposal proposed = withExtent(proposal, axis, measurer_.share(first + at).proposed);
+        const double room = extent(frame.size, across(axis));
+        const double cross = alignedOffset(room, extent(size, across(axis)), fractionBefore);
+        place(children[at], proposed, {frame.origin + pointAlong(axis, main, cross), size});
+        main += extent(size, axis);
+    }
+    measurer_.release(first);
+}
+
+}  // namespace tavrin::layout

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tavrin/platform/layout/layout_tree.h"
+#include "tavrin/platform/layout/measurer.h"
+
+namespace tavrin::layout {
+
+/// Gives the nodes of a tree their places, with the same proposals by which they were measured.
+class Placer {
+public:
+    using Index = LayoutTree::Index;
+
+    Placer(LayoutTree& tree, Measurer& measurer) : tree_(tree), measurer_(measurer) {}
+
+    /// Proposes the widget's size to the root and centres it.
+    void placeRoot();
+
+private:
+    void place(Index index, Proposal proposal, Rect frame);
+    void placeLayers(Index zstack, const Proposal& proposal, const Rect& frame);
+    void placeRow(Index stack, const Proposal& proposal, const Rect& frame);
+    void placeSecondary(Index modifier, const Rect& frame);
+    void placeAligned(Index child, const Proposal& proposal, const Rect& room, Alignment alignment);
+
+    LayoutTree& tree_;
+    Measurer& measurer_;
+};
+
+}  // namespace tavrin::layout

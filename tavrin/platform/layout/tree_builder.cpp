@@ -1,0 +1,254 @@
+#include "tavrin/platform/layout/tree_builder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <string>
+#include <utility>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/ui/primitive_views.h"
+
+namespace tavrin::layout {
+namespace {
+
+/// Calls `visit` for each view that `view` holds, in the order of its fields.
+template <class Visit>
+void forEachChild(const AnyView& view, const Visit& visit) {
+    visitPrimitive(view, [&]<class V>(const V& primitive) {
+        if constexpr (requires { V::fields; }) {
+            forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
+                if constexpr (std::same_as<Value, AnyView>) {
+                    visit(primitive.*field.member);
+                } else if constexpr (std::same_as<Value, std::vector<AnyView>>) {
+                    for (const AnyView& child : primitive.*field.member) visit(child);
+                }
+            });
+        }
+    });
+}
+
+bool isStack(ViewKind kind) { return kind == ViewKind::vstack || kind == ViewKind::hstack || kind == ViewKind::zstack; }
+
+SpacerAxes axesInside(ViewKind kind, SpacerAxes outside) {
+    switch (kind) {
+        case ViewKind::vstack: return SpacerAxes::vertical;
+        case ViewKind::hstack: return SpacerAxes::horizontal;
+        case ViewKind::zstack: return SpacerAxes::both;
+        default: return outside;
+    }
+}
+
+Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
+    Font font = text.font.value_or(environment.font);
+    if (text.fontWeight) font.weight = *text.fontWeight;
+    return font;
+}
+
+std::optional<std::int64_t> atLeastOne(std::optional<std::int64_t> lines) {
+    return lines ? std::optional(std::max<std::int64_t>(1, *lines)) : std::nullopt;
+}
+
+/// The view that stands behind a chain of modifiers.
+const LayoutNode& unmodified(const LayoutTree& tree, LayoutTree::Index index) {
+    while (!isStack(tree.node(index).kind) && !tree.children(index).empty()) index = tree.content(index);
+    return tree.node(index);
+}
+
+std::optional<double> givenSpacing(const AnyView& stack) {
+    const VStack* vertical = stack.as<VStack>();
+    const auto given = vertical ? vertical->spacing : stack.as<HStack>()->spacing;
+    return given && std::isfinite(*given) ? given : std::nullopt;
+}
+
+}  // namespace
+
+double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,
+                      LayoutTree::Index after) {
+    if (const auto given = givenSpacing(*tree.node(stack).view)) return *given;
+    const bool besideSpacer = unmodified(tree, before).kind == ViewKind::spacer ||  //
+                              unmodified(tree, after).kind == ViewKind::spacer;
+    return besideSpacer ? 0 : 8;
+}
+
+LayoutTree TreeBuilder::build(const AnyView& root, Size widget, const EnvironmentValues& environment,
+                              text::TextEngine& texts, const Diagnostics& diagnostics) {
+    LayoutTree tree;
+    tree.environment_ = environment;
+    tree.widget_ = widget;
+    tree.inherited_.push_back({atLeastOne(environment.lineLimit), environment.foregroundColor});
+    TreeBuilder builder(tree, texts, diagnostics);
+    builder.unroll(root);
+    builder.closeSubtrees();
+    builder.spreadAbsence();
+    builder.listChildren();
+    return tree;
+}
+
+void TreeBuilder::unroll(const AnyView& root) {
+    pending_.push_back({&tree_.views_.emplace_back(root), noParent, 0, 1, SpacerAxes::both});
+    while (!pending_.empty()) {
+        const Pending next = pending_.back();
+        pending_.pop_back();
+        addNode(next);
+    }
+}
+
+void TreeBuilder::addNode(const Pending& pending) {
+    if (pending.depth > AnyView::maximumNesting)
+        throw TavrinError("Engine", "views are nested deeper than " + std::to_string(AnyView::maximumNesting));
+    if (tree_.nodes_.size() + pending_.size() >= maximumNodes)
+        throw TavrinError("Engine", "layout has more than " + std::to_string(maximumNodes) + " views");
+
+    const auto index = static_cast<Index>(tree_.nodes_.size());
+    const ViewKind kind = pending.view->kind();
+    LayoutNode& node = tree_.nodes_.emplace_back();
+    parents_.push_back(pending.parent);
+    node.view = pending.view;
+    node.kind = kind;
+    node.inherited = pending.inherited;
+    if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
+    if (kind == ViewKind::text) node.detail = addText(pending);
+    if (isStack(kind) || kind == ViewKind::aspectRatio) node.detail = addContainer();
+    if (kind == ViewKind::flexibleFrame) report(*pending.view);
+
+    if (kind == ViewKind::composed) {
+        addBody(pending, index);
+    } else {
+        addChildren(pending, index);
+    }
+}
+
+void TreeBuilder::addChildren(const Pending& pending, Index index) {
+    const ViewKind kind = pending.view->kind();
+    const std::size_t first = pending_.size();
+    const std::uint32_t inherited = inheritedInside(pending);
+    const SpacerAxes axes = axesInside(kind, pending.axes);
+    forEachChild(*pending.view, [&](const AnyView& child) {
+        if (pending_.size() >= maximumNodes) return;  // the bound is reported by the next node
+        pending_.push_back({&child, index, inherited, pending.depth + 1, axes});
+    });
+    // The second view of these two comes before the content; it is in no stack.
+    if (kind == ViewKind::background || kind == ViewKind::overlay) pending_[first].axes = SpacerAxes::both;
+    // The last to be pushed is the first to be taken.
+    std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
+}
+
+void TreeBuilder::addBody(const Pending& pending, Index index) {
+    EnvironmentValues environment = tree_.environment_;
+    const Inherited& inherited = tree_.inherited_[pending.inherited];
+    environment.lineLimit = inherited.lineLimit;
+    environment.foregroundColor = inherited.foregroundColor;
+    const AnyView& body = tree_.views_.emplace_back(pending.view->box().body(environment));
+    pending_.push_back({&body, index, pending.inherited, pending.depth + 1, pending.axes});
+}
+
+std::uint32_t TreeBuilder::inheritedInside(const Pending& pending) {
+    Inherited inside = tree_.inherited_[pending.inherited];
+    if (const auto* limit = pending.view->as<LineLimit>()) {
+        inside.lineLimit = atLeastOne(limit->number);
+    } else if (const auto* foreground = pending.view->as<ForegroundColor>()) {
+        inside.foregroundColor = foreground->color;
+    } else {
+        return pending.inherited;
+    }
+    tree_.inherited_.push_back(inside);
+    return static_cast<std::uint32_t>(tree_.inherited_.size() - 1);
+}
+
+std::uint32_t TreeBuilder::addText(const Pending& pending) {
+    const Text& text = *pending.view->as<Text>();
+    const Font font = effectiveFont(text, tree_.environment_);
+    LayoutTree::TextItem item;
+    if (const auto* date = std::get_if<Date>(&text.content)) {
+        const std::string shown = timerText(*date, tree_.environment_.date);
+        item.isTimer = true;
+        item.bytes = shown.size();
+        item.shaped = texts_.shape(shown, font);
+    } else {
+        const std::string& shown = std::get<std::string>(text.content);
+        item.bytes = shown.size();
+        item.shaped = texts_.shape(shown, font);
+    }
+    tree_.texts_.push_back(std::move(item));
+    return static_cast<std::uint32_t>(tree_.texts_.size() - 1);
+}
+
+std::uint32_t TreeBuilder::addContainer() {
+    tree_.containers_.emplace_back();
+    return static_cast<std::uint32_t>(tree_.containers_.size() - 1);
+}
+
+void TreeBuilder::report(const AnyView& view) {
+    if (diagnostics_ && isContradictory(*view.as<FlexibleFrame>()))
+        diagnostics_("a frame's minimum is larger than its maximum; the minimum holds");
+}
+
+void TreeBuilder::closeSubtrees() {
+    for (auto index = static_cast<Index>(tree_.nodes_.size()); index-- > 0;) {
+        LayoutNode& node = tree_.nodes_[index];
+        node.end = std::max(node.end, index + 1);
+        if (parents_[index] != noParent) {
+            Index& outer = tree_.nodes_[parents_[index]].end;
+            outer = std::max(outer, node.end);
+        }
+        const bool changesContent = !isStack(node.kind) && !tree_.children(index).empty();
+        node.absent = node.kind == ViewKind::emptyView || (changesContent && tree_.node(tree_.content(index)).absent);
+    }
+}
+
+/// What an absent modifier holds is not there either: the view behind nothing, say.
+void TreeBuilder::spreadAbsence() {
+    for (Index index = 0; index < tree_.nodes_.size();) {
+        if (!tree_.nodes_[index].absent) {
+            ++index;
+            continue;
+        }
+        for (const Index end = tree_.nodes_[index].end; index < end; ++index) tree_.nodes_[index].absent = true;
+    }
+}
+
+void TreeBuilder::listChildren() {
+    for (Index index = 0; index < tree_.nodes_.size(); ++index)
+        if (isStack(tree_.nodes_[index].kind) && !tree_.nodes_[index].absent) listChildrenOf(index);
+}
+
+void TreeBuilder::listChildrenOf(Index stack) {
+    LayoutTree::ContainerItem& item = tree_.containers_[tree_.nodes_[stack].detail];
+    const auto first = static_cast<Index>(tree_.childLists_.size());
+    item.inDocumentOrder = item.inDrawingOrder = first;
+    const bool spaced = tree_.nodes_[stack].kind != ViewKind::zstack;
+    for (const Index child : tree_.children(stack)) {
+        if (tree_.nodes_[child].absent) continue;
+        if (spaced && tree_.childLists_.size() > first)
+            item.totalSpacing += spacingBetween(tree_, stack, tree_.childLists_.back(), child);
+        tree_.childLists_.push_back(child);
+    }
+    item.count = static_cast<Index>(tree_.childLists_.size()) - first;
+    sortForDrawing(item);
+}
+
+/// Gives a stack a list of its own for drawing, unless its children are drawn in document order.
+void TreeBuilder::sortForDrawing(LayoutTree::ContainerItem& stack) {
+    std::vector<std::pair<double, Index>> byDepth;
+    byDepth.reserve(stack.count);
+    for (const Index child : std::span(tree_.childLists_).subspan(stack.inDocumentOrder, stack.count))
+        byDepth.emplace_back(zIndex(child), child);
+    if (std::is_sorted(byDepth.begin(), byDepth.end())) return;
+    std::sort(byDepth.begin(), byDepth.end());
+    stack.inDrawingOrder = static_cast<Index>(tree_.childLists_.size());
+    for (const auto& [depth, child] : byDepth) tree_.childLists_.push_back(child);
+}
+
+/// The depth of a stack's child: that of the innermost `ZIndex` around it, 0 when there is none or it is not a number.
+double TreeBuilder::zIndex(Index child) const {
+    double depth = 0;
+    while (!isStack(tree_.node(child).kind) && !tree_.children(child).empty()) {
+        if (const auto* index = tree_.node(child).view->as<ZIndex>()) depth = index->value;
+        child = tree_.content(child);
+    }
+    return std::isnan(depth) ? 0 : depth;
+}
+
+}  // namespace tavrin::layout

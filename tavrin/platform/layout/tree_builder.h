@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tavrin/platform/layout/layout_tree.h"
+#include "tavrin/platform/layout/leaf_rules.h"
+
+namespace tavrin::layout {
+
+/// Unrolls a view tree into the nodes of a `LayoutTree`: evaluates bodies, shapes texts, finds out what is absent and
+/// in which order stacks draw. Sizes and places come later.
+class TreeBuilder {
+public:
+    /// More views than this are an error: a few shared ones can stand for any number.
+    static constexpr std::size_t maximumNodes = 8'000'000;
+
+    static LayoutTree build(const AnyView& root, Size widget, const EnvironmentValues& environment,
+                            text::TextEngine& texts, const Diagnostics& diagnostics);
+
+private:
+    using Index = LayoutTree::Index;
+    static constexpr Index noParent = UINT32_MAX;
+
+    /// A view that has no node yet.
+    struct Pending {
+        const AnyView* view;
+        Index parent;
+        std::uint32_t inherited;
+        std::uint32_t depth;
+        SpacerAxes axes;
+    };
+
+    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics)
+        : tree_(tree), texts_(texts), diagnostics_(diagnostics) {}
+
+    void unroll(const AnyView& root);
+    void addNode(const Pending& pending);
+    void addChildren(const Pending& pending, Index index);
+    void addBody(const Pending& pending, Index index);
+    std::uint32_t inheritedInside(const Pending& pending);
+    std::uint32_t addText(const Pending& pending);
+    std::uint32_t addContainer();
+    void report(const AnyView& view);
+
+    void closeSubtrees();
+    void spreadAbsence();
+    void listChildren();
+    void listChildrenOf(Index stack);
+    void sortForDrawing(LayoutTree::ContainerItem& stack);
+    [[nodiscard]] double zIndex(Index child) const;
+
+    LayoutTree& tree_;
+    text::TextEngine& texts_;
+    const Diagnostics& diagnostics_;
+    std::vector<Pending> pending_;
+    std::vector<Index> parents_;
+};
+
+/// The room between two neighbours in a vertical or horizontal stack: as given, else 8, and 0 beside a spacer.
+double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,
+                      LayoutTree::Index after);
+
+}  // namespace tavrin::layout

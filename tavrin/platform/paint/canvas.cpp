@@ -1,0 +1,160 @@
+#include "tavrin/platform/paint/canvas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+#include <fmt/format.h>
+
+#include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/canvas_state.h"
+#include "tavrin/platform/paint/svg_names.h"
+
+namespace tavrin::paint {
+namespace {
+
+/// Transforms beyond these bounds show nothing that could be recognised.
+constexpr double maxMagnification = 1e6;
+constexpr double minDeterminant = 1e-12;
+constexpr double maxTranslation = 4e6;
+
+bool isDrawable(const cairo_matrix_t& m) {
+    for (const double coefficient : {m.xx, m.yx, m.xy, m.yy})
+        if (!(std::abs(coefficient) <= maxMagnification)) return false;
+    return std::abs(m.xx * m.yy - m.xy * m.yx) >= minDeterminant && std::abs(m.x0) <= maxTranslation &&
+           std::abs(m.y0) <= maxTranslation;
+}
+
+/// A side in whole pixels, or an impossible number of them.
+std::int64_t pixelsOf(double points, double scale) {
+    const double pixels = std::floor(points * scale + 0.5);
+    if (!(pixels >= 1)) return 0;
+    return static_cast<std::int64_t>(std::min(pixels, 1e9));
+}
+
+void checkPage(Size size) {
+    for (const double side : {size.width, size.height})
+        if (!(side > 0 && side <= PixelBuffer::maxSide))
+            throw TavrinError{"Render", fmt::format("a page of {} x {} points: each side must be more than 0 and at most {}",
+                                                  size.width, size.height, PixelBuffer::maxSide)};
+}
+
+cairo_status_t appendToDocument(void* document, const unsigned char* bytes, unsigned int count) {
+    try {
+        static_cast<std::string*>(document)->append(reinterpret_cast<const char*>(bytes), count);
+        return CAIRO_STATUS_SUCCESS;
+    } catch (const std::exception&) {
+        return CAIRO_STATUS_NO_MEMORY;
+    }
+}
+
+}  // namespace
+
+Canvas::Canvas(std::unique_ptr<State> state) : state_(std::move(state)) {
+    state_->cairo.reset(cairo_create(state_->surface.get()));
+    state_->levels.emplace_back();
+}
+Canvas::Canvas(Canvas&&) noexcept = default;
+Canvas& Canvas::operator=(Canvas&&) noexcept = default;
+Canvas::~Canvas() = default;
+
+Canvas Canvas::raster(Size size, double scale) {
+    auto state = std::make_unique<State>();
+    state->raster = true;
+    state->scale = scale;
+    state->pixels = PixelBuffer(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
+    const int width = state->pixels.width();
+    const int height = state->pixels.height();
+    state->surface.reset(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(state->pixels.row(0)),
+                                                             CAIRO_FORMAT_ARGB32, width, height, width * 4));
+    Canvas canvas(std::move(state));
+    canvas.state_->level().clip = {0, 0, width, height};
+    canvas.transform({scale, 0, 0, scale, 0, 0});
+    return canvas;
+}
+
+Canvas Canvas::svg(Size size) {
+    checkPage(size);
+    auto state = std::make_unique<State>();
+    state->surface.reset(
+        cairo_svg_surface_create_for_stream(appendToDocument, &state->document, size.width, size.height));
+    Canvas canvas(std::move(state));
+    canvas.state_->level().clip = {0, 0, 1, 1};
+    return canvas;
+}
+
+Canvas Canvas::pdf(Size size) {
+    checkPage(size);
+    auto state = std::make_unique<State>();
+    state->surface.reset(
+        cairo_pdf_surface_create_for_stream(appendToDocument, &state->document, size.width, size.height));
+    // Not the present: the same drawing is the same bytes.
+    cairo_pdf_surface_set_metadata(state->surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "1970-01-01T00:00:00Z");
+    Canvas canvas(std::move(state));
+    canvas.state_->level().clip = {0, 0, 1, 1};
+    return canvas;
+}
+
+cairo_t* Canvas::cairo() const { return state_->cairo.get(); }
+double Canvas::scale() const { return state_->scale; }
+bool Canvas::hidden() const { return state_->level().clip.empty(); }
+
+Rect Canvas::snapped(const Rect& rect) const {
+    const std::optional<PixelRect> area = state_->wholePixels(rect);
+    return area ? state_->points(*area) : rect;
+}
+
+void Canvas::save() {
+    cairo_save(cairo());
+    state_->pushLevel();
+}
+
+void Canvas::restore() {
+    if (state_->levels.size() < 2) preconditionFailure("a canvas restores more often than it saves");
+    state_->popLevel();
+    cairo_restore(cairo());
+}
+
+void Canvas::translate(double x, double y) { transform({1, 0, 0, 1, x, y}); }
+
+void Canvas::transform(const AffineTransform& transform) {
+    if (hidden()) return;
+    const auto& [xx, yx, xy, yy, x0, y0] = transform;
+    const cairo_matrix_t inner{xx, yx, xy, yy, x0, y0};
+    const cairo_matrix_t outer = state_->matrix();
+    cairo_matrix_t product;
+    cairo_matrix_multiply(&product, &inner, &outer);
+    if (isDrawable(product))
+        cairo_set_matrix(cairo(), &product);
+    else
+        state_->hide();
+}
+
+void Canvas::beginLayer() {
+    cairo_push_group(cairo());
+    state_->pushLevel();
+}
+
+void Canvas::endLayer(double opacity) {
+    if (state_->levels.size() < 2) preconditionFailure("a canvas ends more layers than it begins");
+    state_->popLevel();
+    cairo_pop_group_to_source(cairo());
+    if (opacity > 0) cairo_paint_with_alpha(cairo(), std::min(opacity, 1.0));
+    cairo_set_source_rgb(cairo(), 0, 0, 0);  // lets go of the layer
+}
+
+PixelBuffer Canvas::finishRaster() {
+    state_->finish();
+    return std::move(state_->pixels);
+}
+
+std::string Canvas::finishDocument() {
+    const bool svg = cairo_surface_get_type(state_->surface.get()) == CAIRO_SURFACE_TYPE_SVG;
+    state_->finish();
+    return svg ? withStableNames(state_->document) : std::move(state_->document);
+}
+
+}  // namespace tavrin::paint

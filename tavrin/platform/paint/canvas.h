@@ -1,0 +1,103 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/paint/gradient.h"
+#include "tavrin/platform/paint/pixel_buffer.h"
+#include "tavrin/platform/ui/views.h"
+
+typedef struct _cairo cairo_t;
+
+namespace tavrin::paint {
+
+/// x' = xx x + xy y + x0, y' = yx x + yy y + y0.
+struct AffineTransform {
+    double xx = 1;
+    double yx = 0;
+    double xy = 0;
+    double yy = 1;
+    double x0 = 0;
+    double y0 = 0;
+};
+
+/// How an outline is stroked. A width that is not positive and finite draws nothing.
+struct Pen {
+    double width = 1;
+    LineCap cap = LineCap::butt;
+    LineJoin join = LineJoin::miter;
+    double miterLimit = 10;
+};
+
+/// One surface to draw on, in points, y downwards: a raster picture, an SVG or a PDF document.
+///
+/// On a raster, while the transform only scales and moves, the edges of every rectangle and of every shape's bounds are
+/// rounded to whole pixels: neighbours neither gap nor overlap at any scale. Numbers that are not finite, empty bounds
+/// and collapsed transforms draw nothing; far coordinates are cut off out of sight. One thread at a time.
+class Canvas {
+public:
+    /// A transparent picture of `size` points at `scale` pixels a point, rounded to whole pixels. Throws `TavrinError`
+    /// of kind "Render" when it would have no pixels or more than `PixelBuffer` allows.
+    static Canvas raster(Size size, double scale);
+    /// A document of one page of `size` points. Throws `TavrinError` of kind "Render" unless both sides are positive and
+    /// at most `PixelBuffer::maxSide`.
+    static Canvas svg(Size size);
+    static Canvas pdf(Size size);
+
+    Canvas(Canvas&&) noexcept;
+    Canvas& operator=(Canvas&&) noexcept;
+    ~Canvas();
+
+    /// For what a canvas does not draw itself: texts, pictures. The user space is points. Leave transform, clip and
+    /// groups as they were found.
+    [[nodiscard]] cairo_t* cairo() const;
+
+    /// Pixels a point before any transform; 1 on a document.
+    [[nodiscard]] double scale() const;
+    /// Whether nothing drawn now can be seen: the clip is empty or the transform collapsed.
+    [[nodiscard]] bool hidden() const;
+    /// The rectangle with its edges moved to whole pixels as `fill` moves them; as given where they stay.
+    [[nodiscard]] Rect snapped(const Rect& rect) const;
+
+    /// Keeps the transform and the clip until the matching `restore`.
+    void save();
+    void restore();
+    void translate(double x, double y);
+    /// Applies `transform` to what is drawn from now on, before the present transform.
+    void transform(const AffineTransform& transform);
+
+    /// Cuts what is drawn from now on until the enclosing `restore` or `endLayer`.
+    void clip(const Rect& rect, bool antialiased = true);
+    void clip(const Shape& shape, const Rect& bounds, bool antialiased = true);
+
+    void fill(const Rect& rect, const Paint& paint);
+    /// Fills the outline that `shape` has in `bounds`.
+    void fill(const Shape& shape, const Rect& bounds, const Paint& paint);
+    /// Draws the outline with a pen centred on it.
+    void stroke(const Shape& shape, const Rect& bounds, const Paint& paint, const Pen& pen);
+    /// A frame of `width` points along the inside of `rect`; all of it when there is no room for a hole. On a raster it
+    /// is at least one pixel wide.
+    void border(const Rect& rect, RGBA color, double width);
+
+    /// What is drawn up to the matching `endLayer` is composed apart, then drawn with `opacity` (clamped to 0…1; NaN
+    /// draws nothing). A layer is as large as the clip: clip first where the extent is known. Saves within a layer are
+    /// restored within it.
+    void beginLayer();
+    void endLayer(double opacity);
+
+    /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind "Render"
+    /// with Cairo's message when anything failed. Only on a raster.
+    [[nodiscard]] PixelBuffer finishRaster();
+    /// The same for a document's bytes. Only on an SVG or PDF.
+    [[nodiscard]] std::string finishDocument();
+
+private:
+    struct State;
+    explicit Canvas(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace tavrin::paint

@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <cmath>
+
+#include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/canvas_state.h"
+#include "tavrin/platform/paint/color_source.h"
+#include "tavrin/platform/paint/shape_path.h"
+
+namespace tavrin::paint {
+namespace {
+
+void appendRect(cairo_t* cairo, const Rect& rect) {
+    cairo_rectangle(cairo, rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
+}
+
+Rect inset(const Rect& rect, double by) {
+    return {{rect.origin.x + by, rect.origin.y + by}, {rect.size.width - 2 * by, rect.size.height - 2 * by}};
+}
+
+cairo_line_cap_t cairoCap(LineCap cap) { return cap == LineCap::round ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT; }
+
+void setPen(cairo_t* cairo, const Pen& pen, double width) {
+    cairo_set_line_width(cairo, width);
+    cairo_set_line_cap(cairo, cairoCap(pen.cap));
+    cairo_set_line_join(cairo, CAIRO_LINE_JOIN_MITER);
+    cairo_set_miter_limit(cairo, std::isnan(pen.miterLimit) ? 10 : std::clamp(pen.miterLimit, 1.0, 1e3));
+}
+
+}  // namespace
+
+void Canvas::clip(const Rect& rect, bool antialiased) { clip(Rectangle{}, rect, antialiased); }
+
+void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
+    if (hidden()) return;
+    const std::optional<Rect> box = state_->placed(bounds);
+    if (!box) return state_->hide();
+
+    State::Level& level = state_->level();
+    const cairo_matrix_t matrix = state_->matrix();
+    const PixelRect touched = state_->touchedPixels(outlineBounds(shape, *box));
+    cairo_new_path(cairo());
+    if (state_->wholePixels(*box)) {
+        // Only the bounds clip; what is drawn past the outline within them is taken back in the end.
+        const State::Pieces pieces = state_->pieces(shape, *box);
+        if (!pieces.outlined.empty()) {
+            const PixelTarget target(cairo());
+            for (const PixelRect& piece : pieces.outlined)
+                if (const PixelRect area = intersection(piece, target.bounds()); !area.empty())
+                    level.backdrops.emplace_back(target, state_->coverage(area, shape, *box, antialiased));
+        }
+        cairo_identity_matrix(cairo());
+        cairo_rectangle(cairo(), touched.x0, touched.y0, touched.width(), touched.height());
+        cairo_clip(cairo());
+        cairo_set_matrix(cairo(), &matrix);
+    } else {
+        cairo_set_antialias(cairo(), antialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+        appendOutline(cairo(), shape, *box);
+        cairo_clip(cairo());
+        cairo_set_antialias(cairo(), CAIRO_ANTIALIAS_DEFAULT);
+        level.outlinedClip = true;
+    }
+    if (state_->raster) level.clip = intersection(level.clip, touched);
+}
+
+void Canvas::fill(const Rect& rect, const Paint& paint) { fill(Rectangle{}, rect, paint); }
+
+void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
+    if (hidden()) return;
+    const std::optional<Rect> box = state_->placed(bounds);
+    if (!box) return;
+    // Cairo is quick with outlines in one colour; rectangles and gradients are quicker done by ourselves.
+    const bool direct = state_->raster && !state_->level().outlinedClip;
+    const bool gradient = std::holds_alternative<Gradient>(paint);
+    const State::Pieces pieces = direct ? state_->pieces(shape, *box) : State::Pieces{};
+    if (direct && (gradient || pieces.outlined.empty())) {
+        const std::optional<PixelSource> source = PixelSource::make(paint, state_->matrix());
+        if (!source) return;
+        const PixelTarget target(cairo());
+        for (const PixelRect& area : pieces.full) target.fill(area, *source);
+        for (const PixelRect& area : pieces.outlined) target.fill(state_->coverage(area, shape, *box, true), *source);
+    } else if (setSource(cairo(), paint, state_->raster)) {
+        cairo_new_path(cairo());
+        appendOutline(cairo(), shape, *box);
+        cairo_fill(cairo());
+    }
+}
+
+void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, const Pen& pen) {
+    if (hidden() || !(pen.width > 0) || !std::isfinite(pen.width)) return;
+    const std::optional<Rect> box = state_->placed(bounds);
+    if (!box) return;
+    const double width = std::min(pen.width, state_->farPoints());
+    const auto draw = [&](cairo_t* context) {
+        setPen(context, pen, width);
+        appendOutline(context, shape, *box);
+        cairo_stroke(context);
+    };
+    if (state_->raster && !state_->level().outlinedClip && std::holds_alternative<Gradient>(paint)) {
+        const cairo_matrix_t matrix = state_->matrix();
+        const PixelRect touched = state_->touchedPixels(inset(outlineBounds(shape, *box), -width / 2));
+        const PixelRect area = intersection(touched, state_->level().clip);
+        const std::optional<PixelSource> source = PixelSource::make(paint, matrix);
+        if (!source || area.empty()) return;
+        const Coverage coverage(area, true, [&](cairo_t* context) {
+            cairo_set_matrix(context, &matrix);
+            draw(context);
+        });
+        PixelTarget(cairo()).fill(coverage, *source);
+    } else if (setSource(cairo(), paint, state_->raster)) {
+        cairo_new_path(cairo());
+        draw(cairo());
+    }
+}
+
+void Canvas::border(const Rect& rect, RGBA color, double width) {
+    if (hidden() || !(width > 0)) return;
+    const std::optional<Rect> outer = state_->placed(rect);
+    if (!outer) return;
+    if (2 * width >= std::min(outer->size.width, outer->size.height)) return fill(*outer, color);
+
+    Rect inner = inset(*outer, width);
+    if (const std::optional<PixelRect> frame = state_->wholePixels(*outer)) {
+        const cairo_matrix_t matrix = state_->matrix();
+        const auto thickness = [&](double scale) {
+            return std::max(1, static_cast<int>(std::lround(width * std::abs(scale))));
+        };
+        const int x = thickness(matrix.xx);
+        const int y = thickness(matrix.yy);
+        const PixelRect hole{frame->x0 + x, frame->y0 + y, frame->x1 - x, frame->y1 - y};
+        if (hole.empty()) return fill(*outer, color);
+        inner = state_->points(hole);
+        const double right = outer->origin.x + outer->size.width;
+        const double bottom = outer->origin.y + outer->size.height;
+        const double innerRight = inner.origin.x + inner.size.width;
+        const double innerBottom = inner.origin.y + inner.size.height;
+        fill(Rect{outer->origin, {outer->size.width, inner.origin.y - outer->origin.y}}, color);
+        fill(Rect{{outer->origin.x, innerBottom}, {outer->size.width, bottom - innerBottom}}, color);
+        fill(Rect{{outer->origin.x, inner.origin.y}, {inner.origin.x - outer->origin.x, inner.size.height}}, color);
+        fill(Rect{{innerRight, inner.origin.y}, {right - innerRight, inner.size.height}}, color);
+    } else if (setSource(cairo(), color, state_->raster)) {
+        cairo_new_path(cairo());
+        appendRect(cairo(), *outer);
+        appendRect(cairo(), inner);
+        cairo_set_fill_rule(cairo(), CAIRO_FILL_RULE_EVEN_ODD);
+        cairo_fill(cairo());
+        cairo_set_fill_rule(cairo(), CAIRO_FILL_RULE_WINDING);
+    }
+}
+
+}  // namespace tavrin::paint

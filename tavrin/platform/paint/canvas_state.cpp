@@ -1,0 +1,163 @@
+#include "tavrin/platform/paint/canvas_state.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/shape_path.h"
+
+namespace tavrin::paint {
+namespace {
+
+/// Cairo counts pixels up to 2^23; what lies further out than this is out of sight in any case.
+constexpr double farPixels = 1e6;
+
+/// What sums of the same lengths may differ by, in pixels, far below what can be seen.
+constexpr double rounding = 1e-6;
+
+/// The whole pixel nearest to an edge. Edges in the middle of a pixel go the same way, whichever sums they come from.
+int wholePixel(double edge) {
+    return static_cast<int>(std::clamp(std::floor(edge + 0.5 + rounding), -farPixels, farPixels));
+}
+
+bool isFinite(const Rect& rect) {
+    return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
+           std::isfinite(rect.size.height) && std::isfinite(rect.origin.x + rect.size.width) &&
+           std::isfinite(rect.origin.y + rect.size.height);
+}
+
+}  // namespace
+
+void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClip}); }
+
+void Canvas::State::popLevel() {
+    if (!level().backdrops.empty()) {
+        const PixelTarget target(cairo.get());
+        std::for_each(level().backdrops.rbegin(), level().backdrops.rend(),
+                      [&](const Backdrop& backdrop) { backdrop.restore(target); });
+    }
+    levels.pop_back();
+}
+
+void Canvas::State::hide() {
+    cairo_new_path(cairo.get());
+    cairo_clip(cairo.get());
+    level().clip = {};
+}
+
+void Canvas::State::finish() {
+    if (levels.size() != 1) throw TavrinError{"Render", "a saved state or a layer of the canvas was not ended"};
+    popLevel();
+    cairo_surface_finish(surface.get());
+    for (const cairo_status_t status : {cairo_status(cairo.get()), cairo_surface_status(surface.get())})
+        if (status != CAIRO_STATUS_SUCCESS) throw TavrinError{"Render", cairo_status_to_string(status)};
+}
+
+cairo_matrix_t Canvas::State::matrix() const {
+    cairo_matrix_t matrix;
+    cairo_get_matrix(cairo.get(), &matrix);
+    return matrix;
+}
+
+double Canvas::State::farPoints() const {
+    const cairo_matrix_t m = matrix();
+    return farPixels / std::max({std::abs(m.xx), std::abs(m.yx), std::abs(m.xy), std::abs(m.yy)});
+}
+
+std::optional<PixelRect> Canvas::State::wholePixels(const Rect& rect) const {
+    const cairo_matrix_t m = matrix();
+    if (!raster || m.xy != 0 || m.yx != 0 || !isFinite(rect)) return std::nullopt;
+    const int x0 = wholePixel(rect.origin.x * m.xx + m.x0);
+    const int y0 = wholePixel(rect.origin.y * m.yy + m.y0);
+    const int x1 = wholePixel((rect.origin.x + rect.size.width) * m.xx + m.x0);
+    const int y1 = wholePixel((rect.origin.y + rect.size.height) * m.yy + m.y0);
+    return PixelRect{std::min(x0, x1), std::min(y0, y1), std::max(x0, x1), std::max(y0, y1)};
+}
+
+Rect Canvas::State::points(const PixelRect& area) const {
+    const cairo_matrix_t m = matrix();
+    const double x0 = (area.x0 - m.x0) / m.xx;
+    const double x1 = (area.x1 - m.x0) / m.xx;
+    const double y0 = (area.y0 - m.y0) / m.yy;
+    const double y1 = (area.y1 - m.y0) / m.yy;
+    return {{std::min(x0, x1), std::min(y0, y1)}, {std::abs(x1 - x0), std::abs(y1 - y0)}};
+}
+
+std::optional<Rect> Canvas::State::placed(const Rect& rect) const {
+    if (!isFinite(rect) || rect.size.width <= 0 || rect.size.height <= 0) return std::nullopt;
+    if (const std::optional<PixelRect> area = wholePixels(rect)) {
+        if (area->empty()) return std::nullopt;
+        return points(*area);
+    }
+    const double bound = farPoints();
+    const auto near = [&](double edge) { return std::clamp(edge, -bound, bound); };
+    const double right = rect.origin.x + rect.size.width;
+    const double bottom = rect.origin.y + rect.size.height;
+    const Point origin{near(rect.origin.x), near(rect.origin.y)};
+    if (origin == rect.origin && near(right) == right && near(bottom) == bottom) return rect;
+    const Size size{near(right) - origin.x, near(bottom) - origin.y};
+    if (size.width <= 0 || size.height <= 0) return std::nullopt;
+    return Rect{origin, size};
+}
+
+PixelRect Canvas::State::touchedPixels(const Rect& rect) const {
+    const cairo_matrix_t m = matrix();
+    const auto span = [](double start, double first, double second) {
+        const double low = start + std::min(first, 0.0) + std::min(second, 0.0);
+        const double high = start + std::max(first, 0.0) + std::max(second, 0.0);
+        return std::pair{static_cast<int>(std::clamp(std::floor(low + rounding), -farPixels, farPixels)),
+                         static_cast<int>(std::clamp(std::ceil(high - rounding), -farPixels, farPixels))};
+    };
+    const auto& [origin, size] = rect;
+    const auto [x0, x1] = span(origin.x * m.xx + origin.y * m.xy + m.x0, size.width * m.xx, size.height * m.xy);
+    const auto [y0, y1] = span(origin.x * m.yx + origin.y * m.yy + m.y0, size.width * m.yx, size.height * m.yy);
+    return {x0, y0, x1, y1};
+}
+
+Canvas::State::Pieces Canvas::State::pieces(const Shape& shape, const Rect& bounds) const {
+    const cairo_matrix_t m = matrix();
+    const PixelRect box = touchedPixels(outlineBounds(shape, bounds));
+    Pieces pieces;
+    const auto add = [&](std::vector<PixelRect>& list, const PixelRect& area) {
+        const PixelRect visible = intersection(area, levels.back().clip);
+        if (!visible.empty()) list.push_back(visible);
+    };
+    if (m.xy != 0 || m.yx != 0) {
+        add(pieces.outlined, box);
+        return pieces;
+    }
+    const Size extent = cornerExtent(shape, bounds);
+    if (extent == Size{}) {
+        add(pieces.full, box);
+        return pieces;
+    }
+    // A pixel more, for an outline that lies between pixels; where corners meet they are all there is.
+    const auto reach = [](double points, double perPoint, int side) {
+        return std::min(static_cast<int>(std::ceil(points * std::abs(perPoint))) + 1, (side + 1) / 2);
+    };
+    const int left = box.x0 + reach(extent.width, m.xx, box.width());
+    const int right = std::max(left, box.x1 - reach(extent.width, m.xx, box.width()));
+    const int top = box.y0 + reach(extent.height, m.yy, box.height());
+    const int bottom = std::max(top, box.y1 - reach(extent.height, m.yy, box.height()));
+    add(pieces.full, {left, box.y0, right, top});
+    add(pieces.full, {box.x0, top, box.x1, bottom});
+    add(pieces.full, {left, bottom, right, box.y1});
+    add(pieces.outlined, {box.x0, box.y0, left, top});
+    add(pieces.outlined, {right, box.y0, box.x1, top});
+    add(pieces.outlined, {box.x0, bottom, left, box.y1});
+    add(pieces.outlined, {right, bottom, box.x1, box.y1});
+    return pieces;
+}
+
+Coverage Canvas::State::coverage(const PixelRect& area, const Shape& shape, const Rect& bounds,
+                                 bool antialiased) const {
+    const cairo_matrix_t toPixels = matrix();
+    return Coverage(area, antialiased, [&](cairo_t* context) {
+        cairo_set_matrix(context, &toPixels);
+        appendOutline(context, shape, bounds);
+        cairo_fill(context);
+    });
+}
+
+}  // namespace tavrin::paint

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <cairo.h>
+
+#include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/pixel_rect.h"
+#include "tavrin/platform/paint/pixel_target.h"
+
+// What the parts of `Canvas` share; nobody else includes this.
+
+namespace tavrin::paint {
+
+struct CairoDeleter {
+    void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+
+struct Canvas::State {
+    /// What `save` keeps beside Cairo's own state.
+    struct Level {
+        /// A raster's pixels that the clip leaves; only empty or not on a document.
+        PixelRect clip;
+        /// The clip is not just that rectangle: Cairo alone knows it.
+        bool outlinedClip = false;
+        /// Outlines to cut along when the level ends: within it only their bounds clip.
+        std::vector<Backdrop> backdrops = {};
+    };
+
+    bool raster = false;
+    double scale = 1;
+    PixelBuffer pixels;
+    std::string document;
+    std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
+    std::unique_ptr<cairo_t, CairoDeleter> cairo;
+    std::vector<Level> levels;
+
+    [[nodiscard]] Level& level() { return levels.back(); }
+    void pushLevel();
+    void popLevel();
+    /// Nothing is drawn any more until the level ends.
+    void hide();
+    void finish();
+
+    /// From points to pixels.
+    [[nodiscard]] cairo_matrix_t matrix() const;
+    /// So many points reach out of sight under the present transform, and Cairo can still count them.
+    [[nodiscard]] double farPoints() const;
+    /// The whole pixels nearest to a rectangle, on a raster that is only scaled and moved; far edges are brought near.
+    [[nodiscard]] std::optional<PixelRect> wholePixels(const Rect& rect) const;
+    /// The points that whole pixels cover.
+    [[nodiscard]] Rect points(const PixelRect& pixels) const;
+    /// `rect` moved to whole pixels if it can be, and in any case within what Cairo can count; nothing for an empty
+    /// rectangle or one with a number that is not finite.
+    [[nodiscard]] std::optional<Rect> placed(const Rect& rect) const;
+    /// The pixels that `rect` touches.
+    [[nodiscard]] PixelRect touchedPixels(const Rect& rect) const;
+
+    /// What a shape covers of a raster, within the clip: areas that are all inside, and areas with its outline in them.
+    struct Pieces {
+        std::vector<PixelRect> full;
+        std::vector<PixelRect> outlined;
+    };
+    /// `bounds` as `placed` returns them.
+    [[nodiscard]] Pieces pieces(const Shape& shape, const Rect& bounds) const;
+    [[nodiscard]] Coverage coverage(const PixelRect& area, const Shape& shape, const Rect& bounds,
+                                    bool antialiased) const;
+};
+
+}  // namespace tavrin::paint

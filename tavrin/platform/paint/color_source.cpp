@@ -1,0 +1,105 @@
+#include "tavrin/platform/paint/color_source.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include <cairo.h>
+
+#include "tavrin/platform/paint/pixels.h"
+
+namespace tavrin::paint {
+namespace {
+
+/// Cairo blends colours that are not premultiplied; between two opacities so many stops more bring it close.
+constexpr int stopsBetweenOpacities = 16;
+
+RGBA premultipliedMix(const RGBA& a, const RGBA& b, double share) {
+    const double opacity = std::lerp(a.opacity, b.opacity, share);
+    if (opacity <= 0) return {0, 0, 0, 0};
+    const auto channel = [&](double first, double second) {
+        return std::lerp(first * a.opacity, second * b.opacity, share) / opacity;
+    };
+    return {channel(a.red, b.red), channel(a.green, b.green), channel(a.blue, b.blue), opacity};
+}
+
+void setColor(cairo_t* cairo, const RGBA& color, bool raster) {
+    if (!raster) return cairo_set_source_rgba(cairo, color.red, color.green, color.blue, color.opacity);
+    // Straight channels that Cairo multiplies back to exactly this pixel.
+    const std::uint32_t pixel = pixelOf(color);
+    const double alpha = pixel >> 24;
+    const auto channel = [&](unsigned shift) { return alpha > 0 ? (pixel >> shift & 0xFF) / alpha : 0; };
+    cairo_set_source_rgba(cairo, channel(16), channel(8), channel(0), alpha / 255);
+}
+
+void setGradient(cairo_t* cairo, const Gradient& gradient, const std::vector<RGBA>& colors) {
+    const std::unique_ptr<cairo_pattern_t, decltype(&cairo_pattern_destroy)> pattern(
+        cairo_pattern_create_linear(gradient.start.x, gradient.start.y, gradient.end.x, gradient.end.y),
+        &cairo_pattern_destroy);
+    const auto addStop = [&](double offset, const RGBA& color) {
+        cairo_pattern_add_color_stop_rgba(pattern.get(), offset, color.red, color.green, color.blue, color.opacity);
+    };
+    const auto segments = static_cast<double>(colors.size() - 1);
+    for (std::size_t i = 0; i + 1 < colors.size(); ++i) {
+        const RGBA& from = colors[i];
+        const RGBA& to = colors[i + 1];
+        const int steps = from.opacity == to.opacity ? 1 : stopsBetweenOpacities;
+        for (int step = 0; step < steps; ++step) {
+            const double share = static_cast<double>(step) / steps;
+            addStop((static_cast<double>(i) + share) / segments, step == 0 ? from : premultipliedMix(from, to, share));
+        }
+    }
+    addStop(1, colors.back());
+    cairo_set_source(cairo, pattern.get());
+}
+
+}  // namespace
+
+std::optional<RGBA> clamped(const RGBA& color) {
+    const auto& [red, green, blue, opacity] = color;
+    if (std::isnan(red) || std::isnan(green) || std::isnan(blue) || std::isnan(opacity)) return std::nullopt;
+    const auto unit = [](double value) { return std::clamp(value, 0.0, 1.0); };
+    return RGBA{unit(red), unit(green), unit(blue), unit(opacity)};
+}
+
+std::uint32_t pixelOf(const RGBA& clampedColor) {
+    const auto& [red, green, blue, opacity] = clampedColor;
+    const auto byte = [](double value) { return static_cast<std::uint32_t>(value * 255 + 0.5); };
+    // An opacity just below a half step must not leave a channel above it.
+    const std::uint32_t alpha = byte(opacity);
+    const auto channel = [&](double value) { return std::min(byte(value * opacity), alpha); };
+    return packPixel(alpha, channel(red), channel(green), channel(blue));
+}
+
+std::vector<RGBA> clampedColors(const Gradient& gradient) {
+    const auto& [colors, start, end] = gradient;
+    if (!std::isfinite(start.x) || !std::isfinite(start.y) || !std::isfinite(end.x) || !std::isfinite(end.y)) return {};
+    std::vector<RGBA> result;
+    result.reserve(colors.size());
+    for (const RGBA& color : colors) {
+        const std::optional<RGBA> usable = clamped(color);
+        if (!usable) return {};
+        result.push_back(*usable);
+    }
+    if (start == end && !result.empty()) result.erase(result.begin(), result.end() - 1);
+    return result;
+}
+
+bool setSource(cairo_t* cairo, const Paint& paint, bool raster) {
+    if (const auto* color = std::get_if<RGBA>(&paint)) {
+        const std::optional<RGBA> usable = clamped(*color);
+        if (!usable || usable->opacity == 0) return false;
+        setColor(cairo, *usable, raster);
+        return true;
+    }
+    const auto& gradient = std::get<Gradient>(paint);
+    const std::vector<RGBA> colors = clampedColors(gradient);
+    if (colors.empty()) return false;
+    if (colors.size() == 1)
+        setColor(cairo, colors.front(), raster);
+    else
+        setGradient(cairo, gradient, colors);
+    return true;
+}
+
+}  // namespace tavrin::paint

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/paint/gradient.h"
+
+typedef struct _cairo cairo_t;
+
+namespace tavrin::paint {
+
+/// A colour with channels and opacity within 0…1; nothing when one of them is NaN.
+[[nodiscard]] std::optional<RGBA> clamped(const RGBA& color);
+
+/// The premultiplied pixel of a clamped colour, each channel rounded.
+[[nodiscard]] std::uint32_t pixelOf(const RGBA& clampedColor);
+
+/// A gradient's colours, each clamped, or the one colour that it comes down to; empty when it draws nothing.
+[[nodiscard]] std::vector<RGBA> clampedColors(const Gradient& gradient);
+
+/// Makes the paint Cairo's source; false when it draws nothing. On a raster colours are those of `pixelOf`.
+[[nodiscard]] bool setSource(cairo_t* cairo, const Paint& paint, bool raster);
+
+}  // namespace tavrin::paint

@@ -1,0 +1,219 @@
+#include "tavrin/platform/paint/painter.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "tavrin/platform/ui/primitive_views.h"
+
+namespace tavrin::paint {
+namespace {
+
+using layout::LayoutNode;
+using layout::LayoutTree;
+using Index = LayoutTree::Index;
+
+/// How many opacity layers may be open at once; each is as large as what is clipped to. Deeper ones fade their views
+/// one by one.
+constexpr int maximumLayers = 8;
+
+Point pointIn(const Rect& rect, UnitPoint point) {
+    return {rect.origin.x + point.x * rect.size.width, rect.origin.y + point.y * rect.size.height};
+}
+
+bool isFinite(const Rect& rect) {
+    return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
+           std::isfinite(rect.size.height);
+}
+
+class Painter {
+public:
+    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts)
+        : tree_(tree), canvas_(canvas), texts_(texts), appearance_(tree.environment().appearance) {}
+
+    void paint(Index index) {
+        const LayoutNode& node = tree_.node(index);
+        if (node.absent) return;
+        if (node.kind == ViewKind::composed) return paint(tree_.content(index));
+        visitPrimitive(*node.view, [&](const auto& view) { draw(view, index, node); });
+    }
+
+private:
+    // Leaves.
+
+    void draw(const EmptyView&, Index, const LayoutNode&) {}
+    void draw(const Spacer&, Index, const LayoutNode&) {}
+
+    void draw(const Text&, Index index, const LayoutNode& node) {
+        if (canvas_.hidden() || !isFinite(node.frame)) return;
+        const Rect place = canvas_.snapped(node.frame);
+        texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
+    }
+
+    void draw(const Color& color, Index, const LayoutNode& node) { canvas_.fill(node.frame, shade(color)); }
+    void draw(const LinearGradient& gradient, Index, const LayoutNode& node) {
+        canvas_.fill(node.frame, paintOf(gradient, node.frame));
+    }
+
+    void draw(const Circle& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
+    void draw(const Rectangle& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
+    void draw(const RoundedRectangle& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
+    void draw(const Capsule& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
+
+    void draw(const FilledShape& filled, Index, const LayoutNode& node) {
+        canvas_.fill(filled.shape, node.frame, paintOf(filled.fill, node.frame));
+    }
+    void draw(const StrokedShape& stroked, Index, const LayoutNode& node) {
+        const Pen pen{stroked.lineWidth, stroked.lineCap, stroked.lineJoin, stroked.miterLimit};
+        canvas_.stroke(stroked.shape, node.frame, paintOf(stroked.stroke, node.frame), pen);
+    }
+
+    // Stacks.
+
+    void draw(const VStack&, Index index, const LayoutNode&) { drawChildren(index); }
+    void draw(const HStack&, Index index, const LayoutNode&) { drawChildren(index); }
+    void draw(const ZStack&, Index index, const LayoutNode&) { drawChildren(index); }
+
+    // Modifiers. One that layout alone knows of draws its content.
+
+    template <ModifiedView Modified>
+    void draw(const Modified&, Index index, const LayoutNode&) {
+        paint(tree_.content(index));
+    }
+
+    void draw(const Offset& offset, Index index, const LayoutNode&) {
+        if (!std::isfinite(offset.x) || !std::isfinite(offset.y)) return;
+        canvas_.save();
+        canvas_.translate(offset.x, offset.y);
+        paint(tree_.content(index));
+        canvas_.restore();
+    }
+
+    void draw(const Background&, Index index, const LayoutNode&) {
+        paint(tree_.secondary(index));
+        paint(tree_.content(index));
+    }
+    void draw(const Overlay&, Index index, const LayoutNode&) {
+        paint(tree_.content(index));
+        paint(tree_.secondary(index));
+    }
+    void draw(const Border& border, Index index, const LayoutNode& node) {
+        paint(tree_.content(index));
+        canvas_.border(node.frame, shade(border.color), border.width);
+    }
+
+    void draw(const ClipShape& clip, Index index, const LayoutNode& node) {
+        drawClipped(index, [&] { canvas_.clip(clip.shape, node.frame, clip.antialiased); });
+    }
+    void draw(const Clipped& clip, Index index, const LayoutNode& node) {
+        drawClipped(index, [&] { canvas_.clip(node.frame, clip.antialiased); });
+    }
+    void draw(const CornerRadius& clip, Index index, const LayoutNode& node) {
+        const RoundedRectangle outline{clip.radius, RoundedCornerStyle::circular};
+        drawClipped(index, [&] { canvas_.clip(outline, node.frame, clip.antialiased); });
+    }
+
+    void draw(const Opacity& opacity, Index index, const LayoutNode&) {
+        if (!(opacity.value > 0)) return;
+        const Index content = tree_.content(index);
+        if (opacity.value >= 1) return paint(content);
+        if (layers_ >= maximumLayers || isOnePrimitive(content)) return fade(content, opacity.value);
+        canvas_.beginLayer();
+        ++layers_;
+        paint(content);
+        --layers_;
+        canvas_.endLayer(opacity.value);
+    }
+
+    // Helpers.
+
+    void drawBare(const Shape& shape, Index index, const LayoutNode& node) {
+        canvas_.fill(shape, node.frame, foreground(index));
+    }
+
+    void drawChildren(Index stack) {
+        for (const Index child : tree_.drawingOrder(stack)) paint(child);
+    }
+
+    template <class Clip>
+    void drawClipped(Index index, Clip clip) {
+        canvas_.save();
+        clip();
+        if (!canvas_.hidden()) paint(tree_.content(index));
+        canvas_.restore();
+    }
+
+    /// Draws with every colour's opacity reduced: the same as a layer where nothing overlaps.
+    void fade(Index content, double opacity) {
+        const double before = opacity_;
+        opacity_ *= opacity;
+        paint(content);
+        opacity_ = before;
+    }
+
+    /// Whether a subtree draws one thing only, so that fading it needs no layer.
+    [[nodiscard]] bool isOnePrimitive(Index index) const {
+        while (!tree_.node(index).absent) {
+            switch (tree_.node(index).kind) {
+                case ViewKind::vstack:
+                case ViewKind::hstack:
+                case ViewKind::zstack: {
+                    const auto drawn = tree_.drawingOrder(index);
+                    if (drawn.size() != 1) return drawn.empty();
+                    index = drawn.front();
+                    break;
+                }
+                case ViewKind::background:
+                case ViewKind::overlay:
+                case ViewKind::border: return false;
+                case ViewKind::fixedFrame:
+                case ViewKind::flexibleFrame:
+                case ViewKind::padding:
+                case ViewKind::offset:
+                case ViewKind::aspectRatio:
+                case ViewKind::lineLimit:
+                case ViewKind::zIndex:
+                case ViewKind::foregroundColor:
+                case ViewKind::clipShape:
+                case ViewKind::clipped:
+                case ViewKind::cornerRadius:
+                case ViewKind::opacity:
+                case ViewKind::composed: index = tree_.content(index); break;
+                default: return true;
+            }
+        }
+        return true;
+    }
+
+    [[nodiscard]] RGBA shade(const Color& color) const {
+        RGBA shade = color.resolved(appearance_);
+        if (opacity_ < 1) shade.opacity = std::clamp(shade.opacity, 0.0, 1.0) * opacity_;
+        return shade;
+    }
+    [[nodiscard]] RGBA foreground(Index index) const { return shade(tree_.inherited(index).foregroundColor); }
+
+    [[nodiscard]] Paint paintOf(const LinearGradient& gradient, const Rect& bounds) const {
+        Gradient ramp{{}, pointIn(bounds, gradient.startPoint), pointIn(bounds, gradient.endPoint)};
+        ramp.colors.reserve(gradient.colors.size());
+        for (const Color& color : gradient.colors) ramp.colors.push_back(shade(color));
+        return ramp;
+    }
+    [[nodiscard]] Paint paintOf(const ShapeStyle& style, const Rect& bounds) const {
+        if (const auto* color = std::get_if<Color>(&style)) return shade(*color);
+        return paintOf(std::get<LinearGradient>(style), bounds);
+    }
+
+    const LayoutTree& tree_;
+    Canvas& canvas_;
+    text::TextEngine& texts_;
+    Appearance appearance_;
+    double opacity_ = 1;
+    int layers_ = 0;
+};
+
+}  // namespace
+
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts) {
+    if (!tree.nodes().empty()) Painter(tree, canvas, texts).paint(0);
+}
+
+}  // namespace tavrin::paint

@@ -1,0 +1,37 @@
+#include "tavrin/platform/paint/pixel_buffer.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/pixels.h"
+
+namespace tavrin::paint {
+
+PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) {
+    const auto fits = [](std::int64_t side) { return side >= 1 && side <= maxSide; };
+    if (!fits(width) || !fits(height))
+        throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: each side must be 1 to {} pixels", width,
+                                              height, maxSide)};
+    if (width * height > maxPixels)
+        throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: there may be at most {} pixels", width,
+                                              height, maxPixels)};
+    width_ = static_cast<int>(width);
+    height_ = static_cast<int>(height);
+    pixels_.resize(static_cast<std::size_t>(width * height));
+}
+
+bool PixelBuffer::isOpaque() const {
+    for (int y = 0; y < height_; ++y)
+        if (!allOpaque(row(y), static_cast<std::size_t>(width_))) return false;
+    return true;
+}
+
+std::vector<std::uint8_t> PixelBuffer::straightRGBA() const {
+    std::vector<std::uint8_t> bytes(pixels_.size() * 4);
+    straightenPixels(pixels_.data(), bytes.data(), pixels_.size());
+    return bytes;
+}
+
+}  // namespace tavrin::paint

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <algorithm>
+
+namespace tavrin::paint {
+
+/// The pixels with x0 <= x < x1 and y0 <= y < y1.
+struct PixelRect {
+    int x0 = 0;
+    int y0 = 0;
+    int x1 = 0;
+    int y1 = 0;
+
+    [[nodiscard]] constexpr bool empty() const { return x0 >= x1 || y0 >= y1; }
+    [[nodiscard]] constexpr int width() const { return x1 - x0; }
+    [[nodiscard]] constexpr int height() const { return y1 - y0; }
+
+    friend constexpr PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+        return {std::max(a.x0, b.x0), std::max(a.y0, b.y0), std::min(a.x1, b.x1), std::min(a.y1, b.y1)};
+    }
+    friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+}  // namespace tavrin::paint

@@ -1,0 +1,151 @@
+#include "tavrin/platform/paint/pixel_source.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <cairo.h>
+
+#include "tavrin/platform/paint/color_source.h"
+#include "tavrin/platform/paint/pixels.h"
+
+namespace tavrin::paint {
+namespace {
+
+/// Enough steps between two colours that none of their 256 levels is skipped or misplaced by a visible part.
+constexpr std::size_t stepsPerSegment = 1024;
+constexpr std::size_t maxSteps = 32 * stepsPerSegment;
+
+/// Along a row, places in the ramp are counted in whole numbers of 2^-24; on a row that starts further away than
+/// `farPlace`, and in steps up to `steepest`, no pixel reaches the ramp.
+constexpr int fixedBits = 24;
+constexpr double fixedOne = 1 << fixedBits;
+constexpr double farPlace = 1e10;
+constexpr double steepest = 4e4;
+/// A slanted gradient's rows are one long row, shifted. It is computed for so many parts of a pixel, which is exact
+/// enough up to so many steps of the ramp in a pixel.
+constexpr std::size_t phases = 4;
+constexpr double steepestSlide = 4;
+/// Beyond, sums are no longer sure to be numbers.
+constexpr double farthest = 1e100;
+
+std::uint32_t mix(const RGBA& a, const RGBA& b, double share) {
+    const double opacity = std::lerp(a.opacity, b.opacity, share);
+    const auto channel = [&](double first, double second) {
+        return static_cast<std::uint32_t>(std::lerp(first * a.opacity, second * b.opacity, share) * 255 + 0.5);
+    };
+    const auto alpha = static_cast<std::uint32_t>(opacity * 255 + 0.5);
+    return packPixel(alpha, std::min(channel(a.red, b.red), alpha), std::min(channel(a.green, b.green), alpha),
+                     std::min(channel(a.blue, b.blue), alpha));
+}
+
+std::vector<std::uint32_t> rampOf(const std::vector<RGBA>& colors) {
+    if (colors.size() == 1) return {pixelOf(colors.front())};
+    const std::size_t segments = colors.size() - 1;
+    std::vector<std::uint32_t> ramp(std::min(segments * stepsPerSegment, maxSteps));
+    for (std::size_t i = 0; i < ramp.size(); ++i) {
+        const double place =
+            (static_cast<double>(i) + 0.5) / static_cast<double>(ramp.size()) * static_cast<double>(segments);
+        const auto segment = std::min(static_cast<std::size_t>(place), segments - 1);
+        ramp[i] = mix(colors[segment], colors[segment + 1], place - static_cast<double>(segment));
+    }
+    // What lies before and after has the end colours themselves.
+    ramp.front() = pixelOf(colors.front());
+    ramp.back() = pixelOf(colors.back());
+    return ramp;
+}
+
+}  // namespace
+
+std::optional<PixelSource> PixelSource::make(const Paint& paint, const cairo_matrix_t& matrix) {
+    PixelSource source;
+    if (const auto* color = std::get_if<RGBA>(&paint)) {
+        const std::optional<RGBA> usable = clamped(*color);
+        if (!usable || usable->opacity == 0) return std::nullopt;
+        source.ramp_ = {pixelOf(*usable)};
+    } else {
+        const auto& gradient = std::get<Gradient>(paint);
+        const std::vector<RGBA> colors = clampedColors(gradient);
+        if (colors.empty()) return std::nullopt;
+        source.ramp_ = rampOf(colors);
+        if (source.ramp_.size() > 1) {
+            cairo_matrix_t toPoints = matrix;
+            if (cairo_matrix_invert(&toPoints) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+            const double dx = gradient.end.x - gradient.start.x;
+            const double dy = gradient.end.y - gradient.start.y;
+            const double unit = static_cast<double>(source.ramp_.size()) / (dx * dx + dy * dy);
+            const auto along = [&](double x, double y) { return (x * dx + y * dy) * unit; };
+            double x = 0.5;
+            double y = 0.5;
+            cairo_matrix_transform_point(&toPoints, &x, &y);
+            source.origin_ = along(x - gradient.start.x, y - gradient.start.y);
+            source.perColumn_ = along(toPoints.xx, toPoints.yx);
+            source.perRow_ = along(toPoints.xy, toPoints.yy);
+            for (const double value : {source.origin_, source.perColumn_, source.perRow_})
+                if (!(std::abs(value) < farthest)) return std::nullopt;
+        }
+    }
+    source.opaque_ = allOpaque(source.ramp_.data(), source.ramp_.size());
+    return source;
+}
+
+std::optional<std::uint32_t> PixelSource::solid() const {
+    if (ramp_.size() == 1) return ramp_.front();
+    return std::nullopt;
+}
+
+void PixelSource::writeRun(double start, std::size_t count, std::uint32_t* out) const {
+    const std::uint32_t* ramp = ramp_.data();
+    const auto last = static_cast<std::int64_t>(ramp_.size()) - 1;
+    const auto at = [&](double place) {
+        return ramp[static_cast<std::int64_t>(std::clamp(place, 0.0, static_cast<double>(last)))];
+    };
+    if (perColumn_ == 0) {
+        std::fill_n(out, count, at(start));
+    } else if (std::abs(perColumn_) > steepest) {
+        for (std::size_t i = 0; i < count; ++i) out[i] = at(start + perColumn_ * static_cast<double>(i));
+    } else {
+        auto place = static_cast<std::int64_t>(std::clamp(start, -farPlace, farPlace) * fixedOne);
+        const auto step = static_cast<std::int64_t>(perColumn_ * fixedOne);
+        for (std::size_t i = 0; i < count; ++i, place += step)
+            out[i] = ramp[std::clamp<std::int64_t>(place >> fixedBits, 0, last)];
+    }
+}
+
+SourceRows::SourceRows(const PixelSource& source, const PixelRect& area)
+    : source_(source), area_(area), width_(static_cast<std::size_t>(area.width())) {
+    if (source.perRow_ == 0) {
+        method_ = Method::sameRow;
+        pixels_.resize(width_);
+        source.writeRun(source.origin_ + source.perColumn_ * area.x0, width_, pixels_.data());
+    } else {
+        prepareSlide();
+        if (method_ == Method::compute) pixels_.resize(width_);
+    }
+}
+
+void SourceRows::prepareSlide() {
+    if (source_.perColumn_ == 0 || std::abs(source_.perColumn_) > steepestSlide) return;
+    shift_ = source_.perRow_ / source_.perColumn_;
+    const double range = std::abs(shift_) * (area_.height() - 1);
+    const double pixels = static_cast<double>(width_) * area_.height();
+    if (!(phases * (range + static_cast<double>(width_)) < pixels / 4)) return;
+
+    method_ = Method::slide;
+    leastShift_ = std::min(shift_ * area_.y0, shift_ * (area_.y1 - 1));
+    length_ = static_cast<std::size_t>(range) + 2 + width_;
+    pixels_.resize(phases * length_);
+    for (std::size_t phase = 0; phase < phases; ++phase) {
+        const double column = area_.x0 + leastShift_ + static_cast<double>(phase) / phases;
+        source_.writeRun(source_.origin_ + source_.perColumn_ * column, length_, pixels_.data() + phase * length_);
+    }
+}
+
+const std::uint32_t* SourceRows::row(int y) {
+    if (method_ == Method::compute)
+        source_.writeRun(source_.origin_ + source_.perColumn_ * area_.x0 + source_.perRow_ * y, width_, pixels_.data());
+    if (method_ != Method::slide) return pixels_.data();
+    const auto place = static_cast<std::size_t>((shift_ * y - leastShift_) * phases + 0.5);
+    return pixels_.data() + place % phases * length_ + place / phases;
+}
+
+}  // namespace tavrin::paint

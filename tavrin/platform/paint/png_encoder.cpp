@@ -1,0 +1,14 @@
+#include "tavrin/platform/paint/png_encoder.h"
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/png_fast.h"
+#include "tavrin/platform/paint/png_small.h"
+
+namespace tavrin::paint {
+
+std::string encodePng(const PixelBuffer& picture, PngCompression compression) {
+    if (picture.width() == 0) throw TavrinError{"Render", "a picture without pixels cannot be a PNG"};
+    return compression == PngCompression::small ? encodePngSmall(picture) : encodePngFast(picture);
+}
+
+}  // namespace tavrin::paint

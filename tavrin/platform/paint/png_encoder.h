@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "tavrin/platform/paint/pixel_buffer.h"
+
+namespace tavrin::paint {
+
+enum class PngCompression : unsigned char {
+    fast,   ///< about a millisecond for a widget: one pass, one filter
+    small,  ///< several times slower, fewer bytes: palettes, grays, a choice of filters
+};
+
+/// The picture as a PNG file: 8 bits for each channel, without an alpha channel where every pixel is opaque, the same
+/// bytes for the same pixels. Throws `TavrinError` of kind "Render" for a picture without pixels. Thread-safe.
+[[nodiscard]] std::string encodePng(const PixelBuffer& picture, PngCompression compression = PngCompression::fast);
+
+}  // namespace tavrin::paint

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/ui/views.h"
+
+typedef struct _cairo cairo_t;
+
+namespace tavrin::paint {
+
+/// The rectangle that a shape's outline touches: the bounds, or for a circle the square centred in them.
+[[nodiscard]] Rect outlineBounds(const Shape& shape, const Rect& bounds);
+
+/// How far from a corner of its outline bounds a shape's outline may leave the edges, in points: {0, 0} for a rectangle,
+/// at most half the width and half the height.
+[[nodiscard]] Size cornerExtent(const Shape& shape, const Rect& bounds);
+
+/// Appends a shape's closed outline, filling `bounds`, to Cairo's current path: clockwise from the top edge. A corner
+/// radius is limited to 0…half the smaller side, and NaN counts as 0. Bounds without area or with a number that is not
+/// finite append nothing.
+void appendOutline(cairo_t* cairo, const Shape& shape, const Rect& bounds);
+
+}  // namespace tavrin::paint

@@ -1,0 +1,83 @@
+#include "tavrin/platform/text/emoji_pictures.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <hb-ot.h>
+
+#include "tavrin/platform/text/area_average.h"
+
+namespace tavrin::text {
+namespace {
+
+constexpr std::size_t mostBytes = 8U << 20;
+
+struct PngReader {
+    const char* rest;
+    unsigned length;
+
+    static cairo_status_t read(void* self, unsigned char* bytes, unsigned count) {
+        auto& reader = *static_cast<PngReader*>(self);
+        if (count > reader.length) return CAIRO_STATUS_READ_ERROR;
+        std::memcpy(bytes, reader.rest, count);
+        reader.rest += count;
+        reader.length -= count;
+        return CAIRO_STATUS_SUCCESS;
+    }
+};
+
+/// The glyph's picture in premultiplied colours; null when it has none.
+Picture decode(hb_font_t* font, std::uint32_t glyph) {
+    const Handle<hb_blob_t, hb_blob_destroy> png(hb_ot_color_glyph_reference_png(font, glyph));
+    PngReader reader{nullptr, 0};
+    reader.rest = hb_blob_get_data(png.get(), &reader.length);
+    if (reader.length == 0) return nullptr;
+    Picture decoded(cairo_image_surface_create_from_png_stream(&PngReader::read, &reader));
+    if (cairo_surface_status(decoded.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    if (cairo_image_surface_get_format(decoded.get()) == CAIRO_FORMAT_ARGB32) return decoded;
+
+    Picture picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(decoded.get()),
+                                               cairo_image_surface_get_height(decoded.get())));
+    const Handle<cairo_t, cairo_destroy> cairo(cairo_create(picture.get()));
+    cairo_set_source_surface(cairo.get(), decoded.get(), 0, 0);
+    cairo_paint(cairo.get());
+    return picture;
+}
+
+}  // namespace
+
+PictureBox EmojiPictures::box(FontId font, std::uint32_t glyph) {
+    const FontFace& face = faces_.face(font);
+    hb_glyph_extents_t extents{};
+    if (!hb_font_get_glyph_extents(face.shaper(), glyph, &extents)) return {};
+    const double em = face.unitsPerEm();
+    return {extents.x_bearing / em, -extents.y_bearing / em, extents.width / em, -extents.height / em};
+}
+
+cairo_surface_t* EmojiPictures::original(FontId font, std::uint32_t glyph) {
+    const Key key{font, glyph, 0, 0};
+    if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
+    return keep(key, decode(faces_.face(font).shaper(), glyph));
+}
+
+cairo_surface_t* EmojiPictures::scaled(FontId font, std::uint32_t glyph, int width, int height) {
+    const Key key{font, glyph, width, height};
+    if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
+    cairo_surface_t* picture = original(font, glyph);
+    return keep(key, picture == nullptr ? nullptr : areaAverage(picture, width, height));
+}
+
+cairo_surface_t* EmojiPictures::keep(const Key& key, Picture picture) {
+    if (bytes_ > mostBytes) {
+        pictures_.clear();
+        bytes_ = 0;
+    }
+    constexpr std::size_t overhead = 128;
+    bytes_ += overhead;
+    if (picture)
+        bytes_ += static_cast<std::size_t>(cairo_image_surface_get_stride(picture.get())) *
+                  static_cast<std::size_t>(cairo_image_surface_get_height(picture.get()));
+    return (pictures_[key] = std::move(picture)).get();
+}
+
+}  // namespace tavrin::text

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <utility>
+
+#include <cairo.h>
+
+#include "tavrin/platform/text/font_faces.h"
+#include "tavrin/platform/text/handles.h"
+
+namespace tavrin::text {
+
+using Picture = Handle<cairo_surface_t, cairo_surface_destroy>;
+
+/// Where a glyph's picture stands, in parts of the text's size from the pen on the baseline; y grows downwards.
+struct PictureBox {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+};
+
+/// The colour glyphs of one engine, decoded when they are first drawn and kept in the sizes they are drawn at. Forgets
+/// all when they take too much memory.
+class EmojiPictures {
+public:
+    explicit EmojiPictures(FontFaces& faces) : faces_(faces) {}
+
+    [[nodiscard]] PictureBox box(FontId font, std::uint32_t glyph);
+    /// The picture as the font has it; null when it has none. Valid until the next call.
+    cairo_surface_t* original(FontId font, std::uint32_t glyph);
+    /// The picture in a size in pixels; null when the font has none. Valid until the next call.
+    cairo_surface_t* scaled(FontId font, std::uint32_t glyph, int width, int height);
+
+private:
+    struct Key {
+        FontId font;
+        std::uint32_t glyph;
+        int width;  ///< 0: as the font has it
+        int height;
+        auto operator<=>(const Key&) const = default;
+    };
+    cairo_surface_t* keep(const Key& key, Picture picture);
+
+    FontFaces& faces_;
+    std::map<Key, Picture> pictures_;
+    std::size_t bytes_ = 0;
+};
+
+}  // namespace tavrin::text

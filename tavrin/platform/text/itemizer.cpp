@@ -1,0 +1,126 @@
+#include "tavrin/platform/text/itemizer.h"
+
+#include <algorithm>
+
+#include "tavrin/platform/text/emoji.h"
+
+namespace tavrin::text {
+namespace {
+
+/// Longer items are cut where a line may break, and the longest anywhere, so that shaping stays linear.
+constexpr std::uint32_t longItem = 256;
+constexpr std::uint32_t longestItem = 512;
+/// A grapheme of more characters (a heap of combining marks) is cut into several items.
+constexpr std::uint32_t longestGrapheme = 256;
+
+bool belongsToNoScript(hb_script_t script) {
+    return script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED || script == HB_SCRIPT_UNKNOWN;
+}
+
+/// The script of each character; those without one take that of their neighbours.
+std::vector<hb_script_t> scriptsOf(std::u32string_view characters) {
+    auto* unicode = hb_unicode_funcs_get_default();
+    std::vector<hb_script_t> scripts(characters.size());
+    hb_script_t current = HB_SCRIPT_COMMON;
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+        const hb_script_t script = hb_unicode_script(unicode, characters[i]);
+        if (!belongsToNoScript(script)) {
+            if (current == HB_SCRIPT_COMMON) std::fill_n(scripts.begin(), i, script);
+            current = script;
+        }
+        scripts[i] = current;
+    }
+    return scripts;
+}
+
+std::vector<PangoLogAttr> breaksOf(const Paragraph& paragraph) {
+    // The language is named so that the user's locale has no say.
+    static PangoLanguage* const language = pango_language_from_string("en");
+    std::vector<PangoLogAttr> breaks(paragraph.characters.size() + 1);
+    pango_get_log_attrs(paragraph.utf8.data(), static_cast<int>(paragraph.utf8.size()), -1, language, breaks.data(),
+                        static_cast<int>(breaks.size()));
+    breaks.front().is_cursor_position = 1;
+    return breaks;
+}
+
+class Itemizer {
+public:
+    Itemizer(const Paragraph& paragraph, Font::Weight weight, FontChooser& fonts)
+        : characters_(paragraph.characters), levels_(bidiLevels(characters_)), scripts_(scriptsOf(characters_)),
+          fonts_(fonts) {
+        context_.weight = weight;
+        context_.han = hanFaceOf(characters_);
+        result_.baseLevel = levels_.base;
+        result_.breaks = breaksOf(paragraph);
+        limitGraphemes();
+    }
+
+    ItemizedParagraph run() {
+        const auto length = static_cast<std::uint32_t>(characters_.size());
+        for (std::uint32_t begin = 0; begin < length;) {
+            std::uint32_t end = begin + 1;
+            while (end < length && !result_.beginsGrapheme(end)) ++end;
+            addGrapheme(begin, end);
+            begin = end;
+        }
+        return std::move(result_);
+    }
+
+private:
+    void limitGraphemes() {
+        std::size_t begin = 0;
+        for (std::size_t i = 0; i < characters_.size(); ++i) {
+            if (i - begin >= longestGrapheme) result_.breaks[i].is_cursor_position = 1;
+            if (result_.beginsGrapheme(i)) begin = i;
+        }
+    }
+
+    void addGrapheme(std::uint32_t begin, std::uint32_t end) {
+        Item item = itemOf(begin, end);
+        if (!result_.items.empty()) {
+            Item& last = result_.items.back();
+            const std::uint32_t length = begin - last.begin;
+            const bool isTooLong = length >= longestItem || (length >= longItem && result_.mayBreakBefore(begin));
+            if (!isTooLong && last.level == item.level && last.script == item.script && last.font == item.font) {
+                last.end = end;
+                return;
+            }
+        }
+        result_.items.push_back(item);
+    }
+
+    Item itemOf(std::uint32_t begin, std::uint32_t end) {
+        const std::u32string_view grapheme = characters_.substr(begin, end - begin);
+        Item item{begin, end, levels_.at(begin), scripts_[begin]};
+        if (wantsEmoji(grapheme)) {
+            if (const auto font = fonts_.emojiFont(grapheme[0])) {
+                item.font = *font;
+                item.emoji = true;
+                item.script = HB_SCRIPT_COMMON;
+                context_.previous.reset();
+                return item;
+            }
+        }
+        context_.script = item.script;
+        item.font = fonts_.choose(grapheme, context_);
+        item.emoji = fonts_.isEmoji(item.font);
+        if (item.emoji) item.script = HB_SCRIPT_COMMON;
+        context_.previous = item.emoji ? std::nullopt : std::optional(item.font);
+        return item;
+    }
+
+    std::u32string_view characters_;
+    BidiLevels levels_;
+    std::vector<hb_script_t> scripts_;
+    FontChooser& fonts_;
+    FontContext context_;
+    ItemizedParagraph result_;
+};
+
+}  // namespace
+
+ItemizedParagraph itemize(const Paragraph& paragraph, Font::Weight weight, FontChooser& fonts) {
+    return Itemizer(paragraph, weight, fonts).run();
+}
+
+}  // namespace tavrin::text

@@ -1,0 +1,65 @@
+#include "tavrin/platform/text/text_engine.h"
+
+#include <cmath>
+
+#include "tavrin/platform/text/font_faces.h"
+#include "tavrin/platform/text/line_breaker.h"
+#include "tavrin/platform/text/shape_cache.h"
+#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/text/shaper.h"
+#include "tavrin/platform/text/text_painter.h"
+
+namespace tavrin::text {
+namespace {
+
+constexpr std::size_t mostShapedBytes = 8U << 20;
+
+}  // namespace
+
+struct TextEngine::State {
+    explicit State(std::shared_ptr<const FontLibrary> fonts)
+        : library(std::move(fonts)), faces(library->catalog()), shaper(faces), painter(faces) {}
+
+    std::shared_ptr<const FontLibrary> library;
+    FontFaces faces;
+    Shaper shaper;
+    TextPainter painter;
+    ShapeCache shapes{mostShapedBytes};
+};
+
+Size TextBlock::size() const { return lines_ ? lines_->broken->size : Size{}; }
+std::size_t TextBlock::lineCount() const { return lines_ ? lines_->broken->lines.size() : 0; }
+bool TextBlock::truncated() const { return lines_ && lines_->broken->truncated; }
+
+TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library) : state_(std::make_unique<State>(std::move(library))) {}
+TextEngine::~TextEngine() = default;
+
+TextEngine& TextEngine::ofThisThread() {
+    thread_local TextEngine engine(FontLibrary::system());
+    return engine;
+}
+
+std::shared_ptr<const ShapedText> TextEngine::shape(std::string_view text, const Font& font) {
+    Font drawn = font;
+    if (std::isnan(drawn.size)) drawn.size = 0;  // equal to itself, for the cache
+    if (auto kept = state_->shapes.find(text, drawn)) return kept;
+    auto shaped = state_->shaper.shape(text, drawn);
+    state_->shapes.keep(text, drawn, shaped);
+    return shaped;
+}
+
+TextBlock TextEngine::fit(const std::shared_ptr<const ShapedText>& text, const TextRoom& room) {
+    if (!text) return {};
+    auto broken = text->recall(room);
+    if (!broken) {
+        broken = std::make_shared<const BrokenText>(breakLines(*text, room));
+        text->remember(room, broken);
+    }
+    return TextBlock(std::make_shared<const TextBlock::Lines>(TextBlock::Lines{text, std::move(broken)}));
+}
+
+void TextEngine::draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color) {
+    if (const auto* lines = block.lines()) state_->painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
+}
+
+}  // namespace tavrin::text

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/ui/font.h"
+
+typedef struct _cairo cairo_t;
+
+namespace tavrin::text {
+
+/// The room that a text is broken for.
+struct TextRoom {
+    /// Where lines are broken, in points; absent: only at line breaks in the text.
+    std::optional<double> width = std::nullopt;
+    /// As many whole lines as fit, at least one; absent: any number.
+    std::optional<double> height = std::nullopt;
+    /// At most so many lines, at least one; absent: any number.
+    std::optional<std::int64_t> lineLimit = std::nullopt;
+    /// Pixels for each point: width and height of a text are rounded up to whole pixels.
+    double scale = 3;
+
+    friend bool operator==(const TextRoom&, const TextRoom&) = default;
+};
+
+class FontCatalog;
+class ShapedText;
+
+/// A text broken into lines for one room. Cheap to copy, immutable; keeps the shaped text it was broken from alive.
+class TextBlock {
+public:
+    struct Lines;
+
+    TextBlock() = default;
+    explicit TextBlock(std::shared_ptr<const Lines> lines) : lines_(std::move(lines)) {}
+
+    /// Width of the widest line and height of all lines, each rounded up to whole pixels.
+    [[nodiscard]] Size size() const;
+    [[nodiscard]] std::size_t lineCount() const;
+    /// Whether something did not fit and the text ends in "…".
+    [[nodiscard]] bool truncated() const;
+    [[nodiscard]] const Lines* lines() const { return lines_.get(); }
+
+private:
+    std::shared_ptr<const Lines> lines_;
+};
+
+/// Which fonts texts are drawn with. Immutable once built, shared by all threads.
+class FontLibrary {
+public:
+    struct Options {
+        /// The family that stands for the system font.
+        std::string systemFamily = "Inter";
+        /// Font files of the host's own, which come before the installed fallbacks.
+        std::vector<std::filesystem::path> fontFiles = {};
+    };
+
+    /// The library every renderer uses unless it is given another. Throws `TavrinError` of kind "Font" when the
+    /// system font is not installed.
+    static std::shared_ptr<const FontLibrary> system();
+    /// A library of the host's own. Throws `TavrinError` of kind "Font" for a family that is not found or a file that
+    /// cannot be read as a font.
+    static std::shared_ptr<const FontLibrary> make(const Options& options);
+
+    explicit FontLibrary(std::unique_ptr<const FontCatalog> catalog);
+    ~FontLibrary();
+    FontLibrary(const FontLibrary&) = delete;
+    FontLibrary& operator=(const FontLibrary&) = delete;
+
+    /// The fonts themselves; only for the text engine.
+    [[nodiscard]] const FontCatalog& catalog() const { return *catalog_; }
+
+private:
+    std::unique_ptr<const FontCatalog> catalog_;
+};
+
+/// Shapes, measures and draws texts. Not thread-safe: one for each thread, and its texts and blocks stay in that thread.
+/// It keeps open fonts and the shapes of recently used texts (some megabytes at most), so that an unchanged text costs
+/// next to nothing in the next picture.
+class TextEngine {
+public:
+    explicit TextEngine(std::shared_ptr<const FontLibrary> library);
+    ~TextEngine();
+    TextEngine(const TextEngine&) = delete;
+    TextEngine& operator=(const TextEngine&) = delete;
+
+    /// The calling thread's engine over the system library, made on first use.
+    static TextEngine& ofThisThread();
+
+    /// Shapes a text once; break it into lines with `fit`. Invalid UTF-8 is drawn as U+FFFD. A size that is not positive
+    /// or not finite takes no room; sizes are limited to 10,000 points.
+    std::shared_ptr<const ShapedText> shape(std::string_view text, const Font& font);
+
+    /// Breaks a shaped text into lines for a room.
+    TextBlock fit(const std::shared_ptr<const ShapedText>& text, const TextRoom& room);
+
+    /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
+    /// trailing in right-to-left paragraphs). `cairo`'s user space is points.
+    void draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace tavrin::text

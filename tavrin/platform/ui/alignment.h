@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string_view>
+
+namespace tavrin {
+
+enum class HorizontalAlignment : unsigned char { leading, center, trailing };
+enum class VerticalAlignment : unsigned char { top, center, bottom };
+
+/// Where a view lies in a room larger or smaller than itself.
+struct Alignment {
+    HorizontalAlignment horizontal = HorizontalAlignment::center;
+    VerticalAlignment vertical = VerticalAlignment::center;
+
+    static const Alignment center;
+    static const Alignment leading;
+    static const Alignment trailing;
+    static const Alignment top;
+    static const Alignment bottom;
+    static const Alignment topLeading;
+    static const Alignment topTrailing;
+    static const Alignment bottomLeading;
+    static const Alignment bottomTrailing;
+
+    friend bool operator==(const Alignment&, const Alignment&) = default;
+};
+
+inline constexpr Alignment Alignment::center{HorizontalAlignment::center, VerticalAlignment::center};
+inline constexpr Alignment Alignment::leading{HorizontalAlignment::leading, VerticalAlignment::center};
+inline constexpr Alignment Alignment::trailing{HorizontalAlignment::trailing, VerticalAlignment::center};
+inline constexpr Alignment Alignment::top{HorizontalAlignment::center, VerticalAlignment::top};
+inline constexpr Alignment Alignment::bottom{HorizontalAlignment::center, VerticalAlignment::bottom};
+inline constexpr Alignment Alignment::topLeading{HorizontalAlignment::leading, VerticalAlignment::top};
+inline constexpr Alignment Alignment::topTrailing{HorizontalAlignment::trailing, VerticalAlignment::top};
+inline constexpr Alignment Alignment::bottomLeading{HorizontalAlignment::leading, VerticalAlignment::bottom};
+inline constexpr Alignment Alignment::bottomTrailing{HorizontalAlignment::trailing, VerticalAlignment::bottom};
+
+/// The share of spare room that lies before the view: 0, 0.5 or 1.
+constexpr double fraction(HorizontalAlignment alignment) { return static_cast<double>(alignment) * 0.5; }
+constexpr double fraction(VerticalAlignment alignment) { return static_cast<double>(alignment) * 0.5; }
+
+constexpr std::string_view name(HorizontalAlignment alignment) {
+    constexpr std::string_view names[] = {"leading", "center", "trailing"};
+    return names[static_cast<unsigned>(alignment)];
+}
+constexpr std::string_view name(VerticalAlignment alignment) {
+    constexpr std::string_view names[] = {"top", "center", "bottom"};
+    return names[static_cast<unsigned>(alignment)];
+}
+constexpr std::string_view name(Alignment alignment) {
+    constexpr std::string_view names[3][3] = {{"topLeading", "top", "topTrailing"},
+                                              {"leading", "center", "trailing"},
+                                              {"bottomLeading", "bottom", "bottomTrailing"}};
+    return names[static_cast<unsigned>(alignment.vertical)][static_cast<unsigned>(alignment.horizontal)];
+}
+
+}  // namespace tavrin

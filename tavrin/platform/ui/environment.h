@@ -1,0 +1,34 @@
+#pragma once
+
+#include <any>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/ui/color.h"
+#include "tavrin/platform/ui/font.h"
+
+namespace tavrin {
+
+/// What a view inherits from what holds it, and from the device. Composed views read it in their `body`.
+struct EnvironmentValues {
+    /// The font and weight of texts that name none.
+    Font font = Font::system(17);
+    /// How many lines a text may have; absent: any number.
+    std::optional<std::int64_t> lineLimit = std::nullopt;
+    /// The colour of texts and bare shapes.
+    Color foregroundColor = Color::primary;
+    Appearance appearance = Appearance::light;
+    /// The moment that is drawn.
+    Date date = {};
+    TimeZone timeZone = {};
+    /// Pixels for each point.
+    double displayScale = 3;
+    /// The host's own values, by name.
+    std::map<std::string, std::any, std::less<>> custom = {};
+};
+
+}  // namespace tavrin

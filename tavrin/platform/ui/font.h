@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string_view>
+
+namespace tavrin {
+
+/// A font as a text asks for it. Sizes are in points; a size that is not positive draws nothing.
+struct Font {
+    enum class Weight : unsigned char { regular, semibold, bold };
+    enum class Family : unsigned char {
+        system,                 ///< the system font in its default design
+        monospacedDigitSystem,  ///< the system font with digits of one width
+    };
+
+    Family family = Family::system;
+    double size = 17;
+    Weight weight = Weight::regular;
+
+    /// The system font. A text's own weight replaces `weight`.
+    static constexpr Font system(double size, Weight weight = Weight::regular) {
+        return {Family::system, size, weight};
+    }
+    /// The system font with tabular digits.
+    static constexpr Font monospacedDigitSystem(double size, Weight weight) {
+        return {Family::monospacedDigitSystem, size, weight};
+    }
+
+    friend bool operator==(const Font&, const Font&) = default;
+};
+
+constexpr std::string_view name(Font::Weight weight) {
+    constexpr std::string_view names[] = {"regular", "semibold", "bold"};
+    return names[static_cast<unsigned>(weight)];
+}
+
+}  // namespace tavrin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <utility>
+
+#include "tavrin/platform/ui/any_view.h"
+#include "tavrin/platform/ui/view_modifiers.h"
+
+namespace tavrin {
+
+/// Calls `visit` with the primitive view inside `view`; a composed view is the caller's to handle first.
+template <class Visit>
+decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
+    switch (view.kind()) {
+        case ViewKind::spacer: return visit(*view.as<Spacer>());
+        case ViewKind::text: return visit(*view.as<Text>());
+        case ViewKind::color: return visit(*view.as<Color>());
+        case ViewKind::linearGradient: return visit(*view.as<LinearGradient>());
+        case ViewKind::circle: return visit(*view.as<Circle>());
+        case ViewKind::rectangle: return visit(*view.as<Rectangle>());
+        case ViewKind::roundedRectangle: return visit(*view.as<RoundedRectangle>());
+        case ViewKind::capsule: return visit(*view.as<Capsule>());
+        case ViewKind::filledShape: return visit(*view.as<FilledShape>());
+        case ViewKind::strokedShape: return visit(*view.as<StrokedShape>());
+        case ViewKind::vstack: return visit(*view.as<VStack>());
+        case ViewKind::hstack: return visit(*view.as<HStack>());
+        case ViewKind::zstack: return visit(*view.as<ZStack>());
+        case ViewKind::fixedFrame: return visit(*view.as<FixedFrame>());
+        case ViewKind::flexibleFrame: return visit(*view.as<FlexibleFrame>());
+        case ViewKind::padding: return visit(*view.as<Padding>());
+        case ViewKind::offset: return visit(*view.as<Offset>());
+        case ViewKind::aspectRatio: return visit(*view.as<AspectRatio>());
+        case ViewKind::lineLimit: return visit(*view.as<LineLimit>());
+        case ViewKind::zIndex: return visit(*view.as<ZIndex>());
+        case ViewKind::foregroundColor: return visit(*view.as<ForegroundColor>());
+        case ViewKind::background: return visit(*view.as<Background>());
+        case ViewKind::overlay: return visit(*view.as<Overlay>());
+        case ViewKind::border: return visit(*view.as<Border>());
+        case ViewKind::clipShape: return visit(*view.as<ClipShape>());
+        case ViewKind::clipped: return visit(*view.as<Clipped>());
+        case ViewKind::cornerRadius: return visit(*view.as<CornerRadius>());
+        case ViewKind::opacity: return visit(*view.as<Opacity>());
+        case ViewKind::emptyView:
+        case ViewKind::composed: break;
+    }
+    return visit(EmptyView{});
+}
+
+/// Whether a view type changes one content, and so is printed as a modifier.
+template <class V>
+concept ModifiedView = requires(const V& view) {
+    { view.content } -> std::convertible_to<AnyView>;
+} && !std::same_as<V, Text>;
+
+}  // namespace tavrin

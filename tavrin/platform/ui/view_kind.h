@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string_view>
+
+namespace tavrin {
+
+/// The closed set of primitive views; layout and painting each know all of them. Any other view is `composed`: it has
+/// a body that is evaluated when the tree is laid out.
+enum class ViewKind : unsigned char {
+    emptyView,
+    spacer,
+    text,
+    color,
+    linearGradient,
+    circle,
+    rectangle,
+    roundedRectangle,
+    capsule,
+    filledShape,
+    strokedShape,
+    vstack,
+    hstack,
+    zstack,
+    fixedFrame,
+    flexibleFrame,
+    padding,
+    offset,
+    aspectRatio,
+    lineLimit,
+    zIndex,
+    foregroundColor,
+    background,
+    overlay,
+    border,
+    clipShape,
+    clipped,
+    cornerRadius,
+    opacity,
+    composed,
+};
+
+}  // namespace tavrin

@@ -1,0 +1,221 @@
+#pragma once
+
+#include "tavrin/platform/ui/views.h"
+
+// The view modifiers: each is a view that changes its `content`. Lengths are in points.
+
+namespace tavrin {
+
+/// A room of fixed size; an absent dimension is the content's own.
+struct FixedFrame {
+    static constexpr ViewKind kind = ViewKind::fixedFrame;
+    static constexpr std::string_view name = "frame";
+
+    std::optional<double> width = std::nullopt;
+    std::optional<double> height = std::nullopt;
+    Alignment alignment = Alignment::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"width", &FixedFrame::width}, Field{"height", &FixedFrame::height},
+                                       Field{"alignment", &FixedFrame::alignment},
+                                       Field{"content", &FixedFrame::content}};
+};
+
+/// A room between bounds; an absent bound is the content's.
+struct FlexibleFrame {
+    static constexpr ViewKind kind = ViewKind::flexibleFrame;
+    static constexpr std::string_view name = "flexFrame";
+
+    std::optional<double> minWidth = std::nullopt;
+    std::optional<double> maxWidth = std::nullopt;
+    std::optional<double> minHeight = std::nullopt;
+    std::optional<double> maxHeight = std::nullopt;
+    Alignment alignment = Alignment::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{
+        Field{"minWidth", &FlexibleFrame::minWidth},   Field{"maxWidth", &FlexibleFrame::maxWidth},
+        Field{"minHeight", &FlexibleFrame::minHeight}, Field{"maxHeight", &FlexibleFrame::maxHeight},
+        Field{"alignment", &FlexibleFrame::alignment}, Field{"content", &FlexibleFrame::content}};
+};
+
+/// A set of edges of a rectangle.
+struct Edges {
+    bool top = false;
+    bool leading = false;
+    bool bottom = false;
+    bool trailing = false;
+
+    static const Edges all;
+    friend bool operator==(const Edges&, const Edges&) = default;
+};
+inline constexpr Edges Edges::all{true, true, true, true};
+
+/// The same inset at each of some edges; a negative length lets the content stick out.
+struct Padding {
+    static constexpr ViewKind kind = ViewKind::padding;
+    static constexpr std::string_view name = "padding";
+
+    Edges edges = Edges::all;
+    double length = 0;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"edges", &Padding::edges}, Field{"length", &Padding::length},
+                                       Field{"content", &Padding::content}};
+};
+
+/// Draws its content elsewhere; its place stays.
+struct Offset {
+    static constexpr ViewKind kind = ViewKind::offset;
+    static constexpr std::string_view name = "offset";
+
+    double x = 0;
+    double y = 0;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"x", &Offset::x}, Field{"y", &Offset::y},
+                                       Field{"content", &Offset::content}};
+};
+
+enum class ContentMode : unsigned char { fit, fill };
+constexpr std::string_view name(ContentMode mode) { return mode == ContentMode::fit ? "fit" : "fill"; }
+
+/// Proposes a size of one ratio (width / height) to its content; an absent ratio is the content's own.
+struct AspectRatio {
+    static constexpr ViewKind kind = ViewKind::aspectRatio;
+    static constexpr std::string_view name = "aspectRatio";
+
+    std::optional<double> ratio = std::nullopt;
+    ContentMode contentMode = ContentMode::fit;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"ratio", &AspectRatio::ratio},
+                                       Field{"contentMode", &AspectRatio::contentMode},
+                                       Field{"content", &AspectRatio::content}};
+};
+
+/// How many lines each text inside may have; absent: any number. Below 1 counts as 1.
+struct LineLimit {
+    static constexpr ViewKind kind = ViewKind::lineLimit;
+    static constexpr std::string_view name = "lineLimit";
+
+    std::optional<std::int64_t> number = std::nullopt;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"number", &LineLimit::number}, Field{"content", &LineLimit::content}};
+};
+
+/// When its content is drawn among the children of a stack: ascending, document order among equals.
+struct ZIndex {
+    static constexpr ViewKind kind = ViewKind::zIndex;
+    static constexpr std::string_view name = "zIndex";
+
+    double value = 0;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"value", &ZIndex::value}, Field{"content", &ZIndex::content}};
+};
+
+/// The colour of text and bare shapes inside; the innermost wins.
+struct ForegroundColor {
+    static constexpr ViewKind kind = ViewKind::foregroundColor;
+    static constexpr std::string_view name = "foregroundColor";
+
+    Color color = Color::primary;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"color", &ForegroundColor::color},
+                                       Field{"content", &ForegroundColor::content}};
+};
+
+/// A second view behind its content, of the content's size.
+struct Background {
+    static constexpr ViewKind kind = ViewKind::background;
+    static constexpr std::string_view name = "background";
+
+    Alignment alignment = Alignment::center;
+    AnyView background = {};
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"alignment", &Background::alignment},
+                                       Field{"background", &Background::background},
+                                       Field{"content", &Background::content}};
+};
+
+/// A second view in front of its content, of the content's size.
+struct Overlay {
+    static constexpr ViewKind kind = ViewKind::overlay;
+    static constexpr std::string_view name = "overlay";
+
+    Alignment alignment = Alignment::center;
+    AnyView overlay = {};
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"alignment", &Overlay::alignment}, Field{"overlay", &Overlay::overlay},
+                                       Field{"content", &Overlay::content}};
+};
+
+/// A line along the inside of the content's bounds.
+struct Border {
+    static constexpr ViewKind kind = ViewKind::border;
+    static constexpr std::string_view name = "border";
+
+    Color color = Color::primary;
+    double width = 1;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"color", &Border::color}, Field{"width", &Border::width},
+                                       Field{"content", &Border::content}};
+};
+
+/// Cuts its content to a shape that fills its bounds.
+struct ClipShape {
+    static constexpr ViewKind kind = ViewKind::clipShape;
+    static constexpr std::string_view name = "clipShape";
+
+    Shape shape;
+    bool antialiased = true;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"shape", &ClipShape::shape}, Field{"antialiased", &ClipShape::antialiased},
+                                       Field{"content", &ClipShape::content}};
+};
+
+/// Cuts its content to its bounds.
+struct Clipped {
+    static constexpr ViewKind kind = ViewKind::clipped;
+    static constexpr std::string_view name = "clipped";
+
+    bool antialiased = false;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"antialiased", &Clipped::antialiased},
+                                       Field{"content", &Clipped::content}};
+};
+
+/// Cuts its content to a rectangle with circular corners.
+struct CornerRadius {
+    static constexpr ViewKind kind = ViewKind::cornerRadius;
+    static constexpr std::string_view name = "cornerRadius";
+
+    double radius = 0;
+    bool antialiased = true;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"radius", &CornerRadius::radius},
+                                       Field{"antialiased", &CornerRadius::antialiased},
+                                       Field{"content", &CornerRadius::content}};
+};
+
+/// Fades its content as one layer; values outside 0…1 are clamped when drawn.
+struct Opacity {
+    static constexpr ViewKind kind = ViewKind::opacity;
+    static constexpr std::string_view name = "opacity";
+
+    double value = 1;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"value", &Opacity::value}, Field{"content", &Opacity::content}};
+};
+
+}  // namespace tavrin

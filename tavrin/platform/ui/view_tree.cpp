@@ -1,0 +1,184 @@
+#include "tavrin/platform/ui/view_tree.h"
+
+#include <string_view>
+#include <utility>
+
+#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/ui/primitive_views.h"
+
+namespace tavrin {
+namespace {
+
+/// A keyword as the tree prints it: an alignment, a style, a line cap.
+template <class Value>
+concept Keyword = requires(Value value) {
+    { name(value) } -> std::same_as<std::string_view>;
+};
+
+class ViewPrinter {
+public:
+    explicit ViewPrinter(ViewFrames* frames) : frames_(frames) {}
+
+    /// A view in its place, with its frame when frames are asked for.
+    void view(const AnyView& printed);
+
+    std::string text() && { return std::move(writer_).text(); }
+
+private:
+    // Views are nested by thousands, so each kind of view has a function, and stack frame, of its own.
+    template <class V>
+    [[gnu::noinline]] void fields(const V& record);
+    template <class V, class Value>
+    [[gnu::noinline]] void field(const Field<V, Value>& field, const V& record);
+    /// What a view prints where it stands as a value of another one.
+    template <class V>
+    void object(const V& record);
+    void colorFields(const Color& color);
+    void channels(const RGBA& color);
+    void frame(std::size_t entered);
+
+    void value(const AnyView& child) { view(child); }
+    void value(const Color& color) { object(color); }
+    void value(const LinearGradient& gradient) { object(gradient); }
+    void value(const Shape& shape) {
+        std::visit([this](const auto& outline) { object(outline); }, shape);
+    }
+    void value(const ShapeStyle& style) {
+        std::visit([this](const auto& paint) { object(paint); }, style);
+    }
+    void value(const Font& font);
+    void value(Edges edges);
+    void value(UnitPoint point) { writer_.beginArray().value(point.x).value(point.y).endArray(); }
+    void value(double number) { writer_.value(number); }
+    void value(std::int64_t number) { writer_.value(number); }
+    void value(bool truth) { writer_.value(truth); }
+    void value(const std::string& text) { writer_.value(text); }
+    template <Keyword Value>
+    void value(Value keyword) {
+        writer_.value(name(keyword));
+    }
+    template <class Value>
+    void value(const std::optional<Value>& optional) {
+        if (optional) {
+            value(*optional);
+        } else {
+            writer_.value(nullptr);
+        }
+    }
+    template <class Value>
+    void value(const std::vector<Value>& list) {
+        writer_.beginArray();
+        for (const Value& element : list) value(element);
+        writer_.endArray();
+    }
+
+    JSONWriter writer_{JSONWriter::Style::pretty};
+    ViewFrames* frames_;
+};
+
+void ViewPrinter::view(const AnyView& printed) {
+    const std::size_t entered = frames_ ? frames_->enter() : 0;
+    writer_.beginObject();
+    if (printed.kind() == ViewKind::composed) {
+        writer_.key("view").value(printed.box().name());
+    } else {
+        visitPrimitive(printed, [this](const auto& primitive) { fields(primitive); });
+    }
+    if (frames_) frame(entered);
+    writer_.endObject();
+}
+
+template <class V>
+void ViewPrinter::fields(const V& record) {
+    writer_.key(ModifiedView<V> ? "modifier" : "view").value(V::name);
+    if constexpr (std::same_as<V, Color>) {
+        colorFields(record);
+    } else {
+        forEachField<V>([&](const auto& listed) { field(listed, record); });
+    }
+}
+
+template <class V, class Value>
+void ViewPrinter::field(const Field<V, Value>& field, const V& record) {
+    const Value& member = record.*field.member;
+    if constexpr (std::same_as<Value, TextContent>) {
+        if (const auto* date = std::get_if<Date>(&member)) {
+            writer_.key("timer").value(date->secondsSince1970);
+        } else {
+            writer_.key(field.key).value(std::get<std::string>(member));
+        }
+    } else {
+        writer_.key(field.key);
+        value(member);
+    }
+}
+
+template <class V>
+void ViewPrinter::object(const V& record) {
+    writer_.beginObject();
+    fields(record);
+    writer_.endObject();
+}
+
+void ViewPrinter::colorFields(const Color& color) {
+    switch (color.source()) {
+        case Color::Source::rgb: return channels(color.resolved(Appearance::light));
+        case Color::Source::dynamic:
+            for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+                const RGBA& form = color.resolved(appearance);
+                writer_.key(appearance == Appearance::light ? "light" : "dark");
+                object(Color::rgb(form.red, form.green, form.blue, form.opacity));
+            }
+            return;
+        case Color::Source::blue: writer_.key("name").value("blue"); return;
+        case Color::Source::gray: writer_.key("name").value("gray"); return;
+        case Color::Source::white: writer_.key("name").value("white"); return;
+        case Color::Source::primary: writer_.key("name").value("primary"); return;
+    }
+}
+
+void ViewPrinter::channels(const RGBA& color) {
+    writer_.key("red").value(color.red).key("green").value(color.green);
+    writer_.key("blue").value(color.blue).key("opacity").value(color.opacity);
+}
+
+void ViewPrinter::frame(std::size_t entered) {
+    writer_.key("frame");
+    if (const std::optional<Rect> place = frames_->frame(entered)) {
+        const auto& [origin, size] = *place;
+        writer_.beginArray().value(origin.x).value(origin.y).value(size.width).value(size.height).endArray();
+    } else {
+        writer_.value(nullptr);
+    }
+}
+
+void ViewPrinter::value(const Font& font) {
+    const bool isSystem = font.family == Font::Family::system;
+    writer_.beginObject().key(isSystem ? "system" : "monospacedDigitSystem").value(font.size);
+    writer_.key("weight").value(name(font.weight));
+    if (isSystem) writer_.key("design").value("default");
+    writer_.endObject();
+}
+
+void ViewPrinter::value(Edges edges) {
+    writer_.beginArray();
+    if (edges.top) writer_.value("top");
+    if (edges.leading) writer_.value("leading");
+    if (edges.bottom) writer_.value("bottom");
+    if (edges.trailing) writer_.value("trailing");
+    writer_.endArray();
+}
+
+std::string print(const AnyView& root, ViewFrames* frames) {
+    ViewPrinter printer(frames);
+    printer.view(root);
+    return std::move(printer).text();
+}
+
+}  // namespace
+
+std::string viewTreeText(const AnyView& root) { return print(root, nullptr); }
+
+std::string viewTreeText(const AnyView& root, ViewFrames& frames) { return print(root, &frames); }
+
+}  // namespace tavrin

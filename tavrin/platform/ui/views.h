@@ -1,0 +1,187 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <variant>
+#include <vector>
+
+#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/field.h"
+#include "tavrin/platform/ui/alignment.h"
+#include "tavrin/platform/ui/any_view.h"
+#include "tavrin/platform/ui/color.h"
+#include "tavrin/platform/ui/font.h"
+#include "tavrin/platform/ui/unit_point.h"
+
+// The primitive views. Lengths are in points. `fields` lists what the view tree prints, in its order.
+
+namespace tavrin {
+
+/// No view at all: takes no room and no spacing, and modifiers around it draw nothing.
+struct EmptyView {
+    static constexpr ViewKind kind = ViewKind::emptyView;
+    static constexpr std::string_view name = "EmptyView";
+    static constexpr std::tuple<> fields{};
+};
+
+/// Room that takes what is left over along its stack's axis.
+struct Spacer {
+    static constexpr ViewKind kind = ViewKind::spacer;
+    static constexpr std::string_view name = "Spacer";
+
+    std::optional<double> minLength = std::nullopt;
+
+    static constexpr std::tuple fields{Field{"minLength", &Spacer::minLength}};
+};
+
+/// What a text shows: a string as it stands, or the time from or to a moment.
+using TextContent = std::variant<std::string, Date>;
+
+/// A text. An absent font or weight is the environment's.
+struct Text {
+    static constexpr ViewKind kind = ViewKind::text;
+    static constexpr std::string_view name = "Text";
+
+    TextContent content;
+    std::optional<Font> font = std::nullopt;
+    std::optional<Font::Weight> fontWeight = std::nullopt;
+
+    static constexpr std::tuple fields{Field{"text", &Text::content}, Field{"font", &Text::font},
+                                       Field{"fontWeight", &Text::fontWeight}};
+};
+
+/// A ramp of evenly spaced colours between two unit points, padded at both ends.
+struct LinearGradient {
+    static constexpr ViewKind kind = ViewKind::linearGradient;
+    static constexpr std::string_view name = "LinearGradient";
+
+    std::vector<Color> colors;
+    UnitPoint startPoint;
+    UnitPoint endPoint;
+
+    static constexpr std::tuple fields{Field{"colors", &LinearGradient::colors},
+                                       Field{"startPoint", &LinearGradient::startPoint},
+                                       Field{"endPoint", &LinearGradient::endPoint}};
+    friend bool operator==(const LinearGradient&, const LinearGradient&) = default;
+};
+
+enum class RoundedCornerStyle : unsigned char { circular, continuous };
+constexpr std::string_view name(RoundedCornerStyle style) {
+    return style == RoundedCornerStyle::circular ? "circular" : "continuous";
+}
+
+struct Circle {
+    static constexpr ViewKind kind = ViewKind::circle;
+    static constexpr std::string_view name = "Circle";
+    static constexpr std::tuple<> fields{};
+    friend bool operator==(const Circle&, const Circle&) = default;
+};
+
+struct Rectangle {
+    static constexpr ViewKind kind = ViewKind::rectangle;
+    static constexpr std::string_view name = "Rectangle";
+    static constexpr std::tuple<> fields{};
+    friend bool operator==(const Rectangle&, const Rectangle&) = default;
+};
+
+struct RoundedRectangle {
+    static constexpr ViewKind kind = ViewKind::roundedRectangle;
+    static constexpr std::string_view name = "RoundedRectangle";
+
+    double cornerRadius = 0;
+    RoundedCornerStyle style = RoundedCornerStyle::circular;
+
+    static constexpr std::tuple fields{Field{"cornerRadius", &RoundedRectangle::cornerRadius},
+                                       Field{"style", &RoundedRectangle::style}};
+    friend bool operator==(const RoundedRectangle&, const RoundedRectangle&) = default;
+};
+
+struct Capsule {
+    static constexpr ViewKind kind = ViewKind::capsule;
+    static constexpr std::string_view name = "Capsule";
+
+    RoundedCornerStyle style = RoundedCornerStyle::circular;
+
+    static constexpr std::tuple fields{Field{"style", &Capsule::style}};
+    friend bool operator==(const Capsule&, const Capsule&) = default;
+};
+
+/// An outline as a value.
+using Shape = std::variant<Circle, Rectangle, RoundedRectangle, Capsule>;
+/// What a shape is filled or stroked with.
+using ShapeStyle = std::variant<Color, LinearGradient>;
+
+struct FilledShape {
+    static constexpr ViewKind kind = ViewKind::filledShape;
+    static constexpr std::string_view name = "FilledShape";
+
+    Shape shape;
+    ShapeStyle fill = Color::primary;
+
+    static constexpr std::tuple fields{Field{"shape", &FilledShape::shape}, Field{"fill", &FilledShape::fill}};
+};
+
+enum class LineCap : unsigned char { butt, round };
+enum class LineJoin : unsigned char { miter };
+constexpr std::string_view name(LineCap cap) { return cap == LineCap::butt ? "butt" : "round"; }
+constexpr std::string_view name(LineJoin) { return "miter"; }
+
+/// An outline drawn with a pen centred on it.
+struct StrokedShape {
+    static constexpr ViewKind kind = ViewKind::strokedShape;
+    static constexpr std::string_view name = "StrokedShape";
+
+    Shape shape;
+    ShapeStyle stroke = Color::primary;
+    double lineWidth = 1;
+    LineCap lineCap = LineCap::butt;
+    LineJoin lineJoin = LineJoin::miter;
+    double miterLimit = 10;
+
+    static constexpr std::tuple fields{
+        Field{"shape", &StrokedShape::shape},         Field{"stroke", &StrokedShape::stroke},
+        Field{"lineWidth", &StrokedShape::lineWidth}, Field{"lineCap", &StrokedShape::lineCap},
+        Field{"lineJoin", &StrokedShape::lineJoin},   Field{"miterLimit", &StrokedShape::miterLimit}};
+};
+
+/// Children from top to bottom. An absent spacing is the platform's: 8, and 0 beside a spacer.
+struct VStack {
+    static constexpr ViewKind kind = ViewKind::vstack;
+    static constexpr std::string_view name = "VStack";
+
+    HorizontalAlignment alignment = HorizontalAlignment::center;
+    std::optional<double> spacing = std::nullopt;
+    std::vector<AnyView> children = {};
+
+    static constexpr std::tuple fields{Field{"alignment", &VStack::alignment}, Field{"spacing", &VStack::spacing},
+                                       Field{"children", &VStack::children}};
+};
+
+/// Children from leading to trailing, spaced as in a `VStack`.
+struct HStack {
+    static constexpr ViewKind kind = ViewKind::hstack;
+    static constexpr std::string_view name = "HStack";
+
+    VerticalAlignment alignment = VerticalAlignment::center;
+    std::optional<double> spacing = std::nullopt;
+    std::vector<AnyView> children = {};
+
+    static constexpr std::tuple fields{Field{"alignment", &HStack::alignment}, Field{"spacing", &HStack::spacing},
+                                       Field{"children", &HStack::children}};
+};
+
+/// Children on top of each other.
+struct ZStack {
+    static constexpr ViewKind kind = ViewKind::zstack;
+    static constexpr std::string_view name = "ZStack";
+
+    Alignment alignment = Alignment::center;
+    std::vector<AnyView> children = {};
+
+    static constexpr std::tuple fields{Field{"alignment", &ZStack::alignment}, Field{"children", &ZStack::children}};
+};
+
+}  // namespace tavrin

@@ -1,0 +1,18 @@
+#pragma once
+
+/// The one header a host includes.
+
+#include "tavrin/dsl/dsl_root.h"
+#include "tavrin/engine/json_decoder.h"
+#include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/json/decoding_error.h"
+#include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/logger.h"
+#include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/platform/ui/environment.h"
+#include "tavrin/platform/ui/view_modifiers.h"
+#include "tavrin/platform/ui/view_tree.h"
+#include "tavrin/platform/ui/widget_family.h"
+#include "tavrin/values/model_context.h"

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "tavrin/json/json.h"
+#include "tavrin/values/value_conversion.h"
+
+namespace tavrin {
+
+/// An expression that cannot be resolved. `kind` is always "ResolveExpression".
+struct ModelContextError : std::exception {
+    std::string kind = "ResolveExpression";
+    std::string message;
+
+    explicit ModelContextError(std::string message) : message(std::move(message)) {}
+    [[nodiscard]] const char* what() const noexcept override { return message.c_str(); }
+};
+
+/// One element of a key path: a key of a dictionary or an index of an array.
+using JSONKey = std::variant<std::string, std::int64_t>;
+
+/// Resolves the expressions of one render: `{{initServerParam.…}}` against the model document and
+/// `{{initEnvironment.…}}` against the host's environment. Resolving only reads; not locked.
+class ModelContext {
+public:
+    using Environment = std::map<std::string, JSON, std::less<>>;
+
+    /// `environment` holds scalars: strings, numbers and booleans.
+    ModelContext(JSON model, Environment environment)
+        : model(std::move(model)), environment(std::move(environment)) {}
+
+    /// Resolves an expression, braces included, to a value of type `T`. Throws `ModelContextError`.
+    template <class T>
+    [[nodiscard]] T resolve(std::string_view expression) const;
+
+    /// Walks a model along a key path; null when it leads nowhere.
+    [[nodiscard]] static const JSON* getValueFrom(std::span<const JSONKey> keyPath, const JSON& model);
+
+    JSON model;
+    Environment environment;
+
+private:
+    /// A value that an expression leads to, and which store it was found in.
+    struct Found {
+        const JSON* value;
+        bool inEnvironment;
+    };
+    [[nodiscard]] Found find(std::string_view expression) const;
+    [[noreturn]] static void failConversion(const Found& found, const std::string& type);
+};
+
+template <class T>
+T ModelContext::resolve(std::string_view expression) const {
+    const Found found = find(expression);
+    if (std::optional<T> value = convert<T>(*found.value)) return *std::move(value);
+    failConversion(found, LosslessStringConvertible<T>::typeName());
+}
+
+}  // namespace tavrin

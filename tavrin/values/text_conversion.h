@@ -1,0 +1,129 @@
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tavrin/json/coding.h"
+
+namespace tavrin {
+
+/// The raw strings of a keyword enumeration, specialised once for each:
+/// `typeName`, `raw` (the raw values, in the order of the cases, which count from 0) and `defaultCase`.
+template <class Enum>
+struct Keywords;
+
+template <class Enum>
+concept KeywordEnum = std::is_enum_v<Enum> && requires { Keywords<Enum>::raw; };
+
+template <KeywordEnum Enum>
+[[nodiscard]] constexpr std::string_view rawValue(Enum value) {
+    return Keywords<Enum>::raw[static_cast<std::size_t>(value)];
+}
+
+/// The case whose raw value is exactly `text`.
+template <KeywordEnum Enum>
+[[nodiscard]] constexpr std::optional<Enum> fromRawValue(std::string_view text) {
+    for (std::size_t i = 0; i < Keywords<Enum>::raw.size(); ++i)
+        if (Keywords<Enum>::raw[i] == text) return static_cast<Enum>(i);
+    return std::nullopt;
+}
+
+/// How a property's type is built from text and written as text, its fallback and its name:
+/// `static std::optional<T> fromText(std::string_view)`, `static std::string description(const T&)`,
+/// `static T defaultValue()` and `static std::string typeName()`.
+template <class T>
+struct LosslessStringConvertible;
+
+template <>
+struct LosslessStringConvertible<std::string> {
+    static std::optional<std::string> fromText(std::string_view text) { return std::string(text); }
+    static std::string description(const std::string& value) { return value; }
+    static std::string defaultValue() { return {}; }
+    static std::string typeName() { return "String"; }
+};
+
+template <>
+struct LosslessStringConvertible<bool> {
+    static std::optional<bool> fromText(std::string_view text) {
+        if (text == "true") return true;
+        if (text == "false") return false;
+        return std::nullopt;
+    }
+    static std::string description(bool value) { return value ? "true" : "false"; }
+    static bool defaultValue() { return false; }
+    static std::string typeName() { return "Bool"; }
+};
+
+template <std::integral T>
+    requires(!std::same_as<T, bool>)
+struct LosslessStringConvertible<T> {
+    static std::optional<T> fromText(std::string_view text) { return intFromText<T>(text); }
+    static std::string description(T value) { return toText(value); }
+    static T defaultValue() { return 0; }
+    static std::string typeName() {
+        if constexpr (sizeof(T) == sizeof(std::int64_t)) return std::signed_integral<T> ? "Int" : "UInt";
+        return (std::signed_integral<T> ? "Int" : "UInt") + toText(8 * sizeof(T));
+    }
+};
+
+template <std::floating_point T>
+struct LosslessStringConvertible<T> {
+    static std::optional<T> fromText(std::string_view text) {
+        if constexpr (std::same_as<T, float>) {
+            return floatFromText(text);
+        } else {
+            return doubleFromText(text);
+        }
+    }
+    static std::string description(T value) { return toText(value); }
+    static T defaultValue() { return 0; }
+    static std::string typeName() { return std::same_as<T, float> ? "Float" : "Double"; }
+};
+
+template <KeywordEnum Enum>
+struct LosslessStringConvertible<Enum> {
+    static std::optional<Enum> fromText(std::string_view text) { return fromRawValue<Enum>(text); }
+    static std::string description(Enum value) { return std::string(rawValue(value)); }
+    static Enum defaultValue() { return Keywords<Enum>::defaultCase; }
+    static std::string typeName() { return std::string(Keywords<Enum>::typeName); }
+};
+
+/// An optional is always built: it is absent where its own type cannot be.
+template <class T>
+struct LosslessStringConvertible<std::optional<T>> {
+    static std::optional<std::optional<T>> fromText(std::string_view text) {
+        return std::optional<std::optional<T>>(std::in_place, LosslessStringConvertible<T>::fromText(text));
+    }
+    static std::string description(const std::optional<T>& value) {
+        return value ? LosslessStringConvertible<T>::description(*value) : std::string();
+    }
+    static std::optional<T> defaultValue() { return std::nullopt; }
+    static std::string typeName() { return "Optional<" + LosslessStringConvertible<T>::typeName() + ">"; }
+};
+
+template <class T>
+inline constexpr bool isOptional = false;
+template <class T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+/// Throws dataCorrupted for a word that is none of `words`, and says which one may have been meant.
+[[noreturn]] void failUnknownKeyword(const Decoder& decoder, std::string_view type,
+                                     std::span<const std::string_view> words);
+
+/// A keyword where no conversion applies: exactly one of the raw values, anything else is refused.
+template <KeywordEnum Enum>
+struct Coding<Enum> {
+    static Enum decode(const Decoder& decoder) {
+        decoder.require(JSONKind::string);
+        const std::string_view word = decoder.value().string();
+        if (const std::optional<Enum> found = fromRawValue<Enum>(word)) return *found;
+        failUnknownKeyword(decoder, Keywords<Enum>::typeName, Keywords<Enum>::raw);
+    }
+    static void encode(Enum value, JSONWriter& writer) { writer.value(rawValue(value)); }
+};
+
+}  // namespace tavrin

@@ -1,0 +1,18 @@
+# Installs what is built into an empty prefix, builds a host program against it and runs both programs.
+function(run)
+  execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+file(REMOVE_RECURSE ${SCRATCH})
+run(${CMAKE_COMMAND} --install ${BUILT} --prefix ${SCRATCH}/prefix)
+run(${CMAKE_COMMAND}
+    -G Ninja
+    -S ${HOST}
+    -B ${SCRATCH}/build
+    -D CMAKE_CXX_COMPILER=${COMPILER}
+    -D CMAKE_CXX_FLAGS=${FLAGS}
+    -D CMAKE_PREFIX_PATH=${SCRATCH}/prefix
+    -D TAVRIN_WANTED=${VERSION})
+run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
+run(${SCRATCH}/build/host)
+run(${SCRATCH}/prefix/bin/tavrin check ${HOST}/widget.json)

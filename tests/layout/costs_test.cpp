@@ -1,0 +1,151 @@
+#include <chrono>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tests/layout/laid_out.h"
+
+// What layout costs, counted in sizes that parents ask of their children.
+
+namespace tavrin::layout {
+namespace {
+
+double answersPerNode(const LayoutTree& tree) {
+    return static_cast<double>(tree.answerCount()) / static_cast<double>(tree.nodes().size());
+}
+
+/// Columns in rows in columns …, each with what `beside` makes next to the nested one.
+AnyView nested(int depth, const std::vector<AnyView>& beside, AnyView leaf = Rectangle{}) {
+    AnyView view = std::move(leaf);
+    for (int level = 0; level < depth; ++level) {
+        std::vector<AnyView> children = beside;
+        children.push_back(view);
+        if (level % 2 == 0) {
+            view = VStack{.children = std::move(children)};
+        } else {
+            view = HStack{.children = std::move(children)};
+        }
+    }
+    return view;
+}
+
+TEST(Costs, NestedStacksCostPerNodeWhatFlatOnesDo) {
+    const struct {
+        const char* why;
+        std::vector<AnyView> beside;
+        double perNode;
+    } rows[] = {
+        {"alone", {}, 3},
+        {"beside a fixed view", {framed(1, 1)}, 20},
+        {"beside a shape", {Rectangle{}}, 20},
+        {"beside a spacer", {Spacer{}}, 20},
+        {"beside a text", {Text{.content = "x"}}, 20},
+        {"beside several", {framed(1, 1), Text{.content = "some words"}, Rectangle{}, Spacer{}}, 30},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_LT(answersPerNode(laidOut(nested(100, row.beside))), row.perNode);
+        EXPECT_LT(answersPerNode(laidOut(nested(500, row.beside))), row.perNode) << "however deep";
+    }
+}
+
+TEST(Costs, ALeafUnderHundredStacksIsAskedAFewTimes) {
+    // The same tree with and without one more modifier around the leaf: the difference is the leaf's own answers.
+    const std::vector<AnyView> beside{framed(1, 1), Rectangle{}};
+    const auto bare = laidOut(nested(100, beside)).answerCount();
+    const auto wrapped = laidOut(nested(100, beside, FlexibleFrame{.content = Rectangle{}})).answerCount();
+    EXPECT_LE(wrapped - bare, 25U);
+}
+
+TEST(Costs, FlatStacksAreLinear) {
+    for (const int count : {10'000, 100'000}) {
+        for (const AnyView& child :
+             {AnyView(Rectangle{}), AnyView(Text{.content = "x"}), framed(1, 1), AnyView(Spacer{}),
+              AnyView(HStack{.children = {Rectangle{}, Text{.content = "y"}}})}) {
+            const AnyView stack =
+                VStack{.spacing = 0, .children = std::vector<AnyView>(static_cast<std::size_t>(count), child)};
+            const auto start = std::chrono::steady_clock::now();
+            const LayoutTree tree = laidOut(stack, {338, 1e7});  // enough that there is something to share out
+            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+            EXPECT_LT(answersPerNode(tree), 12);
+            EXPECT_LT(seconds.count(), 5) << "milliseconds are expected, slow machines and sanitizers allowed for";
+            RecordProperty(std::string(child.box().name()) + std::to_string(count), std::to_string(seconds.count()));
+        }
+    }
+}
+
+/// At each level a column of ratios: every proposal to it leads to others for what is inside.
+AnyView ratios(int depth, bool own) {
+    AnyView view = HStack{.children = {Rectangle{}, framed(3, 1)}};
+    for (int level = 0; level < depth; ++level) {
+        const double ratio = 0.7 + 0.01 * level;
+        const AnyView shaped = AspectRatio{.ratio = own ? std::nullopt : std::optional(ratio),
+                                           .contentMode = level % 2 == 0 ? ContentMode::fit : ContentMode::fill,
+                                           .content = view};
+        std::vector<AnyView> children{Rectangle{}, shaped, framed(1 + level, 2)};
+        if (level % 2 == 0) {
+            view = VStack{.children = std::move(children)};
+        } else {
+            view = HStack{.children = std::move(children)};
+        }
+    }
+    return view;
+}
+
+TEST(Costs, RatiosDoNotMultiplyTheWorkWithoutEnd) {
+    for (const bool own : {false, true}) {
+        for (const int depth : {10, 40, 500}) {
+            SCOPED_TRACE(depth);
+            const auto start = std::chrono::steady_clock::now();
+            try {
+                const LayoutTree tree = laidOut(ratios(depth, own));
+                EXPECT_LE(tree.answerCount(), 10'000'000 + 100 * tree.nodes().size());
+            } catch (const TavrinError& error) {
+                EXPECT_EQ(error.kind, "Engine");
+                EXPECT_THAT(error.message, testing::MatchesRegex("layout takes more than [0-9]+ steps"));
+                EXPECT_EQ(depth, 500) << "what documents can hold is laid out";
+            }
+            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+            EXPECT_LT(seconds.count(), 20);
+        }
+    }
+}
+
+TEST(Costs, DeepViewsNeedLittleStack) {
+    constexpr auto depth = static_cast<int>(AnyView::maximumNesting) - 2;
+    const auto wrapped = [](const auto& wrap) {
+        AnyView view = framed(7, 9);
+        for (int level = 0; level < depth; ++level) view = wrap(view);
+        return view;
+    };
+    const struct {
+        const char* why;
+        AnyView view;
+    } rows[] = {
+        {"stacks", wrapped([](AnyView view) { return VStack{.children = {std::move(view)}}; })},
+        {"rows of two", wrapped([](AnyView view) {
+             return HStack{.spacing = 0, .children = {std::move(view), VStack{}}};
+         })},
+        {"layers", wrapped([](AnyView view) { return ZStack{.children = {std::move(view)}}; })},
+        {"padding", wrapped([](AnyView view) { return Padding{.length = 0, .content = std::move(view)}; })},
+        {"frames", wrapped([](AnyView view) { return FixedFrame{.content = std::move(view)}; })},
+        {"flexible frames", wrapped([](AnyView view) { return FlexibleFrame{.content = std::move(view)}; })},
+        {"ratios", wrapped([](AnyView view) { return AspectRatio{.content = std::move(view)}; })},
+        {"fades", wrapped([](AnyView view) { return Opacity{.content = std::move(view)}; })},
+        {"backgrounds", wrapped([](AnyView view) { return Background{.content = std::move(view)}; })},
+        {"in backgrounds",
+         wrapped([](AnyView view) { return Background{.background = std::move(view), .content = Color::blue}; })},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const LayoutTree tree = laidOut(row.view);
+        std::size_t boxes = 0;
+        for (const LayoutNode& node : tree.nodes()) {
+            if (node.kind != ViewKind::rectangle) continue;
+            ++boxes;
+            EXPECT_EQ(node.frame, (Rect{{165.5, 74.5}, {7, 9}}));
+        }
+        EXPECT_EQ(boxes, 1U);
+    }
+}
+
+}  // namespace
+}  // namespace tavrin::layout

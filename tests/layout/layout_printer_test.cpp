@@ -1,0 +1,57 @@
+#include "tavrin/platform/layout/layout_printer.h"
+
+#include <limits>
+
+#include "tests/layout/laid_out.h"
+
+namespace tavrin::layout {
+namespace {
+
+struct Badge {
+    static constexpr std::string_view name = "Badge";
+    [[nodiscard]] AnyView body(const EnvironmentValues&) const { return framed(10, 10, Circle{}); }
+};
+
+/// Without blanks, which are the writer's matter.
+std::string printed(const AnyView& view) {
+    std::string text = layoutTreeText(laidOut(view));
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+}
+
+TEST(LayoutPrinter, AddsFrames) {
+    const struct {
+        const char* why;
+        AnyView view;
+        const char* json;
+    } rows[] = {
+        {"to a view", Circle{}, R"({"view":"Circle","frame":[90,0,158,158]})"},
+        {"to a modified view and its content", framed(10, 20),
+         R"({"modifier":"frame","width":10,"height":20,"alignment":"center",)"
+         R"("content":{"view":"Rectangle","frame":[164,69,10,20]},"frame":[164,69,10,20]})"},
+        {"to children, null for what is no view", HStack{.children = {EmptyView{}, Rectangle{}}},
+         R"({"view":"HStack","alignment":"center","spacing":null,"children":[{"view":"EmptyView","frame":null},)"
+         R"({"view":"Rectangle","frame":[0,0,338,158]}],"frame":[0,0,338,158]})"},
+        {"to second views, before the content", Background{.background = Circle{}, .content = Rectangle{}},
+         R"({"modifier":"background","alignment":"center","background":{"view":"Circle","frame":[90,0,158,158]},)"
+         R"("content":{"view":"Rectangle","frame":[0,0,338,158]},"frame":[0,0,338,158]})"},
+        {"not to shapes and colours that are values", FilledShape{.shape = Capsule{}, .fill = Color::blue},
+         R"({"view":"FilledShape","shape":{"view":"Capsule","style":"circular"},)"
+         R"("fill":{"view":"Color","name":"blue"},"frame":[0,0,338,158]})"},
+        {"not to what a composed view unfolds into", ZStack{.children = {Badge{}, Rectangle{}}},
+         R"({"view":"ZStack","alignment":"center","children":[{"view":"Badge","frame":[164,74,10,10]},)"
+         R"({"view":"Rectangle","frame":[0,0,338,158]}],"frame":[0,0,338,158]})"},
+        {"infinite ones as words",
+         FlexibleFrame{.minWidth = std::numeric_limits<double>::infinity(), .content = Rectangle{}},
+         R"({"modifier":"flexFrame","minWidth":"infinity","maxWidth":null,"minHeight":null,"maxHeight":null,)"
+         R"("alignment":"center","content":{"view":"Rectangle","frame":[0,0,"infinity",158]},)"
+         R"("frame":[0,0,"infinity",158]})"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(printed(row.view), row.json);
+    }
+}
+
+}  // namespace
+}  // namespace tavrin::layout

@@ -1,0 +1,144 @@
+#include "tavrin/platform/paint/png_encoder.h"
+
+#include <cstring>
+#include <future>
+#include <memory>
+#include <random>
+
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/pixels.h"
+
+namespace tavrin::paint {
+namespace {
+
+/// Decodes with libpng, through Cairo.
+PixelBuffer decoded(const std::string& png) {
+    std::string_view rest = png;
+    const auto read = [](void* closure, unsigned char* out, unsigned int count) {
+        auto& input = *static_cast<std::string_view*>(closure);
+        if (input.size() < count) return CAIRO_STATUS_READ_ERROR;
+        std::memcpy(out, input.data(), count);
+        input.remove_prefix(count);
+        return CAIRO_STATUS_SUCCESS;
+    };
+    const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
+        cairo_image_surface_create_from_png_stream(read, &rest), &cairo_surface_destroy);
+    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS || !rest.empty()) return {};
+    const bool opaque = cairo_image_surface_get_format(surface.get()) == CAIRO_FORMAT_RGB24;
+    PixelBuffer picture(cairo_image_surface_get_width(surface.get()), cairo_image_surface_get_height(surface.get()));
+    const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get()));
+    for (int y = 0; y < picture.height(); ++y) {
+        std::memcpy(picture.row(y), cairo_image_surface_get_data(surface.get()) + static_cast<std::size_t>(y) * stride,
+                    static_cast<std::size_t>(picture.width()) * 4);
+        if (opaque)
+            for (int x = 0; x < picture.width(); ++x) picture.row(y)[x] |= 0xFF000000;
+    }
+    return picture;
+}
+
+template <class PixelAt>
+PixelBuffer picture(int width, int height, PixelAt pixelAt) {
+    PixelBuffer result(width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            result.row(y)[x] = pixelAt(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y));
+    return result;
+}
+
+struct Row {
+    const char* why;
+    PixelBuffer picture;
+    /// The depth and colour type that the smaller file has.
+    int bitDepth;
+    int colorType;
+};
+
+std::vector<Row> rows() {
+    std::mt19937 random(1);
+    const auto noise = [&](std::uint32_t alpha) {
+        const auto channel = [&] { return static_cast<std::uint32_t>(random()) % (alpha + 1); };
+        return packPixel(alpha, channel(), channel(), channel());
+    };
+    const auto gray = [](std::uint32_t level, std::uint32_t alpha = 255) {
+        return packPixel(alpha, level, level, level);
+    };
+    std::vector<Row> list;
+    list.push_back({"one pixel", picture(1, 1, [](auto, auto) { return 0xFF336699U; }), 1, 3});
+    list.push_back({"one clear pixel", PixelBuffer(1, 1), 1, 3});
+    list.push_back({"a flat picture", picture(97, 31, [](auto, auto) { return 0xFF102030U; }), 1, 3});
+    list.push_back(
+        {"three colours, an odd width", picture(7, 5, [](auto x, auto) { return 0xFF000000U + x % 3 * 77; }), 2, 3});
+    list.push_back({"sixteen colours", picture(33, 9, [](auto x, auto) { return 0xFF000000U + x % 16 * 16; }), 4, 3});
+    list.push_back({"256 colours", picture(256, 4, [](auto x, auto) { return 0xFF000000U + x; }), 8, 3});
+    list.push_back({"257 colours", picture(257, 4, [](auto x, auto) { return 0xFF000000U + x; }), 8, 2});
+    list.push_back({"256 grays", picture(256, 4, [&](auto x, auto) { return gray(x); }), 8, 0});
+    list.push_back({"a translucent palette", picture(40, 4, [&](auto x, auto) { return gray(0, x * 6); }), 8, 3});
+    list.push_back({"grays with opacities",
+                    picture(256, 256, [&](auto x, auto y) { return gray(x * y / 255, y); }), 8, 4});
+    list.push_back({"a gradient", picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, x ^ y); }), 8, 2});
+    list.push_back({"opaque noise", picture(301, 97, [&](auto, auto) { return noise(255); }), 8, 2});
+    list.push_back({"translucent noise", picture(301, 97, [&](auto x, auto) { return noise(x % 256); }), 8, 6});
+    list.push_back({"more than one strip", picture(1200, 900, [&](auto x, auto y) { return noise(x * y % 7 ? 255 : 9); }),
+                    8, 6});
+    list.push_back({"one very wide row", picture(32767, 1, [&](auto, auto) { return noise(255); }), 8, 2});
+    return list;
+}
+
+/// Straight channels rounded to bytes lose what a low opacity cannot hold; the alpha and what was opaque must agree.
+void expectSame(const PixelBuffer& actual, const PixelBuffer& expected) {
+    ASSERT_EQ(actual.width(), expected.width());
+    ASSERT_EQ(actual.height(), expected.height());
+    for (int y = 0; y < actual.height(); ++y)
+        for (int x = 0; x < actual.width(); ++x) ASSERT_EQ(actual.row(y)[x], expected.row(y)[x]) << x << ", " << y;
+}
+
+TEST(PngEncoder, PicturesComeBackPixelForPixel) {
+    for (const Row& row : rows()) {
+        SCOPED_TRACE(row.why);
+        for (const PngCompression compression : {PngCompression::fast, PngCompression::small}) {
+            SCOPED_TRACE(compression == PngCompression::fast ? "fast" : "small");
+            const std::string png = encodePng(row.picture, compression);
+            expectSame(decoded(png), row.picture);
+        }
+    }
+}
+
+TEST(PngEncoder, SmallChoosesThePlainestSamples) {
+    for (const Row& row : rows()) {
+        SCOPED_TRACE(row.why);
+        const std::string png = encodePng(row.picture, PngCompression::small);
+        EXPECT_EQ(png[24], row.bitDepth);
+        EXPECT_EQ(png[25], row.colorType);
+    }
+}
+
+TEST(PngEncoder, FastLeavesOutTheAlphaOfOpaquePictures) {
+    PixelBuffer opaque = picture(2, 2, [](auto, auto) { return 0xFF010203U; });
+    EXPECT_EQ(encodePng(opaque)[25], 2);
+    opaque.row(1)[1] = 0xFE000000;
+    EXPECT_EQ(encodePng(opaque)[25], 6);
+}
+
+TEST(PngEncoder, SmallIsSmaller) {
+    const PixelBuffer gradient = picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
+    EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
+}
+
+TEST(PngEncoder, BytesAreTheSameInEveryThread) {
+    const PixelBuffer gradient = picture(500, 300, [](auto x, auto y) { return packPixel(255, x / 2, y / 2, x * y % 256); });
+    const std::string expected = encodePng(gradient);
+    std::vector<std::future<std::string>> others;
+    for (int i = 0; i < 4; ++i) others.push_back(std::async(std::launch::async, [&] { return encodePng(gradient); }));
+    for (auto& other : others) EXPECT_EQ(other.get(), expected);
+}
+
+TEST(PngEncoder, RefusesAPictureWithoutPixels) {
+    EXPECT_THROW((void)encodePng(PixelBuffer{}), TavrinError);
+    EXPECT_THROW((void)encodePng(PixelBuffer{}, PngCompression::small), TavrinError);
+}
+
+}  // namespace
+}  // namespace tavrin::paint

@@ -1,0 +1,126 @@
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/text/font_chooser.h"
+#include "tavrin/platform/text/font_faces.h"
+#include "tavrin/platform/text/itemizer.h"
+
+namespace tavrin::text {
+namespace {
+
+std::string fileOf(const FontCatalog& catalog, FontId font) {
+    return std::filesystem::path(catalog.source(font).path()).filename().string();
+}
+
+/// The files that a text's items are shaped with, and the face inside a collection.
+std::string fontsOf(std::string_view text, Font::Weight weight = Font::Weight::regular) {
+    const auto library = FontLibrary::system();
+    FontFaces faces(library->catalog());
+    FontChooser chooser(faces);
+    Paragraph paragraph;
+    ParagraphReader(text).next(paragraph);
+    std::string files;
+    for (const auto& item : itemize(paragraph, weight, chooser).items) {
+        if (!files.empty()) files += ' ';
+        files += fileOf(library->catalog(), item.font);
+        if (const unsigned face = library->catalog().source(item.font).faceIndex()) {
+            files += '#';
+            files += std::to_string(face);
+        }
+    }
+    return files;
+}
+
+TEST(Fonts, SystemFontHasThreeWeights) {
+    const auto library = FontLibrary::system();
+    const FontCatalog& catalog = library->catalog();
+    EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::regular)), "Inter-Regular.otf");
+    EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::semibold)), "Inter-SemiBold.otf");
+    EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::bold)), "Inter-Bold.otf");
+}
+
+TEST(Fonts, FallbacksAreChosenByScript) {
+    const struct {
+        const char* why;
+        const char* text;
+        const char* files;
+        Font::Weight weight = Font::Weight::regular;
+    } rows[] = {
+        {"Latin, Greek, Cyrillic", "Aé Ωж", "Inter-Regular.otf Inter-Regular.otf Inter-Regular.otf"},
+        {"simplified by default", "直骨", "NotoSansCJK-Regular.ttc#2"},
+        {"Japanese beside kana", "直の", "NotoSansCJK-Regular.ttc NotoSansCJK-Regular.ttc"},
+        {"Korean", "안녕", "NotoSansCJK-Regular.ttc#1"},
+        {"Korean beside hangul", "漢글", "NotoSansCJK-Regular.ttc#1 NotoSansCJK-Regular.ttc#1"},
+        {"traditional beside bopomofo", "漢ㄅ", "NotoSansCJK-Regular.ttc#3 NotoSansCJK-Regular.ttc#3"},
+        {"semibold falls back to bold", "直", "NotoSansCJK-Bold.ttc#2", Font::Weight::semibold},
+        {"Arabic with its spaces and tatweel", "مر حـبا", "NotoSansArabic-Regular.ttf"},
+        {"Hebrew", "שלום", "NotoSansHebrew-Regular.ttf"},
+        {"Thai, not the looped one", "ไทย", "NotoSansThai-Regular.ttf"},
+        {"Devanagari with its danda", "नम।", "NotoSansDevanagari-Regular.ttf"},
+        {"Tamil, not the supplement", "தமிழ்", "NotoSansTamil-Regular.ttf"},
+        {"Tibetan is only in a serif", "བོད", "NotoSerifTibetan-Regular.ttf"},
+        {"Myanmar, where a bold file calls itself regular", "မြန်", "NotoSansMyanmar-Regular.ttf"},
+        {"emoji between letters", "a😀b", "Inter-Regular.otf NotoColorEmoji.ttf Inter-Regular.otf"},
+        {"a flag is one picture, not letters", "🇯🇵", "NotoColorEmoji.ttf"},
+        {"what no font has", "\u0378", "Inter-Regular.otf"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(fontsOf(row.text, row.weight), row.files);
+    }
+}
+
+TEST(Fonts, OnlyWhatIsNeededIsOpened) {
+    const auto library = FontLibrary::system();
+    FontFaces faces(library->catalog());
+    FontChooser chooser(faces);
+    Paragraph paragraph;
+    ParagraphReader("Just Latin, 21°").next(paragraph);
+    itemize(paragraph, Font::Weight::regular, chooser);
+    EXPECT_EQ(faces.openCount(), 1U);
+}
+
+TEST(Fonts, HostFilesComeBeforeInstalledFallbacks) {
+    const auto library = FontLibrary::make({"Inter", {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf",
+                                                      "/usr/share/fonts/truetype/noto/NotoSerifThai-Regular.ttf"}});
+    FontFaces faces(library->catalog());
+    FontChooser chooser(faces);
+    const std::u32string thai = U"\u0E01";
+    EXPECT_EQ(fileOf(library->catalog(), chooser.choose(thai, {})), "NotoSerifThai-Regular.ttf");
+    EXPECT_EQ(fileOf(library->catalog(), chooser.choose(U"a", {})), "Inter-Regular.otf");
+}
+
+TEST(Fonts, SystemFontMayBeAHostFile) {
+    const auto library =
+        FontLibrary::make({"Noto Serif", {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf"}});
+    const FontCatalog& catalog = library->catalog();
+    EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::bold)), "NotoSerif-Regular.ttf");
+}
+
+TEST(Fonts, WhatIsMissingIsReported) {
+    const struct {
+        const char* why;
+        FontLibrary::Options options;
+    } rows[] = {
+        {"no such family", {"No Such Family", {}}},
+        {"a family must agree exactly", {"Inte", {}}},
+        {"no such file", {"Inter", {"/nonexistent/font.ttf"}}},
+        {"a file that is no font", {"Inter", {"/etc/passwd"}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        try {
+            FontLibrary::make(row.options);
+            FAIL();
+        } catch (const TavrinError& error) {
+            EXPECT_EQ(error.kind, "Font");
+            EXPECT_FALSE(error.message.empty());
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tavrin::text

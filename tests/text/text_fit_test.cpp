@@ -1,0 +1,205 @@
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tavrin/platform/text/font_metrics.h"
+#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/text/text_engine.h"
+
+namespace tavrin::text {
+namespace {
+
+TextBlock fit(std::string_view text, const TextRoom& room, Font font = Font::system(17)) {
+    auto& engine = TextEngine::ofThisThread();
+    return engine.fit(engine.shape(text, font), room);
+}
+
+TextRoom room(std::optional<double> width, std::optional<std::int64_t> limit = {}, std::optional<double> height = {}) {
+    TextRoom result;
+    result.width = width;
+    result.lineLimit = limit;
+    result.height = height;
+    return result;
+}
+
+/// What stands in each line, without the white space that hangs.
+std::vector<std::string> linesOf(const TextBlock& block) {
+    std::vector<std::string> lines;
+    const ShapedText& text = *block.lines()->text;
+    for (const auto& line : block.lines()->broken->lines) {
+        std::string content;
+        for (std::uint32_t i = line.unitBegin; i < line.unitEnd; ++i)
+            content += text.utf8.substr(text.units[i].byte, text.endByte(i) - text.units[i].byte);
+        lines.push_back(content + (line.ellipsis ? "…" : ""));
+    }
+    return lines;
+}
+
+double naturalWidth(std::string_view text, Font font = Font::system(17)) {
+    TextRoom unrounded;
+    unrounded.scale = 0;
+    return fit(text, unrounded, font).size().width;
+}
+
+TEST(TextFit, HeightIsWholeLinesInWholePixels) {
+    const struct {
+        const char* why;
+        std::string text;
+        double size;
+        double scale;
+        double height;
+    } rows[] = {
+        {"one line", "a", 17, 3, 61.0 / 3},
+        {"two lines", "a\nb", 17, 3, 122.0 / 3},
+        {"three lines", "a\nb\nc", 17, 3, 61},
+        {"30 points", "a", 30, 3, 36},
+        {"scale 2", "a", 17, 2, 20.5},
+        {"an empty text is one line", "", 17, 3, 61.0 / 3},
+        {"a break at the end begins a line", "a\n", 17, 3, 122.0 / 3},
+        {"another font's metrics do not count", "ไทย", 17, 3, 61.0 / 3},
+        {"nor do emoji", "😀", 17, 3, 61.0 / 3},
+        {"not positive", "a", 0, 3, 0},
+        {"negative", "a", -4, 3, 0},
+        {"not a number", "a", std::nan(""), 3, 0},
+        {"infinite", "a", std::numeric_limits<double>::infinity(), 3, 0},
+        {"enormous sizes are limited", "a", 1e300, 1, std::ceil(10000 * 1.193359)},
+        {"a scale of nonsense rounds nothing", "a", 10, -1, 11.93359},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        TextRoom given;
+        given.scale = row.scale;
+        EXPECT_NEAR(fit(row.text, given, Font::system(row.size)).size().height, row.height, 1e-9);
+    }
+}
+
+TEST(TextFit, WidthIsInWholePixelsAndNeverMoreThanProposed) {
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        TextRoom given;
+        given.scale = scale;
+        const double width = fit("Reykjavik", given).size().width;
+        EXPECT_NEAR(width * scale, std::round(width * scale), 1e-9);
+        EXPECT_GE(width, naturalWidth("Reykjavik"));
+        EXPECT_LT(width, naturalWidth("Reykjavik") + 1 / scale);
+    }
+    EXPECT_EQ(fit("", {}).size().width, 0);
+    EXPECT_EQ(fit("W", room(3)).size().width, 3);
+    EXPECT_EQ(fit("W", room(0)).size().width, 0);
+    EXPECT_EQ(fit("W", room(-5)).size().width, 0);
+}
+
+TEST(TextFit, TrackingDependsOnSize) {
+    // All of a text but its tracking grows with the size.
+    const double at10 = naturalWidth("nnnnnnnnnn", Font::system(10)) / 10;
+    const double at40 = naturalWidth("nnnnnnnnnn", Font::system(40)) / 40;
+    EXPECT_NEAR(at10 - at40, tracking(10) - tracking(40) / 4, 1e-4);
+    EXPECT_NEAR(tracking(17), (-0.0223 + 0.185 * std::exp(-0.1745 * 17)) * 17, 1e-12);
+    const double joined10 = naturalWidth("سسسس", Font::system(10)) / 10;
+    const double joined40 = naturalWidth("سسسس", Font::system(40)) / 40;
+    EXPECT_NEAR(joined10, joined40, 1e-4) << "joined letters have none";
+    EXPECT_NEAR(naturalWidth("a\u0301\u200B\u2060"), naturalWidth("á"), 1e-4) << "nor has what is not seen";
+}
+
+TEST(TextFit, MonospacedDigitsHaveOneWidth) {
+    const Font tabular = Font::monospacedDigitSystem(20, Font::Weight::regular);
+    EXPECT_NEAR(naturalWidth("11:11", tabular), naturalWidth("08:40", tabular), 1e-3);
+    EXPECT_LT(naturalWidth("11:11", Font::system(20)), naturalWidth("08:40", Font::system(20)) - 1);
+}
+
+TEST(TextFit, EmojiStandBesideText) {
+    for (const char* emoji : {"😀", "👨‍👩‍👧‍👦", "🇯🇵", "1️⃣", "☀️", "👍🏽"}) {
+        SCOPED_TRACE(emoji);
+        EXPECT_NEAR(naturalWidth(emoji) / 17, 1.245, 0.01) << "one picture";
+    }
+}
+
+TEST(TextFit, LinesAreBroken) {
+    using Lines = std::vector<std::string>;
+    const double word = naturalWidth("wonderful") + 0.01;
+    const struct {
+        const char* why;
+        const char* text;
+        std::optional<double> width;
+        Lines lines;
+    } rows[] = {
+        {"no width", "Hello wonderful world", {}, {"Hello wonderful world"}},
+        {"between words", "Hello wonderful world", word, {"Hello", "wonderful", "world"}},
+        {"white space hangs", "wonderful   world", word, {"wonderful", "world"}},
+        {"and does not count at the end", "wonderful    ", word, {"wonderful"}},
+        {"a long word is broken between characters", "mmmm", naturalWidth("mm") + 0.01, {"mm", "mm"}},
+        {"after what stands before it", "a mmmm", naturalWidth("mm") + 0.01, {"a", "mm", "mm"}},
+        {"a non-breaking space does not break", "a\u00A0b c", naturalWidth("a\u00A0b"), {"a\u00A0b", "c"}},
+        {"mandatory breaks", "a\n\nb", 300, {"a", "", "b"}},
+        {"no room: a character a line", "ab c", 0, {"a", "b", "c"}},
+        {"less than no room", "ab", -1, {"a", "b"}},
+        {"graphemes stay whole", "e\u0301👨‍👩‍👧🇯🇵", 0, {"e\u0301", "👨‍👩‍👧", "🇯🇵"}},
+        {"Thai breaks between words", "สวัสดีชาวโลก", naturalWidth("ชาวโลก") + 1, {"สวัสดี", "ชาวโลก"}},
+        {"no comma begins a Japanese line", "日本、語", naturalWidth("日本") + 1, {"日", "本、", "語"}},
+        {"an infinite width", "a b", std::numeric_limits<double>::infinity(), {"a b"}},
+        {"a width that is no number", "a b", std::nan(""), {"a b"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(linesOf(fit(row.text, room(row.width))), row.lines);
+    }
+}
+
+TEST(TextFit, WhatDoesNotFitEndsInAnEllipsis) {
+    using Lines = std::vector<std::string>;
+    const double lineHeight = 17 * lineHeightOfSize;
+    const double width = naturalWidth("Hello wonde…") + 0.01;
+    const struct {
+        const char* why;
+        const char* text;
+        TextRoom given;
+        Lines lines;
+    } rows[] = {
+        {"one line", "Hello wonderful world", room(width, 1), {"Hello wonde…"}},
+        {"a limit below one is one", "Hello wonderful world", room(width, -3), {"Hello wonde…"}},
+        {"the last of two lines", "Hello wonderful new world", room(width, 2), {"Hello", "wonderful n…"}},
+        {"what fits is not cut", "Hello", room(width, 1), {"Hello"}},
+        {"no space before the ellipsis", "Hello wonderful", room(naturalWidth("Hello …") + 1, 1), {"Hello…"}},
+        {"a further paragraph is lost", "a\nb", room({}, 1), {"a…"}},
+        {"but not an empty one", "a\n\n", room({}, 1), {"a"}},
+        {"room for one line by height", "a\nb\nc", room({}, {}, lineHeight * 1.9), {"a…"}},
+        {"two lines, exactly", "a\nb\nc", room({}, {}, lineHeight * 2), {"a", "b…"}},
+        {"two lines, short by a rounding error", "a\nb\nc", room({}, {}, lineHeight * 2 - 1e-9), {"a", "b…"}},
+        {"at least one", "a\nb", room({}, {}, -10), {"a…"}},
+        {"the smaller limit counts", "a\nb\nc", room({}, 1, 500), {"a…"}},
+        {"an infinite height", "a\nb", room({}, {}, std::numeric_limits<double>::infinity()), {"a", "b"}},
+        {"a height that is no number", "a\nb", room({}, {}, std::nan("")), {"a", "b"}},
+        {"not even the ellipsis fits", "wide", room(1, 1), {"…"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const TextBlock block = fit(row.text, row.given);
+        EXPECT_EQ(linesOf(block), row.lines);
+        EXPECT_EQ(block.truncated(), row.lines.back().ends_with("…"));
+        EXPECT_EQ(block.lineCount(), row.lines.size());
+        if (row.given.width) {
+            EXPECT_LE(block.size().width, *row.given.width);
+        }
+    }
+}
+
+TEST(TextFit, ATextKeepsItsLinesInTheRoomItAnswered) {
+    const std::string text = "The quick brown fox jumps over the lazy dog, again and again.";
+    for (const double scale : {0.5, 1.0, 2.0, 3.0})
+        for (const double size : {1e-3, 7.3, 11.0, 17.0, 33.3})
+            for (const double width : {20.0, 70.0, 133.3}) {
+                TextRoom given = room(width);
+                given.scale = scale;
+                const TextBlock first = fit(text, given, Font::system(size));
+                given.width = first.size().width;
+                given.height = first.size().height;
+                const TextBlock again = fit(text, given, Font::system(size));
+                EXPECT_FALSE(again.truncated()) << size << " at " << scale << " in " << width;
+                EXPECT_EQ(again.size(), first.size());
+            }
+}
+
+}  // namespace
+}  // namespace tavrin::text
