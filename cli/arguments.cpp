@@ -69,15 +69,16 @@ RenderOptions renderOptionsOf(const Values& values) {
 void checkDocuments(const Command& command) {
     const std::string verb(verbs()[static_cast<std::size_t>(command.verb)].name);
     const std::size_t count = command.operands.size();
-    if (count == 0) throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
+    if (count == 0)
+        throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
     const bool takesOne = command.verb == Verb::tree || command.verb == Verb::layout;
     if (takesOne && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
 
 void checkStandardInput(const Arguments& arguments) {
-    const auto users = std::count(arguments.documents.begin(), arguments.documents.end(), "-") +
-                       (arguments.model == "-" ? 1 : 0);
+    const auto users =
+        std::count(arguments.documents.begin(), arguments.documents.end(), "-") + (arguments.model == "-" ? 1 : 0);
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 

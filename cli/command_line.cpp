@@ -40,6 +40,7 @@ std::string wrapped(std::string_view text, std::size_t width) {
     std::string lines;
     while (text.size() > width) {
         const std::size_t blank = text.rfind(' ', width);
+        if (blank == std::string_view::npos) break;
         lines += std::string(text.substr(0, blank)) + "\n";
         text.remove_prefix(blank + 1);
     }
@@ -57,7 +58,8 @@ void addOption(CLI::App& app, const OptionInfo& option) {
 }
 
 const OptionInfo& errorsOption() {
-    return *std::find_if(options().begin(), options().end(), [](const auto& option) { return option.name == "--errors"; });
+    return *std::find_if(options().begin(), options().end(),
+                         [](const auto& option) { return option.name == "--errors"; });
 }
 
 void addVerb(CLI::App& app, Verb verb) {
@@ -65,7 +67,8 @@ void addVerb(CLI::App& app, Verb verb) {
     CLI::App& sub = *app.add_subcommand(std::string(info.name), std::string(info.summary));
     sub.allow_extras();
     sub.group("Verbs");
-    sub.formatter(std::make_shared<HelpFormatter>("tavrin " + std::string(info.name) + " " + std::string(info.operands)));
+    sub.formatter(
+        std::make_shared<HelpFormatter>("tavrin " + std::string(info.name) + " " + std::string(info.operands)));
     for (const OptionInfo& option : options())
         if (takes(verb, option)) addOption(sub, option);
     sub.footer("Examples:\n" + std::string(info.examples));
@@ -79,11 +82,12 @@ void build(CLI::App& app) {
     addOption(app, errorsOption());
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
-    app.footer("`tavrin VERB --help` explains a verb. DOC is a file, or \"-\" for standard input.\n"
-               "Exit status: 0 success, 1 a document, a model or the drawing failed, 2 the command line is wrong.\n\n"
-               "Examples:\n"
-               "  tavrin render weather.json --model today.json -o weather.png\n"
-               "  tavrin check widgets/*.json");
+    app.footer(
+        "`tavrin VERB --help` explains a verb. DOC is a file, or \"-\" for standard input.\n"
+        "Exit status: 0 success, 1 a document, a model or the drawing failed, 2 the command line is wrong.\n\n"
+        "Examples:\n"
+        "  tavrin render weather.json --model today.json -o weather.png\n"
+        "  tavrin check widgets/*.json");
 }
 
 std::vector<std::string_view> verbNames() {
@@ -111,9 +115,11 @@ void checkOperands(const std::vector<std::string>& operands, Verb verb) {
 
 void takeValues(const CLI::App& app, Command& command, Verb verb) {
     for (const OptionInfo& option : options()) {
-        const CLI::Option* const given = takes(verb, option) ? app.get_option_no_throw(std::string(option.name)) : nullptr;
+        const CLI::Option* const given =
+            takes(verb, option) ? app.get_option_no_throw(std::string(option.name)) : nullptr;
         if (!given || given->count() == 0) continue;
-        const bool isNew = command.values.emplace(option.name, option.value.empty() ? "" : given->results().front()).second;
+        const bool isNew =
+            command.values.emplace(option.name, option.value.empty() ? "" : given->results().front()).second;
         if (!isNew || (given->count() > 1 && !option.value.empty()))
             throw UsageError(std::string(option.name) + " is given twice");
     }

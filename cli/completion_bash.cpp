@@ -11,7 +11,8 @@ std::string verbWords(std::string_view separator) {
 }
 
 std::string names(const OptionInfo& option, std::string_view separator) {
-    return std::string(option.name) + (option.shortName.empty() ? "" : std::string(separator) + std::string(option.shortName));
+    return std::string(option.name) +
+           (option.shortName.empty() ? "" : std::string(separator) + std::string(option.shortName));
 }
 
 std::string compgen(const std::string& what) { return "COMPREPLY=($(compgen " + what + " -- \"$current\"))"; }
@@ -32,7 +33,8 @@ std::string optionBranch(Verb verb) {
     std::vector<std::string> words{"--help"};
     for (const OptionInfo& option : options())
         if (takes(verb, option)) words.push_back(names(option, " "));
-    return "        " + std::string(verbs()[static_cast<std::size_t>(verb)].name) + ") words='" + joined(words) + "' ;;\n";
+    return "        " + std::string(verbs()[static_cast<std::size_t>(verb)].name) + ") words='" + joined(words) +
+           "' ;;\n";
 }
 
 }  // namespace

@@ -25,7 +25,9 @@ std::string value(const OptionInfo& option) {
     return " -x";
 }
 
-std::string seen(const std::string& verbNames) { return "complete -c tavrin -n '__fish_seen_subcommand_from " + verbNames + "'"; }
+std::string seen(const std::string& verbNames) {
+    return "complete -c tavrin -n '__fish_seen_subcommand_from " + verbNames + "'";
+}
 
 std::string line(const OptionInfo& option) {
     std::vector<std::string> takers;

@@ -40,7 +40,8 @@ Destination fileOrFolder(const std::string& output, std::optional<PictureFormat>
     if (named) return {Destination::Kind::file, path, *named};
     if (namesFolder(path)) return {Destination::Kind::folder, path, format.value_or(PictureFormat::png)};
     if (format) return {Destination::Kind::file, path, *format};
-    throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output + "' is");
+    throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output +
+                     "' is");
 }
 
 Destination folderForSeveral(const std::string* output, std::optional<PictureFormat> format) {
@@ -75,7 +76,7 @@ Destination readDestination(const std::vector<std::string>& documents, const std
     if (format) chosen = static_cast<PictureFormat>(readWord("--format", *format, pictureFormatWords));
     if (output && output->empty()) throw UsageError("--output takes the name of a file or a folder, not ''");
     if (documents.size() > 1) {
-        const Destination destination = folderForSeveral(output, chosen);
+        Destination destination = folderForSeveral(output, chosen);
         checkNoneOverwritten(documents, destination);
         return destination;
     }

@@ -20,8 +20,8 @@ struct Destination {
     [[nodiscard]] std::filesystem::path pathFor(const std::string& document) const;
 };
 
-/// Judges where the pictures of `documents` go. `output` and `format` are the values of the options, null where they are
-/// not given. Throws `UsageError`.
+/// Judges where the pictures of `documents` go. `output` and `format` are the values of the options, null where they
+/// are not given. Throws `UsageError`.
 [[nodiscard]] Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
                                           const std::string* format);
 

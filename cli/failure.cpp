@@ -15,7 +15,8 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr std::array<std::string_view, 4> decodingKinds{"keyNotFound", "typeMismatch", "valueNotFound", "dataCorrupted"};
+constexpr std::array<std::string_view, 4> decodingKinds{"keyNotFound", "typeMismatch", "valueNotFound",
+                                                        "dataCorrupted"};
 
 Failure::Place placeIn(std::string_view text, std::size_t offset) {
     const TextPlace place = placeAt(text, offset);

@@ -19,8 +19,7 @@ std::string painted(const std::string& text, std::string_view color, bool colore
 std::string location(const Failure& failure) {
     if (failure.file.empty()) return "tavrin";
     std::string text = printable(failure.file);
-    if (failure.place)
-        text += ":" + std::to_string(failure.place->line) + ":" + std::to_string(failure.place->column);
+    if (failure.place) text += ":" + std::to_string(failure.place->line) + ":" + std::to_string(failure.place->column);
     return text;
 }
 
@@ -33,7 +32,7 @@ std::string excerptText(const Failure::Place& place, bool colored) {
     const std::string number = std::to_string(place.line);
     const std::string margin(number.size() < 5 ? 5 - number.size() : 0, ' ');
     const std::string mark = place.excerpt.mark.substr(0, place.excerpt.mark.size() - 1);
-    return margin + number + " | " + place.excerpt.line + "\n" +             //
+    return margin + number + " | " + place.excerpt.line + "\n" +                //
            std::string(std::max<std::size_t>(5, number.size()), ' ') + " | " +  //
            mark + painted("^", green, colored) + "\n";
 }

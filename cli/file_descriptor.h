@@ -1,8 +1,7 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <string_view>
+#include <unistd.h>
 #include <utility>
 
 namespace tavrin::cli {

@@ -1,12 +1,11 @@
 #include "cli/input.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
@@ -21,13 +20,19 @@ std::string failureText(const std::string& path) {
     return "cannot read " + (path == "-" ? std::string("standard input") : "'" + path + "'");
 }
 
+[[noreturn]] void failTooLarge(const std::string& path) {
+    throw IOError(failureText(path) + ": it is larger than 256 MiB");
+}
+
 /// How much room to begin with: a file's size, and one byte more to see its end.
 std::size_t expectedBytes(int descriptor, const std::string& path) {
     struct stat status {};
     if (::fstat(descriptor, &status) != 0) throw IOError(failureText(path), errno);
     if (S_ISDIR(status.st_mode)) throw IOError(failureText(path), EISDIR);
     if (!S_ISREG(status.st_mode)) return firstBytes;
-    return std::min(static_cast<std::size_t>(status.st_size), maximumBytes) + 1;
+    const auto size = static_cast<std::size_t>(status.st_size);
+    if (size > maximumBytes) failTooLarge(path);
+    return size + 1;
 }
 
 std::string readAll(int descriptor, const std::string& path) {
@@ -40,7 +45,7 @@ std::string readAll(int descriptor, const std::string& path) {
         if (count < 0) throw IOError(failureText(path), errno);
         if (count == 0) break;
         size += static_cast<std::size_t>(count);
-        if (size > maximumBytes) throw IOError(failureText(path) + ": it is larger than 256 MiB");
+        if (size > maximumBytes) failTooLarge(path);
     }
     text.resize(size);
     return text;

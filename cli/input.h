@@ -14,8 +14,8 @@ struct Source {
 /// What messages call an input: its path, "<stdin>" for "-".
 [[nodiscard]] std::string displayName(const std::string& path);
 
-/// All bytes of a file, or of standard input for "-". Throws `IOError` for what cannot be read, for a folder and for more
-/// than 256 MiB.
+/// All bytes of a file, or of standard input for "-". Throws `IOError` for what cannot be read, for a folder and for
+/// more than 256 MiB.
 [[nodiscard]] std::string readInput(const std::string& path);
 
 }  // namespace tavrin::cli

@@ -28,8 +28,7 @@ const std::array<VerbInfo, 5>& verbs() {
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
          "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
-        {"tree", "DOC [options]", "Print the view tree as JSON",
-         "  tavrin tree weather.json --model today.json"},
+        {"tree", "DOC [options]", "Print the view tree as JSON", "  tavrin tree weather.json --model today.json"},
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
          "  tavrin layout weather.json --family systemLarge\n"
          "  tavrin layout weather.json --size 200x100"},
@@ -46,10 +45,14 @@ const std::array<VerbInfo, 5>& verbs() {
 
 const std::vector<OptionInfo>& options() {
     static const std::vector<OptionInfo> list{
-        {"--output", "OUT",
+        {"--output",
+         "OUT",
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
          "for all pictures. Without it each document's name with the format's suffix, in the working directory",
-         Completes::file, {}, true, "-o"},
+         Completes::file,
+         {},
+         true,
+         "-o"},
         {"--format", "FORMAT", "png, svg or pdf, where OUT's suffix does not tell (png)", Completes::words,
          listOf(pictureFormatWords), true},
         {"--model", "FILE", "The model document; \"-\" is standard input", Completes::file},
@@ -62,9 +65,12 @@ const std::vector<OptionInfo>& options() {
         {"--time-zone", "ID", "The device's time zone, such as Europe/Madrid (the system's)"},
         {"--image-cache-dir", "DIR", "A folder in which pictures are looked for", Completes::folder},
         {"--max-image-size", "WxH", "Larger pictures are scaled down to this size, in points"},
-        {"--background", "COLOR|none|auto",
+        {"--background",
+         "COLOR|none|auto",
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
-         Completes::words, {"auto", "none"}, true},
+         Completes::words,
+         {"auto", "none"},
+         true},
         {"--rounded", "", "Cut the home screen's rounded corners; transparent outside", Completes::nothing, {}, true},
         {"--compression", "fast|small", "Whether a PNG is written quickly or small (fast)", Completes::words,
          listOf(compressionWords), true},

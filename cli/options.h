@@ -28,8 +28,8 @@ enum class Completes : unsigned char { nothing, words, file, folder };
 
 /// One option: how it is written, explained and completed. Parsing, help and completion scripts all read this list.
 struct OptionInfo {
-    std::string_view name;       ///< "--family"
-    std::string_view value;      ///< what stands behind it, "NAME"; empty for a flag
+    std::string_view name;   ///< "--family"
+    std::string_view value;  ///< what stands behind it, "NAME"; empty for a flag
     std::string_view help;
     Completes completes = Completes::nothing;
     std::vector<std::string> words = {};  ///< the values it takes, or the usual ones

@@ -1,13 +1,12 @@
 #include "cli/output.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <string>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 #include "cli/blocked_signals.h"
 #include "cli/file_descriptor.h"

@@ -5,8 +5,8 @@
 
 namespace tavrin::cli {
 
-/// Writes a file whole or not at all: the bytes go to a new file beside it, which then takes its name. A device or pipe is
-/// written straight to. Throws `IOError`, and then leaves no file behind.
+/// Writes a file whole or not at all: the bytes go to a new file beside it, which then takes its name. A device or pipe
+/// is written straight to. Throws `IOError`, and then leaves no file behind.
 ///
 /// Only the main thread may call it: signals wait until the file is whole.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);

@@ -19,8 +19,9 @@ struct Outcome {
     std::optional<Failure> failure = std::nullopt;
 };
 
-/// Makes of every document what the verb asks for and hands the outcomes over in the documents' order; several documents
-/// are worked on by several threads. Throws `IOError` for a model that cannot be read, and passes on what `take` throws.
+/// Makes of every document what the verb asks for and hands the outcomes over in the documents' order; several
+/// documents are worked on by several threads. Throws `IOError` for a model that cannot be read, and passes on what
+/// `take` throws.
 void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take);
 
 }  // namespace tavrin::cli

@@ -66,8 +66,9 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
 
 int runProgram(int argc, char** argv) noexcept {
     try {
-        std::signal(SIGPIPE, SIG_IGN);  // NOLINT(performance-no-int-to-ptr): writing then fails with an error instead
-        setPreconditionHandler([](std::string_view message) { throw TavrinError("Precondition", std::string(message)); });
+        std::signal(SIGPIPE, SIG_IGN);  // writing then fails with an error instead
+        setPreconditionHandler(
+            [](std::string_view message) { throw TavrinError("Precondition", std::string(message)); });
         const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
         Reporter reporter(errorFormatOf(words));
         return runReported(words, reporter);

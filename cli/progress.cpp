@@ -1,8 +1,7 @@
 #include "cli/progress.h"
 
-#include <unistd.h>
-
 #include <string_view>
+#include <unistd.h>
 
 #include "cli/excerpt.h"
 #include "cli/file_descriptor.h"

@@ -1,10 +1,9 @@
 #include "cli/terminal.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <string_view>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace tavrin::cli {
 namespace {

@@ -3,8 +3,8 @@
 #include "cli/arguments.h"
 #include "cli/reporter.h"
 
-/// The verbs that work on documents. Each returns the exit status: 0, or 1 when a document failed, which it has reported.
-/// Each throws `IOError` for what concerns no document alone, and `ClosedOutput`.
+/// The verbs that work on documents. Each returns the exit status: 0, or 1 when a document failed, which it has
+/// reported. Each throws `IOError` for what concerns no document alone, and `ClosedOutput`.
 namespace tavrin::cli {
 
 /// Draws every document, also when one fails, and writes the pictures.

@@ -53,21 +53,16 @@ void Coding<Modifier>::encode(const Modifier& modifier, JSONWriter& writer) { en
 AnyView Node::render(Context& context) const {
     RenderState& state = RenderState::of(context);
     const RenderState::NodeScope scope(state, context);
-    if (state.modelContext == nullptr || !box_->needsBinding) return box_->render(context);
-    return box_->bound(*state.modelContext)->render(context);
+    if (state.modelContext == nullptr || !box_->needsBinding()) return box_->render(context);
+    return box_->renderBound(context, *state.modelContext);
 }
 
-AnyView applyModifiers(const std::vector<Modifier>& modifiers, AnyView view, Context& context) {
+AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context) {
     RenderState& state = RenderState::of(context);
     for (const Modifier& modifier : modifiers) {
         state.countModifier(context);
-        if (state.modelContext == nullptr || !modifier.needsBinding()) {
-            view = modifier.modify(std::move(view), context);
-        } else {
-            Modifier bound = modifier;
-            bound.bindModel(*state.modelContext);
-            view = bound.modify(std::move(view), context);
-        }
+        view = state.modelContext == nullptr ? modifier.modify(std::move(view), context)
+                                             : modifier.modifyBound(std::move(view), context, *state.modelContext);
     }
     return view;
 }

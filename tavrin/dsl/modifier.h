@@ -5,7 +5,7 @@
 
 #include "tavrin/dsl/record_box.h"
 #include "tavrin/dsl/type_tags.h"
-#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {
@@ -32,21 +32,33 @@ public:
 
     [[nodiscard]] virtual std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const = 0;
     [[nodiscard]] virtual AnyView modify(AnyView view, Context& context) const = 0;
+    /// Applies a bound copy, which is not kept.
+    [[nodiscard]] virtual AnyView modifyBound(AnyView view, Context& context, const ModelContext& model) const = 0;
 };
 
 template <DSLModifierProtocol Record>
-class ModifierBoxOf final : public RecordBoxOf<Record, ModifierBox> {
+class ModifierBoxOf final : public RecordBoxOf<Record, ModifierBox, ModifierProtocol<Record>> {
 public:
-    using RecordBoxOf<Record, ModifierBox>::RecordBoxOf;
+    using RecordBoxOf<Record, ModifierBox, ModifierProtocol<Record>>::RecordBoxOf;
 
     std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const override {
-        return std::make_shared<const ModifierBoxOf>(this->boundRecord(model));
+        if constexpr (!ModifierProtocol<Record>) failUnsupported("Modifier", *this);
+        return makePooled<const ModifierBoxOf>(boundCopy(this->record_, model));
     }
     AnyView modify(AnyView view, Context& context) const override {
+        return apply(this->record_, std::move(view), context);
+    }
+    AnyView modifyBound(AnyView view, Context& context, const ModelContext& model) const override {
+        if constexpr (!ModifierProtocol<Record>) failUnsupported("Modifier", *this);
+        return apply(boundCopy(this->record_, model), std::move(view), context);
+    }
+
+private:
+    AnyView apply(const Record& record, AnyView view, Context& context) const {
         if constexpr (ModifierProtocol<Record>) {
-            return this->record_.modify(std::move(view), context);
+            return record.modify(std::move(view), context);
         } else {
-            throw TavrinError("Modifier", "unsupported type: " + describe(*this) + ")");
+            failUnsupported("Modifier", *this);
         }
     }
 };
@@ -56,7 +68,12 @@ class Modifier {
 public:
     template <DSLModifierProtocol Record>
     Modifier(Record record)  // NOLINT(google-explicit-constructor): a record is a modifier wherever one is asked for
-        : box_(std::make_shared<const ModifierBoxOf<Record>>(std::move(record))) {}
+        : box_(makePooled<const ModifierBoxOf<Record>>(std::move(record))) {}
+    /// Decodes a record of a known type.
+    template <DSLModifierProtocol Record>
+    static Modifier decodeAs(const Decoder& decoder) {
+        return Modifier(makePooled<const ModifierBoxOf<Record>>(decoder));
+    }
 
     [[nodiscard]] ModifierType type() const { return box_->type; }
     [[nodiscard]] DSLVersion version() const { return box_->version; }
@@ -67,20 +84,28 @@ public:
         return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
     }
 
-    [[nodiscard]] bool needsBinding() const { return box_->needsBinding; }
-    /// Resolves the record's expressions. Throws `ModelContextError`, and then changes nothing.
+    [[nodiscard]] bool needsBinding() const { return box_->needsBinding(); }
+    /// Resolves the record's expressions. Throws `ModelContextError`, or `TavrinError` for a record that is no
+    /// `ModifierProtocol`, and then changes nothing.
     void bindModel(const ModelContext& model) {
-        if (box_->needsBinding) box_ = box_->bound(model);
+        if (box_->needsBinding()) box_ = box_->bound(model);
     }
     /// Applies the modifier as it is; binding is the caller's.
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const {
         return box_->modify(std::move(view), context);
+    }
+    /// The same as binding a copy and applying that.
+    [[nodiscard]] AnyView modifyBound(AnyView view, Context& context, const ModelContext& model) const {
+        return needsBinding() ? box_->modifyBound(std::move(view), context, model) : modify(std::move(view), context);
     }
 
     friend bool operator==(const Modifier& a, const Modifier& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
 
 private:
     friend struct Coding<Modifier>;
+
+    explicit Modifier(std::shared_ptr<const ModifierBox> box) : box_(std::move(box)) {}
+
     std::shared_ptr<const ModifierBox> box_;
 };
 

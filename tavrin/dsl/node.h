@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "tavrin/dsl/modifier.h"
@@ -13,7 +14,7 @@ template <class T>
 concept DSLNodeProtocol = DSLRecord<T> && requires(const T& node) {
     { T::type } -> std::convertible_to<NodeType>;
     { T::version } -> std::convertible_to<DSLVersion>;
-    { node.modifiers.wrappedValue() } -> std::same_as<const std::vector<Modifier>&>;
+    { node.modifiers.wrappedValue() } -> std::same_as<std::span<const Modifier>>;
 };
 
 /// A node that can be drawn: `render` builds its view and applies its modifiers.
@@ -27,25 +28,35 @@ public:
     using Tagged = RecordBox<NodeType>;
     using RecordBox::RecordBox;
 
-    [[nodiscard]] virtual const std::vector<Modifier>& modifiers() const = 0;
+    [[nodiscard]] virtual std::span<const Modifier> modifiers() const = 0;
     [[nodiscard]] virtual std::shared_ptr<const NodeBox> bound(const ModelContext& model) const = 0;
     [[nodiscard]] virtual AnyView render(Context& context) const = 0;
+    /// Draws a bound copy, which is not kept.
+    [[nodiscard]] virtual AnyView renderBound(Context& context, const ModelContext& model) const = 0;
 };
 
 template <DSLNodeProtocol Record>
-class NodeBoxOf final : public RecordBoxOf<Record, NodeBox> {
+class NodeBoxOf final : public RecordBoxOf<Record, NodeBox, NodeProtocol<Record>> {
 public:
-    using RecordBoxOf<Record, NodeBox>::RecordBoxOf;
+    using RecordBoxOf<Record, NodeBox, NodeProtocol<Record>>::RecordBoxOf;
 
-    const std::vector<Modifier>& modifiers() const override { return this->record_.modifiers.wrappedValue(); }
+    std::span<const Modifier> modifiers() const override { return this->record_.modifiers.wrappedValue(); }
     std::shared_ptr<const NodeBox> bound(const ModelContext& model) const override {
-        return std::make_shared<const NodeBoxOf>(this->boundRecord(model));
+        if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
+        return makePooled<const NodeBoxOf>(boundCopy(this->record_, model));
     }
-    AnyView render(Context& context) const override {
+    AnyView render(Context& context) const override { return draw(this->record_, context); }
+    AnyView renderBound(Context& context, const ModelContext& model) const override {
+        if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
+        return draw(boundCopy(this->record_, model), context);
+    }
+
+private:
+    AnyView draw(const Record& record, Context& context) const {
         if constexpr (NodeProtocol<Record>) {
-            return this->record_.render(context);
+            return record.render(context);
         } else {
-            throw TavrinError("Node", "unsupported type: " + describe(*this) + ")");
+            failUnsupported("Node", *this);
         }
     }
 };
@@ -57,11 +68,16 @@ public:
     Node();
     template <DSLNodeProtocol Record>
     Node(Record record)  // NOLINT(google-explicit-constructor): a record is a node wherever one is asked for
-        : box_(std::make_shared<const NodeBoxOf<Record>>(std::move(record))) {}
+        : box_(makePooled<const NodeBoxOf<Record>>(std::move(record))) {}
+    /// Decodes a record of a known type.
+    template <DSLNodeProtocol Record>
+    static Node decodeAs(const Decoder& decoder) {
+        return Node(makePooled<const NodeBoxOf<Record>>(decoder));
+    }
 
     [[nodiscard]] NodeType type() const { return box_->type; }
     [[nodiscard]] DSLVersion version() const { return box_->version; }
-    [[nodiscard]] const std::vector<Modifier>& modifiers() const { return box_->modifiers(); }
+    [[nodiscard]] std::span<const Modifier> modifiers() const { return box_->modifiers(); }
 
     /// The record inside when it is a `Record`, else null.
     template <DSLNodeProtocol Record>
@@ -69,11 +85,11 @@ public:
         return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
     }
 
-    [[nodiscard]] bool needsBinding() const { return box_->needsBinding; }
+    [[nodiscard]] bool needsBinding() const { return box_->needsBinding(); }
     /// Resolves the record's own expressions; not those of children and modifiers, which are bound when they are drawn.
-    /// Throws `ModelContextError`, and then changes nothing.
+    /// Throws `ModelContextError`, or `TavrinError` for a record that is no `NodeProtocol`, and then changes nothing.
     void bindModel(const ModelContext& model) {
-        if (box_->needsBinding) box_ = box_->bound(model);
+        if (box_->needsBinding()) box_ = box_->bound(model);
     }
     /// Draws a copy that is bound to the context's model where it has one. Throws what binding and the record throw, and
     /// `TavrinError` of kind "Engine" beyond the context's bounds.
@@ -83,11 +99,20 @@ public:
 
 private:
     friend struct Coding<Node>;
+
+    explicit Node(std::shared_ptr<const NodeBox> box) : box_(std::move(box)) {}
+
     std::shared_ptr<const NodeBox> box_;
 };
 
+/// Wraps a record into a `Node` with its own tag.
+template <DSLNodeProtocol Record>
+[[nodiscard]] Node node(Record record) {
+    return Node(std::move(record));
+}
+
 /// Applies modifiers in their order, the first innermost; each is bound to the context's model before.
-[[nodiscard]] AnyView applyModifiers(const std::vector<Modifier>& modifiers, AnyView view, Context& context);
+[[nodiscard]] AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context);
 
 template <>
 struct Coding<Node> {
@@ -99,7 +124,10 @@ struct Coding<Node> {
 template <>
 struct FieldBinding<DSLValue<Node>> {
     static bool needed(const DSLValue<Node>& value) { return value.wrappedValue.needsBinding(); }
-    static void bind(DSLValue<Node>& value, const ModelContext& model) { value.wrappedValue.bindModel(model); }
+    static DSLValue<Node> bound(DSLValue<Node> value, const ModelContext& model) {
+        value.wrappedValue.bindModel(model);
+        return value;
+    }
 };
 
 }  // namespace tavrin

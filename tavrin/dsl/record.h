@@ -33,28 +33,32 @@ template <DSLRecord Record>
 /// Whether binding would change the record: some property, or a record held directly, holds an expression.
 template <DSLRecord Record>
 [[nodiscard]] bool needsBinding(const Record& record);
-/// Replaces the record's expressions by what they resolve to in a model. Throws `ModelContextError`.
+/// A copy of the record whose expressions are replaced by what they resolve to in a model. Throws `ModelContextError`.
 template <DSLRecord Record>
-void bindModel(Record& record, const ModelContext& model);
+[[nodiscard]] Record boundCopy(const Record& record, const ModelContext& model);
 
 /// How a property takes part in binding. By default it does not.
 template <class Wrapper>
 struct FieldBinding {
     static bool needed(const Wrapper&) { return false; }
-    static void bind(Wrapper&, const ModelContext&) {}
+    static const Wrapper& bound(const Wrapper& value, const ModelContext&) { return value; }
 };
 
 template <class T>
 struct FieldBinding<LosslessDSLValue<T>> {
     static bool needed(const LosslessDSLValue<T>& value) { return !value.resolved(); }
-    static void bind(LosslessDSLValue<T>& value, const ModelContext& model) { value.bindModel(model); }
+    static LosslessDSLValue<T> bound(const LosslessDSLValue<T>& value, const ModelContext& model) {
+        return value.resolve(model);
+    }
 };
 
 /// A record held directly is bound by the record that holds it.
 template <DSLRecord T>
 struct FieldBinding<DSLValue<T>> {
     static bool needed(const DSLValue<T>& value) { return needsBinding(value.wrappedValue); }
-    static void bind(DSLValue<T>& value, const ModelContext& model) { bindModel(value.wrappedValue, model); }
+    static DSLValue<T> bound(const DSLValue<T>& value, const ModelContext& model) {
+        return {boundCopy(value.wrappedValue, model)};
+    }
 };
 
 template <DSLRecord T>
@@ -62,8 +66,8 @@ struct FieldBinding<DSLValue<std::optional<T>>> {
     static bool needed(const DSLValue<std::optional<T>>& value) {
         return value.wrappedValue && needsBinding(*value.wrappedValue);
     }
-    static void bind(DSLValue<std::optional<T>>& value, const ModelContext& model) {
-        if (value.wrappedValue) bindModel(*value.wrappedValue, model);
+    static DSLValue<std::optional<T>> bound(const DSLValue<std::optional<T>>& value, const ModelContext& model) {
+        return value.wrappedValue ? DSLValue<std::optional<T>>{boundCopy(*value.wrappedValue, model)} : value;
     }
 };
 
@@ -72,32 +76,52 @@ inline constexpr bool isLossless = false;
 template <class T>
 inline constexpr bool isLossless<LosslessDSLValue<T>> = true;
 
-/// Binds a record's own values in declaration order, then what it holds directly. The first failure ends it.
+/// Binds a record's own values in declaration order, then what it holds directly, into `target`, which may be the
+/// record itself. The first failure ends it.
 template <DSLRecord Record>
-void bindFields(Record& record, const ModelContext& model) {
+void bindFields(const Record& record, Record& target, const ModelContext& model) {
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        if constexpr (isLossless<Wrapper>) FieldBinding<Wrapper>::bind(record.*field.member, model);
+        if constexpr (isLossless<Wrapper>)
+            target.*field.member = FieldBinding<Wrapper>::bound(record.*field.member, model);
     });
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        if constexpr (!isLossless<Wrapper>) FieldBinding<Wrapper>::bind(record.*field.member, model);
+        if constexpr (!isLossless<Wrapper>)
+            target.*field.member = FieldBinding<Wrapper>::bound(record.*field.member, model);
     });
+}
+
+template <DSLRecord Record>
+[[nodiscard]] Record boundFields(const Record& record, const ModelContext& model) {
+    Record copy;
+    bindFields(record, copy, model);
+    return copy;
 }
 
 template <DSLRecord Record>
 bool needsBinding(const Record& record) {
-    bool needed = false;
-    forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        needed = needed || FieldBinding<Wrapper>::needed(record.*field.member);
-    });
-    return needed;
+    return std::apply(
+        [&]<class... Wrapper>(const Field<Record, Wrapper>&... field) {
+            return (FieldBinding<Wrapper>::needed(record.*field.member) || ...);
+        },
+        Record::fields);
 }
 
 template <DSLRecord Record>
-void bindModel(Record& record, const ModelContext& model) {
-    if constexpr (requires { record.bindModel(model); }) {
-        record.bindModel(model);  // the record binds some property its own way
+Record boundCopy(const Record& record, const ModelContext& model) {
+    if constexpr (requires { record.boundToModel(model); }) {
+        return record.boundToModel(model);  // the record binds some property its own way
     } else {
-        bindFields(record, model);
+        return boundFields(record, model);
+    }
+}
+
+/// Replaces a record's expressions by what they resolve to. Throws `ModelContextError`; what was bound before stays.
+template <DSLRecord Record>
+void bindModel(Record& record, const ModelContext& model) {
+    if constexpr (requires { record.boundToModel(model); }) {
+        record = record.boundToModel(model);
+    } else {
+        bindFields(record, record, model);
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "tavrin/dsl/dsl_version.h"
 #include "tavrin/dsl/record.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
 
@@ -13,8 +14,7 @@ namespace tavrin {
 template <class Tag>
 class RecordBox {
 public:
-    RecordBox(Tag type, DSLVersion version, bool needsBinding)
-        : type(type), version(version), needsBinding(needsBinding) {}
+    RecordBox(Tag type, DSLVersion version) : type(type), version(version) {}
     RecordBox(const RecordBox&) = delete;
     RecordBox& operator=(const RecordBox&) = delete;
     virtual ~RecordBox() = default;
@@ -28,16 +28,24 @@ public:
 
     const Tag type;
     const DSLVersion version;
-    /// Whether some expression waits for a model. Without one the record is never copied.
-    const bool needsBinding;
+    /// Whether some expression waits for a model, or binding fails. Otherwise the record is never copied.
+    [[nodiscard]] bool needsBinding() const { return needsBinding_; }
+
+protected:
+    bool needsBinding_ = false;  // settled once, when the box is made
 };
 
-/// The box of one record type; `Base` is the interface of nodes or of modifiers.
-template <DSLRecord Record, class Base>
+/// The box of one record type; `Base` is the interface of nodes or of modifiers. A record that is not `supported` can be
+/// stored, but neither bound nor drawn.
+template <DSLRecord Record, class Base, bool supported>
 class RecordBoxOf : public Base {
 public:
-    explicit RecordBoxOf(Record held)
-        : Base(Record::type, Record::version, tavrin::needsBinding(held)), record_(std::move(held)) {}
+    explicit RecordBoxOf(Record held) : Base(Record::type, Record::version), record_(std::move(held)) { settle(); }
+    /// Decodes the record where it stays.
+    explicit RecordBoxOf(const Decoder& decoder)
+        : Base(Record::type, Record::version), record_(decodeRecord<Record>(decoder)) {
+        settle();
+    }
 
     const std::type_info& recordType() const final { return typeid(Record); }
     const void* record() const final { return &record_; }
@@ -48,13 +56,10 @@ public:
     void encodeMembers(JSONWriter& writer) const final { encodeFields(record_, writer); }
 
 protected:
-    [[nodiscard]] Record boundRecord(const ModelContext& model) const {
-        Record copy = record_;
-        tavrin::bindModel(copy, model);
-        return copy;
-    }
-
     const Record record_;
+
+private:
+    void settle() { this->needsBinding_ = !supported || tavrin::needsBinding(record_); }
 };
 
 /// A record's text form for messages: its tag and its members.
@@ -65,6 +70,12 @@ template <class Tag>
     box.encodeMembers(writer);
     writer.endObject();
     return std::string(rawValue(box.type)) + " " + std::move(writer).text();
+}
+
+/// What binding and drawing a record come to that can do neither; `kind` is "Node" or "Modifier".
+template <class Tag>
+[[noreturn]] void failUnsupported(const char* kind, const RecordBox<Tag>& box) {
+    throw TavrinError(kind, "unsupported type: " + describe(box) + ")");
 }
 
 /// Writes a tagged record: its "type" and, beside it, its members.

@@ -16,12 +16,10 @@ void RenderState::cacheImage(std::string_view url) {
     if (std::optional<URL> parsed = URL::parse(url)) webImageURLs.push_back(*std::move(parsed));
 }
 
-void RenderState::beginRender(Date date) {
-    now = date;
+void RenderState::beginRender(const Context& context) {
+    now = context.date ? *context.date : Date::now();
     nodesDrawn = 0;
     modifiersApplied = 0;
-    nesting = 0;
-    openReferences.clear();
 }
 
 void RenderState::countModifier(const Context& context) {
@@ -34,6 +32,7 @@ void RenderState::countModifier(const Context& context) {
 }
 
 RenderState::NodeScope::NodeScope(RenderState& state, const Context& context) : state_(state) {
+    if (state.nesting == 0) state.beginRender(context);
     if (state.nodesDrawn >= context.maximumNodes)
         throw TavrinError("Engine", "more than " + std::to_string(context.maximumNodes) + " nodes are drawn");
     if (state.nesting >= context.maximumNesting)

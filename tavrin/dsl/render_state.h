@@ -29,7 +29,7 @@ struct RenderState {
     std::shared_ptr<const ModelContext> modelContext;
     std::optional<URL> widgetURL;
 
-    /// The moment of the current call.
+    /// The moment at which the outermost node began to be drawn.
     Date now;
     std::size_t nodesDrawn = 0;
     std::size_t modifiersApplied = 0;
@@ -39,8 +39,8 @@ struct RenderState {
 
     /// Records an image's address for the next call's prefetch; what is no address is left out.
     void cacheImage(std::string_view url);
-    /// Begins a call: counts from zero again.
-    void beginRender(Date date);
+    /// Begins to draw an outermost node: counts from zero again.
+    void beginRender(const Context& context);
     void countModifier(const Context& context);
 
     /// Counts a node while it is drawn. Throws `TavrinError` of kind "Engine" beyond the context's bounds.

@@ -6,7 +6,7 @@
 namespace tavrin {
 namespace {
 
-std::vector<AnyView> renderChildren(const std::vector<Node>& children, Context& context) {
+std::vector<AnyView> renderChildren(std::span<const Node> children, Context& context) {
     std::vector<AnyView> views;
     views.reserve(children.size());
     for (const Node& child : children) views.push_back(child.render(context));

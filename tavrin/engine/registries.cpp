@@ -24,15 +24,10 @@
 namespace tavrin {
 namespace {
 
-template <class Tagged, class Record>
-Tagged decodeAs(const Decoder& decoder) {
-    return Tagged(decodeRecord<Record>(decoder));
-}
-
 template <class Registry, class Tagged, class... Records>
 Registry registryOf() {
     Registry registry{};
-    ((registry[static_cast<std::size_t>(Records::type)] = decodeAs<Tagged, Records>), ...);
+    ((registry[static_cast<std::size_t>(Records::type)] = Tagged::template decodeAs<Records>), ...);
     return registry;
 }
 

@@ -35,7 +35,6 @@ AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_
     checkVersion(root.version);
     const auto main = state.rootNodes->find("main");
     if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
-    state.beginRender(context.date ? *context.date : Date::now());
     AnyView view = main->second.render(context);
     state.modelContext = nullptr;
     return view;

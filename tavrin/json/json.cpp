@@ -8,29 +8,41 @@ namespace {
 
 constexpr std::size_t largestScanned = 16;  // up to here a look-up walks the members
 
-JSON fromElement(JSONElement element) {
+/// Reads a value where it stays.
+void read(JSONElement element, JSON::Value& value);
+
+std::vector<JSON> readArray(JSONElement array) {
+    std::vector<JSON> elements;
+    elements.reserve(array.size());
+    for (JSONElement::Walk walk(array); walk.next();) read(walk.value(), elements.emplace_back().object());
+    return elements;
+}
+
+std::vector<JSONObject::Member> readMembers(JSONElement object) {
+    std::vector<JSONObject::Member> members;
+    members.reserve(object.size());
+    for (JSONElement::Walk walk(object); walk.next();)
+        read(walk.value(), members.emplace_back(walk.key(), JSON()).second.object());
+    return members;
+}
+
+void read(JSONElement element, JSON::Value& value) {
     switch (element.kind()) {
-        case JSONKind::null: return {};
-        case JSONKind::boolean: return JSON::Value(element.boolean());
-        case JSONKind::integer: return JSON::Value(element.integer());
-        case JSONKind::unsigned_: return JSON::Value(element.unsignedInteger());
-        case JSONKind::floating: return JSON::Value(element.floating());
-        case JSONKind::string: return JSON::Value(std::in_place_type<std::string>, element.string());
-        case JSONKind::array: {
-            std::vector<JSON> elements;
-            elements.reserve(element.size());
-            for (JSONElement::Walk walk(element); walk.next();) elements.push_back(fromElement(walk.value()));
-            return JSON::Value(std::move(elements));
-        }
-        case JSONKind::object: {
-            std::vector<JSONObject::Member> members;
-            members.reserve(element.size());
-            for (JSONElement::Walk walk(element); walk.next();)
-                members.emplace_back(std::string(walk.key()), fromElement(walk.value()));
-            return JSON::Value(JSONObject(std::move(members)));
-        }
+        case JSONKind::null: value = nullptr; return;
+        case JSONKind::boolean: value = element.boolean(); return;
+        case JSONKind::integer: value = element.integer(); return;
+        case JSONKind::unsigned_: value = element.unsignedInteger(); return;
+        case JSONKind::floating: value = element.floating(); return;
+        case JSONKind::string: value.emplace<std::string>(element.string()); return;
+        case JSONKind::array: value.emplace<std::vector<JSON>>(readArray(element)); return;
+        case JSONKind::object: value.emplace<JSONObject>(readMembers(element)); return;
     }
-    return {};
+}
+
+JSON fromElement(JSONElement element) {
+    JSON json;
+    read(element, json.object());
+    return json;
 }
 
 struct WriteValue {

@@ -54,6 +54,7 @@ public:
 
     /// The untyped value.
     [[nodiscard]] const Value& object() const { return value_; }
+    [[nodiscard]] Value& object() { return value_; }
 
     /// The member of a dictionary; null when this is no dictionary or has no such key.
     [[nodiscard]] const JSON* find(std::string_view key) const;

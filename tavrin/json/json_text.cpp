@@ -10,51 +10,11 @@
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/short_text.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
 namespace {
-
-using Tape = simdjson::dom::document;
-
-constexpr std::uint64_t payloadMask = 0x00FF'FFFF'FFFF'FFFF;
-
-char typeAt(const Tape& tape, std::size_t index) { return static_cast<char>(tape.tape[index] >> 56); }
-std::uint64_t payloadAt(const Tape& tape, std::size_t index) { return tape.tape[index] & payloadMask; }
-
-std::size_t indexAfter(const Tape& tape, std::size_t index) {
-    switch (typeAt(tape, index)) {
-        case '[':
-        case '{': return static_cast<std::uint32_t>(tape.tape[index]);
-        case 'l':
-        case 'u':
-        case 'd': return index + 2;
-        default: return index + 1;
-    }
-}
-
-std::string_view stringAt(const Tape& tape, std::size_t index) {
-    const std::uint8_t* stored = tape.string_buf.get() + payloadAt(tape, index);
-    std::uint32_t length = 0;
-    std::memcpy(&length, stored, sizeof length);
-    return {reinterpret_cast<const char*>(stored + sizeof length), length};
-}
-
-template <class Number>
-Number numberAt(const Tape& tape, std::size_t index) {
-    Number number;
-    std::memcpy(&number, &tape.tape[index + 1], sizeof number);
-    return number;
-}
-
-/// What a number written with a point or an exponent is: an integer when its value is one.
-JSONKind kindOfFloating(double value) {
-    if (value != std::trunc(value)) return JSONKind::floating;
-    // A whole number below 64 bits may have been rounded to -2^63; that very number is written without a point.
-    if (value > -0x1p63 && value < 0x1p63) return JSONKind::integer;
-    if (value >= 0x1p63 && value < 0x1p64) return JSONKind::unsigned_;
-    return JSONKind::floating;
-}
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -120,82 +80,69 @@ std::string_view describe(JSONKind kind) {
     return "a value";
 }
 
-JSONKind JSONElement::kind() const {
-    switch (typeAt(*document_, index_)) {
-        case 't':
-        case 'f': return JSONKind::boolean;
-        case 'l': return JSONKind::integer;
-        case 'u': return JSONKind::unsigned_;
-        case 'd': return kindOfFloating(numberAt<double>(*document_, index_));
-        case '"': return JSONKind::string;
-        case '[': return JSONKind::array;
-        case '{': return JSONKind::object;
-        default: return JSONKind::null;
-    }
+JSONKind JSONElement::kindOfFloating() const {
+    const auto value = number<double>();
+    if (value != std::trunc(value)) return JSONKind::floating;
+    // -2^63 itself is left out: whole numbers just below it round to it.
+    if (value > -0x1p63 && value < 0x1p63) return JSONKind::integer;
+    if (value >= 0x1p63 && value < 0x1p64) return JSONKind::unsigned_;
+    return JSONKind::floating;
 }
 
-bool JSONElement::boolean() const { return typeAt(*document_, index_) == 't'; }
+std::size_t JSONElement::size() const {
+    constexpr std::size_t uncounted = 0xFF'FFFF;  // where the tape's counter ends
+    const std::size_t counted = payload() >> 32;
+    if (counted < uncounted) return counted;
+    std::size_t size = 0;
+    for (Walk walk(*this); walk.next();) ++size;
+    return size;
+}
 
 std::int64_t JSONElement::integer() const {
-    if (typeAt(*document_, index_) == 'd') return static_cast<std::int64_t>(numberAt<double>(*document_, index_));
-    return numberAt<std::int64_t>(*document_, index_);
+    return type() == 'd' ? static_cast<std::int64_t>(number<double>()) : number<std::int64_t>();
 }
 
 std::uint64_t JSONElement::unsignedInteger() const {
-    if (typeAt(*document_, index_) == 'd') return static_cast<std::uint64_t>(numberAt<double>(*document_, index_));
-    return numberAt<std::uint64_t>(*document_, index_);
+    return type() == 'd' ? static_cast<std::uint64_t>(number<double>()) : number<std::uint64_t>();
 }
-
-double JSONElement::floating() const { return numberAt<double>(*document_, index_); }
-
-std::string_view JSONElement::string() const { return stringAt(*document_, index_); }
-
-std::size_t JSONElement::size() const { return payloadAt(*document_, index_) >> 32; }
 
 void JSONElement::findMembers(std::span<const std::string_view> keys, JSONElement* found) const {
     std::size_t missing = keys.size();
+    std::size_t likely = 0;  // keys often stand in the order in which they are asked for
     Walk walk(*this);
     while (missing > 0 && walk.next()) {
         const std::string_view key = walk.key();
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            if (keys[i] != key) continue;
-            if (!found[i].exists()) {
-                found[i] = walk.value();
-                --missing;
+        std::size_t at = likely;
+        for (std::size_t tried = 0; tried < keys.size(); ++tried) {
+            if (equalText(keys[at], key)) {
+                if (!found[at].exists()) {
+                    found[at] = walk.value();
+                    --missing;
+                }
+                likely = at + 1 < keys.size() ? at + 1 : 0;
+                break;
             }
-            break;
+            at = at + 1 < keys.size() ? at + 1 : 0;
         }
     }
 }
-
-JSONElement::Walk::Walk(const JSONElement& container)
-    : value_(container),
-      next_(container.index_ + 1),
-      end_(indexAfter(*container.document_, container.index_) - 1),
-      isObject_(typeAt(*container.document_, container.index_) == '{') {}
-
-bool JSONElement::Walk::next() {
-    if (next_ == end_) return false;
-    if (isObject_) key_ = next_++;
-    value_.index_ = next_;
-    next_ = indexAfter(*value_.document_, next_);
-    return true;
-}
-
-std::string_view JSONElement::Walk::key() const { return stringAt(*value_.document_, key_); }
 
 struct JSONText::Parser {
     simdjson::dom::parser parser;
     std::string padded;
+    JSONTape tape;
 
     simdjson::error_code parse(std::string_view text) {
         padded.reserve(text.size() + simdjson::SIMDJSON_PADDING);
         padded.assign(text);
-        if (parser.capacity() < text.size() || parser.max_depth() != maximumDepth) {
+        constexpr std::size_t depthBound = maximumDepth + 1;  // the first depth that is refused
+        if (parser.capacity() < text.size() || parser.max_depth() != depthBound) {
             const std::size_t capacity = std::max<std::size_t>(text.size(), 16 * 1024);
-            if (const simdjson::error_code error = parser.allocate(capacity, maximumDepth)) return error;
+            if (const simdjson::error_code error = parser.allocate(capacity, depthBound)) return error;
         }
-        return parser.parse(padded.data(), padded.size(), false).error();
+        const simdjson::error_code error = parser.parse(padded.data(), padded.size(), false).error();
+        tape = {parser.doc.tape.get(), reinterpret_cast<const char*>(parser.doc.string_buf.get())};
+        return error;
     }
 };
 
@@ -219,6 +166,6 @@ JSONText::~JSONText() {
     if (parser_ && parser_->parser.capacity() <= largestKept) spareParser() = std::move(parser_);
 }
 
-JSONElement JSONText::root() const { return {&parser_->parser.doc, 1}; }
+JSONElement JSONText::root() const { return {&parser_->tape, 1}; }
 
 }  // namespace tavrin

@@ -41,10 +41,10 @@ AnyView solidView(const ColorNode& node) {
 
 }  // namespace
 
-void ColorNode::bindModel(const ModelContext& model) {
-    const bool comesFromModel = !value.resolved();
-    bindFields(*this, model);
-    if (comesFromModel) value.setWrappedValue(convertARGB(value.wrappedValue()));
+ColorNode ColorNode::boundToModel(const ModelContext& model) const {
+    ColorNode bound = boundFields(*this, model);
+    if (!value.resolved()) bound.value.setWrappedValue(convertARGB(bound.value.wrappedValue()));
+    return bound;
 }
 
 AnyView ColorNode::render(Context& context) const {

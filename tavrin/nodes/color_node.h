@@ -28,7 +28,7 @@ struct ColorNode {
 
     /// Binds as every record does; but models carry colours with a hexadecimal alpha, documents do not, so a "value"
     /// that comes from the model is converted.
-    void bindModel(const ModelContext& model);
+    [[nodiscard]] ColorNode boundToModel(const ModelContext& model) const;
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

@@ -1,44 +1,72 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
-#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "tavrin/values/model_context.h"
+#include "tavrin/values/shared_list.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
+
+/// An expression as it is written, braces included.
+struct Expr {
+    std::string text;
+};
+
+/// Either a value or an expression that is not resolved yet. Hardly larger than the value: a record holds many of these,
+/// and few are expressions.
+template <class T>
+class LosslessBox {
+public:
+    explicit LosslessBox(T value) : value_(std::move(value)) {}
+    explicit LosslessBox(const Expr& expr) : LosslessBox(std::string_view(expr.text), 0) {}
+    /// An expression, from its text.
+    static LosslessBox expression(std::string_view text) { return LosslessBox(text, 0); }
+
+    /// The value, or null for an expression.
+    [[nodiscard]] const T* value() const { return isExpression() ? nullptr : &value_; }
+    [[nodiscard]] bool isExpression() const { return !expression_.span().empty(); }
+    /// The expression's text; empty for a value.
+    [[nodiscard]] std::string_view expr() const { return {expression_.span().data(), expression_.span().size()}; }
+
+    friend bool operator==(const LosslessBox& a, const LosslessBox& b) {
+        return a.expr() == b.expr() && (a.isExpression() || a.value_ == b.value_);
+    }
+
+private:
+    LosslessBox(std::string_view text, int)
+        : value_{}, expression_(SharedList<char>::copyOf(std::span(text.data(), text.size()))) {}
+
+    T value_;
+    SharedList<char> expression_;
+};
 
 /// A property that the document gives as a literal of any scalar type or as an expression `{{…}}` over the model.
 template <class T>
 class LosslessDSLValue {
 public:
-    /// An expression as it is written, braces included.
-    struct Expr {
-        std::string text;
-        friend bool operator==(const Expr&, const Expr&) = default;
-    };
-    /// Either a literal or resolved value, or an expression that is not resolved yet.
-    using Box = std::variant<T, Expr>;
+    using Box = LosslessBox<T>;
 
-    LosslessDSLValue() : box(std::in_place_index<0>, LosslessStringConvertible<T>::defaultValue()) {}
+    LosslessDSLValue() : box(LosslessStringConvertible<T>::defaultValue()) {}
     /// Holds a value; a string stays a string, also one in braces.
     LosslessDSLValue(T wrappedValue)  // NOLINT(google-explicit-constructor): a value is a property in code
-        : box(std::in_place_index<0>, std::move(wrappedValue)) {}
-    LosslessDSLValue(Expr expr) : box(std::move(expr)) {}  // NOLINT(google-explicit-constructor)
+        : box(std::move(wrappedValue)) {}
+    LosslessDSLValue(const Expr& expr) : box(expr) {}      // NOLINT(google-explicit-constructor)
+    explicit LosslessDSLValue(Box held) : box(std::move(held)) {}
 
     /// A literal in code: the type built from the literal's text, its default where that fails.
     template <class Literal>
         requires((std::is_arithmetic_v<Literal> || std::same_as<Literal, const char*>)&&!std::same_as<Literal, T>)
     LosslessDSLValue(Literal literal)  // NOLINT(google-explicit-constructor)
-        : box(std::in_place_index<0>,
-              fromText<T>(literalText(literal)).value_or(LosslessStringConvertible<T>::defaultValue())) {}
+        : box(tavrin::fromText<T>(literalText(literal)).value_or(LosslessStringConvertible<T>::defaultValue())) {}
 
     /// Built from text: an expression, or a value of the type; none where the type cannot be built.
     static std::optional<LosslessDSLValue> fromText(std::string_view text) {
@@ -47,23 +75,19 @@ public:
         return std::nullopt;
     }
 
-    [[nodiscard]] bool resolved() const { return box.index() == 0; }
+    [[nodiscard]] bool resolved() const { return !box.isExpression(); }
 
     /// The value. An expression reads as the type built from its own text, the type's default where that fails.
     [[nodiscard]] T wrappedValue() const {
-        if (const T* value = std::get_if<0>(&box)) return *value;
-        return tavrin::fromText<T>(std::get<1>(box).text).value_or(LosslessStringConvertible<T>::defaultValue());
+        if (const T* value = box.value()) return *value;
+        return tavrin::fromText<T>(box.expr()).value_or(LosslessStringConvertible<T>::defaultValue());
     }
-    void setWrappedValue(T value) { box.template emplace<0>(std::move(value)); }
+    void setWrappedValue(T value) { box = Box(std::move(value)); }
 
     /// The value that the expression has in a model; a value that is resolved already. Throws `ModelContextError`.
     [[nodiscard]] T resolve(const ModelContext& model) const {
-        if (const T* value = std::get_if<0>(&box)) return *value;
-        return model.resolve<T>(std::get<1>(box).text);
-    }
-    /// Replaces an expression by the value it resolves to.
-    void bindModel(const ModelContext& model) {
-        if (!resolved()) setWrappedValue(resolve(model));
+        if (const T* value = box.value()) return *value;
+        return model.resolve<T>(box.expr());
     }
 
     [[nodiscard]] std::string description() const { return LosslessStringConvertible<T>::description(wrappedValue()); }
@@ -93,24 +117,25 @@ struct DSLValue {
 };
 
 /// A list that is empty where its key is missing. Copies share it.
+template <class List>
+class DSLValueWithDefault;
+
 template <class T>
-class DSLValueWithDefault {
+class DSLValueWithDefault<std::vector<T>> {
 public:
     DSLValueWithDefault() = default;
-    DSLValueWithDefault(T value)  // NOLINT(google-explicit-constructor): a list is a property in code
-        : value_(value.empty() ? nullptr : std::make_shared<const T>(std::move(value))) {}
+    explicit DSLValueWithDefault(SharedList<T> list) : list_(std::move(list)) {}
+    DSLValueWithDefault(const std::vector<T>& values)  // NOLINT(google-explicit-constructor): a list is a property in code
+        : list_(SharedList<T>::generate(values.size(), [next = values.begin()]() mutable { return *next++; })) {}
 
-    [[nodiscard]] const T& wrappedValue() const {
-        static const T defaultValue{};
-        return value_ ? *value_ : defaultValue;
-    }
+    [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }
 
     friend bool operator==(const DSLValueWithDefault& a, const DSLValueWithDefault& b) {
-        return a.value_ == b.value_ || a.wrappedValue() == b.wrappedValue();
+        return std::ranges::equal(a.wrappedValue(), b.wrappedValue());
     }
 
 private:
-    std::shared_ptr<const T> value_;
+    SharedList<T> list_;
 };
 
 /// A list from which elements that cannot be decoded are left out.
@@ -126,17 +151,17 @@ struct Coding<LosslessDSLValue<T>> {
         const JSONElement& literal = decoder.value();
         const bool isText = literal.kind() == JSONKind::string;
         if (isText && isExpression(literal.string()))
-            return typename LosslessDSLValue<T>::Expr{std::string(literal.string())};
+            return LosslessDSLValue<T>(LosslessBox<T>::expression(literal.string()));
         if (std::optional<T> value = convert<T>(literal)) return *std::move(value);
         const std::string type = LosslessStringConvertible<T>::typeName();
         if (isText) decoder.failConversion(literal.string(), type);
         decoder.failTypeMismatch(type + " or an expression");
     }
     static void encode(const LosslessDSLValue<T>& value, JSONWriter& writer) {
-        if (const T* held = std::get_if<0>(&value.box)) {
+        if (const T* held = value.box.value()) {
             tavrin::encode(*held, writer);
         } else {
-            writer.value(std::get<1>(value.box).text);
+            writer.value(value.box.expr());
         }
     }
 };
@@ -148,10 +173,20 @@ struct Coding<DSLValue<T>> {
 };
 
 template <class T>
-struct Coding<DSLValueWithDefault<T>> {
-    static DSLValueWithDefault<T> decode(const Decoder& decoder) { return tavrin::decode<T>(decoder); }
-    static void encode(const DSLValueWithDefault<T>& value, JSONWriter& writer) {
-        tavrin::encode(value.wrappedValue(), writer);
+struct Coding<DSLValueWithDefault<std::vector<T>>> {
+    static DSLValueWithDefault<std::vector<T>> decode(const Decoder& decoder) {
+        decoder.require(JSONKind::array);
+        JSONElement::Walk walk(decoder.value());
+        std::size_t index = 0;
+        return DSLValueWithDefault<std::vector<T>>(SharedList<T>::generate(decoder.value().size(), [&] {
+            walk.next();
+            return tavrin::decode<T>(decoder.element(index++, walk.value()));
+        }));
+    }
+    static void encode(const DSLValueWithDefault<std::vector<T>>& value, JSONWriter& writer) {
+        writer.beginArray();
+        for (const T& element : value.wrappedValue()) tavrin::encode(element, writer);
+        writer.endArray();
     }
 };
 

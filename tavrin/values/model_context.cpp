@@ -1,5 +1,8 @@
 #include "tavrin/values/model_context.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "tavrin/platform/foundation/precondition.h"
 
 namespace tavrin {
@@ -31,28 +34,73 @@ std::string describe(std::span<const JSONKey> path) {
     return text + ']';
 }
 
-void appendComponent(std::vector<JSONKey>& path, std::string_view component) {
-    const std::size_t open = component.find('[');
-    const std::size_t close = component.find(']');
-    if (open != std::string_view::npos && close != std::string_view::npos) {
+/// An element of an expression's path, still within the expression's text.
+struct PathStep {
+    std::string_view key;
+    std::int64_t index = 0;
+    bool isIndex = false;
+};
+
+/// Goes through the path of an expression, step by step.
+class PathWalk {
+public:
+    explicit PathWalk(std::string_view inner) : rest_(inner) {}
+
+    std::optional<PathStep> next() {
+        if (std::exchange(indexIsNext_, false)) return PathStep{{}, index_, true};
+        while (!rest_.empty()) {
+            constexpr std::size_t none = std::string_view::npos;
+            std::size_t open = none;
+            std::size_t close = none;
+            std::size_t end = 0;
+            for (; end < rest_.size() && rest_[end] != '.'; ++end) {
+                if (rest_[end] == '[' && open == none) open = end;
+                if (rest_[end] == ']' && close == none) close = end;
+            }
+            const std::string_view component = rest_.substr(0, end);
+            rest_.remove_prefix(std::min(end + 1, rest_.size()));
+            if (component.empty()) continue;
+            return PathStep{open != none && close != none ? splitIndex(component, open, close) : component};
+        }
+        return std::nullopt;
+    }
+
+private:
+    /// The key of a component with brackets; an index between them is the next step.
+    std::string_view splitIndex(std::string_view component, std::size_t open, std::size_t close) {
         if (close < open) preconditionFailure("']' before '[' in the expression component " + std::string(component));
-        if (const auto index = intFromText<std::int64_t>(component.substr(open + 1, close - open - 1))) {
-            path.emplace_back(std::string(component.substr(0, open)));
-            path.emplace_back(*index);
-            return;
+        const auto index = intFromText<std::int64_t>(component.substr(open + 1, close - open - 1));
+        if (!index) return component;
+        index_ = *index;
+        indexIsNext_ = true;
+        return component.substr(0, open);
+    }
+
+    std::string_view rest_;
+    std::int64_t index_ = 0;
+    bool indexIsNext_ = false;
+};
+
+std::vector<JSONKey> pathOf(std::string_view inner) {
+    std::vector<JSONKey> path;
+    PathWalk walk(inner);
+    while (const std::optional<PathStep> step = walk.next()) {
+        if (step->isIndex) {
+            path.emplace_back(step->index);
+        } else {
+            path.emplace_back(std::string(step->key));
         }
     }
-    path.emplace_back(std::string(component));
+    return path;
 }
 
-std::vector<JSONKey> parse(std::string_view inner) {
-    std::vector<JSONKey> path;
-    while (!inner.empty()) {
-        const std::size_t dot = inner.find('.');
-        if (const std::string_view component = inner.substr(0, dot); !component.empty()) appendComponent(path, component);
-        inner.remove_prefix(dot == std::string_view::npos ? inner.size() : dot + 1);
-    }
-    return path;
+[[noreturn]] void failPath(std::string_view message, std::string_view inner, std::size_t skipped) {
+    const std::vector<JSONKey> path = pathOf(inner);
+    throw ModelContextError(std::string(message) + describe(std::span(path).subspan(skipped)));
+}
+
+const JSON* memberOf(const JSON& value, const PathStep& step) {
+    return step.isIndex ? value.find(step.index) : value.find(step.key);
 }
 
 }  // namespace
@@ -69,23 +117,26 @@ const JSON* ModelContext::getValueFrom(std::span<const JSONKey> keyPath, const J
 
 ModelContext::Found ModelContext::find(std::string_view expression) const {
     if (!isExpression(expression)) throw ModelContextError(" invalid model expression " + std::string(expression));
-    const std::vector<JSONKey> path = parse(expression.substr(2, expression.size() - 4));
-    const auto* store = path.empty() ? nullptr : std::get_if<std::string>(path.data());
-    if (path.size() < 2 || store == nullptr) throw ModelContextError("KeyPath Invalid: " + describe(path));
-    if (*store == "initServerParam") {
-        const auto rest = std::span(path).subspan(1);
-        if (const JSON* value = getValueFrom(rest, model)) return {value, false};
-        throw ModelContextError("key path not found in model: " + describe(rest));
+    const std::string_view inner = expression.substr(2, expression.size() - 4);
+    PathWalk walk(inner);
+    const std::optional<PathStep> store = walk.next();
+    std::optional<PathStep> step = walk.next();
+    if (!step) failPath("KeyPath Invalid: ", inner, 0);
+    if (store->key == "initServerParam") {
+        const JSON* value = &model;
+        for (; step; step = walk.next()) {
+            value = memberOf(*value, *step);
+            if (value == nullptr) failPath("key path not found in model: ", inner, 1);
+        }
+        return {value, false};
     }
-    if (*store == "initEnvironment") {
-        const auto* key = std::get_if<std::string>(&path[1]);
-        if (key == nullptr)
-            throw ModelContextError("Environment Variable Key must be stirng, got " +
-                                    toText(std::get<std::int64_t>(path[1])));
-        if (const auto entry = environment.find(*key); entry != environment.end()) return {&entry->second, true};
-        throw ModelContextError("Environment Variable not exist for key: " + *key);
+    if (store->key == "initEnvironment") {
+        if (step->isIndex)
+            throw ModelContextError("Environment Variable Key must be stirng, got " + toText(step->index));
+        if (const auto entry = environment.find(step->key); entry != environment.end()) return {&entry->second, true};
+        throw ModelContextError("Environment Variable not exist for key: " + std::string(step->key));
     }
-    throw ModelContextError("Invalid keypath store: " + *store);
+    throw ModelContextError("Invalid keypath store: " + std::string(store->key));
 }
 
 void ModelContext::failConversion(const Found& found, const std::string& type) {

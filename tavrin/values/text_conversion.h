@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "tavrin/json/coding.h"
+#include "tavrin/platform/foundation/short_text.h"
 
 namespace tavrin {
 
@@ -26,9 +27,9 @@ template <KeywordEnum Enum>
 
 /// The case whose raw value is exactly `text`.
 template <KeywordEnum Enum>
-[[nodiscard]] constexpr std::optional<Enum> fromRawValue(std::string_view text) {
+[[nodiscard]] std::optional<Enum> fromRawValue(std::string_view text) {
     for (std::size_t i = 0; i < Keywords<Enum>::raw.size(); ++i)
-        if (Keywords<Enum>::raw[i] == text) return static_cast<Enum>(i);
+        if (equalText(Keywords<Enum>::raw[i], text)) return static_cast<Enum>(i);
     return std::nullopt;
 }
 

@@ -1,9 +1,9 @@
 #include "tavrin/json/coding.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "tavrin/json/json_text.h"
 
@@ -117,21 +117,32 @@ TEST(Coding, SaysWhatWasExpected) {
         std::optional<Failure> failure;
         Failure expected;
     } rows[] = {
-        {"a number for a string", failureOf<std::string>("1"),
+        {"a number for a string",
+         failureOf<std::string>("1"),
          {Kind::typeMismatch, "", "expected a string, found a number"}},
-        {"a boolean is no number", failureOf<int>("true"), {Kind::typeMismatch, "", "expected a number, found a boolean"}},
-        {"a number is no boolean", failureOf<bool>("1"), {Kind::typeMismatch, "", "expected a boolean, found a number"}},
-        {"null for a value", failureOf<std::string>("null"),
+        {"a boolean is no number",
+         failureOf<int>("true"),
+         {Kind::typeMismatch, "", "expected a number, found a boolean"}},
+        {"a number is no boolean",
+         failureOf<bool>("1"),
+         {Kind::typeMismatch, "", "expected a boolean, found a number"}},
+        {"null for a value",
+         failureOf<std::string>("null"),
          {Kind::valueNotFound, "", "expected a string, found null"}},
-        {"null for a floating-point number", failureOf<float>("null"),
+        {"null for a floating-point number",
+         failureOf<float>("null"),
          {Kind::valueNotFound, "", "expected a number, found null"}},
-        {"an object for an array", failureOf<std::vector<int>>("{}"),
+        {"an object for an array",
+         failureOf<std::vector<int>>("{}"),
          {Kind::typeMismatch, "", "expected an array, found an object"}},
-        {"an array for an optional", failureOf<std::optional<int>>("[]"),
+        {"an array for an optional",
+         failureOf<std::optional<int>>("[]"),
          {Kind::typeMismatch, "", "expected a number, found an array"}},
-        {"an element has a place", failureOf<std::vector<std::vector<int>>>(R"([[1], [2, 3, "x"]])"),
+        {"an element has a place",
+         failureOf<std::vector<std::vector<int>>>(R"([[1], [2, 3, "x"]])"),
          {Kind::typeMismatch, "[1][2]", "expected a number, found a string"}},
-        {"the first failure is reported", failureOf<std::vector<int>>(R"([1, null, "x"])"),
+        {"the first failure is reported",
+         failureOf<std::vector<int>>(R"([1, null, "x"])"),
          {Kind::valueNotFound, "[1]", "expected a number, found null"}},
     };
     for (const auto& row : rows) {

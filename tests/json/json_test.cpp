@@ -1,8 +1,8 @@
 #include "tavrin/json/json.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace tavrin {
 namespace {
@@ -43,7 +43,8 @@ TEST(JSON, FindsEveryMemberOfDictionariesOfAnySize) {
     for (const int size : {0, 1, 15, 16, 17, 18, 100, 5000}) {
         SCOPED_TRACE(size);
         std::string text = "{";
-        for (int i = 0; i < size; ++i) text += (i > 0 ? "," : "") + ("\"k" + std::to_string(i * 7919 % 65537)) + "\":" + std::to_string(i);
+        for (int i = 0; i < size; ++i)
+            text += (i > 0 ? "," : "") + ("\"k" + std::to_string(i * 7919 % 65537)) + "\":" + std::to_string(i);
         const JSON json = JSON::parse(text + "}");
         for (int i = 0; i < size; ++i) {
             const JSON* found = json.find("k" + std::to_string(i * 7919 % 65537));

@@ -1,12 +1,12 @@
 #include "tavrin/json/json_text.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tavrin/json/coding_path.h"
 #include "tavrin/json/decoding_error.h"
@@ -83,9 +83,8 @@ TEST(JSONText, ReadsNumbers) {
 }
 
 TEST(JSONText, WideNumbersLeaveTheirNeighboursAsTheyAre) {
-    const JSONText text(
-        R"([99999999999999999999, 9223372036854775807, -9223372036854775808, 18446744073709551615,)"
-        R"( "99999999999999999999 \" 99999999999999999999", 1234567890123456789, 1.25e1])");
+    const JSONText text(R"([99999999999999999999, 9223372036854775807, -9223372036854775808, 18446744073709551615,)"
+                        R"( "99999999999999999999 \" 99999999999999999999", 1234567890123456789, 1.25e1])");
     std::vector<JSONElement> elements;
     for (JSONElement::Walk walk(text.root()); walk.next();) elements.push_back(walk.value());
     ASSERT_EQ(elements.size(), 7u);
@@ -191,12 +190,13 @@ TEST(JSONText, BoundsNesting) {
         std::string text;
         bool isRead;
     } rows[] = {
-        {"arrays as deep as allowed", nested(JSONText::maximumDepth, "[", "", "]"), true},
-        {"one deeper", nested(JSONText::maximumDepth + 1, "[", "", "]"), false},
-        {"a scalar in the innermost array", nested(JSONText::maximumDepth, "[", "1", "]"), true},
+        {"arrays as deep as allowed", nested(JSONText::maximumDepth, "[", "1", "]"), true},
+        {"one deeper", nested(JSONText::maximumDepth + 1, "[", "1", "]"), false},
+        {"an empty array does not count", nested(JSONText::maximumDepth + 1, "[", "", "]"), true},
+        {"two deeper, the innermost empty", nested(JSONText::maximumDepth + 2, "[", "", "]"), false},
         {"objects as deep as allowed", nested(JSONText::maximumDepth, R"({"a":)", "1", "}"), true},
         {"objects one deeper", nested(JSONText::maximumDepth + 1, R"({"a":)", "1", "}"), false},
-        {"an empty object in the innermost one", nested(JSONText::maximumDepth - 1, R"({"a":)", "{}", "}"), true},
+        {"an empty object does not count", nested(JSONText::maximumDepth, R"({"a":)", "{}", "}"), true},
         {"a hostile text", nested(1'000'000, "[", "", "]"), false},
         {"a hostile text without ends", std::string(1'000'000, '['), false},
     };

@@ -31,7 +31,8 @@ bool blank(const PixelBuffer& picture) { return picture == PixelBuffer(picture.w
 int distance(std::uint32_t a, std::uint32_t b) {
     int largest = 0;
     for (const unsigned shift : {0U, 8U, 16U, 24U})
-        largest = std::max(largest, std::abs(static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF)));
+        largest =
+            std::max(largest, std::abs(static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF)));
     return largest;
 }
 
@@ -47,8 +48,7 @@ TEST(Canvas, AbuttingRectanglesNeitherGapNorOverlap) {
 }
 
 TEST(Canvas, EdgesAreRoundedNotSizes) {
-    const PixelBuffer picture =
-        drawn({10, 4}, 1, [](Canvas& canvas) { canvas.fill(Rect{{0.4, 0}, {2.2, 4}}, red); });
+    const PixelBuffer picture = drawn({10, 4}, 1, [](Canvas& canvas) { canvas.fill(Rect{{0.4, 0}, {2.2, 4}}, red); });
     EXPECT_EQ(picture.row(0)[2], 0xFFFF0000);
     EXPECT_EQ(picture.row(0)[3], 0U);
     EXPECT_EQ(Canvas::raster({10, 4}, 1).snapped({{0.4, 0}, {2.2, 4}}), (Rect{{0, 0}, {3, 4}}));
@@ -77,7 +77,10 @@ TEST(Canvas, ColoursAreClampedAndRoundedAlikeOnEveryPath) {
         };
         EXPECT_EQ(centre([&](Canvas& c, Rect r) { c.fill(r, row.color); }), row.pixel);
         EXPECT_EQ(centre([&](Canvas& c, Rect r) { c.fill(Circle{}, r, row.color); }), row.pixel);
-        EXPECT_EQ(centre([&](Canvas& c, Rect r) { c.fill(Circle{}, r, Gradient{{row.color}, {0, 0}, {9, 9}}); }), row.pixel);
+        EXPECT_EQ(centre([&](Canvas& c, Rect r) {
+                      c.fill(Circle{}, r, Gradient{{row.color}, {0, 0}, {9, 9}});
+                  }),
+                  row.pixel);
         EXPECT_EQ(centre([&](Canvas& c, Rect r) { c.stroke(Rectangle{}, r, row.color, {45}); }), row.pixel);
     }
 }
@@ -122,8 +125,9 @@ TEST(Canvas, GradientsRunStraightThroughTheirColours) {
 TEST(Canvas, GradientsAreTheSameWhateverTheyFill) {
     const Gradient gradient{{red, RGBA{0, 1, 0, 0.5}, blue}, {3, 7}, {81, 60}};
     const PixelBuffer whole = drawn({90, 70}, 2, [&](Canvas& c) { c.fill(Rect{{0, 0}, {90, 70}}, gradient); });
-    const PixelBuffer round =
-        drawn({90, 70}, 2, [&](Canvas& c) { c.fill(RoundedRectangle{12}, Rect{{0, 0}, {90, 70}}, gradient); });
+    const PixelBuffer round = drawn({90, 70}, 2, [&](Canvas& c) {
+        c.fill(RoundedRectangle{12}, Rect{{0, 0}, {90, 70}}, gradient);
+    });
     const PixelBuffer clipped = drawn({90, 70}, 2, [&](Canvas& c) {
         c.clip(RoundedRectangle{12}, {{0, 0}, {90, 70}});
         c.fill(Rect{{0, 0}, {90, 70}}, gradient);
@@ -210,8 +214,9 @@ TEST(Canvas, LayersFadeAsOne) {
 }
 
 TEST(Canvas, BordersLieInside) {
-    const PixelBuffer picture =
-        drawn({20, 20}, 3, [](Canvas& canvas) { canvas.border({{0, 0}, {20, 20}}, {0, 0, 0, 0.5}, 2); });
+    const PixelBuffer picture = drawn({20, 20}, 3, [](Canvas& canvas) {
+        canvas.border({{0, 0}, {20, 20}}, {0, 0, 0, 0.5}, 2);
+    });
     for (const int inside : {0, 5, 54, 59}) {
         EXPECT_EQ(picture.row(30)[inside], 0x80000000);
         EXPECT_EQ(picture.row(inside)[30], 0x80000000);
@@ -256,7 +261,8 @@ TEST(Canvas, HostileNumbersNeverHurt) {
                     const Rect bounds{{a, b}, {b, std::abs(a)}};
                     canvas.fill(shape, bounds, red);
                     canvas.fill(shape, bounds, Gradient{{red, blue, white}, {a, 0}, {b, a}});
-                    canvas.stroke(shape, {{0, 0}, {10, 10}}, Gradient{{red, blue}, {0, 0}, {a, b}}, {a, LineCap::round, {}, b});
+                    canvas.stroke(shape, {{0, 0}, {10, 10}}, Gradient{{red, blue}, {0, 0}, {a, b}},
+                                  {a, LineCap::round, {}, b});
                     canvas.stroke(shape, bounds, blue, {1, LineCap::butt, {}, a});
                     canvas.border(bounds, red, b);
                 }
@@ -286,8 +292,11 @@ TEST(Canvas, FarEdgesAreOutOfSight) {
 }
 
 TEST(Canvas, CollapsedTransformsHide) {
-    const AffineTransform transforms[] = {{0, 0, 0, 1, 0, 0}, {nan, 0, 0, 1, 0, 0}, {1, 0, 0, 1, infinity, 0},
-                                          {1, 1, 1, 1, 0, 0}, {1e300, 0, 0, 1e-300, 0, 0}};
+    const AffineTransform transforms[] = {{0, 0, 0, 1, 0, 0},
+                                          {nan, 0, 0, 1, 0, 0},
+                                          {1, 0, 0, 1, infinity, 0},
+                                          {1, 1, 1, 1, 0, 0},
+                                          {1e300, 0, 0, 1e-300, 0, 0}};
     for (const AffineTransform& transform : transforms) {
         const PixelBuffer picture = drawn({10, 10}, 1, [&](Canvas& canvas) {
             canvas.save();
@@ -320,7 +329,8 @@ TEST(Canvas, RejectsImpossibleSizes) {
         EXPECT_THROW((void)Canvas::svg(size), TavrinError);
         EXPECT_THROW((void)Canvas::pdf(size), TavrinError);
     }
-    for (const double scale : {0.0, -1.0, nan, infinity, 1e9}) EXPECT_THROW((void)Canvas::raster({5, 5}, scale), TavrinError);
+    for (const double scale : {0.0, -1.0, nan, infinity, 1e9})
+        EXPECT_THROW((void)Canvas::raster({5, 5}, scale), TavrinError);
     EXPECT_EQ(Canvas::raster({338, 158}, 2.75).finishRaster().width(), 930);
 }
 

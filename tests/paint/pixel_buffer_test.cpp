@@ -14,8 +14,11 @@ TEST(PixelBuffer, RejectsSizesBeforeAllocating) {
         std::int64_t width;
         std::int64_t height;
     } rows[] = {
-        {"no width", 0, 5},          {"a negative height", 5, -1},         {"a side too long", 32768, 1},
-        {"too many pixels", 20000, 20000}, {"far too large", 1LL << 62, 1LL << 62},
+        {"no width", 0, 5},
+        {"a negative height", 5, -1},
+        {"a side too long", 32768, 1},
+        {"too many pixels", 20000, 20000},
+        {"far too large", 1LL << 62, 1LL << 62},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

@@ -76,13 +76,14 @@ std::vector<Row> rows() {
     list.push_back({"257 colours", picture(257, 4, [](auto x, auto) { return 0xFF000000U + x; }), 8, 2});
     list.push_back({"256 grays", picture(256, 4, [&](auto x, auto) { return gray(x); }), 8, 0});
     list.push_back({"a translucent palette", picture(40, 4, [&](auto x, auto) { return gray(0, x * 6); }), 8, 3});
-    list.push_back({"grays with opacities",
-                    picture(256, 256, [&](auto x, auto y) { return gray(x * y / 255, y); }), 8, 4});
-    list.push_back({"a gradient", picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, x ^ y); }), 8, 2});
+    list.push_back(
+        {"grays with opacities", picture(256, 256, [&](auto x, auto y) { return gray(x * y / 255, y); }), 8, 4});
+    list.push_back(
+        {"a gradient", picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, x ^ y); }), 8, 2});
     list.push_back({"opaque noise", picture(301, 97, [&](auto, auto) { return noise(255); }), 8, 2});
     list.push_back({"translucent noise", picture(301, 97, [&](auto x, auto) { return noise(x % 256); }), 8, 6});
-    list.push_back({"more than one strip", picture(1200, 900, [&](auto x, auto y) { return noise(x * y % 7 ? 255 : 9); }),
-                    8, 6});
+    list.push_back(
+        {"more than one strip", picture(1200, 900, [&](auto x, auto y) { return noise(x * y % 7 ? 255 : 9); }), 8, 6});
     list.push_back({"one very wide row", picture(32767, 1, [&](auto, auto) { return noise(255); }), 8, 2});
     return list;
 }
@@ -123,12 +124,14 @@ TEST(PngEncoder, FastLeavesOutTheAlphaOfOpaquePictures) {
 }
 
 TEST(PngEncoder, SmallIsSmaller) {
-    const PixelBuffer gradient = picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
+    const PixelBuffer gradient =
+        picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
     EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
 }
 
 TEST(PngEncoder, BytesAreTheSameInEveryThread) {
-    const PixelBuffer gradient = picture(500, 300, [](auto x, auto y) { return packPixel(255, x / 2, y / 2, x * y % 256); });
+    const PixelBuffer gradient =
+        picture(500, 300, [](auto x, auto y) { return packPixel(255, x / 2, y / 2, x * y % 256); });
     const std::string expected = encodePng(gradient);
     std::vector<std::future<std::string>> others;
     for (int i = 0; i < 4; ++i) others.push_back(std::async(std::launch::async, [&] { return encodePng(gradient); }));

@@ -29,7 +29,7 @@ Context contextWith(const Shape& shape, const Rect& bounds) {
 std::vector<Point> joints(const Shape& shape, const Rect& bounds) {
     const Context context = contextWith(shape, bounds);
     const std::unique_ptr<cairo_path_t, decltype(&cairo_path_destroy)> path(cairo_copy_path(context.get()),
-                                                                          &cairo_path_destroy);
+                                                                            &cairo_path_destroy);
     std::vector<Point> points;
     for (int i = 0; i < path->num_data; i += path->data[i].header.length) {
         const int length = path->data[i].header.length;
@@ -58,7 +58,10 @@ TEST(ShapePath, PassesTheKnownPoints) {
         {"its line's end", RoundedRectangle{10, continuous}, {{0, 0}, {100, 60}}, {93.685, 0.749}},
         {"the next curve's end", RoundedRectangle{10, continuous}, {{0, 0}, {100, 60}}, {99.251, 6.315}},
         {"the other edge", RoundedRectangle{10, continuous}, {{0, 0}, {100, 60}}, {100, 15.287}},
-        {"the opposite corner is turned by half", RoundedRectangle{10, continuous}, {{0, 0}, {100, 60}}, {6.315, 59.251}},
+        {"the opposite corner is turned by half",
+         RoundedRectangle{10, continuous},
+         {{0, 0}, {100, 60}},
+         {6.315, 59.251}},
         {"the middle of a side too short", RoundedRectangle{10, continuous}, {{0, 0}, {100, 24}}, {100, 12}},
         {"while the long side has its point", RoundedRectangle{10, continuous}, {{0, 0}, {100, 24}}, {84.713, 0}},
         {"a radius limited to half the smaller side", RoundedRectangle{1e300}, {{0, 0}, {100, 60}}, {70, 0}},
@@ -73,7 +76,8 @@ TEST(ShapePath, PassesTheKnownPoints) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        EXPECT_TRUE(passes(row.shape, row.bounds, row.point)) << ::testing::PrintToString(joints(row.shape, row.bounds).size());
+        EXPECT_TRUE(passes(row.shape, row.bounds, row.point))
+            << ::testing::PrintToString(joints(row.shape, row.bounds).size());
     }
 }
 

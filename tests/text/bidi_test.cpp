@@ -12,10 +12,8 @@ TEST(Bidi, LevelsFollowTheFirstStrongCharacter) {
         std::uint8_t base;
         std::vector<std::uint8_t> levels;
     } rows[] = {
-        {"Latin needs no levels", U"abc", 0, {}},
-        {"Hebrew", U"\u05D0\u05D1", 1, {1, 1}},
-        {"Hebrew in Latin", U"a \u05D0", 0, {0, 0, 1}},
-        {"a number in Hebrew", U"\u05D0 12", 1, {1, 1, 2, 2}},
+        {"Latin needs no levels", U"abc", 0, {}},           {"Hebrew", U"\u05D0\u05D1", 1, {1, 1}},
+        {"Hebrew in Latin", U"a \u05D0", 0, {0, 0, 1}},     {"a number in Hebrew", U"\u05D0 12", 1, {1, 1, 2, 2}},
         {"an isolate", U"a\u2067b\u2069", 0, {0, 0, 2, 0}},
     };
     for (const auto& row : rows) {

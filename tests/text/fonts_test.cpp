@@ -84,8 +84,9 @@ TEST(Fonts, OnlyWhatIsNeededIsOpened) {
 }
 
 TEST(Fonts, HostFilesComeBeforeInstalledFallbacks) {
-    const auto library = FontLibrary::make({"Inter", {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf",
-                                                      "/usr/share/fonts/truetype/noto/NotoSerifThai-Regular.ttf"}});
+    const auto library = FontLibrary::make({"Inter",
+                                            {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf",
+                                             "/usr/share/fonts/truetype/noto/NotoSerifThai-Regular.ttf"}});
     FontFaces faces(library->catalog());
     FontChooser chooser(faces);
     const std::u32string thai = U"\u0E01";
@@ -94,8 +95,7 @@ TEST(Fonts, HostFilesComeBeforeInstalledFallbacks) {
 }
 
 TEST(Fonts, SystemFontMayBeAHostFile) {
-    const auto library =
-        FontLibrary::make({"Noto Serif", {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf"}});
+    const auto library = FontLibrary::make({"Noto Serif", {"/usr/share/fonts/truetype/noto/NotoSerif-Regular.ttf"}});
     const FontCatalog& catalog = library->catalog();
     EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::bold)), "NotoSerif-Regular.ttf");
 }

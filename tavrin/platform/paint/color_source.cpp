@@ -63,12 +63,11 @@ std::optional<RGBA> clamped(const RGBA& color) {
 }
 
 std::uint32_t pixelOf(const RGBA& clampedColor) {
-    const auto& [red, green, blue, opacity] = clampedColor;
     const auto byte = [](double value) { return static_cast<std::uint32_t>(value * 255 + 0.5); };
-    // An opacity just below a half step must not leave a channel above it.
-    const std::uint32_t alpha = byte(opacity);
-    const auto channel = [&](double value) { return std::min(byte(value * opacity), alpha); };
-    return packPixel(alpha, channel(red), channel(green), channel(blue));
+    // A channel is never above its pixel's opacity.
+    const std::uint32_t alpha = byte(clampedColor.opacity);
+    const auto channel = [&](double value) { return std::min(byte(value * clampedColor.opacity), alpha); };
+    return packPixel(alpha, channel(clampedColor.red), channel(clampedColor.green), channel(clampedColor.blue));
 }
 
 std::vector<RGBA> clampedColors(const Gradient& gradient) {

@@ -17,8 +17,8 @@ struct Gradient {
     Point end;
 };
 
-/// What an area is covered with. Channels and opacity are clamped to 0…1; a colour with a NaN draws nothing, and so does
-/// a gradient with one anywhere.
+/// What an area is covered with. Channels and opacity are clamped to 0…1; a colour with a NaN draws nothing, and so
+/// does a gradient with one anywhere.
 using Paint = std::variant<RGBA, Gradient>;
 
 }  // namespace tavrin::paint

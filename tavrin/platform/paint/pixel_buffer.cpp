@@ -13,10 +13,10 @@ PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) {
     const auto fits = [](std::int64_t side) { return side >= 1 && side <= maxSide; };
     if (!fits(width) || !fits(height))
         throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: each side must be 1 to {} pixels", width,
-                                              height, maxSide)};
+                                                height, maxSide)};
     if (width * height > maxPixels)
         throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: there may be at most {} pixels", width,
-                                              height, maxPixels)};
+                                                height, maxPixels)};
     width_ = static_cast<int>(width);
     height_ = static_cast<int>(height);
     pixels_.resize(static_cast<std::size_t>(width * height));

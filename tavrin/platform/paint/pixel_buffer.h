@@ -15,8 +15,8 @@ public:
 
     /// No pixels.
     PixelBuffer() = default;
-    /// A transparent picture. Throws `TavrinError` of kind "Render", before anything is allocated, when a side is not in
-    /// 1…`maxSide` or there would be more than `maxPixels`.
+    /// A transparent picture. Throws `TavrinError` of kind "Render", before anything is allocated, when a side is not
+    /// in 1…`maxSide` or there would be more than `maxPixels`.
     PixelBuffer(std::int64_t width, std::int64_t height);
 
     [[nodiscard]] int width() const { return width_; }

@@ -33,8 +33,8 @@ std::uint32_t colorAt(Bytes rgba, std::size_t i) {
            static_cast<std::uint32_t>(rgba[i + 3]) << 24;
 }
 
-/// The distinct colours (0xAARRGGBB) of a picture, ascending: translucent before opaque ones, so that few opacities have
-/// to be written.
+/// The distinct colours (0xAARRGGBB) of a picture, ascending: translucent before opaque ones, so that few opacities
+/// have to be written.
 class Palette {
 public:
     static std::optional<Palette> of(Bytes rgba) {

@@ -30,9 +30,20 @@ constexpr CornerPoints continuousCorner = [] {
     constexpr Point between = middle(handle, otherHandle);
     constexpr Point before = middle(middle(from, handle), between);
     constexpr Point after = middle(between, middle(otherHandle, to));
-    return CornerPoints{{{continuousReach, 0}, {1.088493, 0}, {0.868407, 0}, {0.669934, 0.065496}, from,
-                         middle(from, handle), before, middle(before, after), after, middle(otherHandle, to), to,
-                         {0, 0.868407}, {0, 1.088493}, {0, continuousReach}}};
+    return CornerPoints{{{continuousReach, 0},
+                         {1.088493, 0},
+                         {0.868407, 0},
+                         {0.669934, 0.065496},
+                         from,
+                         middle(from, handle),
+                         before,
+                         middle(before, after),
+                         after,
+                         middle(otherHandle, to),
+                         to,
+                         {0, 0.868407},
+                         {0, 1.088493},
+                         {0, continuousReach}}};
 }();
 
 /// A point of the quarter circle, by the angle turned since it left the first edge.

@@ -10,8 +10,8 @@ namespace tavrin::paint {
 /// The rectangle that a shape's outline touches: the bounds, or for a circle the square centred in them.
 [[nodiscard]] Rect outlineBounds(const Shape& shape, const Rect& bounds);
 
-/// How far from a corner of its outline bounds a shape's outline may leave the edges, in points: {0, 0} for a rectangle,
-/// at most half the width and half the height.
+/// How far from a corner of its outline bounds a shape's outline may leave the edges, in points: {0, 0} for a
+/// rectangle, at most half the width and half the height.
 [[nodiscard]] Size cornerExtent(const Shape& shape, const Rect& bounds);
 
 /// Appends a shape's closed outline, filling `bounds`, to Cairo's current path: clockwise from the top edge. A corner

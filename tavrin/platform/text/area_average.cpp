@@ -30,7 +30,8 @@ std::vector<Span> spansOf(int from, int to) {
         span.first = first;
         double sum = 0;
         for (int pixel = first; pixel <= last; ++pixel) {
-            const double weight = std::max(0.0, std::min(end, pixel + 1.0) - std::max(begin, static_cast<double>(pixel)));
+            const double weight =
+                std::max(0.0, std::min(end, pixel + 1.0) - std::max(begin, static_cast<double>(pixel)));
             span.weights.push_back(static_cast<float>(weight));
             sum += weight;
         }

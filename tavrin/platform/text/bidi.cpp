@@ -51,7 +51,8 @@ std::vector<std::uint32_t> visualOrder(const std::vector<std::uint8_t>& levels) 
             }
             std::size_t end = begin;
             while (end < order.size() && levels[end] >= level) ++end;
-            std::reverse(order.begin() + static_cast<std::ptrdiff_t>(begin), order.begin() + static_cast<std::ptrdiff_t>(end));
+            std::reverse(order.begin() + static_cast<std::ptrdiff_t>(begin),
+                         order.begin() + static_cast<std::ptrdiff_t>(end));
             begin = end;
         }
     }

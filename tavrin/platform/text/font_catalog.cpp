@@ -22,9 +22,9 @@ bool contains(std::string_view text, std::string_view part) { return text.find(p
 /// Where a family stands among the fallbacks: general families, symbols, ideographs, then each script's own, and last
 /// the designs for other purposes.
 int rankOf(std::string_view family) {
-    constexpr std::string_view first[] = {"Noto Sans",          "Noto Sans Symbols",  "Noto Sans Symbols2",
-                                          "Noto Sans Symbols 2", "Noto Sans Math",     "Noto Sans CJK SC",
-                                          "Noto Sans CJK JP",   "Noto Sans CJK KR",   "Noto Sans CJK TC"};
+    constexpr std::string_view first[] = {"Noto Sans",           "Noto Sans Symbols", "Noto Sans Symbols2",
+                                          "Noto Sans Symbols 2", "Noto Sans Math",    "Noto Sans CJK SC",
+                                          "Noto Sans CJK JP",    "Noto Sans CJK KR",  "Noto Sans CJK TC"};
     const auto* found = std::find(std::begin(first), std::end(first), family);
     if (found != std::end(first)) return static_cast<int>(found - first);
     for (const auto* special : {" Mono", " Display", " UI", "Condensed", " Slanted", "Noto Rashi"})
@@ -52,7 +52,8 @@ std::map<std::string, Patterns> groupedByFamily(const std::vector<FontPattern>& 
 }
 
 /// Adds the faces of one family that fallbacks are drawn with to `sources`; the first of them gets the number `next`.
-FallbackFamily addFamily(std::string name, const Patterns& patterns, std::deque<FontSource>& sources, std::size_t next) {
+FallbackFamily addFamily(std::string name, const Patterns& patterns, std::deque<FontSource>& sources,
+                         std::size_t next) {
     const auto add = [&](const FontPattern& font) {
         sources.emplace_back(font.path, font.faceIndex, font.charset);
         return static_cast<FontId>(next++);
@@ -127,8 +128,7 @@ const Fallbacks& FontCatalog::fallbacks() const {
 void FontCatalog::listFallbacks() const {
     const std::vector<FontPattern> fonts = listFonts(config_.get(), "", true, fallbackPatterns_);
     for (const auto& [name, patterns] : groupedByFamily(fonts)) {
-        FallbackFamily family =
-            addFamily(name, patterns, fallbackSources_, sources_.size() + fallbackSources_.size());
+        FallbackFamily family = addFamily(name, patterns, fallbackSources_, sources_.size() + fallbackSources_.size());
         if (name == emojiFamily)
             fallbacks_.emoji = family.regular;
         else

@@ -48,7 +48,8 @@ FontFace& FontFaces::face(FontId font) {
 }
 
 std::size_t FontFaces::openCount() const {
-    return static_cast<std::size_t>(std::count_if(faces_.begin(), faces_.end(), [](const auto& f) { return f != nullptr; }));
+    return static_cast<std::size_t>(
+        std::count_if(faces_.begin(), faces_.end(), [](const auto& f) { return f != nullptr; }));
 }
 
 }  // namespace tavrin::text

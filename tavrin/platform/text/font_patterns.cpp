@@ -78,8 +78,7 @@ Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig() {
 std::vector<FontPattern> listFonts(FcConfig* config, const std::string& family, bool withCharsets,
                                    Handle<FcFontSet, FcFontSetDestroy>& set) {
     const Handle<FcPattern, FcPatternDestroy> wanted(FcPatternCreate());
-    if (!family.empty())
-        FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+    if (!family.empty()) FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
     const Handle<FcObjectSet, FcObjectSetDestroy> objects(
         FcObjectSetBuild(FC_FAMILY, FC_STYLE, FC_FILE, FC_INDEX, FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_FONTFORMAT,
                          FC_OUTLINE, FC_COLOR, static_cast<const char*>(nullptr)));

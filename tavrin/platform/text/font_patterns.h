@@ -25,8 +25,8 @@ struct FontPattern {
 /// A configuration that knows the directories packages install fonts in and nothing else.
 Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig();
 
-/// All faces of the configuration, of one family or (empty) of any. Upright, of normal width, scalable or in colour; the
-/// named instances of variable fonts are left out. `set` keeps the charsets alive. In no particular order.
+/// All faces of the configuration, of one family or (empty) of any. Upright, of normal width, scalable or in colour;
+/// the named instances of variable fonts are left out. `set` keeps the charsets alive. In no particular order.
 std::vector<FontPattern> listFonts(FcConfig* config, const std::string& family, bool withCharsets,
                                    Handle<FcFontSet, FcFontSetDestroy>& set);
 

@@ -48,7 +48,8 @@ GlyphMask SizedMasks::render(std::uint32_t glyph, unsigned phase) const {
     mask.top = -(bottom + height);
     mask.width = width;
     mask.height = height;
-    mask.coverage = std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    mask.coverage =
+        std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     FT_Bitmap bitmap{};
     bitmap.rows = static_cast<unsigned>(height);
     bitmap.width = static_cast<unsigned>(width);
@@ -61,7 +62,8 @@ GlyphMask SizedMasks::render(std::uint32_t glyph, unsigned phase) const {
 }
 
 SizedMasks& GlyphMasks::sized(FontId font, double pixelsPerEm) {
-    const auto [found, isNew] = sizes_.try_emplace({font, pixelsPerEm}, faces_.face(font), faces_.freeType(), pixelsPerEm);
+    const auto [found, isNew] =
+        sizes_.try_emplace({font, pixelsPerEm}, faces_.face(font), faces_.freeType(), pixelsPerEm);
     constexpr std::size_t overhead = 256;
     if (isNew) bytes_ += overhead;
     return found->second;

@@ -46,7 +46,9 @@ std::vector<PangoLogAttr> breaksOf(const Paragraph& paragraph) {
 class Itemizer {
 public:
     Itemizer(const Paragraph& paragraph, Font::Weight weight, FontChooser& fonts)
-        : characters_(paragraph.characters), levels_(bidiLevels(characters_)), scripts_(scriptsOf(characters_)),
+        : characters_(paragraph.characters),
+          levels_(bidiLevels(characters_)),
+          scripts_(scriptsOf(characters_)),
           fonts_(fonts) {
         context_.weight = weight;
         context_.han = hanFaceOf(characters_);

@@ -18,7 +18,9 @@ double roundedUp(double points, double scale) {
 }
 
 /// How much a length that was rounded to pixels may be short of the length itself.
-double slackOf(const TextRoom& room) { return lengthTolerance * (room.scale > 0 ? std::max(1.0, 1 / room.scale) : 1.0); }
+double slackOf(const TextRoom& room) {
+    return lengthTolerance * (room.scale > 0 ? std::max(1.0, 1 / room.scale) : 1.0);
+}
 
 std::size_t lineLimitOf(const TextRoom& room, double lineHeight) {
     double limit = unlimited;
@@ -35,8 +37,11 @@ std::size_t lineLimitOf(const TextRoom& room, double lineHeight) {
 class LineBreaker {
 public:
     LineBreaker(const ShapedText& text, const TextRoom& room)
-        : text_(text), room_(room), width_(room.width && !std::isnan(*room.width) ? *room.width : unlimited),
-          widthWithSlack_(width_ + slackOf(room)), mostLines_(lineLimitOf(room, text.lineHeight)) {}
+        : text_(text),
+          room_(room),
+          width_(room.width && !std::isnan(*room.width) ? *room.width : unlimited),
+          widthWithSlack_(width_ + slackOf(room)),
+          mostLines_(lineLimitOf(room, text.lineHeight)) {}
 
     BrokenText run() {
         std::uint32_t begin = 0;

@@ -25,7 +25,8 @@ void LineRaster::add(const Piece& piece, double pixelsPerEm, double scale, Point
         pen.x += static_cast<double>(glyph.advance) * scale;
         if (x < begin || x > end || std::abs(y) > 1e6) continue;
         const auto quarters = static_cast<int>(std::floor(x * phasesOfPixel + 0.5));
-        const GlyphMask& mask = masks.mask(glyph.id, static_cast<unsigned>(quarters & (phasesOfPixel - 1)), masks_.bytes());
+        const GlyphMask& mask =
+            masks.mask(glyph.id, static_cast<unsigned>(quarters & (phasesOfPixel - 1)), masks_.bytes());
         if (mask.width == 0) continue;
         const int left = (quarters >> 2) + mask.left;
         const int top = static_cast<int>(std::floor(y + 0.5)) + mask.top;

@@ -39,7 +39,8 @@ Handle<cairo_font_face_t, cairo_font_face_destroy> makeFont(const FontSource& so
     Handle<cairo_font_face_t, cairo_font_face_destroy> font(
         cairo_ft_font_face_create_for_ft_face(own->face.get(), FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP));
     const auto destroy = [](void* data) { delete static_cast<OwnFace*>(data); };
-    if (cairo_font_face_set_user_data(font.get(), &ownerKey, own.get(), destroy) != CAIRO_STATUS_SUCCESS) return nullptr;
+    if (cairo_font_face_set_user_data(font.get(), &ownerKey, own.get(), destroy) != CAIRO_STATUS_SUCCESS)
+        return nullptr;
     own.release();
     return font;
 }
@@ -84,7 +85,8 @@ struct PathSink {
     }
 };
 
-Handle<cairo_scaled_font_t, cairo_scaled_font_destroy> scaledFont(cairo_t* cairo, cairo_font_face_t* face, double size) {
+Handle<cairo_scaled_font_t, cairo_scaled_font_destroy> scaledFont(cairo_t* cairo, cairo_font_face_t* face,
+                                                                  double size) {
     cairo_matrix_t fontMatrix;
     cairo_matrix_init_scale(&fontMatrix, size, size);
     cairo_matrix_t matrix;
@@ -139,7 +141,8 @@ cairo_font_face_t* OutlineFonts::fontOf(FontId font) {
 void addOutline(cairo_t* cairo, FontFace& face, std::uint32_t glyph, double size, Point pen) {
     FT_Outline* outline = face.outline(glyph);
     if (outline == nullptr) return;
-    static constexpr FT_Outline_Funcs sink{PathSink::moveTo, PathSink::lineTo, PathSink::conicTo, PathSink::cubicTo, 0, 0};
+    static constexpr FT_Outline_Funcs sink{
+        PathSink::moveTo, PathSink::lineTo, PathSink::conicTo, PathSink::cubicTo, 0, 0};
     PathSink path{cairo, size / face.unitsPerEm(), pen};
     FT_Outline_Decompose(outline, &sink, &path);
     cairo_close_path(cairo);

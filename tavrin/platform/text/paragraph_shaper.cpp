@@ -13,10 +13,9 @@ constexpr float spacesOfTab = 4;
 /// Scripts whose letters touch, so that no gap may be set between them.
 bool joinsLetters(hb_script_t script) {
     constexpr hb_script_t scripts[] = {
-        HB_SCRIPT_ARABIC,  HB_SCRIPT_SYRIAC,     HB_SCRIPT_MONGOLIAN,       HB_SCRIPT_NKO,
-        HB_SCRIPT_MANDAIC, HB_SCRIPT_MANICHAEAN, HB_SCRIPT_PSALTER_PAHLAVI, HB_SCRIPT_PHAGS_PA,
-        HB_SCRIPT_ADLAM,   HB_SCRIPT_SOGDIAN,    HB_SCRIPT_HANIFI_ROHINGYA, HB_SCRIPT_DEVANAGARI,
-        HB_SCRIPT_BENGALI, HB_SCRIPT_GURMUKHI};
+        HB_SCRIPT_ARABIC,          HB_SCRIPT_SYRIAC,          HB_SCRIPT_MONGOLIAN, HB_SCRIPT_NKO,     HB_SCRIPT_MANDAIC,
+        HB_SCRIPT_MANICHAEAN,      HB_SCRIPT_PSALTER_PAHLAVI, HB_SCRIPT_PHAGS_PA,  HB_SCRIPT_ADLAM,   HB_SCRIPT_SOGDIAN,
+        HB_SCRIPT_HANIFI_ROHINGYA, HB_SCRIPT_DEVANAGARI,      HB_SCRIPT_BENGALI,   HB_SCRIPT_GURMUKHI};
     return std::find(std::begin(scripts), std::end(scripts), script) != std::end(scripts);
 }
 

@@ -22,8 +22,8 @@ std::shared_ptr<const ShapedText> Shaper::shape(std::string_view text, const Fon
     ParagraphShaper shaper(faces_, buffer_.get(), font, *shaped);
     ParagraphReader reader(text);
     for (Paragraph paragraph; reader.next(paragraph);)
-        shaper.add(paragraph, paragraph.characters.empty() ? ItemizedParagraph{}
-                                                           : itemize(paragraph, font.weight, chooser_));
+        shaper.add(paragraph,
+                   paragraph.characters.empty() ? ItemizedParagraph{} : itemize(paragraph, font.weight, chooser_));
     return shaped;
 }
 

@@ -31,7 +31,8 @@ Size TextBlock::size() const { return lines_ ? lines_->broken->size : Size{}; }
 std::size_t TextBlock::lineCount() const { return lines_ ? lines_->broken->lines.size() : 0; }
 bool TextBlock::truncated() const { return lines_ && lines_->broken->truncated; }
 
-TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library) : state_(std::make_unique<State>(std::move(library))) {}
+TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library)
+    : state_(std::make_unique<State>(std::move(library))) {}
 TextEngine::~TextEngine() = default;
 
 TextEngine& TextEngine::ofThisThread() {
@@ -59,7 +60,8 @@ TextBlock TextEngine::fit(const std::shared_ptr<const ShapedText>& text, const T
 }
 
 void TextEngine::draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color) {
-    if (const auto* lines = block.lines()) state_->painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
+    if (const auto* lines = block.lines())
+        state_->painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
 }
 
 }  // namespace tavrin::text

@@ -83,9 +83,9 @@ private:
     std::unique_ptr<const FontCatalog> catalog_;
 };
 
-/// Shapes, measures and draws texts. Not thread-safe: one for each thread, and its texts and blocks stay in that thread.
-/// It keeps open fonts and the shapes of recently used texts (some megabytes at most), so that an unchanged text costs
-/// next to nothing in the next picture.
+/// Shapes, measures and draws texts. Not thread-safe: one for each thread, and its texts and blocks stay in that
+/// thread. It keeps open fonts and the shapes of recently used texts (some megabytes at most), so that an unchanged
+/// text costs next to nothing in the next picture.
 class TextEngine {
 public:
     explicit TextEngine(std::shared_ptr<const FontLibrary> library);
@@ -96,8 +96,8 @@ public:
     /// The calling thread's engine over the system library, made on first use.
     static TextEngine& ofThisThread();
 
-    /// Shapes a text once; break it into lines with `fit`. Invalid UTF-8 is drawn as U+FFFD. A size that is not positive
-    /// or not finite takes no room; sizes are limited to 10,000 points.
+    /// Shapes a text once; break it into lines with `fit`. Invalid UTF-8 is drawn as U+FFFD. A size that is not
+    /// positive or not finite takes no room; sizes are limited to 10,000 points.
     std::shared_ptr<const ShapedText> shape(std::string_view text, const Font& font);
 
     /// Breaks a shaped text into lines for a room.

@@ -80,7 +80,17 @@ void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText&
     cairo_save(cairo);
     Target target = targetOf(cairo, text.size);
     target.color = color;
-    cairo_set_source_rgba(cairo, color.red, color.green, color.blue, color.opacity);
+    // Where letters overlap, glyphs of embedded fonts would be darker: fade the text as a whole. (In SVG by outlines,
+    // since Cairo 1.16 loses the memory of faded groups there.)
+    const bool isFaded = target.method == Method::fonts && color.opacity < 1;
+    if (isFaded && cairo_surface_get_type(cairo_get_target(cairo)) == CAIRO_SURFACE_TYPE_SVG)
+        target.method = Method::outlines;
+    const bool isFadedAsAWhole = isFaded && target.method == Method::fonts;
+    if (isFadedAsAWhole) {
+        cairo_push_group(cairo);
+        target.color.opacity = 1;
+    }
+    cairo_set_source_rgba(cairo, color.red, color.green, color.blue, target.color.opacity);
     if (target.method == Method::masks) cairo_identity_matrix(cairo);
 
     // Only the lines that may reach into the clip.
@@ -97,6 +107,10 @@ void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText&
         placePieces(text, line, pieces_);
         drawLine(target, text, {x, y});
     }
+    if (isFadedAsAWhole) {
+        cairo_pop_group_to_source(cairo);
+        cairo_paint_with_alpha(cairo, color.opacity);
+    }
     cairo_restore(cairo);
 }
 
@@ -105,33 +119,28 @@ void TextPainter::drawLine(const Target& target, const ShapedText& text, Point p
     for (const auto& piece : pieces_)
         if (!piece.emoji) drawPiece(target, text.size, piece, {pen.x + piece.x, pen.y});
     if (target.method == Method::masks) raster_.paint(target.cairo);
-    if (target.method == Method::outlines) cairo_fill(target.cairo);
     for (const auto& piece : pieces_)
         if (piece.emoji) drawPictures(target, text.size, piece, {pen.x + piece.x, pen.y});
 }
 
 void TextPainter::drawPiece(const Target& target, double size, const Piece& piece, Point pen) {
     switch (target.method) {
-        case Method::masks:
-            raster_.add(piece, size * target.matrix.xx, target.matrix.xx, target.toPixels(pen));
-            break;
-        case Method::outlines:
-            addOutlines(target, size, piece, pen);
-            break;
-        case Method::fonts:
-            outlineFonts_.show(target.cairo, size, piece, pen);
-            break;
+        case Method::masks: raster_.add(piece, size * target.matrix.xx, target.matrix.xx, target.toPixels(pen)); break;
+        case Method::outlines: fillOutlines(target, size, piece, pen); break;
+        case Method::fonts: outlineFonts_.show(target.cairo, size, piece, pen); break;
     }
 }
 
-void TextPainter::addOutlines(const Target& target, double size, const Piece& piece, Point pen) {
+void TextPainter::fillOutlines(const Target& target, double size, const Piece& piece, Point pen) {
     FontFace& face = faces_.face(piece.font);
     const double reach = 4 * size;
+    cairo_new_path(target.cairo);
     for (const auto& glyph : piece.glyphs) {
         const Point at{pen.x + static_cast<double>(glyph.x), pen.y + static_cast<double>(glyph.y)};
         pen.x += static_cast<double>(glyph.advance);
         if (target.isVisible(at.x - reach, at.x + reach)) addOutline(target.cairo, face, glyph.id, size, at);
     }
+    cairo_fill(target.cairo);
 }
 
 void TextPainter::drawPictures(const Target& target, double size, const Piece& piece, Point pen) {

@@ -16,8 +16,8 @@
 
 namespace tavrin::text {
 
-/// Draws broken texts on Cairo: on pictures from its own glyph masks, which stand on quarters of pixels; turned, stretched
-/// and very large texts as outlines; in documents as glyphs of embedded fonts.
+/// Draws broken texts on Cairo: on pictures from its own glyph masks, which stand on quarters of pixels; turned,
+/// stretched and very large texts as outlines; in documents as glyphs of embedded fonts.
 class TextPainter {
 public:
     explicit TextPainter(FontFaces& faces)
@@ -34,7 +34,7 @@ private:
     void drawPiece(const Target& target, double size, const Piece& piece, Point pen);
     void drawPictures(const Target& target, double size, const Piece& piece, Point pen);
     void drawPicture(const Target& target, double size, FontId font, std::uint32_t glyph, Point pen);
-    void addOutlines(const Target& target, double size, const Piece& piece, Point pen);
+    void fillOutlines(const Target& target, double size, const Piece& piece, Point pen);
 
     FontFaces& faces_;
     GlyphMasks masks_;

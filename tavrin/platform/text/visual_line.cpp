@@ -16,7 +16,8 @@ Piece pieceOf(const ShapedText& text, const Run& run, std::uint32_t begin, std::
     const Unit& last = text.units[end - 1];
     const Unit& leftmost = piece.rightToLeft ? last : first;
     const Unit& rightmost = piece.rightToLeft ? first : last;
-    piece.glyphs = std::span(text.glyphs).subspan(leftmost.glyph, rightmost.glyph + rightmost.glyphCount - leftmost.glyph);
+    piece.glyphs =
+        std::span(text.glyphs).subspan(leftmost.glyph, rightmost.glyph + rightmost.glyphCount - leftmost.glyph);
     piece.units = std::span(text.units).subspan(begin, end - begin);
     piece.utf8 = std::string_view(text.utf8).substr(first.byte, text.endByte(end - 1) - first.byte);
     return piece;

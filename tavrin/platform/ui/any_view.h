@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/field.h"
+#include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/view_kind.h"
 
 namespace tavrin {
@@ -131,7 +132,7 @@ struct AnyView::Box final : ViewBox {
 
 template <class V>
     requires(PrimitiveView<V> || ComposedView<V>)
-AnyView::AnyView(V view) : box_(std::make_shared<const Box<V>>(std::move(view))) {}
+AnyView::AnyView(V view) : box_(makePooled<const Box<V>>(std::move(view))) {}
 
 template <class V>
 const V* AnyView::as() const {

@@ -1,0 +1,63 @@
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+
+#include "tests/cli/program.h"
+
+namespace tavrin::cli {
+namespace {
+
+using ::testing::HasSubstr;
+
+/// What a run writes on standard error when that is a terminal.
+std::string onTerminal(const Workplace& place, const std::vector<std::string>& words) {
+    int terminal = -1;
+    int inside = -1;
+    if (::openpty(&terminal, &inside, nullptr, nullptr, nullptr) != 0) return {};
+    const pid_t process = place.start(words, -1, -1, inside);
+    ::close(inside);
+    std::string text;
+    char buffer[4096];
+    for (ssize_t count = 0; (count = ::read(terminal, buffer, sizeof buffer)) > 0;)
+        text.append(buffer, static_cast<std::size_t>(count));
+    ::close(terminal);
+    EXPECT_GE(waitFor(process), 0);
+    return text;
+}
+
+TEST(Terminal, ErrorsAreColored) {
+    ::setenv("TERM", "xterm", 1);
+    ::unsetenv("NO_COLOR");
+    const Workplace place;
+    place.write("a.json", broken);
+    EXPECT_THAT(onTerminal(place, {"check", "a.json"}), HasSubstr("\x1b[1;31merror:\x1b[0m"));
+    EXPECT_THAT(onTerminal(place, {"check", "a.json", "--errors", "json"}), Not(HasSubstr("\x1b")));
+    ::setenv("NO_COLOR", "1", 1);
+    EXPECT_THAT(onTerminal(place, {"check", "a.json"}), Not(HasSubstr("\x1b")));
+    ::unsetenv("NO_COLOR");
+    ::setenv("TERM", "dumb", 1);
+    EXPECT_THAT(onTerminal(place, {"check", "a.json"}), Not(HasSubstr("\x1b")));
+}
+
+TEST(Terminal, ProgressOfSeveralDocuments) {
+    const Workplace place;
+    place.write("a.json", hello);
+    place.write("b.json", R"({"version": "1.0", "nodes": {}})");
+    place.write("c.json", hello);
+    ::setenv("NO_COLOR", "1", 1);
+    EXPECT_EQ(onTerminal(place, {"render", "a.json", "b.json", "c.json"}),
+              "\r\x1b[K1/3 a.json"
+              "\r\x1b[Kb.json: error: Engine: view must have main node\r\n"
+              "\r\x1b[K2/3 b.json"
+              "\r\x1b[K3/3 c.json"
+              "\r\x1b[K");
+    EXPECT_EQ(onTerminal(place, {"render", "a.json"}), "");
+    EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}), "");
+}
+
+}  // namespace
+}  // namespace tavrin::cli

@@ -1,0 +1,152 @@
+#include <algorithm>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/cli/program.h"
+
+namespace tavrin::cli {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+TEST(Usage, IsRefused) {
+    const struct {
+        const char* why;
+        std::vector<std::string> words;
+        const char* message;
+    } rows[] = {
+        {"nothing", {}, "a verb is missing"},
+        {"misspelt verb", {"rendr", "a.json"}, "no verb 'rendr'; did you mean 'render'?"},
+        {"a file instead of a verb", {"a.json"}, "no verb 'a.json'"},
+        {"misspelt option", {"render", "a.json", "--famly", "systemSmall"}, "--famly here; did you mean '--family'?"},
+        {"misspelt option with its value", {"tree", "a.json", "--scael=2"}, "--scael here; did you mean '--scale'?"},
+        {"misspelt option before the verb", {"--verison"}, "did you mean '--version'?"},
+        {"another verb's option", {"tree", "a.json", "--rounded"}, "no option --rounded"},
+        {"no document", {"check"}, "which document?"},
+        {"one document too many", {"tree", "a.json", "b.json"}, "one document, not 2"},
+        {"an option's value is missing", {"tree", "a.json", "--model"}, "--model takes a value"},
+        {"an option twice", {"tree", "a.json", "--scale", "1", "--scale=2"}, "--scale is given twice"},
+        {"standard input twice", {"tree", "-", "--model", "-"}, "only once"},
+        {"misspelt family", {"tree", "a.json", "--family", "systemsmal"}, "did you mean 'systemSmall'?"},
+        {"no such family",
+         {"tree", "a.json", "--family", "huge"},
+         "accessoryRectangular or accessoryInline, not 'huge'"},
+        {"a family that the screen has not", {"tree", "a.json", "--family", "systemExtraLarge"}, "390x844 has no"},
+        {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give --size, or one of 428x926"},
+        {"a screen that is no size", {"tree", "a.json", "--screen", "phone"}, "such as 338x158"},
+        {"a size and a family", {"tree", "a.json", "--size", "1x1", "--family", "systemSmall"}, "instead of --family"},
+        {"one number", {"tree", "a.json", "--size", "338"}, "--size takes a width and a height"},
+        {"three numbers", {"tree", "a.json", "--size", "1x2x3"}, "not '1x2x3'"},
+        {"no width", {"tree", "a.json", "--size", "x2"}, "not 'x2'"},
+        {"a size of nothing", {"tree", "a.json", "--size", "0x10"}, "not '0x10'"},
+        {"negative size", {"tree", "a.json", "--size", "10x-1"}, "not '10x-1'"},
+        {"infinite size", {"tree", "a.json", "--size", "infx1"}, "not 'infx1'"},
+        {"blanks", {"tree", "a.json", "--size", "1 x 2"}, "not '1 x 2'"},
+        {"wrong bound for pictures", {"tree", "a.json", "--max-image-size", "-1x1"}, "--max-image-size takes"},
+        {"scale of nothing", {"tree", "a.json", "--scale", "0"}, "above 0 and up to 100"},
+        {"negative scale", {"tree", "a.json", "--scale", "-1"}, "not '-1'"},
+        {"endless scale", {"tree", "a.json", "--scale", "inf"}, "not 'inf'"},
+        {"overflowing scale", {"tree", "a.json", "--scale", "1e999"}, "not '1e999'"},
+        {"huge scale", {"tree", "a.json", "--scale", "101"}, "not '101'"},
+        {"a hexadecimal scale", {"tree", "a.json", "--scale", "0x3"}, "not '0x3'"},
+        {"a scale that is no number", {"tree", "a.json", "--scale", "nan"}, "not 'nan'"},
+        {"a third appearance",
+         {"tree", "a.json", "--appearance", "darkk"},
+         "light or dark, not 'darkk'; did you mean 'dark'?"},
+        {"a day without a time", {"tree", "a.json", "--date", "2026-03-01"}, "such as 2026-03-01T09:41:00Z"},
+        {"an impossible day", {"tree", "a.json", "--date", "2026-02-30T00:00:00Z"}, "--date takes"},
+        {"an unknown time zone", {"tree", "a.json", "--time-zone", "Europe/Atlantis"}, "not 'Europe/Atlantis'"},
+        {"no time zone", {"tree", "a.json", "--time-zone", ""}, "not ''"},
+        {"a colour of three digits", {"render", "a.json", "--background", "#FFF"}, "six hexadecimal digits"},
+        {"a colour with a sign", {"render", "a.json", "--background", "-12345"}, "not '-12345'"},
+        {"a colour's name", {"render", "a.json", "--background", "red"}, "such as #FF9500"},
+        {"unknown suffix", {"render", "a.json", "-o", "a.jpg"}, ".png, .svg or .pdf"},
+        {"no suffix", {"render", "a.json", "-o", "a"}, "--format says what 'a' is"},
+        {"suffix and format", {"render", "a.json", "-o", "a.svg", "--format", "pdf"}, "contradicts"},
+        {"no name", {"render", "a.json", "-o", ""}, "not ''"},
+        {"several pictures in one file", {"render", "a.json", "b.json", "-o", "c.png"}, "give a folder"},
+        {"several pictures on standard output", {"render", "a.json", "b.json", "-o", "-"}, "standard output"},
+        {"pictures of one name", {"render", "x/a.json", "y/a.json"}, "would both be drawn to 'a.png'"},
+        {"an unknown error format", {"tree", "a.json", "--errors", "xml"}, "text or json"},
+        {"no shell", {"completion"}, "takes one shell"},
+        {"an unknown shell", {"completion", "fihs"}, "did you mean 'fish'?"},
+    };
+    const Workplace place;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const Finished asText = place.run(row.words);
+        EXPECT_EQ(asText.status, 2);
+        EXPECT_EQ(asText.out, "");
+        EXPECT_THAT(asText.err, StartsWith("tavrin: error: "));
+        EXPECT_THAT(asText.err, HasSubstr(row.message));
+
+        std::vector<std::string> words{"--errors=json"};
+        words.insert(words.end(), row.words.begin(), row.words.end());
+        const Finished asJSON = place.run(words);
+        EXPECT_EQ(asJSON.status, 2);
+        if (std::string_view(row.why) == "an unknown error format") continue;
+        EXPECT_EQ(errorText(asJSON, "type"), "UsageError");
+        EXPECT_THAT(errorText(asJSON, "message"), HasSubstr(row.message));
+    }
+    EXPECT_THAT(place.files(), ElementsAre());
+}
+
+TEST(Usage, JSONErrorsWhereverTheyAreAskedFor) {
+    const Workplace place;
+    const std::vector<std::string> rows[] = {
+        {"--errors", "json", "nonsense"},
+        {"tree", "--scale", "x", "a.json", "--errors", "json"},
+        {"tree", "--errors=json", "--nonsense"},
+        {"render", "--errors", "json"},
+    };
+    for (const auto& words : rows) {
+        SCOPED_TRACE(words.front());
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, 2);
+        EXPECT_EQ(errorText(finished, "type"), "UsageError");
+        EXPECT_EQ(std::count(finished.err.begin(), finished.err.end(), '\n'), 1);
+    }
+}
+
+TEST(Usage, IsExplained) {
+    const Workplace place;
+    const struct {
+        std::vector<std::string> words;
+        const char* part;
+    } rows[] = {
+        {{"--help"}, "Usage: tavrin VERB"},
+        {{"-h"}, "tavrin render weather.json"},
+        {{"render", "--help"}, "Usage: tavrin render DOC... [-o OUT] [options]"},
+        {{"tree", "a.json", "-h"}, "Usage: tavrin tree DOC"},
+        {{"layout", "--help"}, "tavrin layout weather.json"},
+        {{"check", "--help"}, "--errors text|json"},
+        {{"completion", "--help"}, "bash|zsh|fish"},
+        {{"--version"}, "tavrin "},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.part);
+        const Finished finished = place.run(row.words);
+        EXPECT_EQ(finished.status, 0);
+        EXPECT_EQ(finished.err, "");
+        EXPECT_THAT(finished.out, HasSubstr(row.part));
+        EXPECT_TRUE(finished.out.ends_with('\n'));
+    }
+    EXPECT_THAT(place.run({"tree", "--help"}).out, Not(HasSubstr("--rounded")));
+}
+
+TEST(Usage, DocumentsBehindTwoDashesMayLookLikeOptions) {
+    const Workplace place;
+    place.write("--rounded", hello);
+    EXPECT_EQ(place.run({"check", "--", "--rounded"}).status, 0);
+    EXPECT_EQ(place.run({"check", "--rounded"}).status, 2);
+    place.write("[a,b]", hello);
+    EXPECT_EQ(place.run({"check", "[a,b]"}).status, 0);
+    place.write("tree", hello);
+    EXPECT_EQ(place.run({"tree", "tree"}).status, 0);
+}
+
+}  // namespace
+}  // namespace tavrin::cli
