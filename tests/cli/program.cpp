@@ -33,6 +33,7 @@ pid_t Workplace::start(const std::vector<std::string>& words, int in, int out, i
     std::vector<std::string> copies{"tavrin"};
     copies.insert(copies.end(), words.begin(), words.end());
     std::vector<char*> arguments;
+    arguments.reserve(copies.size() + 1);
     for (std::string& word : copies) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const pid_t process = ::fork();

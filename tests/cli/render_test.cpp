@@ -122,7 +122,7 @@ TEST(Render, SeveralDocumentsInOrderAndPastFailures) {
         words.push_back(name);
         if (i % 7 == 3) errors += name + ": error: Engine: view must have main node\n";
     }
-    words.push_back("missing.json");
+    words.emplace_back("missing.json");
     errors += "tavrin: error: cannot read 'missing.json': No such file or directory\n";
     for (int round = 0; round < 3; ++round) {
         const Finished finished = place.run(words);
@@ -205,7 +205,7 @@ TEST(Render, AnInterruptedRunLeavesWholeFilesOnly) {
         const Workplace place;
         std::vector<std::string> words{"render", "--compression", "small"};
         for (int i = 0; i < 8; ++i) {
-            words.push_back("w" + std::to_string(i) + ".json");
+            words.emplace_back("w" + std::to_string(i) + ".json");
             place.write(words.back(), hello);
         }
         const pid_t process = place.start(words);
