@@ -36,11 +36,17 @@ std::string contentOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// What stands between `begin` and the next `end`; empty when there is no such place.
 std::string between(const std::string& text, std::string_view begin, std::string_view end) {
-    const std::size_t first = text.find(begin);
-    const std::size_t last = first == std::string::npos ? first : text.find(end, first);
-    if (last == std::string::npos) return {};
-    return text.substr(first + begin.size(), last - first - begin.size());
+    const std::size_t found = text.find(begin);
+    if (found == std::string::npos) return {};
+    const std::size_t first = found + begin.size();
+    return text.substr(first, text.find(end, first) - first);
+}
+
+std::string withoutSpace(std::string text) {
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
 }
 
 TEST(Readme, ShowsTheCodeThatIsCompiledHere) {
@@ -60,8 +66,20 @@ TEST(Readme, ItsCodeDrawsAWidget) {
 TEST(Readme, ShowsEveryExample) {
     const std::string readme = contentOf("README.md");
     for (const auto& example : std::filesystem::directory_iterator(TAVRIN_SOURCE_DIR "/examples")) {
-        const std::string picture = "examples/" + example.path().filename().string() + "/picture.png";
-        EXPECT_THAT(readme, HasSubstr(picture));
+        const std::string name = example.path().filename().string();
+        EXPECT_THAT(readme, HasSubstr("](examples/" + name + "/picture.png)"));
+    }
+}
+
+TEST(Readme, ItsExcerptsStandInTheExample) {
+    const std::string example =
+        withoutSpace(contentOf("examples/agenda/document.json") + contentOf("examples/agenda/model.json"));
+    std::string rest = contentOf("README.md");
+    for (int excerpt = 0; excerpt < 2; ++excerpt) {
+        const std::string json = between(rest, "```json\n", "```");
+        ASSERT_FALSE(json.empty());
+        EXPECT_THAT(example, HasSubstr(withoutSpace(json.substr(0, json.find("…")))));
+        rest.erase(0, rest.find(json) + json.size() + 3);
     }
 }
 
