@@ -33,7 +33,8 @@ public:
     /// The moment that counts as now while rendering: where a timer without a timestamp counts from. Absent: the
     /// moment of the call.
     std::optional<Date> date;
-    /// How many nodes one call may draw, each use of a referenced one counted.
+    /// How many nodes one call may draw, each use of a referenced one counted. Eight times as many modifiers may be
+    /// applied.
     std::size_t maximumNodes = 1'000'000;
     /// How deeply nodes may be nested while drawing, references counted.
     std::size_t maximumNesting = 512;

@@ -9,6 +9,8 @@
 namespace tavrin {
 namespace {
 
+constexpr std::array<std::string_view, 1> typeKey{"type"};
+
 struct RefuseNode {
     [[noreturn]] void operator()(const Decoder& type, NodeType tag) const {
         type.failDataCorrupted("the node type \"" + std::string(rawValue(tag)) + "\" is not supported yet");
@@ -23,10 +25,8 @@ struct RefuseModifier {
 /// "type" of a tag without a record.
 template <class Tagged, class Tag, class Registry, class Refuse>
 Tagged decodeTagged(const Decoder& decoder, const Registry& registry, Refuse refuse) {
-    static constexpr std::array<std::string_view, 1> typeKey{"type"};
     decoder.require(JSONKind::object);
-    JSONElement type;
-    decoder.value().findMembers(typeKey, &type);
+    const JSONElement type = decoder.value().findMember<typeKey>();
     if (!type.exists()) decoder.failKeyNotFound(typeKey[0]);
     const Decoder typeDecoder = decoder.member(typeKey[0], type);
     const Tag tag = decode<Tag>(typeDecoder);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tavrin/dsl/dsl_version.h"
-#include "tavrin/dsl/render_state.h"
+#include "tavrin/dsl/node_dictionary.h"
 
 namespace tavrin {
 

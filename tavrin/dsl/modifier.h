@@ -1,11 +1,9 @@
 #pragma once
 
 #include <concepts>
-#include <memory>
 
 #include "tavrin/dsl/record_box.h"
 #include "tavrin/dsl/type_tags.h"
-#include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {
@@ -30,7 +28,7 @@ public:
     using Tagged = RecordBox<ModifierType>;
     using RecordBox::RecordBox;
 
-    [[nodiscard]] virtual std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const = 0;
+    [[nodiscard]] virtual CountedPtr<ModifierBox> bound(const ModelContext& model) const = 0;
     [[nodiscard]] virtual AnyView modify(AnyView view, Context& context) const = 0;
     /// Applies a bound copy, which is not kept.
     [[nodiscard]] virtual AnyView modifyBound(AnyView view, Context& context, const ModelContext& model) const = 0;
@@ -41,9 +39,9 @@ class ModifierBoxOf final : public RecordBoxOf<Record, ModifierBox, ModifierProt
 public:
     using RecordBoxOf<Record, ModifierBox, ModifierProtocol<Record>>::RecordBoxOf;
 
-    std::shared_ptr<const ModifierBox> bound(const ModelContext& model) const override {
+    CountedPtr<ModifierBox> bound(const ModelContext& model) const override {
         if constexpr (!ModifierProtocol<Record>) failUnsupported("Modifier", *this);
-        return makePooled<const ModifierBoxOf>(boundCopy(this->record_, model));
+        return CountedPtr<ModifierBox>(new ModifierBoxOf(boundCopy(this->record_, model)));
     }
     AnyView modify(AnyView view, Context& context) const override {
         return apply(this->record_, std::move(view), context);
@@ -68,11 +66,11 @@ class Modifier {
 public:
     template <DSLModifierProtocol Record>
     Modifier(Record record)  // NOLINT(google-explicit-constructor): a record is a modifier wherever one is asked for
-        : box_(makePooled<const ModifierBoxOf<Record>>(std::move(record))) {}
+        : box_(new ModifierBoxOf<Record>(std::move(record))) {}
     /// Decodes a record of a known type.
     template <DSLModifierProtocol Record>
     static Modifier decodeAs(const Decoder& decoder) {
-        return Modifier(makePooled<const ModifierBoxOf<Record>>(decoder));
+        return Modifier(CountedPtr<ModifierBox>(new ModifierBoxOf<Record>(decoder)));
     }
 
     [[nodiscard]] ModifierType type() const { return box_->type; }
@@ -104,9 +102,9 @@ public:
 private:
     friend struct Coding<Modifier>;
 
-    explicit Modifier(std::shared_ptr<const ModifierBox> box) : box_(std::move(box)) {}
+    explicit Modifier(CountedPtr<ModifierBox> box) : box_(std::move(box)) {}
 
-    std::shared_ptr<const ModifierBox> box_;
+    CountedPtr<ModifierBox> box_;
 };
 
 /// Wraps a record into a `Modifier` with its own tag.

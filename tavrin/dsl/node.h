@@ -1,7 +1,6 @@
 #pragma once
 
 #include <concepts>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -29,7 +28,7 @@ public:
     using RecordBox::RecordBox;
 
     [[nodiscard]] virtual std::span<const Modifier> modifiers() const = 0;
-    [[nodiscard]] virtual std::shared_ptr<const NodeBox> bound(const ModelContext& model) const = 0;
+    [[nodiscard]] virtual CountedPtr<NodeBox> bound(const ModelContext& model) const = 0;
     [[nodiscard]] virtual AnyView render(Context& context) const = 0;
     /// Draws a bound copy, which is not kept.
     [[nodiscard]] virtual AnyView renderBound(Context& context, const ModelContext& model) const = 0;
@@ -41,9 +40,9 @@ public:
     using RecordBoxOf<Record, NodeBox, NodeProtocol<Record>>::RecordBoxOf;
 
     std::span<const Modifier> modifiers() const override { return this->record_.modifiers.wrappedValue(); }
-    std::shared_ptr<const NodeBox> bound(const ModelContext& model) const override {
+    CountedPtr<NodeBox> bound(const ModelContext& model) const override {
         if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
-        return makePooled<const NodeBoxOf>(boundCopy(this->record_, model));
+        return CountedPtr<NodeBox>(new NodeBoxOf(boundCopy(this->record_, model)));
     }
     AnyView render(Context& context) const override { return draw(this->record_, context); }
     AnyView renderBound(Context& context, const ModelContext& model) const override {
@@ -68,11 +67,11 @@ public:
     Node();
     template <DSLNodeProtocol Record>
     Node(Record record)  // NOLINT(google-explicit-constructor): a record is a node wherever one is asked for
-        : box_(makePooled<const NodeBoxOf<Record>>(std::move(record))) {}
+        : box_(new NodeBoxOf<Record>(std::move(record))) {}
     /// Decodes a record of a known type.
     template <DSLNodeProtocol Record>
     static Node decodeAs(const Decoder& decoder) {
-        return Node(makePooled<const NodeBoxOf<Record>>(decoder));
+        return Node(CountedPtr<NodeBox>(new NodeBoxOf<Record>(decoder)));
     }
 
     [[nodiscard]] NodeType type() const { return box_->type; }
@@ -100,9 +99,9 @@ public:
 private:
     friend struct Coding<Node>;
 
-    explicit Node(std::shared_ptr<const NodeBox> box) : box_(std::move(box)) {}
+    explicit Node(CountedPtr<NodeBox> box) : box_(std::move(box)) {}
 
-    std::shared_ptr<const NodeBox> box_;
+    CountedPtr<NodeBox> box_;
 };
 
 /// Wraps a record into a `Node` with its own tag.
@@ -123,11 +122,9 @@ struct Coding<Node> {
 /// A node held directly is bound by the record that holds it.
 template <>
 struct FieldBinding<DSLValue<Node>> {
+    static constexpr bool boundFirst = false;
     static bool needed(const DSLValue<Node>& value) { return value.wrappedValue.needsBinding(); }
-    static DSLValue<Node> bound(DSLValue<Node> value, const ModelContext& model) {
-        value.wrappedValue.bindModel(model);
-        return value;
-    }
+    static void bind(DSLValue<Node>& value, const ModelContext& model) { value.wrappedValue.bindModel(model); }
 };
 
 }  // namespace tavrin

@@ -24,6 +24,10 @@ template <DSLRecord Record>
 inline constexpr auto fieldKeys = std::apply(
     [](const auto&... field) { return std::array<std::string_view, sizeof...(field)>{field.key...}; }, Record::fields);
 
+/// The type of the property at a place in a record's list of fields.
+template <DSLRecord Record, std::size_t index>
+using FieldValue = std::remove_cvref_t<decltype(std::declval<Record&>().*(std::get<index>(Record::fields).member))>;
+
 /// Records are equal when all their fields are.
 template <DSLRecord Record>
 [[nodiscard]] bool operator==(const Record& a, const Record& b) {
@@ -36,65 +40,63 @@ template <DSLRecord Record>
 /// A copy of the record whose expressions are replaced by what they resolve to in a model. Throws `ModelContextError`.
 template <DSLRecord Record>
 [[nodiscard]] Record boundCopy(const Record& record, const ModelContext& model);
+/// Replaces a record's expressions by what they resolve to. Throws `ModelContextError`; what was bound before stays.
+template <DSLRecord Record>
+void bindModel(Record& record, const ModelContext& model);
 
-/// How a property takes part in binding. By default it does not.
+/// How a property takes part in binding: `boundFirst`, whether before or after what the record holds directly. By
+/// default it does not.
 template <class Wrapper>
 struct FieldBinding {
+    static constexpr bool boundFirst = false;
     static bool needed(const Wrapper&) { return false; }
-    static const Wrapper& bound(const Wrapper& value, const ModelContext&) { return value; }
+    static void bind(Wrapper&, const ModelContext&) {}
 };
 
 template <class T>
 struct FieldBinding<LosslessDSLValue<T>> {
+    static constexpr bool boundFirst = true;
     static bool needed(const LosslessDSLValue<T>& value) { return !value.resolved(); }
-    static LosslessDSLValue<T> bound(const LosslessDSLValue<T>& value, const ModelContext& model) {
-        return value.resolve(model);
+    static void bind(LosslessDSLValue<T>& value, const ModelContext& model) {
+        if (!value.resolved()) value.setWrappedValue(value.resolve(model));
     }
 };
 
 /// A record held directly is bound by the record that holds it.
 template <DSLRecord T>
 struct FieldBinding<DSLValue<T>> {
+    static constexpr bool boundFirst = false;
     static bool needed(const DSLValue<T>& value) { return needsBinding(value.wrappedValue); }
-    static DSLValue<T> bound(const DSLValue<T>& value, const ModelContext& model) {
-        return {boundCopy(value.wrappedValue, model)};
-    }
+    static void bind(DSLValue<T>& value, const ModelContext& model) { bindModel(value.wrappedValue, model); }
 };
 
 template <DSLRecord T>
 struct FieldBinding<DSLValue<std::optional<T>>> {
+    static constexpr bool boundFirst = false;
     static bool needed(const DSLValue<std::optional<T>>& value) {
         return value.wrappedValue && needsBinding(*value.wrappedValue);
     }
-    static DSLValue<std::optional<T>> bound(const DSLValue<std::optional<T>>& value, const ModelContext& model) {
-        return value.wrappedValue ? DSLValue<std::optional<T>>{boundCopy(*value.wrappedValue, model)} : value;
+    static void bind(DSLValue<std::optional<T>>& value, const ModelContext& model) {
+        if (value.wrappedValue) bindModel(*value.wrappedValue, model);
     }
 };
 
-template <class Wrapper>
-inline constexpr bool isLossless = false;
-template <class T>
-inline constexpr bool isLossless<LosslessDSLValue<T>> = true;
-
-/// Binds a record's own values in declaration order, then what it holds directly, into `target`, which may be the
-/// record itself. The first failure ends it.
-template <DSLRecord Record>
-void bindFields(const Record& record, Record& target, const ModelContext& model) {
+template <bool first, DSLRecord Record>
+void bindFields(Record& record, const ModelContext& model) {
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        if constexpr (isLossless<Wrapper>)
-            target.*field.member = FieldBinding<Wrapper>::bound(record.*field.member, model);
-    });
-    forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        if constexpr (!isLossless<Wrapper>)
-            target.*field.member = FieldBinding<Wrapper>::bound(record.*field.member, model);
+        if constexpr (FieldBinding<Wrapper>::boundFirst == first)
+            FieldBinding<Wrapper>::bind(record.*field.member, model);
     });
 }
 
+/// A copy of a record whose own values are bound in declaration order, and then what it holds directly. The first
+/// failure ends it.
 template <DSLRecord Record>
 [[nodiscard]] Record boundFields(const Record& record, const ModelContext& model) {
-    Record copy;
-    bindFields(record, copy, model);
-    return copy;
+    Record bound = record;
+    bindFields<true>(bound, model);
+    bindFields<false>(bound, model);
+    return bound;
 }
 
 template <DSLRecord Record>
@@ -115,39 +117,38 @@ Record boundCopy(const Record& record, const ModelContext& model) {
     }
 }
 
-/// Replaces a record's expressions by what they resolve to. Throws `ModelContextError`; what was bound before stays.
 template <DSLRecord Record>
 void bindModel(Record& record, const ModelContext& model) {
     if constexpr (requires { record.boundToModel(model); }) {
         record = record.boundToModel(model);
     } else {
-        bindFields(record, record, model);
+        bindFields<true>(record, model);
+        bindFields<false>(record, model);
     }
 }
 
-template <DSLRecord Record, class Wrapper>
-void decodeField(const Decoder& object, const Field<Record, Wrapper>& field, const JSONElement& member,
-                 Record& record) {
+/// Decodes the property at a place in a record's list of fields.
+template <DSLRecord Record, std::size_t index>
+[[nodiscard]] auto decodeField(const Decoder& object, const JSONElement& member) {
+    constexpr std::string_view key = fieldKeys<Record>[index];
+    using Wrapper = FieldValue<Record, index>;
     if constexpr (FieldCoding<Wrapper>::mayBeAbsent) {
-        if (!member.exists() || member.kind() == JSONKind::null) return;
+        if (!member.exists() || member.isNull()) return Wrapper{};
     } else {
-        if (!member.exists()) object.failKeyNotFound(field.key);
+        if (!member.exists()) object.failKeyNotFound(key);
     }
-    record.*field.member = decode<Wrapper>(object.member(field.key, member));
+    return decode<Wrapper>(object.member(key, member));
 }
 
-/// Decodes a record from a JSON object: keys in declaration order, other keys ignored.
+/// Decodes a record from a JSON object: keys in declaration order, other keys ignored. Each value is made where it
+/// stays, so the fields must be all of the record's members, in their order.
 template <DSLRecord Record>
 [[nodiscard]] Record decodeRecord(const Decoder& decoder) {
     decoder.require(JSONKind::object);
-    Record record;
-    if constexpr (fieldCount<Record> > 0) {
-        std::array<JSONElement, fieldCount<Record>> members;
-        decoder.value().findMembers(fieldKeys<Record>, members.data());
-        std::size_t index = 0;
-        forEachField<Record>([&](const auto& field) { decodeField(decoder, field, members[index++], record); });
-    }
-    return record;
+    const auto members = decoder.value().template findMembers<fieldKeys<Record>>();
+    return [&]<std::size_t... index>(std::index_sequence<index...>) {
+        return Record{decodeField<Record, index>(decoder, members[index])...};
+    }(std::make_index_sequence<fieldCount<Record>>());
 }
 
 /// Writes the members of a record into the object that the caller has begun.

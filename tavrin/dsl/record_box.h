@@ -6,13 +6,15 @@
 
 #include "tavrin/dsl/dsl_version.h"
 #include "tavrin/dsl/record.h"
+#include "tavrin/platform/foundation/counted.h"
+#include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
 
 /// One record behind its tag, immutable and shared between copies: what `Node` and `Modifier` own.
 template <class Tag>
-class RecordBox {
+class RecordBox : public Counted, public pool::Pooled {
 public:
     RecordBox(Tag type, DSLVersion version) : type(type), version(version) {}
     RecordBox(const RecordBox&) = delete;

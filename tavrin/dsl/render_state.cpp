@@ -22,23 +22,16 @@ void RenderState::beginRender(const Context& context) {
     modifiersApplied = 0;
 }
 
-void RenderState::countModifier(const Context& context) {
-    // A node has a few modifiers, not thousands: references multiply them as they multiply nodes.
-    constexpr std::size_t modifiersPerNode = 8;
+void RenderState::failModifiers(const Context& context) {
     const std::size_t most = std::numeric_limits<std::size_t>::max() / modifiersPerNode;
     const std::size_t bound = std::min(context.maximumNodes, most) * modifiersPerNode;
-    if (++modifiersApplied > bound)
-        throw TavrinError("Engine", "more than " + std::to_string(bound) + " modifiers are applied");
+    throw TavrinError("Engine", "more than " + std::to_string(bound) + " modifiers are applied");
 }
 
-RenderState::NodeScope::NodeScope(RenderState& state, const Context& context) : state_(state) {
-    if (state.nesting == 0) state.beginRender(context);
-    if (state.nodesDrawn >= context.maximumNodes)
+void RenderState::NodeScope::fail(const Context& context) const {
+    if (state_.nodesDrawn >= context.maximumNodes)
         throw TavrinError("Engine", "more than " + std::to_string(context.maximumNodes) + " nodes are drawn");
-    if (state.nesting >= context.maximumNesting)
-        throw TavrinError("Engine", "nodes are nested deeper than " + std::to_string(context.maximumNesting));
-    ++state.nodesDrawn;
-    ++state.nesting;
+    throw TavrinError("Engine", "nodes are nested deeper than " + std::to_string(context.maximumNesting));
 }
 
 RenderState::ReferenceScope::ReferenceScope(RenderState& state, std::string_view name) : state_(state) {

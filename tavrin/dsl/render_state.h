@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,13 +8,10 @@
 #include <vector>
 
 #include "tavrin/dsl/context.h"
-#include "tavrin/dsl/node.h"
+#include "tavrin/dsl/node_dictionary.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {
-
-/// The named nodes of a document.
-using NodeDictionary = std::map<std::string, Node, std::less<>>;
 
 /// The part of a `Context` that is the library's own, not the host's.
 struct RenderState {
@@ -41,17 +37,27 @@ struct RenderState {
     void cacheImage(std::string_view url);
     /// Begins to draw an outermost node: counts from zero again.
     void beginRender(const Context& context);
-    void countModifier(const Context& context);
+    /// Counts a modifier that is applied. Throws `TavrinError` of kind "Engine" beyond the context's bound.
+    void countModifier(const Context& context) {
+        if (modifiersApplied++ / modifiersPerNode >= context.maximumNodes) failModifiers(context);
+    }
 
     /// Counts a node while it is drawn. Throws `TavrinError` of kind "Engine" beyond the context's bounds.
     class NodeScope {
     public:
-        NodeScope(RenderState& state, const Context& context);
+        NodeScope(RenderState& state, const Context& context) : state_(state) {
+            if (state.nesting == 0) state.beginRender(context);
+            if (state.nodesDrawn >= context.maximumNodes || state.nesting >= context.maximumNesting) fail(context);
+            ++state.nodesDrawn;
+            ++state.nesting;
+        }
         NodeScope(const NodeScope&) = delete;
         NodeScope& operator=(const NodeScope&) = delete;
         ~NodeScope() { --state_.nesting; }
 
     private:
+        [[noreturn]] void fail(const Context& context) const;
+
         RenderState& state_;
     };
 
@@ -66,6 +72,12 @@ struct RenderState {
     private:
         RenderState& state_;
     };
+
+private:
+    /// A node has a few modifiers, not thousands: references multiply them as they multiply nodes.
+    static constexpr std::size_t modifiersPerNode = 8;
+
+    [[noreturn]] static void failModifiers(const Context& context);
 };
 
 }  // namespace tavrin

@@ -33,7 +33,6 @@ struct Keywords<NodeType> {
     static constexpr std::array<std::string_view, 16> raw{
         "vstack",   "hstack",  "zstack", "spacer",    "text", "color",        "circle", "rectangle", "roundedRectangle",
         "webImage", "capsule", "link",   "emptyView", "node", "progressView", "timer"};
-    static constexpr NodeType defaultCase = NodeType::emptyView;
 };
 
 /// The "type" of a modifier. The last three are reserved for later versions of the language.
@@ -71,7 +70,6 @@ struct Keywords<ModifierType> {
         "cornerRadius", "opacity",      "zIndex",         "clockHandRotationEffect",
         "scaleEffect", "rotationEffect", "animation",     "transition",
         "contentTransition"};
-    static constexpr ModifierType defaultCase = ModifierType::frame;
 };
 
 }  // namespace tavrin

@@ -25,7 +25,7 @@ namespace tavrin {
 namespace {
 
 template <class Registry, class Tagged, class... Records>
-Registry registryOf() {
+constexpr Registry registryOf() {
     Registry registry{};
     ((registry[static_cast<std::size_t>(Records::type)] = Tagged::template decodeAs<Records>), ...);
     return registry;
@@ -34,7 +34,7 @@ Registry registryOf() {
 }  // namespace
 
 const NodeRegistry& registerNodeType() {
-    static const NodeRegistry registry = registryOf<NodeRegistry, Node,  //
+    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node,  //
                                                     VStackNode,          //
                                                     HStackNode,          //
                                                     ZStackNode,          //
@@ -52,7 +52,7 @@ const NodeRegistry& registerNodeType() {
 }
 
 const ModifierRegistry& registerMonifierType() {
-    static const ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,  //
+    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,  //
                                                         FrameModifier,               //
                                                         PaddingModifier,             //
                                                         OffsetModifier,              //

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tavrin/dsl/dsl_root.h"
+#include "tavrin/dsl/render_state.h"
 #include "tavrin/engine/json_decoder.h"
 
 namespace tavrin {

@@ -73,8 +73,9 @@ JSONObject::JSONObject(std::vector<Member> members) : members_(std::move(members
 
 const JSON* JSONObject::find(std::string_view key) const {
     if (byKey_.empty()) {
-        const auto found = std::find_if(members_.begin(), members_.end(), [&](const Member& m) { return m.first == key; });
-        return found == members_.end() ? nullptr : &found->second;
+        for (const Member& member : members_)
+            if (member.first == key) return &member.second;
+        return nullptr;
     }
     const auto found = std::lower_bound(byKey_.begin(), byKey_.end(), key,
                                         [&](std::uint32_t index, std::string_view k) { return members_[index].first < k; });

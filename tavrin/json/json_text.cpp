@@ -10,7 +10,6 @@
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
-#include "tavrin/platform/foundation/short_text.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
@@ -89,42 +88,10 @@ JSONKind JSONElement::kindOfFloating() const {
     return JSONKind::floating;
 }
 
-std::size_t JSONElement::size() const {
-    constexpr std::size_t uncounted = 0xFF'FFFF;  // where the tape's counter ends
-    const std::size_t counted = payload() >> 32;
-    if (counted < uncounted) return counted;
+std::size_t JSONElement::countedSize() const {
     std::size_t size = 0;
     for (Walk walk(*this); walk.next();) ++size;
     return size;
-}
-
-std::int64_t JSONElement::integer() const {
-    return type() == 'd' ? static_cast<std::int64_t>(number<double>()) : number<std::int64_t>();
-}
-
-std::uint64_t JSONElement::unsignedInteger() const {
-    return type() == 'd' ? static_cast<std::uint64_t>(number<double>()) : number<std::uint64_t>();
-}
-
-void JSONElement::findMembers(std::span<const std::string_view> keys, JSONElement* found) const {
-    std::size_t missing = keys.size();
-    std::size_t likely = 0;  // keys often stand in the order in which they are asked for
-    Walk walk(*this);
-    while (missing > 0 && walk.next()) {
-        const std::string_view key = walk.key();
-        std::size_t at = likely;
-        for (std::size_t tried = 0; tried < keys.size(); ++tried) {
-            if (equalText(keys[at], key)) {
-                if (!found[at].exists()) {
-                    found[at] = walk.value();
-                    --missing;
-                }
-                likely = at + 1 < keys.size() ? at + 1 : 0;
-                break;
-            }
-            at = at + 1 < keys.size() ? at + 1 : 0;
-        }
-    }
 }
 
 struct JSONText::Parser {
@@ -162,7 +129,7 @@ JSONText::JSONText(std::string_view text)
 }
 
 JSONText::~JSONText() {
-    constexpr std::size_t largestKept = 1024 * 1024;
+    constexpr std::size_t largestKept = 16 * 1024 * 1024;
     if (parser_ && parser_->parser.capacity() <= largestKept) spareParser() = std::move(parser_);
 }
 

@@ -6,8 +6,10 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <span>
 #include <string_view>
+#include <utility>
+
+#include "tavrin/platform/foundation/short_text.h"
 
 namespace tavrin {
 
@@ -38,11 +40,13 @@ struct JSONTape {
 class JSONElement {
 public:
     JSONElement() = default;
-    JSONElement(const JSONTape* tape, std::size_t index) : tape_(tape), index_(index) {}
+    JSONElement(const JSONTape* tape, std::size_t index) : JSONElement(tape, tape->cells + index) {}
 
     /// False for an element that was looked for and not found.
-    [[nodiscard]] bool exists() const { return tape_ != nullptr; }
+    [[nodiscard]] bool exists() const { return cell_ != nullptr; }
     [[nodiscard]] JSONKind kind() const;
+    [[nodiscard]] bool isNull() const { return type() == 'n'; }
+    [[nodiscard]] bool isString() const { return type() == '"'; }
 
     // Each of these may only be called on an element of that kind.
     [[nodiscard]] bool boolean() const { return type() == 't'; }
@@ -53,39 +57,50 @@ public:
     /// How many elements or members there are.
     [[nodiscard]] std::size_t size() const;
 
-    /// Looks up several keys of an object in one pass: `found[i]` is the first member called `keys[i]`, or an element
-    /// that does not exist.
-    void findMembers(std::span<const std::string_view> keys, JSONElement* found) const;
+    /// Looks up several keys of an object in one pass: the first member called `keys[i]` stands at `i`, or an element
+    /// that does not exist. The keys, a constant array, are compiled into the comparisons.
+    template <const auto& keys>
+    [[nodiscard]] std::array<JSONElement, keys.size()> findMembers() const;
+
+    /// The first member that has one of several keys, or an element that does not exist.
+    template <const auto& keys>
+    [[nodiscard]] JSONElement findMember() const;
 
     /// Walks an array or an object: `while (walk.next()) use(walk.key(), walk.value())`.
     class Walk;
 
 private:
-    [[nodiscard]] std::uint64_t cell() const { return tape_->cells[index_]; }
-    [[nodiscard]] char type() const { return static_cast<char>(cell() >> 56); }
-    [[nodiscard]] std::uint64_t payload() const { return cell() & 0x00FF'FFFF'FFFF'FFFF; }
+    JSONElement(const JSONTape* tape, const std::uint64_t* cell) : tape_(tape), cell_(cell) {}
+
+    [[nodiscard]] char type() const { return static_cast<char>(*cell_ >> 56); }
+    [[nodiscard]] std::uint64_t payload() const { return *cell_ & 0x00FF'FFFF'FFFF'FFFF; }
     template <class Number>
     [[nodiscard]] Number number() const {
-        return std::bit_cast<Number>(tape_->cells[index_ + 1]);
+        return std::bit_cast<Number>(cell_[1]);
     }
-    /// The index behind this value.
-    [[nodiscard]] std::size_t next() const;
+    /// The cell behind this value, a container.
+    [[nodiscard]] const std::uint64_t* behindContainer() const {
+        return tape_->cells + static_cast<std::uint32_t>(*cell_);
+    }
+    /// The cell behind this value.
+    [[nodiscard, gnu::always_inline]] const std::uint64_t* next() const;
     [[nodiscard]] JSONKind kindOfFloating() const;
+    [[nodiscard]] std::size_t countedSize() const;
 
     const JSONTape* tape_ = nullptr;
-    std::size_t index_ = 0;
+    const std::uint64_t* cell_ = nullptr;
 };
 
 class JSONElement::Walk {
 public:
     explicit Walk(const JSONElement& container)
         : tape_(container.tape_),
-          next_(container.index_ + 1),
-          end_(container.next() - 1),
+          next_(container.cell_ + 1),
+          end_(container.behindContainer() - 1),
           isObject_(container.type() == '{') {}
 
     /// Steps to the next element; false after the last.
-    bool next() {
+    [[gnu::always_inline]] bool next() {
         if (next_ == end_) return false;
         if (isObject_) key_ = next_++;
         value_ = next_;
@@ -98,10 +113,10 @@ public:
 
 private:
     const JSONTape* tape_;
-    std::size_t next_;
-    std::size_t end_;
-    std::size_t key_ = 0;
-    std::size_t value_ = 0;
+    const std::uint64_t* next_;
+    const std::uint64_t* end_;
+    const std::uint64_t* key_ = nullptr;
+    const std::uint64_t* value_ = nullptr;
     bool isObject_;
 };
 
@@ -128,15 +143,42 @@ inline std::string_view JSONElement::string() const {
     return {stored + sizeof length, length};
 }
 
-inline std::size_t JSONElement::next() const {
-    switch (type()) {
-        case '[':
-        case '{': return static_cast<std::uint32_t>(cell());
-        case 'l':
-        case 'u':
-        case 'd': return index_ + 2;
-        default: return index_ + 1;
+inline const std::uint64_t* JSONElement::next() const {
+    const char is = type();
+    if (is == '{' || is == '[') return behindContainer();
+    // Without a branch: texts and numbers take turns too often to be foreseen.
+    return cell_ + 1 + static_cast<int>((is == 'l') | (is == 'u') | (is == 'd'));
+}
+
+inline std::int64_t JSONElement::integer() const {
+    return type() == 'd' ? static_cast<std::int64_t>(number<double>()) : number<std::int64_t>();
+}
+
+inline std::uint64_t JSONElement::unsignedInteger() const {
+    return type() == 'd' ? static_cast<std::uint64_t>(number<double>()) : number<std::uint64_t>();
+}
+
+inline std::size_t JSONElement::size() const {
+    constexpr std::size_t uncounted = 0xFF'FFFF;  // where the tape's counter ends
+    const std::size_t counted = payload() >> 32;
+    return counted < uncounted ? counted : countedSize();
+}
+
+template <const auto& keys>
+std::array<JSONElement, keys.size()> JSONElement::findMembers() const {
+    std::array<JSONElement, keys.size()> found;
+    for (Walk walk(*this); walk.next();) {
+        const std::size_t index = indexOfText<keys>(walk.key());
+        if (index < keys.size() && !found[index].exists()) found[index] = walk.value();
     }
+    return found;
+}
+
+template <const auto& keys>
+JSONElement JSONElement::findMember() const {
+    for (Walk walk(*this); walk.next();)
+        if (indexOfText<keys>(walk.key()) < keys.size()) return walk.value();
+    return {};
 }
 
 /// A parsed JSON text: UTF-8, strictly JSON grammar, nested at most `maximumDepth` deep, empty arrays and objects not

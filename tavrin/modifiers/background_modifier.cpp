@@ -4,8 +4,8 @@
 
 namespace tavrin {
 
-AnyView BackgroundModifier::modify(AnyView view, Context& context) const {
-    return Background{.background = this->view.wrappedValue.render(context), .content = std::move(view)};
+AnyView BackgroundModifier::modify(AnyView content, Context& context) const {
+    return Background{.background = view.wrappedValue.render(context), .content = std::move(content)};
 }
 
 }  // namespace tavrin

@@ -13,7 +13,7 @@ struct BackgroundModifier {
 
     static constexpr std::tuple fields{Field{"view", &BackgroundModifier::view}};
 
-    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+    [[nodiscard]] AnyView modify(AnyView content, Context& context) const;
 };
 
 }  // namespace tavrin

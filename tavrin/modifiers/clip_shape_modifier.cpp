@@ -15,10 +15,10 @@ Shape outlineOf(const AnyView& view) {
 
 }  // namespace
 
-AnyView ClipShapeModifier::modify(AnyView view, Context& context) const {
-    const AnyView rendered = this->view.wrappedValue.render(context);
+AnyView ClipShapeModifier::modify(AnyView content, Context& context) const {
+    const AnyView rendered = view.wrappedValue.render(context);
     const AnyView& unwrapped = mirrorKeyPath("storage.view", rendered);
-    return ClipShape{.shape = outlineOf(unwrapped), .content = std::move(view)};
+    return ClipShape{.shape = outlineOf(unwrapped), .content = std::move(content)};
 }
 
 }  // namespace tavrin

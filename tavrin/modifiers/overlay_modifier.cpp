@@ -4,8 +4,8 @@
 
 namespace tavrin {
 
-AnyView OverlayModifier::modify(AnyView view, Context& context) const {
-    return Overlay{.overlay = this->view.wrappedValue.render(context), .content = std::move(view)};
+AnyView OverlayModifier::modify(AnyView content, Context& context) const {
+    return Overlay{.overlay = view.wrappedValue.render(context), .content = std::move(content)};
 }
 
 }  // namespace tavrin

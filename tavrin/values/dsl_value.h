@@ -12,6 +12,7 @@
 
 #include "tavrin/values/model_context.h"
 #include "tavrin/values/shared_list.h"
+#include "tavrin/values/shared_text.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
@@ -21,32 +22,40 @@ struct Expr {
     std::string text;
 };
 
+/// The same, where the text stands elsewhere.
+struct ExprText {
+    std::string_view text;
+};
+
 /// Either a value or an expression that is not resolved yet. Hardly larger than the value: a record holds many of these,
 /// and few are expressions.
 template <class T>
 class LosslessBox {
 public:
-    explicit LosslessBox(T value) : value_(std::move(value)) {}
-    explicit LosslessBox(const Expr& expr) : LosslessBox(std::string_view(expr.text), 0) {}
-    /// An expression, from its text.
-    static LosslessBox expression(std::string_view text) { return LosslessBox(text, 0); }
+    explicit LosslessBox(const T& value) : value_(value) {}
+    explicit LosslessBox(T&& value) : value_(std::move(value)) {}
+    explicit LosslessBox(ExprText expression)
+        : value_(LosslessStringConvertible<T>::defaultValue()), expression_(expression.text) {}
+    explicit LosslessBox(const Expr& expression) : LosslessBox(ExprText{expression.text}) {}
 
+    /// Puts a value in place of what is held.
+    void set(T value) {
+        value_ = std::move(value);
+        expression_ = SharedText();
+    }
     /// The value, or null for an expression.
     [[nodiscard]] const T* value() const { return isExpression() ? nullptr : &value_; }
-    [[nodiscard]] bool isExpression() const { return !expression_.span().empty(); }
+    [[nodiscard]] bool isExpression() const { return expression_.exists(); }
     /// The expression's text; empty for a value.
-    [[nodiscard]] std::string_view expr() const { return {expression_.span().data(), expression_.span().size()}; }
+    [[nodiscard]] std::string_view expr() const { return expression_.view(); }
 
     friend bool operator==(const LosslessBox& a, const LosslessBox& b) {
-        return a.expr() == b.expr() && (a.isExpression() || a.value_ == b.value_);
+        return a.isExpression() == b.isExpression() && (a.isExpression() ? a.expr() == b.expr() : a.value_ == b.value_);
     }
 
 private:
-    LosslessBox(std::string_view text, int)
-        : value_{}, expression_(SharedList<char>::copyOf(std::span(text.data(), text.size()))) {}
-
-    T value_;
-    SharedList<char> expression_;
+    T value_;  // the type's default where an expression stands
+    SharedText expression_;
 };
 
 /// A property that the document gives as a literal of any scalar type or as an expression `{{…}}` over the model.
@@ -57,10 +66,10 @@ public:
 
     LosslessDSLValue() : box(LosslessStringConvertible<T>::defaultValue()) {}
     /// Holds a value; a string stays a string, also one in braces.
-    LosslessDSLValue(T wrappedValue)  // NOLINT(google-explicit-constructor): a value is a property in code
-        : box(std::move(wrappedValue)) {}
-    LosslessDSLValue(const Expr& expr) : box(expr) {}      // NOLINT(google-explicit-constructor)
-    explicit LosslessDSLValue(Box held) : box(std::move(held)) {}
+    LosslessDSLValue(const T& wrappedValue) : box(wrappedValue) {}       // NOLINT(google-explicit-constructor)
+    LosslessDSLValue(T&& wrappedValue) : box(std::move(wrappedValue)) {}  // NOLINT(google-explicit-constructor)
+    LosslessDSLValue(const Expr& expr) : box(expr) {}                     // NOLINT(google-explicit-constructor)
+    explicit LosslessDSLValue(ExprText expr) : box(expr) {}
 
     /// A literal in code: the type built from the literal's text, its default where that fails.
     template <class Literal>
@@ -70,7 +79,7 @@ public:
 
     /// Built from text: an expression, or a value of the type; none where the type cannot be built.
     static std::optional<LosslessDSLValue> fromText(std::string_view text) {
-        if (isExpression(text)) return LosslessDSLValue(Expr{std::string(text)});
+        if (isExpression(text)) return LosslessDSLValue(ExprText{text});
         if (std::optional<T> value = tavrin::fromText<T>(text)) return LosslessDSLValue(*std::move(value));
         return std::nullopt;
     }
@@ -82,7 +91,7 @@ public:
         if (const T* value = box.value()) return *value;
         return tavrin::fromText<T>(box.expr()).value_or(LosslessStringConvertible<T>::defaultValue());
     }
-    void setWrappedValue(T value) { box = Box(std::move(value)); }
+    void setWrappedValue(T value) { box.set(std::move(value)); }
 
     /// The value that the expression has in a model; a value that is resolved already. Throws `ModelContextError`.
     [[nodiscard]] T resolve(const ModelContext& model) const {
@@ -149,13 +158,10 @@ template <class T>
 struct Coding<LosslessDSLValue<T>> {
     static LosslessDSLValue<T> decode(const Decoder& decoder) {
         const JSONElement& literal = decoder.value();
-        const bool isText = literal.kind() == JSONKind::string;
-        if (isText && isExpression(literal.string()))
-            return LosslessDSLValue<T>(LosslessBox<T>::expression(literal.string()));
+        if (literal.isString() && isExpression(literal.string()))
+            return LosslessDSLValue<T>(ExprText{literal.string()});
         if (std::optional<T> value = convert<T>(literal)) return *std::move(value);
-        const std::string type = LosslessStringConvertible<T>::typeName();
-        if (isText) decoder.failConversion(literal.string(), type);
-        decoder.failTypeMismatch(type + " or an expression");
+        fail(decoder);
     }
     static void encode(const LosslessDSLValue<T>& value, JSONWriter& writer) {
         if (const T* held = value.box.value()) {
@@ -163,6 +169,13 @@ struct Coding<LosslessDSLValue<T>> {
         } else {
             writer.value(value.box.expr());
         }
+    }
+
+private:
+    [[noreturn]] static void fail(const Decoder& decoder) {
+        if (decoder.value().isString())
+            decoder.failConversion(decoder.value().string(), LosslessStringConvertible<T>::typeName());
+        decoder.failTypeMismatch(LosslessStringConvertible<T>::readableName() + " or an expression");
     }
 };
 
@@ -211,12 +224,20 @@ struct Coding<LossyDSLArrayValue<T>> {
 
 /// How a property of some wrapper stands in its record's JSON object: whether its key may be absent, and when it is
 /// left out.
-template <class Wrapper>
-struct FieldCoding {
+struct PlainFieldCoding {
     static constexpr bool mayBeAbsent = false;
-    static bool isLeftOut(const Wrapper&) { return false; }
-    static void encode(const Wrapper& value, JSONWriter& writer) { tavrin::encode(value, writer); }
+    template <class Wrapper>
+    static bool isLeftOut(const Wrapper&) {
+        return false;
+    }
+    template <class Wrapper>
+    static void encode(const Wrapper& value, JSONWriter& writer) {
+        tavrin::encode(value, writer);
+    }
 };
+
+template <class Wrapper>
+struct FieldCoding : PlainFieldCoding {};
 
 template <class T>
 struct FieldCoding<LosslessDSLValue<std::optional<T>>> {
@@ -228,19 +249,14 @@ struct FieldCoding<LosslessDSLValue<std::optional<T>>> {
 };
 
 template <class T>
-struct FieldCoding<DSLValue<std::optional<T>>> {
-    using Wrapper = DSLValue<std::optional<T>>;
+struct FieldCoding<DSLValue<std::optional<T>>> : PlainFieldCoding {
     static constexpr bool mayBeAbsent = true;
-    static bool isLeftOut(const Wrapper& value) { return !value.wrappedValue.has_value(); }
-    static void encode(const Wrapper& value, JSONWriter& writer) { tavrin::encode(value, writer); }
+    static bool isLeftOut(const DSLValue<std::optional<T>>& value) { return !value.wrappedValue.has_value(); }
 };
 
 template <class T>
-struct FieldCoding<DSLValueWithDefault<T>> {
-    using Wrapper = DSLValueWithDefault<T>;
+struct FieldCoding<DSLValueWithDefault<T>> : PlainFieldCoding {
     static constexpr bool mayBeAbsent = true;
-    static bool isLeftOut(const Wrapper&) { return false; }
-    static void encode(const Wrapper& value, JSONWriter& writer) { tavrin::encode(value, writer); }
 };
 
 }  // namespace tavrin

@@ -43,24 +43,21 @@ struct PathStep {
 
 /// Goes through the path of an expression, step by step.
 class PathWalk {
+    static constexpr std::size_t none = std::string_view::npos;
+
 public:
-    explicit PathWalk(std::string_view inner) : rest_(inner) {}
+    explicit PathWalk(std::string_view inner) : rest_(inner), hasIndices_(inner.find('[') != none) {}
 
     std::optional<PathStep> next() {
         if (std::exchange(indexIsNext_, false)) return PathStep{{}, index_, true};
         while (!rest_.empty()) {
-            constexpr std::size_t none = std::string_view::npos;
-            std::size_t open = none;
-            std::size_t close = none;
-            std::size_t end = 0;
-            for (; end < rest_.size() && rest_[end] != '.'; ++end) {
-                if (rest_[end] == '[' && open == none) open = end;
-                if (rest_[end] == ']' && close == none) close = end;
-            }
-            const std::string_view component = rest_.substr(0, end);
-            rest_.remove_prefix(std::min(end + 1, rest_.size()));
+            const std::string_view component = rest_.substr(0, rest_.find('.'));
+            rest_.remove_prefix(std::min(component.size() + 1, rest_.size()));
             if (component.empty()) continue;
-            return PathStep{open != none && close != none ? splitIndex(component, open, close) : component};
+            if (!hasIndices_) return PathStep{component};
+            const std::size_t open = component.find('[');
+            const std::size_t close = open == none ? none : component.find(']');
+            return PathStep{close == none ? component : splitIndex(component, open, close)};
         }
         return std::nullopt;
     }
@@ -77,6 +74,7 @@ private:
     }
 
     std::string_view rest_;
+    bool hasIndices_;  // whether any component may have one
     std::int64_t index_ = 0;
     bool indexIsNext_ = false;
 };

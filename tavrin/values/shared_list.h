@@ -1,13 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <new>
 #include <span>
 #include <utility>
-#include <vector>
 
+#include "tavrin/platform/foundation/counted.h"
 #include "tavrin/platform/foundation/pool_allocator.h"
 
 namespace tavrin {
@@ -18,7 +17,7 @@ class SharedList {
 public:
     SharedList() = default;
     SharedList(const SharedList& other) noexcept : block_(other.block_) {
-        if (block_ != nullptr) block_->users.fetch_add(1, std::memory_order_relaxed);
+        if (block_ != nullptr) block_->owners.add();
     }
     SharedList(SharedList&& other) noexcept : block_(std::exchange(other.block_, nullptr)) {}
     SharedList& operator=(SharedList other) noexcept {
@@ -26,7 +25,7 @@ public:
         return *this;
     }
     ~SharedList() {
-        if (block_ != nullptr && block_->users.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(block_);
+        if (block_ != nullptr && block_->owners.remove()) destroy(block_);
     }
 
     /// A list of `count` values, each made by `make()`, in order. What is made is undone when one of them throws.
@@ -34,14 +33,10 @@ public:
     static SharedList generate(std::size_t count, Make make) {
         SharedList list;
         if (count == 0) return list;
-        list.block_ = ::new (pool::allocate(bytesFor(count))) Block{1, 0, count};
+        list.block_ = ::new (pool::allocate(bytesFor(count))) Block{{}, 0, count};
         for (T* place = values(list.block_); list.block_->size < count; ++place, ++list.block_->size)
             ::new (static_cast<void*>(place)) T(make());
         return list;
-    }
-
-    static SharedList copyOf(std::span<const T> values) {
-        return generate(values.size(), [next = values.data()]() mutable { return *next++; });
     }
 
     [[nodiscard]] std::span<const T> span() const {
@@ -49,16 +44,18 @@ public:
     }
 
 private:
-    struct alignas(std::max_align_t) Block {
-        std::atomic<std::size_t> users;
+    struct Block {
+        OwnerCount owners;
         std::size_t size;
         std::size_t capacity;
     };
+    static_assert(alignof(T) <= alignof(Block));
 
     static constexpr std::size_t bytesFor(std::size_t count) { return sizeof(Block) + count * sizeof(T); }
     static T* values(Block* block) { return std::launder(reinterpret_cast<T*>(block + 1)); }
 
-    static void destroy(Block* block) noexcept {
+    // Apart, so that the destructor itself is inline: most lists are empty.
+    [[gnu::noinline]] static void destroy(Block* block) noexcept {
         std::destroy_n(values(block), block->size);
         const std::size_t bytes = bytesFor(block->capacity);
         std::destroy_at(block);

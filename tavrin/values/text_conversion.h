@@ -13,7 +13,8 @@
 namespace tavrin {
 
 /// The raw strings of a keyword enumeration, specialised once for each:
-/// `typeName`, `raw` (the raw values, in the order of the cases, which count from 0) and `defaultCase`.
+/// `typeName`, `raw` (the raw values, in the order of the cases, which count from 0) and, for the type of a property,
+/// `defaultCase`.
 template <class Enum>
 struct Keywords;
 
@@ -28,14 +29,13 @@ template <KeywordEnum Enum>
 /// The case whose raw value is exactly `text`.
 template <KeywordEnum Enum>
 [[nodiscard]] std::optional<Enum> fromRawValue(std::string_view text) {
-    for (std::size_t i = 0; i < Keywords<Enum>::raw.size(); ++i)
-        if (equalText(Keywords<Enum>::raw[i], text)) return static_cast<Enum>(i);
-    return std::nullopt;
+    const std::size_t index = indexOfText<Keywords<Enum>::raw>(text);
+    return index < Keywords<Enum>::raw.size() ? std::optional(static_cast<Enum>(index)) : std::nullopt;
 }
 
-/// How a property's type is built from text and written as text, its fallback and its name:
-/// `static std::optional<T> fromText(std::string_view)`, `static std::string description(const T&)`,
-/// `static T defaultValue()` and `static std::string typeName()`.
+/// How a property's type is built from text and written as text, its fallback and its names, the second one in words for
+/// messages: `static std::optional<T> fromText(std::string_view)`, `static std::string description(const T&)`,
+/// `static T defaultValue()`, `static std::string typeName()` and `static std::string readableName()`.
 template <class T>
 struct LosslessStringConvertible;
 
@@ -45,6 +45,7 @@ struct LosslessStringConvertible<std::string> {
     static std::string description(const std::string& value) { return value; }
     static std::string defaultValue() { return {}; }
     static std::string typeName() { return "String"; }
+    static std::string readableName() { return "a string"; }
 };
 
 template <>
@@ -57,6 +58,7 @@ struct LosslessStringConvertible<bool> {
     static std::string description(bool value) { return value ? "true" : "false"; }
     static bool defaultValue() { return false; }
     static std::string typeName() { return "Bool"; }
+    static std::string readableName() { return "a boolean"; }
 };
 
 template <std::integral T>
@@ -69,6 +71,7 @@ struct LosslessStringConvertible<T> {
         if constexpr (sizeof(T) == sizeof(std::int64_t)) return std::signed_integral<T> ? "Int" : "UInt";
         return (std::signed_integral<T> ? "Int" : "UInt") + toText(8 * sizeof(T));
     }
+    static std::string readableName() { return "a whole number"; }
 };
 
 template <std::floating_point T>
@@ -83,6 +86,7 @@ struct LosslessStringConvertible<T> {
     static std::string description(T value) { return toText(value); }
     static T defaultValue() { return 0; }
     static std::string typeName() { return std::same_as<T, float> ? "Float" : "Double"; }
+    static std::string readableName() { return "a number"; }
 };
 
 template <KeywordEnum Enum>
@@ -91,6 +95,7 @@ struct LosslessStringConvertible<Enum> {
     static std::string description(Enum value) { return std::string(rawValue(value)); }
     static Enum defaultValue() { return Keywords<Enum>::defaultCase; }
     static std::string typeName() { return std::string(Keywords<Enum>::typeName); }
+    static std::string readableName() { return "a keyword"; }
 };
 
 /// An optional is always built: it is absent where its own type cannot be.
@@ -104,6 +109,7 @@ struct LosslessStringConvertible<std::optional<T>> {
     }
     static std::optional<T> defaultValue() { return std::nullopt; }
     static std::string typeName() { return "Optional<" + LosslessStringConvertible<T>::typeName() + ">"; }
+    static std::string readableName() { return LosslessStringConvertible<T>::readableName(); }
 };
 
 template <class T>
@@ -120,8 +126,7 @@ template <KeywordEnum Enum>
 struct Coding<Enum> {
     static Enum decode(const Decoder& decoder) {
         decoder.require(JSONKind::string);
-        const std::string_view word = decoder.value().string();
-        if (const std::optional<Enum> found = fromRawValue<Enum>(word)) return *found;
+        if (const std::optional<Enum> found = fromRawValue<Enum>(decoder.value().string())) return *found;
         failUnknownKeyword(decoder, Keywords<Enum>::typeName, Keywords<Enum>::raw);
     }
     static void encode(Enum value, JSONWriter& writer) { writer.value(rawValue(value)); }

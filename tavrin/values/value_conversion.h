@@ -15,7 +15,10 @@
 namespace tavrin {
 
 /// Whether a text is an expression: begins with "{{" and ends with "}}".
-[[nodiscard]] constexpr bool isExpression(std::string_view text) { return text.starts_with("{{") && text.ends_with("}}"); }
+[[nodiscard]] constexpr bool isExpression(std::string_view text) {
+    const std::size_t size = text.size();
+    return size >= 2 && text[0] == '{' && text[1] == '{' && text[size - 2] == '}' && text[size - 1] == '}';
+}
 
 /// The single-precision number that a double's shortest decimal text reads as.
 [[nodiscard]] float singlePrecision(double value);
@@ -51,12 +54,12 @@ template <class T>
 /// Converts a literal of the document; none for null, arrays, objects and what the type cannot be built from.
 template <class T>
 [[nodiscard]] std::optional<T> convert(const JSONElement& literal) {
+    if (literal.isString()) return fromText<T>(literal.string());
     switch (literal.kind()) {
         case JSONKind::boolean: return convertBool<T>(literal.boolean());
         case JSONKind::integer: return convertNumber<T>(literal.integer());
         case JSONKind::unsigned_: return convertNumber<T>(literal.unsignedInteger());
         case JSONKind::floating: return convertNumber<T>(literal.floating());
-        case JSONKind::string: return fromText<T>(literal.string());
         default: return std::nullopt;
     }
 }

@@ -212,9 +212,8 @@ TEST(JSONText, BoundsNesting) {
 
 TEST(JSONText, FindsTheFirstOfEqualKeys) {
     const JSONText text(R"({"b": 1, "a": 2, "b": 3, "c": {"d": 4}, "a": 5})");
-    constexpr std::array<std::string_view, 4> keys{"a", "b", "c", "d"};
-    std::array<JSONElement, 4> found;
-    text.root().findMembers(keys, found.data());
+    static constexpr std::array<std::string_view, 4> keys{"a", "b", "c", "d"};
+    const std::array<JSONElement, 4> found = text.root().findMembers<keys>();
     EXPECT_EQ(found[0].integer(), 2);
     EXPECT_EQ(found[1].integer(), 1);
     EXPECT_EQ(found[2].kind(), JSONKind::object);

@@ -1,4 +1,3 @@
-#include <chrono>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tests/layout/laid_out.h"
@@ -62,12 +61,8 @@ TEST(Costs, FlatStacksAreLinear) {
               AnyView(HStack{.children = {Rectangle{}, Text{.content = "y"}}})}) {
             const AnyView stack =
                 VStack{.spacing = 0, .children = std::vector<AnyView>(static_cast<std::size_t>(count), child)};
-            const auto start = std::chrono::steady_clock::now();
             const LayoutTree tree = laidOut(stack, {338, 1e7});  // enough that there is something to share out
-            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
             EXPECT_LT(answersPerNode(tree), 12);
-            EXPECT_LT(seconds.count(), 5) << "milliseconds are expected, slow machines and sanitizers allowed for";
-            RecordProperty(std::string(child.box().name()) + std::to_string(count), std::to_string(seconds.count()));
         }
     }
 }
@@ -94,17 +89,14 @@ TEST(Costs, RatiosDoNotMultiplyTheWorkWithoutEnd) {
     for (const bool own : {false, true}) {
         for (const int depth : {10, 40, 500}) {
             SCOPED_TRACE(depth);
-            const auto start = std::chrono::steady_clock::now();
             try {
                 const LayoutTree tree = laidOut(ratios(depth, own));
                 EXPECT_LE(tree.answerCount(), 10'000'000 + 100 * tree.nodes().size());
             } catch (const TavrinError& error) {
                 EXPECT_EQ(error.kind, "Engine");
                 EXPECT_THAT(error.message, testing::MatchesRegex("layout takes more than [0-9]+ steps"));
-                EXPECT_EQ(depth, 500) << "what documents can hold is laid out";
+                EXPECT_EQ(depth, 500) << "these are laid out";
             }
-            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-            EXPECT_LT(seconds.count(), 20);
         }
     }
 }

@@ -212,18 +212,18 @@ TEST(LayoutModifiers, FailToDecode) {
         {"aspectRatio needs a mode", R"({"type": "aspectRatio", "aspectRatio": 1})",
          "keyNotFound at : the key \"contentMode\" is missing"},
         {"the ratio is looked at first", R"({"type": "aspectRatio", "aspectRatio": []})",
-         "typeMismatch at aspectRatio: expected Optional<Float> or an expression, found an array"},
+         "typeMismatch at aspectRatio: expected a number or an expression, found an array"},
         {"an unknown mode", R"({"type": "aspectRatio", "contentMode": "stretch"})",
          "conversion at contentMode: cannot convert \"stretch\" to AspectRatioModifier.ContentMode"},
         {"zIndex needs its index", R"({"type": "zIndex"})", "keyNotFound at : the key \"zIndex\" is missing"},
         {"null is no index", R"({"type": "zIndex", "zIndex": null})",
-         "valueNotFound at zIndex: expected Float or an expression, found null"},
+         "valueNotFound at zIndex: expected a number or an expression, found null"},
         {"a boolean is no index", R"({"type": "zIndex", "zIndex": true})",
-         "typeMismatch at zIndex: expected Float or an expression, found a boolean"},
+         "typeMismatch at zIndex: expected a number or an expression, found a boolean"},
         {"a word is no index", R"({"type": "zIndex", "zIndex": "abc"})",
          "conversion at zIndex: cannot convert \"abc\" to Float"},
         {"a frame's width", R"({"type": "frame", "width": {}})",
-         "typeMismatch at width: expected Optional<Float> or an expression, found an object"},
+         "typeMismatch at width: expected a number or an expression, found an object"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

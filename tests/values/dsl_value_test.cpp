@@ -154,7 +154,7 @@ TEST(LosslessDSLValue, SaysWhatIsWrong) {
         FAIL();
     } catch (const DecodingError& error) {
         EXPECT_EQ(error.kind, DecodingError::Kind::typeMismatch);
-        EXPECT_EQ(error.message, "expected Float or an expression, found an array");
+        EXPECT_EQ(error.message, "expected a number or an expression, found an array");
     }
 }
 
@@ -226,6 +226,16 @@ TEST(LosslessDSLValue, ExpressionsReadAsTheirText) {
     EXPECT_EQ(Value<float>(Expr{"12"}).wrappedValue(), 12.0f) << "any text can be put there in code";
     EXPECT_EQ(Value<float>(Expr{title.text}).description(), "0.0");
     EXPECT_EQ(Value<std::optional<float>>(Expr{title.text}).description(), "");
+}
+
+TEST(LosslessDSLValue, AnEmptyExpressionIsNoValue) {
+    const Value<float> empty(Expr{""});
+    EXPECT_FALSE(empty.resolved());
+    EXPECT_EQ(empty.box.value(), nullptr);
+    EXPECT_EQ(empty.wrappedValue(), 0.0f);
+    EXPECT_FALSE(empty == Value<float>(0.0f));
+    EXPECT_EQ(empty, Value<float>(Expr{""}));
+    EXPECT_EQ(Value<FontWeight>(Expr{""}).wrappedValue(), FontWeight::regular);
 }
 
 TEST(LosslessDSLValue, IsMadeInCode) {

@@ -140,7 +140,9 @@ void JSONWriter::end(char bracket, bool isArray) {
 void JSONWriter::newLine() {
     if (style_ == Style::compact) return;
     text_ += '\n';
-    text_.append(2 * open_.size(), ' ');
+    // Deeper lines stay where they are: else the blanks of a deep tree outweigh everything else.
+    constexpr std::size_t deepestIndented = 64;
+    text_.append(2 * std::min(open_.size(), deepestIndented), ' ');
 }
 
 void JSONWriter::string(std::string_view text) {

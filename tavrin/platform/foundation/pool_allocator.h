@@ -1,47 +1,76 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <utility>
 
-namespace tavrin {
-
-/// Small blocks of memory, kept by each thread for the next use. A document and its views are made of many small
-/// values that come and go together; the general allocator takes several times as long for them.
-namespace pool {
+/// Small blocks of memory, kept by each thread for the next use. A document and its views are made of many small values
+/// that come and go together; the general allocator takes several times as long for them.
+namespace tavrin::pool {
 
 /// Larger blocks come from the general allocator.
 inline constexpr std::size_t largestBlock = 512;
 
-[[nodiscard]] void* allocate(std::size_t bytes);
+[[nodiscard]] inline void* allocate(std::size_t bytes);
 /// Also for a block that another thread allocated.
-void deallocate(void* block, std::size_t bytes) noexcept;
+inline void deallocate(void* block, std::size_t bytes) noexcept;
 
-}  // namespace pool
+// What follows is only for those two, which are used in so many places that they must be inline.
 
-/// The standard allocator over those blocks.
-template <class T>
-struct PoolAllocator {
-    using value_type = T;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool keepsBlocks = false;  // so that the sanitizers see every block come and go
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+inline constexpr bool keepsBlocks = false;
+#else
+inline constexpr bool keepsBlocks = true;
+#endif
+#else
+inline constexpr bool keepsBlocks = true;
+#endif
 
-    PoolAllocator() = default;
-    template <class U>
-    PoolAllocator(const PoolAllocator<U>&) noexcept {}  // NOLINT(google-explicit-constructor): as allocators do
+inline constexpr std::size_t step = 16;
+inline constexpr std::size_t classCount = largestBlock / step;
 
-    [[nodiscard]] T* allocate(std::size_t count) {
-        static_assert(alignof(T) <= alignof(std::max_align_t));
-        return static_cast<T*>(pool::allocate(count * sizeof(T)));
-    }
-    void deallocate(T* values, std::size_t count) noexcept { pool::deallocate(values, count * sizeof(T)); }
-
-    friend bool operator==(const PoolAllocator&, const PoolAllocator&) { return true; }
+/// A free block; its own memory links it to the next one of its size.
+struct FreeBlock {
+    FreeBlock* next;
 };
 
-/// `std::make_shared` from the pool.
-template <class T, class... Arguments>
-[[nodiscard]] std::shared_ptr<T> makePooled(Arguments&&... arguments) {
-    return std::allocate_shared<T>(PoolAllocator<std::byte>(), std::forward<Arguments>(arguments)...);
+struct FreeList {
+    FreeBlock* first = nullptr;
+    std::size_t room = 0;  // how many more blocks the list takes; none before its thread's first one and after its end
+};
+
+// Plain data, so that a value that outlives the thread's other locals still finds it.
+extern constinit thread_local std::array<FreeList, classCount> freeLists;
+
+constexpr std::size_t classOf(std::size_t bytes) { return bytes == 0 ? 0 : (bytes - 1) / step; }
+
+/// Opens the thread's lists or, when they are full or closed, frees the block.
+void deallocateWithoutRoom(void* block, std::size_t bytes) noexcept;
+
+inline void* allocate(std::size_t bytes) {
+    if (!keepsBlocks || bytes > largestBlock) return ::operator new(bytes);
+    FreeList& list = freeLists[classOf(bytes)];
+    if (list.first == nullptr) return ::operator new((classOf(bytes) + 1) * step);
+    ++list.room;
+    return std::exchange(list.first, list.first->next);
 }
 
-}  // namespace tavrin
+inline void deallocate(void* block, std::size_t bytes) noexcept {
+    if (!keepsBlocks || bytes > largestBlock) return ::operator delete(block);
+    FreeList& list = freeLists[classOf(bytes)];
+    if (list.room == 0) return deallocateWithoutRoom(block, bytes);
+    --list.room;
+    list.first = ::new (block) FreeBlock{list.first};
+}
+
+/// Makes `new` and `delete` of a class and those derived from it use the pool.
+struct Pooled {
+    static void* operator new(std::size_t bytes) { return allocate(bytes); }
+    static void operator delete(void* block, std::size_t bytes) { deallocate(block, bytes); }
+};
+
+}  // namespace tavrin::pool

@@ -1,31 +1,29 @@
 #pragma once
 
-#include <cstdint>
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace tavrin {
 
-/// Whether two texts are the same; made for keys and keywords, where a call to `memcmp` costs more than the comparison.
-[[nodiscard]] inline bool equalText(std::string_view a, std::string_view b) {
-    const std::size_t size = a.size();
-    if (size != b.size()) return false;
-    const auto wordsDiffer = [&]<class Word>(Word, std::size_t offset) {
-        Word x;
-        Word y;
-        std::memcpy(&x, a.data() + offset, sizeof x);
-        std::memcpy(&y, b.data() + offset, sizeof y);
-        return x != y;
+/// Where a text stands in a constant array of texts; the array's size where it does not. Made for keys and keywords:
+/// sizes and bytes to compare with are compiled in, so that most comparisons end with one instruction.
+template <const auto& texts>
+[[nodiscard]] inline std::size_t indexOfText(std::string_view text) {
+    std::size_t found = texts.size();
+    const auto isAt = [&]<std::size_t index>(std::integral_constant<std::size_t, index>) {
+        constexpr std::string_view candidate = texts[index];
+        if (text.size() != candidate.size() || std::memcmp(text.data(), candidate.data(), candidate.size()) != 0)
+            return false;
+        found = index;
+        return true;
     };
-    // Two words that overlap cover every size between one and two of them.
-    if (size > 2 * sizeof(std::uint64_t)) return std::memcmp(a.data(), b.data(), size) == 0;
-    if (size >= sizeof(std::uint64_t))
-        return !wordsDiffer(std::uint64_t{}, 0) && !wordsDiffer(std::uint64_t{}, size - sizeof(std::uint64_t));
-    if (size >= sizeof(std::uint32_t))
-        return !wordsDiffer(std::uint32_t{}, 0) && !wordsDiffer(std::uint32_t{}, size - sizeof(std::uint32_t));
-    for (std::size_t i = 0; i < size; ++i)
-        if (a[i] != b[i]) return false;
-    return true;
+    [&]<std::size_t... index>(std::index_sequence<index...>) {
+        static_cast<void>((isAt(std::integral_constant<std::size_t, index>()) || ...));
+    }(std::make_index_sequence<texts.size()>());
+    return found;
 }
 
 }  // namespace tavrin

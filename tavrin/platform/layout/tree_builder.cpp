@@ -40,6 +40,11 @@ SpacerAxes axesInside(ViewKind kind, SpacerAxes outside) {
     }
 }
 
+/// The engine's memory of shapes is not made for texts from this size on, in bytes; a tree remembers its own.
+constexpr std::size_t longText = 64 * 1024;
+/// A shape takes dozens of times the memory of its text.
+constexpr std::size_t maximumLongTextBytes = 4 * 1024 * 1024;
+
 Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
     Font font = text.font.value_or(environment.font);
     if (text.fontWeight) font.weight = *text.fontWeight;
@@ -169,10 +174,19 @@ std::uint32_t TreeBuilder::addText(const Pending& pending) {
     } else {
         const std::string& shown = std::get<std::string>(text.content);
         item.bytes = shown.size();
-        item.shaped = texts_.shape(shown, font);
+        item.shaped = shown.size() < longText ? texts_.shape(shown, font) : shapeLongText(shown, font);
     }
     tree_.texts_.push_back(std::move(item));
     return static_cast<std::uint32_t>(tree_.texts_.size() - 1);
+}
+
+std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const std::string& shown, const Font& font) {
+    for (const LongText& known : longTexts_)
+        if (known.font == font && *known.text == shown) return known.shaped;
+    longTextBytes_ += shown.size();
+    if (longTextBytes_ > maximumLongTextBytes)
+        throw TavrinError("Engine", "more than " + std::to_string(maximumLongTextBytes) + " bytes of long texts are laid out");
+    return longTexts_.emplace_back(LongText{&shown, font, texts_.shape(shown, font)}).shaped;
 }
 
 std::uint32_t TreeBuilder::addContainer() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
@@ -50,6 +52,16 @@ private:
     void sortForDrawing(LayoutTree::ContainerItem& stack);
     [[nodiscard]] double zIndex(Index child) const;
 
+    /// A text that is shaped once however often it stands in the tree.
+    struct LongText {
+        const std::string* text;
+        Font font;
+        std::shared_ptr<const text::ShapedText> shaped;
+    };
+    std::shared_ptr<const text::ShapedText> shapeLongText(const std::string& shown, const Font& font);
+
+    std::vector<LongText> longTexts_;
+    std::size_t longTextBytes_ = 0;
     LayoutTree& tree_;
     text::TextEngine& texts_;
     const Diagnostics& diagnostics_;

@@ -90,14 +90,23 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return;
     const double width = std::min(pen.width, state_->farPoints());
+    const Rect outline = outlineBounds(shape, *box);
+    const Rect outside = inset(outline, -width / 2);
+    // Cairo leaves holes in strokes that meet in the middle: those are all that their outer edge surrounds.
+    const bool isClosed = width >= std::min(outline.size.width, outline.size.height);
     const auto draw = [&](cairo_t* context) {
-        setPen(context, pen, width);
-        appendOutline(context, shape, *box);
-        cairo_stroke(context);
+        if (isClosed) {
+            appendOutline(context, grown(shape, *box, width / 2), outside);
+            cairo_fill(context);
+        } else {
+            setPen(context, pen, width);
+            appendOutline(context, shape, *box);
+            cairo_stroke(context);
+        }
     };
     if (state_->raster && !state_->level().outlinedClip && std::holds_alternative<Gradient>(paint)) {
         const cairo_matrix_t matrix = state_->matrix();
-        const PixelRect touched = state_->touchedPixels(inset(outlineBounds(shape, *box), -width / 2));
+        const PixelRect touched = state_->touchedPixels(outside);
         const PixelRect area = intersection(touched, state_->level().clip);
         const std::optional<PixelSource> source = PixelSource::make(paint, matrix);
         if (!source || area.empty()) return;

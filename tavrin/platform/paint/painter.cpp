@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "tavrin/platform/ui/primitive_views.h"
 
@@ -115,13 +116,12 @@ private:
     void draw(const Opacity& opacity, Index index, const LayoutNode&) {
         if (!(opacity.value > 0)) return;
         const Index content = tree_.content(index);
-        if (opacity.value >= 1) return paint(content);
-        if (layers_ >= maximumLayers || isOnePrimitive(content)) return fade(content, opacity.value);
-        canvas_.beginLayer();
-        ++layers_;
-        paint(content);
-        --layers_;
-        canvas_.endLayer(opacity.value);
+        const double before = std::exchange(opacity_, opacity_ * std::min(opacity.value, 1.0));
+        if (opacity_ >= 1 || layers_ >= maximumLayers || isFadedAlike(content))
+            paint(content);
+        else
+            paintAsLayer(content);
+        opacity_ = before;
     }
 
     // Helpers.
@@ -142,16 +142,20 @@ private:
         canvas_.restore();
     }
 
-    /// Draws with every colour's opacity reduced: the same as a layer where nothing overlaps.
-    void fade(Index content, double opacity) {
-        const double before = opacity_;
-        opacity_ *= opacity;
+    /// Draws a subtree as a whole with the present opacity.
+    void paintAsLayer(Index content) {
+        const double whole = std::exchange(opacity_, 1);
+        canvas_.beginLayer();
+        ++layers_;
         paint(content);
-        opacity_ = before;
+        --layers_;
+        canvas_.endLayer(whole);
+        opacity_ = whole;
     }
 
-    /// Whether a subtree draws one thing only, so that fading it needs no layer.
-    [[nodiscard]] bool isOnePrimitive(Index index) const {
+    /// Whether a subtree needs no layer to be faded: it draws one thing only, or what it draws is faded further in, by
+    /// an opacity of its own, which then counts both.
+    [[nodiscard]] bool isFadedAlike(Index index) const {
         while (!tree_.node(index).absent) {
             switch (tree_.node(index).kind) {
                 case ViewKind::vstack:
@@ -176,7 +180,6 @@ private:
                 case ViewKind::clipShape:
                 case ViewKind::clipped:
                 case ViewKind::cornerRadius:
-                case ViewKind::opacity:
                 case ViewKind::composed: index = tree_.content(index); break;
                 default: return true;
             }

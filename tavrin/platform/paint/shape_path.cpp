@@ -173,6 +173,13 @@ Rect outlineBounds(const Shape& shape, const Rect& bounds) {
     return {{origin.x + (size.width - side) / 2, origin.y + (size.height - side) / 2}, {side, side}};
 }
 
+Shape grown(const Shape& shape, const Rect& bounds, double by) {
+    const auto* rounded = std::get_if<RoundedRectangle>(&shape);
+    const std::optional<Outline> outline = rounded ? outlineOf(shape, bounds) : std::nullopt;
+    if (!outline || outline->radius == 0) return rounded ? Shape(Rectangle{}) : shape;
+    return RoundedRectangle{outline->radius + by, rounded->style};
+}
+
 Size cornerExtent(const Shape& shape, const Rect& bounds) {
     const std::optional<Outline> outline = outlineOf(shape, bounds);
     if (!outline) return {};

@@ -14,6 +14,10 @@ namespace tavrin::paint {
 /// rectangle, at most half the width and half the height.
 [[nodiscard]] Size cornerExtent(const Shape& shape, const Rect& bounds);
 
+/// The shape whose outline runs `by` points outside of another's, in outline bounds that are larger by as much on each
+/// side; for continuous corners nearly so.
+[[nodiscard]] Shape grown(const Shape& shape, const Rect& bounds, double by);
+
 /// Appends a shape's closed outline, filling `bounds`, to Cairo's current path: clockwise from the top edge. A corner
 /// radius is limited to 0…half the smaller side, and NaN counts as 0. Bounds without area or with a number that is not
 /// finite append nothing.

@@ -6,18 +6,23 @@
 namespace tavrin::paint {
 
 std::string withStableNames(std::string_view svg) {
-    constexpr std::string_view stem = "surface";
+    constexpr std::string_view stems[] = {"surface", "image"};
     std::map<std::string_view, std::size_t> numbers;
     std::string result;
     result.reserve(svg.size());
-    for (std::size_t found; (found = svg.find(stem)) != std::string_view::npos;) {
-        const bool isName = found > 0 && (svg[found - 1] == '"' || svg[found - 1] == '#');
-        result += svg.substr(0, found + stem.size());
-        svg.remove_prefix(found + stem.size());
-        if (!isName) continue;
-        const std::string_view number = svg.substr(0, svg.find_first_not_of("0123456789"));
-        result += std::to_string(numbers.try_emplace(number, numbers.size() + 1).first->second);
-        svg.remove_prefix(number.size());
+    // A name stands after a quotation mark where it is given, after a hash where it is used.
+    for (std::size_t mark; (mark = svg.find_first_of("\"#")) != std::string_view::npos;) {
+        result += svg.substr(0, mark + 1);
+        svg.remove_prefix(mark + 1);
+        for (const std::string_view stem : stems) {
+            if (!svg.starts_with(stem)) continue;
+            const std::string_view name = svg.substr(0, svg.find_first_not_of("0123456789", stem.size()));
+            if (name == stem) continue;
+            result += stem;
+            result += std::to_string(numbers.try_emplace(name, numbers.size() + 1).first->second);
+            svg.remove_prefix(name.size());
+            break;
+        }
     }
     return result += svg;
 }

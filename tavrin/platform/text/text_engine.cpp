@@ -31,21 +31,29 @@ Size TextBlock::size() const { return lines_ ? lines_->broken->size : Size{}; }
 std::size_t TextBlock::lineCount() const { return lines_ ? lines_->broken->lines.size() : 0; }
 bool TextBlock::truncated() const { return lines_ && lines_->broken->truncated; }
 
-TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library)
-    : state_(std::make_unique<State>(std::move(library))) {}
+TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library) : library_(std::move(library)) {}
 TextEngine::~TextEngine() = default;
 
+TextEngine::State& TextEngine::state() {
+    if (!state_) {
+        if (!library_) library_ = FontLibrary::system();
+        state_ = std::make_unique<State>(library_);
+    }
+    return *state_;
+}
+
 TextEngine& TextEngine::ofThisThread() {
-    thread_local TextEngine engine(FontLibrary::system());
+    thread_local TextEngine engine(nullptr);
     return engine;
 }
 
 std::shared_ptr<const ShapedText> TextEngine::shape(std::string_view text, const Font& font) {
     Font drawn = font;
     if (std::isnan(drawn.size)) drawn.size = 0;  // equal to itself, for the cache
-    if (auto kept = state_->shapes.find(text, drawn)) return kept;
-    auto shaped = state_->shaper.shape(text, drawn);
-    state_->shapes.keep(text, drawn, shaped);
+    State& known = state();
+    if (auto kept = known.shapes.find(text, drawn)) return kept;
+    auto shaped = known.shaper.shape(text, drawn);
+    known.shapes.keep(text, drawn, shaped);
     return shaped;
 }
 
@@ -61,7 +69,7 @@ TextBlock TextEngine::fit(const std::shared_ptr<const ShapedText>& text, const T
 
 void TextEngine::draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color) {
     if (const auto* lines = block.lines())
-        state_->painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
+        state().painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
 }
 
 }  // namespace tavrin::text

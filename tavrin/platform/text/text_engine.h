@@ -88,6 +88,7 @@ private:
 /// text costs next to nothing in the next picture.
 class TextEngine {
 public:
+    /// Null is the system library; it is opened when the first text is shaped.
     explicit TextEngine(std::shared_ptr<const FontLibrary> library);
     ~TextEngine();
     TextEngine(const TextEngine&) = delete;
@@ -109,6 +110,9 @@ public:
 
 private:
     struct State;
+    State& state();
+
+    std::shared_ptr<const FontLibrary> library_;
     std::unique_ptr<State> state_;
 };
 

@@ -33,6 +33,16 @@ int toPixel(double position) {
     return static_cast<int>(std::clamp(position, -farAway, farAway));
 }
 
+/// The picture with every pixel faded. (As a mask around a scaled picture, Cairo 1.16 writes SVG that shows a part of it.)
+Picture fadedCopy(cairo_surface_t* picture, double opacity) {
+    Picture copy(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(picture),
+                                            cairo_image_surface_get_height(picture)));
+    const Handle<cairo_t, cairo_destroy> cairo(cairo_create(copy.get()));
+    cairo_set_source_surface(cairo.get(), picture, 0, 0);
+    cairo_paint_with_alpha(cairo.get(), opacity);
+    return copy;
+}
+
 }  // namespace
 
 struct TextPainter::Target {
@@ -171,9 +181,10 @@ void TextPainter::drawPicture(const Target& target, double size, FontId font, st
         cairo_translate(cairo, corner.x, corner.y);
         cairo_scale(cairo, box.width * size / cairo_image_surface_get_width(picture),
                     box.height * size / cairo_image_surface_get_height(picture));
-        cairo_set_source_surface(cairo, picture, 0, 0);
+        const Picture faded = target.color.opacity < 1 ? fadedCopy(picture, target.color.opacity) : nullptr;
+        cairo_set_source_surface(cairo, faded ? faded.get() : picture, 0, 0);
         cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_GOOD);
-        cairo_paint_with_alpha(cairo, std::min(1.0, target.color.opacity));
+        cairo_paint(cairo);
     }
     cairo_restore(cairo);
 }

@@ -3,6 +3,7 @@
 #include <cxxabi.h>
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
@@ -17,17 +18,15 @@ std::string ViewBox::typeName() const {
     return name ? name.get() : mangled;
 }
 
-AnyView::AnyView() : box_(emptyBox()) {}
+AnyView::AnyView() : AnyView(empty()) {}
 
-const std::shared_ptr<const ViewBox>& AnyView::emptyBox() {
-    static const std::shared_ptr<const ViewBox> empty = std::make_shared<const Box<EmptyView>>(EmptyView{});
+const AnyView& AnyView::empty() {
+    static const AnyView empty = EmptyView{};
     return empty;
 }
 
-std::uint32_t AnyView::nestingAround(std::uint32_t inner) {
-    if (inner >= maximumNesting)
-        throw TavrinError("Engine", "views are nested deeper than " + std::to_string(maximumNesting));
-    return inner + 1;
+void AnyView::failNesting() {
+    throw TavrinError("Engine", "views are nested deeper than " + std::to_string(maximumNesting));
 }
 
 }  // namespace tavrin

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <typeinfo>
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/foundation/counted.h"
 #include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/view_kind.h"
@@ -32,7 +33,7 @@ concept ComposedView = !PrimitiveView<V> && requires(const V& view, const Enviro
 };
 
 /// What an `AnyView` holds: one view behind its kind. Immutable, shared between copies.
-class ViewBox {
+class ViewBox : public Counted, public pool::Pooled {
 public:
     ViewBox(ViewKind heldKind, std::uint32_t heldNesting) : kind(heldKind), nesting(heldNesting) {}
     ViewBox(const ViewBox&) = delete;
@@ -63,8 +64,8 @@ public:
     AnyView();
 
     template <class V>
-        requires(PrimitiveView<V> || ComposedView<V>)
-    AnyView(V view);  // NOLINT(google-explicit-constructor): a view is an AnyView wherever one is asked for
+        requires(PrimitiveView<std::remove_cvref_t<V>> || ComposedView<std::remove_cvref_t<V>>)
+    AnyView(V&& view);  // NOLINT(google-explicit-constructor): a view is an AnyView wherever one is asked for
 
     /// The view inside when it is a `V`, else null.
     template <class V>
@@ -77,15 +78,21 @@ private:
     template <class V>
     struct Box;
 
-    static const std::shared_ptr<const ViewBox>& emptyBox();
-    static std::uint32_t nestingAround(std::uint32_t inner);
+    static const AnyView& empty();
+    static std::uint32_t nestingAround(std::uint32_t inner) {
+        if (inner >= maximumNesting) failNesting();
+        return inner + 1;
+    }
+    [[noreturn]] static void failNesting();
 
-    std::shared_ptr<const ViewBox> box_;
+    CountedPtr<ViewBox> box_;
 };
 
 template <class V>
 struct AnyView::Box final : ViewBox {
-    explicit Box(V&& held) : ViewBox(kindOf(), nestingAround(innerNesting(held))), view(std::move(held)) {}
+    template <class Held>
+    explicit Box(Held&& held)
+        : ViewBox(kindOf(), nestingAround(innerNesting(held))), view(std::forward<Held>(held)) {}
 
     const std::type_info& type() const override { return typeid(V); }
 
@@ -131,8 +138,8 @@ struct AnyView::Box final : ViewBox {
 };
 
 template <class V>
-    requires(PrimitiveView<V> || ComposedView<V>)
-AnyView::AnyView(V view) : box_(makePooled<const Box<V>>(std::move(view))) {}
+    requires(PrimitiveView<std::remove_cvref_t<V>> || ComposedView<std::remove_cvref_t<V>>)
+AnyView::AnyView(V&& view) : box_(new Box<std::remove_cvref_t<V>>(std::forward<V>(view))) {}
 
 template <class V>
 const V* AnyView::as() const {

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <sys/single_threaded.h>
+
+#include <atomic>
+#include <cstdint>
+#include <utility>
+
+namespace tavrin {
+
+/// How many owners a shared value has; begins with one. Counted as `std::shared_ptr` counts, from any thread.
+class OwnerCount {
+public:
+    void add() noexcept {
+        if (__libc_single_threaded) return count_.store(known() + 1, std::memory_order_relaxed);
+        count_.fetch_add(1, std::memory_order_relaxed);
+    }
+    /// Whether it was the last owner that went.
+    [[nodiscard]] bool remove() noexcept {
+        // A sole owner meets nobody else: no locked operation is needed.
+        if (count_.load(std::memory_order_acquire) == 1) return true;
+        if (!__libc_single_threaded) return count_.fetch_sub(1, std::memory_order_acq_rel) == 1;
+        count_.store(known() - 1, std::memory_order_relaxed);
+        return false;
+    }
+
+private:
+    [[nodiscard]] std::uint32_t known() const { return count_.load(std::memory_order_relaxed); }
+
+    std::atomic<std::uint32_t> count_{1};
+};
+
+/// What `CountedPtr` points to: a class with a virtual destructor, which it ends with its last owner.
+struct Counted {
+    mutable OwnerCount owners = {};
+};
+
+/// A shared pointer of one word to an immutable value that carries its own count.
+template <class T>
+class CountedPtr {
+public:
+    /// Takes a new value over.
+    explicit CountedPtr(const T* value) noexcept : value_(value) {}
+    CountedPtr(const CountedPtr& other) noexcept : value_(other.value_) {
+        if (value_ != nullptr) value_->owners.add();
+    }
+    CountedPtr(CountedPtr&& other) noexcept : value_(std::exchange(other.value_, nullptr)) {}
+    CountedPtr& operator=(CountedPtr other) noexcept {
+        std::swap(value_, other.value_);
+        return *this;
+    }
+    ~CountedPtr() {
+        if (value_ != nullptr && value_->owners.remove()) delete value_;
+    }
+
+    const T& operator*() const { return *value_; }
+    const T* operator->() const { return value_; }
+    friend bool operator==(const CountedPtr&, const CountedPtr&) = default;
+
+private:
+    const T* value_;
+};
+
+}  // namespace tavrin

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "tests/golden/golden_case.h"
+
+// One table of hashes for every build: optimised or not, with or without sanitizers, by either compiler.
+
+namespace tavrin {
+namespace {
+
+/// FNV-1a, 64 bits, as hexadecimal digits.
+class Hash {
+public:
+    Hash& add(std::string_view bytes) {
+        for (const char byte : bytes) sum_ = (sum_ ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+        return *this;
+    }
+    [[nodiscard]] std::string text() const {
+        std::ostringstream digits;
+        digits << std::hex;
+        digits.width(16);
+        digits.fill('0');
+        digits << sum_;
+        return digits.str();
+    }
+
+private:
+    std::uint64_t sum_ = 0xCBF29CE484222325;
+};
+
+std::string hashOf(std::string_view bytes) { return Hash().add(bytes).text(); }
+
+std::string hashOf(const PixelBuffer& pixels) {
+    Hash hash;
+    hash.add(std::to_string(pixels.width()) + "x" + std::to_string(pixels.height()));
+    const std::vector<std::uint8_t> bytes = pixels.straightRGBA();
+    return hash.add({reinterpret_cast<const char*>(bytes.data()), bytes.size()}).text();
+}
+
+/// The fast encoder's bytes depend on the processor, but are the same wherever it has SSE 4.2.
+bool hasUsualFastPng() {
+#ifdef __x86_64__
+    return __builtin_cpu_supports("sse4.2") != 0;
+#else
+    return false;
+#endif
+}
+
+std::string hashesOf(const GoldenCase& golden, Appearance appearance) {
+    RenderOptions options = golden.renderOptions(appearance);
+    ImageRenderer fast(golden.view(), options);
+    options.compression = PngCompression::small;
+    ImageRenderer small(golden.view(), options);
+    std::string line = golden.name() + (appearance == Appearance::dark ? " dark" : " light");
+    line += " pixels " + hashOf(fast.pixels());
+    line += " png " + hashOf(small.encode(PictureFormat::png));
+    line += " svg " + hashOf(fast.encode(PictureFormat::svg));
+    line += " pdf " + hashOf(fast.encode(PictureFormat::pdf));
+    line += " fast-png " + hashOf(fast.encode(PictureFormat::png));
+    return line;
+}
+
+TEST(Golden, EveryBuildDrawsTheSameBytes) {
+    const std::filesystem::path table = std::filesystem::path(TAVRIN_SOURCE_DIR) / "tests/golden/hashes.txt";
+    std::vector<std::string> lines;
+    for (const GoldenCase& golden : goldenCases())
+        for (const Appearance appearance : {Appearance::light, Appearance::dark})
+            lines.push_back(hashesOf(golden, appearance));
+    if (updatesGoldens()) {
+        std::string text;
+        for (const std::string& line : lines) text += line + "\n";
+        return writeFile(table, text);
+    }
+    std::istringstream expected(readFile(table));
+    for (std::string& line : lines) {
+        std::string wanted;
+        std::getline(expected, wanted);
+        if (!hasUsualFastPng()) {
+            for (std::string* text : {&line, &wanted}) text->erase(std::min(text->size(), text->find(" fast-png ")));
+        }
+        EXPECT_EQ(line, wanted) << "`make update-goldens` rewrites " << table;
+    }
+    std::string rest;
+    EXPECT_FALSE(std::getline(expected, rest)) << "no longer drawn: " << rest;
+}
+
+}  // namespace
+}  // namespace tavrin
