@@ -18,7 +18,8 @@ inline std::string readFile(const std::string& path) {
 /// An example's document and model.
 struct Example {
     explicit Example(const std::string& name)
-        : document(readFile("examples/" + name + "/document.json")), model(readFile("examples/" + name + "/model.json")) {}
+        : document(readFile("examples/" + name + "/document.json")),
+          model(readFile("examples/" + name + "/model.json")) {}
 
     std::string document;
     std::string model;

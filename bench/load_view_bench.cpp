@@ -1,7 +1,7 @@
+#include <string>
+
 #include <benchmark/benchmark.h>
 #include <simdjson.h>
-
-#include <string>
 
 #include "bench/bench_data.h"
 #include "tavrin/tavrin.h"
@@ -29,7 +29,8 @@ void BM_LoadAgenda(benchmark::State& state) {
     const TavrinEngine engine;
     Context context;
     for (auto _ : state) benchmark::DoNotOptimize(engine.loadView(agenda.document, agenda.model, context));
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(agenda.document.size() + agenda.model.size()));
+    state.SetBytesProcessed(state.iterations() *
+                            static_cast<std::int64_t>(agenda.document.size() + agenda.model.size()));
 }
 BENCHMARK(BM_LoadAgenda);
 
@@ -37,9 +38,8 @@ void loadDocument(benchmark::State& state, const std::string& document, std::int
     const TavrinEngine engine;
     Context context;
     for (auto _ : state) benchmark::DoNotOptimize(engine.loadView(document, std::nullopt, context));
-    state.counters["per_node"] =
-        benchmark::Counter(static_cast<double>(nodes), benchmark::Counter::kIsIterationInvariantRate |
-                                                           benchmark::Counter::kInvert);
+    state.counters["per_node"] = benchmark::Counter(
+        static_cast<double>(nodes), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void BM_LoadFlat(benchmark::State& state) {

@@ -1,8 +1,8 @@
-#include <benchmark/benchmark.h>
-
 #include <chrono>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 #include "bench/bench_data.h"
 #include "tavrin/platform/paint/canvas.h"
@@ -57,9 +57,12 @@ struct Part {
 };
 
 constexpr Part parts[] = {
-    {"all", true, true, true, true},          {"background gradient", true, false, false, false},
-    {"line", false, true, false, false},      {"texts", false, false, true, false},
-    {"texts, none faded", false, false, true, false, false}, {"emoji", false, false, false, true},
+    {"all", true, true, true, true},
+    {"background gradient", true, false, false, false},
+    {"line", false, true, false, false},
+    {"texts", false, false, true, false},
+    {"texts, none faded", false, false, true, false, false},
+    {"emoji", false, false, false, true},
     {"nothing", false, false, false, false},
 };
 
@@ -118,10 +121,12 @@ const std::vector<Primitive>& primitives() {
         {"ring", R"({"type":"circle","stroke":true,"lineWidth":12,"strokeColor":{"value":"#2F6FDE"}})"},
         {"vertical gradient", gradient + R"("start":"top","end":"bottom"})"},
         {"diagonal gradient", gradient + R"("start":"topLeading","end":"bottomTrailing"})"},
-        {"translucent diagonal", R"({"type":"color","gradient":true,"value":"#50FF0000-#500000FF","start":"topLeading","end":"bottomTrailing"})"},
+        {"translucent diagonal",
+         R"({"type":"color","gradient":true,"value":"#50FF0000-#500000FF","start":"topLeading","end":"bottomTrailing"})"},
         {"colour in corners", R"({"type":"color","value":"#2F6FDE",)" + std::string(corners) + "}"},
         {"diagonal gradient in corners", gradient + R"("start":"topLeading","end":"bottomTrailing",)" + corners + "}"},
-        {"border", R"({"type":"color","value":"#00000000","modifiers":[{"type":"border","color":"","colorNode":{"value":"#2F6FDE"},"width":2}]})"},
+        {"border",
+         R"({"type":"color","value":"#00000000","modifiers":[{"type":"border","color":"","colorNode":{"value":"#2F6FDE"},"width":2}]})"},
     };
     return list;
 }
@@ -171,7 +176,8 @@ benchmark::Counter perItem(std::int64_t count) {
 void BM_PaintOverlapping(benchmark::State& state) {
     const std::string child = R"({"type":"roundedRectangle","cornerRadius":6,"fillColor":{"value":"#50FF0000"},)"
                               R"("modifiers":[{"type":"frame","width":40,"height":30}]})";
-    paintRepeatedly(state, Picture(viewOf(R"({"type":"zstack","children":[)" + repeated(child, state.range(0)) + "]}")));
+    paintRepeatedly(state,
+                    Picture(viewOf(R"({"type":"zstack","children":[)" + repeated(child, state.range(0)) + "]}")));
     state.counters["per_shape"] = perItem(state.range(0));
 }
 BENCHMARK(BM_PaintOverlapping)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond);
@@ -180,7 +186,8 @@ BENCHMARK(BM_PaintOverlapping)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillis
 void BM_PaintStacked(benchmark::State& state) {
     const std::string child = R"({"type":"circle","fillColor":{"value":"#2F6FDE"}})";
     const std::string row = R"({"type":"hstack","spacing":0,"children":[)" + repeated(child, 100) + "]}";
-    paintRepeatedly(state, Picture(viewOf(R"({"type":"vstack","spacing":0,"children":[)" + repeated(row, state.range(0) / 100) + "]}")));
+    paintRepeatedly(state, Picture(viewOf(R"({"type":"vstack","spacing":0,"children":[)" +
+                                          repeated(row, state.range(0) / 100) + "]}")));
     state.counters["per_shape"] = perItem(state.range(0));
 }
 BENCHMARK(BM_PaintStacked)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond);
@@ -188,7 +195,8 @@ BENCHMARK(BM_PaintStacked)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecon
 /// Clips within clips, each with an outline of its own.
 void BM_PaintNestedClips(benchmark::State& state) {
     const std::string clip = R"({"type":"cornerRadius","radius":9})";
-    paintRepeatedly(state, Picture(viewOf(R"({"type":"color","value":"#2F6FDE","modifiers":[)" + repeated(clip, state.range(0)) + "]}")));
+    paintRepeatedly(state, Picture(viewOf(R"({"type":"color","value":"#2F6FDE","modifiers":[)" +
+                                          repeated(clip, state.range(0)) + "]}")));
     state.counters["per_clip"] = perItem(state.range(0));
 }
 BENCHMARK(BM_PaintNestedClips)->Arg(100)->Arg(1'000)->Unit(benchmark::kMillisecond);

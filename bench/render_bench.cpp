@@ -1,9 +1,9 @@
-#include <benchmark/benchmark.h>
-#include <isa-l.h>
-
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <benchmark/benchmark.h>
+#include <isa-l.h>
 
 #include "bench/bench_data.h"
 #include "tavrin/platform/paint/canvas.h"
@@ -150,8 +150,7 @@ void layOutDocument(benchmark::State& state, const std::string& document, std::i
     const AnyView view = TavrinEngine().loadView(document, std::nullopt, context);
     const EnvironmentValues environment;
     text::TextEngine& texts = text::TextEngine::ofThisThread();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(layout::layOut(view, {338, 158}, environment, texts).answerCount());
+    for (auto _ : state) benchmark::DoNotOptimize(layout::layOut(view, {338, 158}, environment, texts).answerCount());
     state.counters["per_node"] = benchmark::Counter(
         static_cast<double>(nodes), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }

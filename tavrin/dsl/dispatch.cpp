@@ -18,7 +18,10 @@ struct RefuseNode {
 };
 
 struct RefuseModifier {
-    [[noreturn]] void operator()(const Decoder& type, ModifierType) const { type.failDataCorrupted("Type unsupported"); }
+    [[noreturn]] void operator()(const Decoder& type, ModifierType tag) const {
+        if (tag >= ModifierType::animation) type.failDataCorrupted("Type unsupported");  // reserved for later versions
+        type.failDataCorrupted("the modifier type \"" + std::string(rawValue(tag)) + "\" is not supported yet");
+    }
 };
 
 /// Decodes the tag and then, from the same object, the record that is registered for it. `Refuse` is called on the

@@ -12,7 +12,7 @@ enum class DSLVersion : unsigned char { v1, v1_1, v1_2 };
 
 template <>
 struct Keywords<DSLVersion> {
-    static constexpr std::string_view typeName = "DSLVersion";
+    static constexpr std::string_view typeName = "document version";
     static constexpr std::array<std::string_view, 3> raw{"1.0", "1.1", "1.2"};
     static constexpr DSLVersion defaultCase = DSLVersion::v1;
 };

@@ -90,8 +90,8 @@ public:
     void bindModel(const ModelContext& model) {
         if (box_->needsBinding()) box_ = box_->bound(model);
     }
-    /// Draws a copy that is bound to the context's model where it has one. Throws what binding and the record throw, and
-    /// `TavrinError` of kind "Engine" beyond the context's bounds.
+    /// Draws a copy that is bound to the context's model where it has one. Throws what binding and the record throw,
+    /// and `TavrinError` of kind "Engine" beyond the context's bounds.
     [[nodiscard]] AnyView render(Context& context) const;
 
     friend bool operator==(const Node& a, const Node& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }

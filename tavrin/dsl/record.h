@@ -14,7 +14,9 @@ namespace tavrin {
 
 /// A node or modifier record: a plain struct that lists its fields.
 template <class T>
-concept DSLRecord = requires { std::tuple_size<std::remove_cvref_t<decltype(T::fields)>>::value; };
+concept DSLRecord = requires {
+    std::tuple_size<std::remove_cvref_t<decltype(T::fields)>>::value;
+};
 
 template <class Record>
 inline constexpr std::size_t fieldCount = std::tuple_size_v<std::remove_cvref_t<decltype(Record::fields)>>;
@@ -148,7 +150,8 @@ template <DSLRecord Record>
     const auto members = decoder.value().template findMembers<fieldKeys<Record>>();
     return [&]<std::size_t... index>(std::index_sequence<index...>) {
         return Record{decodeField<Record, index>(decoder, members[index])...};
-    }(std::make_index_sequence<fieldCount<Record>>());
+    }
+    (std::make_index_sequence<fieldCount<Record>>());
 }
 
 /// Writes the members of a record into the object that the caller has begun.

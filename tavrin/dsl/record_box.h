@@ -37,8 +37,8 @@ protected:
     bool needsBinding_ = false;  // settled once, when the box is made
 };
 
-/// The box of one record type; `Base` is the interface of nodes or of modifiers. A record that is not `supported` can be
-/// stored, but neither bound nor drawn.
+/// The box of one record type; `Base` is the interface of nodes or of modifiers. A record that is not `supported` can
+/// be stored, but neither bound nor drawn.
 template <DSLRecord Record, class Base, bool supported>
 class RecordBoxOf : public Base {
 public:

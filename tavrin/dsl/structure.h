@@ -21,9 +21,9 @@ struct VStackNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{Field{"spacing", &VStackNode::spacing}, Field{"alignment", &VStackNode::alignment},
-                                       Field{"modifiers", &VStackNode::modifiers},
-                                       Field{"children", &VStackNode::children}};
+    static constexpr std::tuple fields{
+        Field{"spacing", &VStackNode::spacing}, Field{"alignment", &VStackNode::alignment},
+        Field{"modifiers", &VStackNode::modifiers}, Field{"children", &VStackNode::children}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -38,9 +38,9 @@ struct HStackNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{Field{"spacing", &HStackNode::spacing}, Field{"alignment", &HStackNode::alignment},
-                                       Field{"modifiers", &HStackNode::modifiers},
-                                       Field{"children", &HStackNode::children}};
+    static constexpr std::tuple fields{
+        Field{"spacing", &HStackNode::spacing}, Field{"alignment", &HStackNode::alignment},
+        Field{"modifiers", &HStackNode::modifiers}, Field{"children", &HStackNode::children}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

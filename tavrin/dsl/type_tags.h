@@ -31,8 +31,8 @@ template <>
 struct Keywords<NodeType> {
     static constexpr std::string_view typeName = "node type";
     static constexpr std::array<std::string_view, 16> raw{
-        "vstack",   "hstack",  "zstack", "spacer",    "text", "color",        "circle", "rectangle", "roundedRectangle",
-        "webImage", "capsule", "link",   "emptyView", "node", "progressView", "timer"};
+        "vstack",           "hstack",   "zstack",  "spacer", "text",      "color", "circle",       "rectangle",
+        "roundedRectangle", "webImage", "capsule", "link",   "emptyView", "node",  "progressView", "timer"};
 };
 
 /// The "type" of a modifier. The last three are reserved for later versions of the language.
@@ -63,13 +63,27 @@ enum class ModifierType : unsigned char {
 template <>
 struct Keywords<ModifierType> {
     static constexpr std::string_view typeName = "modifier type";
-    static constexpr std::array<std::string_view, 21> raw{
-        "frame",     "foregroundColor", "border",         "background",
-        "aspectRatio", "clipShape",     "clipped",        "overlay",
-        "offset",    "widgetURL",       "padding",        "lineLimit",
-        "cornerRadius", "opacity",      "zIndex",         "clockHandRotationEffect",
-        "scaleEffect", "rotationEffect", "animation",     "transition",
-        "contentTransition"};
+    static constexpr std::array<std::string_view, 21> raw{"frame",
+                                                          "foregroundColor",
+                                                          "border",
+                                                          "background",
+                                                          "aspectRatio",
+                                                          "clipShape",
+                                                          "clipped",
+                                                          "overlay",
+                                                          "offset",
+                                                          "widgetURL",
+                                                          "padding",
+                                                          "lineLimit",
+                                                          "cornerRadius",
+                                                          "opacity",
+                                                          "zIndex",
+                                                          "clockHandRotationEffect",
+                                                          "scaleEffect",
+                                                          "rotationEffect",
+                                                          "animation",
+                                                          "transition",
+                                                          "contentTransition"};
 };
 
 }  // namespace tavrin

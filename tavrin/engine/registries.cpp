@@ -1,19 +1,19 @@
 #include "tavrin/dsl/registry.h"
 #include "tavrin/dsl/structure.h"
 #include "tavrin/modifiers/aspect_ratio_modifier.h"
-#include "tavrin/modifiers/frame_modifier.h"
-#include "tavrin/modifiers/line_limit_modifier.h"
-#include "tavrin/modifiers/offset_modifier.h"
-#include "tavrin/modifiers/padding_modifier.h"
-#include "tavrin/modifiers/z_index_modifier.h"
 #include "tavrin/modifiers/background_modifier.h"
 #include "tavrin/modifiers/border_modifier.h"
 #include "tavrin/modifiers/clip_shape_modifier.h"
 #include "tavrin/modifiers/clipped_modifier.h"
 #include "tavrin/modifiers/corner_radius_modifier.h"
 #include "tavrin/modifiers/foreground_color_modifier.h"
+#include "tavrin/modifiers/frame_modifier.h"
+#include "tavrin/modifiers/line_limit_modifier.h"
+#include "tavrin/modifiers/offset_modifier.h"
 #include "tavrin/modifiers/opacity_modifier.h"
 #include "tavrin/modifiers/overlay_modifier.h"
+#include "tavrin/modifiers/padding_modifier.h"
+#include "tavrin/modifiers/z_index_modifier.h"
 #include "tavrin/nodes/color_node.h"
 #include "tavrin/nodes/shape_nodes.h"
 #include "tavrin/nodes/text_node.h"
@@ -34,39 +34,39 @@ constexpr Registry registryOf() {
 }  // namespace
 
 const NodeRegistry& registerNodeType() {
-    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node,  //
-                                                    VStackNode,          //
-                                                    HStackNode,          //
-                                                    ZStackNode,          //
-                                                    SpacerNode,          //
-                                                    EmptyViewNode,       //
-                                                    RefNode,             //
-                                                    TextNode,            //
-                                                    ColorNode,           //
-                                                    CircleNode,          //
-                                                    RectangleNode,       //
-                                                    RoundedRectangleNode,//
-                                                    CapsuleNode,         //
-                                                    TimerNode>();
+    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node,    //
+                                                        VStackNode,            //
+                                                        HStackNode,            //
+                                                        ZStackNode,            //
+                                                        SpacerNode,            //
+                                                        EmptyViewNode,         //
+                                                        RefNode,               //
+                                                        TextNode,              //
+                                                        ColorNode,             //
+                                                        CircleNode,            //
+                                                        RectangleNode,         //
+                                                        RoundedRectangleNode,  //
+                                                        CapsuleNode,           //
+                                                        TimerNode>();
     return registry;
 }
 
 const ModifierRegistry& registerMonifierType() {
     static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,  //
-                                                        FrameModifier,               //
-                                                        PaddingModifier,             //
-                                                        OffsetModifier,              //
-                                                        AspectRatioModifier,         //
-                                                        LineLimitModifier,           //
-                                                        ForegroundColorModifier,     //
-                                                        BackgroundModifier,          //
-                                                        OverlayModifier,             //
-                                                        BorderModifier,              //
-                                                        ClipShapeModifier,           //
-                                                        ClippedModifier,             //
-                                                        CornerRadiusModifier,        //
-                                                        OpacityModifier,             //
-                                                        ZIndexModifier>();
+                                                            FrameModifier,               //
+                                                            PaddingModifier,             //
+                                                            OffsetModifier,              //
+                                                            AspectRatioModifier,         //
+                                                            LineLimitModifier,           //
+                                                            ForegroundColorModifier,     //
+                                                            BackgroundModifier,          //
+                                                            OverlayModifier,             //
+                                                            BorderModifier,              //
+                                                            ClipShapeModifier,           //
+                                                            ClippedModifier,             //
+                                                            CornerRadiusModifier,        //
+                                                            OpacityModifier,             //
+                                                            ZIndexModifier>();
     return registry;
 }
 

@@ -77,8 +77,9 @@ const JSON* JSONObject::find(std::string_view key) const {
             if (member.first == key) return &member.second;
         return nullptr;
     }
-    const auto found = std::lower_bound(byKey_.begin(), byKey_.end(), key,
-                                        [&](std::uint32_t index, std::string_view k) { return members_[index].first < k; });
+    const auto found =
+        std::lower_bound(byKey_.begin(), byKey_.end(), key,
+                         [&](std::uint32_t index, std::string_view k) { return members_[index].first < k; });
     return found == byKey_.end() || members_[*found].first != key ? nullptr : &members_[*found].second;
 }
 

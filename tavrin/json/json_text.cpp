@@ -1,12 +1,12 @@
 #include "tavrin/json/json_text.h"
 
-#include <simdjson.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <optional>
 #include <string>
+
+#include <simdjson.h>
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"

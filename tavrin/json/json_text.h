@@ -28,9 +28,9 @@ enum class JSONKind : unsigned char {
 /// Words for messages: "a string", "an object" …
 std::string_view describe(JSONKind kind);
 
-/// A parsed text as the parser leaves it: one 64-bit cell for each value, its type in the high byte and a payload below,
-/// and a second cell for a number. A container's payload holds the index of the cell behind it and, from bit 32, how
-/// many values it has; a string's is where it stands among the unescaped strings, its length first.
+/// A parsed text as the parser leaves it: one 64-bit cell for each value, its type in the high byte and a payload
+/// below, and a second cell for a number. A container's payload holds the index of the cell behind it and, from bit 32,
+/// how many values it has; a string's is where it stands among the unescaped strings, its length first.
 struct JSONTape {
     const std::uint64_t* cells = nullptr;
     const char* strings = nullptr;

@@ -1,7 +1,7 @@
 #include "tavrin/modifiers/border_modifier.h"
 
-#include "tavrin/platform/ui/view_modifiers.h"
 #include "tavrin/nodes/color_string.h"
+#include "tavrin/platform/ui/view_modifiers.h"
 #include "tavrin/values/mirror_key_path.h"
 
 namespace tavrin {
@@ -25,7 +25,8 @@ Color borderColor(const BorderModifier& border, Context& context) {
 }  // namespace
 
 AnyView BorderModifier::modify(AnyView view, Context& context) const {
-    return Border{.color = borderColor(*this, context), .width = double{width.wrappedValue()}, .content = std::move(view)};
+    return Border{
+        .color = borderColor(*this, context), .width = double{width.wrappedValue()}, .content = std::move(view)};
 }
 
 }  // namespace tavrin

@@ -13,7 +13,9 @@ struct BorderModifier {
     DSLValue<ColorNode> colorNode = {};
     LosslessDSLValue<float> width = {};
 
-    static constexpr std::tuple fields{Field{"color", &BorderModifier::color}, Field{"colorNode", &BorderModifier::colorNode}, Field{"width", &BorderModifier::width}};
+    static constexpr std::tuple fields{Field{"color", &BorderModifier::color},
+                                       Field{"colorNode", &BorderModifier::colorNode},
+                                       Field{"width", &BorderModifier::width}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

@@ -6,10 +6,8 @@ namespace tavrin {
 
 AnyView FrameModifier::modify(AnyView view, Context&) const {
     const Alignment place = platformValue(alignment.wrappedValue().value_or(AlignmentDSL::center));
-    FixedFrame fixed{.width = width.wrappedValue(),
-                     .height = height.wrappedValue(),
-                     .alignment = place,
-                     .content = std::move(view)};
+    FixedFrame fixed{
+        .width = width.wrappedValue(), .height = height.wrappedValue(), .alignment = place, .content = std::move(view)};
     return FlexibleFrame{.minWidth = minWidth.wrappedValue(),
                          .maxWidth = maxWidth.wrappedValue(),
                          .minHeight = minHeight.wrappedValue(),

@@ -23,7 +23,8 @@ Edges edgeSet(const std::optional<std::vector<EdgeDSL>>& named) {
 }  // namespace
 
 AnyView PaddingModifier::modify(AnyView view, Context&) const {
-    return Padding{.edges = edgeSet(edges.wrappedValue), .length = double{length.wrappedValue()}, .content = std::move(view)};
+    return Padding{
+        .edges = edgeSet(edges.wrappedValue), .length = double{length.wrappedValue()}, .content = std::move(view)};
 }
 
 }  // namespace tavrin

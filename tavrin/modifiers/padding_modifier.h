@@ -13,7 +13,7 @@ enum class EdgeDSL : unsigned char { top, bottom, leading, trailing, all };
 
 template <>
 struct Keywords<EdgeDSL> {
-    static constexpr std::string_view typeName = "EdgeDSL";
+    static constexpr std::string_view typeName = "edge";
     static constexpr std::array<std::string_view, 5> raw{"top", "bottom", "leading", "trailing", "all"};
     static constexpr EdgeDSL defaultCase = EdgeDSL::all;
 };

@@ -28,7 +28,8 @@ AnyView gradientView(const ColorNode& node) {
     const std::optional<UnitPointDSL> start = node.start.wrappedValue();
     const std::optional<UnitPointDSL> end = node.end.wrappedValue();
     if (!start || !end) throw TavrinError("ColorNode", "gradient must set start and end");
-    return LinearGradient{.colors = std::move(colors), .startPoint = platformValue(*start), .endPoint = platformValue(*end)};
+    return LinearGradient{
+        .colors = std::move(colors), .startPoint = platformValue(*start), .endPoint = platformValue(*end)};
 }
 
 AnyView solidView(const ColorNode& node) {

@@ -22,9 +22,10 @@ struct ColorNode {
     LosslessDSLValue<std::optional<std::string>> dark = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"gradient", &ColorNode::gradient}, Field{"start", &ColorNode::start},
-                                       Field{"end", &ColorNode::end},           Field{"value", &ColorNode::value},
-                                       Field{"dark", &ColorNode::dark},         Field{"modifiers", &ColorNode::modifiers}};
+    static constexpr std::tuple fields{
+        Field{"gradient", &ColorNode::gradient}, Field{"start", &ColorNode::start},
+        Field{"end", &ColorNode::end},           Field{"value", &ColorNode::value},
+        Field{"dark", &ColorNode::dark},         Field{"modifiers", &ColorNode::modifiers}};
 
     /// Binds as every record does; but models carry colours with a hexadecimal alpha, documents do not, so a "value"
     /// that comes from the model is converted.

@@ -28,12 +28,10 @@ std::vector<std::string_view> charactersOf(std::string_view text) {
 }
 
 bool isWhiteSpace(std::string_view character) {
-    constexpr std::string_view spaces[] = {
-        "\t",           "\n",           "\v",           "\f",           "\r",           " ",
-        "\u0085",       "\u00A0",       "\u1680",       "\u2000",       "\u2001",       "\u2002",
-        "\u2003",       "\u2004",       "\u2005",       "\u2006",       "\u2007",       "\u2008",
-        "\u2009",       "\u200A",       "\u2028",       "\u2029",       "\u202F",       "\u205F",
-        "\u3000"};
+    constexpr std::string_view spaces[] = {"\t",     "\n",     "\v",     "\f",     "\r",     " ",      "\u0085",
+                                           "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
+                                           "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u2028",
+                                           "\u2029", "\u202F", "\u205F", "\u3000"};
     return std::find(std::begin(spaces), std::end(spaces), character) != std::end(spaces);
 }
 

@@ -92,10 +92,12 @@ struct CapsuleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
-        Field{"style", &CapsuleNode::style}, Field{"stroke", &CapsuleNode::stroke},
-        Field{"strokeColor", &CapsuleNode::strokeColor}, Field{"lineWidth", &CapsuleNode::lineWidth},
-        Field{"fillColor", &CapsuleNode::fillColor}, Field{"modifiers", &CapsuleNode::modifiers}};
+    static constexpr std::tuple fields{Field{"style", &CapsuleNode::style},
+                                       Field{"stroke", &CapsuleNode::stroke},
+                                       Field{"strokeColor", &CapsuleNode::strokeColor},
+                                       Field{"lineWidth", &CapsuleNode::lineWidth},
+                                       Field{"fillColor", &CapsuleNode::fillColor},
+                                       Field{"modifiers", &CapsuleNode::modifiers}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

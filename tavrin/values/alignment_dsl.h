@@ -41,8 +41,8 @@ struct Keywords<VerticalAlignmentDSL> {
 template <>
 struct Keywords<AlignmentDSL> {
     static constexpr std::string_view typeName = "AlignmentDSL";
-    static constexpr std::array<std::string_view, 9> raw{"center",     "leading",     "trailing",
-                                                         "top",        "bottom",      "topLeading",
+    static constexpr std::array<std::string_view, 9> raw{"center",      "leading",       "trailing",
+                                                         "top",         "bottom",        "topLeading",
                                                          "topTrailing", "bottomLeading", "bottomTrailing"};
     static constexpr AlignmentDSL defaultCase = AlignmentDSL::center;
 };
@@ -54,8 +54,8 @@ struct Keywords<AlignmentDSL> {
     return static_cast<VerticalAlignment>(alignment);
 }
 [[nodiscard]] constexpr Alignment platformValue(AlignmentDSL alignment) {
-    constexpr std::array values{Alignment::center,     Alignment::leading,     Alignment::trailing,
-                                Alignment::top,        Alignment::bottom,      Alignment::topLeading,
+    constexpr std::array values{Alignment::center,      Alignment::leading,       Alignment::trailing,
+                                Alignment::top,         Alignment::bottom,        Alignment::topLeading,
                                 Alignment::topTrailing, Alignment::bottomLeading, Alignment::bottomTrailing};
     return values[static_cast<std::size_t>(alignment)];
 }

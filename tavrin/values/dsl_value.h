@@ -27,8 +27,8 @@ struct ExprText {
     std::string_view text;
 };
 
-/// Either a value or an expression that is not resolved yet. Hardly larger than the value: a record holds many of these,
-/// and few are expressions.
+/// Either a value or an expression that is not resolved yet. Hardly larger than the value: a record holds many of
+/// these, and few are expressions.
 template <class T>
 class LosslessBox {
 public:
@@ -66,7 +66,7 @@ public:
 
     LosslessDSLValue() : box(LosslessStringConvertible<T>::defaultValue()) {}
     /// Holds a value; a string stays a string, also one in braces.
-    LosslessDSLValue(const T& wrappedValue) : box(wrappedValue) {}       // NOLINT(google-explicit-constructor)
+    LosslessDSLValue(const T& wrappedValue) : box(wrappedValue) {}        // NOLINT(google-explicit-constructor)
     LosslessDSLValue(T&& wrappedValue) : box(std::move(wrappedValue)) {}  // NOLINT(google-explicit-constructor)
     LosslessDSLValue(const Expr& expr) : box(expr) {}                     // NOLINT(google-explicit-constructor)
     explicit LosslessDSLValue(ExprText expr) : box(expr) {}
@@ -134,7 +134,8 @@ class DSLValueWithDefault<std::vector<T>> {
 public:
     DSLValueWithDefault() = default;
     explicit DSLValueWithDefault(SharedList<T> list) : list_(std::move(list)) {}
-    DSLValueWithDefault(const std::vector<T>& values)  // NOLINT(google-explicit-constructor): a list is a property in code
+    DSLValueWithDefault(
+        const std::vector<T>& values)  // NOLINT(google-explicit-constructor): a list is a property in code
         : list_(SharedList<T>::generate(values.size(), [next = values.begin()]() mutable { return *next++; })) {}
 
     [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }

@@ -34,8 +34,7 @@ public:
     using Environment = std::map<std::string, JSON, std::less<>>;
 
     /// `environment` holds scalars: strings, numbers and booleans.
-    ModelContext(JSON model, Environment environment)
-        : model(std::move(model)), environment(std::move(environment)) {}
+    ModelContext(JSON model, Environment environment) : model(std::move(model)), environment(std::move(environment)) {}
 
     /// Resolves an expression, braces included, to a value of type `T`. Throws `ModelContextError`.
     template <class T>

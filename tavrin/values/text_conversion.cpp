@@ -1,5 +1,7 @@
 #include "tavrin/values/text_conversion.h"
 
+#include <algorithm>
+
 #include "tavrin/platform/foundation/edit_distance.h"
 
 namespace tavrin {
@@ -7,9 +9,19 @@ namespace tavrin {
 void failUnknownKeyword(const Decoder& decoder, std::string_view type, std::span<const std::string_view> words) {
     const std::string_view word = decoder.value().string();
     constexpr std::size_t longestShown = 40;
-    std::string message = "not a " + std::string(type);
-    if (word.size() <= longestShown) message = '"' + std::string(word) + "\" is " + message;
-    if (const auto meant = closestMatch(word, words)) message += "; did you mean \"" + std::string(*meant) + "\"?";
+    constexpr std::size_t mostListed = 5;
+    const auto quoted = [](std::string_view text) { return '"' + std::string(text) + '"'; };
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    std::string message = word.size() <= longestShown ? quoted(word) + " is not " : "not ";
+    message += std::string_view("aeiou").find(type.front()) == std::string_view::npos ? "a " : "an ";
+    message += type;
+    // Numbers are all alike; for words the nearest is the likely one.
+    const bool isWord = std::any_of(word.begin(), word.end(), isLetter);
+    if (const auto meant = isWord ? closestMatch(word, words) : std::nullopt) {
+        message += "; did you mean " + quoted(*meant) + "?";
+    } else if (words.size() <= mostListed) {
+        for (std::size_t i = 0; i < words.size(); ++i) message += (i == 0 ? "; there are " : ", ") + quoted(words[i]);
+    }
     decoder.failDataCorrupted(message);
 }
 

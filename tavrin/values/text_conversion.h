@@ -19,7 +19,9 @@ template <class Enum>
 struct Keywords;
 
 template <class Enum>
-concept KeywordEnum = std::is_enum_v<Enum> && requires { Keywords<Enum>::raw; };
+concept KeywordEnum = std::is_enum_v<Enum> && requires {
+    Keywords<Enum>::raw;
+};
 
 template <KeywordEnum Enum>
 [[nodiscard]] constexpr std::string_view rawValue(Enum value) {
@@ -33,8 +35,8 @@ template <KeywordEnum Enum>
     return index < Keywords<Enum>::raw.size() ? std::optional(static_cast<Enum>(index)) : std::nullopt;
 }
 
-/// How a property's type is built from text and written as text, its fallback and its names, the second one in words for
-/// messages: `static std::optional<T> fromText(std::string_view)`, `static std::string description(const T&)`,
+/// How a property's type is built from text and written as text, its fallback and its names, the second one in words
+/// for messages: `static std::optional<T> fromText(std::string_view)`, `static std::string description(const T&)`,
 /// `static T defaultValue()`, `static std::string typeName()` and `static std::string readableName()`.
 template <class T>
 struct LosslessStringConvertible;

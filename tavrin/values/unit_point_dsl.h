@@ -25,17 +25,17 @@ enum class UnitPointDSL : unsigned char {
 template <>
 struct Keywords<UnitPointDSL> {
     static constexpr std::string_view typeName = "UnitPointDSL";
-    static constexpr std::array<std::string_view, 10> raw{"zero",       "center",      "leading",       "trailing",
-                                                          "top",        "bottom",      "topLeading",    "topTrailing",
+    static constexpr std::array<std::string_view, 10> raw{"zero",          "center",        "leading",    "trailing",
+                                                          "top",           "bottom",        "topLeading", "topTrailing",
                                                           "bottomLeading", "bottomTrailing"};
     static constexpr UnitPointDSL defaultCase = UnitPointDSL::zero;
 };
 
 /// The platform's point of the same name.
 [[nodiscard]] constexpr UnitPoint platformValue(UnitPointDSL point) {
-    constexpr std::array values{UnitPoint::zero,       UnitPoint::center,      UnitPoint::leading,
-                                UnitPoint::trailing,   UnitPoint::top,         UnitPoint::bottom,
-                                UnitPoint::topLeading, UnitPoint::topTrailing, UnitPoint::bottomLeading,
+    constexpr std::array values{UnitPoint::zero,          UnitPoint::center,      UnitPoint::leading,
+                                UnitPoint::trailing,      UnitPoint::top,         UnitPoint::bottom,
+                                UnitPoint::topLeading,    UnitPoint::topTrailing, UnitPoint::bottomLeading,
                                 UnitPoint::bottomTrailing};
     return values[static_cast<std::size_t>(point)];
 }

@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <map>
 #include <set>
+
+#include <gtest/gtest.h>
 
 #include "tests/documents/drawn.h"
 
@@ -46,13 +46,18 @@ TEST(AppearancePictures, AbuttingViewsNeitherGapNorOverlap) {
         {"colours", color("#50FF0000")},
         {"filled rectangles", node("rectangle", R"("fillColor": {"value": "#50FF0000"})")},
         {"bare rectangles", node("rectangle", "", foreground("#50FF0000"))},
-        {"rectangles without corners", node("roundedRectangle", R"("cornerRadius": 0, "fillColor": {"value": "#50FF0000"})")},
-        {"gradients", node("color", R"("gradient": true, "start": "topLeading", "end": "bottomTrailing", "value": "#50FF0000-#50FF0000")")},
+        {"rectangles without corners",
+         node("roundedRectangle", R"("cornerRadius": 0, "fillColor": {"value": "#50FF0000"})")},
+        {"gradients",
+         node("color",
+              R"("gradient": true, "start": "topLeading", "end": "bottomTrailing", "value": "#50FF0000-#50FF0000")")},
         {"clipped", color("#50FF0000", R"({"type": "clipped"}, {"type": "cornerRadius", "radius": 0})")},
         {"faded", color("#FF0000", R"({"type": "opacity", "opacity": 0.5})")},
-        {"faded in a layer", stack("zstack", color("#00FF00") + "," + color("#FF0000"), R"({"type": "opacity", "opacity": 0.5})")},
+        {"faded in a layer",
+         stack("zstack", color("#00FF00") + "," + color("#FF0000"), R"({"type": "opacity", "opacity": 0.5})")},
         {"a background", color("#00000000", R"({"type": "background", "view": )" + color("#50FF0000") + "}")},
-        {"a thick border", color("#00000000", R"({"type": "border", "color": "#50FF0000", "colorNode": {"value": ""}, "width": 90})")},
+        {"a thick border",
+         color("#00000000", R"({"type": "border", "color": "#50FF0000", "colorNode": {"value": ""}, "width": 90})")},
     };
     for (const auto& row : rows) {
         for (const double scale : scales) {
@@ -71,8 +76,8 @@ TEST(AppearancePictures, AbuttingViewsNeitherGapNorOverlap) {
 TEST(AppearancePictures, NeighboursHaveEachTheirOwnPixels) {
     for (const double scale : scales) {
         SCOPED_TRACE(scale);
-        const PixelBuffer picture =
-            drawn(stack("hstack", color("#FF0000") + "," + color("#00FF00") + "," + color("#0000FF")), {{100, 10}, scale});
+        const PixelBuffer picture = drawn(
+            stack("hstack", color("#FF0000") + "," + color("#00FF00") + "," + color("#0000FF")), {{100, 10}, scale});
         EXPECT_EQ(pixelsOf(picture), (std::set{red, green, blue}));
         std::map<std::uint32_t, int> widths;
         for (int x = 0; x < picture.width(); ++x) ++widths[picture.row(0)[x]];
@@ -88,11 +93,18 @@ TEST(AppearancePictures, OpacityHasNoSeams) {
         std::string main;
     } rows[] = {
         {"children of a stack", stack("zstack", square + "," + moved, opacity(0.5))},
-        {"a background", node("color", R"("value": "#FF0000")", frame(40, 40) + R"(, {"type": "background", "view": )" + moved + "}," + opacity(0.5))},
-        {"an overlay", node("color", R"("value": "#FF0000")", frame(40, 40) + R"(, {"type": "overlay", "view": )" + moved + "}," + opacity(0.5))},
-        {"a border", color("#FF0000", frame(40, 40) + R"(, {"type": "border", "color": "#FF0000", "colorNode": {"value": ""}, "width": 6},)" + opacity(0.5))},
-        {"within a clip", stack("zstack", square + "," + moved, R"({"type": "clipped"}, {"type": "padding", "length": 2},)" + opacity(0.5))},
-        {"around a clip", stack("zstack", square + "," + moved, opacity(0.5) + R"(, {"type": "clipped"}, {"type": "cornerRadius", "radius": 9})")},
+        {"a background", node("color", R"("value": "#FF0000")",
+                              frame(40, 40) + R"(, {"type": "background", "view": )" + moved + "}," + opacity(0.5))},
+        {"an overlay", node("color", R"("value": "#FF0000")",
+                            frame(40, 40) + R"(, {"type": "overlay", "view": )" + moved + "}," + opacity(0.5))},
+        {"a border",
+         color("#FF0000", frame(40, 40) +
+                              R"(, {"type": "border", "color": "#FF0000", "colorNode": {"value": ""}, "width": 6},)" +
+                              opacity(0.5))},
+        {"within a clip", stack("zstack", square + "," + moved,
+                                R"({"type": "clipped"}, {"type": "padding", "length": 2},)" + opacity(0.5))},
+        {"around a clip", stack("zstack", square + "," + moved,
+                                opacity(0.5) + R"(, {"type": "clipped"}, {"type": "cornerRadius", "radius": 9})")},
     };
     for (const auto& row : rows) {
         for (const double scale : scales) {
@@ -115,11 +127,14 @@ TEST(AppearancePictures, OpacityOfOnePrimitiveIsItsAlpha) {
         {"a colour", color("#FF0000", opacity(0.5)), color("#50FF0000")},
         {"a filled circle", node("circle", R"("fillColor": {"value": "#FF0000"})", opacity(0.5)),
          node("circle", R"("fillColor": {"value": "#50FF0000"})")},
-        {"a stroke", node("capsule", R"("stroke": true, "lineWidth": 3, "strokeColor": {"value": "#FF0000"})", opacity(0.5)),
+        {"a stroke",
+         node("capsule", R"("stroke": true, "lineWidth": 3, "strokeColor": {"value": "#FF0000"})", opacity(0.5)),
          node("capsule", R"("stroke": true, "lineWidth": 3, "strokeColor": {"value": "#50FF0000"})")},
-        {"a bare shape", node("circle", "", opacity(0.5) + "," + foreground("#FF0000")), node("circle", "", foreground("#50FF0000"))},
+        {"a bare shape", node("circle", "", opacity(0.5) + "," + foreground("#FF0000")),
+         node("circle", "", foreground("#50FF0000"))},
         {"a gradient",
-         node("color", R"("gradient": true, "start": "top", "end": "trailing", "value": "#FF0000-#0000FF")", opacity(0.5)),
+         node("color", R"("gradient": true, "start": "top", "end": "trailing", "value": "#FF0000-#0000FF")",
+              opacity(0.5)),
          node("color", R"("gradient": true, "start": "top", "end": "trailing", "value": "#50FF0000-#500000FF")")},
         {"a text", node("text", R"("content": "Rain")", opacity(0.5) + "," + foreground("#FF0000")),
          node("text", R"("content": "Rain")", foreground("#50FF0000"))},
@@ -129,7 +144,8 @@ TEST(AppearancePictures, OpacityOfOnePrimitiveIsItsAlpha) {
         {"less than none", color("#FF0000", opacity(-1)), color("#00FF0000")},
         {"in a cut", color("#FF0000", R"({"type": "cornerRadius", "radius": 12},)" + opacity(0.5)),
          color("#50FF0000", R"({"type": "cornerRadius", "radius": 12})")},
-        {"a text that overlaps itself", node("text", R"("content": "fffjjfV.AVA", "fontSize": 40)", opacity(0.5) + "," + foreground("#FF0000")),
+        {"a text that overlaps itself",
+         node("text", R"("content": "fffjjfV.AVA", "fontSize": 40)", opacity(0.5) + "," + foreground("#FF0000")),
          node("text", R"("content": "fffjjfV.AVA", "fontSize": 40)", foreground("#50FF0000"))},
     };
     for (const auto& row : rows) {
@@ -141,7 +157,9 @@ TEST(AppearancePictures, OpacityOfOnePrimitiveIsItsAlpha) {
 }
 
 TEST(AppearancePictures, EmojiFadeLikeAnythingElse) {
-    const auto emoji = [](double value) { return drawn(node("text", R"("content": "🌈🍎", "fontSize": 30)", opacity(value)), {{100, 60}, 2}); };
+    const auto emoji = [](double value) {
+        return drawn(node("text", R"("content": "🌈🍎", "fontSize": 30)", opacity(value)), {{100, 60}, 2});
+    };
     const PixelBuffer whole = emoji(1);
     const PixelBuffer half = emoji(0.5);
     int coloured = 0;
@@ -149,7 +167,8 @@ TEST(AppearancePictures, EmojiFadeLikeAnythingElse) {
         for (int x = 0; x < whole.width(); ++x) {
             coloured += whole.row(y)[x] != white;
             for (const unsigned shift : {0U, 8U, 16U})
-                ASSERT_NEAR(channel(half.row(y)[x], shift), (channel(whole.row(y)[x], shift) + 255) / 2.0, 2) << x << ", " << y;
+                ASSERT_NEAR(channel(half.row(y)[x], shift), (channel(whole.row(y)[x], shift) + 255) / 2.0, 2)
+                    << x << ", " << y;
         }
     EXPECT_GT(coloured, 3000);
 }
@@ -163,9 +182,12 @@ TEST(AppearancePictures, ColoursFollowTheAppearance) {
         {"a colour", node("color", R"("value": "#FF0000", "dark": "#0000FF")")},
         {"a fill", node("rectangle", R"("fillColor": )" + std::string(both))},
         {"a foreground", node("rectangle", "", R"({"type": "foregroundColor", "color": )" + std::string(both) + "}")},
-        {"a border", node("spacer", "", R"({"type": "border", "width": 99, "color": "", "colorNode": )" + std::string(both) + "}")},
+        {"a border",
+         node("spacer", "", R"({"type": "border", "width": 99, "color": "", "colorNode": )" + std::string(both) + "}")},
         {"a stroke", node("rectangle", R"("stroke": true, "lineWidth": 90, "strokeColor": )" + std::string(both))},
-        {"a background", node("spacer", "", R"({"type": "background", "view": {"type": "color", "value": "#FF0000", "dark": "#0000FF"}})")},
+        {"a background",
+         node("spacer", "",
+              R"({"type": "background", "view": {"type": "color", "value": "#FF0000", "dark": "#0000FF"}})")},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -174,12 +196,14 @@ TEST(AppearancePictures, ColoursFollowTheAppearance) {
         EXPECT_EQ(in(Appearance::dark).row(30)[50], blue);
     }
     EXPECT_EQ(drawn(node("rectangle")).row(30)[50], black);
-    EXPECT_EQ(drawn(node("rectangle"), {{100, 60}, 1, Appearance::dark}).row(30)[50], white) << "the foreground is white in the dark";
+    EXPECT_EQ(drawn(node("rectangle"), {{100, 60}, 1, Appearance::dark}).row(30)[50], white)
+        << "the foreground is white in the dark";
 }
 
 TEST(AppearancePictures, ContinuousCornersAreNotCircular) {
     const auto rounded = [](const char* style) {
-        return drawn(node("roundedRectangle", R"("cornerRadius": 40, "style": ")" + std::string(style) + "\""), {{200, 200}, 3});
+        return drawn(node("roundedRectangle", R"("cornerRadius": 40, "style": ")" + std::string(style) + "\""),
+                     {{200, 200}, 3});
     };
     const PixelBuffer circular = rounded("circular");
     const PixelBuffer continuous = rounded("continuous");
@@ -195,16 +219,18 @@ TEST(AppearancePictures, ContinuousCornersAreNotCircular) {
         EXPECT_EQ(picture->row(33)[33], white);
         EXPECT_EQ(picture->row(37)[37], black);
     }
-    // Curves are drawn to a tenth of a pixel, and a pixel's height is smoothed in 15 parts, its width in 256.
-    constexpr int grid = 48;
+    // The continuous curve has a short straight piece on one side of the diagonal only.
+    constexpr int ofCircle = 20;
+    constexpr int ofCurve = 64;
     int differing = 0;
     for (int y = 0; y < 300; ++y)
         for (int x = 0; x < 300; ++x) {
             differing += distance(circular.row(y)[x], continuous.row(y)[x]) > 32;
             for (const PixelBuffer* picture : {&circular, &continuous}) {
-                ASSERT_LE(distance(picture->row(y)[x], picture->row(x)[y]), grid) << "on both sides of the diagonal";
-                ASSERT_LE(distance(picture->row(y)[x], picture->row(y)[599 - x]), grid) << "left and right";
-                ASSERT_LE(distance(picture->row(y)[x], picture->row(599 - y)[x]), grid) << "above and below";
+                const int most = picture == &circular ? ofCircle : ofCurve;
+                ASSERT_LE(distance(picture->row(y)[x], picture->row(x)[y]), most) << "on both sides of the diagonal";
+                ASSERT_LE(distance(picture->row(y)[x], picture->row(y)[599 - x]), most) << "left and right";
+                ASSERT_LE(distance(picture->row(y)[x], picture->row(599 - y)[x]), most) << "above and below";
             }
         }
     EXPECT_GT(differing, 50);
@@ -223,9 +249,11 @@ TEST(AppearancePictures, ClippedIsHardAndShapesAreSoft) {
         for (int y = 0; y < hard.height(); ++y)
             for (int x = 0; x < hard.width(); ++x) inside += hard.row(y)[x] == red;
         EXPECT_NEAR(inside, 33.3 * 31.7 * scale * scale, 66 * scale) << "all of the bounds";
-        for (const char* shape : {R"({"type": "clipShape", "view": {"type": "circle"}})", R"({"type": "cornerRadius", "radius": 12})",
-                                  R"({"type": "clipShape", "view": {"type": "roundedRectangle", "cornerRadius": 9, "style": "continuous"}})",
-                                  R"({"type": "clipShape", "view": {"type": "capsule"}})"}) {
+        for (
+            const char* shape :
+            {R"({"type": "clipShape", "view": {"type": "circle"}})", R"({"type": "cornerRadius", "radius": 12})",
+             R"({"type": "clipShape", "view": {"type": "roundedRectangle", "cornerRadius": 9, "style": "continuous"}})",
+             R"({"type": "clipShape", "view": {"type": "capsule"}})"}) {
             SCOPED_TRACE(shape);
             const PixelBuffer soft = drawn(cut(shape), page);
             EXPECT_GT(pixelsOf(soft).size(), 5U) << "mixed pixels along the edge";
@@ -237,7 +265,9 @@ TEST(AppearancePictures, ClippedIsHardAndShapesAreSoft) {
 }
 
 TEST(AppearancePictures, BordersLieWithinTheBounds) {
-    const std::string main = color("#FF0000", frame(40, 30) + R"(, {"type": "border", "color": "", "colorNode": {"value": "#0000FF"}, "width": 2})");
+    const std::string main =
+        color("#FF0000",
+              frame(40, 30) + R"(, {"type": "border", "color": "", "colorNode": {"value": "#0000FF"}, "width": 2})");
     for (const double scale : scales) {
         SCOPED_TRACE(scale);
         const Page page{{100, 60}, scale};
@@ -258,7 +288,8 @@ TEST(AppearancePictures, BordersLieWithinTheBounds) {
 }
 
 TEST(AppearancePictures, StrokesAreCentredOnTheOutline) {
-    const std::string main = node("rectangle", R"("stroke": true, "lineWidth": 4, "strokeColor": {"value": "#FF0000"})", frame(40, 30));
+    const std::string main =
+        node("rectangle", R"("stroke": true, "lineWidth": 4, "strokeColor": {"value": "#FF0000"})", frame(40, 30));
     for (const double scale : {1.0, 2.0, 3.0}) {
         SCOPED_TRACE(scale);
         const Page page{{100, 60}, scale};
@@ -273,7 +304,8 @@ TEST(AppearancePictures, StrokesAreCentredOnTheOutline) {
     }
     // A circle's stroke: its outer edge 17 points from the centre, its inner one 13.
     const Page page{{100, 60}, 3};
-    const PixelBuffer ring = drawn(node("circle", R"("stroke": true, "lineWidth": 4, "strokeColor": {"value": "#FF0000"})", frame(30, 30)), page);
+    const PixelBuffer ring = drawn(
+        node("circle", R"("stroke": true, "lineWidth": 4, "strokeColor": {"value": "#FF0000"})", frame(30, 30)), page);
     for (const auto& [distance, pixel] : {std::pair{12.6, white}, {13.4, red}, {16.6, red}, {17.4, white}}) {
         EXPECT_EQ(at(ring, page, 50 + distance, 30), pixel) << distance;
         EXPECT_EQ(at(ring, page, 50, 30 - distance), pixel) << distance;
@@ -289,7 +321,8 @@ TEST(AppearancePictures, TheHighestIndexLiesInFront) {
         std::uint32_t front;
     } rows[] = {
         {"the last of equals", color("#FF0000") + "," + color("#00FF00"), green},
-        {"the highest", color("#FF0000", index("2")) + "," + color("#00FF00", index("1")) + "," + color("#0000FF"), red},
+        {"the highest", color("#FF0000", index("2")) + "," + color("#00FF00", index("1")) + "," + color("#0000FF"),
+         red},
         {"unset is nought", color("#FF0000") + "," + color("#00FF00", index("-1")), red},
         {"in single steps", color("#FF0000", index("0.5")) + "," + color("#00FF00", index("0.25")), red},
         {"the innermost counts", color("#FF0000", index("1") + "," + index("-9")) + "," + color("#00FF00"), red},
@@ -306,15 +339,24 @@ TEST(AppearancePictures, TheInnermostForegroundWins) {
     EXPECT_EQ(drawn(stack("vstack", shape, foreground("#0000FF"))).row(30)[50], red);
     EXPECT_EQ(drawn(node("rectangle", "", foreground("#FF0000") + "," + foreground("#0000FF"))).row(30)[50], red);
     EXPECT_EQ(drawn(stack("vstack", node("rectangle"), foreground("#0000FF"))).row(30)[50], blue);
-    EXPECT_EQ(drawn(stack("vstack", node("rectangle", R"("fillColor": {"value": "#FF0000"})"), foreground("#0000FF"))).row(30)[50], red)
+    EXPECT_EQ(drawn(stack("vstack", node("rectangle", R"("fillColor": {"value": "#FF0000"})"), foreground("#0000FF")))
+                  .row(30)[50],
+              red)
         << "a fill is its own";
-    EXPECT_EQ(drawn(node("spacer", "", R"({"type": "background", "view": {"type": "rectangle"}},)" + foreground("#0000FF"))).row(30)[50], blue)
+    EXPECT_EQ(
+        drawn(node("spacer", "", R"({"type": "background", "view": {"type": "rectangle"}},)" + foreground("#0000FF")))
+            .row(30)[50],
+        blue)
         << "also in a background";
-    EXPECT_EQ(drawn(node("spacer", "", foreground("#FF0000") + R"(, {"type": "background", "view": {"type": "rectangle"}})")).row(30)[50], black)
+    EXPECT_EQ(
+        drawn(node("spacer", "", foreground("#FF0000") + R"(, {"type": "background", "view": {"type": "rectangle"}})"))
+            .row(30)[50],
+        black)
         << "but not in one outside";
     const std::string text = R"("content": "MMMM", "fontSize": 40)";
     EXPECT_TRUE(pixelsOf(drawn(stack("vstack", node("text", text), foreground("#0000FF")))).contains(blue));
-    const std::set<std::uint32_t> inner = pixelsOf(drawn(stack("vstack", node("text", text, foreground("#FF0000")), foreground("#0000FF"))));
+    const std::set<std::uint32_t> inner =
+        pixelsOf(drawn(stack("vstack", node("text", text, foreground("#FF0000")), foreground("#0000FF"))));
     EXPECT_TRUE(inner.contains(red));
     EXPECT_FALSE(inner.contains(blue));
 }
@@ -325,7 +367,8 @@ TEST(AppearancePictures, BackgroundsAndOverlaysAreCentredAndNotCut) {
             SCOPED_TRACE(type + " at " + std::to_string(scale));
             const Page page{{100, 60}, scale};
             const auto with = [&](const std::string& second) {
-                return drawn(color("#FF0000", frame(20, 20) + ", {\"type\": \"" + type + "\", \"view\": " + second + "}"), page);
+                return drawn(
+                    color("#FF0000", frame(20, 20) + ", {\"type\": \"" + type + "\", \"view\": " + second + "}"), page);
             };
             const PixelBuffer wide = with(color("#0000FF", frame(60, 10)));
             EXPECT_EQ(at(wide, page, 21, 30), blue) << "a wider one sticks out on the left";

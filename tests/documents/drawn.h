@@ -27,8 +27,8 @@ inline PixelBuffer drawn(std::string_view main, const Page& page = {}) {
     options.scale = page.scale;
     options.environment.appearance = page.appearance;
     options.background = {WidgetBackground::Kind::color, Color::white};
-    const AnyView view = TavrinEngine().loadView(
-        R"({"version": "1.2", "nodes": {"main": )" + std::string(main) + "}}", std::nullopt, context);
+    const AnyView view = TavrinEngine().loadView(R"({"version": "1.2", "nodes": {"main": )" + std::string(main) + "}}",
+                                                 std::nullopt, context);
     return ImageRenderer(view, options).pixels();
 }
 

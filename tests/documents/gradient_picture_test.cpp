@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <set>
+
+#include <gtest/gtest.h>
 
 #include "tests/documents/drawn.h"
 
@@ -11,7 +11,8 @@ namespace tavrin {
 namespace {
 
 std::string gradient(const char* colors, const char* start, const char* end) {
-    return node("color", R"("gradient": true, "value": ")" + std::string(colors) + R"(", "start": ")" + start + R"(", "end": ")" + end + "\"");
+    return node("color", R"("gradient": true, "value": ")" + std::string(colors) + R"(", "start": ")" + start +
+                             R"(", "end": ")" + end + "\"");
 }
 
 /// What a channel has at a share of the way between two values.
@@ -69,10 +70,14 @@ TEST(GradientPictures, AreRightInEveryDirection) {
         UnitPoint from;
         UnitPoint to;
     } rows[] = {
-        {"leading", "trailing", {0, 0.5}, {1, 0.5}},     {"trailing", "leading", {1, 0.5}, {0, 0.5}},
-        {"top", "bottom", {0.5, 0}, {0.5, 1}},           {"bottom", "top", {0.5, 1}, {0.5, 0}},
-        {"topLeading", "bottomTrailing", {0, 0}, {1, 1}}, {"bottomLeading", "topTrailing", {0, 1}, {1, 0}},
-        {"center", "bottomTrailing", {0.5, 0.5}, {1, 1}}, {"zero", "trailing", {0, 0}, {1, 0.5}},
+        {"leading", "trailing", {0, 0.5}, {1, 0.5}},
+        {"trailing", "leading", {1, 0.5}, {0, 0.5}},
+        {"top", "bottom", {0.5, 0}, {0.5, 1}},
+        {"bottom", "top", {0.5, 1}, {0.5, 0}},
+        {"topLeading", "bottomTrailing", {0, 0}, {1, 1}},
+        {"bottomLeading", "topTrailing", {0, 1}, {1, 0}},
+        {"center", "bottomTrailing", {0.5, 0.5}, {1, 1}},
+        {"zero", "trailing", {0, 0}, {1, 0.5}},
         {"topTrailing", "center", {1, 0}, {0.5, 0.5}},
     };
     for (const auto& row : rows) {
@@ -86,7 +91,8 @@ TEST(GradientPictures, AreRightInEveryDirection) {
             const double dy = (row.to.y - row.from.y) * 158 * scale;
             for (int y = 0; y < picture.height(); y += 7)
                 for (int x = 0; x < picture.width(); x += 5) {
-                    const double along = ((x + 0.5 - row.from.x * width) * dx + (y + 0.5 - row.from.y * height) * dy) / (dx * dx + dy * dy);
+                    const double along = ((x + 0.5 - row.from.x * width) * dx + (y + 0.5 - row.from.y * height) * dy) /
+                                         (dx * dx + dy * dy);
                     const std::uint32_t pixel = picture.row(y)[x];
                     ASSERT_NEAR(channel(pixel, 16), between(0x20, 0xFF, along), 1.5) << x << ", " << y;
                     ASSERT_NEAR(channel(pixel, 8), between(0xC0, 0x80, along), 1.5) << x << ", " << y;
@@ -119,10 +125,8 @@ TEST(GradientPictures, PassThroughTheirStops) {
         int x;
         std::uint32_t pixel;
     } rows[] = {
-        {"the first colour", 0, 0xFFFF0000},
-        {"half way to the second", 253, 0xFF807F00},
-        {"the second colour", 507, 0xFF00FF00},
-        {"half way to the third", 760, 0xFF00807F},
+        {"the first colour", 0, 0xFFFF0000},    {"half way to the second", 253, 0xFF807F00},
+        {"the second colour", 507, 0xFF00FF00}, {"half way to the third", 760, 0xFF00807F},
         {"the third colour", 1013, 0xFF0000FF},
     };
     for (const auto& row : rows) {
@@ -130,12 +134,14 @@ TEST(GradientPictures, PassThroughTheirStops) {
         EXPECT_LE(distance(picture.row(6)[row.x], row.pixel), 2) << std::hex << picture.row(6)[row.x];
     }
     EXPECT_EQ(drawn(gradient("#102030", "top", "bottom")).row(30)[50], 0xFF102030U) << "one colour is plain";
-    EXPECT_EQ(drawn(gradient("#FF0000-#102030", "top", "top")).row(30)[50], 0xFF102030U) << "without a way it is the last";
+    EXPECT_EQ(drawn(gradient("#FF0000-#102030", "top", "top")).row(30)[50], 0xFF102030U)
+        << "without a way it is the last";
 }
 
 TEST(GradientPictures, FillWhatIsCutOfThem) {
     // The same values whether cut by a clip, rounded or whole.
-    const char* const colors = R"("gradient": true, "value": "#FF0000-#8000FF00-#0000FF", "start": "topLeading", "end": "bottomTrailing")";
+    const char* const colors =
+        R"("gradient": true, "value": "#FF0000-#8000FF00-#0000FF", "start": "topLeading", "end": "bottomTrailing")";
     for (const double scale : scales) {
         SCOPED_TRACE(scale);
         const Page page{{338, 158}, scale};
@@ -144,7 +150,9 @@ TEST(GradientPictures, FillWhatIsCutOfThem) {
         for (int y = 0; y < whole.height(); ++y) {
             ASSERT_EQ(whole.row(y)[whole.width() / 2], cut.row(y)[whole.width() / 2]);
             const bool inTheMiddle = y > 26 * scale && y < whole.height() - 26 * scale;
-            if (inTheMiddle) { ASSERT_EQ(whole.row(y)[0], cut.row(y)[0]); }
+            if (inTheMiddle) {
+                ASSERT_EQ(whole.row(y)[0], cut.row(y)[0]);
+            }
         }
         EXPECT_EQ(cut.row(0)[0], 0xFFFFFFFF);
     }

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <chrono>
+
+#include <gtest/gtest.h>
 
 #include "tests/documents/drawn.h"
 
@@ -12,8 +12,8 @@ namespace {
 constexpr std::uint32_t white = 0xFFFFFFFF;
 constexpr std::uint32_t red = 0xFFFF0000;
 
-constexpr const char* numbers[] = {"0",      "-0.0",   "-1",    "-1e30",  "0.001",       "1e-30", "1e6",
-                                   "2e9",    "1e30",   "3e38",  "1e300",  "\"inf\"",     "\"-inf\"", "\"nan\""};
+constexpr const char* numbers[] = {"0",   "-0.0", "-1",   "-1e30", "0.001",   "1e-30",    "1e6",
+                                   "2e9", "1e30", "3e38", "1e300", "\"inf\"", "\"-inf\"", "\"nan\""};
 
 bool isBlank(const PixelBuffer& picture) {
     for (int y = 0; y < picture.height(); ++y)
@@ -32,7 +32,8 @@ const std::string smallFrame = R"({"type": "frame", "width": 40, "height": 30})"
 /// Nodes and modifiers with a number left open.
 const std::string open[] = {
     node("roundedRectangle", R"("cornerRadius": $)", smallFrame),
-    node("roundedRectangle", R"("cornerRadius": $, "style": "continuous", "fillColor": {"value": "#FF0000"})", smallFrame),
+    node("roundedRectangle", R"("cornerRadius": $, "style": "continuous", "fillColor": {"value": "#FF0000"})",
+         smallFrame),
     node("roundedRectangle", R"("cornerRadius": $, "stroke": true, "lineWidth": $)", smallFrame),
     node("roundedRectangle", R"("cornerRadius": 8, "stroke": true, "lineWidth": $)", smallFrame),
     node("circle", R"("stroke": true, "lineWidth": $)", smallFrame),
@@ -40,20 +41,35 @@ const std::string open[] = {
     node("capsule", R"("style": "continuous", "stroke": true, "lineWidth": $)", smallFrame),
     color("#FF0000", smallFrame + R"(, {"type": "cornerRadius", "radius": $})"),
     color("#FF0000", smallFrame + R"(, {"type": "opacity", "opacity": $})"),
-    color("#FF0000", smallFrame + R"(, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": $})"),
-    color("#FF0000", smallFrame + R"(, {"type": "clipShape", "view": {"type": "roundedRectangle", "cornerRadius": $, "style": "continuous"}})"),
+    color("#FF0000",
+          smallFrame + R"(, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": $})"),
+    color(
+        "#FF0000",
+        smallFrame +
+            R"(, {"type": "clipShape", "view": {"type": "roundedRectangle", "cornerRadius": $, "style": "continuous"}})"),
     color("#FF0000", R"({"type": "frame", "width": $, "height": $}, {"type": "clipped"})"),
-    color("#FF0000", R"({"type": "frame", "width": $, "height": 10}, {"type": "clipShape", "view": {"type": "circle"}}, {"type": "opacity", "opacity": 0.5})"),
-    color("#FF0000", R"({"type": "padding", "length": $}, {"type": "clipShape", "view": {"type": "capsule"}}, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": $})"),
-    color("#FF0000", smallFrame + R"(, {"type": "offset", "x": $, "y": $}, {"type": "clipped"}, {"type": "cornerRadius", "radius": $})"),
+    color(
+        "#FF0000",
+        R"({"type": "frame", "width": $, "height": 10}, {"type": "clipShape", "view": {"type": "circle"}}, {"type": "opacity", "opacity": 0.5})"),
+    color(
+        "#FF0000",
+        R"({"type": "padding", "length": $}, {"type": "clipShape", "view": {"type": "capsule"}}, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": $})"),
+    color("#FF0000",
+          smallFrame +
+              R"(, {"type": "offset", "x": $, "y": $}, {"type": "clipped"}, {"type": "cornerRadius", "radius": $})"),
     color("#FF0000", smallFrame + R"(, {"type": "zIndex", "zIndex": $})"),
     node("color", R"("gradient": true, "start": "topLeading", "end": "bottomTrailing", "value": "#FF0000-#0000FF")",
          R"({"type": "frame", "width": $, "height": $}, {"type": "cornerRadius", "radius": 3})"),
-    node("color", R"("gradient": true, "start": "leading", "end": "trailing", "value": "#FF0000-#0000FF")",
-         R"({"type": "frame", "width": $, "height": 20}, {"type": "offset", "x": $, "y": 1}, {"type": "opacity", "opacity": $})"),
-    node("text", R"("content": "Rain 🌈", "fontSize": $)", R"({"type": "opacity", "opacity": 0.5}, {"type": "cornerRadius", "radius": $})"),
-    node("zstack", "\"children\": [" + color("#FF0000", smallFrame) + ", " + color("#0000FF", R"({"type": "frame", "width": $, "height": 9})") + "]",
-         R"({"type": "opacity", "opacity": 0.5}, {"type": "clipped"}, {"type": "background", "view": {"type": "circle"}})"),
+    node(
+        "color", R"("gradient": true, "start": "leading", "end": "trailing", "value": "#FF0000-#0000FF")",
+        R"({"type": "frame", "width": $, "height": 20}, {"type": "offset", "x": $, "y": 1}, {"type": "opacity", "opacity": $})"),
+    node("text", R"("content": "Rain 🌈", "fontSize": $)",
+         R"({"type": "opacity", "opacity": 0.5}, {"type": "cornerRadius", "radius": $})"),
+    node(
+        "zstack",
+        "\"children\": [" + color("#FF0000", smallFrame) + ", " +
+            color("#0000FF", R"({"type": "frame", "width": $, "height": 9})") + "]",
+        R"({"type": "opacity", "opacity": 0.5}, {"type": "clipped"}, {"type": "background", "view": {"type": "circle"}})"),
 };
 
 TEST(HostilePictures, AreDrawnSoon) {
@@ -88,10 +104,14 @@ TEST(HostilePictures, AreSensible) {
     const std::string solid = color("#FF0000", smallFrame);
     const auto modified = [](const char* modifier) { return color("#FF0000", smallFrame + "," + modifier); };
     const auto stroked = [](const char* width) {
-        return node("circle", R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": )" + std::string(width), smallFrame);
+        return node("circle",
+                    R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": )" + std::string(width),
+                    smallFrame);
     };
     const auto bordered = [](const char* width) {
-        return color("#FFFFFF", smallFrame + R"(, {"type": "border", "color": "", "colorNode": {"value": "#FF0000"}, "width": )" + width + "}");
+        return color("#FFFFFF",
+                     smallFrame + R"(, {"type": "border", "color": "", "colorNode": {"value": "#FF0000"}, "width": )" +
+                         width + "}");
     };
     const std::string nothing = color("#00000000");
     const struct {
@@ -107,7 +127,8 @@ TEST(HostilePictures, AreSensible) {
         {"an infinite one", shape(R"("cornerRadius": "inf")"), capsule},
         {"a negative corner", modified(R"({"type": "cornerRadius", "radius": -5})"), solid},
         {"a corner that is no number", modified(R"({"type": "cornerRadius", "radius": "nan"})"), solid},
-        {"an infinite corner", modified(R"({"type": "cornerRadius", "radius": "inf"})"), modified(R"({"type": "clipShape", "view": {"type": "capsule"}})")},
+        {"an infinite corner", modified(R"({"type": "cornerRadius", "radius": "inf"})"),
+         modified(R"({"type": "clipShape", "view": {"type": "capsule"}})")},
         {"a negative opacity", modified(R"({"type": "opacity", "opacity": -1})"), nothing},
         {"an opacity that is no number", modified(R"({"type": "opacity", "opacity": "nan"})"), nothing},
         {"an infinite opacity", modified(R"({"type": "opacity", "opacity": "inf"})"), solid},
@@ -121,10 +142,18 @@ TEST(HostilePictures, AreSensible) {
         {"a border that is no number", bordered("\"nan\""), color("#FFFFFF", smallFrame)},
         {"a border wider than its view", bordered("1e9"), solid},
         {"an infinite one", bordered("\"inf\""), solid},
-        {"a gradient on a line", node("color", R"("gradient": true, "start": "top", "end": "bottom", "value": "#FF0000-#0000FF")", frame(0, 30)), nothing},
-        {"a clip of no size", color("#FF0000", frame(20, 20) + "," + frame(0, 0) + R"(, {"type": "clipped"})"), nothing},
-        {"a circle of no size as a clip", color("#FF0000", frame(20, 20) + "," + frame(10, 0) + R"(, {"type": "clipShape", "view": {"type": "circle"}})"), nothing},
-        {"and as corners", color("#FF0000", frame(20, 20) + "," + frame(0, 10) + R"(, {"type": "cornerRadius", "radius": 4})"), nothing},
+        {"a gradient on a line",
+         node("color", R"("gradient": true, "start": "top", "end": "bottom", "value": "#FF0000-#0000FF")",
+              frame(0, 30)),
+         nothing},
+        {"a clip of no size", color("#FF0000", frame(20, 20) + "," + frame(0, 0) + R"(, {"type": "clipped"})"),
+         nothing},
+        {"a circle of no size as a clip",
+         color("#FF0000",
+               frame(20, 20) + "," + frame(10, 0) + R"(, {"type": "clipShape", "view": {"type": "circle"}})"),
+         nothing},
+        {"and as corners",
+         color("#FF0000", frame(20, 20) + "," + frame(0, 10) + R"(, {"type": "cornerRadius", "radius": 4})"), nothing},
         {"an offset that is no number", modified(R"({"type": "offset", "x": "nan", "y": 0})"), nothing},
         {"a far one", modified(R"({"type": "offset", "x": 1e30, "y": 0})"), nothing},
     };
@@ -139,10 +168,14 @@ TEST(HostilePictures, AreSensible) {
 
 TEST(HostilePictures, HaveStrokesWiderThanTheirShape) {
     // The hole of a ring closes when the stroke is as wide as the circle; nothing is left open in the middle.
-    const PixelBuffer disc = drawn(node("circle", R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": 40)", frame(20, 20)), {{100, 80}, 3});
+    const PixelBuffer disc =
+        drawn(node("circle", R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": 40)", frame(20, 20)),
+              {{100, 80}, 3});
     for (const double x : {50.0, 42.0, 25.0, 21.0}) EXPECT_EQ(disc.row(120)[static_cast<int>(x * 3)], red) << x;
     EXPECT_EQ(disc.row(120)[3 * 18], white);
-    const PixelBuffer slab = drawn(node("rectangle", R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": 30)", frame(20, 10)), {{100, 80}, 3});
+    const PixelBuffer slab = drawn(
+        node("rectangle", R"("stroke": true, "strokeColor": {"value": "#FF0000"}, "lineWidth": 30)", frame(20, 10)),
+        {{100, 80}, 3});
     for (const double x : {50.0, 42.0, 26.0}) EXPECT_EQ(slab.row(120)[static_cast<int>(x * 3)], red) << x;
     EXPECT_EQ(slab.row(120)[3 * 24], white);
 }
@@ -168,9 +201,11 @@ TEST(HostilePictures, MayNestAThousandModifiers) {
         {"clips", R"({"type": "clipped"})", red},
         {"corners", R"({"type": "cornerRadius", "radius": 9})", red},
         {"circles", R"({"type": "clipShape", "view": {"type": "circle"}})", red},
-        {"circles and opacities", R"({"type": "opacity", "opacity": 0.9999}, {"type": "clipShape", "view": {"type": "circle"}})", 0xFFFF1818},
+        {"circles and opacities",
+         R"({"type": "opacity", "opacity": 0.9999}, {"type": "clipShape", "view": {"type": "circle"}})", 0xFFFF1818},
         {"backgrounds", R"({"type": "background", "view": {"type": "circle"}})", red},
-        {"faded backgrounds", R"({"type": "background", "view": {"type": "circle"}}, {"type": "opacity", "opacity": 1})", red},
+        {"faded backgrounds",
+         R"({"type": "background", "view": {"type": "circle"}}, {"type": "opacity", "opacity": 1})", red},
         {"borders", R"({"type": "border", "color": "#FF0000", "colorNode": {"value": ""}, "width": 1})", red},
         {"foregrounds", R"({"type": "foregroundColor", "color": {"value": "#0000FF"}})", red},
     };
@@ -188,7 +223,8 @@ TEST(HostilePictures, MayNestFadedStacks) {
     // Layers within layers, each with something of its own beside them.
     std::string main = color("#000000", frame(60, 40));
     for (int i = 0; i < 200; ++i)
-        main = node("zstack", "\"children\": [" + color("#000000", frame(50, 40)) + "," + main + "]", R"({"type": "opacity", "opacity": 0.9})");
+        main = node("zstack", "\"children\": [" + color("#000000", frame(50, 40)) + "," + main + "]",
+                    R"({"type": "opacity", "opacity": 0.9})");
     const Page page{{100, 60}, 3};
     const PixelBuffer picture = drawn(main, page);
     EXPECT_NE(at(picture, page, 50, 30), white);

@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/documents/drawn.h"
 #include "tests/golden/golden_case.h"
@@ -131,7 +131,8 @@ TEST(VectorOutput, ExamplesAreTheirPictures) {
     for (const GoldenCase& example : goldenCases({"examples"}))
         for (const Appearance appearance : {Appearance::light, Appearance::dark})
             for (const Rasteriser& rasteriser : rasterisers) {
-                SCOPED_TRACE(example.name() + (appearance == Appearance::dark ? " dark " : " light ") + rasteriser.name);
+                SCOPED_TRACE(example.name() + (appearance == Appearance::dark ? " dark " : " light ") +
+                             rasteriser.name);
                 RenderOptions options = example.renderOptions(appearance);
                 options.scale = 4;
                 const std::optional<Apart> result = apartFrom(example.view(), example.view(), rasteriser, options);
@@ -151,22 +152,53 @@ TEST(VectorOutput, ShapesAndAppearancesAreTheirPictures) {
     } rows[] = {
         {"a gradient", node("color", corner + "\"#FF0000-#00FF00-#0000FF\"")},
         {"a translucent one", node("color", corner + "\"#FF0000-#200000FF\"")},
-        {"a ring", node("circle", R"("stroke": true, "lineWidth": 9, "strokeColor": {"value": "#FF0000"})", frame(40, 40))},
-        {"a translucent square's edge", node("rectangle", R"("stroke": true, "lineWidth": 9, "strokeColor": {"value": "#50FF0000"})", frame(40, 30))},
-        {"continuous corners", node("roundedRectangle", R"("cornerRadius": 20, "style": "continuous", "fillColor": {"value": "#FF0000"})", frame(80, 50))},
+        {"a ring",
+         node("circle", R"("stroke": true, "lineWidth": 9, "strokeColor": {"value": "#FF0000"})", frame(40, 40))},
+        {"a translucent square's edge",
+         node("rectangle", R"("stroke": true, "lineWidth": 9, "strokeColor": {"value": "#50FF0000"})", frame(40, 30))},
+        {"continuous corners",
+         node("roundedRectangle", R"("cornerRadius": 20, "style": "continuous", "fillColor": {"value": "#FF0000"})",
+              frame(80, 50))},
         {"a capsule", node("capsule", R"("style": "continuous")", frame(80, 30))},
-        {"a layer", node("zstack", "\"children\": [" + square + "," + color("#FF0000", frame(30, 30) + "," + offset(15, 10)) + "]", opacity(0.5))},
-        {"layers in layers", node("zstack", "\"children\": [" + square + "," + node("zstack", "\"children\": [" + square + "," + color("#FF0000", frame(30, 30) + "," + offset(15, 10)) + "]", opacity(0.5)) + "]", opacity(0.5))},
+        {"a layer",
+         node("zstack", "\"children\": [" + square + "," + color("#FF0000", frame(30, 30) + "," + offset(15, 10)) + "]",
+              opacity(0.5))},
+        {"layers in layers",
+         node("zstack",
+              "\"children\": [" + square + "," +
+                  node("zstack",
+                       "\"children\": [" + square + "," + color("#FF0000", frame(30, 30) + "," + offset(15, 10)) + "]",
+                       opacity(0.5)) +
+                  "]",
+              opacity(0.5))},
         {"a faded gradient", node("color", corner + "\"#FF0000-#0000FF\"", opacity(0.4))},
-        {"a cut gradient", node("color", corner + "\"#FF0000-#0000FF\"", R"({"type": "clipShape", "view": {"type": "circle"}})")},
-        {"a cut text", node("text", R"("content": "WWWW", "fontSize": 50)", R"({"type": "clipShape", "view": {"type": "capsule"}})"), true},
-        {"cuts in cuts", color("#FF0000", R"({"type": "clipShape", "view": {"type": "circle"}}, {"type": "frame", "width": 40, "height": 20}, {"type": "clipped"}, {"type": "cornerRadius", "radius": 6})")},
-        {"a border", color("#FF0000", frame(50, 30) + R"(, {"type": "border", "color": "#500000FF", "colorNode": {"value": ""}, "width": 5})")},
-        {"a border on an edge between pixels", color("#FF0000", frame(50.3, 30.7) + R"(, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": 1.3})"), true},
-        {"a background and an overlay", color("#FF0000", frame(20, 20) + R"(, {"type": "background", "view": )" + color("#00FF00", frame(60, 10)) + R"(}, {"type": "overlay", "view": )" + color("#0000FF", frame(6, 50)) + "}")},
-        {"an order of its own", node("zstack", "\"children\": [" + color("#FF0000", R"({"type": "zIndex", "zIndex": 2},)" + frame(20, 50)) + "," + square + "]")},
+        {"a cut gradient",
+         node("color", corner + "\"#FF0000-#0000FF\"", R"({"type": "clipShape", "view": {"type": "circle"}})")},
+        {"a cut text",
+         node("text", R"("content": "WWWW", "fontSize": 50)", R"({"type": "clipShape", "view": {"type": "capsule"}})"),
+         true},
+        {"cuts in cuts",
+         color(
+             "#FF0000",
+             R"({"type": "clipShape", "view": {"type": "circle"}}, {"type": "frame", "width": 40, "height": 20}, {"type": "clipped"}, {"type": "cornerRadius", "radius": 6})")},
+        {"a border",
+         color("#FF0000", frame(50, 30) +
+                              R"(, {"type": "border", "color": "#500000FF", "colorNode": {"value": ""}, "width": 5})")},
+        {"a border on an edge between pixels",
+         color("#FF0000", frame(50.3, 30.7) +
+                              R"(, {"type": "border", "color": "#0000FF", "colorNode": {"value": ""}, "width": 1.3})"),
+         true},
+        {"a background and an overlay",
+         color("#FF0000", frame(20, 20) + R"(, {"type": "background", "view": )" + color("#00FF00", frame(60, 10)) +
+                              R"(}, {"type": "overlay", "view": )" + color("#0000FF", frame(6, 50)) + "}")},
+        {"an order of its own",
+         node("zstack", "\"children\": [" + color("#FF0000", R"({"type": "zIndex", "zIndex": 2},)" + frame(20, 50)) +
+                            "," + square + "]")},
         {"a faded emoji", node("text", R"("content": "🌈", "fontSize": 40)", opacity(0.5)), true},
-        {"a faded text", node("text", R"("content": "Rain", "fontSize": 40, "fontWeight": "bold")", opacity(0.5) + R"(, {"type": "foregroundColor", "color": {"value": "#FF0000"}})"), true},
+        {"a faded text",
+         node("text", R"("content": "Rain", "fontSize": 40, "fontWeight": "bold")",
+              opacity(0.5) + R"(, {"type": "foregroundColor", "color": {"value": "#FF0000"}})"),
+         true},
         {"moved out of sight", color("#FF0000", offset(50, 20))},
     };
     for (const auto& row : rows)
@@ -198,8 +230,10 @@ TEST(VectorOutput, DifferencesAreNoticed) {
         {"a missing emoji", R"("content": "{{initServerParam.hours[2].sky}}")", R"("content": " ")"},
         {"another number", R"("content": "{{initServerParam.temperature}}")", R"("content": "88°")"},
         {"another background", "#2F6FDE-#5AA5F2-#8CC8F5", "#2F6FDE-#5AA5F2-#5AA5F2"},
-        {"a text in the wrong colour", R"({"type": "foregroundColor", "color": {"value": "#FFFFFF"}})", R"({"type": "foregroundColor", "color": {"value": "#40FFFFFF"}})"},
-        {"a text that is not faded", R"({"type": "opacity", "opacity": 0.8})", R"({"type": "opacity", "opacity": 0.1})"},
+        {"a text in the wrong colour", R"({"type": "foregroundColor", "color": {"value": "#FFFFFF"}})",
+         R"({"type": "foregroundColor", "color": {"value": "#40FFFFFF"}})"},
+        {"a text that is not faded", R"({"type": "opacity", "opacity": 0.8})",
+         R"({"type": "opacity", "opacity": 0.1})"},
     };
     RenderOptions options = weather.renderOptions(Appearance::light);
     options.scale = 4;
@@ -225,8 +259,10 @@ TEST(VectorOutput, SmallDifferencesOfShapesAreNoticed) {
         {"a slightly wrong colour", color("#FF0000", frame(30, 30)), color("#F0000F", frame(30, 30))},
         {"a little opacity", color("#FF0000", opacity(0.5)), color("#FF0000", opacity(0.47))},
         {"corners that are not cut", color("#FF0000", R"({"type": "cornerRadius", "radius": 6})"), color("#FF0000")},
-        {"half a point to the right", color("#FF0000", frame(30, 30)), color("#FF0000", frame(30, 30) + "," + offset(0.5, 0))},
-        {"a gradient the other way", node("color", corner + "\"#FF0000-#E00020\""), node("color", corner + "\"#E00020-#FF0000\"")},
+        {"half a point to the right", color("#FF0000", frame(30, 30)),
+         color("#FF0000", frame(30, 30) + "," + offset(0.5, 0))},
+        {"a gradient the other way", node("color", corner + "\"#FF0000-#E00020\""),
+         node("color", corner + "\"#E00020-#FF0000\"")},
         {"an order", node("zstack", "\"children\": [" + square + "," + color("#FF0000", frame(20, 50)) + "]"),
          node("zstack", "\"children\": [" + color("#FF0000", frame(20, 50)) + "," + square + "]")},
     };

@@ -1,6 +1,5 @@
 #include "tavrin/dsl/structure.h"
 
-
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/ui/view_modifiers.h"

@@ -88,7 +88,9 @@ TEST(LoadView, Fails) {
     }
     Context context;
     const std::string unknown = failureOfLoad(context, R"({"version": "1.3", "nodes": {}})");
-    EXPECT_TRUE(unknown.starts_with("dataCorrupted at version: \"1.3\" is not a DSLVersion")) << unknown;
+    EXPECT_TRUE(unknown.starts_with(
+        "dataCorrupted at version: \"1.3\" is not a document version; there are \"1.0\", \"1.1\", \"1.2\""))
+        << unknown;
 }
 
 TEST(LoadView, KnowsWhereATextIsNoJSON) {

@@ -61,17 +61,18 @@ struct GoldenCase {
     [[nodiscard]] AnyView view(const std::string& document) const {
         Context context;
         const auto given = options();
-        if (const auto date = given.find("--date"); date != given.end()) context.date = Date::parseRFC3339(date->second);
+        if (const auto date = given.find("--date"); date != given.end())
+            context.date = Date::parseRFC3339(date->second);
         const std::string model = readFile(folder / "model.json");
-        return TavrinEngine().loadView(
-            document, model.empty() ? std::nullopt : std::optional<std::string_view>(model), context);
+        return TavrinEngine().loadView(document, model.empty() ? std::nullopt : std::optional<std::string_view>(model),
+                                       context);
     }
     [[nodiscard]] AnyView view() const { return view(document()); }
 };
 
 /// The cases of some folders of the project, in the order of their paths.
-inline std::vector<GoldenCase> goldenCases(
-    const std::vector<std::string>& places = {"examples", "tests/golden/cases"}) {
+inline std::vector<GoldenCase> goldenCases(const std::vector<std::string>& places = {"examples",
+                                                                                     "tests/golden/cases"}) {
     std::vector<GoldenCase> cases;
     for (const std::string& place : places) {
         for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(TAVRIN_SOURCE_DIR) / place))

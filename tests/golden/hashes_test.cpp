@@ -1,10 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <sstream>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "tests/golden/golden_case.h"
 

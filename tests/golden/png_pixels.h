@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cairo.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <cairo.h>
 
 #include "tavrin/platform/paint/pixel_buffer.h"
 
@@ -30,7 +30,8 @@ inline std::optional<paint::PixelBuffer> decodePng(const std::string& png) {
         cairo_image_surface_create_from_png_stream(read, &reader), &cairo_surface_destroy);
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return std::nullopt;
     const bool opaque = cairo_image_surface_get_format(surface.get()) == CAIRO_FORMAT_RGB24;
-    paint::PixelBuffer pixels(cairo_image_surface_get_width(surface.get()), cairo_image_surface_get_height(surface.get()));
+    paint::PixelBuffer pixels(cairo_image_surface_get_width(surface.get()),
+                              cairo_image_surface_get_height(surface.get()));
     for (int y = 0; y < pixels.height(); ++y) {
         const unsigned char* row = cairo_image_surface_get_data(surface.get()) +
                                    std::ptrdiff_t{y} * cairo_image_surface_get_stride(surface.get());

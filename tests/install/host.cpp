@@ -16,9 +16,8 @@ struct Badge {
 
     [[nodiscard]] tavrin::AnyView body(const tavrin::EnvironmentValues& environment) const {
         const auto accent = environment.custom.find("accent");
-        const tavrin::Color color = accent == environment.custom.end()
-                                        ? tavrin::Color::gray
-                                        : std::any_cast<tavrin::Color>(accent->second);
+        const tavrin::Color color =
+            accent == environment.custom.end() ? tavrin::Color::gray : std::any_cast<tavrin::Color>(accent->second);
         const tavrin::AnyView padded = tavrin::Padding{.length = 12, .content = label};
         return tavrin::Background{.background = tavrin::FilledShape{.shape = tavrin::Capsule{}, .fill = color},
                                   .content = padded};

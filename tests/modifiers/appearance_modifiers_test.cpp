@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <limits>
+
+#include <gtest/gtest.h>
 
 #include "tavrin/nodes/color_string.h"
 #include "tavrin/platform/ui/view_modifiers.h"
@@ -38,7 +38,8 @@ TEST(AppearanceModifiers, RequireTheirKeys) {
         {"a clip shape", R"({"type": "clipShape"})", "keyNotFound"},
         {"a border's string", R"({"type": "border", "colorNode": {"value": "#FFFFFF"}, "width": 1})", "keyNotFound"},
         {"a border's colour", R"({"type": "border", "color": "#FFFFFF", "width": 1})", "keyNotFound"},
-        {"a border's width", R"({"type": "border", "color": "#FFFFFF", "colorNode": {"value": "#FFFFFF"}})", "keyNotFound"},
+        {"a border's width", R"({"type": "border", "color": "#FFFFFF", "colorNode": {"value": "#FFFFFF"}})",
+         "keyNotFound"},
         {"a radius", R"({"type": "cornerRadius"})", "keyNotFound"},
         {"an opacity", R"({"type": "opacity"})", "keyNotFound"},
         {"an opacity that can be read", R"({"type": "opacity", "opacity": []})", "typeMismatch"},
@@ -83,8 +84,10 @@ TEST(ForegroundColorModifier, RefusesAnythingElse) {
         {"a colour with modifiers", R"({"value": "#102030", "modifiers": [{"type": "clipped"}]})",
          "ForegroundColorModifier: invalid color node"},
         {"no colour", R"({"value": "pale"})", "ColorNode: invalid color: pale"},
-        {"an endless gradient", R"({"gradient": true, "value": "#102030"})", "ColorNode: gradient must set start and end"},
-        {"a model without it", R"({"value": "{{initServerParam.b}}"})", "ResolveExpression: key path not found in model: [\"b\"]"},
+        {"an endless gradient", R"({"gradient": true, "value": "#102030"})",
+         "ColorNode: gradient must set start and end"},
+        {"a model without it", R"({"value": "{{initServerParam.b}}"})",
+         "ResolveExpression: key path not found in model: [\"b\"]"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -105,11 +108,17 @@ TEST(BackgroundAndOverlayModifiers, TakeAnyNode) {
             EXPECT_NE(view.as<Overlay>()->content.as<Spacer>(), nullptr);
             return view.as<Overlay>()->overlay;
         };
-        const auto with = [&](std::string_view node) { return "{\"type\": \"" + type + "\", \"view\": " + std::string(node) + "}"; };
+        const auto with = [&](std::string_view node) {
+            return "{\"type\": \"" + type + "\", \"view\": " + std::string(node) + "}";
+        };
         EXPECT_NE(second(modified(with(gradientNode))).as<LinearGradient>(), nullptr);
-        EXPECT_NE(second(modified(with(R"({"type": "text", "content": "a", "modifiers": [{"type": "clipped"}]})"))).as<Clipped>(), nullptr);
+        EXPECT_NE(second(modified(with(R"({"type": "text", "content": "a", "modifiers": [{"type": "clipped"}]})")))
+                      .as<Clipped>(),
+                  nullptr);
         EXPECT_NE(second(modified(with(R"({"type": "hstack", "children": []})"))).as<HStack>(), nullptr);
-        EXPECT_NE(second(modified(R"({"type": ")" + type + R"(", "alignment": "top", "view": {"type": "circle"}})")).as<Circle>(), nullptr)
+        EXPECT_NE(second(modified(R"({"type": ")" + type + R"(", "alignment": "top", "view": {"type": "circle"}})"))
+                      .as<Circle>(),
+                  nullptr)
             << "there is no key for the alignment";
 
         EXPECT_EQ(failure(with(R"({"type": "color", "value": "pale"})")), "ColorNode: invalid color: pale");
@@ -163,12 +172,13 @@ TEST(BorderModifier, FallsBackAndNeverFails) {
         {"two colours", R"({"value": "#102030", "dark": "#FFFFFF"})", "#FF0000",
          *dynamicColor(hex("#102030"), hex("#FFFFFF"))},
         {"a gradient gives way", gradientNode, "#FF0000", hex("#FF0000")},
-        {"a colour with modifiers too", R"({"value": "#102030", "modifiers": [{"type": "clipped"}]})", "#FF0000", hex("#FF0000")},
+        {"a colour with modifiers too", R"({"value": "#102030", "modifiers": [{"type": "clipped"}]})", "#FF0000",
+         hex("#FF0000")},
         {"and no colour", R"({"value": "pale"})", "#50FF0000", hex("#50FF0000")},
         {"and an endless gradient", R"({"gradient": true, "value": "#102030"})", "#FF0000", hex("#FF0000")},
         {"and one whose modifiers fail",
-         R"({"value": "#102030", "modifiers": [{"type": "background", "view": {"type": "node", "name": "gone"}}]})", "#FF0000",
-         hex("#FF0000")},
+         R"({"value": "#102030", "modifiers": [{"type": "background", "view": {"type": "node", "name": "gone"}}]})",
+         "#FF0000", hex("#FF0000")},
         {"white in the end", R"({"value": "pale"})", "none", Color::white},
         {"a gradient and no string", gradientNode, "", Color::white},
     };
@@ -185,7 +195,8 @@ TEST(BorderModifier, FallsBackAndNeverFails) {
 
 TEST(BorderModifier, HasAWidthAndBindsInOrder) {
     const auto border = [](const char* width) {
-        return R"({"type": "border", "colorNode": {"value": "#102030"}, "color": "", "width": )" + std::string(width) + "}";
+        return R"({"type": "border", "colorNode": {"value": "#102030"}, "color": "", "width": )" + std::string(width) +
+               "}";
     };
     EXPECT_EQ(modified(border("\"2.5\"")).as<Border>()->width, 2.5);
     EXPECT_EQ(modified(border("-1")).as<Border>()->width, -1);
@@ -212,17 +223,19 @@ TEST(ClipShapeModifier, TakesThreeBareShapes) {
         {"its style", R"({"type": "capsule", "style": "continuous"})", Capsule{RoundedCornerStyle::continuous}},
         {"a rounded rectangle", R"({"type": "roundedRectangle", "cornerRadius": 8, "style": "continuous"})",
          RoundedRectangle{8, RoundedCornerStyle::continuous}},
-        {"a model's radius", R"({"type": "roundedRectangle", "cornerRadius": "{{initServerParam.r}}"})", RoundedRectangle{4}},
+        {"a model's radius", R"({"type": "roundedRectangle", "cornerRadius": "{{initServerParam.r}}"})",
+         RoundedRectangle{4}},
         {"no modifiers", R"({"type": "circle", "modifiers": []})", Circle{}},
-        {"a width without a stroke", R"({"type": "circle", "lineWidth": 3, "strokeColor": {"value": "#102030"}})", Circle{}},
+        {"a width without a stroke", R"({"type": "circle", "lineWidth": 3, "strokeColor": {"value": "#102030"}})",
+         Circle{}},
         {"a reference", R"({"type": "node", "name": "round"})", Circle{}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        const AnyView view =
-            rendered(R"({"version": "1.2", "nodes": {"round": {"type": "circle"}, "main": {"type": "spacer", "modifiers": [{"type": "clipShape", "view": )" +
-                         std::string(row.node) + "}]}}}",
-                     R"({"r": 4})");
+        const AnyView view = rendered(
+            R"({"version": "1.2", "nodes": {"round": {"type": "circle"}, "main": {"type": "spacer", "modifiers": [{"type": "clipShape", "view": )" +
+                std::string(row.node) + "}]}}}",
+            R"({"r": 4})");
         ASSERT_NE(view.as<ClipShape>(), nullptr);
         EXPECT_EQ(view.as<ClipShape>()->shape, row.shape);
         EXPECT_TRUE(view.as<ClipShape>()->antialiased);
@@ -239,7 +252,8 @@ TEST(ClipShapeModifier, RefusesAnythingElse) {
         {"a rectangle", R"({"type": "rectangle"})", "tavrin::Rectangle"},
         {"a stroke", R"({"type": "circle", "stroke": true})", "tavrin::StrokedShape"},
         {"a fill", R"({"type": "capsule", "fillColor": {"value": "#102030"}})", "tavrin::FilledShape"},
-        {"a fill of gray", R"({"type": "circle", "fillColor": {"gradient": true, "start": "top", "end": "top", "value": "#102030"}})",
+        {"a fill of gray",
+         R"({"type": "circle", "fillColor": {"gradient": true, "start": "top", "end": "top", "value": "#102030"}})",
          "tavrin::FilledShape"},
         {"a modifier", R"({"type": "circle", "modifiers": [{"type": "opacity", "opacity": 1}]})", "tavrin::Opacity"},
         {"a colour", R"({"type": "color", "value": "#102030"})", "tavrin::Color"},

@@ -27,8 +27,8 @@ TEST(UnitPoints, AreTenKeywords) {
         const char* keyword;
         UnitPoint point;
     } rows[] = {
-        {"zero", {0, 0}},       {"center", {0.5, 0.5}}, {"leading", {0, 0.5}},     {"trailing", {1, 0.5}},
-        {"top", {0.5, 0}},      {"bottom", {0.5, 1}},   {"topLeading", {0, 0}},    {"topTrailing", {1, 0}},
+        {"zero", {0, 0}},          {"center", {0.5, 0.5}},     {"leading", {0, 0.5}},  {"trailing", {1, 0.5}},
+        {"top", {0.5, 0}},         {"bottom", {0.5, 1}},       {"topLeading", {0, 0}}, {"topTrailing", {1, 0}},
         {"bottomLeading", {0, 1}}, {"bottomTrailing", {1, 1}},
     };
     std::size_t number = 0;
@@ -67,7 +67,8 @@ TEST(ColorNode, IsDecodedInTheOrderOfItsKeys) {
 }
 
 TEST(ColorNode, IsSolid) {
-    const char* const model = R"({"half": "#80FF0000", "opaque": "#FFFF0000", "plain": "#102030", "yes": "true", "no": false})";
+    const char* const model =
+        R"({"half": "#80FF0000", "opaque": "#FFFF0000", "plain": "#102030", "yes": "true", "no": false})";
     const struct {
         const char* why;
         const char* members;
@@ -76,7 +77,8 @@ TEST(ColorNode, IsSolid) {
         {"a colour", R"("value": "#102030")", hex("#102030")},
         {"a literal is read as it is", R"("value": "#80FF0000")", hex("#80FF0000")},
         {"a model's has an alpha in hexadecimal", R"("value": "{{initServerParam.half}}")", hex("#50FF0000")},
-        {"an opaque one becomes another", R"("value": "{{initServerParam.opaque}}")", Color::rgb(15 / 255.0, 240 / 255.0, 0, 0.1)},
+        {"an opaque one becomes another", R"("value": "{{initServerParam.opaque}}")",
+         Color::rgb(15 / 255.0, 240 / 255.0, 0, 0.1)},
         {"a model's without alpha", R"("value": "{{initServerParam.plain}}")", hex("#102030")},
         {"a dark colour", R"("value": "#FFFFFF", "dark": "#102030")", darkened("#FFFFFF", "#102030")},
         {"a model's dark colour is not converted", R"("value": "#FFFFFF", "dark": "{{initServerParam.half}}")",
@@ -112,15 +114,23 @@ TEST(ColorNode, IsAGradient) {
         {"two colours", gradient(R"("value": "#FF0000-#0000FF")"), {hex("#FF0000"), hex("#0000FF")}},
         {"one", gradient(R"("value": "#FF0000")"), {hex("#FF0000")}},
         {"empty pieces", gradient(R"("value": "-#FF0000--#0000FF---")"), {hex("#FF0000"), hex("#0000FF")}},
-        {"pieces that are none", gradient(R"("value": "#FF0000-nothing-#FFF-#0000FF")"), {hex("#FF0000"), hex("#0000FF")}},
-        {"opacities, blanks and no hashes", gradient(R"("value": "50FF0000 - 0000FF")"), {hex("#50FF0000"), hex("#0000FF")}},
-        {"no sign stands in a list", gradient(R"("value": "#-5102030-#0000FF")"), {hex("5102030"), hex("#0000FF")}},
-        {"dark is for solid colours", gradient(R"("value": "#FF0000-#0000FF", "dark": "#00FF00")"),
+        {"pieces that are none",
+         gradient(R"("value": "#FF0000-nothing-#FFF-#0000FF")"),
          {hex("#FF0000"), hex("#0000FF")}},
-        {"a list from the model is no alpha", gradient(R"("value": "{{initServerParam.list}}")"),
+        {"opacities, blanks and no hashes",
+         gradient(R"("value": "50FF0000 - 0000FF")"),
+         {hex("#50FF0000"), hex("#0000FF")}},
+        {"no sign stands in a list", gradient(R"("value": "#-5102030-#0000FF")"), {hex("5102030"), hex("#0000FF")}},
+        {"dark is for solid colours",
+         gradient(R"("value": "#FF0000-#0000FF", "dark": "#00FF00")"),
+         {hex("#FF0000"), hex("#0000FF")}},
+        {"a list from the model is no alpha",
+         gradient(R"("value": "{{initServerParam.list}}")"),
          {hex("#FF0000"), hex("#0000FF")}},
         {"one colour from it has one", gradient(R"("value": "{{initServerParam.half}}")"), {hex("#50FF0000")}},
-        {"true as text", R"("gradient": "true", "start": "top", "end": "bottomTrailing", "value": "#FF0000")", {hex("#FF0000")}},
+        {"true as text",
+         R"("gradient": "true", "start": "top", "end": "bottomTrailing", "value": "#FF0000")",
+         {hex("#FF0000")}},
         {"everything in the model",
          R"("gradient": "{{initServerParam.yes}}", "start": "{{initServerParam.top}}", "end": "bottomTrailing", "value": "#FF0000")",
          {hex("#FF0000")}},
@@ -155,8 +165,8 @@ TEST(ColorNode, Fails) {
         {"no end", R"("gradient": true, "start": "top", "value": "#FF0000")", endless},
         {"no start", R"("gradient": true, "end": "top", "value": "#FF0000")", endless},
         {"a start that is none", R"("gradient": true, "start": "Top", "end": "top", "value": "#FF0000")", endless},
-        {"an end that is not bound", R"("gradient": true, "start": "top", "end": "{{initServerParam.a}}", "value": "#FF0000")",
-         endless},
+        {"an end that is not bound",
+         R"("gradient": true, "start": "top", "end": "{{initServerParam.a}}", "value": "#FF0000")", endless},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

@@ -49,7 +49,10 @@ TEST(ColorString, IsRead) {
         {"no-break, wide and other blanks", "\xC2\xA0\xE3\x80\x80\xE2\x80\x83#00FF00\xE2\x80\xA8\xC2\x85\xE2\x80\xAF",
          bytes(0, 0xFF, 0)},
         {"vertical tabs and form feeds", "\v#00FF00\f", bytes(0, 0xFF, 0)},
-        {"a character of three bytes counts once", "\xE2\x82\xAC" "9102030", bytes(0x10, 0x20, 0x30)},
+        {"a character of three bytes counts once",
+         "\xE2\x82\xAC"
+         "9102030",
+         bytes(0x10, 0x20, 0x30)},
         {"and is left out once at the end", "102030\xE2\x82\xAC", bytes(0x10, 0x20, 0x30)},
     };
     for (const auto& row : rows) {
@@ -81,11 +84,18 @@ TEST(ColorString, IsNoColour) {
         {"two signs", "+-0000"},
         {"a sign at the end", "00000-"},
         {"a sign alone after a pair", "50-     .."},
-        {"five characters of four bytes", "\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88"},
+        {"five characters of four bytes",
+         "\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88\xF0\x9F\x8C\x88"},
         {"wide digits", "\xEF\xBC\x91\xEF\xBC\x92\xEF\xBC\x93\xEF\xBC\x94\xEF\xBC\x95\xEF\xBC\x96"},
-        {"a character among the digits", "\xC3\xA9" "FF000"},
-        {"a blank that is none", "\xE2\x80\x8B" "FF0000"},
-        {"a null character", std::string_view("FF\0" "000", 6)},
+        {"a character among the digits",
+         "\xC3\xA9"
+         "FF000"},
+        {"a blank that is none",
+         "\xE2\x80\x8B"
+         "FF0000"},
+        {"a null character", std::string_view("FF\0"
+                                              "000",
+                                              6)},
         {"bytes that are no text", "\x80\xBF\xFF\xFE\xF0\xE2"},
     };
     for (const auto& row : rows) {
@@ -119,14 +129,25 @@ TEST(ConvertARGB, TurnsAlphaIntoPerCent) {
         {"blanks are no digits", "# 8102030", "#100102030"},
         {"whatever the first character is", "x80102030", "x50102030"},
         {"and the others", "#80 so so", "#50 so so"},
-        {"a character of two bytes first", "\xC2\xA7" "80102030", "\xC2\xA7" "50102030"},
-        {"as the pair", "#\xC2\xA7\xC2\xA7" "102030", "#100102030"},
+        {"a character of two bytes first",
+         "\xC2\xA7"
+         "80102030",
+         "\xC2\xA7"
+         "50102030"},
+        {"as the pair",
+         "#\xC2\xA7\xC2\xA7"
+         "102030",
+         "#100102030"},
         {"at the end", "#8010203\xF0\x9F\x8C\x88", "#5010203\xF0\x9F\x8C\x88"},
         {"eight characters stay", "80102030", "80102030"},
         {"seven", "#102030", "#102030"},
         {"ten", "#100102030", "#100102030"},
         {"none", "", ""},
-        {"nine bytes, but fewer characters", "#\xC2\xA7" "102030", "#\xC2\xA7" "102030"},
+        {"nine bytes, but fewer characters",
+         "#\xC2\xA7"
+         "102030",
+         "#\xC2\xA7"
+         "102030"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

@@ -61,8 +61,8 @@ TEST(ShapeNodes, AreStroked) {
         {"in a colour", R"("stroke": true, "strokeColor": {"value": "#102030"})", hex("#102030"), 1},
         {"in two", R"("stroke": true, "strokeColor": {"value": "#102030", "dark": "#FFFFFF"})",
          *dynamicColor(hex("#102030"), hex("#FFFFFF")), 1},
-        {"a type is not read where a colour is asked for", R"("stroke": true, "strokeColor": {"type": "text", "value": "#102030"})",
-         hex("#102030"), 1},
+        {"a type is not read where a colour is asked for",
+         R"("stroke": true, "strokeColor": {"type": "text", "value": "#102030"})", hex("#102030"), 1},
         {"a gradient is gray",
          R"("stroke": true, "strokeColor": {"gradient": true, "start": "top", "end": "bottom", "value": "#102030-#FFFFFF"})",
          Color::gray, 1},
@@ -104,9 +104,11 @@ TEST(ShapeNodes, AreFilled) {
         Color color;
     } rows[] = {
         {"a colour", R"("fillColor": {"value": "#102030"})", hex("#102030")},
-        {"two", R"("fillColor": {"value": "#102030", "dark": "#FFFFFF"})", *dynamicColor(hex("#102030"), hex("#FFFFFF"))},
+        {"two", R"("fillColor": {"value": "#102030", "dark": "#FFFFFF"})",
+         *dynamicColor(hex("#102030"), hex("#FFFFFF"))},
         {"a gradient is gray",
-         R"("fillColor": {"gradient": true, "start": "top", "end": "bottom", "value": "#102030-#FFFFFF"})", Color::gray},
+         R"("fillColor": {"gradient": true, "start": "top", "end": "bottom", "value": "#102030-#FFFFFF"})",
+         Color::gray},
         {"a colour with modifiers is gray", R"("fillColor": {"value": "#102030", "modifiers": [{"type": "clipped"}]})",
          Color::gray},
         {"a stroke that is none, whose colour cannot fail",
@@ -160,13 +162,16 @@ TEST(ShapeNodes, Fail) {
     for (const auto& shape : shapes) {
         SCOPED_TRACE(shape.type);
         const std::string members = shape.members;
-        EXPECT_EQ(failure(shape.type, members + R"(, "fillColor": {"value": "pale"})"), "ColorNode: invalid color: pale");
+        EXPECT_EQ(failure(shape.type, members + R"(, "fillColor": {"value": "pale"})"),
+                  "ColorNode: invalid color: pale");
         EXPECT_EQ(failure(shape.type, members + R"(, "stroke": true, "strokeColor": {"value": "pale"})"),
                   "ColorNode: invalid color: pale");
         EXPECT_EQ(failure(shape.type, members + R"(, "fillColor": {"gradient": true, "value": "#FFFFFF"})"),
                   "ColorNode: gradient must set start and end");
-        EXPECT_TRUE(failure(shape.type, members + R"(, "fillColor": "#FFFFFF")").starts_with("typeMismatch at nodes.main.fillColor"));
-        EXPECT_TRUE(failure(shape.type, members + R"(, "strokeColor": {})").starts_with("keyNotFound at nodes.main.strokeColor"));
+        EXPECT_TRUE(failure(shape.type, members + R"(, "fillColor": "#FFFFFF")")
+                        .starts_with("typeMismatch at nodes.main.fillColor"));
+        EXPECT_TRUE(failure(shape.type, members + R"(, "strokeColor": {})")
+                        .starts_with("keyNotFound at nodes.main.strokeColor"));
     }
     EXPECT_TRUE(failure("roundedRectangle", R"(, "style": [])").starts_with("keyNotFound at nodes.main"))
         << "the radius is required, and read first";
@@ -183,9 +188,9 @@ TEST(ShapeNodes, BindInTheOrderOfTheirKeys) {
         return failureOf([&] { return drawn("roundedRectangle", expressions, "{" + model + "}"); });
     };
     std::string model;
-    const std::vector<std::pair<std::string, std::string>> keys{{"cornerRadius", "3"}, {"style", "\"continuous\""},
-                                                                {"stroke", "false"},   {"lineWidth", "1"},
-                                                                {"strokeColor", "\"102030\""}, {"fillColor", "\"102030\""}};
+    const std::vector<std::pair<std::string, std::string>> keys{
+        {"cornerRadius", "3"}, {"style", "\"continuous\""},   {"stroke", "false"},
+        {"lineWidth", "1"},    {"strokeColor", "\"102030\""}, {"fillColor", "\"102030\""}};
     for (const auto& [key, value] : keys) {
         EXPECT_EQ(failure(model), "ResolveExpression: key path not found in model: [\"" + key + "\"]");
         if (!model.empty()) model += ", ";
@@ -198,8 +203,9 @@ TEST(ShapeNodes, BindInTheOrderOfTheirKeys) {
 TEST(ShapeNodes, ApplyTheirModifiers) {
     for (const auto& shape : shapes) {
         SCOPED_TRACE(shape.type);
-        const AnyView view = drawn(
-            shape.type, std::string(shape.members) + R"(, "fillColor": {"value": "#102030"}, "modifiers": [{"type": "clipped"}])");
+        const AnyView view =
+            drawn(shape.type, std::string(shape.members) +
+                                  R"(, "fillColor": {"value": "#102030"}, "modifiers": [{"type": "clipped"}])");
         ASSERT_NE(view.as<Clipped>(), nullptr);
         EXPECT_NE(view.as<Clipped>()->content.as<FilledShape>(), nullptr);
     }

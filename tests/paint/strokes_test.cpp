@@ -32,14 +32,17 @@ TEST(Strokes, CoverWhatLiesHalfTheirWidthFromTheOutline) {
     };
     constexpr Size page{120, 110};
     for (const auto& row : rows)
-        for (const double width : {0.5, 1.0, 3.0, 8.0, 15.0, 16.0, 17.0, 19.0, 20.0, 21.0, 24.0, 29.0, 30.0, 31.0, 40.0, 60.0})
+        for (const double width :
+             {0.5, 1.0, 3.0, 8.0, 15.0, 16.0, 17.0, 19.0, 20.0, 21.0, 24.0, 29.0, 30.0, 31.0, 40.0, 60.0})
             for (const double scale : {1.0, 3.0})
                 for (const bool gradient : {false, true}) {
-                    SCOPED_TRACE(row.why + std::string(", ") + std::to_string(width) + " wide, at " + std::to_string(scale));
+                    SCOPED_TRACE(row.why + std::string(", ") + std::to_string(width) + " wide, at " +
+                                 std::to_string(scale));
                     const RGBA half{0, 0, 0, 0.5};
                     const Paint paint = gradient ? Paint{Gradient{{half, half}, {0, 0}, {9, 9}}} : Paint{half};
                     Canvas canvas = Canvas::raster(page, scale);
-                    const Rect bounds{{(page.width - row.size.width) / 2, (page.height - row.size.height) / 2}, row.size};
+                    const Rect bounds{{(page.width - row.size.width) / 2, (page.height - row.size.height) / 2},
+                                      row.size};
                     canvas.stroke(row.shape, bounds, paint, {width});
                     const PixelBuffer picture = canvas.finishRaster();
                     for (int y = 0; y < picture.height(); ++y)
@@ -47,8 +50,12 @@ TEST(Strokes, CoverWhatLiesHalfTheirWidthFromTheOutline) {
                             const Point point{(x + 0.5) / scale - page.width / 2, (y + 0.5) / scale - page.height / 2};
                             const double inside = width / 2 - std::abs(distanceFrom(row.size, row.radius, point));
                             const std::uint32_t alpha = picture.row(y)[x] >> 24;
-                            if (inside > 0.8 / scale) { ASSERT_NEAR(alpha, 0x80, 1) << x << ", " << y; }
-                            if (inside < -0.8 / scale) { ASSERT_EQ(alpha, 0U) << x << ", " << y; }
+                            if (inside > 0.8 / scale) {
+                                ASSERT_NEAR(alpha, 0x80, 1) << x << ", " << y;
+                            }
+                            if (inside < -0.8 / scale) {
+                                ASSERT_EQ(alpha, 0U) << x << ", " << y;
+                            }
                         }
                 }
 }
@@ -56,7 +63,8 @@ TEST(Strokes, CoverWhatLiesHalfTheirWidthFromTheOutline) {
 TEST(Strokes, CloseOverContinuousCornersToo) {
     for (const double width : {30.0, 31.0, 90.0}) {
         Canvas canvas = Canvas::raster({140, 120}, 2);
-        canvas.stroke(RoundedRectangle{12, RoundedCornerStyle::continuous}, {{50, 45}, {40, 30}}, RGBA{0, 0, 0, 1}, {width});
+        canvas.stroke(RoundedRectangle{12, RoundedCornerStyle::continuous}, {{50, 45}, {40, 30}}, RGBA{0, 0, 0, 1},
+                      {width});
         const PixelBuffer picture = canvas.finishRaster();
         for (int y = 90; y < 150; ++y)
             for (int x = 100; x < 180; ++x) ASSERT_EQ(picture.row(y)[x], 0xFF000000) << x << ", " << y;

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <sys/single_threaded.h>
-
 #include <atomic>
 #include <cstdint>
+#include <sys/single_threaded.h>
 #include <utility>
 
 namespace tavrin {

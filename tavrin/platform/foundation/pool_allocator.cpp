@@ -3,8 +3,8 @@
 namespace tavrin::pool {
 namespace {
 
-// For each size, on each thread: room for all that a document of 100,000 nodes leaves behind. Giving so many small blocks
-// back to the general allocator, and asking for them again, takes longer than decoding them.
+// For each size, on each thread: room for all that a document of 100,000 nodes leaves behind. Giving so many small
+// blocks back to the general allocator, and asking for them again, takes longer than decoding them.
 constexpr std::size_t keptBytes = 32 * 1024 * 1024;
 
 constinit thread_local bool isOpen = false;
@@ -13,7 +13,8 @@ constinit thread_local bool isOpen = false;
 struct Janitor {
     Janitor() {
         isOpen = true;
-        for (std::size_t index = 0; index < classCount; ++index) freeLists[index].room = keptBytes / ((index + 1) * step);
+        for (std::size_t index = 0; index < classCount; ++index)
+            freeLists[index].room = keptBytes / ((index + 1) * step);
     }
     ~Janitor() {
         for (FreeList& list : freeLists) {

@@ -22,7 +22,8 @@ template <const auto& texts>
     };
     [&]<std::size_t... index>(std::index_sequence<index...>) {
         static_cast<void>((isAt(std::integral_constant<std::size_t, index>()) || ...));
-    }(std::make_index_sequence<texts.size()>());
+    }
+    (std::make_index_sequence<texts.size()>());
     return found;
 }
 

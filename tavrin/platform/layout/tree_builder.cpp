@@ -185,7 +185,8 @@ std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const std::st
         if (known.font == font && *known.text == shown) return known.shaped;
     longTextBytes_ += shown.size();
     if (longTextBytes_ > maximumLongTextBytes)
-        throw TavrinError("Engine", "more than " + std::to_string(maximumLongTextBytes) + " bytes of long texts are laid out");
+        throw TavrinError("Engine",
+                          "more than " + std::to_string(maximumLongTextBytes) + " bytes of long texts are laid out");
     return longTexts_.emplace_back(LongText{&shown, font, texts_.shape(shown, font)}).shaped;
 }
 

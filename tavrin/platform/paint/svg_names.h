@@ -5,8 +5,8 @@
 
 namespace tavrin::paint {
 
-/// Cairo names an SVG's groups and images by a count that goes on through the process ("image17"); here they are counted
-/// anew for each document, so that the same drawing is the same bytes.
+/// Cairo names an SVG's groups and images by a count that goes on through the process ("image17"); here they are
+/// counted anew for each document, so that the same drawing is the same bytes.
 [[nodiscard]] std::string withStableNames(std::string_view svg);
 
 }  // namespace tavrin::paint

@@ -33,7 +33,8 @@ int toPixel(double position) {
     return static_cast<int>(std::clamp(position, -farAway, farAway));
 }
 
-/// The picture with every pixel faded. (As a mask around a scaled picture, Cairo 1.16 writes SVG that shows a part of it.)
+/// The picture with every pixel faded. (As a mask around a scaled picture, Cairo 1.16 writes SVG that shows a part of
+/// it.)
 Picture fadedCopy(cairo_surface_t* picture, double opacity) {
     Picture copy(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(picture),
                                             cairo_image_surface_get_height(picture)));

@@ -1,10 +1,10 @@
 #include "tavrin/platform/ui/any_view.h"
 
-#include <cxxabi.h>
-
 #include <cstdlib>
 #include <memory>
 #include <string>
+
+#include <cxxabi.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/ui/views.h"

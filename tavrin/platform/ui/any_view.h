@@ -91,8 +91,7 @@ private:
 template <class V>
 struct AnyView::Box final : ViewBox {
     template <class Held>
-    explicit Box(Held&& held)
-        : ViewBox(kindOf(), nestingAround(innerNesting(held))), view(std::forward<Held>(held)) {}
+    explicit Box(Held&& held) : ViewBox(kindOf(), nestingAround(innerNesting(held))), view(std::forward<Held>(held)) {}
 
     const std::type_info& type() const override { return typeid(V); }
 

@@ -49,6 +49,7 @@ decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
 template <class V>
 concept ModifiedView = requires(const V& view) {
     { view.content } -> std::convertible_to<AnyView>;
-} && !std::same_as<V, Text>;
+}
+&&!std::same_as<V, Text>;
 
 }  // namespace tavrin
