@@ -38,8 +38,8 @@ public:
 
 /// The shared decoder for hosts that store documents: reads "infinity", "-infinity" and "nan" where a floating-point
 /// number is asked for. Thread-safe.
-[[nodiscard]] const JSONDecoder& DSLJSONDecoder();
+[[nodiscard]] const JSONDecoder& DSLJSONDecoder();  // NOLINT(readability-identifier-naming)
 /// The shared encoder for hosts that build documents. Thread-safe.
-[[nodiscard]] const JSONEncoder& DSLJSONEncoder();
+[[nodiscard]] const JSONEncoder& DSLJSONEncoder();  // NOLINT(readability-identifier-naming)
 
 }  // namespace tavrin

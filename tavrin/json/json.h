@@ -45,6 +45,7 @@ public:
     JSON(std::string text) : value_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
     JSON(const char* text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
     /// A boolean or a number of any type.
+    // NOLINTNEXTLINE(google-explicit-constructor): any value is JSON
     template <class Scalar>
         requires std::is_arithmetic_v<Scalar> JSON(Scalar scalar)
             : value_(static_cast<Widest<Scalar>>(scalar)) {}  // NOLINT(google-explicit-constructor)

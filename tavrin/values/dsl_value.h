@@ -134,8 +134,8 @@ class DSLValueWithDefault<std::vector<T>> {
 public:
     DSLValueWithDefault() = default;
     explicit DSLValueWithDefault(SharedList<T> list) : list_(std::move(list)) {}
-    DSLValueWithDefault(
-        const std::vector<T>& values)  // NOLINT(google-explicit-constructor): a list is a property in code
+    // NOLINTNEXTLINE(google-explicit-constructor): a list is a property in code
+    DSLValueWithDefault(const std::vector<T>& values)
         : list_(SharedList<T>::generate(values.size(), [next = values.begin()]() mutable { return *next++; })) {}
 
     [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }

@@ -125,7 +125,7 @@ text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
         return unbroken;
     AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
     if (const text::TextBlock* known = memory.find(room)) return *known;
-    const text::TextBlock block = broken(text, {.width = room.width, .height = room.height});
+    text::TextBlock block = broken(text, {.width = room.width, .height = room.height});
     memory.keep(room, block);
     return block;
 }

@@ -39,7 +39,7 @@ private:
         std::uint32_t glyph;
         int width;  ///< 0: as the font has it
         int height;
-        auto operator<=>(const Key&) const = default;
+        auto operator<=>(const Key&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
     };
     cairo_surface_t* keep(const Key& key, Picture picture);
 

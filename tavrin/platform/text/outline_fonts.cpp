@@ -41,7 +41,7 @@ Handle<cairo_font_face_t, cairo_font_face_destroy> makeFont(const FontSource& so
     const auto destroy = [](void* data) { delete static_cast<OwnFace*>(data); };
     if (cairo_font_face_set_user_data(font.get(), &ownerKey, own.get(), destroy) != CAIRO_STATUS_SUCCESS)
         return nullptr;
-    own.release();
+    static_cast<void>(own.release());  // the font face owns it now
     return font;
 }
 
