@@ -96,16 +96,18 @@ private:
     std::vector<std::uint32_t> row_;
 };
 
-/// A zlib stream, appended to a string. At ISA-L's level 0: what levels 1 and 2 write depends, about once in a thousand
-/// pictures, on where their buffers lie in memory (2.30).
+/// A zlib stream, appended to a string.
 class Deflater {
 public:
     Deflater(std::string& out, std::size_t expectedSize)
         : out_(out),
+          levelBuffer_(std::make_unique_for_overwrite<std::uint8_t[]>(levelSize)),
           stream_(std::make_unique_for_overwrite<isal_zstream>()) {
         isal_deflate_init(stream_.get());
         stream_->avail_out = 0;
-        stream_->level = 0;
+        stream_->level = 1;
+        stream_->level_buf = levelBuffer_.get();
+        stream_->level_buf_size = levelSize;
         stream_->gzip_flag = IGZIP_ZLIB;
         grow(expectedSize);
     }
@@ -124,6 +126,8 @@ public:
     }
 
 private:
+    static constexpr std::uint32_t levelSize = ISAL_DEF_LVL1_LARGE;
+
     void grow(std::size_t extra) {
         const std::size_t used = out_.size() - stream_->avail_out;
         const std::size_t room = std::min<std::size_t>(extra, std::size_t{1} << 30);
@@ -133,6 +137,7 @@ private:
     }
 
     std::string& out_;
+    std::unique_ptr<std::uint8_t[]> levelBuffer_;
     std::unique_ptr<isal_zstream> stream_;
 };
 
