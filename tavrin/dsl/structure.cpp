@@ -6,8 +6,8 @@
 namespace tavrin {
 namespace {
 
-std::vector<AnyView> renderChildren(std::span<const Node> children, Context& context) {
-    std::vector<AnyView> views;
+ViewList renderChildren(std::span<const Node> children, Context& context) {
+    ViewList views;
     views.reserve(children.size());
     for (const Node& child : children) views.push_back(child.render(context));
     return views;
@@ -21,7 +21,7 @@ auto alignmentOf(const LosslessDSLValue<std::optional<AlignmentKeyword>>& alignm
 
 template <class Stack, class StackNode>
 AnyView renderStack(const StackNode& node, Context& context) {
-    std::vector<AnyView> children = renderChildren(node.children.wrappedValue(), context);
+    ViewList children = renderChildren(node.children.wrappedValue(), context);
     Stack stack{.alignment = alignmentOf(node.alignment),
                 .spacing = node.spacing.wrappedValue(),
                 .children = std::move(children)};
@@ -35,7 +35,7 @@ AnyView VStackNode::render(Context& context) const { return renderStack<VStack>(
 AnyView HStackNode::render(Context& context) const { return renderStack<HStack>(*this, context); }
 
 AnyView ZStackNode::render(Context& context) const {
-    std::vector<AnyView> views = renderChildren(children.wrappedValue(), context);
+    ViewList views = renderChildren(children.wrappedValue(), context);
     ZStack stack{.alignment = alignmentOf(alignment), .children = std::move(views)};
     return applyModifiers(modifiers.wrappedValue(), std::move(stack), context);
 }

@@ -11,6 +11,7 @@
 #include "tavrin/json/decoder.h"
 #include "tavrin/platform/foundation/json_writer.h"
 #include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/shared_text.h"
 
 namespace tavrin {
 
@@ -35,6 +36,15 @@ struct Coding<std::string> {
         return std::string(decoder.value().string());
     }
     static void encode(const std::string& value, JSONWriter& writer) { writer.value(value); }
+};
+
+template <>
+struct Coding<SharedText> {
+    static SharedText decode(const Decoder& decoder) {
+        decoder.require(JSONKind::string);
+        return decoder.value().string();
+    }
+    static void encode(const SharedText& value, JSONWriter& writer) { writer.value(value.view()); }
 };
 
 template <>

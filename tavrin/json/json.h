@@ -10,70 +10,77 @@
 #include <vector>
 
 #include "tavrin/json/coding.h"
+#include "tavrin/platform/foundation/shared_text.h"
 
 namespace tavrin {
 
 class JSON;
 
+/// The elements of a JSON array.
+using JSONArray = std::vector<JSON, pool::Allocator<JSON>>;
+
+template <class T>
+concept Arithmetic = std::is_arithmetic_v<T>;
+
 /// A dictionary of a JSON value. Members keep the order in which they were written.
 class JSONObject {
 public:
-    using Member = std::pair<std::string, JSON>;
+    using Member = std::pair<SharedText, JSON>;
+    using Members = std::vector<Member, pool::Allocator<Member>>;
 
     JSONObject() = default;
     /// Of members with the same key the first one holds.
-    explicit JSONObject(std::vector<Member> members);
+    explicit JSONObject(Members members);
 
-    [[nodiscard]] const std::vector<Member>& members() const { return members_; }
+    [[nodiscard]] const Members& members() const { return members_; }
     /// The member of that key, or null.
     [[nodiscard]] const JSON* find(std::string_view key) const;
 
 private:
-    std::vector<Member> members_;
+    Members members_;
     std::vector<std::uint32_t> byKey_;  // indices in the order of their keys; empty for small dictionaries
 };
 
 /// A dynamic JSON value: what a model document is decoded into.
 class JSON {
 public:
-    using Value = std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string,
-                               std::vector<JSON>, JSONObject>;
+    using Value =
+        std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, SharedText, JSONArray, JSONObject>;
 
     /// Null.
     JSON() = default;
-    JSON(Value value) : value_(std::move(value)) {}        // NOLINT(google-explicit-constructor): any value is JSON
-    JSON(std::string text) : value_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
-    JSON(const char* text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
+    JSON(Value value) : value_(std::move(value)) {}     // NOLINT(google-explicit-constructor): any value is JSON
+    JSON(SharedText text) : value_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
+    JSON(const std::string& text) : value_(SharedText(text)) {}  // NOLINT(google-explicit-constructor)
+    JSON(const char* text) : value_(SharedText(text)) {}         // NOLINT(google-explicit-constructor)
     /// A boolean or a number of any type.
-    // NOLINTNEXTLINE(google-explicit-constructor): any value is JSON
+    template <Arithmetic Scalar>
+    JSON(Scalar scalar) : value_(static_cast<Widest<Scalar>>(scalar)) {}  // NOLINT(google-explicit-constructor)
+
+    /// Parses a text. Throws `DecodingError` (dataCorrupted) where it is not JSON.
+    static JSON parse(std::string_view text);
+
+    /// The untyped value.
+    [[nodiscard]] const Value& object() const { return value_; }
+    [[nodiscard]] Value& object() { return value_; }
+
+    /// The member of a dictionary; null when this is no dictionary or has no such key.
+    [[nodiscard]] const JSON* find(std::string_view key) const;
+    /// The element of an array; null when this is no array or the index is out of range.
+    [[nodiscard]] const JSON* find(std::int64_t index) const;
+
+    /// The ordinary text form: a string as it stands, numbers as digits, "true", "false", "null"; arrays and
+    /// dictionaries as compact JSON.
+    [[nodiscard]] std::string description() const;
+
+private:
     template <class Scalar>
-        requires std::is_arithmetic_v<Scalar> JSON(Scalar scalar)
-            : value_(static_cast<Widest<Scalar>>(scalar)) {}  // NOLINT(google-explicit-constructor)
+    using Widest = std::conditional_t<
+        std::same_as<Scalar, bool>, bool,
+        std::conditional_t<std::floating_point<Scalar>, double,
+                           std::conditional_t<std::signed_integral<Scalar>, std::int64_t, std::uint64_t>>>;
 
-        /// Parses a text. Throws `DecodingError` (dataCorrupted) where it is not JSON.
-        static JSON parse(std::string_view text);
-
-        /// The untyped value.
-        [[nodiscard]] const Value& object() const { return value_; }
-        [[nodiscard]] Value& object() { return value_; }
-
-        /// The member of a dictionary; null when this is no dictionary or has no such key.
-        [[nodiscard]] const JSON* find(std::string_view key) const;
-        /// The element of an array; null when this is no array or the index is out of range.
-        [[nodiscard]] const JSON* find(std::int64_t index) const;
-
-        /// The ordinary text form: a string as it stands, numbers as digits, "true", "false", "null"; arrays and
-        /// dictionaries as compact JSON.
-        [[nodiscard]] std::string description() const;
-
-    private:
-        template <class Scalar>
-        using Widest = std::conditional_t<
-            std::same_as<Scalar, bool>, bool,
-            std::conditional_t<std::floating_point<Scalar>, double,
-                               std::conditional_t<std::signed_integral<Scalar>, std::int64_t, std::uint64_t>>>;
-
-        Value value_ = nullptr;
+    Value value_ = nullptr;
 };
 
 template <>

@@ -9,7 +9,7 @@ struct BorderModifier {
     static constexpr ModifierType type = ModifierType::border;
     static constexpr DSLVersion version = DSLVersion::v1;
 
-    LosslessDSLValue<std::string> color = {};
+    LosslessDSLValue<SharedText> color = {};
     DSLValue<ColorNode> colorNode = {};
     LosslessDSLValue<float> width = {};
 

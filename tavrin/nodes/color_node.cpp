@@ -8,7 +8,7 @@
 namespace tavrin {
 namespace {
 
-TavrinError invalidColor(const std::string& value) { return {"ColorNode", "invalid color: " + value}; }
+TavrinError invalidColor(const SharedText& value) { return {"ColorNode", "invalid color: " + std::string(value)}; }
 
 /// The colours of a list joined by "-"; what is no colour is skipped.
 std::vector<Color> colorsOf(std::string_view list) {
@@ -22,7 +22,7 @@ std::vector<Color> colorsOf(std::string_view list) {
 }
 
 AnyView gradientView(const ColorNode& node) {
-    const std::string list = node.value.wrappedValue();
+    const SharedText list = node.value.wrappedValue();
     std::vector<Color> colors = colorsOf(list);
     if (colors.empty()) throw invalidColor(list);
     const std::optional<UnitPointDSL> start = node.start.wrappedValue();
@@ -33,7 +33,7 @@ AnyView gradientView(const ColorNode& node) {
 }
 
 AnyView solidView(const ColorNode& node) {
-    const std::string value = node.value.wrappedValue();
+    const SharedText value = node.value.wrappedValue();
     const std::optional<Color> color = colorFromHexString(value);
     if (!color) throw invalidColor(value);
     const std::optional<Color> dark = colorFromHexString(node.dark.wrappedValue());

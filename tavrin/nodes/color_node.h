@@ -18,8 +18,8 @@ struct ColorNode {
     LosslessDSLValue<std::optional<bool>> gradient = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> start = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> end = {};
-    LosslessDSLValue<std::string> value = {};
-    LosslessDSLValue<std::optional<std::string>> dark = {};
+    LosslessDSLValue<SharedText> value = {};
+    LosslessDSLValue<std::optional<SharedText>> dark = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
     static constexpr std::tuple fields{

@@ -74,7 +74,7 @@ std::optional<Color> colorFromHexString(std::optional<std::string_view> hexStrin
     return Color::rgb(channel(*rgb, 16), channel(*rgb, 8), channel(*rgb, 0), opacity);
 }
 
-std::string convertARGB(const std::string& value) {
+SharedText convertARGB(const SharedText& value) {
     constexpr std::size_t argbCharacters = 9;
     const std::vector<std::string_view> characters = charactersOf(value);
     if (characters.size() != argbCharacters) return value;
@@ -83,8 +83,8 @@ std::string convertARGB(const std::string& value) {
     const int percent = static_cast<int>(alpha / 255.0F * 100.0F);
     char digits[16];
     std::snprintf(digits, sizeof digits, "%02d", percent);
-    const std::size_t kept = characters[0].size();
-    return value.substr(0, kept) + digits + value.substr(kept + alphaText.size());
+    std::string converted(value);
+    return converted.replace(characters[0].size(), alphaText.size(), digits);
 }
 
 std::optional<Color> dynamicColor(const Color& light, const Color& dark) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 
+#include "tavrin/platform/foundation/shared_text.h"
 #include "tavrin/platform/ui/color.h"
 
 // Colour strings: `#RRGGBB`, or `#PPRRGGBB` with the opacity in per cent as two decimal digits.
@@ -16,7 +16,7 @@ namespace tavrin {
 
 /// Turns a nine-character string `#AARRGGBB` with a hexadecimal alpha, as models carry it, into one with the opacity in
 /// per cent. Any other string stays as it is. Alpha FF gives three digits, and so a string of ten characters.
-[[nodiscard]] std::string convertARGB(const std::string& value);
+[[nodiscard]] SharedText convertARGB(const SharedText& value);
 
 /// The colour that is `light` in light and `dark` in dark appearance.
 [[nodiscard]] std::optional<Color> dynamicColor(const Color& light, const Color& dark);

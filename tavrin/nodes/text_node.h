@@ -14,7 +14,7 @@ struct TextNode {
     static constexpr NodeType type = NodeType::text;
     static constexpr DSLVersion version = DSLVersion::v1;
 
-    LosslessDSLValue<std::string> content = {};
+    LosslessDSLValue<SharedText> content = {};
     LosslessDSLValue<std::optional<float>> fontSize = {};
     LosslessDSLValue<std::optional<FontWeight>> fontWeight = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};

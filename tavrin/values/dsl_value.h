@@ -10,9 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/foundation/shared_text.h"
 #include "tavrin/values/model_context.h"
-#include "tavrin/values/shared_list.h"
-#include "tavrin/values/shared_text.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
@@ -133,10 +132,10 @@ template <class T>
 class DSLValueWithDefault<std::vector<T>> {
 public:
     DSLValueWithDefault() = default;
-    explicit DSLValueWithDefault(SharedList<T> list) : list_(std::move(list)) {}
+    explicit DSLValueWithDefault(SharedArray<T> list) : list_(std::move(list)) {}
     // NOLINTNEXTLINE(google-explicit-constructor): a list is a property in code
     DSLValueWithDefault(const std::vector<T>& values)
-        : list_(SharedList<T>::generate(values.size(), [next = values.begin()]() mutable { return *next++; })) {}
+        : list_(values.empty() ? SharedArray<T>() : SharedArray<T>::copyOf(values)) {}
 
     [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }
 
@@ -145,7 +144,7 @@ public:
     }
 
 private:
-    SharedList<T> list_;
+    SharedArray<T> list_;
 };
 
 /// A list from which elements that cannot be decoded are left out.
@@ -192,7 +191,7 @@ struct Coding<DSLValueWithDefault<std::vector<T>>> {
         decoder.require(JSONKind::array);
         JSONElement::Walk walk(decoder.value());
         std::size_t index = 0;
-        return DSLValueWithDefault<std::vector<T>>(SharedList<T>::generate(decoder.value().size(), [&] {
+        return DSLValueWithDefault<std::vector<T>>(SharedArray<T>::generate(decoder.value().size(), [&] {
             walk.next();
             return tavrin::decode<T>(decoder.element(index++, walk.value()));
         }));

@@ -34,59 +34,62 @@ std::string describe(std::span<const JSONKey> path) {
     return text + ']';
 }
 
-/// An element of an expression's path, still within the expression's text.
-struct PathStep {
-    std::string_view key;
-    std::int64_t index = 0;
-    bool isIndex = false;
-};
-
-/// Goes through the path of an expression, step by step.
+/// Goes through the path of an expression, step by step, within its text.
 class PathWalk {
     static constexpr std::size_t none = std::string_view::npos;
 
 public:
     explicit PathWalk(std::string_view inner) : rest_(inner), hasIndices_(inner.find('[') != none) {}
 
-    std::optional<PathStep> next() {
-        if (std::exchange(indexIsNext_, false)) return PathStep{{}, index_, true};
+    /// Goes to the next step; false after the last.
+    bool next() {
+        isIndex_ = std::exchange(indexIsNext_, false);
+        if (isIndex_) return true;
         while (!rest_.empty()) {
-            const std::string_view component = rest_.substr(0, rest_.find('.'));
-            rest_.remove_prefix(std::min(component.size() + 1, rest_.size()));
-            if (component.empty()) continue;
-            if (!hasIndices_) return PathStep{component};
-            const std::size_t open = component.find('[');
-            const std::size_t close = open == none ? none : component.find(']');
-            return PathStep{close == none ? component : splitIndex(component, open, close)};
+            key_ = rest_.substr(0, rest_.find('.'));
+            rest_.remove_prefix(std::min(key_.size() + 1, rest_.size()));
+            if (key_.empty()) continue;
+            if (hasIndices_) splitIndex();
+            return true;
         }
-        return std::nullopt;
+        return false;
     }
 
+    /// Whether the step is an index of an array, or else a key.
+    [[nodiscard]] bool isIndex() const { return isIndex_; }
+    [[nodiscard]] std::int64_t index() const { return index_; }
+    [[nodiscard]] std::string_view key() const { return key_; }
+
 private:
-    /// The key of a component with brackets; an index between them is the next step.
-    std::string_view splitIndex(std::string_view component, std::size_t open, std::size_t close) {
-        if (close < open) preconditionFailure("']' before '[' in the expression component " + std::string(component));
-        const auto index = intFromText<std::int64_t>(component.substr(open + 1, close - open - 1));
-        if (!index) return component;
+    /// Leaves the key of a component with brackets; an index between them is the next step.
+    void splitIndex() {
+        const std::size_t open = key_.find('[');
+        const std::size_t close = open == none ? none : key_.find(']');
+        if (close == none) return;
+        if (close < open) preconditionFailure("']' before '[' in the expression component " + std::string(key_));
+        const auto index = intFromText<std::int64_t>(key_.substr(open + 1, close - open - 1));
+        if (!index) return;
         index_ = *index;
         indexIsNext_ = true;
-        return component.substr(0, open);
+        key_ = key_.substr(0, open);
     }
 
     std::string_view rest_;
     bool hasIndices_;  // whether any component may have one
+    std::string_view key_;
     std::int64_t index_ = 0;
+    bool isIndex_ = false;
     bool indexIsNext_ = false;
 };
 
 std::vector<JSONKey> pathOf(std::string_view inner) {
     std::vector<JSONKey> path;
     PathWalk walk(inner);
-    while (const std::optional<PathStep> step = walk.next()) {
-        if (step->isIndex) {
-            path.emplace_back(step->index);
+    while (walk.next()) {
+        if (walk.isIndex()) {
+            path.emplace_back(walk.index());
         } else {
-            path.emplace_back(std::string(step->key));
+            path.emplace_back(std::string(walk.key()));
         }
     }
     return path;
@@ -97,8 +100,8 @@ std::vector<JSONKey> pathOf(std::string_view inner) {
     throw ModelContextError(std::string(message) + describe(std::span(path).subspan(skipped)));
 }
 
-const JSON* memberOf(const JSON& value, const PathStep& step) {
-    return step.isIndex ? value.find(step.index) : value.find(step.key);
+const JSON* memberOf(const JSON& value, const PathWalk& step) {
+    return step.isIndex() ? value.find(step.index()) : value.find(step.key());
 }
 
 }  // namespace
@@ -117,24 +120,23 @@ ModelContext::Found ModelContext::find(std::string_view expression) const {
     if (!isExpression(expression)) throw ModelContextError(" invalid model expression " + std::string(expression));
     const std::string_view inner = expression.substr(2, expression.size() - 4);
     PathWalk walk(inner);
-    const std::optional<PathStep> store = walk.next();
-    std::optional<PathStep> step = walk.next();
-    if (!step) failPath("KeyPath Invalid: ", inner, 0);
-    if (store->key == "initServerParam") {
+    const std::string_view store = walk.next() ? walk.key() : std::string_view();
+    if (!walk.next()) failPath("KeyPath Invalid: ", inner, 0);
+    if (store == "initServerParam") {
         const JSON* value = &model;
-        for (; step; step = walk.next()) {
-            value = memberOf(*value, *step);
+        do {
+            value = memberOf(*value, walk);
             if (value == nullptr) failPath("key path not found in model: ", inner, 1);
-        }
+        } while (walk.next());
         return {value, false};
     }
-    if (store->key == "initEnvironment") {
-        if (step->isIndex)
-            throw ModelContextError("Environment Variable Key must be stirng, got " + toText(step->index));
-        if (const auto entry = environment.find(step->key); entry != environment.end()) return {&entry->second, true};
-        throw ModelContextError("Environment Variable not exist for key: " + std::string(step->key));
+    if (store == "initEnvironment") {
+        if (walk.isIndex())
+            throw ModelContextError("Environment Variable Key must be stirng, got " + toText(walk.index()));
+        if (const auto entry = environment.find(walk.key()); entry != environment.end()) return {&entry->second, true};
+        throw ModelContextError("Environment Variable not exist for key: " + std::string(walk.key()));
     }
-    throw ModelContextError("Invalid keypath store: " + std::string(store->key));
+    throw ModelContextError("Invalid keypath store: " + std::string(store));
 }
 
 void ModelContext::failConversion(const Found& found, const std::string& type) {

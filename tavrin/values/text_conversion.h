@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "tavrin/json/coding.h"
+#include "tavrin/platform/foundation/shared_text.h"
 #include "tavrin/platform/foundation/short_text.h"
 
 namespace tavrin {
@@ -41,11 +42,13 @@ template <KeywordEnum Enum>
 template <class T>
 struct LosslessStringConvertible;
 
-template <>
-struct LosslessStringConvertible<std::string> {
-    static std::optional<std::string> fromText(std::string_view text) { return std::string(text); }
-    static std::string description(const std::string& value) { return value; }
-    static std::string defaultValue() { return {}; }
+/// A text; the library's own records share it.
+template <class T>
+    requires(std::same_as<T, SharedText> || std::same_as<T, std::string>)
+struct LosslessStringConvertible<T> {
+    static std::optional<T> fromText(std::string_view text) { return T(text); }
+    static std::string description(const T& value) { return std::string(value); }
+    static T defaultValue() { return {}; }
     static std::string typeName() { return "String"; }
     static std::string readableName() { return "a string"; }
 };

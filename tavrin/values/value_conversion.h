@@ -64,11 +64,21 @@ template <class T>
     }
 }
 
+/// Converts a text of the model or the environment, which is shared where a text is asked for.
+template <class T>
+[[nodiscard]] std::optional<T> convertText(const SharedText& text) {
+    if constexpr (std::convertible_to<const SharedText&, T>) {
+        return text;
+    } else {
+        return fromText<T>(text);
+    }
+}
+
 /// Converts a value of the model or the environment; null, arrays and dictionaries go through their text form.
 template <class T>
 [[nodiscard]] std::optional<T> convert(const JSON& value) {
     const JSON::Value& untyped = value.object();
-    if (const auto* text = std::get_if<std::string>(&untyped)) return fromText<T>(*text);
+    if (const auto* text = std::get_if<SharedText>(&untyped)) return convertText<T>(*text);
     if (const auto* truth = std::get_if<bool>(&untyped)) return convertBool<T>(*truth);
     if (const auto* number = std::get_if<std::int64_t>(&untyped)) return convertNumber<T>(*number);
     if (const auto* number = std::get_if<std::uint64_t>(&untyped)) return convertNumber<T>(*number);

@@ -222,7 +222,7 @@ struct CountingNode {
     CountingNode& operator=(const CountingNode&) = delete;
     ~CountingNode() = default;
 
-    LosslessDSLValue<std::string> title = {};
+    LosslessDSLValue<SharedText> title = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
     static constexpr std::tuple fields{Field{"title", &CountingNode::title},
@@ -239,7 +239,7 @@ struct CountingNode {
 
 TEST(Node, IsCopiedForBindingOnlyWhereAnExpressionWaits) {
     CountingNode plain;
-    plain.title = LosslessDSLValue<std::string>("plain");
+    plain.title = LosslessDSLValue<SharedText>("plain");
     CountingNode expression;
     expression.title = Expr{"{{initServerParam.t}}"};
     const Node plainNode(std::move(plain));
@@ -250,13 +250,13 @@ TEST(Node, IsCopiedForBindingOnlyWhereAnExpressionWaits) {
     RenderState& state = RenderState::of(context);
     state.modelContext = std::make_shared<const ModelContext>(modelFrom(R"({"t": "bound"})"));
     const Node copy = plainNode;
-    EXPECT_EQ(std::get<std::string>(copy.render(context).as<Text>()->content), "plain");
+    EXPECT_EQ(std::get<SharedText>(copy.render(context).as<Text>()->content), "plain");
     EXPECT_EQ(CountingNode::made, 0) << "nothing to bind: drawn as it stands";
-    EXPECT_EQ(std::get<std::string>(expressionNode.render(context).as<Text>()->content), "bound");
+    EXPECT_EQ(std::get<SharedText>(expressionNode.render(context).as<Text>()->content), "bound");
     EXPECT_EQ(CountingNode::made, 1);
     EXPECT_TRUE(expressionNode.needsBinding()) << "drawing never changes the node";
     state.modelContext = nullptr;
-    EXPECT_EQ(std::get<std::string>(expressionNode.render(context).as<Text>()->content), "{{initServerParam.t}}");
+    EXPECT_EQ(std::get<SharedText>(expressionNode.render(context).as<Text>()->content), "{{initServerParam.t}}");
     EXPECT_EQ(CountingNode::made, 1) << "without a model nothing is bound";
     EXPECT_EQ(CountingNode::draws, 3);
 }
@@ -265,7 +265,7 @@ TEST(Node, IsCopiedForBindingOnlyWhereAnExpressionWaits) {
 struct UndrawnNode {
     static constexpr NodeType type = NodeType::circle;
     static constexpr DSLVersion version = DSLVersion::v1;
-    LosslessDSLValue<std::string> label = {};
+    LosslessDSLValue<SharedText> label = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     static constexpr std::tuple fields{Field{"label", &UndrawnNode::label},
                                        Field{"modifiers", &UndrawnNode::modifiers}};

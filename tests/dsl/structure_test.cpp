@@ -8,7 +8,7 @@
 namespace tavrin {
 namespace {
 
-std::string textOf(const AnyView& view) { return std::get<std::string>(view.as<Text>()->content); }
+std::string textOf(const AnyView& view) { return std::string(std::get<SharedText>(view.as<Text>()->content)); }
 
 TEST(Stacks, MapTheirAlignmentAndSpacing) {
     const struct {
@@ -68,9 +68,9 @@ TEST(Stacks, KeepTheirChildrenInOrder) {
             {"type": "text", "content": "a"}, {"type": "spacer"}, {"type": "text", "content": "b"},
             {"type": "text", "content": "b"}, {"type": "emptyView"}]})");
         const AnyView& stack = view.as<ZIndex>()->content;
-        const std::vector<AnyView>& children = type == "vstack"   ? stack.as<VStack>()->children
-                                               : type == "hstack" ? stack.as<HStack>()->children
-                                                                  : stack.as<ZStack>()->children;
+        const ViewList& children = type == "vstack"   ? stack.as<VStack>()->children
+                                   : type == "hstack" ? stack.as<HStack>()->children
+                                                      : stack.as<ZStack>()->children;
         ASSERT_EQ(children.size(), 5u);
         EXPECT_EQ(textOf(children[0]), "a");
         ASSERT_NE(children[1].as<Spacer>(), nullptr);

@@ -85,7 +85,7 @@ TEST(Encoding, WritesDocuments) {
 }
 
 TEST(Encoding, KeepsOptionalStringExpressions) {
-    using Name = LosslessDSLValue<std::optional<std::string>>;
+    using Name = LosslessDSLValue<std::optional<SharedText>>;
     EXPECT_EQ(FieldCoding<Name>::isLeftOut(Name()), true);
     const Name expression(Expr{"{{initServerParam.a}}"});
     EXPECT_FALSE(FieldCoding<Name>::isLeftOut(expression));

@@ -13,7 +13,7 @@ namespace {
 constexpr const char* greeting =
     R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.name}}"}}})";
 
-std::string textOf(const AnyView& view) { return std::get<std::string>(view.as<Text>()->content); }
+std::string textOf(const AnyView& view) { return std::string(std::get<SharedText>(view.as<Text>()->content)); }
 
 std::string failureOfLoad(Context& context, std::string_view json,
                           std::optional<std::string_view> model = std::nullopt) {

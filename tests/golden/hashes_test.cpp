@@ -1,5 +1,6 @@
 #include <cstdint>
 #include <filesystem>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -42,7 +43,15 @@ std::string hashOf(const PixelBuffer& pixels) {
     return hash.add({reinterpret_cast<const char*>(bytes.data()), bytes.size()}).text();
 }
 
-/// The fast compressor's bytes are left out: they depend on the processor and, rarely, on where its memory lies.
+/// On other processors the fast compressor takes another path.
+bool hasFastPathOfTable() {
+#if defined(__x86_64__)
+    return __builtin_cpu_supports("sse4.2") != 0;
+#else
+    return false;
+#endif
+}
+
 std::string hashesOf(const GoldenCase& golden, Appearance appearance) {
     RenderOptions options = golden.renderOptions(appearance);
     ImageRenderer fast(golden.view(), options);
@@ -50,10 +59,15 @@ std::string hashesOf(const GoldenCase& golden, Appearance appearance) {
     ImageRenderer small(golden.view(), options);
     std::string line = golden.name() + (appearance == Appearance::dark ? " dark" : " light");
     line += " pixels " + hashOf(fast.pixels());
-    line += " png " + hashOf(small.encode(PictureFormat::png));
+    line += " fast " + hashOf(fast.encode(PictureFormat::png));
+    line += " small " + hashOf(small.encode(PictureFormat::png));
     line += " svg " + hashOf(fast.encode(PictureFormat::svg));
     line += " pdf " + hashOf(fast.encode(PictureFormat::pdf));
     return line;
+}
+
+std::string withoutFastPng(const std::string& line) {
+    return std::regex_replace(line, std::regex(" fast [0-9a-f]+"), "");
 }
 
 TEST(Golden, EveryBuildDrawsTheSameBytes) {
@@ -71,6 +85,10 @@ TEST(Golden, EveryBuildDrawsTheSameBytes) {
     for (std::string& line : lines) {
         std::string wanted;
         std::getline(expected, wanted);
+        if (!hasFastPathOfTable()) {
+            line = withoutFastPng(line);
+            wanted = withoutFastPng(wanted);
+        }
         EXPECT_EQ(line, wanted) << "`make update-goldens` rewrites " << table;
     }
     std::string rest;

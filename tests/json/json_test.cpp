@@ -117,7 +117,7 @@ TEST(JSON, IsMadeInCode) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(row.json.description(), row.description);
     }
-    const JSON list = JSON::Value(std::vector<JSON>{1, "b", true});
+    const JSON list = JSON::Value(JSONArray{1, "b", true});
     EXPECT_EQ(list.description(), R"([1,"b",true])");
     const JSON dictionary = JSON::Value(JSONObject({{"k", list}, {"n", {}}}));
     EXPECT_EQ(dictionary.description(), R"({"k":[1,"b",true],"n":null})");

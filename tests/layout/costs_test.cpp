@@ -12,10 +12,10 @@ double answersPerNode(const LayoutTree& tree) {
 }
 
 /// Columns in rows in columns …, each with what `beside` makes next to the nested one.
-AnyView nested(int depth, const std::vector<AnyView>& beside, AnyView leaf = Rectangle{}) {
+AnyView nested(int depth, const ViewList& beside, AnyView leaf = Rectangle{}) {
     AnyView view = std::move(leaf);
     for (int level = 0; level < depth; ++level) {
-        std::vector<AnyView> children = beside;
+        ViewList children = beside;
         children.push_back(view);
         if (level % 2 == 0) {
             view = VStack{.children = std::move(children)};
@@ -29,7 +29,7 @@ AnyView nested(int depth, const std::vector<AnyView>& beside, AnyView leaf = Rec
 TEST(Costs, NestedStacksCostPerNodeWhatFlatOnesDo) {
     const struct {
         const char* why;
-        std::vector<AnyView> beside;
+        ViewList beside;
         double perNode;
     } rows[] = {
         {"alone", {}, 3},
@@ -48,7 +48,7 @@ TEST(Costs, NestedStacksCostPerNodeWhatFlatOnesDo) {
 
 TEST(Costs, ALeafUnderHundredStacksIsAskedAFewTimes) {
     // The same tree with and without one more modifier around the leaf: the difference is the leaf's own answers.
-    const std::vector<AnyView> beside{framed(1, 1), Rectangle{}};
+    const ViewList beside{framed(1, 1), Rectangle{}};
     const auto bare = laidOut(nested(100, beside)).answerCount();
     const auto wrapped = laidOut(nested(100, beside, FlexibleFrame{.content = Rectangle{}})).answerCount();
     EXPECT_LE(wrapped - bare, 25U);
@@ -59,8 +59,7 @@ TEST(Costs, FlatStacksAreLinear) {
         for (const AnyView& child :
              {AnyView(Rectangle{}), AnyView(Text{.content = "x"}), framed(1, 1), AnyView(Spacer{}),
               AnyView(HStack{.children = {Rectangle{}, Text{.content = "y"}}})}) {
-            const AnyView stack =
-                VStack{.spacing = 0, .children = std::vector<AnyView>(static_cast<std::size_t>(count), child)};
+            const AnyView stack = VStack{.spacing = 0, .children = ViewList(static_cast<std::size_t>(count), child)};
             const LayoutTree tree = laidOut(stack, {338, 1e7});  // enough that there is something to share out
             EXPECT_LT(answersPerNode(tree), 12);
         }
@@ -75,7 +74,7 @@ AnyView ratios(int depth, bool own) {
         const AnyView shaped = AspectRatio{.ratio = own ? std::nullopt : std::optional(ratio),
                                            .contentMode = level % 2 == 0 ? ContentMode::fit : ContentMode::fill,
                                            .content = view};
-        std::vector<AnyView> children{Rectangle{}, shaped, framed(1 + level, 2)};
+        ViewList children{Rectangle{}, shaped, framed(1 + level, 2)};
         if (level % 2 == 0) {
             view = VStack{.children = std::move(children)};
         } else {

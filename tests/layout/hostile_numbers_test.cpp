@@ -65,8 +65,8 @@ private:
     Alignment alignment() {
         return {static_cast<HorizontalAlignment>(pick(3)), static_cast<VerticalAlignment>(pick(3))};
     }
-    std::vector<AnyView> views(int depth) {
-        std::vector<AnyView> children;
+    ViewList views(int depth) {
+        ViewList children;
         for (int left = pick(5); left > 0; --left) children.push_back(view(depth - 1));
         return children;
     }

@@ -60,7 +60,7 @@ TEST(Stacks, SpaceTheirChildren) {
     const struct {
         const char* why;
         std::optional<double> spacing;
-        std::vector<AnyView> children;
+        ViewList children;
         double width;
     } rows[] = {
         {"8 by default", std::nullopt, {box, box}, 28},
@@ -93,7 +93,7 @@ TEST(Stacks, SpaceTheirChildren) {
 }
 
 TEST(Stacks, AlignTheirChildren) {
-    const std::vector<AnyView> boxes{framed(50, 10), framed(90, 30)};
+    const ViewList boxes{framed(50, 10), framed(90, 30)};
     expectFrames({
         {"trailing in a column",
          VStack{.alignment = HorizontalAlignment::trailing, .children = boxes},
@@ -165,7 +165,7 @@ TEST(Stacks, DrawInOrderOfDepth) {
     };
     const struct {
         const char* why;
-        std::vector<AnyView> children;
+        ViewList children;
         std::vector<int> order;  // positions among the children that are views
     } rows[] = {
         {"document order", {Rectangle{}, Circle{}, Rectangle{}}, {0, 1, 2}},

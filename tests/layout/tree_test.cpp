@@ -62,7 +62,7 @@ TEST(Tree, KeepsItsViewsWhenMoved) {
         moved = std::move(tree);
     }
     ASSERT_EQ(moved.nodes().size(), 3U);
-    EXPECT_EQ(std::get<std::string>(moved.node(2).view->as<Text>()->content), "kept");
+    EXPECT_EQ(std::get<SharedText>(moved.node(2).view->as<Text>()->content), "kept");
     EXPECT_EQ(moved.textBlock(2).lineCount(), 1U);
 }
 

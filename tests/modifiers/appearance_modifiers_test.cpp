@@ -157,7 +157,7 @@ TEST(BackgroundAndOverlayModifiers, BindWhatTheyHoldOnce) {
     AnyView view = renderedNode(node, R"({"a": "deep"})");
     for (int i = 99; i >= 0; --i)
         view = AnyView(i % 2 == 0 ? view.as<Background>()->background : view.as<Overlay>()->overlay);
-    EXPECT_EQ(std::get<std::string>(view.as<Text>()->content), "deep");
+    EXPECT_EQ(std::get<SharedText>(view.as<Text>()->content), "deep");
 }
 
 TEST(BorderModifier, FallsBackAndNeverFails) {

@@ -70,7 +70,7 @@ TEST(TextNode, Draws) {
                                           R"({"t": "Rain", "s": 7, "w": "bold"})");
         const Text* text = view.as<Text>();
         ASSERT_NE(text, nullptr);
-        EXPECT_EQ(std::get<std::string>(text->content), row.content);
+        EXPECT_EQ(std::get<SharedText>(text->content), row.content);
         EXPECT_EQ(text->font, row.font);
         EXPECT_EQ(text->fontWeight, row.weight);
     }
@@ -79,7 +79,7 @@ TEST(TextNode, Draws) {
 TEST(TextNode, WithoutAModelExpressionsReadAsText) {
     const AnyView view = renderedNode(
         R"({"type": "text", "content": "{{initServerParam.t}}", "fontSize": "{{initServerParam.s}}", "fontWeight": "{{initServerParam.w}}"})");
-    EXPECT_EQ(std::get<std::string>(view.as<Text>()->content), "{{initServerParam.t}}");
+    EXPECT_EQ(std::get<SharedText>(view.as<Text>()->content), "{{initServerParam.t}}");
     EXPECT_EQ(view.as<Text>()->font, std::nullopt);
     EXPECT_EQ(view.as<Text>()->fontWeight, std::nullopt);
 }

@@ -16,13 +16,41 @@ double distanceFrom(Size size, double radius, Point point) {
     return std::hypot(std::max(x, 0.0), std::max(y, 0.0)) + std::min(std::max(x, y), 0.0) - radius;
 }
 
+/// A shape whose outline is that of a rectangle with circular corners.
+struct Outline {
+    const char* why;
+    Shape shape;
+    Size size;
+    double radius;
+};
+constexpr Size page{120, 110};
+
+/// An outline in the middle of the page, stroked in half-transparent black.
+PixelBuffer stroked(const Outline& outline, double width, double scale, bool gradient) {
+    const RGBA half{0, 0, 0, 0.5};
+    const Paint paint = gradient ? Paint{Gradient{{half, half}, {0, 0}, {9, 9}}} : Paint{half};
+    const Point corner{(page.width - outline.size.width) / 2, (page.height - outline.size.height) / 2};
+    Canvas canvas = Canvas::raster(page, scale);
+    canvas.stroke(outline.shape, {corner, outline.size}, paint, {width});
+    return canvas.finishRaster();
+}
+
+void expectCoverage(const PixelBuffer& picture, const Outline& outline, double width, double scale) {
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const Point point{(x + 0.5) / scale - page.width / 2, (y + 0.5) / scale - page.height / 2};
+            const double inside = width / 2 - std::abs(distanceFrom(outline.size, outline.radius, point));
+            const std::uint32_t alpha = picture.row(y)[x] >> 24;
+            if (inside > 0.8 / scale) {
+                ASSERT_NEAR(alpha, 0x80, 1) << x << ", " << y;
+            } else if (inside < -0.8 / scale) {
+                ASSERT_EQ(alpha, 0U) << x << ", " << y;
+            }
+        }
+}
+
 TEST(Strokes, CoverWhatLiesHalfTheirWidthFromTheOutline) {
-    const struct {
-        const char* why;
-        Shape shape;
-        Size size;
-        double radius;
-    } rows[] = {
+    const Outline rows[] = {
         {"a circle", Circle{}, {20, 20}, 10},
         {"a capsule", Capsule{}, {40, 20}, 10},
         {"a standing one", Capsule{}, {16, 36}, 8},
@@ -30,33 +58,14 @@ TEST(Strokes, CoverWhatLiesHalfTheirWidthFromTheOutline) {
         {"small round corners", RoundedRectangle{2}, {40, 30}, 2},
         {"round corners that meet", RoundedRectangle{99}, {30, 30}, 15},
     };
-    constexpr Size page{120, 110};
-    for (const auto& row : rows)
+    for (const Outline& row : rows)
         for (const double width :
              {0.5, 1.0, 3.0, 8.0, 15.0, 16.0, 17.0, 19.0, 20.0, 21.0, 24.0, 29.0, 30.0, 31.0, 40.0, 60.0})
             for (const double scale : {1.0, 3.0})
                 for (const bool gradient : {false, true}) {
                     SCOPED_TRACE(row.why + std::string(", ") + std::to_string(width) + " wide, at " +
                                  std::to_string(scale));
-                    const RGBA half{0, 0, 0, 0.5};
-                    const Paint paint = gradient ? Paint{Gradient{{half, half}, {0, 0}, {9, 9}}} : Paint{half};
-                    Canvas canvas = Canvas::raster(page, scale);
-                    const Rect bounds{{(page.width - row.size.width) / 2, (page.height - row.size.height) / 2},
-                                      row.size};
-                    canvas.stroke(row.shape, bounds, paint, {width});
-                    const PixelBuffer picture = canvas.finishRaster();
-                    for (int y = 0; y < picture.height(); ++y)
-                        for (int x = 0; x < picture.width(); ++x) {
-                            const Point point{(x + 0.5) / scale - page.width / 2, (y + 0.5) / scale - page.height / 2};
-                            const double inside = width / 2 - std::abs(distanceFrom(row.size, row.radius, point));
-                            const std::uint32_t alpha = picture.row(y)[x] >> 24;
-                            if (inside > 0.8 / scale) {
-                                ASSERT_NEAR(alpha, 0x80, 1) << x << ", " << y;
-                            }
-                            if (inside < -0.8 / scale) {
-                                ASSERT_EQ(alpha, 0U) << x << ", " << y;
-                            }
-                        }
+                    expectCoverage(stroked(row, width, scale, gradient), row, width, scale);
                 }
 }
 

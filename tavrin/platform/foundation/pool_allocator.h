@@ -73,4 +73,22 @@ struct Pooled {
     static void operator delete(void* block, std::size_t bytes) { deallocate(block, bytes); }
 };
 
+/// The pool for standard containers.
+template <class T>
+struct Allocator {
+    using value_type = T;
+
+    Allocator() = default;
+    template <class Other>
+    Allocator(const Allocator<Other>&) {}  // NOLINT(google-explicit-constructor): as the standard asks
+
+    [[nodiscard]] T* allocate(std::size_t count) {
+        static_assert(alignof(T) <= step);
+        return static_cast<T*>(pool::allocate(count * sizeof(T)));
+    }
+    void deallocate(T* block, std::size_t count) noexcept { pool::deallocate(block, count * sizeof(T)); }
+
+    friend bool operator==(const Allocator&, const Allocator&) { return true; }
+};
+
 }  // namespace tavrin::pool

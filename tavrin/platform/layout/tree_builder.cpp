@@ -21,7 +21,7 @@ void forEachChild(const AnyView& view, const Visit& visit) {
             forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
                 if constexpr (std::same_as<Value, AnyView>) {
                     visit(primitive.*field.member);
-                } else if constexpr (std::same_as<Value, std::vector<AnyView>>) {
+                } else if constexpr (std::same_as<Value, ViewList>) {
                     for (const AnyView& child : primitive.*field.member) visit(child);
                 }
             });
@@ -172,7 +172,7 @@ std::uint32_t TreeBuilder::addText(const Pending& pending) {
         item.bytes = shown.size();
         item.shaped = texts_.shape(shown, font);
     } else {
-        const std::string& shown = std::get<std::string>(text.content);
+        const SharedText& shown = std::get<SharedText>(text.content);
         item.bytes = shown.size();
         item.shaped = shown.size() < longText ? texts_.shape(shown, font) : shapeLongText(shown, font);
     }
@@ -180,14 +180,14 @@ std::uint32_t TreeBuilder::addText(const Pending& pending) {
     return static_cast<std::uint32_t>(tree_.texts_.size() - 1);
 }
 
-std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const std::string& shown, const Font& font) {
+std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const SharedText& shown, const Font& font) {
     for (const LongText& known : longTexts_)
-        if (known.font == font && *known.text == shown) return known.shaped;
+        if (known.font == font && known.text == shown) return known.shaped;
     longTextBytes_ += shown.size();
     if (longTextBytes_ > maximumLongTextBytes)
         throw TavrinError("Engine",
                           "more than " + std::to_string(maximumLongTextBytes) + " bytes of long texts are laid out");
-    return longTexts_.emplace_back(LongText{&shown, font, texts_.shape(shown, font)}).shaped;
+    return longTexts_.emplace_back(LongText{shown, font, texts_.shape(shown, font)}).shaped;
 }
 
 std::uint32_t TreeBuilder::addContainer() {

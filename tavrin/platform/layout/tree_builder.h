@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
@@ -54,11 +53,11 @@ private:
 
     /// A text that is shaped once however often it stands in the tree.
     struct LongText {
-        const std::string* text;
+        SharedText text;
         Font font;
         std::shared_ptr<const text::ShapedText> shaped;
     };
-    std::shared_ptr<const text::ShapedText> shapeLongText(const std::string& shown, const Font& font);
+    std::shared_ptr<const text::ShapedText> shapeLongText(const SharedText& shown, const Font& font);
 
     std::vector<LongText> longTexts_;
     std::size_t longTextBytes_ = 0;

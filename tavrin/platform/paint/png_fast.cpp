@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <memory>
 #include <span>
 #include <vector>
@@ -32,33 +31,31 @@ void subtractBytes(const std::uint8_t* row, const std::uint8_t* above, std::uint
 }
 
 #if defined(__x86_64__)
-/// `packRGB` for all but the last pixels, 16 bytes written for four; returns how many it did.
-[[gnu::target("ssse3")]] std::size_t packMostRGB(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
+/// `packDifferences` for all but the last pixels, 16 bytes written for four; returns how many it did.
+[[gnu::target("ssse3")]] std::size_t packMostDifferences(const std::uint32_t* pixels, const std::uint32_t* above,
+                                                         std::uint8_t* bytes, std::size_t count) {
     const __m128i order = _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1);
     std::size_t i = 0;
     for (; i + 6 <= count; i += 4, bytes += 12) {
-        const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm_shuffle_epi8(four, order));
+        const __m128i here = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
+        const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i*>(above + i));
+        const __m128i difference = _mm_shuffle_epi8(_mm_sub_epi8(here, before), order);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), difference);
     }
     return i;
 }
 const bool canPackMost = __builtin_cpu_supports("ssse3") != 0;
 #else
-std::size_t packMostRGB(const std::uint32_t*, std::uint8_t*, std::size_t) { return 0; }
+std::size_t packMostDifferences(const std::uint32_t*, const std::uint32_t*, std::uint8_t*, std::size_t) { return 0; }
 constexpr bool canPackMost = false;
 #endif
 
-/// Writes pixels as bytes R, G, B.
-void packRGB(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
-    const auto rgb = [&](std::size_t i) {
-        const std::uint32_t pixel = pixels[i];
-        return (pixel >> 16 & 0xFF) | (pixel & 0xFF00) | (pixel & 0xFF) << 16;
-    };
-    std::size_t i = canPackMost ? packMostRGB(pixels, bytes, count) : 0;
-    for (bytes += 3 * i; i < count; ++i, bytes += 3) {
-        const std::uint32_t word = rgb(i);
-        std::memcpy(bytes, &word, 3);
-    }
+/// Writes pixels less those above, byte by byte and without carries, as bytes R, G, B.
+void packDifferences(const std::uint32_t* pixels, const std::uint32_t* above, std::uint8_t* bytes, std::size_t count) {
+    std::size_t i = canPackMost ? packMostDifferences(pixels, above, bytes, count) : 0;
+    for (bytes += 3 * i; i < count; ++i)
+        for (const int shift : {16, 8, 0})
+            *bytes++ = static_cast<std::uint8_t>((pixels[i] >> shift) - (above[i] >> shift));
 }
 
 /// Turns one row after the other into a PNG row: the filter's number and the differences to the row above.
@@ -74,8 +71,7 @@ public:
         *out++ = filterUp;
         if (opaque_) {
             const std::uint32_t* above = y > 0 ? picture_.row(y - 1) : above_.data();
-            subtractBytes(bytesOf(picture_.row(y)), bytesOf(above), bytesOf(row_.data()), 4 * width());
-            packRGB(row_.data(), out, width());
+            packDifferences(picture_.row(y), above, out, width());
         } else {
             straightenPixels(picture_.row(y), bytesOf(row_.data()), width());
             subtractBytes(bytesOf(row_.data()), bytesOf(above_.data()), out, 4 * width());
@@ -85,9 +81,6 @@ public:
 
 private:
     static std::uint8_t* bytesOf(std::uint32_t* pixels) { return reinterpret_cast<std::uint8_t*>(pixels); }
-    static const std::uint8_t* bytesOf(const std::uint32_t* pixels) {
-        return reinterpret_cast<const std::uint8_t*>(pixels);
-    }
     [[nodiscard]] std::size_t width() const { return static_cast<std::size_t>(picture_.width()); }
 
     const PixelBuffer& picture_;
@@ -96,18 +89,15 @@ private:
     std::vector<std::uint32_t> row_;
 };
 
-/// A zlib stream, appended to a string.
+/// A zlib stream, appended to a string. Level 0: what the levels above find depends, in one picture of a thousand, on
+/// where their memory lies, and the same picture must be the same bytes.
 class Deflater {
 public:
     Deflater(std::string& out, std::size_t expectedSize)
-        : out_(out),
-          levelBuffer_(std::make_unique_for_overwrite<std::uint8_t[]>(levelSize)),
-          stream_(std::make_unique_for_overwrite<isal_zstream>()) {
+        : out_(out), stream_(std::make_unique_for_overwrite<isal_zstream>()) {
         isal_deflate_init(stream_.get());
         stream_->avail_out = 0;
-        stream_->level = 1;
-        stream_->level_buf = levelBuffer_.get();
-        stream_->level_buf_size = levelSize;
+        stream_->level = 0;
         stream_->gzip_flag = IGZIP_ZLIB;
         grow(expectedSize);
     }
@@ -126,8 +116,6 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t levelSize = ISAL_DEF_LVL1_LARGE;
-
     void grow(std::size_t extra) {
         const std::size_t used = out_.size() - stream_->avail_out;
         const std::size_t room = std::min<std::size_t>(extra, std::size_t{1} << 30);
@@ -137,7 +125,6 @@ private:
     }
 
     std::string& out_;
-    std::unique_ptr<std::uint8_t[]> levelBuffer_;
     std::unique_ptr<isal_zstream> stream_;
 };
 

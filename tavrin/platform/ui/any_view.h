@@ -20,6 +20,9 @@ namespace tavrin {
 class AnyView;
 struct EnvironmentValues;
 
+/// The views that a stack holds.
+using ViewList = std::vector<AnyView, pool::Allocator<AnyView>>;
+
 /// A view whose layout and painting the platform knows itself.
 template <class V>
 concept PrimitiveView = requires {
@@ -125,7 +128,7 @@ struct AnyView::Box final : ViewBox {
             forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
                 if constexpr (std::same_as<Value, AnyView>) {
                     deepest = std::max(deepest, (view.*field.member).box().nesting);
-                } else if constexpr (std::same_as<Value, std::vector<AnyView>>) {
+                } else if constexpr (std::same_as<Value, ViewList>) {
                     for (const AnyView& child : view.*field.member) deepest = std::max(deepest, child.box().nesting);
                 }
             });

@@ -65,8 +65,8 @@ private:
             writer_.value(nullptr);
         }
     }
-    template <class Value>
-    void value(const std::vector<Value>& list) {
+    template <class Value, class Allocator>
+    void value(const std::vector<Value, Allocator>& list) {
         writer_.beginArray();
         for (const Value& element : list) value(element);
         writer_.endArray();
@@ -105,7 +105,7 @@ void ViewPrinter::field(const Field<V, Value>& field, const V& record) {
         if (const auto* date = std::get_if<Date>(&member)) {
             writer_.key("timer").value(date->secondsSince1970);
         } else {
-            writer_.key(field.key).value(std::get<std::string>(member));
+            writer_.key(field.key).value(std::get<SharedText>(member).view());
         }
     } else {
         writer_.key(field.key);

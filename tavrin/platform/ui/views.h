@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <tuple>
 #include <variant>
@@ -10,6 +9,7 @@
 
 #include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/field.h"
+#include "tavrin/platform/foundation/shared_text.h"
 #include "tavrin/platform/ui/alignment.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/color.h"
@@ -38,7 +38,7 @@ struct Spacer {
 };
 
 /// What a text shows: a string as it stands, or the time from or to a moment.
-using TextContent = std::variant<std::string, Date>;
+using TextContent = std::variant<SharedText, Date>;
 
 /// A text. An absent font or weight is the environment's.
 struct Text {
@@ -154,7 +154,7 @@ struct VStack {
 
     HorizontalAlignment alignment = HorizontalAlignment::center;
     std::optional<double> spacing = std::nullopt;
-    std::vector<AnyView> children = {};
+    ViewList children = {};
 
     static constexpr std::tuple fields{Field{"alignment", &VStack::alignment}, Field{"spacing", &VStack::spacing},
                                        Field{"children", &VStack::children}};
@@ -167,7 +167,7 @@ struct HStack {
 
     VerticalAlignment alignment = VerticalAlignment::center;
     std::optional<double> spacing = std::nullopt;
-    std::vector<AnyView> children = {};
+    ViewList children = {};
 
     static constexpr std::tuple fields{Field{"alignment", &HStack::alignment}, Field{"spacing", &HStack::spacing},
                                        Field{"children", &HStack::children}};
@@ -179,7 +179,7 @@ struct ZStack {
     static constexpr std::string_view name = "ZStack";
 
     Alignment alignment = Alignment::center;
-    std::vector<AnyView> children = {};
+    ViewList children = {};
 
     static constexpr std::tuple fields{Field{"alignment", &ZStack::alignment}, Field{"children", &ZStack::children}};
 };
