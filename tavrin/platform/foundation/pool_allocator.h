@@ -38,33 +38,35 @@ struct FreeBlock {
     FreeBlock* next;
 };
 
-struct FreeList {
-    FreeBlock* first = nullptr;
-    std::size_t room = 0;  // how many more blocks the list takes; none before its thread's first one and after its end
+struct FreeBlocks {
+    std::array<FreeBlock*, classCount> first{};  // a list for each size
+    std::size_t room = 0;  // how many more bytes are kept; none before the thread's first block and after its end
 };
 
 // Plain data, so that a value that outlives the thread's other locals still finds it.
-extern constinit thread_local std::array<FreeList, classCount> freeLists;
+extern constinit thread_local FreeBlocks freeBlocks;
 
 constexpr std::size_t classOf(std::size_t bytes) { return bytes == 0 ? 0 : (bytes - 1) / step; }
+constexpr std::size_t classSize(std::size_t index) { return (index + 1) * step; }
 
 /// Opens the thread's lists or, when they are full or closed, frees the block.
 void deallocateWithoutRoom(void* block, std::size_t bytes) noexcept;
 
 inline void* allocate(std::size_t bytes) {
     if (!keepsBlocks || bytes > largestBlock) return ::operator new(bytes);
-    FreeList& list = freeLists[classOf(bytes)];
-    if (list.first == nullptr) return ::operator new((classOf(bytes) + 1) * step);
-    ++list.room;
-    return std::exchange(list.first, list.first->next);
+    const std::size_t index = classOf(bytes);
+    FreeBlock*& first = freeBlocks.first[index];
+    if (first == nullptr) return ::operator new(classSize(index));
+    freeBlocks.room += classSize(index);
+    return std::exchange(first, first->next);
 }
 
 inline void deallocate(void* block, std::size_t bytes) noexcept {
     if (!keepsBlocks || bytes > largestBlock) return ::operator delete(block);
-    FreeList& list = freeLists[classOf(bytes)];
-    if (list.room == 0) return deallocateWithoutRoom(block, bytes);
-    --list.room;
-    list.first = ::new (block) FreeBlock{list.first};
+    const std::size_t index = classOf(bytes);
+    if (freeBlocks.room < classSize(index)) return deallocateWithoutRoom(block, bytes);
+    freeBlocks.room -= classSize(index);
+    freeBlocks.first[index] = ::new (block) FreeBlock{freeBlocks.first[index]};
 }
 
 /// Makes `new` and `delete` of a class and those derived from it use the pool.
