@@ -30,6 +30,10 @@ Failure describeUnplaced(const std::exception_ptr& error) {
         return {"UsageError", e.what()};
     } catch (const IOError& e) {
         return {"IOError", e.what()};
+    } catch (const DecodingError& e) {
+        return {"DecodingError", e.message, std::string(decodingKinds[static_cast<std::size_t>(e.kind)])};
+    } catch (const ConversionError& e) {
+        return {"ConversionError", e.message};
     } catch (const TavrinError& e) {
         return {"TavrinError", e.message, e.kind};
     } catch (const ModelContextError& e) {
@@ -43,16 +47,16 @@ Failure describeUnplaced(const std::exception_ptr& error) {
     }
 }
 
-/// The parts that all errors of decoding share.
-Failure describePlaced(std::string type, const PlacedError& error, const std::optional<std::size_t>& offset,
-                       const Source& document, const Source* model) {
-    Failure failure{std::move(type), error.message};
-    failure.codingPath = error.codingPath;
+/// Adds what is known about where it went wrong.
+void addPlace(Failure& failure, const PlacedError& error, const Source& document, const Source* model) {
     const Source& source = error.role == TextRole::model && model ? *model : document;
     failure.file = source.name;
-    const auto found = offset ? offset : locate(source.text, error.codingPath);
-    if (found) failure.place = placeIn(source.text, *found);
-    return failure;
+    if (!error.isRooted) return;
+    failure.codingPath = error.codingPath;
+    const auto* decoding = dynamic_cast<const DecodingError*>(&error);
+    if (decoding) failure.key = decoding->key;
+    const auto offset = decoding && decoding->offset ? decoding->offset : locate(source.text, error.codingPath);
+    if (offset) failure.place = placeIn(source.text, *offset);
 }
 
 }  // namespace
@@ -60,22 +64,16 @@ Failure describePlaced(std::string type, const PlacedError& error, const std::op
 Failure describe(const std::exception_ptr& error) { return describeUnplaced(error); }
 
 Failure describe(const std::exception_ptr& error, const Source& document, const Source* model) {
+    Failure failure = describeUnplaced(error);
     try {
         std::rethrow_exception(error);
-    } catch (const DecodingError& e) {
-        Failure failure = describePlaced("DecodingError", e, e.offset, document, model);
-        failure.kind = decodingKinds[static_cast<std::size_t>(e.kind)];
-        failure.key = e.key;
-        return failure;
-    } catch (const ConversionError& e) {
-        return describePlaced("ConversionError", e, std::nullopt, document, model);
-    } catch (const IOError&) {
-        return describeUnplaced(error);
+    } catch (const PlacedError& e) {
+        addPlace(failure, e, document, model);
+    } catch (const IOError&) {  // names its own file
     } catch (...) {
-        Failure failure = describeUnplaced(error);
         failure.file = document.name;
-        return failure;
     }
+    return failure;
 }
 
 }  // namespace tavrin::cli

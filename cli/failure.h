@@ -7,7 +7,7 @@
 
 #include "cli/excerpt.h"
 #include "cli/input.h"
-#include "tavrin/json/coding_path.h"
+#include "tavrin/platform/foundation/coding_path.h"
 
 namespace tavrin::cli {
 

@@ -62,12 +62,25 @@ AnyView Node::render(Context& context) const {
 
 AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context) {
     RenderState& state = RenderState::of(context);
-    for (const Modifier& modifier : modifiers) {
-        state.countModifier(context);
-        view = state.modelContext == nullptr ? modifier.modify(std::move(view), context)
-                                             : modifier.modifyBound(std::move(view), context, *state.modelContext);
-    }
+    for (std::size_t i = 0; i < modifiers.size(); ++i)
+        within("modifiers", i, [&] {
+            state.countModifier(context);
+            view = state.modelContext == nullptr
+                       ? modifiers[i].modify(std::move(view), context)
+                       : modifiers[i].modifyBound(std::move(view), context, *state.modelContext);
+        });
     return view;
+}
+
+AnyView renderEntry(const NodeDictionary::value_type& entry, Context& context) {
+    try {
+        return entry.second.render(context);
+    } catch (PlacedError& error) {
+        error.enclose(entry.first);
+        error.enclose("nodes");
+        error.isRooted = true;
+        throw;
+    }
 }
 
 }  // namespace tavrin

@@ -87,7 +87,7 @@ template <bool first, DSLRecord Record>
 void bindFields(Record& record, const ModelContext& model) {
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
         if constexpr (FieldBinding<Wrapper>::boundFirst == first)
-            FieldBinding<Wrapper>::bind(record.*field.member, model);
+            within(field.key, [&] { FieldBinding<Wrapper>::bind(record.*field.member, model); });
     });
 }
 

@@ -9,7 +9,8 @@ namespace {
 ViewList renderChildren(std::span<const Node> children, Context& context) {
     ViewList views;
     views.reserve(children.size());
-    for (const Node& child : children) views.push_back(child.render(context));
+    for (std::size_t i = 0; i < children.size(); ++i)
+        within("children", i, [&] { views.push_back(children[i].render(context)); });
     return views;
 }
 
@@ -55,7 +56,7 @@ AnyView RefNode::render(Context& context) const {
     const auto entry = state.rootNodes->find(referenced);
     if (entry == state.rootNodes->end()) throw TavrinError("RefNode", "node for name: " + referenced + " not found");
     const RenderState::ReferenceScope scope(state, entry->first);
-    return entry->second.render(context);
+    return renderEntry(*entry, context);
 }
 
 }  // namespace tavrin

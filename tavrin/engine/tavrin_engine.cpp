@@ -36,7 +36,7 @@ AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_
     checkVersion(root.version);
     const auto main = state.rootNodes->find("main");
     if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
-    AnyView view = main->second.render(context);
+    AnyView view = renderEntry(*main, context);
     state.modelContext = nullptr;
     return view;
 }

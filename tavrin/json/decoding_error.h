@@ -1,30 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <optional>
 #include <string>
 
-#include "tavrin/json/coding_path.h"
+#include "tavrin/platform/foundation/placed_error.h"
 
 namespace tavrin {
-
-/// Which of the two texts handed to `loadView` an error is about.
-enum class TextRole : unsigned char { document, model };
-
-/// What every error of decoding knows: where it happened and why. Line and column are worked out only when shown.
-struct PlacedError : std::exception {
-    /// The keys and indices from the root to the value at fault.
-    CodingPath codingPath;
-    std::string message;
-    TextRole role = TextRole::document;
-
-    [[nodiscard]] const char* what() const noexcept override { return message.c_str(); }
-
-protected:
-    PlacedError(CodingPath codingPath, std::string message)
-        : codingPath(std::move(codingPath)), message(std::move(message)) {}
-};
 
 /// A JSON text that is not what was asked for.
 struct DecodingError : PlacedError {

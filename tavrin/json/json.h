@@ -48,7 +48,7 @@ public:
         std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, SharedText, JSONArray, JSONObject>;
 
     /// Null.
-    JSON() = default;
+    JSON() : value_(nullptr) {}
     JSON(Value value) : value_(std::move(value)) {}     // NOLINT(google-explicit-constructor): any value is JSON
     JSON(SharedText text) : value_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
     JSON(const std::string& text) : value_(SharedText(text)) {}  // NOLINT(google-explicit-constructor)
@@ -80,7 +80,7 @@ private:
         std::conditional_t<std::floating_point<Scalar>, double,
                            std::conditional_t<std::signed_integral<Scalar>, std::int64_t, std::uint64_t>>>;
 
-    Value value_ = nullptr;
+    Value value_;
 };
 
 template <>

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tavrin/json/coding_path.h"
+#include "tavrin/platform/foundation/coding_path.h"
 
 namespace tavrin {
 

@@ -5,7 +5,8 @@
 namespace tavrin {
 
 AnyView BackgroundModifier::modify(AnyView content, Context& context) const {
-    return Background{.background = view.wrappedValue.render(context), .content = std::move(content)};
+    return Background{.background = within("view", [&] { return view.wrappedValue.render(context); }),
+                      .content = std::move(content)};
 }
 
 }  // namespace tavrin

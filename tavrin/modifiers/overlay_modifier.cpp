@@ -5,7 +5,8 @@
 namespace tavrin {
 
 AnyView OverlayModifier::modify(AnyView content, Context& context) const {
-    return Overlay{.overlay = view.wrappedValue.render(context), .content = std::move(content)};
+    return Overlay{.overlay = within("view", [&] { return view.wrappedValue.render(context); }),
+                   .content = std::move(content)};
 }
 
 }  // namespace tavrin

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <map>
 #include <optional>
 #include <span>
@@ -11,17 +10,16 @@
 #include <vector>
 
 #include "tavrin/json/json.h"
+#include "tavrin/platform/foundation/placed_error.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
 
 /// An expression that cannot be resolved. `kind` is always "ResolveExpression".
-struct ModelContextError : std::exception {
+struct ModelContextError : PlacedError {
     std::string kind = "ResolveExpression";
-    std::string message;
 
-    explicit ModelContextError(std::string message) : message(std::move(message)) {}
-    [[nodiscard]] const char* what() const noexcept override { return message.c_str(); }
+    explicit ModelContextError(std::string message) : PlacedError(std::move(message)) {}
 };
 
 /// One element of a key path: a key of a dictionary or an index of an array.

@@ -22,10 +22,11 @@ TEST(Failures, AreObjectsForPrograms) {
          R"({"error":{"type":"TavrinError","kind":"Engine","message":"view must have main node"}})"},
         {"a precondition",
          R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a][}}"}}})",
-         R"({"a": []})", R"({"error":{"type":"TavrinError","kind":"Precondition","message":)"},
+         R"({"a": []})",
+         R"({"error":{"type":"TavrinError","kind":"Precondition","codingPath":["nodes","main","content"],"message":)"},
         {"no such value in the model",
          R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a}}"}}})", "{}",
-         R"({"error":{"type":"ModelContextError","kind":"ResolveExpression","message":)"},
+         R"({"error":{"type":"ModelContextError","kind":"ResolveExpression","codingPath":["nodes","main","content"],"message":)"},
         {"a missing key", "{\n  \"nodes\": {}\n}", "{}",
          R"({"error":{"type":"DecodingError","kind":"keyNotFound","codingPath":[],"key":"version","message":)"},
         {"a key's object lies deep", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{}]}}})",
@@ -83,6 +84,11 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         {"a long line is cut", longLine,
          "\n    1 | …" + std::string(48, 'y') + "\", \"nodes\": 5, \"z\": \"" + std::string(31, 'w') + "…\n      | " +
              std::string(61, ' ') + "^\n"},
+        {"an expression that leads nowhere",
+         "{\"version\": \"1.0\", \"nodes\": {\"main\": {\"type\": \"text\",\n  \"content\": "
+         "\"{{initServerParam.a}}\"}}}",
+         "case.json:2:14: error: key path not found in model: [\"a\"]\n    2 |   \"content\": "
+         "\"{{initServerParam.a}}\"}}}\n"},
         {"columns are characters", "{\"version\": \"1.0\", \"é\": 1, \"nodes\": 5}",
          "\n    1 | {\"version\": \"1.0\", \"é\": 1, \"nodes\": 5}\n      | " + std::string(36, ' ') + "^\n"},
         {"nothing that moves the cursor", "{\"version\": \"1.0\", \"\x1b[2J\": 1, \"nodes\": 5}",
@@ -94,7 +100,8 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         SCOPED_TRACE(row.why);
         const Workplace place;
         place.write("case.json", row.document);
-        const Finished finished = place.run({"check", "case.json"});
+        place.write("model.json", "{}");
+        const Finished finished = place.run({"check", "case.json", "--model", "model.json"});
         EXPECT_EQ(finished.status, 1);
         EXPECT_THAT(finished.err, HasSubstr(row.text));
         EXPECT_THAT(finished.err, Not(HasSubstr("\x1b")));

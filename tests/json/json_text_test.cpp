@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/json/coding_path.h"
 #include "tavrin/json/decoding_error.h"
+#include "tavrin/platform/foundation/coding_path.h"
 
 namespace tavrin {
 namespace {

@@ -15,11 +15,12 @@ class SharedText {
 public:
     /// No text.
     SharedText() = default;
+    // Any text is a shared one wherever one is asked for.
     template <std::convertible_to<std::string_view> Text>
-    SharedText(const Text& text)  // NOLINT(google-explicit-constructor): a text wherever one is asked for
+    SharedText(const Text& text)  // NOLINT(google-explicit-constructor)
         : SharedText(std::string_view(text)) {}
-    SharedText(std::string_view text)
-        : bytes_(SharedArray<char>::copyOf(text)) {}  // NOLINT(google-explicit-constructor)
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    SharedText(std::string_view text) : bytes_(SharedArray<char>::copyOf(text)) {}
 
     [[nodiscard]] bool exists() const { return bytes_.exists(); }
     [[nodiscard]] std::string_view view() const { return {bytes_.span().data(), bytes_.span().size()}; }

@@ -1,4 +1,4 @@
-#include "tavrin/json/coding_path.h"
+#include "tavrin/platform/foundation/coding_path.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,0 +1,65 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/dsl/rendered.h"
+
+// Errors of binding and drawing know where in the document they happened.
+
+namespace tavrin {
+namespace {
+
+/// The path of what loading a document throws; "(none)" for an error without a place.
+std::string placeOfFailure(std::string_view document, std::string_view model) {
+    try {
+        static_cast<void>(rendered(document, model));
+    } catch (const PlacedError& error) {
+        return error.isRooted ? toText(error.codingPath) : "(none)";
+    }
+    return "(no error)";
+}
+
+TEST(FailurePlace, IsTheWayFromTheRoot) {
+    const struct {
+        const char* why;
+        const char* nodes;
+        const char* place;
+    } rows[] = {
+        {"a property of the main node", R"({"main": {"type": "text", "content": "{{initServerParam.gone}}"}})",
+         "nodes.main.content"},
+        {"a child's", R"({"main": {"type": "vstack", "children": [{"type": "text", "content": "a"},
+            {"type": "hstack", "children": [{"type": "text", "content": "{{x}}"}]}]}})",
+         "nodes.main.children[1].children[0].content"},
+        {"a modifier's", R"({"main": {"type": "text", "content": "a", "modifiers": [
+            {"type": "lineLimit", "number": 1}, {"type": "padding", "length": "{{initServerParam.text}}"}]}})",
+         "nodes.main.modifiers[1].length"},
+        {"of what stands behind",
+         R"({"main": {"type": "text", "content": "a", "modifiers": [{"type": "background", "view":
+            {"type": "color", "value": "no colour"}}]}})",
+         "nodes.main.modifiers[0].view"},
+        {"of what stands before",
+         R"({"main": {"type": "text", "content": "a", "modifiers": [{"type": "overlay", "view":
+            {"type": "text", "content": "{{initServerParam.gone}}"}}]}})",
+         "nodes.main.modifiers[0].view.content"},
+        {"a record held directly",
+         R"({"main": {"type": "circle", "fill": true, "fillColor": {"value": "{{initServerParam.gone}}"}}})",
+         "nodes.main.fillColor.value"},
+        {"within a named node, by that name",
+         R"({"main": {"type": "vstack", "children": [{"type": "node", "name": "a row"}]},
+            "a row": {"type": "hstack", "children": [{"type": "text", "content": "{{initServerParam.gone}}"}]}})",
+         R"(nodes["a row"].children[0].content)"},
+        {"a name that no node has", R"({"main": {"type": "vstack", "children": [{"type": "node", "name": "gone"}]}})",
+         "nodes.main.children[0]"},
+        {"a cycle, where it closes", R"({"main": {"type": "node", "name": "a"}, "a": {"type": "node", "name": "a"}})",
+         "nodes.a"},
+        {"no main node", "{}", "(none)"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const std::string document = R"({"version": "1.0", "nodes": )" + std::string(row.nodes) + "}";
+        EXPECT_EQ(placeOfFailure(document, R"({"text": "no number"})"), row.place);
+    }
+}
+
+}  // namespace
+}  // namespace tavrin
