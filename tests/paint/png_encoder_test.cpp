@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 
 namespace tavrin::paint {
 namespace {

@@ -5,7 +5,7 @@
 #include <fmt/format.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 
 namespace tavrin::paint {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "tavrin/platform/paint/coverage.h"
-#include "tavrin/platform/paint/pixel_rect.h"
+#include "tavrin/platform/foundation/pixel_rect.h"
 #include "tavrin/platform/paint/pixel_source.h"
 
 typedef struct _cairo cairo_t;

@@ -14,7 +14,7 @@
 #endif
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 #include "tavrin/platform/paint/png_file.h"
 
 namespace tavrin::paint {

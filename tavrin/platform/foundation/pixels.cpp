@@ -1,10 +1,10 @@
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-namespace tavrin::paint {
+namespace tavrin {
 namespace {
 
 /// 2^24 x 255 / alpha, rounded up: enough that every channel up to alpha is rounded as it should be.
@@ -51,4 +51,4 @@ void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::siz
     }
 }
 
-}  // namespace tavrin::paint
+}  // namespace tavrin
