@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Makes the small pictures that the decoders are tested with: make_pictures.py [TOP]
 
-They go to tests/images/pictures, and those that are worth mutating to fuzz/corpus/decode_image. PNG and GIF files are
-written byte by byte, since a library would write only its own choice of what the formats allow.
+They go to tests/images/pictures, those that are worth mutating to fuzz/corpus/decode_image, and larger ones to
+bench/pictures. PNG and GIF files for tests are written byte by byte, since a library would write only its own choice of
+what the formats allow.
 """
 import pathlib
 import shutil
@@ -180,6 +181,25 @@ def save_webps(folder):
     save("two-frames.webp", exact(), save_all=True, append_images=frames, lossless=True, exact=True, duration=100)
 
 
+def save_for_benchmarks(folder):
+    def fractal(size, x, y, reach):
+        return Image.effect_mandelbrot(size, (x - reach, y - reach, x + reach, y + reach), 100)
+
+    places = ((-0.74, 0.18, 0.02), (-0.75, 0.1, 0.05), (-0.5, 0.6, 0.3))
+    photo = Image.merge("RGB", [fractal((800, 600), *place) for place in places])
+    disc = Image.radial_gradient("L").point(lambda distance: 255 if distance < 170 else max(0, 255 - 5 * (distance - 170)))
+    icon = photo.crop((200, 200, 456, 456))
+    icon.putalpha(disc)
+    icon.save(folder / "icon.png", optimize=True)
+    icon.save(folder / "icon.webp", lossless=True)
+    icon.convert("RGB").quantize(64).save(folder / "icon.gif")
+    photo.save(folder / "photo.jpg", quality=80)
+    photo.save(folder / "progressive.jpg", quality=80, progressive=True)
+    tiff = b"MM" + struct.pack(">HIHHHIHHI", 42, 8, 1, 0x0112, 3, 1, 6, 0, 0)
+    photo.save(folder / "turned.jpg", quality=80, exif=b"Exif\0\0" + tiff)
+    photo.save(folder / "photo.webp", quality=80)
+
+
 FUZZED = ["gray1.png", "interlaced-palette4.png", "palette-transparent.png", "rgba16.png", "baseline.jpg", "inks.jpg",
           "progressive.jpg", "orientation6.jpg", "lossless.webp", "lossy-alpha.webp", "two-frames.webp",
           "transparent.gif", "interlaced.gif", "part-of-screen.gif"]
@@ -189,12 +209,14 @@ def main():
     top = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).resolve().parent.parent
     folder = top / "tests/images/pictures"
     corpus = top / "fuzz/corpus/decode_image"
-    for place in (folder, corpus):
+    benchmarks = top / "bench/pictures"
+    for place in (folder, corpus, benchmarks):
         place.mkdir(parents=True, exist_ok=True)
     for name, data in [*png_files(), *gif_files()]:
         (folder / name).write_bytes(data)
     save_jpegs(folder)
     save_webps(folder)
+    save_for_benchmarks(benchmarks)
     for name in FUZZED:
         shutil.copy(folder / name, corpus / name)
 
