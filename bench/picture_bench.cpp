@@ -20,9 +20,7 @@ void decode(benchmark::State& state, const std::string& name, std::optional<Size
     std::shared_ptr<const Bitmap> picture;
     for (auto _ : state) benchmark::DoNotOptimize(picture = decodeImage(bytes, {.wanted = wanted}));
     if (!picture) return state.SkipWithError("no picture");
-    const auto pixels = static_cast<double>(picture->byteCount() / sizeof(std::uint32_t));
-    state.counters["ns/pixel"] = benchmark::Counter(pixels * 1e-9, benchmark::Counter::kIsIterationInvariantRate |
-                                                                      benchmark::Counter::kInvert);
+    state.SetItemsProcessed(state.iterations() * picture->width() * picture->height());
 }
 BENCHMARK_CAPTURE(decode, icon.png, "icon.png", std::nullopt);
 BENCHMARK_CAPTURE(decode, icon.webp, "icon.webp", std::nullopt);

@@ -102,7 +102,8 @@ def gif_frame(left, top, width, height, interlaced=False, local=b"", transparent
 
 def gif(frames, width=WIDTH, height=HEIGHT, colors=True):
     palette = bytes(value for color in RGBA for value in color[:3])
-    return b"GIF89a" + struct.pack("<HHBBB", width, height, 0x81 if colors else 0, 0, 0) + palette * colors + frames + b";"
+    screen = struct.pack("<HHBBB", width, height, 0x81 if colors else 0, 0, 0)
+    return b"GIF89a" + screen + palette * colors + frames + b";"
 
 
 def gif_files():
@@ -187,7 +188,7 @@ def save_for_benchmarks(folder):
 
     places = ((-0.74, 0.18, 0.02), (-0.75, 0.1, 0.05), (-0.5, 0.6, 0.3))
     photo = Image.merge("RGB", [fractal((800, 600), *place) for place in places])
-    disc = Image.radial_gradient("L").point(lambda distance: 255 if distance < 170 else max(0, 255 - 5 * (distance - 170)))
+    disc = Image.radial_gradient("L").point(lambda distance: max(0, min(255, 900 - 5 * distance)))
     icon = photo.crop((200, 200, 456, 456))
     icon.putalpha(disc)
     icon.save(folder / "icon.png", optimize=True)

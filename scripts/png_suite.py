@@ -60,7 +60,7 @@ def straight(samples, kind, depth, found):
 
 
 def reference(data):
-    """Width, height and the bytes R, G, B, A of each pixel, channels premultiplied, not yet rounded."""
+    """Width, height, the channels R, G, B, A of each pixel, premultiplied and not rounded, and what they may be off."""
     found = chunks(data)
     width, height, depth, kind, _, _, interlaced = struct.unpack(">IIBBBBB", found[b"IHDR"])
     bits = depth * CHANNELS[kind]
@@ -88,28 +88,34 @@ def reference(data):
     return width, height, exact, 1.01 if depth == 16 else 0.5001
 
 
-def fault(program, path):
-    """What is wrong with what the program makes of a file, or None."""
-    out = subprocess.run([program, path], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=20, check=True).stdout
+def fault(path, out):
+    """What is wrong with what a decoder made of a file, or None."""
     if path.parent.name == "corrupt":
         return "is corrupt, yet yields a picture" if out else None
     if not out:
         return "yields no picture"
     size, _, pixels = out.partition(b"\n")
     width, height, exact, tolerance = reference(path.read_bytes())
-    if size.decode() != f"{width} {height}":
-        return f"is {width} x {height}, not {size.decode()}"
+    if size.decode(errors="replace") != f"{width} {height}":
+        return f"is {width} x {height}, not {size.decode(errors='replace')}"
+    if len(pixels) != len(exact):
+        return f"has {len(pixels)} channels instead of {len(exact)}"
     differences = [i for i, (have, want) in enumerate(zip(pixels, exact)) if abs(have - want) > tolerance]
-    if len(pixels) != len(exact) or differences:
-        i = differences[0] if differences else 0
+    if differences:
+        i = differences[0]
         return f"differs in {len(differences)} channels, first at {i}: {pixels[i]} instead of {exact[i]:.2f}"
     return None
+
+
+def decoded(program, path):
+    run = subprocess.run([program, path], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=20, check=True)
+    return run.stdout
 
 
 def main():
     program, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     paths = sorted(folder.rglob("*.png"))
-    faults = {path: message for path in paths if (message := fault(program, path))}
+    faults = {path: message for path in paths if (message := fault(path, decoded(program, path)))}
     for path, message in faults.items():
         print(f"{path.relative_to(folder)} {message}")
     print(f"{len(paths)} files, {len(faults)} wrong")

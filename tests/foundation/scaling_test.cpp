@@ -48,11 +48,16 @@ TEST(Scaling, AveragesAndInterpolates) {
         const char* why;
         int width, height, toWidth, toHeight;
     } rows[] = {
-        {"an icon", 256, 256, 72, 72},     {"by a whole number", 60, 40, 20, 10},
-        {"a little smaller", 50, 31, 49, 30}, {"to one pixel", 33, 21, 1, 1},
-        {"one row", 100, 1, 37, 1},        {"one column", 1, 100, 1, 37},
-        {"larger", 7, 5, 40, 33},          {"a little larger", 30, 20, 31, 21},
-        {"from one pixel", 1, 1, 5, 9},    {"wider and lower", 10, 40, 35, 11},
+        {"an icon", 256, 256, 72, 72},
+        {"by a whole number", 60, 40, 20, 10},
+        {"a little smaller", 50, 31, 49, 30},
+        {"to one pixel", 33, 21, 1, 1},
+        {"one row", 100, 1, 37, 1},
+        {"one column", 1, 100, 1, 37},
+        {"larger", 7, 5, 40, 33},
+        {"a little larger", 30, 20, 31, 21},
+        {"from one pixel", 1, 1, 5, 9},
+        {"wider and lower", 10, 40, 35, 11},
         {"the same", 12, 8, 12, 8},
     };
     for (const auto& row : rows) {
@@ -90,7 +95,8 @@ TEST(Scaling, MakesOnlyAPart) {
     const PixelRows rows{source.data(), 61, 47, 61};
     for (const int side : {20, 150}) {
         const Pixels whole = scaledPixels(rows, side, side, {0, 0, side, side});
-        for (const PixelRect& part : {PixelRect{0, 0, 3, 2}, PixelRect{7, 5, 19, 20}, PixelRect{side - 1, side - 1, side, side}}) {
+        for (const PixelRect& part :
+             {PixelRect{0, 0, 3, 2}, PixelRect{7, 5, 19, 20}, PixelRect{side - 1, side - 1, side, side}}) {
             const Pixels scaled = scaledPixels(rows, side, side, part);
             for (int y = part.y0; y < part.y1; ++y)
                 for (int x = part.x0; x < part.x1; ++x)

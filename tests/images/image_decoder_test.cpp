@@ -197,10 +197,9 @@ TEST(ImageDecoder, RefusesWhatIsNoPicture) {
 }
 
 TEST(ImageDecoder, RefusesFilesThatAreCutOff) {
-    for (const char* name :
-         {"rgba8.png", "interlaced-palette4.png", "palette-transparent.png", "gray16.png", "baseline.jpg",
-          "progressive.jpg", "inks.jpg", "orientation6.jpg", "lossless.webp", "lossy.webp", "lossy-alpha.webp",
-          "plain.gif", "interlaced.gif", "transparent.gif"}) {
+    for (const char* name : {"rgba8.png", "interlaced-palette4.png", "palette-transparent.png", "gray16.png",
+                             "baseline.jpg", "progressive.jpg", "inks.jpg", "orientation6.jpg", "lossless.webp",
+                             "lossy.webp", "lossy-alpha.webp", "plain.gif", "interlaced.gif", "transparent.gif"}) {
         SCOPED_TRACE(name);
         const std::string bytes = pictureFile(name);
         // What only says that the file ends may be missing: a PNG's last checksum, a GIF's last byte.
@@ -256,7 +255,8 @@ TEST(ImageDecoder, RefusesMorePixelsThanItMay) {
 }
 
 /// `bytes` with the big-endian numbers at `at` replaced.
-std::string withNumbers(std::string bytes, std::size_t at, std::size_t length, const std::vector<std::uint32_t>& numbers) {
+std::string withNumbers(std::string bytes, std::size_t at, std::size_t length,
+                        const std::vector<std::uint32_t>& numbers) {
     for (const std::uint32_t number : numbers)
         for (std::size_t i = 0; i < length; ++i) bytes[at++] = static_cast<char>(number >> 8 * (length - 1 - i) & 0xFF);
     return bytes;
@@ -305,9 +305,12 @@ TEST(ImageDecoder, IgnoresFaultyOrientations) {
         std::size_t at;
         char byte;
     } rows[] = {
-        {"the directory lies past the end", tiff + 7, '\x7F'},   {"it has 65,281 entries", tiff + 9, '\xFF'},
-        {"the orientation is no short number", tiff + 12, '\4'}, {"there is no orientation 9", tiff + 18, '\x09'},
-        {"there is no orientation 0", tiff + 18, '\0'},          {"another tag", tiff + 10, '\x13'},
+        {"the directory lies past the end", tiff + 7, '\x7F'},
+        {"it has 65,281 entries", tiff + 9, '\xFF'},
+        {"the orientation is no short number", tiff + 12, '\4'},
+        {"there is no orientation 9", tiff + 18, '\x09'},
+        {"there is no orientation 0", tiff + 18, '\0'},
+        {"another tag", tiff + 10, '\x13'},
         {"no EXIF at all", tiff - 6, 'e'},
     };
     for (const auto& row : rows) {

@@ -10,7 +10,8 @@ namespace tavrin {
 namespace {
 
 std::shared_ptr<const Bitmap> plain(int width, int height) {
-    const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0x80402010);
+    const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                                            0x80402010);
     return std::make_shared<const Bitmap>(width, height, pixels);
 }
 
@@ -52,7 +53,8 @@ TEST(ImageProcesser, FitsPicturesInASize) {
         EXPECT_EQ(fitted->width(), row.fittedWidth);
         EXPECT_EQ(fitted->height(), row.fittedHeight);
         EXPECT_EQ(fitted->row(fitted->height() - 1)[fitted->width() - 1], 0x80402010);
-        EXPECT_EQ(fitted == picture, row.width == row.fittedWidth && row.height == row.fittedHeight) << "copied only when scaled";
+        EXPECT_EQ(fitted == picture, row.width == row.fittedWidth && row.height == row.fittedHeight)
+            << "copied only when scaled";
         EXPECT_EQ(ImageProcesser(row.maximum).fit(picture), fitted) << "made once";
     }
 }

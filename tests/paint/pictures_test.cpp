@@ -48,14 +48,17 @@ AffineTransform turned(double side, int quarters) {
     const int sine = sines[quarters % 4];
     const int cosine = sines[(quarters + 1) % 4];
     const double middle = side / 2;
-    return {1.0 * cosine, 1.0 * sine, -1.0 * sine, 1.0 * cosine, middle - cosine * middle + sine * middle,
+    return {1.0 * cosine,
+            1.0 * sine,
+            -1.0 * sine,
+            1.0 * cosine,
+            middle - cosine * middle + sine * middle,
             middle - sine * middle - cosine * middle};
 }
 
 TEST(Pictures, AreCopiedInTheirOwnSize) {
     const Picture picture = numbered(6, 4);
-    const PixelBuffer page =
-        drawn({10, 8}, 1, [&](Canvas& canvas) { canvas.draw(picture, {{2, 3}, {6, 4}}, 1); });
+    const PixelBuffer page = drawn({10, 8}, 1, [&](Canvas& canvas) { canvas.draw(picture, {{2, 3}, {6, 4}}, 1); });
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 10; ++x) {
             const bool inside = x >= 2 && x < 8 && y >= 3 && y < 7;
@@ -65,8 +68,9 @@ TEST(Pictures, AreCopiedInTheirOwnSize) {
 
 TEST(Pictures, FillWholePixels) {
     const Picture picture = bitmap(4, 4, [](int, int) { return 0xFF00FF00; });
-    const PixelBuffer page =
-        drawn({10, 10}, 1, [&](Canvas& canvas) { canvas.draw(picture, {{1.4, 1.6}, {5.2, 5.2}}, 1); });
+    const PixelBuffer page = drawn({10, 10}, 1, [&](Canvas& canvas) {
+        canvas.draw(picture, {{1.4, 1.6}, {5.2, 5.2}}, 1);
+    });
     EXPECT_EQ(page.row(1)[1], 0U);
     EXPECT_EQ(page.row(2)[1], 0xFF00FF00);
     EXPECT_EQ(page.row(6)[6], 0xFF00FF00);
@@ -109,9 +113,8 @@ TEST(Pictures, ShrinkToTheAverageOfWhatTheyCover) {
 
 TEST(Pictures, HaveNoDarkFringe) {
     // A red disc; what is transparent is black, as it is in files.
-    const Picture disc = bitmap(100, 100, [](int x, int y) {
-        return std::hypot(x - 49.5, y - 49.5) < 45 ? 0xFFFF0000 : 0;
-    });
+    const Picture disc =
+        bitmap(100, 100, [](int x, int y) { return std::hypot(x - 49.5, y - 49.5) < 45 ? 0xFFFF0000 : 0; });
     const double turn = std::numbers::pi / 7;
     const struct {
         const char* why;
@@ -148,9 +151,9 @@ TEST(Pictures, HaveNoDarkFringe) {
 }
 
 TEST(Pictures, GrowSmoothlyUpToTheirEdges) {
-    const Picture steps = bitmap(4, 2, [](int x, int) { return 0xFF000000 | static_cast<std::uint32_t>(x * 0x505050); });
-    const PixelBuffer page =
-        drawn({80, 40}, 1, [&](Canvas& canvas) { canvas.draw(steps, {{0, 0}, {80, 40}}, 1); });
+    const Picture steps =
+        bitmap(4, 2, [](int x, int) { return 0xFF000000 | static_cast<std::uint32_t>(x * 0x505050); });
+    const PixelBuffer page = drawn({80, 40}, 1, [&](Canvas& canvas) { canvas.draw(steps, {{0, 0}, {80, 40}}, 1); });
     EXPECT_EQ(page.row(0)[0], 0xFF000000);
     EXPECT_EQ(page.row(39)[79], 0xFFF0F0F0);
     for (int x = 1; x < 80; ++x) {
@@ -211,7 +214,8 @@ TEST(Pictures, ShowThePartThatTheClipLeaves) {
     const Rect frame{{-10, -6}, {50, 50}};
     const auto draw = [&](Canvas& canvas) { canvas.draw(picture, frame, 1); };
     for (const bool mirrored : {false, true}) {
-        const AffineTransform transform{mirrored ? -1.0 : 1.0, 0, 0, mirrored ? -1.0 : 1.0, mirrored ? 45.0 : 0.0, mirrored ? 47.0 : 0.0};
+        const AffineTransform transform{mirrored ? -1.0 : 1.0, 0, 0, mirrored ? -1.0 : 1.0, mirrored ? 45.0 : 0.0,
+                                        mirrored ? 47.0 : 0.0};
         const PixelBuffer whole = drawn({60, 60}, 1, [&](Canvas& canvas) {
             canvas.transform(transform);
             draw(canvas);
@@ -295,13 +299,19 @@ TEST(Pictures, SurviveImpossiblePlaces) {
     const Picture small = numbered(3, 3);
     const Picture wide = bitmap(40'000, 1, [](int, int) { return 0xFF00FF00; });
     const Rect frames[] = {
-        {{nan, 0}, {10, 10}},    {{0, 0}, {infinity, 10}},   {{0, 0}, {0, 10}},         {{0, 0}, {10, -3}},
-        {{1e300, 0}, {10, 10}},  {{-1e9, -1e9}, {2e9, 2e9}}, {{0, 0}, {1e-9, 1e-9}},    {{-5e5, 0}, {1e6, 1}},
-        {{1e5, 1e5}, {10, 10}},  {{0, 0}, {1e308, 1e308}},   {{-1e308, 0}, {1e308, 9}}, {{3, 3}, {5, 5}},
+        {{nan, 0}, {10, 10}},   {{0, 0}, {infinity, 10}},   {{0, 0}, {0, 10}},         {{0, 0}, {10, -3}},
+        {{1e300, 0}, {10, 10}}, {{-1e9, -1e9}, {2e9, 2e9}}, {{0, 0}, {1e-9, 1e-9}},    {{-5e5, 0}, {1e6, 1}},
+        {{1e5, 1e5}, {10, 10}}, {{0, 0}, {1e308, 1e308}},   {{-1e308, 0}, {1e308, 9}}, {{3, 3}, {5, 5}},
     };
     const AffineTransform transforms[] = {
-        {}, {-1, 0, 0, 1, 20, 0}, {0.6, 0.8, -0.8, 0.6, 0, 0}, {1e6, 0, 0, 1e6, 0, 0}, {1e5, 1e5, -1e5, 1e5, 0, 0},
-        {1e-5, 0, 0, 1e-5, 0, 0}, {1e-4, 1e-4, -1e-4, 1e-4, 5, 5}, {1, 0.5, 0.5, 0.2501, 0, 0},
+        {},
+        {-1, 0, 0, 1, 20, 0},
+        {0.6, 0.8, -0.8, 0.6, 0, 0},
+        {1e6, 0, 0, 1e6, 0, 0},
+        {1e5, 1e5, -1e5, 1e5, 0, 0},
+        {1e-5, 0, 0, 1e-5, 0, 0},
+        {1e-4, 1e-4, -1e-4, 1e-4, 5, 5},
+        {1, 0.5, 0.5, 0.2501, 0, 0},
     };
     for (const Picture& picture : {small, wide})
         for (const Rect& frame : frames)
