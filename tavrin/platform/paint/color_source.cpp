@@ -6,7 +6,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 
 namespace tavrin::paint {
 namespace {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "tavrin/platform/paint/pixel_rect.h"
+#include "tavrin/platform/foundation/pixel_rect.h"
 
 typedef struct _cairo cairo_t;
 

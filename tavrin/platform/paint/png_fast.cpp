@@ -12,8 +12,8 @@
 #include <tmmintrin.h>
 #endif
 
+#include "tavrin/platform/foundation/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/paint/pixels.h"
 #include "tavrin/platform/paint/png_file.h"
 
 namespace tavrin::paint {

@@ -1,10 +1,10 @@
-#include "tavrin/platform/paint/pixels.h"
+#include "tavrin/platform/foundation/pixels.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-namespace tavrin::paint {
+namespace tavrin {
 namespace {
 
 /// 2^24 x 255 / alpha, rounded up: enough that every channel up to alpha is rounded as it should be.
@@ -38,6 +38,13 @@ bool allOpaque(const std::uint32_t* pixels, std::size_t count) {
     return common == 0xFF000000;
 }
 
+void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint8_t* pixel = bytes + 4 * i;
+        pixels[i] = scalePixel(packPixel(0xFF, pixel[0], pixel[1], pixel[2]), pixel[3]);
+    }
+}
+
 void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
     // Most pixels are opaque: blocks without any others are only rearranged, which compilers vectorise.
     constexpr std::size_t block = 64;
@@ -51,4 +58,4 @@ void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::siz
     }
 }
 
-}  // namespace tavrin::paint
+}  // namespace tavrin

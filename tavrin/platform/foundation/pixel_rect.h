@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace tavrin::paint {
+namespace tavrin {
 
 /// The pixels with x0 <= x < x1 and y0 <= y < y1.
 struct PixelRect {
@@ -21,4 +21,4 @@ struct PixelRect {
     friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 
-}  // namespace tavrin::paint
+}  // namespace tavrin

@@ -5,7 +5,7 @@
 
 // Arithmetic on 0xAARRGGBB pixels with premultiplied channels.
 
-namespace tavrin::paint {
+namespace tavrin {
 
 constexpr std::uint32_t packPixel(std::uint32_t alpha, std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
     return alpha << 24 | red << 16 | green << 8 | blue;
@@ -41,7 +41,10 @@ constexpr std::uint32_t mixPixels(std::uint32_t a, std::uint32_t b, std::uint32_
 /// Whether all of `count` pixels are fully opaque.
 [[nodiscard]] bool allOpaque(const std::uint32_t* pixels, std::size_t count);
 
+/// Reads `count` pixels from bytes R, G, B, A, channels not premultiplied; they may be the pixels' own memory.
+void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count);
+
 /// Writes `count` pixels as bytes R, G, B, A, channels not premultiplied and rounded.
 void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count);
 
-}  // namespace tavrin::paint
+}  // namespace tavrin

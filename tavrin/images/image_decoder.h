@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "tavrin/platform/foundation/bitmap.h"
+#include "tavrin/platform/foundation/geometry.h"
+
+namespace tavrin {
+
+/// How large a picture may be, and how large it need be.
+struct ImageBounds {
+    /// A picture whose file declares more pixels is refused before anything is allocated for them.
+    std::size_t maximumPixels = 64'000'000;
+    /// The size, in pixels, that the picture will be made to fit in (`ImageProcesser`). A large JPEG is then decoded at
+    /// a half, a quarter or an eighth, never smaller than what fits. Other formats are decoded in full.
+    std::optional<Size> wanted = std::nullopt;
+};
+
+/// The picture that a file's bytes hold: PNG, JPEG, WebP or GIF (of an animation the first frame), told apart by
+/// content. A JPEG is turned as its EXIF orientation says; colour profiles are not applied. Null when the bytes hold no
+/// picture, a damaged or cut off one, or one beyond `bounds`. Any thread.
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds = {});
+
+}  // namespace tavrin
