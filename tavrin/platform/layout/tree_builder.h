@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/leaf_rules.h"
+#include "tavrin/platform/layout/loaded_bodies.h"
 
 namespace tavrin::layout {
 
@@ -33,8 +35,8 @@ private:
         SpacerAxes axes;
     };
 
-    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics)
-        : tree_(tree), texts_(texts), diagnostics_(diagnostics) {}
+    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics, LoadedBodies loaded)
+        : tree_(tree), texts_(texts), diagnostics_(diagnostics), loaded_(std::move(loaded)) {}
 
     void unroll(const AnyView& root);
     void addNode(const Pending& pending);
@@ -65,6 +67,7 @@ private:
     LayoutTree& tree_;
     text::TextEngine& texts_;
     const Diagnostics& diagnostics_;
+    LoadedBodies loaded_;
     std::vector<Pending> pending_;
     std::vector<Index> parents_;
 };

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <curl/curl.h>
+
+#include "tavrin/platform/foundation/url_session.h"
+
+namespace tavrin {
+
+/// One load over HTTP: what the transfer library is told, and what it tells.
+class URLTransfer {
+public:
+    URLTransfer(const URLRequest& request, const URLSession::Configuration& configuration);
+    URLTransfer(const URLTransfer&) = delete;
+    URLTransfer& operator=(const URLTransfer&) = delete;
+
+    /// Null when there was no memory for it.
+    [[nodiscard]] CURL* handle() const { return handle_.get(); }
+
+    /// What the transfer came to.
+    [[nodiscard]] URLResponse response(CURLcode outcome);
+
+private:
+    template <class Value>
+    void set(CURLoption option, Value value) {
+        curl_easy_setopt(handle_.get(), option, value);
+    }
+    [[nodiscard]] URLError error(CURLcode outcome) const;
+    /// Whether an address may be used; notes a refusal.
+    [[nodiscard]] bool allows(bool isPublic, const char* address);
+
+    static std::size_t take(char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
+    static curl_socket_t openSocket(void* transfer, curlsocktype purpose, curl_sockaddr* address) noexcept;
+    static int aboutToRequest(void* transfer, char* remote, char* local, int remotePort, int localPort) noexcept;
+
+    std::unique_ptr<CURL, void (*)(CURL*)> handle_;
+    std::size_t maximumBytes_;
+    FetchPolicy policy_;
+    std::string data_;
+    std::string refusedAddress_;
+    bool isTooLarge_ = false;
+    char message_[CURL_ERROR_SIZE] = {};
+};
+
+}  // namespace tavrin
