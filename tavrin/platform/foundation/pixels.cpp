@@ -38,6 +38,13 @@ bool allOpaque(const std::uint32_t* pixels, std::size_t count) {
     return common == 0xFF000000;
 }
 
+void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint8_t* pixel = bytes + 4 * i;
+        pixels[i] = scalePixel(packPixel(0xFF, pixel[0], pixel[1], pixel[2]), pixel[3]);
+    }
+}
+
 void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
     // Most pixels are opaque: blocks without any others are only rearranged, which compilers vectorise.
     constexpr std::size_t block = 64;

@@ -41,6 +41,9 @@ constexpr std::uint32_t mixPixels(std::uint32_t a, std::uint32_t b, std::uint32_
 /// Whether all of `count` pixels are fully opaque.
 [[nodiscard]] bool allOpaque(const std::uint32_t* pixels, std::size_t count);
 
+/// Reads `count` pixels from bytes R, G, B, A, channels not premultiplied; they may be the pixels' own memory.
+void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count);
+
 /// Writes `count` pixels as bytes R, G, B, A, channels not premultiplied and rounded.
 void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count);
 

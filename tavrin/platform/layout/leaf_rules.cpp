@@ -18,6 +18,12 @@ Size shapeAnswer(const Shape& shape, const Proposal& proposal) {
     return std::holds_alternative<Circle>(shape) ? squareAnswer(proposal) : fillingAnswer(proposal);
 }
 
+Size imageAnswer(const Image& image, const Proposal& proposal) {
+    const Bitmap* bitmap = image.bitmap.get();
+    return {proposal.width.value_or(bitmap ? bitmap->width() : 0),
+            proposal.height.value_or(bitmap ? bitmap->height() : 0)};
+}
+
 Size spacerAnswer(const Spacer& spacer, SpacerAxes axes, const Proposal& proposal) {
     const double given = spacer.minLength.value_or(8);
     const double least = std::isfinite(given) ? std::max(0.0, given) : 8;

@@ -15,6 +15,8 @@ Size fillingAnswer(const Proposal& proposal);
 /// Circles: the square of the shorter side.
 Size squareAnswer(const Proposal& proposal);
 Size shapeAnswer(const Shape& shape, const Proposal& proposal);
+/// The proposal; the picture's own size for an absent dimension, 0 where there is no picture.
+Size imageAnswer(const Image& image, const Proposal& proposal);
 Size spacerAnswer(const Spacer& spacer, SpacerAxes axes, const Proposal& proposal);
 
 }  // namespace tavrin::layout

@@ -39,6 +39,7 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
         case ViewKind::spacer:
             return spacerAnswer(*node.view->as<Spacer>(), static_cast<SpacerAxes>(node.detail), proposal);
         case ViewKind::text: return textAnswer(index, proposal);
+        case ViewKind::image: return imageAnswer(*node.view->as<Image>(), proposal);
         case ViewKind::color:
         case ViewKind::linearGradient:
         case ViewKind::rectangle:

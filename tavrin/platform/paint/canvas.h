@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "tavrin/platform/foundation/bitmap.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/rgba.h"
 #include "tavrin/platform/paint/gradient.h"
@@ -80,6 +81,11 @@ public:
     /// A frame of `width` points along the inside of `rect`; all of it when there is no room for a hole. On a raster it
     /// is at least one pixel wide.
     void border(const Rect& rect, RGBA color, double width);
+
+    /// Draws a picture stretched to `rect` with `opacity` (clamped to 0…1; NaN draws nothing). Where it is to be smaller
+    /// than its pixels, they are averaged; a picture that is drawn once more in the same size is not scaled again. A
+    /// document embeds it once, with no more pixels than it needs.
+    void draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect, double opacity);
 
     /// What is drawn up to the matching `endLayer` is composed apart, then drawn with `opacity` (clamped to 0…1; NaN
     /// draws nothing). A layer is as large as the clip: clip first where the extent is known. Saves within a layer are

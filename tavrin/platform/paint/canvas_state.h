@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +40,8 @@ struct Canvas::State {
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
+    /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
+    std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
     [[nodiscard]] Level& level() { return levels.back(); }
     void pushLevel();
@@ -67,6 +71,11 @@ struct Canvas::State {
     };
     /// `bounds` as `placed` returns them.
     [[nodiscard]] Pieces pieces(const Shape& shape, const Rect& bounds) const;
+    /// Draws a picture into whole pixels, a rectangle on a raster that is only scaled and moved.
+    void drawAligned(const std::shared_ptr<const Bitmap>& picture, const PixelRect& frame, double opacity);
+    void drawTurned(const std::shared_ptr<const Bitmap>& picture, const Rect& rect, double opacity);
+    void embed(const std::shared_ptr<const Bitmap>& picture, const Rect& rect);
+
     [[nodiscard]] Coverage coverage(const PixelRect& area, const Shape& shape, const Rect& bounds,
                                     bool antialiased) const;
 };

@@ -50,6 +50,10 @@ private:
         texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
     }
 
+    void draw(const Image& image, Index, const LayoutNode& node) {
+        if (image.bitmap) canvas_.draw(image.bitmap, node.frame, opacity_);
+    }
+
     void draw(const Color& color, Index, const LayoutNode& node) { canvas_.fill(node.frame, shade(color)); }
     void draw(const LinearGradient& gradient, Index, const LayoutNode& node) {
         canvas_.fill(node.frame, paintOf(gradient, node.frame));

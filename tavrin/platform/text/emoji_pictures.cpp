@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include <hb-ot.h>
 
-#include "tavrin/platform/text/area_average.h"
+#include "tavrin/platform/foundation/scaling.h"
 
 namespace tavrin::text {
 namespace {
@@ -44,6 +45,22 @@ Picture decode(hb_font_t* font, std::uint32_t glyph) {
     return picture;
 }
 
+Picture scaledPicture(cairo_surface_t* picture, int width, int height) {
+    Picture scaled(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+    if (cairo_surface_status(scaled.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    cairo_surface_flush(picture);
+    constexpr int pixel = sizeof(std::uint32_t);
+    const PixelRows rows{reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture)),
+                         cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture),
+                         cairo_image_surface_get_stride(picture) / pixel};
+    const std::vector<std::uint32_t> pixels = scaledPixels(rows, width, height, {0, 0, width, height});
+    cairo_surface_flush(scaled.get());
+    // A row of 32-bit pixels has no gap behind it.
+    std::memcpy(cairo_image_surface_get_data(scaled.get()), pixels.data(), pixels.size() * sizeof(pixels[0]));
+    cairo_surface_mark_dirty(scaled.get());
+    return scaled;
+}
+
 }  // namespace
 
 PictureBox EmojiPictures::box(FontId font, std::uint32_t glyph) {
@@ -64,7 +81,7 @@ cairo_surface_t* EmojiPictures::scaled(FontId font, std::uint32_t glyph, int wid
     const Key key{font, glyph, width, height};
     if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
     cairo_surface_t* picture = original(font, glyph);
-    return keep(key, picture == nullptr ? nullptr : areaAverage(picture, width, height));
+    return keep(key, picture == nullptr ? nullptr : scaledPicture(picture, width, height));
 }
 
 cairo_surface_t* EmojiPictures::keep(const Key& key, Picture picture) {

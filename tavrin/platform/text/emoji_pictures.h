@@ -7,7 +7,7 @@
 #include <cairo.h>
 
 #include "tavrin/platform/text/font_faces.h"
-#include "tavrin/platform/text/handles.h"
+#include "tavrin/platform/foundation/handles.h"
 
 namespace tavrin::text {
 

@@ -12,7 +12,7 @@
 #include <fontconfig/fontconfig.h>
 #include <hb.h>
 
-#include "tavrin/platform/text/handles.h"
+#include "tavrin/platform/foundation/handles.h"
 #include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::text {

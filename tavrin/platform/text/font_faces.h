@@ -8,7 +8,7 @@
 #include <hb.h>
 
 #include "tavrin/platform/text/font_catalog.h"
-#include "tavrin/platform/text/handles.h"
+#include "tavrin/platform/foundation/handles.h"
 
 namespace tavrin::text {
 

@@ -6,7 +6,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include "tavrin/platform/text/handles.h"
+#include "tavrin/platform/foundation/handles.h"
 
 namespace tavrin::text {
 

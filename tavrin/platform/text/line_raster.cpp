@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tavrin/platform/text/handles.h"
+#include "tavrin/platform/foundation/handles.h"
 
 namespace tavrin::text {
 

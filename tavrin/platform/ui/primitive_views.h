@@ -13,6 +13,7 @@ decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
     switch (view.kind()) {
         case ViewKind::spacer: return visit(*view.as<Spacer>());
         case ViewKind::text: return visit(*view.as<Text>());
+        case ViewKind::image: return visit(*view.as<Image>());
         case ViewKind::color: return visit(*view.as<Color>());
         case ViewKind::linearGradient: return visit(*view.as<LinearGradient>());
         case ViewKind::circle: return visit(*view.as<Circle>());

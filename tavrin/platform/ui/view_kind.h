@@ -10,6 +10,7 @@ enum class ViewKind : unsigned char {
     emptyView,
     spacer,
     text,
+    image,
     color,
     linearGradient,
     circle,

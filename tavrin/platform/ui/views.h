@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "tavrin/platform/foundation/bitmap.h"
 #include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/ui/alignment.h"
@@ -51,6 +53,16 @@ struct Text {
 
     static constexpr std::tuple fields{Field{"text", &Text::content}, Field{"font", &Text::font},
                                        Field{"fontWeight", &Text::fontWeight}};
+};
+
+/// A picture, stretched to whatever room it is given; its own size is a point for each pixel. Without a bitmap it draws
+/// nothing. The view tree does not print the pixels.
+struct Image {
+    static constexpr ViewKind kind = ViewKind::image;
+    static constexpr std::string_view name = "Image";
+    static constexpr std::tuple<> fields{};
+
+    std::shared_ptr<const Bitmap> bitmap;
 };
 
 /// A ramp of evenly spaced colours between two unit points, padded at both ends.

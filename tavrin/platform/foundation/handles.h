@@ -2,7 +2,7 @@
 
 #include <memory>
 
-namespace tavrin::text {
+namespace tavrin {
 
 /// Gives a C library's object back with `destroy` when it is no longer needed.
 template <auto destroy>
@@ -16,4 +16,4 @@ struct Destroy {
 template <class T, auto destroy>
 using Handle = std::unique_ptr<T, Destroy<destroy>>;
 
-}  // namespace tavrin::text
+}  // namespace tavrin

@@ -1,0 +1,43 @@
+#include "tavrin/images/image_decoder.h"
+
+#include <limits>
+#include <new>
+
+#include "tavrin/images/decoders.h"
+
+namespace tavrin {
+namespace images {
+
+bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height) {
+    constexpr std::uint64_t maximumSide = std::numeric_limits<int>::max();
+    return width >= 1 && height >= 1 && width <= maximumSide && height <= maximumSide &&
+           width <= bounds.maximumPixels / height;
+}
+
+namespace {
+
+using Decode = Picture (*)(std::string_view bytes, const ImageBounds& bounds);
+
+/// The decoder of the format that a file begins like; null when it is none of them.
+Decode decoderOf(std::string_view bytes) {
+    if (bytes.starts_with("\x89PNG\r\n\x1A\n")) return decodePng;
+    if (bytes.starts_with("\xFF\xD8\xFF")) return decodeJpeg;
+    if (bytes.starts_with("GIF87a") || bytes.starts_with("GIF89a")) return decodeGif;
+    if (bytes.starts_with("RIFF") && bytes.size() >= 12 && bytes.substr(8).starts_with("WEBP")) return decodeWebP;
+    return nullptr;
+}
+
+}  // namespace
+}  // namespace images
+
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds) {
+    const images::Decode decode = images::decoderOf(bytes);
+    if (decode == nullptr) return nullptr;
+    try {
+        return decode(bytes, bounds);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+}  // namespace tavrin

@@ -1,0 +1,150 @@
+#include <array>
+#include <bit>
+#include <csetjmp>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include <jpeglib.h>
+
+#include <jerror.h>
+
+#include "tavrin/images/decoders.h"
+#include "tavrin/images/exif_orientation.h"
+#include "tavrin/images/fitted_size.h"
+#include "tavrin/platform/foundation/pixels.h"
+
+namespace tavrin::images {
+namespace {
+
+/// A progressive picture is gone through once for each scan that it says it has; common ones have ten.
+constexpr std::int64_t mostScans = 100;
+constexpr std::int64_t mostScannedPixels = 1'000'000'000;
+
+/// Oddities that leave every pixel as it was meant. Any other warning means damage.
+bool isHarmless(int warning) {
+    return warning == JWRN_EXTRANEOUS_DATA || warning == JWRN_ADOBE_XFORM || warning == JWRN_JFIF_MAJOR ||
+           warning == JWRN_TOO_MUCH_DATA;
+}
+
+/// The library's state. It reports errors by a jump to `failed`, which `readHeader` and `readPixels` set: nothing in
+/// them has a destructor.
+struct Reader {
+    explicit Reader(std::string_view bytes);
+    ~Reader() { jpeg_destroy_decompress(&info); }
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+
+    jpeg_decompress_struct info{};
+    jpeg_error_mgr errors{};
+    jpeg_progress_mgr progress{};
+    std::jmp_buf failed{};
+    std::string_view source;
+};
+
+Reader& readerOf(j_common_ptr info) { return *static_cast<Reader*>(info->client_data); }
+
+[[noreturn]] void fail(j_common_ptr info) { std::longjmp(readerOf(info).failed, 1); }
+
+void failOnDamage(j_common_ptr info, int level) {
+    if (level < 0 && !isHarmless(info->err->msg_code)) fail(info);
+}
+
+void failOnManyScans(j_common_ptr info) {
+    const jpeg_decompress_struct& picture = readerOf(info).info;
+    const std::int64_t scan = picture.input_scan_number;
+    if (scan > mostScans || scan * picture.image_width * picture.image_height > mostScannedPixels) fail(info);
+}
+
+Reader::Reader(std::string_view bytes) : source(bytes) {
+    info.err = jpeg_std_error(&errors);
+    errors.error_exit = fail;
+    errors.emit_message = failOnDamage;
+    errors.output_message = [](j_common_ptr) {};
+    progress.progress_monitor = failOnManyScans;
+    info.client_data = this;
+}
+
+bool readHeader(Reader& reader) {
+    if (setjmp(reader.failed) != 0) return false;
+    jpeg_create_decompress(&reader.info);
+    reader.info.progress = &reader.progress;
+    jpeg_mem_src(&reader.info, reinterpret_cast<const unsigned char*>(reader.source.data()), reader.source.size());
+    jpeg_save_markers(&reader.info, JPEG_APP0 + 1, 0xFFFF);
+    return jpeg_read_header(&reader.info, TRUE) == JPEG_HEADER_OK;
+}
+
+/// Settles the size of the output.
+bool start(Reader& reader) {
+    if (setjmp(reader.failed) != 0) return false;
+    return jpeg_start_decompress(&reader.info) != FALSE;
+}
+
+bool readPixels(Reader& reader, std::uint8_t* target, std::size_t rowLength) {
+    if (setjmp(reader.failed) != 0) return false;
+    while (reader.info.output_scanline < reader.info.output_height) {
+        JSAMPROW row = target + reader.info.output_scanline * rowLength;
+        jpeg_read_scanlines(&reader.info, &row, 1);
+    }
+    return jpeg_finish_decompress(&reader.info) != FALSE;
+}
+
+Orientation orientationOf(const Reader& reader) {
+    for (const jpeg_marker_struct* marker = reader.info.marker_list; marker != nullptr; marker = marker->next) {
+        const std::string_view payload(reinterpret_cast<const char*>(marker->data), marker->data_length);
+        if (const Orientation orientation = exifOrientation(payload); orientation != Orientation::upright)
+            return orientation;
+    }
+    return Orientation::upright;
+}
+
+/// The largest divisor of the sides that leaves at least what will fit in `wanted`.
+unsigned divisorFor(Size stored, Size wanted, Orientation orientation) {
+    if (swapsSides(orientation)) std::swap(wanted.width, wanted.height);
+    if (!(wanted.width > 0 && wanted.height > 0)) return 1;
+    const Size fitted = fittedSize(stored, wanted);
+    for (const unsigned divisor : {8U, 4U, 2U})
+        if (stored.width / divisor >= fitted.width && stored.height / divisor >= fitted.height) return divisor;
+    return 1;
+}
+
+/// Words of four inks to pixels. Adobe's programs, which mark their files, store how much of each ink is left out.
+void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
+    const std::uint32_t inverted = reader.info.saw_Adobe_marker ? 0 : 0xFFFFFFFF;
+    for (std::uint32_t& pixel : pixels) {
+        const auto inks = std::bit_cast<std::array<std::uint8_t, 4>>(pixel ^ inverted);
+        pixel = 0xFF000000 | scalePixel(packPixel(0, inks[0], inks[1], inks[2]), inks[3]);
+    }
+}
+
+}  // namespace
+
+Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds) {
+    Reader reader(bytes);
+    jpeg_decompress_struct& info = reader.info;
+    if (!readHeader(reader) || !isWithin(bounds, info.image_width, info.image_height)) return nullptr;
+    const Orientation orientation = orientationOf(reader);
+    const Size stored{static_cast<double>(info.image_width), static_cast<double>(info.image_height)};
+    if (bounds.wanted) info.scale_denom = divisorFor(stored, *bounds.wanted, orientation);
+    const bool inks = info.num_components == 4;
+    if (inks)
+        info.out_color_space = JCS_CMYK;
+    else
+        info.out_color_space = std::endian::native == std::endian::little ? JCS_EXT_BGRA : JCS_EXT_ARGB;
+    if (!start(reader)) return nullptr;
+
+    const auto width = static_cast<int>(info.output_width);
+    const auto height = static_cast<int>(info.output_height);
+    std::vector<std::uint32_t> pixels(std::size_t{info.output_width} * info.output_height);
+    if (!readPixels(reader, reinterpret_cast<std::uint8_t*>(pixels.data()), std::size_t{info.output_width} * 4))
+        return nullptr;
+    if (inks) convertInks(reader, pixels);
+    if (orientation == Orientation::upright) return std::make_shared<const Bitmap>(width, height, std::move(pixels));
+    pixels = uprightPixels(pixels, width, height, orientation);
+    const bool swaps = swapsSides(orientation);
+    return std::make_shared<const Bitmap>(swaps ? height : width, swaps ? width : height, std::move(pixels));
+}
+
+}  // namespace tavrin::images
