@@ -39,11 +39,10 @@ Loading WebImage::loading() const {
     // The logger belongs to the thread that lays out: what it is to hear waits until then. Views that share a load each
     // tell it.
     const auto load = [image = *this]() -> Loading::Body {
-        LogRecord heard;
-        std::shared_ptr<const Bitmap> picture = image.load(&heard);
-        return [logger = image.logger, heard = std::move(heard), picture = std::move(picture)](
-                   const EnvironmentValues&) -> AnyView {
-            heard.replay(logger.get());
+        const auto heard = std::make_shared<LogRecord>();
+        std::shared_ptr<const Bitmap> picture = image.load(heard.get());
+        return [logger = image.logger, heard, picture = std::move(picture)](const EnvironmentValues&) -> AnyView {
+            heard->replay(logger.get());
             return Image{.bitmap = picture};
         };
     };
