@@ -5,9 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <netinet/in.h>
-#include <span>
+#include <iterator>
 #include <string>
 
 namespace tavrin {
@@ -77,32 +76,14 @@ bool isPublic(const IPv6& address) {
                                                         [&](const Block6& block) { return isIn(block, address); });
 }
 
-bool isPublic(const in6_addr& address) {
-    IPv6 bytes;
-    std::memcpy(bytes.data(), &address, bytes.size());
-    return isPublic(bytes);
-}
-
 }  // namespace
 
-bool isPublicAddress(const sockaddr& address) {
-    if (address.sa_family == AF_INET) {
-        sockaddr_in in{};
-        std::memcpy(&in, &address, sizeof in);
-        return isPublic(IPv4{ntohl(in.sin_addr.s_addr)});
-    }
-    if (address.sa_family != AF_INET6) return false;
-    sockaddr_in6 in{};
-    std::memcpy(&in, &address, sizeof in);
-    return isPublic(in.sin6_addr);
-}
-
-bool isPublicAddress(std::string_view text) {
-    const std::string address(text);
+bool isPublicAddress(std::string_view address) {
+    const std::string text(address);
     in_addr four{};
-    if (::inet_pton(AF_INET, address.c_str(), &four) == 1) return isPublic(IPv4{ntohl(four.s_addr)});
-    in6_addr six{};
-    return ::inet_pton(AF_INET6, address.c_str(), &six) == 1 && isPublic(six);
+    if (::inet_pton(AF_INET, text.c_str(), &four) == 1) return isPublic(IPv4{ntohl(four.s_addr)});
+    IPv6 six{};
+    return ::inet_pton(AF_INET6, text.c_str(), six.data()) == 1 && isPublic(six);
 }
 
 }  // namespace tavrin

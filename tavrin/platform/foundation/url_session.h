@@ -6,8 +6,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/foundation/public_address.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {
@@ -59,6 +61,8 @@ public:
         std::chrono::milliseconds timeout = std::chrono::seconds(60);
         std::size_t maximumTransfers = 64;
         std::size_t maximumTransfersPerHost = 32;
+        /// Which numeric addresses count as public where only those may be asked.
+        bool (*isPublic)(std::string_view address) = isPublicAddress;
     };
     using Completion = std::function<void(URLResponse)>;
 

@@ -3,10 +3,7 @@
 #include <arpa/inet.h>
 #include <exception>
 #include <netinet/in.h>
-#include <string_view>
 #include <sys/socket.h>
-
-#include "tavrin/platform/foundation/public_address.h"
 
 namespace tavrin {
 namespace {
@@ -26,7 +23,7 @@ std::string textOf(const sockaddr& address) {
 }  // namespace
 
 URLTransfer::URLTransfer(const URLRequest& request, const URLSession::Configuration& configuration)
-    : handle_(curl_easy_init(), curl_easy_cleanup), maximumBytes_(configuration.maximumBytes), policy_(request.policy) {
+    : handle_(curl_easy_init(), curl_easy_cleanup), maximumBytes_(configuration.maximumBytes), policy_(request.policy), isPublic_(configuration.isPublic) {
     if (!handle_) return;
     set(CURLOPT_URL, request.url.string().c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
@@ -54,8 +51,8 @@ URLTransfer::URLTransfer(const URLRequest& request, const URLSession::Configurat
     }
 }
 
-bool URLTransfer::allows(bool isPublic, const char* address) {
-    if (policy_ != FetchPolicy::publicOnly || isPublic) return true;
+bool URLTransfer::allows(const std::string& address) {
+    if (policy_ != FetchPolicy::publicOnly || isPublic_(address)) return true;
     refusedAddress_ = address;
     return false;
 }
@@ -76,7 +73,7 @@ std::size_t URLTransfer::take(char* bytes, std::size_t size, std::size_t count, 
 curl_socket_t URLTransfer::openSocket(void* transfer, curlsocktype, curl_sockaddr* address) noexcept {
     try {
         auto& self = *static_cast<URLTransfer*>(transfer);
-        if (!self.allows(isPublicAddress(address->addr), textOf(address->addr).c_str())) return CURL_SOCKET_BAD;
+        if (!self.allows(textOf(address->addr))) return CURL_SOCKET_BAD;
     } catch (const std::exception&) {
         return CURL_SOCKET_BAD;
     }
@@ -86,8 +83,7 @@ curl_socket_t URLTransfer::openSocket(void* transfer, curlsocktype, curl_sockadd
 int URLTransfer::aboutToRequest(void* transfer, char* remote, char*, int, int) noexcept {
     try {
         auto& self = *static_cast<URLTransfer*>(transfer);
-        return self.allows(isPublicAddress(std::string_view(remote)), remote) ? CURL_PREREQFUNC_OK
-                                                                               : CURL_PREREQFUNC_ABORT;
+        return self.allows(remote) ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
     } catch (const std::exception&) {
         return CURL_PREREQFUNC_ABORT;
     }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <curl/curl.h>
 
@@ -29,7 +30,7 @@ private:
     }
     [[nodiscard]] URLError error(CURLcode outcome) const;
     /// Whether an address may be used; notes a refusal.
-    [[nodiscard]] bool allows(bool isPublic, const char* address);
+    [[nodiscard]] bool allows(const std::string& address);
 
     static std::size_t take(char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
     static curl_socket_t openSocket(void* transfer, curlsocktype purpose, curl_sockaddr* address) noexcept;
@@ -38,6 +39,7 @@ private:
     std::unique_ptr<CURL, void (*)(CURL*)> handle_;
     std::size_t maximumBytes_;
     FetchPolicy policy_;
+    bool (*isPublic_)(std::string_view);
     std::string data_;
     std::string refusedAddress_;
     bool isTooLarge_ = false;
