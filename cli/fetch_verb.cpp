@@ -75,8 +75,7 @@ private:
 
     void fail(const URL& url, const std::string& reason) {
         ++failed_;
-        reporter_.report(
-            describe(std::make_exception_ptr(IOError("cannot fetch '" + url.string() + "': " + reason))));
+        reporter_.report(describe(std::make_exception_ptr(IOError("cannot fetch '" + url.string() + "': " + reason))));
     }
 
     const Arguments& arguments_;

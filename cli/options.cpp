@@ -70,7 +70,8 @@ const std::vector<OptionInfo>& options() {
         {"--date", "RFC3339", "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
         {"--time-zone", "ID", "The device's time zone, such as Europe/Madrid (the system's)"},
         {"--image-cache-dir", "DIR",
-         "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts them",
+         "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
+         "them",
          Completes::folder},
         {"--max-image-size", "WxH", "Larger pictures are scaled down to this size, in points"},
         {"--fetch", "none|public|all",

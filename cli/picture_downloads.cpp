@@ -62,7 +62,8 @@ std::optional<PictureDownload> PictureDownloads::next() {
         --underWay_;
         const URL& url = urls_[attempt.index];
         if (mayPass(response) && !url.isFile() && attempt.number < maximumTries) {
-            tries_.push_back({attempt.index, attempt.number + 1, Clock::now() + firstPause * (1 << (attempt.number - 1))});
+            tries_.push_back(
+                {attempt.index, attempt.number + 1, Clock::now() + firstPause * (1 << (attempt.number - 1))});
             continue;
         }
         return PictureDownload{url, fault.empty() ? std::move(response.data) : std::string(), std::move(fault)};

@@ -56,8 +56,8 @@ std::vector<std::uint32_t> uprightPixels(const std::vector<std::uint32_t>& pixel
                                  orientation == turnedLeft || orientation == transposedUpsideDown;
     const std::ptrdiff_t along = reversesRows ? -1 : 1;
     const std::ptrdiff_t down = reversesColumns ? -std::ptrdiff_t{width} : std::ptrdiff_t{width};
-    const std::uint32_t* corner = pixels.data() + (reversesRows ? width - 1 : 0) +
-                                  (reversesColumns ? std::ptrdiff_t{height - 1} * width : 0);
+    const std::uint32_t* corner =
+        pixels.data() + (reversesRows ? width - 1 : 0) + (reversesColumns ? std::ptrdiff_t{height - 1} * width : 0);
     const bool swaps = swapsSides(orientation);
     const std::ptrdiff_t perColumn = swaps ? down : along;
     const std::ptrdiff_t perRow = swaps ? along : down;

@@ -14,8 +14,8 @@ namespace tavrin {
 struct ImageBounds {
     /// A picture whose file declares more pixels is refused before anything is allocated for them.
     std::size_t maximumPixels = 64'000'000;
-    /// The size, in pixels, that the picture will be made to fit in (`ImageProcesser`). A large JPEG is then decoded at a
-    /// half, a quarter or an eighth, never smaller than what fits. Other formats are decoded in full.
+    /// The size, in pixels, that the picture will be made to fit in (`ImageProcesser`). A large JPEG is then decoded at
+    /// a half, a quarter or an eighth, never smaller than what fits. Other formats are decoded in full.
     std::optional<Size> wanted = std::nullopt;
 };
 

@@ -14,8 +14,8 @@ public:
     explicit ImageProcesser(Size maxSize) : maxSize(maxSize) {}
 
     /// The picture, scaled down when it is larger than `maxSize`. A side that would not be a whole number of pixels is
-    /// rounded up. When `maxSize` is not positive the picture stays as it is. Null stays null. The last results are kept:
-    /// the same picture gives the same result at once. Any thread.
+    /// rounded up. When `maxSize` is not positive the picture stays as it is. Null stays null. The last results are
+    /// kept: the same picture gives the same result at once. Any thread.
     [[nodiscard]] std::shared_ptr<const Bitmap> fit(const std::shared_ptr<const Bitmap>& image) const;
 
     Size maxSize;

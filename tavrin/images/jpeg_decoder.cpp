@@ -7,9 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include <jpeglib.h>
-
 #include <jerror.h>
+#include <jpeglib.h>
 
 #include "tavrin/images/decoders.h"
 #include "tavrin/images/exif_orientation.h"

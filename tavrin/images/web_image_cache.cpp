@@ -81,15 +81,15 @@ std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logge
     }
     const auto end = std::chrono::steady_clock::now() + timeLimit;
     const auto slot = std::make_shared<Slot>();
-    const auto task = session_.dataTask(
-        {url, options.fetchPolicy, true}, [slot, wanted = options.wanted](const URLResponse& response) {
-            Decoded decoded = decode(response, wanted);
-            const std::lock_guard lock(slot->mutex);
-            slot->decoded = std::move(decoded);
-            slot->error = response.error;
-            slot->isFilled = true;
-            slot->filled.notify_one();
-        });
+    const auto task = session_.dataTask({url, options.fetchPolicy, true},
+                                        [slot, wanted = options.wanted](const URLResponse& response) {
+                                            Decoded decoded = decode(response, wanted);
+                                            const std::lock_guard lock(slot->mutex);
+                                            slot->decoded = std::move(decoded);
+                                            slot->error = response.error;
+                                            slot->isFilled = true;
+                                            slot->filled.notify_one();
+                                        });
 
     std::unique_lock lock(slot->mutex);
     const bool isInTime = slot->filled.wait_until(lock, end, [&] { return slot->isFilled; });

@@ -35,10 +35,11 @@ Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds) {
     const Handle<WebPIterator, WebPDemuxReleaseIterator> release(&frame);
     if (!WebPDemuxGetFrame(demuxer.get(), 1, &frame) || !isInside(frame, width, height)) return nullptr;
     std::vector<std::uint32_t> pixels(std::size_t{width} * height);
-    const std::size_t first = static_cast<std::size_t>(frame.y_offset) * width + static_cast<std::size_t>(frame.x_offset);
+    const std::size_t first =
+        static_cast<std::size_t>(frame.y_offset) * width + static_cast<std::size_t>(frame.x_offset);
     auto* target = reinterpret_cast<std::uint8_t*>(pixels.data());
-    if (WebPDecodeRGBAInto(frame.fragment.bytes, frame.fragment.size, target + 4 * first,
-                           4 * (pixels.size() - first), static_cast<int>(4 * width)) == nullptr)
+    if (WebPDecodeRGBAInto(frame.fragment.bytes, frame.fragment.size, target + 4 * first, 4 * (pixels.size() - first),
+                           static_cast<int>(4 * width)) == nullptr)
         return nullptr;
     premultiplyPixels(target, pixels.data(), pixels.size());
     return std::make_shared<const Bitmap>(static_cast<int>(width), static_cast<int>(height), std::move(pixels));

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <netinet/in.h>
 #include <set>
 #include <sstream>
 #include <sys/socket.h>
@@ -13,6 +12,7 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 
 #include "tavrin/images/web_image_cache.h"
 #include "tavrin/platform/foundation/main_queue.h"
@@ -93,15 +93,22 @@ public:
 private:
     [[nodiscard]] std::string configuration() const {
         const std::string here = folder_.string();
-        return "daemon off; pid " + here + "/pid; worker_processes 1;\n"
+        return "daemon off; pid " + here +
+               "/pid; worker_processes 1;\n"
                "events { worker_connections 256; }\n"
                "http {\n"
-               "  log_format short '$connection $status $uri'; access_log " + here + "/access.log short;\n"
-               "  client_body_temp_path " + here + "/t1; proxy_temp_path " + here + "/t2; fastcgi_temp_path " + here +
-               "/t3; uwsgi_temp_path " + here + "/t4; scgi_temp_path " + here + "/t5;\n"
+               "  log_format short '$connection $status $uri'; access_log " +
+               here +
+               "/access.log short;\n"
+               "  client_body_temp_path " +
+               here + "/t1; proxy_temp_path " + here + "/t2; fastcgi_temp_path " + here + "/t3; uwsgi_temp_path " +
+               here + "/t4; scgi_temp_path " + here +
+               "/t5;\n"
                "  gzip on; gzip_min_length 1; gzip_types *;\n"
                "  server {\n"
-               "    listen 127.0.0.1:" + std::to_string(port_) + "; root " + here + ";\n"
+               "    listen 127.0.0.1:" +
+               std::to_string(port_) + "; root " + here +
+               ";\n"
                "    location /moved { return 301 /picture0; }\n"
                "    location /missing { error_page 404 /picture1; return 404; }\n"
                "  }\n"
@@ -130,10 +137,14 @@ TEST(NginxWebImages, LoadOverConnectionsThatAreUsedAgain) {
     EXPECT_EQ(cache.loadImageSync(nginx.at("nothing"), &listener), nullptr);
     EXPECT_EQ(listener.errors().size(), 2U);
 
+    // The log is written after the answer is sent.
+    for (int i = 0; i < 500 && nginx.requests().size() < 25; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const auto requests = nginx.requests();
+    EXPECT_EQ(requests.size(), 25U);
     std::set<std::string> connections;
-    for (const auto& [connection, status, address] : nginx.requests()) connections.insert(connection);
+    for (const auto& [connection, status, address] : requests) connections.insert(connection);
     EXPECT_EQ(connections.size(), 1U);
-    EXPECT_EQ(nginx.requests().size(), 25U);
 }
 
 TEST(NginxWebImages, Prefetch) {
@@ -144,7 +155,8 @@ TEST(NginxWebImages, Prefetch) {
     URLSession session;
     WebImageCache cache(session);
     std::vector<URL> urls;
-    for (int i = 0; i < 2000; ++i) urls.push_back(nginx.at("picture" + std::to_string(i % 20) + "?" + std::to_string(i)));
+    for (int i = 0; i < 2000; ++i)
+        urls.push_back(nginx.at("picture" + std::to_string(i % 20) + "?" + std::to_string(i)));
     bool isComplete = false;
     cache.cacheImages(urls, [&] { isComplete = true; });
     while (!isComplete) MainQueue::shared().runFor(0.01);

@@ -31,7 +31,8 @@ protected:
     /// Waits until a prefetch is complete; its completion comes over the main queue.
     void prefetch(const std::vector<URL>& urls, const ImageLoadOptions& options = {}) {
         bool isComplete = false;
-        cache.cacheImages(urls, [&] { isComplete = true; }, options);
+        cache.cacheImages(
+            urls, [&] { isComplete = true; }, options);
         while (!isComplete) MainQueue::shared().runFor(0.01);
     }
 
@@ -137,11 +138,11 @@ TEST_F(WebImageCaches, DrawWhatTheyHoldUnderEveryPolicy) {
     EXPECT_EQ(cache.loadImageSync(url, &listener, {FetchPolicy::none}), nullptr);
     EXPECT_EQ(cache.loadImageSync(url, &listener, {FetchPolicy::publicOnly}), nullptr);
     const std::string failed = "LoadImageError: Load Image Failed: " + url.string();
-    EXPECT_THAT(listener.errors(),
-                ElementsAre("LoadImageRefused: Load Image Refused: " + url.string() + ": nothing may be fetched", failed,
-                            "LoadImageRefused: Load Image Refused: " + url.string() +
-                                ": the address 127.0.0.1 is not public",
-                            failed));
+    EXPECT_THAT(
+        listener.errors(),
+        ElementsAre("LoadImageRefused: Load Image Refused: " + url.string() + ": nothing may be fetched", failed,
+                    "LoadImageRefused: Load Image Refused: " + url.string() + ": the address 127.0.0.1 is not public",
+                    failed));
     prefetch({url}, {FetchPolicy::none});
     prefetch({url}, {FetchPolicy::publicOnly});
     EXPECT_EQ(server.requests(), 0);
@@ -175,7 +176,7 @@ TEST_F(WebImageCaches, ReadFiles) {
 
 TEST_F(WebImageCaches, PrefetchWithoutAWord) {
     const std::vector<URL> urls{urlOf(server.at("/ok/1")), urlOf(server.at("/text")), urlOf(server.at("/reset")),
-                                urlOf("ftp://a/b"), urlOf(server.at("/ok/1")), urlOf(server.at("/late/300"))};
+                                urlOf("ftp://a/b"),        urlOf(server.at("/ok/1")), urlOf(server.at("/late/300"))};
     prefetch(urls);
     EXPECT_EQ(server.requests("/ok/1"), 1) << "an address that is listed twice is fetched once";
     const std::vector<bool> held{true, false, false, false, true, true};

@@ -91,12 +91,14 @@ TEST_F(WebImages, NodesKeepTheirKeys) {
     EXPECT_EQ(record->url.wrappedValue(), "5");
     EXPECT_EQ(record->alt.wrappedValue(), "true");
     EXPECT_EQ(node.version(), DSLVersion::v1);
-    EXPECT_EQ(failureOf([] { return nodeFrom(R"({"type": "webImage"})"); }), "keyNotFound at : the key \"url\" is missing");
+    EXPECT_EQ(failureOf([] { return nodeFrom(R"({"type": "webImage"})"); }),
+              "keyNotFound at : the key \"url\" is missing");
 }
 
 TEST_F(WebImages, ViewsKnowWherePicturesAre) {
     context.maxImageSize = Size{50, 40};
-    const AnyView remote = load(context, nodeOf("{{initServerParam.a}}", R"(, "alt": "not a url:")"), R"({"a": "x/y"})");
+    const AnyView remote =
+        load(context, nodeOf("{{initServerParam.a}}", R"(, "alt": "not a url:")"), R"({"a": "x/y"})");
     const auto* image = remote.as<WebImage>();
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->url->string(), "x/y");
@@ -119,11 +121,13 @@ TEST_F(WebImages, EachRenderRecordsTheFirstAddress) {
     const std::string main = stackOf({nodeOf("http://a/1", R"(, "alt": "http://a/2")"), nodeOf("not a url:")});
     load(context, main);
     load(context, main);
-    EXPECT_EQ(RenderState::of(context).webImageURLs, (std::vector<URL>{*URL::parse("http://a/1"), *URL::parse("http://a/1")}));
+    EXPECT_EQ(RenderState::of(context).webImageURLs,
+              (std::vector<URL>{*URL::parse("http://a/1"), *URL::parse("http://a/1")}));
 }
 
 TEST_F(WebImages, FallBack) {
-    const std::string good = server.at("/ok/fallback"), bad = server.at("/text/fallback"), worse = server.at("/none/fallback");
+    const std::string good = server.at("/ok/fallback"), bad = server.at("/text/fallback"),
+                      worse = server.at("/none/fallback");
     const struct {
         const char* why;
         std::string main;
@@ -163,8 +167,9 @@ TEST_F(WebImageThreads, AllPicturesOfATreeLoadAtOnce) {
     std::vector<std::string> errors;
     for (int i = 0; i < 12; ++i) {
         // The later ones are there earlier.
-        const std::string url = server.at((i % 3 == 0 ? "/late/9000/at-once-" : "/late/" + std::to_string(900 - 60 * i) + "/at-once-") +
-                                          std::to_string(i));
+        const std::string url =
+            server.at((i % 3 == 0 ? "/late/9000/at-once-" : "/late/" + std::to_string(900 - 60 * i) + "/at-once-") +
+                      std::to_string(i));
         children.push_back(nodeOf(url));
         if (i % 3 == 0) errors.insert(errors.end(), {timeout(url), failure(url)});
     }

@@ -1,13 +1,14 @@
 #include "tests/network/web_server.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <charconv>
 #include <chrono>
 #include <cstdlib>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
 
 namespace tavrin {
 namespace {
@@ -72,7 +73,8 @@ WebServer::WebServer(const char* address) : listener_(::socket(AF_INET, SOCK_STR
     place.sin_family = AF_INET;
     ::inet_pton(AF_INET, address, &place.sin_addr);
     socklen_t size = sizeof place;
-    if (::bind(listener_, reinterpret_cast<sockaddr*>(&place), size) != 0 || ::listen(listener_, 1024) != 0) std::abort();
+    if (::bind(listener_, reinterpret_cast<sockaddr*>(&place), size) != 0 || ::listen(listener_, 1024) != 0)
+        std::abort();
     ::getsockname(listener_, reinterpret_cast<sockaddr*>(&place), &size);
     base_ = "http://" + std::string(address) + ":" + std::to_string(ntohs(place.sin_port));
     acceptor_ = std::thread([this] { accept(); });

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
 namespace {

@@ -8,8 +8,8 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
 namespace {

@@ -21,8 +21,8 @@ public:
 
     void post(std::function<void()> block);
 
-    /// Runs the blocks that are posted by now; those that they post wait for the next call. Returns how many ran. What a
-    /// block throws is passed on; the blocks behind it stay.
+    /// Runs the blocks that are posted by now; those that they post wait for the next call. Returns how many ran. What
+    /// a block throws is passed on; the blocks behind it stay.
     std::size_t runPending();
 
     /// Runs blocks as they come until `seconds` have passed. Returns how many ran.

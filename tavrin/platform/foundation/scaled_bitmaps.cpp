@@ -38,7 +38,8 @@ std::shared_ptr<const Bitmap> ScaledBitmaps::scaled(const std::shared_ptr<const 
     const Key key{picture->identity(), width, height, part};
     if (std::shared_ptr<const Bitmap> known = find(key)) return known;
     const PixelRows rows{picture->row(0), whole.x1, whole.y1, whole.x1};
-    return keep(key, std::make_shared<const Bitmap>(part.width(), part.height(), scaledPixels(rows, width, height, part)));
+    return keep(key,
+                std::make_shared<const Bitmap>(part.width(), part.height(), scaledPixels(rows, width, height, part)));
 }
 
 std::size_t ScaledBitmaps::byteCount() const {

@@ -46,7 +46,8 @@ public:
     std::vector<Item> takeAll() {
         std::vector<Item> items;
         for (Lane& lane : lanes_) {
-            for (auto& [host, waiting] : lane.waiting) std::move(waiting.begin(), waiting.end(), std::back_inserter(items));
+            for (auto& [host, waiting] : lane.waiting)
+                std::move(waiting.begin(), waiting.end(), std::back_inserter(items));
             lane.waiting.clear();
             lane.turns.clear();
         }

@@ -53,7 +53,7 @@ public:
     Loop(const Loop&) = delete;
     Loop& operator=(const Loop&) = delete;
     ~Loop() {
-        if (multi_) curl_multi_cleanup(multi_);
+        if (multi_) curl_->multiCleanup(multi_);
     }
 
     std::shared_ptr<Task> begin(URLRequest request, Completion completion);
@@ -61,7 +61,7 @@ public:
     /// Makes the loop look at what has changed.
     void wake() {
         const std::lock_guard lock(mutex_);
-        if (multi_) curl_multi_wakeup(multi_);
+        if (multi_) curl_->multiWakeup(multi_);
     }
 
 private:
@@ -95,6 +95,7 @@ private:
     std::atomic<bool> isStopping_ = false;
 
     std::mutex mutex_;
+    const CurlLibrary* curl_ = nullptr;
     CURLM* multi_ = nullptr;
     std::thread thread_;
     std::vector<LoadPtr> added_;
@@ -133,7 +134,7 @@ std::shared_ptr<URLSession::Task> URLSession::Loop::begin(URLRequest request, Co
     } else if (!isHTTP(url)) {
         complete(load, URLError::Code::unsupported, "unsupported URL");
     } else if (!add(load)) {
-        complete(load, URLError::Code::failed, "no thread can be started");
+        complete(load, URLError::Code::failed, "libcurl 4 is not installed, or no thread can be started");
     }
     return load;
 }
@@ -142,17 +143,18 @@ bool URLSession::Loop::add(const LoadPtr& load) {
     const std::lock_guard lock(mutex_);
     if (isStopping_ || !start()) return false;
     added_.push_back(load);
-    curl_multi_wakeup(multi_);
+    curl_->multiWakeup(multi_);
     return true;
 }
 
 bool URLSession::Loop::start() {
     if (thread_.joinable()) return true;
     if (!multi_) {
-        if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return false;
-        multi_ = curl_multi_init();
+        curl_ = CurlLibrary::open();
+        if (!curl_) return false;
+        multi_ = curl_->multiInit();
         if (!multi_) return false;
-        curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, keptConnections);
+        curl_->multiSetopt(multi_, CURLMOPT_MAXCONNECTS, keptConnections);
     }
     try {
         const BlockedSignals blocked;  // signals are the host's
@@ -169,7 +171,7 @@ void URLSession::Loop::stop() {
         const std::lock_guard lock(mutex_);
         isStopping_ = true;
         thread.swap(thread_);
-        if (multi_) curl_multi_wakeup(multi_);
+        if (multi_) curl_->multiWakeup(multi_);
     }
     if (thread.joinable()) thread.join();
     completions_.finish();
@@ -179,10 +181,10 @@ void URLSession::Loop::run() {
     while (takeChanges()) {
         beginTransfers();
         int underWay = 0;
-        curl_multi_perform(multi_, &underWay);
+        curl_->multiPerform(multi_, &underWay);
         endTransfers();
         cancelTransfers();
-        curl_multi_poll(multi_, nullptr, 0, pollMilliseconds, nullptr);
+        curl_->multiPoll(multi_, nullptr, 0, pollMilliseconds, nullptr);
     }
     cancelAll();
 }
@@ -209,10 +211,10 @@ void URLSession::Loop::beginTransfers() {
 
 void URLSession::Loop::beginTransfer(const LoadPtr& load) {
     std::unique_ptr<URLTransfer> transfer;
-    if (!load->isCancelled) transfer = std::make_unique<URLTransfer>(load->request, configuration_);
-    if (!transfer || !transfer->handle() || curl_multi_add_handle(multi_, transfer->handle()) != CURLM_OK) {
+    if (!load->isCancelled) transfer = std::make_unique<URLTransfer>(*curl_, load->request, configuration_);
+    if (!transfer || !transfer->handle() || curl_->multiAddHandle(multi_, transfer->handle()) != CURLM_OK) {
         waiting_.finished(load->request.url.host());
-        return complete(load, URLError::Code::failed, "there is not enough memory");
+        return complete(load, URLError::Code::failed, "not enough memory, or a libcurl before 7.87");
     }
     CURL* const handle = transfer->handle();
     active_.emplace(handle, Active{load, std::move(transfer)});
@@ -220,7 +222,7 @@ void URLSession::Loop::beginTransfer(const LoadPtr& load) {
 
 void URLSession::Loop::endTransfers() {
     int left = 0;
-    while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
+    while (const CURLMsg* message = curl_->multiInfoRead(multi_, &left)) {
         const CURLcode outcome = message->data.result;
         end(message->easy_handle, [outcome](URLTransfer& transfer) { return transfer.response(outcome); });
     }
@@ -239,7 +241,7 @@ void URLSession::Loop::cancelAll() {
 }
 
 void URLSession::Loop::end(CURL* handle, const std::function<URLResponse(URLTransfer&)>& response) {
-    curl_multi_remove_handle(multi_, handle);
+    curl_->multiRemoveHandle(multi_, handle);
     const auto found = active_.find(handle);
     Active ended = std::move(found->second);
     active_.erase(found);
@@ -247,10 +249,11 @@ void URLSession::Loop::end(CURL* handle, const std::function<URLResponse(URLTran
     auto giveBack = [this, host = ended.load->request.url.host()] {
         const std::lock_guard lock(mutex_);
         finishedHosts_.push_back(host);
-        curl_multi_wakeup(multi_);
+        curl_->multiWakeup(multi_);
     };
     auto body = std::make_shared<URLResponse>(response(*ended.transfer));
-    complete(std::move(ended.load), [body] { return std::move(*body); }, std::move(giveBack));
+    complete(
+        std::move(ended.load), [body] { return std::move(*body); }, std::move(giveBack));
 }
 
 void URLSession::Loop::complete(LoadPtr load, std::function<URLResponse()> response, std::function<void()> afterwards) {
@@ -269,7 +272,8 @@ void URLSession::Loop::complete(LoadPtr load, URLError::Code code, std::string m
 }
 
 URLSession& URLSession::shared() {
-    // The object itself is never destroyed: others that outlive it may still ask it, and are told that all is cancelled.
+    // The object itself is never destroyed: others that outlive it may still ask it, and are told that all is
+    // cancelled.
     static URLSession& session = *new URLSession;
     struct StopAtExit {
         ~StopAtExit() { session.stop(); }

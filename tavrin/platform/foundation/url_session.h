@@ -88,8 +88,8 @@ public:
     /// Cancels all tasks and waits for their completions.
     ~URLSession();
 
-    /// Starts to load a URL. `completion` is called exactly once, on a thread of the session, also for a task that fails
-    /// or is cancelled; it must not throw. The next transfers wait for it, so it should do no more than it must.
+    /// Starts to load a URL. `completion` is called exactly once, on a thread of the session, also for a task that
+    /// fails or is cancelled; it must not throw. The next transfers wait for it, so it should do no more than it must.
     std::shared_ptr<Task> dataTask(URLRequest request, Completion completion);
 
     /// What the destructor does; tasks that begin later are cancelled at once.

@@ -1,9 +1,10 @@
 #include "tavrin/platform/foundation/url_transfer.h"
 
-#include <arpa/inet.h>
 #include <exception>
-#include <netinet/in.h>
 #include <sys/socket.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
 
 namespace tavrin {
 namespace {
@@ -22,8 +23,13 @@ std::string textOf(const sockaddr& address) {
 
 }  // namespace
 
-URLTransfer::URLTransfer(const URLRequest& request, const URLSession::Configuration& configuration)
-    : handle_(curl_easy_init(), curl_easy_cleanup), maximumBytes_(configuration.maximumBytes), policy_(request.policy), isPublic_(configuration.isPublic) {
+URLTransfer::URLTransfer(const CurlLibrary& curl, const URLRequest& request,
+                         const URLSession::Configuration& configuration)
+    : curl_(curl),
+      handle_(curl.easyInit(), curl.easyCleanup),
+      maximumBytes_(configuration.maximumBytes),
+      policy_(request.policy),
+      isPublic_(configuration.isPublic) {
     if (!handle_) return;
     set(CURLOPT_URL, request.url.string().c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
@@ -92,7 +98,7 @@ int URLTransfer::aboutToRequest(void* transfer, char* remote, char*, int, int) n
 URLResponse URLTransfer::response(CURLcode outcome) {
     if (outcome != CURLE_OK) return {{}, 0, error(outcome)};
     long status = 0;
-    curl_easy_getinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl_.easyGetinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &status);
     return {std::move(data_), static_cast<int>(status), std::nullopt};
 }
 
@@ -101,7 +107,7 @@ URLError URLTransfer::error(CURLcode outcome) const {
     if (!refusedAddress_.empty()) return {Code::refused, "the address " + refusedAddress_ + " is not public"};
     if (isTooLarge_ || outcome == CURLE_FILESIZE_EXCEEDED)
         return {Code::tooLarge, "larger than " + std::to_string(maximumBytes_) + " bytes"};
-    const char* const message = message_[0] != '\0' ? message_ : curl_easy_strerror(outcome);
+    const char* const message = message_[0] != '\0' ? message_ : curl_.easyStrerror(outcome);
     return {outcome == CURLE_OPERATION_TIMEDOUT ? Code::timedOut : Code::failed, message};
 }
 

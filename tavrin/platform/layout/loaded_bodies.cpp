@@ -41,7 +41,8 @@ Loading::Body loaded(const Loading& loading) {
     try {
         return loading.load();
     } catch (...) {
-        return [error = std::current_exception()](const EnvironmentValues&) -> AnyView { std::rethrow_exception(error); };
+        return
+            [error = std::current_exception()](const EnvironmentValues&) -> AnyView { std::rethrow_exception(error); };
     }
 }
 

@@ -82,9 +82,9 @@ public:
     /// is at least one pixel wide.
     void border(const Rect& rect, RGBA color, double width);
 
-    /// Draws a picture stretched to `rect` with `opacity` (clamped to 0…1; NaN draws nothing). Where it is to be smaller
-    /// than its pixels, they are averaged; a picture that is drawn once more in the same size is not scaled again. A
-    /// document embeds it once, with no more pixels than it needs.
+    /// Draws a picture stretched to `rect` with `opacity` (clamped to 0…1; NaN draws nothing). Where it is to be
+    /// smaller than its pixels, they are averaged; a picture that is drawn once more in the same size is not scaled
+    /// again. A document embeds it once, with no more pixels than it needs.
     void draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect, double opacity);
 
     /// What is drawn up to the matching `endLayer` is composed apart, then drawn with `opacity` (clamped to 0…1; NaN

@@ -80,12 +80,10 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
     const cairo_matrix_t m = matrix();
     const bool mirrorsX = m.xx < 0;
     const bool mirrorsY = m.yy < 0;
-    const PixelRect part{mirrorsX ? frame.x1 - area.x1 : area.x0 - frame.x0,
-                         mirrorsY ? frame.y1 - area.y1 : area.y0 - frame.y0,
-                         mirrorsX ? frame.x1 - area.x0 : area.x1 - frame.x0,
-                         mirrorsY ? frame.y1 - area.y0 : area.y1 - frame.y0};
-    const Surface surface =
-        surfaceOf(ScaledBitmaps::shared().scaled(picture, frame.width(), frame.height(), part));
+    const PixelRect part{
+        mirrorsX ? frame.x1 - area.x1 : area.x0 - frame.x0, mirrorsY ? frame.y1 - area.y1 : area.y0 - frame.y0,
+        mirrorsX ? frame.x1 - area.x0 : area.x1 - frame.x0, mirrorsY ? frame.y1 - area.y0 : area.y1 - frame.y0};
+    const Surface surface = surfaceOf(ScaledBitmaps::shared().scaled(picture, frame.width(), frame.height(), part));
     cairo_t* context = cairo.get();
     cairo_identity_matrix(context);
     cairo_translate(context, mirrorsX ? area.x1 : area.x0, mirrorsY ? area.y1 : area.y0);
@@ -98,8 +96,8 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
 void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double opacity) {
     if (intersection(touchedPixels(rect), level().clip).empty()) return;
     const Size pixels = extent(matrix(), rect.size);
-    const Surface surface = surfaceOf(ScaledBitmaps::shared().scaled(
-        picture, sideFor(pixels.width, picture->width()), sideFor(pixels.height, picture->height())));
+    const Surface surface = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(pixels.width, picture->width()),
+                                                                     sideFor(pixels.height, picture->height())));
     cairo_t* context = cairo.get();
     cairo_save(context);
     cairo_new_path(context);

@@ -9,8 +9,8 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
 
 // What the parts of `Canvas` share; nobody else includes this.

@@ -4,8 +4,8 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
 

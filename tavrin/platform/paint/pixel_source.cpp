@@ -5,8 +5,8 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/paint/color_source.h"
 
 namespace tavrin::paint {
 namespace {

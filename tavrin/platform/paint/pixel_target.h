@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "tavrin/platform/paint/coverage.h"
 #include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/paint/coverage.h"
 #include "tavrin/platform/paint/pixel_source.h"
 
 typedef struct _cairo cairo_t;

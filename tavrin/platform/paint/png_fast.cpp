@@ -13,8 +13,8 @@
 #include <tmmintrin.h>
 #endif
 
-#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/png_file.h"
 
 namespace tavrin::paint {

@@ -6,8 +6,8 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/text/font_faces.h"
 
 namespace tavrin::text {
 

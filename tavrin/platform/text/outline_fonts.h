@@ -5,8 +5,8 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/text/visual_line.h"
 
 namespace tavrin::text {

@@ -45,7 +45,9 @@ concept LoadingView = ComposedView<V> && requires(const V& view) {
 
 /// A composed view that says itself what the view tree prints of it besides its name.
 template <class V>
-concept DescribedView = requires(const V& view, JSONWriter& writer) { view.describe(writer); };
+concept DescribedView = requires(const V& view, JSONWriter& writer) {
+    view.describe(writer);
+};
 
 /// What an `AnyView` holds: one view behind its kind. Immutable, shared between copies.
 class ViewBox : public Counted, public pool::Pooled {
