@@ -20,6 +20,8 @@ Picture decodePng(std::string_view bytes, const ImageBounds& bounds) {
     const Handle<spng_ctx, spng_ctx_free> context(spng_ctx_new(0));
     spng_ihdr header{};
     if (!context || spng_set_png_buffer(context.get(), bytes.data(), bytes.size()) != SPNG_OK ||
+        // Otherwise a damaged transparency is left out and the picture shown without.
+        spng_set_crc_action(context.get(), SPNG_CRC_ERROR, SPNG_CRC_ERROR) != SPNG_OK ||
         spng_set_chunk_limits(context.get(), mostMetadata, mostMetadata) != SPNG_OK ||
         spng_get_ihdr(context.get(), &header) != SPNG_OK || !isWithin(bounds, header.width, header.height))
         return nullptr;

@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -209,6 +210,71 @@ TEST(VectorOutput, ShapesAndAppearancesAreTheirPictures) {
             ASSERT_TRUE(result.has_value()) << "the program is missing or failed";
             EXPECT_TRUE(isWithin(*result, row.isRounded ? rasteriser.rounded : rasteriser.exact)) << *result;
         }
+}
+
+/// Six plain tiles with a transparent seam: nothing that smoothing could change much.
+Image tiles(int width, int height) {
+    constexpr std::uint32_t colors[] = {0xFFC03030, 0xFF30A040, 0xFF3050C0, 0xFFF0D020, 0xFF808080, 0x80402010};
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const bool isSeam = y >= height / 2 - height / 16 && y < height / 2 + height / 16;
+            pixels.push_back(isSeam ? 0 : colors[x * 3 / width + (y < height / 2 ? 0 : 3)]);
+        }
+    return {std::make_shared<const Bitmap>(width, height, pixels)};
+}
+
+AnyView framed(double width, double height, AnyView content) {
+    return FixedFrame{.width = width, .height = height, .content = std::move(content)};
+}
+
+TEST(VectorOutput, PicturesAreThePictures) {
+    const Image small = tiles(96, 64);
+    const Image large = tiles(960, 640);
+    const Image opaque{std::make_shared<const Bitmap>(2, 2, std::vector<std::uint32_t>(4, 0xFF3050C0))};
+    const struct {
+        const char* why;
+        AnyView view;
+    } rows[] = {
+        {"in about its own size", framed(24, 16, small)},
+        {"much smaller", framed(60, 40, large)},
+        {"larger, in one colour", framed(80, 40, opaque)},
+        {"faded", Opacity{.value = 0.5, .content = framed(60, 40, large)}},
+        {"cut", ClipShape{.shape = Circle{}, .content = framed(48, 48, large)}},
+        {"twice", HStack{.spacing = 4, .children = {framed(48, 32, large), framed(48, 32, large)}}},
+        {"over something", Background{.background = Color::blue, .content = framed(60, 40, large)}},
+    };
+    for (const auto& row : rows)
+        for (const Rasteriser& rasteriser : rasterisers) {
+            SCOPED_TRACE(row.why + std::string(" ") + rasteriser.name);
+            const std::optional<Apart> result = apartFrom(row.view, row.view, rasteriser, optionsFor({100, 60}, 4));
+            ASSERT_TRUE(result.has_value()) << "the program is missing or failed";
+            EXPECT_TRUE(isWithin(*result, rasteriser.rounded)) << *result;
+        }
+}
+
+std::size_t countOf(std::string_view text, std::string_view part) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string_view::npos; at += part.size()) ++count;
+    return count;
+}
+
+TEST(VectorOutput, EmbedsEachPictureOnceAndNoLargerThanNeeded) {
+    const Image large = tiles(960, 640);
+    const AnyView view =
+        VStack{.spacing = 0, .children = {framed(45, 30, large), framed(42, 28, large), framed(40, 2, Image{})}};
+    ImageRenderer renderer(view, optionsFor({60, 60}, 3));
+    const std::string svg = renderer.encode(PictureFormat::svg);
+    EXPECT_EQ(countOf(svg, "<image "), 1U);
+    EXPECT_EQ(countOf(svg, "width=\"240\" height=\"160\""), 1U) << "at least three pixels for each point";
+    EXPECT_EQ(svg, renderer.encode(PictureFormat::svg));
+    const std::string pdf = renderer.encode(PictureFormat::pdf);
+    EXPECT_EQ(countOf(pdf, "/Subtype /Image"), 2U) << "the colours and their alpha";
+    EXPECT_EQ(countOf(pdf, "/Width 240"), 2U);
+    EXPECT_EQ(pdf, renderer.encode(PictureFormat::pdf));
+    const Image opaque{std::make_shared<const Bitmap>(20, 20, std::vector<std::uint32_t>(400, 0xFF3050C0))};
+    EXPECT_EQ(countOf(ImageRenderer(opaque, optionsFor({60, 60}, 3)).encode(PictureFormat::pdf), "/Subtype /Image"), 1U)
+        << "no alpha where there is none";
 }
 
 /// A document with one place of its text replaced; fails the test where there is none.

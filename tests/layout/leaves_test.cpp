@@ -49,6 +49,34 @@ TEST(Leaves, FillOrStandAsSquares) {
     });
 }
 
+TEST(Leaves, ImagesAnswer) {
+    const Image image{std::make_shared<const Bitmap>(6, 4, std::vector<std::uint32_t>(24))};
+    const struct {
+        const char* why;
+        Proposal proposal;
+        Size size, missing;
+    } rows[] = {
+        {"what is proposed", {40, 30}, {40, 30}, {40, 30}},
+        {"its own height", {40, absent}, {40, 4}, {40, 0}},
+        {"its own width", {absent, 30}, {6, 30}, {0, 30}},
+        {"a point for each pixel", {}, {6, 4}, {0, 0}},
+        {"infinite room", {infinity, absent}, {infinity, 4}, {infinity, 0}},
+        {"no room", {0, 0}, {0, 0}, {0, 0}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(imageAnswer(image, row.proposal), row.size);
+        EXPECT_EQ(imageAnswer(Image{}, row.proposal), row.missing);
+    }
+    expectFrames({
+        {"an image takes all room", image, {{0, 0, 338, 158}}},
+        {"a missing one too", Image{}, {{0, 0, 338, 158}}},
+        {"the ratio of its pixels",
+         AspectRatio{.contentMode = ContentMode::fit, .content = image},
+         {{50.5, 0, 237, 158}, {50.5, 0, 237, 158}}},
+    });
+}
+
 TEST(Leaves, SpacersAnswer) {
     using enum SpacerAxes;
     const struct {

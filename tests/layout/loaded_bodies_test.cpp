@@ -33,12 +33,12 @@ struct Waiting {
 
     [[nodiscard]] Loading loading() const {
         return {key, isReady, [view = *this]() -> Loading::Body {
-                    Diary& diary = *view.diary;
-                    ++diary.loads;
-                    diary.mostAtOnce = std::max(diary.mostAtOnce.load(), ++diary.atOnce);
+                    Diary& book = *view.diary;
+                    ++book.loads;
+                    book.mostAtOnce = std::max(book.mostAtOnce.load(), ++book.atOnce);
                     std::this_thread::sleep_for(view.time);
-                    --diary.atOnce;
-                    if (view.loads() == 1) diary.loader = std::this_thread::get_id();
+                    --book.atOnce;
+                    if (book.loads == 1) book.loader = std::this_thread::get_id();
                     if (view.fails) throw std::runtime_error(view.key);
                     return [view](const EnvironmentValues&) -> AnyView {
                         view.diary->bodies.push_back(view.key);
@@ -47,7 +47,6 @@ struct Waiting {
                 }};
     }
     [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }
-    [[nodiscard]] int loads() const { return diary->loads; }
 };
 
 /// A composed view that holds another one.

@@ -11,6 +11,9 @@ namespace {
 using Picture = std::shared_ptr<const Bitmap>;
 using Surface = std::unique_ptr<cairo_surface_t, CairoDeleter>;
 
+/// The longest side that Cairo samples from; it counts parts of pixels in what 16 bits leave of 32.
+constexpr int maximumSourceSide = 16'384;
+
 /// The most pixels for each point that a document needs: as many as the sharpest screens have.
 constexpr double documentDensity = 3;
 
@@ -35,7 +38,7 @@ Size extent(const cairo_matrix_t& matrix, Size size) {
 
 /// A side of the picture that is drawn: not larger than the picture itself, and no more than Cairo takes.
 int sideFor(double pixels, int own) {
-    const int most = std::min(own, PixelBuffer::maxSide);
+    const int most = std::min(own, maximumSourceSide);
     return static_cast<int>(std::clamp(std::floor(pixels + 0.5), 1.0, static_cast<double>(most)));
 }
 
@@ -83,27 +86,27 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
     const PixelRect part{
         mirrorsX ? frame.x1 - area.x1 : area.x0 - frame.x0, mirrorsY ? frame.y1 - area.y1 : area.y0 - frame.y0,
         mirrorsX ? frame.x1 - area.x0 : area.x1 - frame.x0, mirrorsY ? frame.y1 - area.y0 : area.y1 - frame.y0};
-    const Surface surface = surfaceOf(ScaledBitmaps::shared().scaled(picture, frame.width(), frame.height(), part));
+    const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, frame.width(), frame.height(), part));
     cairo_t* context = cairo.get();
     cairo_identity_matrix(context);
     cairo_translate(context, mirrorsX ? area.x1 : area.x0, mirrorsY ? area.y1 : area.y0);
     cairo_scale(context, mirrorsX ? -1 : 1, mirrorsY ? -1 : 1);
-    cairo_set_source_surface(context, surface.get(), 0, 0);
+    cairo_set_source_surface(context, source.get(), 0, 0);
     cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
     cairo_paint_with_alpha(context, std::min(opacity, 1.0));
 }
 
 void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double opacity) {
     if (intersection(touchedPixels(rect), level().clip).empty()) return;
-    const Size pixels = extent(matrix(), rect.size);
-    const Surface surface = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(pixels.width, picture->width()),
-                                                                     sideFor(pixels.height, picture->height())));
+    const Size shown = extent(matrix(), rect.size);
+    const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(shown.width, picture->width()),
+                                                                    sideFor(shown.height, picture->height())));
     cairo_t* context = cairo.get();
     cairo_save(context);
     cairo_new_path(context);
     cairo_rectangle(context, rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
     cairo_clip(context);
-    setStretched(context, surface.get(), rect);
+    setStretched(context, source.get(), rect);
     // The edges are the clip's: beyond them the outermost pixels go on, so that nothing darkens there.
     cairo_pattern_set_extend(cairo_get_source(context), CAIRO_EXTEND_PAD);
     cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_BILINEAR);
@@ -113,18 +116,18 @@ void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double 
 
 void Canvas::State::embed(const Picture& picture, const Rect& rect) {
     // Halved as often as it can be: pictures that are drawn in about the same size share one.
-    const Size pixels = extent(matrix(), rect.size);
+    const Size shown = extent(matrix(), rect.size);
     int width = picture->width();
     int height = picture->height();
-    while (std::max(width, height) > PixelBuffer::maxSide ||
-           (width / 2 >= documentDensity * pixels.width && height / 2 >= documentDensity * pixels.height)) {
+    while (std::max(width, height) > maximumSourceSide ||
+           (width / 2 >= documentDensity * shown.width && height / 2 >= documentDensity * shown.height)) {
         width = std::max(1, width / 2);
         height = std::max(1, height / 2);
     }
     const Picture reduced = ScaledBitmaps::shared().scaled(picture, width, height);
-    Surface& surface = embedded[reduced->identity()];
-    if (!surface) surface = surfaceOf(reduced);
-    setStretched(cairo.get(), surface.get(), rect);
+    Surface& source = embedded[reduced->identity()];
+    if (!source) source = surfaceOf(reduced);
+    setStretched(cairo.get(), source.get(), rect);
     cairo_paint(cairo.get());
     clearSource(cairo.get());
 }
