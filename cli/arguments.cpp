@@ -82,6 +82,14 @@ void checkStandardInput(const Arguments& arguments) {
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 
+FetchPolicy fetchPolicyOf(const Values& values) {
+    const bool isOffline = values.find("--offline") != nullptr;
+    if (isOffline && values.find("--fetch")) throw UsageError("--offline stands instead of --fetch; give one of them");
+    FetchPolicy policy = isOffline ? FetchPolicy::none : FetchPolicy::all;
+    values.choose("--fetch", fetchWords, policy);
+    return policy;
+}
+
 }  // namespace
 
 Arguments readArguments(const Command& command) {
@@ -95,6 +103,9 @@ Arguments readArguments(const Command& command) {
     arguments.options = renderOptionsOf(values);
     values.read("--max-image-size", readSize, arguments.maxImageSize);
     if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
+    if (command.verb == Verb::fetch && !arguments.imageCacheDir)
+        throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
+    arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", errorFormatWords, ignored);
     if (command.verb == Verb::render)

@@ -8,6 +8,7 @@
 
 #include "cli/command_line.h"
 #include "cli/destination.h"
+#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
 namespace tavrin::cli {
@@ -25,6 +26,7 @@ struct Arguments {
     RenderOptions options = {};
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
     std::optional<Size> maxImageSize = std::nullopt;
+    FetchPolicy fetchPolicy = FetchPolicy::all;
 };
 
 /// Judges the values of a command that works on documents. Throws `UsageError`.

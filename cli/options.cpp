@@ -1,5 +1,8 @@
 #include "cli/options.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -21,8 +24,8 @@ std::vector<std::string> screenWords() {
 
 }  // namespace
 
-const std::array<VerbInfo, 5>& verbs() {
-    static constexpr std::array<VerbInfo, 5> list{{
+const std::array<VerbInfo, 6>& verbs() {
+    static constexpr std::array<VerbInfo, 6> list{{
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG or PDF",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -35,6 +38,9 @@ const std::array<VerbInfo, 5>& verbs() {
         {"check", "DOC... [options]", "Print what is wrong with documents, without drawing them",
          "  tavrin check widgets/*.json\n"
          "  tavrin check weather.json --model today.json --errors json"},
+        {"fetch", "DOC... --image-cache-dir DIR [options]", "Download the pictures that documents name into a folder",
+         "  tavrin fetch news.json --model today.json --image-cache-dir pictures\n"
+         "  tavrin render news.json --model today.json --image-cache-dir pictures"},
         {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
@@ -63,8 +69,15 @@ const std::vector<OptionInfo>& options() {
         {"--appearance", "light|dark", "The device's appearance (light)", Completes::words, listOf(appearanceWords)},
         {"--date", "RFC3339", "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
         {"--time-zone", "ID", "The device's time zone, such as Europe/Madrid (the system's)"},
-        {"--image-cache-dir", "DIR", "A folder in which pictures are looked for", Completes::folder},
+        {"--image-cache-dir", "DIR",
+         "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
+         "them",
+         Completes::folder},
         {"--max-image-size", "WxH", "Larger pictures are scaled down to this size, in points"},
+        {"--fetch", "none|public|all",
+         "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
+         Completes::words, listOf(fetchWords)},
+        {"--offline", "", "Fetch nothing: short for --fetch none"},
         {"--background",
          "COLOR|none|auto",
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
@@ -81,7 +94,9 @@ const std::vector<OptionInfo>& options() {
 }
 
 bool takes(Verb verb, const OptionInfo& option) {
+    constexpr std::string_view ofFetch[] = {"--model", "--image-cache-dir", "--fetch", "--errors"};
     if (verb == Verb::completion) return option.name == "--errors";
+    if (verb == Verb::fetch) return std::find(std::begin(ofFetch), std::end(ofFetch), option.name) != std::end(ofFetch);
     return verb == Verb::render || !option.onlyRender;
 }
 

@@ -11,7 +11,7 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, check, completion };
+enum class Verb : unsigned char { render, tree, layout, check, fetch, completion };
 
 /// How a verb is explained; `verbs()` has them in the order of `Verb`.
 struct VerbInfo {
@@ -21,7 +21,7 @@ struct VerbInfo {
     std::string_view examples;
 };
 
-[[nodiscard]] const std::array<VerbInfo, 5>& verbs();
+[[nodiscard]] const std::array<VerbInfo, 6>& verbs();
 
 /// What a shell offers behind an option.
 enum class Completes : unsigned char { nothing, words, file, folder };
@@ -50,5 +50,6 @@ inline constexpr std::array<std::string_view, 2> appearanceWords{"light", "dark"
 inline constexpr std::array<std::string_view, 2> errorFormatWords{"text", "json"};
 inline constexpr std::array<std::string_view, 3> pictureFormatWords{"png", "svg", "pdf"};
 inline constexpr std::array<std::string_view, 2> compressionWords{"fast", "small"};
+inline constexpr std::array<std::string_view, 3> fetchWords{"none", "public", "all"};  // in the order of `FetchPolicy`
 
 }  // namespace tavrin::cli

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/blocked_signals.h"
+#include "tavrin/platform/foundation/blocked_signals.h"
 
 namespace tavrin::cli {
 

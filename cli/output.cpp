@@ -8,9 +8,9 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "cli/blocked_signals.h"
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
+#include "tavrin/platform/foundation/blocked_signals.h"
 
 namespace tavrin::cli {
 namespace {

@@ -12,6 +12,7 @@
 #include "cli/note_logger.h"
 #include "cli/ordered_work.h"
 #include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/images/web_image.h"
 #include "tavrin/platform/ui/view_tree.h"
 
 namespace tavrin::cli {
@@ -34,10 +35,30 @@ std::string product(const Arguments& arguments, const AnyView& view, std::vector
     return {};
 }
 
+/// The addresses of the pictures in a view tree, in document order.
+std::vector<URL> pictureAddresses(const AnyView& root) {
+    std::vector<URL> addresses;
+    std::vector<AnyView> pending{root};
+    while (!pending.empty()) {
+        const AnyView view = std::move(pending.back());
+        pending.pop_back();
+        if (const auto* image = view.as<WebImage>()) {
+            for (const auto* address : {&image->url, &image->alt})
+                if (*address) addresses.push_back(**address);
+        }
+        const auto first = static_cast<std::ptrdiff_t>(pending.size());
+        view.box().forEachInside([&](const AnyView& inside) { pending.push_back(inside); });
+        std::reverse(pending.begin() + first, pending.end());
+    }
+    return addresses;
+}
+
 void setUp(Context& context, const Arguments& arguments) {
     context.date = arguments.options.environment.date;
     context.maxImageSize = arguments.maxImageSize;
-    if (arguments.imageCacheDir) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
+    context.fetchPolicy = arguments.fetchPolicy;
+    const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
+    if (arguments.imageCacheDir && looksThere) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
 }
 
 Outcome produce(const Arguments& arguments, const Source* model, const std::string& path) {
@@ -49,7 +70,10 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         setUp(context, arguments);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
-        outcome.bytes = product(arguments, view, outcome.notes);
+        if (arguments.verb == Verb::fetch)
+            outcome.pictures = pictureAddresses(view);
+        else
+            outcome.bytes = product(arguments, view, outcome.notes);
     } catch (...) {
         outcome.failure = describe(std::current_exception(), document, model);
     }

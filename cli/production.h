@@ -7,6 +7,7 @@
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
+#include "tavrin/platform/foundation/url.h"
 
 namespace tavrin::cli {
 
@@ -16,6 +17,8 @@ struct Outcome {
     std::string bytes = {};
     /// What was doubtful, a line each.
     std::vector<std::string> notes = {};
+    /// For `fetch`: the addresses of the pictures that the document names.
+    std::vector<URL> pictures = {};
     std::optional<Failure> failure = std::nullopt;
 };
 

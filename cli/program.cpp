@@ -29,6 +29,7 @@ int runVerb(const Arguments& arguments, Reporter& reporter) {
     switch (arguments.verb) {
         case Verb::render: return render(arguments, reporter);
         case Verb::check: return check(arguments, reporter);
+        case Verb::fetch: return fetch(arguments, reporter);
         default: return print(arguments, reporter);
     }
 }

@@ -16,8 +16,10 @@ void Reporter::report(const Failure& failure) const {
 void Reporter::note(const std::string& document, const std::vector<std::string>& lines) const {
     if (format_ == ErrorFormat::json) return;
     std::string text;
-    for (const std::string& line : lines)
-        text.append(printable(document)).append(": ").append(printable(line)).append("\n");
+    for (const std::string& line : lines) {
+        if (namesDocuments_) text.append(printable(document)).append(": ");
+        text.append(printable(line)).append("\n");
+    }
     write(text);
 }
 

@@ -14,11 +14,11 @@ class Reporter {
 public:
     explicit Reporter(ErrorFormat format) : format_(format) {}
 
-    /// Says in every failure which document it is about.
+    /// Says in every failure and note which document it is about.
     void nameDocuments() { namesDocuments_ = true; }
 
     void report(const Failure& failure) const;
-    /// Writes lines about a document that are no failure; in text form only.
+    /// Writes lines about a document that are no failure; in text form only. They name it where there are several.
     void note(const std::string& document, const std::vector<std::string>& lines) const;
     /// Writes a line that helps people with a wrong command line.
     void hint(std::string_view line) const;

@@ -13,5 +13,7 @@ namespace tavrin::cli {
 [[nodiscard]] int print(const Arguments& arguments, const Reporter& reporter);
 /// Reports what is wrong with each document.
 [[nodiscard]] int check(const Arguments& arguments, const Reporter& reporter);
+/// Downloads the pictures that the documents name into the folder for them.
+[[nodiscard]] int fetch(const Arguments& arguments, const Reporter& reporter);
 
 }  // namespace tavrin::cli

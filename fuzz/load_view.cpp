@@ -17,6 +17,7 @@ void renderOnce(std::string_view document, std::optional<std::string_view> model
     tavrin::Context context;
     context.date = tavrin::Date{1'795'249'105};
     context.maximumNodes = nodesDrawn;
+    context.fetchPolicy = tavrin::FetchPolicy::none;
     tavrin::RenderOptions options;
     options.size = {120, 80};
     options.scale = 1;

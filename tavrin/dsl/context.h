@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
 #include "tavrin/platform/foundation/url.h"
@@ -25,10 +26,13 @@ public:
 
     /// Changes every address that a document names before it is used.
     std::function<URL(const URL&)> linkConverter;
-    /// Where pictures are looked for instead of on the network.
+    /// Where pictures are looked for instead of on the network, each under the name that `WebImageHasher` gives.
     std::optional<URL> imageCacheDir;
     /// Larger pictures are scaled down to this size, in points.
     std::optional<Size> maxImageSize;
+    /// What may be fetched for the addresses that documents name; each refusal is logged. Pictures in the process's
+    /// memory are drawn under every policy, since no request is made for them.
+    FetchPolicy fetchPolicy = FetchPolicy::all;
 
     /// The moment that counts as now while rendering: where a timer without a timestamp counts from. Absent: the
     /// moment of the call.

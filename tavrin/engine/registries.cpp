@@ -1,5 +1,6 @@
 #include "tavrin/dsl/registry.h"
 #include "tavrin/dsl/structure.h"
+#include "tavrin/images/web_image_node.h"
 #include "tavrin/modifiers/aspect_ratio_modifier.h"
 #include "tavrin/modifiers/background_modifier.h"
 #include "tavrin/modifiers/border_modifier.h"
@@ -47,6 +48,7 @@ const NodeRegistry& registerNodeType() {
                                                         RectangleNode,         //
                                                         RoundedRectangleNode,  //
                                                         CapsuleNode,           //
+                                                        WebImageNode,          //
                                                         TimerNode>();
     return registry;
 }

@@ -7,6 +7,7 @@
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/render_state.h"
 #include "tavrin/engine/json_decoder.h"
+#include "tavrin/images/web_image_cache.h"
 
 namespace tavrin {
 namespace {
@@ -34,6 +35,7 @@ AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_
     state.rootNodes = std::make_shared<const NodeDictionary>(std::move(root.nodes));
     if (model) state.modelContext = decodeModel(*model);
     checkVersion(root.version);
+    WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, {context.fetchPolicy, context.maxImageSize});
     const auto main = state.rootNodes->find("main");
     if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
     AnyView view = renderEntry(*main, context);

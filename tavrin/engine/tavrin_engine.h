@@ -20,10 +20,11 @@ public:
 
     /// Decodes a document, binds it to a model where one is given, and builds the view of its node "main".
     ///
-    /// `json` and `model` are JSON texts in UTF-8. Nothing is loaded from the network here. Throws `DecodingError` or
-    /// `ConversionError` for a text that is no document or model (`role` says which), `ModelContextError` for an
-    /// expression that does not resolve, and `TavrinError` for everything else. One context must not be used by two
-    /// calls at once.
+    /// `json` and `model` are JSON texts in UTF-8. Pictures are loaded when the view is laid
+    /// out; here only those that earlier calls with the same context met begin to be fetched, and are not waited for.
+    /// Throws `DecodingError` or `ConversionError` for a text that is no document or model (`role` says which),
+    /// `ModelContextError` for an expression that does not resolve, and `TavrinError` for everything else. One context
+    /// must not be used by two calls at once.
     AnyView loadView(std::string_view json, std::optional<std::string_view> model, Context& context) const;
 };
 

@@ -38,7 +38,7 @@ TEST(Completion, ScriptsAreWellFormed) {
         EXPECT_EQ(finished.status, 0);
         EXPECT_EQ(finished.err, "");
         for (const char* word :
-             {"render", "tree", "layout", "check", "family", "systemMedium", "390x844", "light dark"})
+             {"render", "tree", "layout", "check", "fetch", "family", "systemMedium", "390x844", "light dark"})
             EXPECT_THAT(finished.out, HasSubstr(word));
         place.write("script", finished.out);
         if (isInstalled(row.shell)) {
@@ -62,6 +62,8 @@ TEST(Completion, OfBash) {
         {"options of a verb alone", "tavrin tree a.json --rou", ""},
         {"options of render", "tavrin render a.json --rou", "--rounded"},
         {"values", "tavrin tree a.json --family systemS", "systemSmall"},
+        {"policies", "tavrin render a.json --fetch p", "public"},
+        {"options of fetch", "tavrin fetch a.json --f", "--fetch"},
         {"screens", "tavrin tree a.json --screen 428", "428x926"},
         {"shells", "tavrin completion z", "zsh"},
         {"files are bash's own", "tavrin tree a", ""},

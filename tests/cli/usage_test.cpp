@@ -71,6 +71,10 @@ TEST(Usage, IsRefused) {
         {"several pictures on standard output", {"render", "a.json", "b.json", "-o", "-"}, "standard output"},
         {"pictures of one name", {"render", "x/a.json", "y/a.json"}, "would both be drawn to 'a.png'"},
         {"an unknown error format", {"tree", "a.json", "--errors", "xml"}, "text or json"},
+        {"nowhere to put pictures", {"fetch", "a.json"}, "wants --image-cache-dir DIR"},
+        {"another verb's option", {"fetch", "a.json", "--scale", "2"}, "no option --scale"},
+        {"no such policy", {"tree", "a.json", "--fetch", "some"}, "none, public or all, not 'some'"},
+        {"a policy twice over", {"tree", "a.json", "--fetch", "all", "--offline"}, "instead of --fetch"},
         {"no shell", {"completion"}, "takes one shell"},
         {"an unknown shell", {"completion", "fihs"}, "did you mean 'fish'?"},
     };
@@ -123,6 +127,8 @@ TEST(Usage, IsExplained) {
         {{"tree", "a.json", "-h"}, "Usage: tavrin tree DOC"},
         {{"layout", "--help"}, "tavrin layout weather.json"},
         {{"check", "--help"}, "--errors text|json"},
+        {{"fetch", "--help"}, "Usage: tavrin fetch DOC... --image-cache-dir DIR"},
+        {{"render", "--help"}, "--offline"},
         {{"completion", "--help"}, "bash|zsh|fish"},
         {{"--version"}, "tavrin "},
     };

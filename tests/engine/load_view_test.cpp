@@ -164,6 +164,7 @@ TEST(Context, StartsEmpty) {
     EXPECT_FALSE(context.linkConverter);
     EXPECT_EQ(context.imageCacheDir, std::nullopt);
     EXPECT_FALSE(context.maxImageSize.has_value());
+    EXPECT_EQ(context.fetchPolicy, FetchPolicy::all);
     EXPECT_EQ(context.widgetURL(), std::nullopt);
     EXPECT_FALSE(context.date.has_value());
     EXPECT_EQ(context.maximumNodes, 1'000'000u);
@@ -176,6 +177,7 @@ TEST(Context, StartsEmpty) {
 
 TEST(Context, RecordsAddressesOfImages) {
     Context context;
+    context.fetchPolicy = FetchPolicy::none;  // they would be fetched by the next call
     RenderState& state = RenderState::of(context);
     for (const char* url :
          {"https://example.com/a.png", "", "not a url:", "http://[bad", "relative/path", "https://example.com/a.png"})

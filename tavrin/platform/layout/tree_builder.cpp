@@ -83,7 +83,7 @@ LayoutTree TreeBuilder::build(const AnyView& root, Size widget, const Environmen
     tree.environment_ = environment;
     tree.widget_ = widget;
     tree.inherited_.push_back({atLeastOne(environment.lineLimit), environment.foregroundColor});
-    TreeBuilder builder(tree, texts, diagnostics);
+    TreeBuilder builder(tree, texts, diagnostics, LoadedBodies::under(root));
     builder.unroll(root);
     builder.closeSubtrees();
     builder.spreadAbsence();
@@ -145,7 +145,7 @@ void TreeBuilder::addBody(const Pending& pending, Index index) {
     const Inherited& inherited = tree_.inherited_[pending.inherited];
     environment.lineLimit = inherited.lineLimit;
     environment.foregroundColor = inherited.foregroundColor;
-    const AnyView& body = tree_.views_.emplace_back(pending.view->box().body(environment));
+    const AnyView& body = tree_.views_.emplace_back(loaded_.body(pending.view->box(), environment));
     pending_.push_back({&body, index, pending.inherited, pending.depth + 1, pending.axes});
 }
 

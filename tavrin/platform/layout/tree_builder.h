@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/leaf_rules.h"
+#include "tavrin/platform/layout/loaded_bodies.h"
 
 namespace tavrin::layout {
 
@@ -32,8 +34,8 @@ private:
         SpacerAxes axes;
     };
 
-    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics)
-        : tree_(tree), texts_(texts), diagnostics_(diagnostics) {}
+    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics, LoadedBodies loaded)
+        : tree_(tree), texts_(texts), diagnostics_(diagnostics), loaded_(std::move(loaded)) {}
 
     void unroll(const AnyView& root);
     void addNode(const Pending& pending);
@@ -64,6 +66,7 @@ private:
     LayoutTree& tree_;
     text::TextEngine& texts_;
     const Diagnostics& diagnostics_;
+    LoadedBodies loaded_;
     std::vector<Pending> pending_;
     std::vector<Index> parents_;
 };

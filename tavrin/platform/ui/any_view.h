@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,7 +20,9 @@
 namespace tavrin {
 
 class AnyView;
+class JSONWriter;
 struct EnvironmentValues;
+struct Loading;
 
 /// The views that a stack holds.
 using ViewList = std::vector<AnyView, pool::Allocator<AnyView>>;
@@ -35,10 +39,24 @@ concept ComposedView = !PrimitiveView<V> && requires(const V& view, const Enviro
     { view.body(environment) } -> std::convertible_to<AnyView>;
 };
 
+/// A composed view that waits for something outside, a file or the network, before its body can be told: `loading` says
+/// for what. A tree waits for all such views at once, `body` for its own alone.
+template <class V>
+concept LoadingView = ComposedView<V> && requires(const V& view) {
+    { view.loading() } -> std::same_as<Loading>;
+};
+
+/// A composed view that says itself what the view tree prints of it besides its name.
+template <class V>
+concept DescribedView = requires(const V& view, JSONWriter& writer) {
+    view.describe(writer);
+};
+
 /// What an `AnyView` holds: one view behind its kind. Immutable, shared between copies.
 class ViewBox : public Counted, public pool::Pooled {
 public:
-    ViewBox(ViewKind heldKind, std::uint32_t heldNesting) : kind(heldKind), nesting(heldNesting) {}
+    ViewBox(ViewKind heldKind, std::uint32_t heldNesting, bool heldLoads)
+        : kind(heldKind), loads(heldLoads), nesting(heldNesting) {}
     ViewBox(const ViewBox&) = delete;
     ViewBox& operator=(const ViewBox&) = delete;
     virtual ~ViewBox() = default;
@@ -51,8 +69,16 @@ public:
     [[nodiscard]] virtual std::string_view name() const = 0;
     /// What a composed view is made of. Not to be called on a primitive one.
     [[nodiscard]] virtual AnyView body(const EnvironmentValues& environment) const = 0;
+    /// What the view waits for before it has a body; none when it waits for nothing.
+    [[nodiscard]] virtual std::optional<Loading> loading() const = 0;
+    /// Writes the keys and values that the view tree prints of a composed view besides its name.
+    virtual void describe(JSONWriter& writer) const = 0;
+    /// Calls `visit` with each view that is a field of this one, in their order.
+    virtual void forEachInside(const std::function<void(const AnyView&)>& visit) const = 0;
 
     const ViewKind kind;
+    /// Whether this view, or one nested in it, waits for something before it has a body.
+    const bool loads;
     /// How many views are nested in each other here, this one included.
     const std::uint32_t nesting;
 };
@@ -91,10 +117,24 @@ private:
     CountedPtr<ViewBox> box_;
 };
 
+/// What a composed view waits for before it has a body.
+struct Loading {
+    using Body = std::function<AnyView(const EnvironmentValues&)>;
+
+    /// Names what is loaded: in one tree, views with the same key share one load and what it came to.
+    std::string key;
+    /// Whether there is nothing to wait for.
+    bool isReady;
+    /// Waits, on any thread. What it returns makes the body, on the thread that lays out.
+    std::function<Body()> load;
+};
+
 template <class V>
 struct AnyView::Box final : ViewBox {
     template <class Held>
-    explicit Box(Held&& held) : ViewBox(kindOf(), nestingAround(innerNesting(held))), view(std::forward<Held>(held)) {}
+    explicit Box(Held&& held)
+        : ViewBox(kindOf(), nestingAround(innerNesting(held)), LoadingView<V> || innerLoads(held)),
+          view(std::forward<Held>(held)) {}
 
     const std::type_info& type() const override { return typeid(V); }
 
@@ -122,18 +162,43 @@ struct AnyView::Box final : ViewBox {
         }
     }
 
+    std::optional<Loading> loading() const override {
+        if constexpr (LoadingView<V>) {
+            return view.loading();
+        } else {
+            return std::nullopt;
+        }
+    }
+
+    void describe(JSONWriter& writer) const override {
+        if constexpr (DescribedView<V>) view.describe(writer);
+    }
+
+    void forEachInside(const std::function<void(const AnyView&)>& visit) const override { forEachInner(view, visit); }
+
     static std::uint32_t innerNesting(const V& view) {
         std::uint32_t deepest = 0;
+        forEachInner(view, [&](const AnyView& inner) { deepest = std::max(deepest, inner.box().nesting); });
+        return deepest;
+    }
+
+    static bool innerLoads(const V& view) {
+        bool loads = false;
+        forEachInner(view, [&](const AnyView& inner) { loads = loads || inner.box().loads; });
+        return loads;
+    }
+
+    template <class Visit>
+    static void forEachInner(const V& view, const Visit& visit) {
         if constexpr (requires { V::fields; }) {
             forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
                 if constexpr (std::same_as<Value, AnyView>) {
-                    deepest = std::max(deepest, (view.*field.member).box().nesting);
+                    visit(view.*field.member);
                 } else if constexpr (std::same_as<Value, ViewList>) {
-                    for (const AnyView& child : view.*field.member) deepest = std::max(deepest, child.box().nesting);
+                    for (const AnyView& child : view.*field.member) visit(child);
                 }
             });
         }
-        return deepest;
     }
 
     V view;

@@ -81,6 +81,7 @@ void ViewPrinter::view(const AnyView& printed) {
     writer_.beginObject();
     if (printed.kind() == ViewKind::composed) {
         writer_.key("view").value(printed.box().name());
+        printed.box().describe(writer_);
     } else {
         visitPrimitive(printed, [this](const auto& primitive) { fields(primitive); });
     }

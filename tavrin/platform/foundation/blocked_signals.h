@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-namespace tavrin::cli {
+namespace tavrin {
 
 /// Lets no signal interrupt the calling thread, nor threads it starts, until the end of the scope; what came meanwhile
 /// then takes effect.
@@ -21,4 +21,4 @@ private:
     sigset_t before_{};
 };
 
-}  // namespace tavrin::cli
+}  // namespace tavrin

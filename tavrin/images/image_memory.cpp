@@ -1,0 +1,74 @@
+#include "tavrin/images/image_memory.h"
+
+#include <iterator>
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+/// Whether a picture that was decoded for one size does for another.
+bool serves(const std::optional<Size>& decodedFor, const std::optional<Size>& wanted) {
+    if (!decodedFor) return true;
+    return wanted && wanted->width <= decodedFor->width && wanted->height <= decodedFor->height;
+}
+
+}  // namespace
+
+std::shared_ptr<const Bitmap> ImageMemory::find(const URL& url, const std::optional<Size>& wanted) {
+    const std::lock_guard lock(mutex_);
+    const auto found = byURL_.find(url);
+    if (found == byURL_.end() || !serves(found->second->decodedFor, wanted)) return nullptr;
+    entries_.splice(entries_.begin(), entries_, found->second);
+    return found->second->image;
+}
+
+bool ImageMemory::holds(const URL& url, const std::optional<Size>& wanted) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = byURL_.find(url);
+    return found != byURL_.end() && serves(found->second->decodedFor, wanted);
+}
+
+void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image, const std::optional<Size>& decodedFor) {
+    Entries dropped;  // destroyed last, when the lock is gone
+    const std::lock_guard lock(mutex_);
+    if (const auto found = byURL_.find(url); found != byURL_.end()) {
+        bytes_ -= found->second->image->byteCount();
+        dropped.splice(dropped.end(), entries_, found->second);
+        byURL_.erase(found);
+    }
+    if (image->byteCount() > maximumBytes_) return;
+    bytes_ += image->byteCount();
+    entries_.push_front({url, std::move(image), decodedFor});
+    byURL_.emplace(url, entries_.begin());
+    dropped.splice(dropped.end(), evict());
+}
+
+void ImageMemory::setMaximumBytes(std::size_t bytes) {
+    Entries dropped;
+    const std::lock_guard lock(mutex_);
+    maximumBytes_ = bytes;
+    dropped = evict();
+}
+
+std::size_t ImageMemory::maximumBytes() const {
+    const std::lock_guard lock(mutex_);
+    return maximumBytes_;
+}
+
+std::size_t ImageMemory::bytes() const {
+    const std::lock_guard lock(mutex_);
+    return bytes_;
+}
+
+ImageMemory::Entries ImageMemory::evict() {
+    Entries dropped;
+    while (bytes_ > maximumBytes_) {
+        const auto last = std::prev(entries_.end());
+        bytes_ -= last->image->byteCount();
+        byURL_.erase(last->url);
+        dropped.splice(dropped.end(), entries_, last);
+    }
+    return dropped;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+
+#include "tavrin/platform/foundation/bitmap.h"
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/url.h"
+
+namespace tavrin {
+
+/// Decoded pictures by their exact address. Beyond a number of bytes those that were not asked for the longest are
+/// dropped; a picture larger than that is not kept. Thread-safe.
+class ImageMemory {
+public:
+    explicit ImageMemory(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
+
+    /// The picture of an address, or null. `wanted` as in `ImageBounds`: a picture that was decoded small is not found
+    /// for a larger one.
+    [[nodiscard]] std::shared_ptr<const Bitmap> find(const URL& url, const std::optional<Size>& wanted);
+    /// Whether `find` would find one; does not count as asking for it.
+    [[nodiscard]] bool holds(const URL& url, const std::optional<Size>& wanted) const;
+    /// Keeps a picture in place of what its address had. `decodedFor`: the size it was decoded small for, if it was.
+    void keep(const URL& url, std::shared_ptr<const Bitmap> image, const std::optional<Size>& decodedFor);
+
+    void setMaximumBytes(std::size_t bytes);
+    [[nodiscard]] std::size_t maximumBytes() const;
+    /// What the pictures take now.
+    [[nodiscard]] std::size_t bytes() const;
+
+private:
+    struct Entry {
+        URL url;
+        std::shared_ptr<const Bitmap> image;
+        std::optional<Size> decodedFor;
+    };
+    using Entries = std::list<Entry>;  // the last asked for first
+
+    /// Takes entries out until the rest has room. They are destroyed by the caller, outside the lock.
+    Entries evict();
+
+    mutable std::mutex mutex_;
+    std::size_t maximumBytes_;
+    std::size_t bytes_ = 0;
+    Entries entries_;
+    std::unordered_map<URL, Entries::iterator> byURL_;
+};
+
+}  // namespace tavrin

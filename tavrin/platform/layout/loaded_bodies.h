@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+
+#include "tavrin/platform/ui/any_view.h"
+
+namespace tavrin::layout {
+
+/// The bodies of the views in one tree that wait for something outside. All are waited for at once, each key once, so
+/// that a tree takes as long as the slowest of them; the bodies themselves are made one by one, by who asks for them.
+class LoadedBodies {
+public:
+    /// At most so many views are waited for at once; the next ones begin as others end.
+    static constexpr std::size_t maximumThreads = 32;
+
+    /// Waits for the views in a tree. Starts no thread where no view, or only one, has to wait: that one waits when it
+    /// is asked for.
+    static LoadedBodies under(const AnyView& root);
+
+    /// The body of a composed view. Passes on what loading or making it throws.
+    [[nodiscard]] AnyView body(const ViewBox& view, const EnvironmentValues& environment) const;
+
+private:
+    std::unordered_map<std::string, Loading::Body> bodies_;
+};
+
+}  // namespace tavrin::layout

@@ -1,0 +1,128 @@
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+#include "tests/layout/laid_out.h"
+
+namespace tavrin::layout {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+/// What the views below did, in their order.
+struct Diary {
+    std::atomic<int> loads = 0;
+    std::atomic<int> atOnce = 0;
+    std::atomic<int> mostAtOnce = 0;
+    std::vector<std::string> bodies;  // written by the thread that lays out
+    std::thread::id loader;
+};
+
+/// A view that waits.
+struct Waiting {
+    static constexpr std::string_view name = "Waiting";
+
+    std::string key;
+    Diary* diary;
+    std::chrono::milliseconds time = 30ms;
+    bool isReady = false;
+    bool fails = false;
+
+    [[nodiscard]] Loading loading() const {
+        return {key, isReady, [view = *this]() -> Loading::Body {
+                    Diary& book = *view.diary;
+                    ++book.loads;
+                    book.mostAtOnce = std::max(book.mostAtOnce.load(), ++book.atOnce);
+                    std::this_thread::sleep_for(view.time);
+                    --book.atOnce;
+                    if (book.loads == 1) book.loader = std::this_thread::get_id();
+                    if (view.fails) throw std::runtime_error(view.key);
+                    return [view](const EnvironmentValues&) -> AnyView {
+                        view.diary->bodies.push_back(view.key);
+                        return Rectangle{};
+                    };
+                }};
+    }
+    [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }
+};
+
+/// A composed view that holds another one.
+struct Holder {
+    static constexpr std::string_view name = "Holder";
+    AnyView inside;
+    static constexpr std::tuple fields{Field{"inside", &Holder::inside}};
+    [[nodiscard]] AnyView body(const EnvironmentValues&) const { return inside; }
+};
+
+AnyView stackOf(ViewList children) { return HStack{.children = std::move(children)}; }
+
+TEST(LoadedBodies, TreesKnowWhetherTheyWait) {
+    Diary diary;
+    const AnyView waiting = Waiting{"a", &diary};
+    EXPECT_TRUE(waiting.box().loads);
+    EXPECT_TRUE(stackOf({Rectangle{}, framed(1, 1, waiting)}).box().loads);
+    EXPECT_TRUE(AnyView(Holder{waiting}).box().loads);
+    EXPECT_FALSE(stackOf({Rectangle{}, framed(1, 1)}).box().loads);
+    EXPECT_FALSE(AnyView(Holder{Rectangle{}}).box().loads);
+}
+
+TEST(LoadedBodyThreads, WaitAtOnceAndUnfoldInOrder) {
+    Diary diary;
+    ViewList children;
+    std::vector<std::string> keys;
+    for (int i = 0; i < 40; ++i) {
+        keys.push_back(std::to_string(i));
+        children.push_back(Holder{framed(1, 1, Waiting{keys.back(), &diary, std::chrono::milliseconds(60 - i)})});
+    }
+    const LayoutTree tree = laidOut(stackOf(children));
+    EXPECT_THAT(diary.bodies, ElementsAreArray(keys));
+    EXPECT_EQ(diary.loads, 40);
+    EXPECT_LE(diary.mostAtOnce, 32);
+    EXPECT_GT(diary.mostAtOnce, 4);
+}
+
+TEST(LoadedBodyThreads, OneKeyIsWaitedForOnce) {
+    Diary diary;
+    const AnyView shared = Waiting{"a", &diary};
+    const LayoutTree tree =
+        laidOut(stackOf({shared, Waiting{"b", &diary}, shared, Waiting{"a", &diary}, Holder{shared}}));
+    EXPECT_THAT(diary.bodies, ElementsAre("a", "b", "a", "a", "a"));
+    EXPECT_EQ(diary.loads, 2);
+}
+
+TEST(LoadedBodies, TakeNoThreadForOneAlone) {
+    Diary diary;
+    const LayoutTree tree = laidOut(stackOf({Waiting{"a", &diary, 1ms}, Waiting{"b", &diary, 1ms, true}}));
+    EXPECT_THAT(diary.bodies, ElementsAre("a", "b"));
+    EXPECT_EQ(diary.loader, std::this_thread::get_id());
+    EXPECT_EQ(diary.mostAtOnce, 1);
+}
+
+TEST(LoadedBodyThreads, ErrorsComeWhereTheBodyStands) {
+    Diary diary;
+    const AnyView view =
+        stackOf({Waiting{"a", &diary}, Waiting{"b", &diary, 5ms, false, true}, Waiting{"c", &diary, 1ms, false, true}});
+    try {
+        const LayoutTree tree = laidOut(view);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "b");
+    }
+    EXPECT_THAT(diary.bodies, ElementsAre("a"));
+}
+
+TEST(LoadedBodyThreads, AViewThatStandsInManyPlacesIsLookedAtOnce) {
+    Diary diary;
+    AnyView view = Waiting{"a", &diary, 1ms};
+    for (int i = 0; i < 12; ++i) view = stackOf({view, view});
+    const AnyView both = stackOf({view, Waiting{"b", &diary, 1ms}});
+    const LayoutTree tree = laidOut(both);
+    EXPECT_EQ(diary.loads, 2);
+    EXPECT_EQ(diary.bodies.size(), 4097U);
+}
+
+}  // namespace
+}  // namespace tavrin::layout

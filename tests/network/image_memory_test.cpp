@@ -1,0 +1,94 @@
+#include "tavrin/images/image_memory.h"
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+URL urlOf(int number) { return *URL::parse("http://a/" + std::to_string(number)); }
+
+/// A picture of 400 bytes.
+std::shared_ptr<const Bitmap> picture() {
+    return std::make_shared<const Bitmap>(10, 10, std::vector<std::uint32_t>(100));
+}
+
+TEST(ImageMemories, DropWhatWasNotAskedForTheLongest) {
+    ImageMemory memory(1200);
+    for (int i = 0; i < 3; ++i) memory.keep(urlOf(i), picture(), std::nullopt);
+    EXPECT_EQ(memory.bytes(), 1200U);
+    EXPECT_NE(memory.find(urlOf(0), std::nullopt), nullptr);
+    EXPECT_TRUE(memory.holds(urlOf(1), std::nullopt)) << "which is not asking for it";
+    memory.keep(urlOf(3), picture(), std::nullopt);
+    EXPECT_EQ(memory.find(urlOf(1), std::nullopt), nullptr);
+    for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i), std::nullopt), nullptr) << i;
+    memory.setMaximumBytes(800);
+    EXPECT_EQ(memory.bytes(), 800U);
+    EXPECT_FALSE(memory.holds(urlOf(0), std::nullopt));
+    memory.setMaximumBytes(0);
+    EXPECT_EQ(memory.bytes(), 0U);
+}
+
+TEST(ImageMemories, KeepNothingLargerThanTheyMay) {
+    ImageMemory memory(399);
+    memory.keep(urlOf(0), picture(), std::nullopt);
+    EXPECT_EQ(memory.find(urlOf(0), std::nullopt), nullptr);
+    EXPECT_EQ(memory.bytes(), 0U);
+}
+
+TEST(ImageMemories, KeepOnePictureOfAnAddress) {
+    ImageMemory memory(1000);
+    memory.keep(urlOf(0), picture(), std::nullopt);
+    const auto second = picture();
+    memory.keep(urlOf(0), second, std::nullopt);
+    EXPECT_EQ(memory.find(urlOf(0), std::nullopt), second);
+    EXPECT_EQ(memory.bytes(), 400U);
+}
+
+TEST(ImageMemories, DoNotServeSmallOnesForLarge) {
+    ImageMemory memory(1000);
+    memory.keep(urlOf(0), picture(), Size{50, 40});
+    const struct {
+        const char* why;
+        std::optional<Size> wanted;
+        bool isFound;
+    } rows[] = {
+        {"the same", Size{50, 40}, true},
+        {"smaller", Size{20, 40}, true},
+        {"wider", Size{51, 40}, false},
+        {"higher", Size{50, 41}, false},
+        {"the whole picture", std::nullopt, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(memory.holds(urlOf(0), row.wanted), row.isFound);
+        EXPECT_EQ(memory.find(urlOf(0), row.wanted) != nullptr, row.isFound);
+    }
+    memory.keep(urlOf(0), picture(), std::nullopt);
+    for (const auto& row : rows) EXPECT_TRUE(memory.holds(urlOf(0), row.wanted)) << row.why;
+}
+
+TEST(ImageMemoryThreads, ManyKeepAndFind) {
+    ImageMemory memory(4000);
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&memory, thread] {
+            for (int i = 0; i < 2000; ++i) {
+                const URL url = urlOf((i * 7 + thread) % 30);
+                const auto found = memory.find(url, std::nullopt);
+                if (found) {
+                    EXPECT_EQ(found->width(), 10);
+                } else {
+                    memory.keep(url, picture(), std::nullopt);
+                }
+            }
+        });
+    threads.clear();
+    EXPECT_LE(memory.bytes(), 4000U);
+}
+
+}  // namespace
+}  // namespace tavrin

@@ -1,0 +1,247 @@
+#include "tavrin/images/web_image_cache.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <optional>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/platform/foundation/main_queue.h"
+#include "tests/network/listener.h"
+#include "tests/network/web_server.h"
+
+namespace tavrin {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+URL urlOf(const std::string& text) { return *URL::parse(text); }
+
+class WebImageCaches : public ::testing::Test {
+protected:
+    WebImageCaches() { useNoProxy(); }
+
+    /// Waits until a prefetch is complete; its completion comes over the main queue.
+    void prefetch(const std::vector<URL>& urls, const ImageLoadOptions& options = {}) {
+        bool isComplete = false;
+        cache.cacheImages(
+            urls, [&] { isComplete = true; }, options);
+        while (!isComplete) MainQueue::shared().runFor(0.01);
+    }
+
+    WebServer server;
+    URLSession session;
+    WebImageCache cache{session};
+};
+using WebImageCacheThreads = WebImageCaches;
+
+struct LoadRow {
+    const char* why;
+    std::string path;
+    bool isPicture;
+    /// The codes that are logged, in their order.
+    std::vector<std::string> codes;
+    double atLeast;
+};
+
+struct Loaded {
+    bool isPicture;
+    std::vector<std::string> errors;
+    double seconds;
+};
+
+Loaded load(WebImageCache& cache, const URL& url) {
+    Listener listener;
+    const auto begin = std::chrono::steady_clock::now();
+    const bool isPicture = cache.loadImageSync(url, &listener) != nullptr;
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+    return {isPicture, listener.errors(), taken.count()};
+}
+
+std::string message(const std::string& code, const std::string& url) {
+    return code + (code == "LoadImageTimeOut" ? ": Load Image Timeout: " : ": Load Image Failed: ") + url;
+}
+
+// The slow ones are slow at the same time.
+TEST_F(WebImageCacheThreads, EachLoadHasItsOwnTwoSeconds) {
+    const std::vector<std::string> failed{"LoadImageError"};
+    const std::vector<std::string> timedOut{"LoadImageTimeOut", "LoadImageError"};
+    const std::vector<LoadRow> rows{
+        {"a picture", "/ok", true, {}, 0},
+        {"whatever the status", "/status/404", true, {}, 0},
+        {"behind a redirect", "/to/" + server.at("/ok/2"), true, {}, 0},
+        {"late", "/late/1000", true, {}, 1},
+        {"slow", "/stall/1000", true, {}, 1},
+        {"too late", "/late/2100/a", false, timedOut, 2},
+        {"too slow", "/stall/2100/a", false, timedOut, 2},
+        {"far too late", "/late/10000", false, timedOut, 2},
+        {"no picture", "/text", false, failed, 0},
+        {"no body", "/none", false, failed, 0},
+        {"less than announced", "/short", false, failed, 0},
+        {"a reset connection", "/reset", false, failed, 0},
+        {"redirects without end", "/loop", false, failed, 0},
+        {"more announced than may come", "/announced", false, failed, 0},
+    };
+    std::vector<std::future<Loaded>> loads;
+    for (const LoadRow& row : rows)
+        loads.push_back(std::async(std::launch::async, [&] { return load(cache, urlOf(server.at(row.path))); }));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        SCOPED_TRACE(rows[i].why);
+        const std::string url = server.at(rows[i].path);
+        const Loaded loaded = loads[i].get();
+        EXPECT_EQ(loaded.isPicture, rows[i].isPicture);
+        EXPECT_GE(loaded.seconds, rows[i].atLeast);
+        EXPECT_LT(loaded.seconds, 4) << "each waits for itself alone";
+        std::vector<std::string> errors;
+        for (const std::string& code : rows[i].codes) errors.push_back(message(code, url));
+        EXPECT_EQ(loaded.errors, errors);
+        EXPECT_EQ(cache.holds(urlOf(url)), rows[i].isPicture);
+    }
+    std::this_thread::sleep_for(400ms);
+    EXPECT_FALSE(cache.holds(urlOf(server.at("/late/2100/a")))) << "what arrives late is dropped";
+    EXPECT_FALSE(cache.holds(urlOf(server.at("/stall/2100/a"))));
+    EXPECT_EQ(load(cache, urlOf(server.at("/late/1000"))).errors, std::vector<std::string>());
+    EXPECT_EQ(server.requests("/late/1000"), 1) << "the second time it is in memory";
+}
+
+TEST_F(WebImageCaches, WaitNearlyTwoSeconds) {
+    // A busy machine may be late by itself.
+    bool isInTime = false;
+    for (int attempt = 0; attempt < 3 && !isInTime; ++attempt)
+        isInTime = load(cache, urlOf(server.at("/stall/1900/" + std::to_string(attempt)))).isPicture;
+    EXPECT_TRUE(isInTime);
+}
+
+TEST_F(WebImageCaches, AskOnlyForWhatTheyDoNotHold) {
+    const URL url = urlOf(server.at("/ok/a"));
+    const auto first = cache.loadImageSync(url, nullptr);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->width(), 8);
+    EXPECT_EQ(cache.loadImageSync(url, nullptr), first);
+    EXPECT_EQ(cache.loadImageFromFile(url, nullptr), first) << "memory comes first, whatever the loader";
+    prefetch({url, url});
+    EXPECT_EQ(server.requests("/ok/a"), 1);
+    EXPECT_NE(cache.loadImageSync(urlOf(server.at("/ok/a#b")), nullptr), nullptr);
+    EXPECT_EQ(server.requests("/ok/a"), 2) << "another address, though the same resource";
+}
+
+TEST_F(WebImageCaches, DrawWhatTheyHoldUnderEveryPolicy) {
+    const URL url = urlOf(server.at("/ok/a"));
+    Listener listener;
+    EXPECT_EQ(cache.loadImageSync(url, &listener, {FetchPolicy::none}), nullptr);
+    EXPECT_EQ(cache.loadImageSync(url, &listener, {FetchPolicy::publicOnly}), nullptr);
+    const std::string failed = "LoadImageError: Load Image Failed: " + url.string();
+    EXPECT_THAT(
+        listener.errors(),
+        ElementsAre("LoadImageRefused: Load Image Refused: " + url.string() + ": nothing may be fetched", failed,
+                    "LoadImageRefused: Load Image Refused: " + url.string() + ": the address 127.0.0.1 is not public",
+                    failed));
+    prefetch({url}, {FetchPolicy::none});
+    prefetch({url}, {FetchPolicy::publicOnly});
+    EXPECT_EQ(server.requests(), 0);
+    const auto image = cache.loadImageSync(url, nullptr);
+    EXPECT_NE(image, nullptr);
+    for (const FetchPolicy policy : {FetchPolicy::none, FetchPolicy::publicOnly})
+        EXPECT_EQ(cache.loadImageSync(url, nullptr, {policy}), image);
+}
+
+TEST_F(WebImageCaches, ReadFiles) {
+    std::string name = (std::filesystem::temp_directory_path() / "tavrin-cache-XXXXXX").string();
+    const std::filesystem::path folder = ::mkdtemp(name.data());
+    std::ofstream(folder / "picture") << smallPicture();
+    std::ofstream(folder / "text") << "hello";
+    Listener listener;
+    const URL picture = URL::fileURL(folder / "picture");
+    const auto image = cache.loadImageFromFile(picture, &listener);
+    EXPECT_NE(image, nullptr);
+    EXPECT_EQ(cache.loadImageFromFile(URL::fileURL(folder / "text"), &listener), nullptr);
+    EXPECT_THAT(listener.errors(), ElementsAre()) << "a file that is no picture is not worth a word";
+    EXPECT_EQ(cache.loadImageFromFile(URL::fileURL(folder / "none"), &listener), nullptr);
+    EXPECT_EQ(cache.loadImageFromFile(URL::fileURL(folder), &listener), nullptr);
+    ASSERT_EQ(listener.errors().size(), 2U);
+    EXPECT_EQ(listener.errors()[0], "LoadImageError: Load local file error: cannot read '" +
+                                        (folder / "none").string() + "': No such file or directory");
+    EXPECT_THAT(listener.errors()[1], HasSubstr("Is a directory"));
+    EXPECT_EQ(cache.loadImageFromFile(URL::fileURL(folder / "none"), nullptr), nullptr) << "no one to tell";
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(cache.loadImageFromFile(picture, &listener), image) << "from memory";
+}
+
+TEST_F(WebImageCaches, PrefetchWithoutAWord) {
+    const std::vector<URL> urls{urlOf(server.at("/ok/1")), urlOf(server.at("/text")), urlOf(server.at("/reset")),
+                                urlOf("ftp://a/b"),        urlOf(server.at("/ok/1")), urlOf(server.at("/late/300"))};
+    prefetch(urls);
+    EXPECT_EQ(server.requests("/ok/1"), 1) << "an address that is listed twice is fetched once";
+    const std::vector<bool> held{true, false, false, false, true, true};
+    for (std::size_t i = 0; i < urls.size(); ++i) EXPECT_EQ(cache.holds(urls[i]), bool{held[i]}) << urls[i].string();
+    prefetch({});
+    prefetch(urls);
+    EXPECT_EQ(server.requests("/ok/1"), 1);
+    EXPECT_EQ(server.requests("/text"), 2);
+}
+
+TEST_F(WebImageCaches, CompletionsWaitForTheMainQueue) {
+    bool isComplete = false;
+    cache.cacheImages({urlOf(server.at("/ok/1"))}, [&] { isComplete = true; });
+    while (!cache.holds(urlOf(server.at("/ok/1")))) std::this_thread::sleep_for(1ms);
+    std::this_thread::sleep_for(50ms);
+    EXPECT_FALSE(isComplete) << "nobody has run the queue";
+    MainQueue::shared().runPending();
+    EXPECT_TRUE(isComplete);
+}
+
+TEST_F(WebImageCacheThreads, TenThousandAddressesAtOnce) {
+    std::vector<URL> urls;
+    for (int i = 0; i < 10'000; ++i) urls.push_back(urlOf(server.at("/ok/" + std::to_string(i))));
+    prefetch(urls);
+    EXPECT_EQ(server.requests(), 10'000);
+    EXPECT_LE(server.mostConnections(), 32);
+    std::size_t held = 0;
+    for (const URL& url : urls) held += cache.holds(url) ? 1U : 0U;
+    EXPECT_EQ(held, urls.size());
+}
+
+TEST_F(WebImageCacheThreads, OneAddressFromSixteenThreads) {
+    const URL url = urlOf(server.at("/late/50"));
+    std::vector<std::future<bool>> loads;
+    for (int i = 0; i < 16; ++i)
+        loads.push_back(std::async(std::launch::async, [&] {
+            bool areAll = true;
+            for (int time = 0; time < 50; ++time) areAll = areAll && cache.loadImageSync(url, nullptr) != nullptr;
+            return areAll;
+        }));
+    for (auto& done : loads) EXPECT_TRUE(done.get());
+    EXPECT_LE(server.requests(), 16) << "once it is in memory no one asks for it";
+}
+
+TEST_F(WebImageCacheThreads, OverlappingPrefetchesShareTheirDownloads) {
+    std::vector<URL> urls;
+    for (int i = 0; i < 8; ++i) urls.push_back(urlOf(server.at("/late/200/" + std::to_string(i))));
+    int complete = 0;
+    for (int time = 0; time < 5; ++time) cache.cacheImages(urls, [&] { ++complete; });
+    while (complete < 5) MainQueue::shared().runFor(0.01);
+    EXPECT_EQ(server.requests(), 8);
+}
+
+TEST(ProcessWideImageCache, EndsWithTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    useNoProxy();
+    const auto leave = [] {
+        const WebServer& server = *new WebServer;  // goes on answering to the very end
+        WebImageCache& cache = WebImageCache::shared();
+        cache.cacheImages({urlOf(server.at("/late/20000")), urlOf(server.at("/ok"))}, [] {});
+        while (server.requests() < 2) std::this_thread::sleep_for(1ms);
+        std::exit(cache.maximumBytes() == std::size_t{256} << 20 ? 7 : 1);
+    };
+    EXPECT_EXIT(leave(), ::testing::ExitedWithCode(7), "");
+}
+
+}  // namespace
+}  // namespace tavrin
