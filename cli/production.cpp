@@ -23,19 +23,23 @@ std::string withLineEnd(std::string text) {
 }
 
 /// Lays the view out and draws or prints it, as the verb asks.
-std::string product(const Arguments& arguments, const AnyView& view, std::vector<std::string>& notes) {
+std::string product(const Arguments& arguments, const AnyView& view, const Context& context,
+                    std::vector<std::string>& notes) {
     if (arguments.verb == Verb::tree) return withLineEnd(viewTreeText(view));
     RenderOptions options = arguments.options;
+    options.widgetURL = context.widgetURL();
     options.diagnostics = [&notes](std::string_view message) { notes.push_back("warning: " + std::string(message)); };
     ImageRenderer renderer(view, std::move(options));
     if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
+    if (arguments.verb == Verb::targets) return withLineEnd(renderer.targetsText());
     static_cast<void>(renderer.layoutTree());
     return {};
 }
 
 void setUp(Context& context, const Arguments& arguments) {
     context.date = arguments.options.environment.date;
+    context.timeZone = arguments.options.environment.timeZone;
     context.maxImageSize = arguments.maxImageSize;
     if (arguments.imageCacheDir) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
 }
@@ -49,7 +53,7 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         setUp(context, arguments);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
-        outcome.bytes = product(arguments, view, outcome.notes);
+        outcome.bytes = product(arguments, view, context, outcome.notes);
     } catch (...) {
         outcome.failure = describe(std::current_exception(), document, model);
     }

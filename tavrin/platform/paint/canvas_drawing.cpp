@@ -93,7 +93,8 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     const Rect outline = outlineBounds(shape, *box);
     const Rect outside = inset(outline, -width / 2);
     // Cairo leaves holes in strokes that meet in the middle: those are all that their outer edge surrounds.
-    const bool isClosed = width >= std::min(outline.size.width, outline.size.height);
+    const bool isClosed =
+        width >= std::min(outline.size.width, outline.size.height) && !std::holds_alternative<TrimmedShape>(shape);
     const auto draw = [&](cairo_t* context) {
         if (isClosed) {
             appendOutline(context, grown(shape, *box, width / 2), outside);

@@ -14,6 +14,7 @@
 #include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/view_kind.h"
+#include "tavrin/platform/ui/view_writer.h"
 
 namespace tavrin {
 
@@ -48,6 +49,8 @@ public:
     [[nodiscard]] virtual std::string_view name() const = 0;
     /// What a composed view is made of. Not to be called on a primitive one.
     [[nodiscard]] virtual AnyView body(const EnvironmentValues& environment) const = 0;
+    /// Writes what the view tree shows of a composed view beside its name.
+    virtual void write(ViewWriter& writer) const = 0;
 
     const ViewKind kind;
     /// How many views are nested in each other here, this one included.
@@ -111,6 +114,10 @@ struct AnyView::Box final : ViewBox {
         }
     }
 
+    void write(ViewWriter& writer) const override {
+        if constexpr (requires { view.write(writer); }) view.write(writer);
+    }
+
     static constexpr ViewKind kindOf() {
         if constexpr (PrimitiveView<V>) {
             return V::kind;
@@ -121,7 +128,9 @@ struct AnyView::Box final : ViewBox {
 
     static std::uint32_t innerNesting(const V& view) {
         std::uint32_t deepest = 0;
-        if constexpr (requires { V::fields; }) {
+        if constexpr (requires { view.innerNesting(); }) {
+            deepest = view.innerNesting();  // a composed view that says itself what it holds
+        } else if constexpr (requires { V::fields; }) {
             forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
                 if constexpr (std::same_as<Value, AnyView>) {
                     deepest = std::max(deepest, (view.*field.member).box().nesting);
