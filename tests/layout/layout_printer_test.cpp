@@ -69,7 +69,7 @@ TEST(LayoutPrinter, AddsFrames) {
          R"("alignment":"center","content":{"view":"Circle","frame":[159,69,10,10]},"frame":[159,69,10,10]},)"
          R"("color":{"view":"Color","name":"blue"},"frame":[149,59,40,40]},"frame":[149,59,40,40]},)"
          R"({"view":"Circle","frame":[90,0,158,158]}],"frame":[90,0,158,158]})"},
-        {"to parts of parts", framed(40, 40, Plate{Plate{Circle{}}}),
+        {"to parts of parts", framed(40, 40, Plate{AnyView(Plate{Circle{}})}),
          R"({"modifier":"frame","width":40,"height":40,"alignment":"center","content":{"view":"Plate",)"
          R"("part":{"view":"Plate","part":{"view":"Circle","frame":[149,59,40,40]},)"
          R"("color":{"view":"Color","name":"blue"},"frame":[149,59,40,40]},)"
