@@ -156,7 +156,7 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     if (app.count("--version") > 0) return Information{std::string(versionText)};
     checkBeforeVerb(app);
     if (app.get_subcommands().empty())
-        throw UsageError("a verb is missing: render, tree, layout, check, fetch or completion");
+        throw UsageError("a verb is missing: render, tree, layout, targets, check, fetch or completion");
 
     const CLI::App& sub = *app.get_subcommands().front();
     const std::vector<std::string_view> names = verbNames();

@@ -24,8 +24,8 @@ std::vector<std::string> screenWords() {
 
 }  // namespace
 
-const std::array<VerbInfo, 6>& verbs() {
-    static constexpr std::array<VerbInfo, 6> list{{
+const std::array<VerbInfo, 7>& verbs() {
+    static constexpr std::array<VerbInfo, 7> list{{
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG or PDF",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -35,6 +35,8 @@ const std::array<VerbInfo, 6>& verbs() {
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
          "  tavrin layout weather.json --family systemLarge\n"
          "  tavrin layout weather.json --size 200x100"},
+        {"targets", "DOC [options]", "Print where the widget can be tapped and what opens then, as JSON",
+         "  tavrin targets shortcuts.json --model model.json"},
         {"check", "DOC... [options]", "Print what is wrong with documents, without drawing them",
          "  tavrin check widgets/*.json\n"
          "  tavrin check weather.json --model today.json --errors json"},

@@ -11,7 +11,7 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, check, fetch, completion };
+enum class Verb : unsigned char { render, tree, layout, targets, check, fetch, completion };
 
 /// How a verb is explained; `verbs()` has them in the order of `Verb`.
 struct VerbInfo {
@@ -21,7 +21,7 @@ struct VerbInfo {
     std::string_view examples;
 };
 
-[[nodiscard]] const std::array<VerbInfo, 6>& verbs();
+[[nodiscard]] const std::array<VerbInfo, 7>& verbs();
 
 /// What a shell offers behind an option.
 enum class Completes : unsigned char { nothing, words, file, folder };

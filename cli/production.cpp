@@ -24,13 +24,16 @@ std::string withLineEnd(std::string text) {
 }
 
 /// Lays the view out and draws or prints it, as the verb asks.
-std::string product(const Arguments& arguments, const AnyView& view, std::vector<std::string>& notes) {
+std::string product(const Arguments& arguments, const AnyView& view, const Context& context,
+                    std::vector<std::string>& notes) {
     if (arguments.verb == Verb::tree) return withLineEnd(viewTreeText(view));
     RenderOptions options = arguments.options;
+    options.widgetURL = context.widgetURL();
     options.diagnostics = [&notes](std::string_view message) { notes.push_back("warning: " + std::string(message)); };
     ImageRenderer renderer(view, std::move(options));
     if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
+    if (arguments.verb == Verb::targets) return withLineEnd(renderer.targetsText());
     static_cast<void>(renderer.layoutTree());
     return {};
 }
@@ -55,6 +58,7 @@ std::vector<URL> pictureAddresses(const AnyView& root) {
 
 void setUp(Context& context, const Arguments& arguments) {
     context.date = arguments.options.environment.date;
+    context.timeZone = arguments.options.environment.timeZone;
     context.maxImageSize = arguments.maxImageSize;
     context.fetchPolicy = arguments.fetchPolicy;
     const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
@@ -73,7 +77,7 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         if (arguments.verb == Verb::fetch)
             outcome.pictures = pictureAddresses(view);
         else
-            outcome.bytes = product(arguments, view, outcome.notes);
+            outcome.bytes = product(arguments, view, context, outcome.notes);
     } catch (...) {
         outcome.failure = describe(std::current_exception(), document, model);
     }

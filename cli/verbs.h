@@ -9,7 +9,7 @@ namespace tavrin::cli {
 
 /// Draws every document, also when one fails, and writes the pictures.
 [[nodiscard]] int render(const Arguments& arguments, const Reporter& reporter);
-/// Prints the view tree or, for `Verb::layout`, the laid-out tree of one document.
+/// Prints the view tree of one document or, as the verb says, the laid-out tree or the tap targets.
 [[nodiscard]] int print(const Arguments& arguments, const Reporter& reporter);
 /// Reports what is wrong with each document.
 [[nodiscard]] int check(const Arguments& arguments, const Reporter& reporter);

@@ -24,6 +24,7 @@ void renderOnce(std::string_view document, std::optional<std::string_view> model
     options.rounded = true;
     tavrin::ImageRenderer renderer(tavrin::TavrinEngine().loadView(document, model, context), options);
     (void)renderer.layoutText();
+    (void)renderer.targetsText();
     (void)renderer.encode(tavrin::PictureFormat::png);
 }
 

@@ -9,6 +9,7 @@
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
+#include "tavrin/platform/foundation/time_zone.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {
@@ -37,6 +38,8 @@ public:
     /// The moment that counts as now while rendering: where a timer without a timestamp counts from. Absent: the
     /// moment of the call.
     std::optional<Date> date;
+    /// The device's time zone, in which clock hands turn that name none. Absent: the one the process runs in.
+    std::optional<TimeZone> timeZone;
     /// How many nodes one call may draw, each use of a referenced one counted. Eight times as many modifiers may be
     /// applied.
     std::size_t maximumNodes = 1'000'000;

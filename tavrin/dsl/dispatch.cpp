@@ -11,30 +11,17 @@ namespace {
 
 constexpr std::array<std::string_view, 1> typeKey{"type"};
 
-struct RefuseNode {
-    [[noreturn]] void operator()(const Decoder& type, NodeType tag) const {
-        type.failDataCorrupted("the node type \"" + std::string(rawValue(tag)) + "\" is not supported yet");
-    }
-};
-
-struct RefuseModifier {
-    [[noreturn]] void operator()(const Decoder& type, ModifierType tag) const {
-        if (tag >= ModifierType::animation) type.failDataCorrupted("Type unsupported");  // reserved for later versions
-        type.failDataCorrupted("the modifier type \"" + std::string(rawValue(tag)) + "\" is not supported yet");
-    }
-};
-
-/// Decodes the tag and then, from the same object, the record that is registered for it. `Refuse` is called on the
-/// "type" of a tag without a record.
-template <class Tagged, class Tag, class Registry, class Refuse>
-Tagged decodeTagged(const Decoder& decoder, const Registry& registry, Refuse refuse) {
+/// Decodes the tag and then, from the same object, the record that is registered for it. Some tags are reserved and have
+/// none.
+template <class Tagged, class Tag, class Registry>
+Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
     decoder.require(JSONKind::object);
     const JSONElement type = decoder.value().findMember<typeKey>();
     if (!type.exists()) decoder.failKeyNotFound(typeKey[0]);
     const Decoder typeDecoder = decoder.member(typeKey[0], type);
     const Tag tag = decode<Tag>(typeDecoder);
     if (const auto decodeRecord = registry[static_cast<std::size_t>(tag)]) return decodeRecord(decoder);
-    refuse(typeDecoder, tag);
+    typeDecoder.failDataCorrupted("Type unsupported");
 }
 
 }  // namespace
@@ -42,13 +29,13 @@ Tagged decodeTagged(const Decoder& decoder, const Registry& registry, Refuse ref
 Node::Node() : Node(EmptyViewNode{}) {}
 
 Node Coding<Node>::decode(const Decoder& decoder) {
-    return decodeTagged<Node, NodeType>(decoder, registerNodeType(), RefuseNode{});
+    return decodeTagged<Node, NodeType>(decoder, registerNodeType());
 }
 
 void Coding<Node>::encode(const Node& node, JSONWriter& writer) { encodeTagged(*node.box_, writer); }
 
 Modifier Coding<Modifier>::decode(const Decoder& decoder) {
-    return decodeTagged<Modifier, ModifierType>(decoder, registerMonifierType(), RefuseModifier{});
+    return decodeTagged<Modifier, ModifierType>(decoder, registerMonifierType());
 }
 
 void Coding<Modifier>::encode(const Modifier& modifier, JSONWriter& writer) { encodeTagged(*modifier.box_, writer); }

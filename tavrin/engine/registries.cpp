@@ -6,6 +6,7 @@
 #include "tavrin/modifiers/border_modifier.h"
 #include "tavrin/modifiers/clip_shape_modifier.h"
 #include "tavrin/modifiers/clipped_modifier.h"
+#include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
 #include "tavrin/modifiers/corner_radius_modifier.h"
 #include "tavrin/modifiers/foreground_color_modifier.h"
 #include "tavrin/modifiers/frame_modifier.h"
@@ -14,8 +15,13 @@
 #include "tavrin/modifiers/opacity_modifier.h"
 #include "tavrin/modifiers/overlay_modifier.h"
 #include "tavrin/modifiers/padding_modifier.h"
+#include "tavrin/modifiers/rotation_effect_modifier.h"
+#include "tavrin/modifiers/scale_effect_modifier.h"
+#include "tavrin/modifiers/widget_url_modifier.h"
 #include "tavrin/modifiers/z_index_modifier.h"
 #include "tavrin/nodes/color_node.h"
+#include "tavrin/nodes/link_node.h"
+#include "tavrin/nodes/progress_node.h"
 #include "tavrin/nodes/shape_nodes.h"
 #include "tavrin/nodes/text_node.h"
 #include "tavrin/nodes/timer_node.h"
@@ -49,26 +55,32 @@ const NodeRegistry& registerNodeType() {
                                                         RoundedRectangleNode,  //
                                                         CapsuleNode,           //
                                                         WebImageNode,          //
-                                                        TimerNode>();
+                                                        TimerNode,             //
+                                                        LinkNode,              //
+                                                        ProgressNode>();
     return registry;
 }
 
 const ModifierRegistry& registerMonifierType() {
-    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,  //
-                                                            FrameModifier,               //
-                                                            PaddingModifier,             //
-                                                            OffsetModifier,              //
-                                                            AspectRatioModifier,         //
-                                                            LineLimitModifier,           //
-                                                            ForegroundColorModifier,     //
-                                                            BackgroundModifier,          //
-                                                            OverlayModifier,             //
-                                                            BorderModifier,              //
-                                                            ClipShapeModifier,           //
-                                                            ClippedModifier,             //
-                                                            CornerRadiusModifier,        //
-                                                            OpacityModifier,             //
-                                                            ZIndexModifier>();
+    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,       //
+                                                            FrameModifier,                    //
+                                                            PaddingModifier,                  //
+                                                            OffsetModifier,                   //
+                                                            AspectRatioModifier,              //
+                                                            LineLimitModifier,                //
+                                                            ForegroundColorModifier,          //
+                                                            BackgroundModifier,               //
+                                                            OverlayModifier,                  //
+                                                            BorderModifier,                   //
+                                                            ClipShapeModifier,                //
+                                                            ClippedModifier,                  //
+                                                            CornerRadiusModifier,             //
+                                                            OpacityModifier,                  //
+                                                            ZIndexModifier,                   //
+                                                            ScaleEffectModifier,              //
+                                                            RotationEffectModifier,           //
+                                                            ClockHandRotationEffectModifier,  //
+                                                            WidgetURLModifier>();
     return registry;
 }
 

@@ -65,7 +65,8 @@ std::shared_ptr<const Bitmap> WebImage::load(const URL& address, Logger* listene
     return picture;
 }
 
-void WebImage::describe(JSONWriter& writer) const {
+void WebImage::write(ViewWriter& printed) const {
+    JSONWriter& writer = printed.json();
     const auto address = [&](const std::optional<URL>& value) {
         if (value) {
             writer.value(value->string());

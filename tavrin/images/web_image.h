@@ -35,7 +35,7 @@ struct WebImage {
 
     [[nodiscard]] Loading loading() const;
     [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }
-    void describe(JSONWriter& writer) const;
+    void write(ViewWriter& writer) const;
 
 private:
     [[nodiscard]] std::shared_ptr<const Bitmap> load(Logger* listener) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "tavrin/platform/ui/unit_point.h"
@@ -38,6 +39,11 @@ struct Keywords<UnitPointDSL> {
                                 UnitPoint::topLeading,    UnitPoint::topTrailing, UnitPoint::bottomLeading,
                                 UnitPoint::bottomTrailing};
     return values[static_cast<std::size_t>(point)];
+}
+
+/// An effect's anchor; where none is named, the centre.
+[[nodiscard]] constexpr UnitPoint platformAnchor(const std::optional<UnitPointDSL>& anchor) {
+    return anchor ? platformValue(*anchor) : UnitPoint::center;
 }
 
 }  // namespace tavrin

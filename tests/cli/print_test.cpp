@@ -26,6 +26,46 @@ TEST(Print, TreeAndLayout) {
     EXPECT_TRUE(layout.out.ends_with("}\n"));
 }
 
+TEST(Print, Targets) {
+    const Workplace place;
+    const Finished finished =
+        place.run({"targets", "-", "--size", "100x50"},
+                  R"({"version": "1.0", "nodes": {"main": {"type": "link", "url": "app:b", "view": {"type": "circle"},
+            "modifiers": [{"type": "offset", "x": 10, "y": 0}, {"type": "widgetURL", "url": "app:a"}]}}})");
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.err, "");
+    EXPECT_EQ(finished.out, R"({
+  "targets": [
+    {
+      "kind": "widget",
+      "destination": "app:a",
+      "frame": [0, 0, 100, 50]
+    },
+    {
+      "kind": "widgetURL",
+      "destination": "app:a",
+      "frame": [25, 0, 50, 50]
+    },
+    {
+      "kind": "link",
+      "destination": "app:b",
+      "frame": [35, 0, 50, 50]
+    }
+  ]
+}
+)");
+    EXPECT_EQ(place.run({"targets", "-"}, hello).out, "{\n  \"targets\": []\n}\n");
+    EXPECT_EQ(place.run({"targets", "a.json", "b.json"}).status, 2);
+}
+
+TEST(Print, ClockHandsTurnInTheDevicesZone) {
+    const Workplace place;
+    const Finished tree = place.run({"tree", "-", "--time-zone", "Asia/Tokyo"},
+                                    R"({"version": "1.2", "nodes": {"main": {"type": "circle", "modifiers": [
+            {"type": "clockHandRotationEffect", "period": 60}]}}})");
+    EXPECT_THAT(tree.out, HasSubstr("\"timeZone\": \"Asia/Tokyo\""));
+}
+
 TEST(Print, NowIsTheDateThatIsGiven) {
     const Workplace place;
     place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "timer"}}})");

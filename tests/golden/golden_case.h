@@ -51,6 +51,8 @@ struct GoldenCase {
         render.environment.appearance = appearance;
         if (const auto date = given.find("--date"); date != given.end())
             render.environment.date = *Date::parseRFC3339(date->second);
+        if (const auto zone = given.find("--time-zone"); zone != given.end())
+            render.environment.timeZone = *TimeZone::named(zone->second);
         if (const auto family = given.find("--family"); family != given.end())
             render.size = *widgetSize(*widgetFamily(family->second), {390, 844});
         if (const auto scale = given.find("--scale"); scale != given.end()) render.scale = std::stod(scale->second);
@@ -63,6 +65,7 @@ struct GoldenCase {
         const auto given = options();
         if (const auto date = given.find("--date"); date != given.end())
             context.date = Date::parseRFC3339(date->second);
+        context.timeZone = renderOptions(Appearance::light).environment.timeZone;
         const std::string model = readFile(folder / "model.json");
         return TavrinEngine().loadView(document, model.empty() ? std::nullopt : std::optional<std::string_view>(model),
                                        context);

@@ -72,7 +72,34 @@ TEST(ViewTree, PrintsLeaves) {
         {"a stroked shape", StrokedShape{.shape = Rectangle{}, .stroke = LinearGradient{}, .lineCap = LineCap::round},
          R"({"view":"StrokedShape","shape":{"view":"Rectangle"},"stroke":{"view":"LinearGradient","colors":[],)"
          R"("startPoint":[0,0],"endPoint":[0,0]},"lineWidth":1,"lineCap":"round","lineJoin":"miter","miterLimit":10})"},
+        {"a part of an outline", TrimmedShape{.shape = Circle{}, .from = 0.25},
+         R"({"view":"TrimmedShape","shape":{"view":"Circle"},"from":0.25,"to":1})"},
+        {"a reader, whose content is not known", GeometryReader{}, R"({"view":"GeometryReader"})"},
+        {"a link", Link{.destination = URL::parse("a:b").value(), .label = Circle{}},
+         R"({"view":"Link","destination":"a:b","label":{"view":"Circle"}})"},
         {"a host's view by its name", Gauge{}, R"({"view":"Gauge"})"},
+    });
+}
+
+TEST(ViewTree, PrintsEffects) {
+    expectPrinted({
+        {"an inset for each edge", InsetPadding{.insets = {1, 2, 3, 4}},
+         R"({"modifier":"padding","insets":[1,2,3,4],"content":{"view":"EmptyView"}})"},
+        {"a scale", ScaleEffect{.x = 2, .anchor = UnitPoint::bottom},
+         R"({"modifier":"scaleEffect","x":2,"y":1,"anchor":[0.5,1],"content":{"view":"EmptyView"}})"},
+        {"a turn", RotationEffect{.angle = -1.5},
+         R"({"modifier":"rotationEffect","angle":-1.5,"anchor":[0.5,0.5],"content":{"view":"EmptyView"}})"},
+        {"a turn in space", Rotation3DEffect{.angle = 1, .axis = {0, 1, 0}},
+         R"({"modifier":"rotation3DEffect","angle":1,"axis":[0,1,0],"anchor":[0.5,0.5],"content":{"view":"EmptyView"}})"},
+        {"a hand", ClockHandRotationEffect{.period = ClockHandPeriod::custom(90)},
+         R"({"modifier":"clockHandRotationEffect","period":{"custom":90},"timeZone":"UTC","anchor":[0.5,0.5],)"
+         R"("content":{"view":"EmptyView"}})"},
+        {"of a clock", ClockHandRotationEffect{.period = {.hand = ClockHandPeriod::Hand::minute}},
+         R"({"modifier":"clockHandRotationEffect","period":"minute","timeZone":"UTC","anchor":[0.5,0.5],)"
+         R"("content":{"view":"EmptyView"}})"},
+        {"an address", WidgetURL{.url = URL::parse("a:b")},
+         R"({"modifier":"widgetURL","url":"a:b","content":{"view":"EmptyView"}})"},
+        {"none", WidgetURL{}, R"({"modifier":"widgetURL","url":null,"content":{"view":"EmptyView"}})"},
     });
 }
 

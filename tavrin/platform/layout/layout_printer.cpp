@@ -1,5 +1,7 @@
 #include "tavrin/platform/layout/layout_printer.h"
 
+#include <vector>
+
 #include "tavrin/platform/ui/view_tree.h"
 
 namespace tavrin::layout {
@@ -12,17 +14,42 @@ public:
 
     std::size_t enter() override {
         const LayoutTree::Index entered = next_;
-        // What a composed view unfolds into is not printed.
-        next_ = tree_.node(entered).kind == ViewKind::composed ? tree_.node(entered).end : entered + 1;
+        if (entered != nowhere) next_ = entered + 1;
         return entered;
     }
 
     [[nodiscard]] std::optional<Rect> frame(std::size_t entered) const override {
+        if (entered == nowhere) return std::nullopt;
         const LayoutNode& node = tree_.nodes()[entered];
         return node.absent ? std::nullopt : std::optional(node.frame);
     }
 
+    void findPart(std::size_t composed, const AnyView& part) override {
+        next_ = composed == nowhere ? nowhere : found(static_cast<LayoutTree::Index>(composed), part);
+    }
+
+    // What else a composed view unfolds into is not printed.
+    void leave(std::size_t composed) override { next_ = composed == nowhere ? nowhere : tree_.nodes()[composed].end; }
+
 private:
+    static constexpr LayoutTree::Index nowhere = UINT32_MAX;
+
+    /// The node of a view inside a composed one, also in the contents of geometry readers.
+    [[nodiscard]] LayoutTree::Index found(LayoutTree::Index composed, const AnyView& part) const {
+        std::vector<LayoutTree::Index> roots{composed};
+        while (!roots.empty()) {
+            const LayoutTree::Index root = roots.back();
+            roots.pop_back();
+            for (LayoutTree::Index index = root; index < tree_.node(root).end; ++index) {
+                const LayoutNode& node = tree_.node(index);
+                if (&node.view->box() == &part.box()) return index;
+                const bool isPlaced = node.kind == ViewKind::geometryReader && tree_.content(index) != 0;
+                if (isPlaced) roots.push_back(tree_.content(index));
+            }
+        }
+        return nowhere;
+    }
+
     const LayoutTree& tree_;
     LayoutTree::Index next_ = 0;
 };

@@ -15,6 +15,7 @@ double sane(double length) { return std::isfinite(length) && length > 0 ? length
 
 LayoutTree::Index LayoutTree::content(Index modifier) const {
     const ViewKind kind = nodes_[modifier].kind;
+    if (kind == ViewKind::geometryReader) return readers_[nodes_[modifier].detail].content;
     const bool isSecond = kind == ViewKind::background || kind == ViewKind::overlay;
     return isSecond ? nodes_[modifier + 1].end : modifier + 1;
 }
@@ -33,10 +34,21 @@ std::span<const LayoutTree::Index> LayoutTree::drawingOrder(Index stack) const {
 
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
                   const Diagnostics& diagnostics) {
-    LayoutTree tree =
-        TreeBuilder::build(root, {sane(widget.width), sane(widget.height)}, environment, texts, diagnostics);
+    LayoutTree tree;
+    tree.environment_ = environment;
+    tree.widget_ = {sane(widget.width), sane(widget.height)};
+    TreeBuilder builder(tree, texts, diagnostics);
+    builder.addRoot(root);
     Measurer measurer(tree, texts);
-    Placer(tree, measurer).placeRoot();
+    Placer placer(tree, measurer);
+    placer.placeRoot();
+    // Contents may hold further readers, which join the list.
+    for (std::size_t next = 0; next < placer.placedReaders().size(); ++next) {
+        const LayoutTree::Index reader = placer.placedReaders()[next];
+        builder.addContent(reader);
+        measurer.takeIn();
+        placer.placeContent(reader);
+    }
     return tree;
 }
 

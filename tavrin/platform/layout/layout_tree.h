@@ -38,7 +38,7 @@ struct LayoutNode {
     std::uint32_t end = 0;
     /// Where the tree keeps what the node inherits.
     std::uint32_t inherited = 0;
-    /// Where the tree keeps more about a text, a stack or a spacer.
+    /// Where the tree keeps more about a text, a stack, a spacer or a geometry reader.
     std::uint32_t detail = 0;
     ViewKind kind = ViewKind::emptyView;
     /// No view at all: an `EmptyView`, every modifier around one, and what those modifiers hold.
@@ -46,7 +46,9 @@ struct LayoutNode {
 };
 
 /// A view tree unrolled into one list of nodes, in pre-order, each in its place. Composed views stand for themselves,
-/// with their body as their only child. Immutable for its users; safe to read from several threads.
+/// with their body as their only child. The content of a geometry reader, known only when the reader has its size, is a
+/// pre-order of its own further back in the list; the reader has no children. Immutable for its users; safe to read
+/// from several threads.
 class LayoutTree {
 public:
     using Index = std::uint32_t;
@@ -94,12 +96,12 @@ public:
         Index parent_;
     };
 
-    /// All nodes in pre-order; the root is the first.
+    /// All nodes; the root is the first.
     [[nodiscard]] std::span<const LayoutNode> nodes() const { return nodes_; }
     [[nodiscard]] const LayoutNode& node(Index index) const { return nodes_[index]; }
     [[nodiscard]] Children children(Index parent) const { return {nodes_.data(), parent}; }
 
-    /// The node that a modifier changes, or a composed view's body.
+    /// The node that a modifier changes, a link's label, a composed view's body or a geometry reader's content.
     [[nodiscard]] Index content(Index modifier) const;
     /// The node behind or in front of the content of a background or overlay.
     [[nodiscard]] Index secondary(Index modifier) const;
@@ -123,6 +125,7 @@ public:
     [[nodiscard]] std::uint64_t answerCount() const { return answerCount_; }
 
 private:
+    friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&);
     friend class TreeBuilder;
     friend class Measurer;
     friend class Placer;
@@ -144,6 +147,12 @@ private:
         double totalSpacing = 0;
     };
 
+    /// A geometry reader.
+    struct ReaderItem {
+        Index content = 0;  ///< its content's root; 0 until that is made
+        std::uint32_t depth = 0;
+    };
+
     [[nodiscard]] const ContainerItem& container(Index index) const { return containers_[nodes_[index].detail]; }
     [[nodiscard]] std::span<const Index> presentChildren(Index stack) const;
 
@@ -152,6 +161,7 @@ private:
     std::vector<Inherited> inherited_;
     std::vector<TextItem> texts_;
     std::vector<ContainerItem> containers_;
+    std::vector<ReaderItem> readers_;
     std::vector<Index> childLists_;
     EnvironmentValues environment_;
     Size widget_;
@@ -160,9 +170,10 @@ private:
 
 /// Gives every view of a tree its size and place: proposes `widget` to the root and centres it there.
 ///
-/// Evaluates the body of each composed view once. Reports doubtful frames through `diagnostics`, if any. Throws
-/// `TavrinError` of kind "Engine" for views (composed ones unfolded) nested deeper than `AnyView::maximumNesting`, for
-/// more than 8,000,000 views, and for a tree whose layout takes unreasonably many steps; passes on what a body throws.
+/// Evaluates the body of each composed view and the content of each geometry reader once. Reports doubtful frames
+/// through `diagnostics`, if any. Throws `TavrinError` of kind "Engine" for views (composed ones unfolded) nested
+/// deeper than `AnyView::maximumNesting`, for more than 8,000,000 views, and for a tree whose layout takes unreasonably
+/// many steps; passes on what a body throws.
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
                   const Diagnostics& diagnostics = {});
 

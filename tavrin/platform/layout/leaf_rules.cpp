@@ -15,7 +15,10 @@ Size squareAnswer(const Proposal& proposal) {
 }
 
 Size shapeAnswer(const Shape& shape, const Proposal& proposal) {
-    return std::holds_alternative<Circle>(shape) ? squareAnswer(proposal) : fillingAnswer(proposal);
+    const auto* trimmed = std::get_if<TrimmedShape>(&shape);
+    const bool isCircle =
+        trimmed ? std::holds_alternative<Circle>(trimmed->shape) : std::holds_alternative<Circle>(shape);
+    return isCircle ? squareAnswer(proposal) : fillingAnswer(proposal);
 }
 
 Size imageAnswer(const Image& image, const Proposal& proposal) {

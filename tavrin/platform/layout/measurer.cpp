@@ -18,12 +18,13 @@ std::optional<double> finite(const std::optional<double>& length) {
 
 }  // namespace
 
-Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts)
-    : tree_(tree),
-      texts_(texts),
-      maximumAnswers_(10'000'000 + 100 * std::uint64_t{tree.nodes().size()}),
-      containers_(tree.containers_.size()),
-      textMemories_(tree.texts_.size()) {}
+Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) { takeIn(); }
+
+void Measurer::takeIn() {
+    maximumAnswers_ = 10'000'000 + 100 * std::uint64_t{tree_.nodes().size()};
+    containers_.resize(tree_.containers_.size());
+    textMemories_.resize(tree_.texts_.size());
+}
 
 void Measurer::countAnswer(std::uint64_t cost) {
     tree_.answerCount_ += cost;
@@ -44,7 +45,9 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
         case ViewKind::linearGradient:
         case ViewKind::rectangle:
         case ViewKind::roundedRectangle:
-        case ViewKind::capsule: return fillingAnswer(proposal);
+        case ViewKind::capsule:
+        case ViewKind::geometryReader: return fillingAnswer(proposal);
+        case ViewKind::trimmedShape: return shapeAnswer(*node.view->as<TrimmedShape>(), proposal);
         case ViewKind::circle: return squareAnswer(proposal);
         case ViewKind::filledShape: return shapeAnswer(node.view->as<FilledShape>()->shape, proposal);
         case ViewKind::strokedShape: return shapeAnswer(node.view->as<StrokedShape>()->shape, proposal);
@@ -61,8 +64,12 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
             return answerAround(frame, proposal, answer(index + 1, layout::proposalInside(frame, proposal)));
         }
         case ViewKind::padding: {
-            const auto& padding = *node.view->as<Padding>();
-            return answerAround(padding, answer(index + 1, layout::proposalInside(padding, proposal)));
+            const EdgeInsets insets = insetsOf(*node.view->as<Padding>());
+            return answerAround(insets, answer(index + 1, layout::proposalInside(insets, proposal)));
+        }
+        case ViewKind::insetPadding: {
+            const EdgeInsets insets = insetsOf(*node.view->as<InsetPadding>());
+            return answerAround(insets, answer(index + 1, layout::proposalInside(insets, proposal)));
         }
         default: return answer(tree_.content(index), proposal);
     }

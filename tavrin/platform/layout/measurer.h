@@ -25,6 +25,9 @@ public:
 
     Measurer(LayoutTree& tree, text::TextEngine& texts);
 
+    /// Prepares for the nodes that have come to the tree.
+    void takeIn();
+
     /// The size a present node takes when it is proposed that. Never NaN, never negative.
     Size answer(Index index, const Proposal& proposal);
 
@@ -61,7 +64,7 @@ private:
 
     LayoutTree& tree_;
     text::TextEngine& texts_;
-    std::uint64_t maximumAnswers_;
+    std::uint64_t maximumAnswers_ = 0;
     std::vector<AnswerMemory<Size>> containers_;
     std::vector<TextMemory> textMemories_;
     std::vector<Share> shares_;         // of the sharings under way, innermost last

@@ -50,15 +50,7 @@ struct Bounds {
 Bounds widthBounds(const FlexibleFrame& frame) { return {frame.minWidth, frame.maxWidth}; }
 Bounds heightBounds(const FlexibleFrame& frame) { return {frame.minHeight, frame.maxHeight}; }
 
-/// The inset at one edge; a length that is not finite insets nothing.
-double inset(const Padding& padding, bool edge) { return edge && std::isfinite(padding.length) ? padding.length : 0; }
-
-double horizontalInsets(const Padding& padding) {
-    return inset(padding, padding.edges.leading) + inset(padding, padding.edges.trailing);
-}
-double verticalInsets(const Padding& padding) {
-    return inset(padding, padding.edges.top) + inset(padding, padding.edges.bottom);
-}
+double finiteOrZero(double length) { return std::isfinite(length) ? length : 0; }
 
 std::optional<double> less(const std::optional<double>& proposed, double insets) {
     return proposed ? std::optional(atLeastZero(*proposed - insets)) : std::nullopt;
@@ -96,17 +88,24 @@ bool isContradictory(const FlexibleFrame& frame) {
     return contradict(frame.minWidth, frame.maxWidth) || contradict(frame.minHeight, frame.maxHeight);
 }
 
-Proposal proposalInside(const Padding& padding, const Proposal& proposal) {
-    return {less(proposal.width, horizontalInsets(padding)), less(proposal.height, verticalInsets(padding))};
+EdgeInsets insetsOf(const Padding& padding) {
+    const auto& [top, leading, bottom, trailing] = padding.edges;
+    const double length = finiteOrZero(padding.length);
+    return {top ? length : 0, leading ? length : 0, bottom ? length : 0, trailing ? length : 0};
 }
 
-Size answerAround(const Padding& padding, Size content) {
-    return {atLeastZero(content.width + horizontalInsets(padding)),
-            atLeastZero(content.height + verticalInsets(padding))};
+EdgeInsets insetsOf(const InsetPadding& padding) {
+    const auto& [top, leading, bottom, trailing] = padding.insets;
+    return {finiteOrZero(top), finiteOrZero(leading), finiteOrZero(bottom), finiteOrZero(trailing)};
 }
 
-Point contentOffset(const Padding& padding) {
-    return {inset(padding, padding.edges.leading), inset(padding, padding.edges.top)};
+Proposal proposalInside(const EdgeInsets& insets, const Proposal& proposal) {
+    return {less(proposal.width, insets.leading + insets.trailing), less(proposal.height, insets.top + insets.bottom)};
+}
+
+Size answerAround(const EdgeInsets& insets, Size content) {
+    return {atLeastZero(content.width + (insets.leading + insets.trailing)),
+            atLeastZero(content.height + (insets.top + insets.bottom))};
 }
 
 bool isRatio(double ratio) { return std::isfinite(ratio) && ratio > 0; }

@@ -18,10 +18,11 @@ Size answerAround(const FlexibleFrame& frame, const Proposal& proposal, Size con
 /// Whether a minimum is larger than its maximum, which then counts as the minimum.
 bool isContradictory(const FlexibleFrame& frame);
 
-Proposal proposalInside(const Padding& padding, const Proposal& proposal);
-Size answerAround(const Padding& padding, Size content);
-/// Where the content's corner lies from the padding's.
-Point contentOffset(const Padding& padding);
+/// A padding's insets as they hold; one that is not finite insets nothing.
+EdgeInsets insetsOf(const Padding& padding);
+EdgeInsets insetsOf(const InsetPadding& padding);
+Proposal proposalInside(const EdgeInsets& insets, const Proposal& proposal);
+Size answerAround(const EdgeInsets& insets, Size content);
 
 /// Whether a ratio can be kept: positive and finite.
 bool isRatio(double ratio);

@@ -31,6 +31,12 @@ void Placer::placeRoot() {
     placeAligned(0, Proposal::of(tree_.widget()), {{}, tree_.widget()}, Alignment::center);
 }
 
+void Placer::placeContent(Index reader) {
+    const Rect room = tree_.node(reader).frame;
+    const Index content = tree_.content(reader);
+    if (!tree_.node(content).absent) placeAligned(content, Proposal::of(room.size), room, Alignment::topLeading);
+}
+
 void Placer::placeAligned(Index child, const Proposal& proposal, const Rect& room, Alignment alignment) {
     const Size size = measurer_.answer(child, proposal);
     place(child, proposal, {room.origin + alignedOffset(room.size, size, alignment), size});
@@ -62,12 +68,15 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
                 proposal = proposalInside(room, proposal);
                 return placeAligned(content, proposal, frame, room.alignment);
             }
-            case ViewKind::padding: {
-                const auto& padding = *node.view->as<Padding>();
-                proposal = proposalInside(padding, proposal);
-                frame = {frame.origin + contentOffset(padding), measurer_.answer(content, proposal)};
+            case ViewKind::padding:
+            case ViewKind::insetPadding: {
+                const auto* padding = node.view->as<Padding>();
+                const EdgeInsets insets = padding ? insetsOf(*padding) : insetsOf(*node.view->as<InsetPadding>());
+                proposal = proposalInside(insets, proposal);
+                frame = {frame.origin + Point{insets.leading, insets.top}, measurer_.answer(content, proposal)};
                 break;
             }
+            case ViewKind::geometryReader: return placedReaders_.push_back(index);
             case ViewKind::aspectRatio: proposal = measurer_.proposalInside(index, proposal); break;
             default: break;
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/measurer.h"
 
@@ -15,6 +17,11 @@ public:
     /// Proposes the widget's size to the root and centres it.
     void placeRoot();
 
+    /// The geometry readers that have got their places, in this order.
+    [[nodiscard]] const std::vector<Index>& placedReaders() const { return placedReaders_; }
+    /// Places the content that was made for a reader.
+    void placeContent(Index reader);
+
 private:
     void place(Index index, Proposal proposal, Rect frame);
     void placeLayers(Index zstack, const Proposal& proposal, const Rect& frame);
@@ -24,6 +31,7 @@ private:
 
     LayoutTree& tree_;
     Measurer& measurer_;
+    std::vector<Index> placedReaders_;
 };
 
 }  // namespace tavrin::layout

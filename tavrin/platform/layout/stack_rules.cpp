@@ -99,14 +99,20 @@ double Measurer::extentAlong(Axis axis, Index index, const Proposal& proposal) {
                 if (given >= 0) return given;
                 return extent(answer(index, proposal), axis);
             }
+            case ViewKind::link:
             case ViewKind::offset:
+            case ViewKind::scaleEffect:
+            case ViewKind::rotationEffect:
+            case ViewKind::rotation3DEffect:
+            case ViewKind::clockHandRotationEffect:
             case ViewKind::lineLimit:
             case ViewKind::zIndex:
             case ViewKind::foregroundColor:
             case ViewKind::background:
             case ViewKind::overlay:
             case ViewKind::border:
-            case ViewKind::opacity: index = tree_.content(index); break;
+            case ViewKind::opacity:
+            case ViewKind::widgetURL: index = tree_.content(index); break;
             default: return extent(answer(index, proposal), axis);
         }
     }

@@ -77,27 +77,35 @@ double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTre
     return besideSpacer ? 0 : 8;
 }
 
-LayoutTree TreeBuilder::build(const AnyView& root, Size widget, const EnvironmentValues& environment,
-                              text::TextEngine& texts, const Diagnostics& diagnostics) {
-    LayoutTree tree;
-    tree.environment_ = environment;
-    tree.widget_ = widget;
-    tree.inherited_.push_back({atLeastOne(environment.lineLimit), environment.foregroundColor});
-    TreeBuilder builder(tree, texts, diagnostics, LoadedBodies::under(root));
-    builder.unroll(root);
-    builder.closeSubtrees();
-    builder.spreadAbsence();
-    builder.listChildren();
-    return tree;
+void TreeBuilder::addRoot(const AnyView& root) {
+    const EnvironmentValues& environment = tree_.environment_;
+    loaded_ = LoadedBodies::under(root);
+    tree_.inherited_.push_back({atLeastOne(environment.lineLimit), environment.foregroundColor});
+    unroll({&tree_.views_.emplace_back(root), noParent, 0, 1, SpacerAxes::both});
 }
 
-void TreeBuilder::unroll(const AnyView& root) {
-    pending_.push_back({&tree_.views_.emplace_back(root), noParent, 0, 1, SpacerAxes::both});
+void TreeBuilder::addContent(Index reader) {
+    const LayoutNode& node = tree_.nodes_[reader];
+    LayoutTree::ReaderItem& item = tree_.readers_[node.detail];
+    const auto& makeContent = node.view->as<GeometryReader>()->content;
+    const AnyView& content =
+        tree_.views_.emplace_back(makeContent ? makeContent(GeometryProxy{node.frame.size}) : AnyView());
+    item.content = static_cast<Index>(tree_.nodes_.size());
+    unroll({&content, noParent, node.inherited, item.depth + 1, SpacerAxes::both});
+}
+
+/// Adds a view and everything in it.
+void TreeBuilder::unroll(const Pending& root) {
+    const auto first = static_cast<Index>(tree_.nodes_.size());
+    pending_.push_back(root);
     while (!pending_.empty()) {
         const Pending next = pending_.back();
         pending_.pop_back();
         addNode(next);
     }
+    closeSubtrees(first);
+    spreadAbsence(first);
+    listChildren(first);
 }
 
 void TreeBuilder::addNode(const Pending& pending) {
@@ -116,6 +124,7 @@ void TreeBuilder::addNode(const Pending& pending) {
     if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
     if (kind == ViewKind::text) node.detail = addText(pending);
     if (isStack(kind) || kind == ViewKind::aspectRatio) node.detail = addContainer();
+    if (kind == ViewKind::geometryReader) node.detail = addReader(pending);
     if (kind == ViewKind::flexibleFrame) report(*pending.view);
 
     if (kind == ViewKind::composed) {
@@ -195,13 +204,18 @@ std::uint32_t TreeBuilder::addContainer() {
     return static_cast<std::uint32_t>(tree_.containers_.size() - 1);
 }
 
+std::uint32_t TreeBuilder::addReader(const Pending& pending) {
+    tree_.readers_.push_back({.depth = pending.depth});
+    return static_cast<std::uint32_t>(tree_.readers_.size() - 1);
+}
+
 void TreeBuilder::report(const AnyView& view) {
     if (diagnostics_ && isContradictory(*view.as<FlexibleFrame>()))
         diagnostics_("a frame's minimum is larger than its maximum; the minimum holds");
 }
 
-void TreeBuilder::closeSubtrees() {
-    for (auto index = static_cast<Index>(tree_.nodes_.size()); index-- > 0;) {
+void TreeBuilder::closeSubtrees(Index first) {
+    for (auto index = static_cast<Index>(tree_.nodes_.size()); index-- > first;) {
         LayoutNode& node = tree_.nodes_[index];
         node.end = std::max(node.end, index + 1);
         if (parents_[index] != noParent) {
@@ -214,8 +228,8 @@ void TreeBuilder::closeSubtrees() {
 }
 
 /// What an absent modifier holds is not there either: the view behind nothing, say.
-void TreeBuilder::spreadAbsence() {
-    for (Index index = 0; index < tree_.nodes_.size();) {
+void TreeBuilder::spreadAbsence(Index first) {
+    for (Index index = first; index < tree_.nodes_.size();) {
         if (!tree_.nodes_[index].absent) {
             ++index;
             continue;
@@ -224,8 +238,8 @@ void TreeBuilder::spreadAbsence() {
     }
 }
 
-void TreeBuilder::listChildren() {
-    for (Index index = 0; index < tree_.nodes_.size(); ++index)
+void TreeBuilder::listChildren(Index first) {
+    for (Index index = first; index < tree_.nodes_.size(); ++index)
         if (isStack(tree_.nodes_[index].kind) && !tree_.nodes_[index].absent) listChildrenOf(index);
 }
 

@@ -12,14 +12,18 @@
 namespace tavrin::layout {
 
 /// Unrolls a view tree into the nodes of a `LayoutTree`: evaluates bodies, shapes texts, finds out what is absent and
-/// in which order stacks draw. Sizes and places come later.
+/// in which order stacks draw. Sizes and places come later, and after them the contents of geometry readers.
 class TreeBuilder {
 public:
     /// More views than this are an error: a few shared ones can stand for any number.
     static constexpr std::size_t maximumNodes = 8'000'000;
 
-    static LayoutTree build(const AnyView& root, Size widget, const EnvironmentValues& environment,
-                            text::TextEngine& texts, const Diagnostics& diagnostics);
+    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics)
+        : tree_(tree), texts_(texts), diagnostics_(diagnostics) {}
+
+    void addRoot(const AnyView& root);
+    /// Makes the content of a geometry reader that has its size.
+    void addContent(LayoutTree::Index reader);
 
 private:
     using Index = LayoutTree::Index;
@@ -34,21 +38,19 @@ private:
         SpacerAxes axes;
     };
 
-    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics, LoadedBodies loaded)
-        : tree_(tree), texts_(texts), diagnostics_(diagnostics), loaded_(std::move(loaded)) {}
-
-    void unroll(const AnyView& root);
+    void unroll(const Pending& root);
     void addNode(const Pending& pending);
     void addChildren(const Pending& pending, Index index);
     void addBody(const Pending& pending, Index index);
     std::uint32_t inheritedInside(const Pending& pending);
     std::uint32_t addText(const Pending& pending);
     std::uint32_t addContainer();
+    std::uint32_t addReader(const Pending& pending);
     void report(const AnyView& view);
 
-    void closeSubtrees();
-    void spreadAbsence();
-    void listChildren();
+    void closeSubtrees(Index first);
+    void spreadAbsence(Index first);
+    void listChildren(Index first);
     void listChildrenOf(Index stack);
     void sortForDrawing(LayoutTree::ContainerItem& stack);
     [[nodiscard]] double zIndex(Index child) const;

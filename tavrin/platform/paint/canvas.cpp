@@ -11,6 +11,7 @@
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/canvas_state.h"
+#include "tavrin/platform/paint/document_links.h"
 #include "tavrin/platform/paint/svg_names.h"
 
 namespace tavrin::paint {
@@ -134,6 +135,19 @@ void Canvas::transform(const AffineTransform& transform) {
         state_->hide();
 }
 
+void Canvas::link(const Rect& area, const URL& destination) {
+    if (state_->raster || !mayLeadTo(destination)) return;
+    if (state_->isSVG()) {
+        state_->links += svgLink(area, destination);
+        return;
+    }
+    cairo_save(cairo());
+    cairo_identity_matrix(cairo());
+    cairo_tag_begin(cairo(), CAIRO_TAG_LINK, pdfLinkAttributes(area, destination).c_str());
+    cairo_tag_end(cairo(), CAIRO_TAG_LINK);
+    cairo_restore(cairo());
+}
+
 void Canvas::beginLayer() {
     cairo_push_group(cairo());
     state_->pushLevel();
@@ -154,9 +168,12 @@ PixelBuffer Canvas::finishRaster() {
 }
 
 std::string Canvas::finishDocument() {
-    const bool svg = cairo_surface_get_type(state_->surface.get()) == CAIRO_SURFACE_TYPE_SVG;
+    const bool isSVG = state_->isSVG();
     state_->finish();
-    return svg ? withStableNames(state_->document) : std::move(state_->document);
+    if (!isSVG) return std::move(state_->document);
+    std::string document = withStableNames(state_->document);
+    // Cairo writes no links into an SVG.
+    return document.insert(document.rfind("</svg>"), state_->links);
 }
 
 }  // namespace tavrin::paint

@@ -3,9 +3,10 @@
 #include <memory>
 #include <string>
 
+#include "tavrin/platform/foundation/affine_transform.h"
 #include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/url.h"
 #include "tavrin/platform/paint/gradient.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/views.h"
@@ -13,16 +14,6 @@
 typedef struct _cairo cairo_t;
 
 namespace tavrin::paint {
-
-/// x' = xx x + xy y + x0, y' = yx x + yy y + y0.
-struct AffineTransform {
-    double xx = 1;
-    double yx = 0;
-    double xy = 0;
-    double yy = 1;
-    double x0 = 0;
-    double y0 = 0;
-};
 
 /// How an outline is stroked. A width that is not positive and finite draws nothing.
 struct Pen {
@@ -86,6 +77,10 @@ public:
     /// smaller than its pixels, they are averaged; a picture that is drawn once more in the same size is not scaled
     /// again. A document embeds it once, with no more pixels than it needs.
     void draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect, double opacity);
+    /// Makes an area of a document lead to an address; a raster has no links, and a document none to what would run
+    /// (`javascript:` and its like). `area` is in points of the page, whatever the transform; of areas that overlap the
+    /// last lies on top.
+    void link(const Rect& area, const URL& destination);
 
     /// What is drawn up to the matching `endLayer` is composed apart, then drawn with `opacity` (clamped to 0…1; NaN
     /// draws nothing). A layer is as large as the clip: clip first where the extent is known. Saves within a layer are

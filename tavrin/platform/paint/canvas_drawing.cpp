@@ -92,10 +92,16 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     const double width = std::min(pen.width, state_->farPoints());
     const Rect outline = outlineBounds(shape, *box);
     const Rect outside = inset(outline, -width / 2);
-    // Cairo leaves holes in strokes that meet in the middle: those are all that their outer edge surrounds.
-    const bool isClosed = width >= std::min(outline.size.width, outline.size.height);
+    // Cairo leaves holes in strokes that meet in the middle: those are all that their outer edge surrounds, and a part
+    // of one reaches from there to the middle.
+    const bool meets = width >= std::min(outline.size.width, outline.size.height);
     const auto draw = [&](cairo_t* context) {
-        if (isClosed) {
+        if (meets && std::holds_alternative<TrimmedShape>(shape)) {
+            const double reach = std::min(outside.size.width, outside.size.height) / 2;
+            setPen(context, pen, reach);
+            appendOutline(context, shape, inset(outside, reach / 2));
+            cairo_stroke(context);
+        } else if (meets) {
             appendOutline(context, grown(shape, *box, width / 2), outside);
             cairo_fill(context);
         } else {

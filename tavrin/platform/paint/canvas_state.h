@@ -37,12 +37,14 @@ struct Canvas::State {
     double scale = 1;
     PixelBuffer pixels;
     std::string document;
+    std::string links;  ///< elements to stand at the end of an SVG
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
     /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
+    [[nodiscard]] bool isSVG() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_SVG; }
     [[nodiscard]] Level& level() { return levels.back(); }
     void pushLevel();
     void popLevel();

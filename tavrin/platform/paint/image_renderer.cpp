@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tavrin/platform/foundation/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
@@ -59,6 +60,25 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
 
 std::string ImageRenderer::layoutText() { return layout::layoutTreeText(layoutTree()); }
 
+std::vector<TapTarget> ImageRenderer::targets() {
+    std::vector<TapTarget> targets = layout::tapTargets(layoutTree());
+    if (options_.widgetURL)
+        targets.insert(targets.begin(), {TapTarget::Kind::widget, *options_.widgetURL, {{}, layoutTree().widget()}});
+    return targets;
+}
+
+std::string ImageRenderer::targetsText() {
+    JSONWriter writer(JSONWriter::Style::pretty);
+    writer.beginObject().key("targets").beginArray();
+    for (const auto& [kind, destination, frame] : targets()) {
+        writer.beginObject().key("kind").value(name(kind)).key("destination").value(destination.string());
+        writer.key("frame").beginArray().value(frame.origin.x).value(frame.origin.y);
+        writer.value(frame.size.width).value(frame.size.height).endArray().endObject();
+    }
+    writer.endArray().endObject();
+    return std::move(writer).text();
+}
+
 PixelBuffer ImageRenderer::pixels() {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
     drawWidget(layoutTree(), options_, canvas, texts());
@@ -70,6 +90,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
     paint::Canvas canvas =
         format == PictureFormat::svg ? paint::Canvas::svg(options_.size) : paint::Canvas::pdf(options_.size);
     drawWidget(layoutTree(), options_, canvas, texts());
+    for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
     return canvas.finishDocument();
 }
 

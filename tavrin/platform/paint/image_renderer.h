@@ -1,10 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
+#include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tavrin/platform/text/text_engine.h"
@@ -44,6 +47,8 @@ struct RenderOptions {
     PngCompression compression = PngCompression::fast;
     /// The fonts to draw with; null is the system library.
     std::shared_ptr<const text::FontLibrary> fonts = nullptr;
+    /// What opens when the widget is tapped where nothing else leads anywhere: `Context::widgetURL` after `loadView`.
+    std::optional<URL> widgetURL = std::nullopt;
     /// Hears what is doubtful in the view but no error.
     layout::Diagnostics diagnostics = {};
 };
@@ -61,9 +66,15 @@ public:
     [[nodiscard]] const layout::LayoutTree& layoutTree();
     /// The laid-out tree as JSON: every view with its frame in points.
     [[nodiscard]] std::string layoutText();
+    /// Where the widget can be tapped: the whole widget first, if it leads anywhere, then the links and marked views in
+    /// the order in which they are drawn. The last one that contains a point is the one that is tapped there.
+    [[nodiscard]] std::vector<TapTarget> targets();
+    /// The same as JSON: `{"targets": [{"kind": …, "destination": …, "frame": [x, y, width, height]}, …]}`.
+    [[nodiscard]] std::string targetsText();
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
-    /// Draws the picture and writes it. SVG and PDF are drawn by the same walk, with text as glyphs.
+    /// Draws the picture and writes it. SVG and PDF are drawn by the same walk, with text as glyphs, and lead where
+    /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
 
 private:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -11,15 +12,12 @@ namespace {
 
 using layout::LayoutNode;
 using layout::LayoutTree;
+using layout::pointIn;
 using Index = LayoutTree::Index;
 
 /// How many opacity layers may be open at once; each is as large as what is clipped to. Deeper ones fade their views
 /// one by one.
 constexpr int maximumLayers = 8;
-
-Point pointIn(const Rect& rect, UnitPoint point) {
-    return {rect.origin.x + point.x * rect.size.width, rect.origin.y + point.y * rect.size.height};
-}
 
 bool isFinite(const Rect& rect) {
     return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
@@ -64,6 +62,8 @@ private:
     void draw(const RoundedRectangle& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
     void draw(const Capsule& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
 
+    void draw(const TrimmedShape& shape, Index index, const LayoutNode& node) { drawBare(shape, index, node); }
+
     void draw(const FilledShape& filled, Index, const LayoutNode& node) {
         canvas_.fill(filled.shape, node.frame, paintOf(filled.fill, node.frame));
     }
@@ -78,18 +78,22 @@ private:
     void draw(const HStack&, Index index, const LayoutNode&) { drawChildren(index); }
     void draw(const ZStack&, Index index, const LayoutNode&) { drawChildren(index); }
 
+    void draw(const GeometryReader&, Index index, const LayoutNode&) { paint(tree_.content(index)); }
+    void draw(const Link&, Index index, const LayoutNode&) { paint(tree_.content(index)); }
+
     // Modifiers. One that layout alone knows of draws its content.
 
     template <ModifiedView Modified>
-    void draw(const Modified&, Index index, const LayoutNode&) {
-        paint(tree_.content(index));
-    }
+        requires(!layout::EffectView<Modified>)
+    void draw(const Modified&, Index index, const LayoutNode&) { paint(tree_.content(index)); }
 
-    void draw(const Offset& offset, Index index, const LayoutNode&) {
-        if (!std::isfinite(offset.x) || !std::isfinite(offset.y)) return;
+    template <layout::EffectView Effect>
+    void draw(const Effect& view, Index index, const LayoutNode& node) {
+        const layout::Effect effect = layout::effectOf(view, node.frame, tree_.environment().date);
+        if (!effect) return;
         canvas_.save();
-        canvas_.translate(offset.x, offset.y);
-        paint(tree_.content(index));
+        canvas_.transform(*effect);
+        if (!canvas_.hidden()) paint(tree_.content(index));
         canvas_.restore();
     }
 
@@ -176,7 +180,12 @@ private:
                 case ViewKind::fixedFrame:
                 case ViewKind::flexibleFrame:
                 case ViewKind::padding:
+                case ViewKind::insetPadding:
                 case ViewKind::offset:
+                case ViewKind::scaleEffect:
+                case ViewKind::rotationEffect:
+                case ViewKind::rotation3DEffect:
+                case ViewKind::clockHandRotationEffect:
                 case ViewKind::aspectRatio:
                 case ViewKind::lineLimit:
                 case ViewKind::zIndex:
@@ -184,6 +193,9 @@ private:
                 case ViewKind::clipShape:
                 case ViewKind::clipped:
                 case ViewKind::cornerRadius:
+                case ViewKind::widgetURL:
+                case ViewKind::link:
+                case ViewKind::geometryReader:
                 case ViewKind::composed: index = tree_.content(index); break;
                 default: return true;
             }

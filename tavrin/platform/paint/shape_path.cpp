@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <concepts>
 #include <cstddef>
 #include <numbers>
 #include <optional>
+#include <type_traits>
 
 #include <cairo.h>
+
+#include "tavrin/platform/paint/measured_path.h"
 
 namespace tavrin::paint {
 namespace {
@@ -101,18 +105,28 @@ Point place(const Corner& corner, Point point, double radius) {
             corner.place.y + corner.in.y * in + corner.out.y * out};
 }
 
-void appendCurve(cairo_t* cairo, Point handle, Point otherHandle, Point to) {
-    cairo_curve_to(cairo, handle.x, handle.y, otherHandle.x, otherHandle.y, to.x, to.y);
-}
+/// Where an outline is written to: Cairo's current path.
+class CairoPath {
+public:
+    explicit CairoPath(cairo_t* cairo) : cairo_(cairo) { cairo_new_sub_path(cairo); }
+    void line(Point to) { cairo_line_to(cairo_, to.x, to.y); }
+    void curve(Point handle, Point otherHandle, Point to) {
+        cairo_curve_to(cairo_, handle.x, handle.y, otherHandle.x, otherHandle.y, to.x, to.y);
+    }
+    void close() { cairo_close_path(cairo_); }
 
-void appendCircularCorner(cairo_t* cairo, const Corner& corner, double radius) {
+private:
+    cairo_t* cairo_;
+};
+
+template <class Path>
+void appendCircularCorner(Path& path, const Corner& corner, double radius) {
     const auto at = [&](Point point) { return place(corner, point, radius); };
-    const Point start = at(onCircle(0));
-    cairo_line_to(cairo, start.x, start.y);
+    path.line(at(onCircle(0)));
     for (const double angle : {0.0, rightAngle / 2}) {
         const double next = angle + rightAngle / 2;
-        appendCurve(cairo, at(circleHandle(angle, rightAngle / 2)), at(circleHandle(next, -rightAngle / 2)),
-                    at(onCircle(next)));
+        path.curve(at(circleHandle(angle, rightAngle / 2)), at(circleHandle(next, -rightAngle / 2)),
+                   at(onCircle(next)));
     }
 }
 
@@ -130,14 +144,21 @@ CornerPoints fitted(const Corner& corner, double radius) {
     return points;
 }
 
-void appendContinuousCorner(cairo_t* cairo, const Corner& corner, double radius) {
+template <class Path>
+void appendContinuousCorner(Path& path, const Corner& corner, double radius) {
     const CornerPoints points = fitted(corner, radius);
     const auto at = [&](std::size_t i) { return place(corner, points[i], radius); };
-    cairo_line_to(cairo, at(0).x, at(0).y);
-    appendCurve(cairo, at(1), at(2), at(3));
-    cairo_line_to(cairo, at(4).x, at(4).y);
+    path.line(at(0));
+    path.curve(at(1), at(2), at(3));
+    path.line(at(4));
     for (const std::size_t i : {std::size_t{5}, std::size_t{8}, std::size_t{11}})
-        appendCurve(cairo, at(i), at(i + 1), at(i + 2));
+        path.curve(at(i), at(i + 1), at(i + 2));
+}
+
+Rect squareIn(const Rect& bounds) {
+    const auto& [origin, size] = bounds;
+    const double side = std::min(size.width, size.height);
+    return {{origin.x + (size.width - side) / 2, origin.y + (size.height - side) / 2}, {side, side}};
 }
 
 /// What a shape comes down to: a rectangle with round corners.
@@ -145,9 +166,11 @@ struct Outline {
     Rect bounds;
     double radius = 0;
     RoundedCornerStyle style = RoundedCornerStyle::circular;
+    /// Which of `cornersOf` it begins with.
+    std::size_t firstCorner = 0;
 };
 
-std::optional<Outline> outlineOf(const Shape& shape, const Rect& bounds) {
+std::optional<Outline> outlineOf(const ClosedShape& shape, const Rect& bounds) {
     const auto& [origin, size] = bounds;
     const bool finite = std::isfinite(origin.x) && std::isfinite(origin.y) && std::isfinite(size.width) &&
                         std::isfinite(size.height) && std::isfinite(origin.x + size.width) &&
@@ -155,7 +178,8 @@ std::optional<Outline> outlineOf(const Shape& shape, const Rect& bounds) {
     if (!finite || size.width <= 0 || size.height <= 0) return std::nullopt;
 
     const double largest = std::min(size.width, size.height) / 2;
-    if (std::holds_alternative<Circle>(shape)) return Outline{outlineBounds(shape, bounds), largest};
+    if (std::holds_alternative<Circle>(shape))
+        return Outline{squareIn(bounds), largest, RoundedCornerStyle::circular, 1};
     if (const auto* capsule = std::get_if<Capsule>(&shape)) return Outline{bounds, largest, capsule->style};
     if (const auto* rounded = std::get_if<RoundedRectangle>(&shape)) {
         const double radius = rounded->cornerRadius > 0 ? std::min(rounded->cornerRadius, largest) : 0;
@@ -164,40 +188,77 @@ std::optional<Outline> outlineOf(const Shape& shape, const Rect& bounds) {
     return Outline{bounds};
 }
 
+/// Writes the closed outline of bounds that have an area.
+template <class Path>
+void append(Path& path, const Outline& outline) {
+    const auto& [box, radius, style, firstCorner] = outline;
+    const std::array<Corner, 4> corners = cornersOf(box);
+    if (radius == 0) {
+        path.line(corners[3].place);
+        for (std::size_t i = 0; i < 3; ++i) path.line(corners[i].place);
+    } else {
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            const Corner& corner = corners[(firstCorner + i) % corners.size()];
+            if (style == RoundedCornerStyle::continuous) {
+                appendContinuousCorner(path, corner, radius);
+            } else {
+                appendCircularCorner(path, corner, radius);
+            }
+        }
+    }
+    path.close();
+}
+
+/// An outline, or the one that a part is taken of.
+ClosedShape closedShape(const Shape& shape) {
+    return std::visit(
+        [](const auto& outline) -> ClosedShape {
+            if constexpr (std::same_as<std::remove_cvref_t<decltype(outline)>, TrimmedShape>) {
+                return outline.shape;
+            } else {
+                return outline;
+            }
+        },
+        shape);
+}
+
 }  // namespace
 
 Rect outlineBounds(const Shape& shape, const Rect& bounds) {
-    if (!std::holds_alternative<Circle>(shape)) return bounds;
-    const auto& [origin, size] = bounds;
-    const double side = std::min(size.width, size.height);
-    return {{origin.x + (size.width - side) / 2, origin.y + (size.height - side) / 2}, {side, side}};
+    return std::holds_alternative<Circle>(closedShape(shape)) ? squareIn(bounds) : bounds;
 }
 
 Shape grown(const Shape& shape, const Rect& bounds, double by) {
     const auto* rounded = std::get_if<RoundedRectangle>(&shape);
-    const std::optional<Outline> outline = rounded ? outlineOf(shape, bounds) : std::nullopt;
+    const std::optional<Outline> outline = rounded ? outlineOf(*rounded, bounds) : std::nullopt;
     if (!outline || outline->radius == 0) return rounded ? Shape(Rectangle{}) : shape;
     return RoundedRectangle{outline->radius + by, rounded->style};
 }
 
 Size cornerExtent(const Shape& shape, const Rect& bounds) {
-    const std::optional<Outline> outline = outlineOf(shape, bounds);
+    const std::optional<Outline> outline = outlineOf(closedShape(shape), bounds);
     if (!outline) return {};
+    // What is between the ends of a part may be anywhere.
+    if (std::holds_alternative<TrimmedShape>(shape)) return {bounds.size.width / 2, bounds.size.height / 2};
     const double reach =
         outline->style == RoundedCornerStyle::continuous ? continuousReach * outline->radius : outline->radius;
     return {std::min(reach, outline->bounds.size.width / 2), std::min(reach, outline->bounds.size.height / 2)};
 }
 
 void appendOutline(cairo_t* cairo, const Shape& shape, const Rect& bounds) {
-    const std::optional<Outline> outline = outlineOf(shape, bounds);
+    const std::optional<Outline> outline = outlineOf(closedShape(shape), bounds);
     if (!outline) return;
-    const auto& [box, radius, style] = *outline;
-    if (radius == 0) return cairo_rectangle(cairo, box.origin.x, box.origin.y, box.size.width, box.size.height);
-
-    cairo_new_sub_path(cairo);
-    const auto append = style == RoundedCornerStyle::continuous ? appendContinuousCorner : appendCircularCorner;
-    for (const Corner& corner : cornersOf(box)) append(cairo, corner, radius);
-    cairo_close_path(cairo);
+    const auto* trimmed = std::get_if<TrimmedShape>(&shape);
+    if (trimmed && !(trimmed->from <= 0 && trimmed->to >= 1)) {
+        MeasuredPath path;
+        append(path, *outline);
+        return path.appendPart(cairo, trimmed->from, trimmed->to);
+    }
+    const Rect& box = outline->bounds;
+    if (outline->radius == 0)
+        return cairo_rectangle(cairo, box.origin.x, box.origin.y, box.size.width, box.size.height);
+    CairoPath path(cairo);
+    append(path, *outline);
 }
 
 }  // namespace tavrin::paint

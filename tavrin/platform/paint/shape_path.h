@@ -18,7 +18,7 @@ namespace tavrin::paint {
 /// side; for continuous corners nearly so.
 [[nodiscard]] Shape grown(const Shape& shape, const Rect& bounds, double by);
 
-/// Appends a shape's closed outline, filling `bounds`, to Cairo's current path: clockwise from the top edge. A corner
+/// Appends a shape's outline, filling `bounds`, to Cairo's current path: closed, or the part that is left. A corner
 /// radius is limited to 0…half the smaller side, and NaN counts as 0. Bounds without area or with a number that is not
 /// finite append nothing.
 void appendOutline(cairo_t* cairo, const Shape& shape, const Rect& bounds);

@@ -16,11 +16,11 @@
 #include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/ui/view_kind.h"
+#include "tavrin/platform/ui/view_writer.h"
 
 namespace tavrin {
 
 class AnyView;
-class JSONWriter;
 struct EnvironmentValues;
 struct Loading;
 
@@ -46,12 +46,6 @@ concept LoadingView = ComposedView<V> && requires(const V& view) {
     { view.loading() } -> std::same_as<Loading>;
 };
 
-/// A composed view that says itself what the view tree prints of it besides its name.
-template <class V>
-concept DescribedView = requires(const V& view, JSONWriter& writer) {
-    view.describe(writer);
-};
-
 /// What an `AnyView` holds: one view behind its kind. Immutable, shared between copies.
 class ViewBox : public Counted, public pool::Pooled {
 public:
@@ -71,9 +65,9 @@ public:
     [[nodiscard]] virtual AnyView body(const EnvironmentValues& environment) const = 0;
     /// What the view waits for before it has a body; none when it waits for nothing.
     [[nodiscard]] virtual std::optional<Loading> loading() const = 0;
-    /// Writes the keys and values that the view tree prints of a composed view besides its name.
-    virtual void describe(JSONWriter& writer) const = 0;
-    /// Calls `visit` with each view that is a field of this one, in their order.
+    /// Writes what the view tree shows of a composed view beside its name.
+    virtual void write(ViewWriter& writer) const = 0;
+    /// Calls `visit` with each view that this one holds, in document order.
     virtual void forEachInside(const std::function<void(const AnyView&)>& visit) const = 0;
 
     const ViewKind kind;
@@ -132,9 +126,7 @@ struct Loading {
 template <class V>
 struct AnyView::Box final : ViewBox {
     template <class Held>
-    explicit Box(Held&& held)
-        : ViewBox(kindOf(), nestingAround(innerNesting(held)), LoadingView<V> || innerLoads(held)),
-          view(std::forward<Held>(held)) {}
+    explicit Box(Held&& held) : Box(lookInside(held), std::forward<Held>(held)) {}
 
     const std::type_info& type() const override { return typeid(V); }
 
@@ -154,6 +146,10 @@ struct AnyView::Box final : ViewBox {
         }
     }
 
+    void write(ViewWriter& writer) const override {
+        if constexpr (requires { view.write(writer); }) view.write(writer);
+    }
+
     static constexpr ViewKind kindOf() {
         if constexpr (PrimitiveView<V>) {
             return V::kind;
@@ -170,27 +166,13 @@ struct AnyView::Box final : ViewBox {
         }
     }
 
-    void describe(JSONWriter& writer) const override {
-        if constexpr (DescribedView<V>) view.describe(writer);
-    }
-
     void forEachInside(const std::function<void(const AnyView&)>& visit) const override { forEachInner(view, visit); }
-
-    static std::uint32_t innerNesting(const V& view) {
-        std::uint32_t deepest = 0;
-        forEachInner(view, [&](const AnyView& inner) { deepest = std::max(deepest, inner.box().nesting); });
-        return deepest;
-    }
-
-    static bool innerLoads(const V& view) {
-        bool loads = false;
-        forEachInner(view, [&](const AnyView& inner) { loads = loads || inner.box().loads; });
-        return loads;
-    }
 
     template <class Visit>
     static void forEachInner(const V& view, const Visit& visit) {
-        if constexpr (requires { V::fields; }) {
+        if constexpr (requires { view.forEachInside(visit); }) {
+            view.forEachInside(visit);  // a composed view that says itself what it holds
+        } else if constexpr (requires { V::fields; }) {
             forEachField<V>([&]<class Value>(const Field<V, Value>& field) {
                 if constexpr (std::same_as<Value, AnyView>) {
                     visit(view.*field.member);
@@ -202,6 +184,26 @@ struct AnyView::Box final : ViewBox {
     }
 
     V view;
+
+private:
+    /// What a box knows of the views inside.
+    struct Inside {
+        std::uint32_t nesting = 0;
+        bool loads = LoadingView<V>;
+    };
+
+    template <class Held>
+    Box(Inside inside, Held&& held)
+        : ViewBox(kindOf(), nestingAround(inside.nesting), inside.loads), view(std::forward<Held>(held)) {}
+
+    static Inside lookInside(const V& view) {
+        Inside inside;
+        forEachInner(view, [&](const AnyView& inner) {
+            inside.nesting = std::max(inside.nesting, inner.box().nesting);
+            inside.loads = inside.loads || inner.box().loads;
+        });
+        return inside;
+    }
 };
 
 template <class V>

@@ -20,15 +20,23 @@ decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
         case ViewKind::rectangle: return visit(*view.as<Rectangle>());
         case ViewKind::roundedRectangle: return visit(*view.as<RoundedRectangle>());
         case ViewKind::capsule: return visit(*view.as<Capsule>());
+        case ViewKind::trimmedShape: return visit(*view.as<TrimmedShape>());
         case ViewKind::filledShape: return visit(*view.as<FilledShape>());
         case ViewKind::strokedShape: return visit(*view.as<StrokedShape>());
         case ViewKind::vstack: return visit(*view.as<VStack>());
         case ViewKind::hstack: return visit(*view.as<HStack>());
         case ViewKind::zstack: return visit(*view.as<ZStack>());
+        case ViewKind::geometryReader: return visit(*view.as<GeometryReader>());
+        case ViewKind::link: return visit(*view.as<Link>());
         case ViewKind::fixedFrame: return visit(*view.as<FixedFrame>());
         case ViewKind::flexibleFrame: return visit(*view.as<FlexibleFrame>());
         case ViewKind::padding: return visit(*view.as<Padding>());
+        case ViewKind::insetPadding: return visit(*view.as<InsetPadding>());
         case ViewKind::offset: return visit(*view.as<Offset>());
+        case ViewKind::scaleEffect: return visit(*view.as<ScaleEffect>());
+        case ViewKind::rotationEffect: return visit(*view.as<RotationEffect>());
+        case ViewKind::rotation3DEffect: return visit(*view.as<Rotation3DEffect>());
+        case ViewKind::clockHandRotationEffect: return visit(*view.as<ClockHandRotationEffect>());
         case ViewKind::aspectRatio: return visit(*view.as<AspectRatio>());
         case ViewKind::lineLimit: return visit(*view.as<LineLimit>());
         case ViewKind::zIndex: return visit(*view.as<ZIndex>());
@@ -40,6 +48,7 @@ decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
         case ViewKind::clipped: return visit(*view.as<Clipped>());
         case ViewKind::cornerRadius: return visit(*view.as<CornerRadius>());
         case ViewKind::opacity: return visit(*view.as<Opacity>());
+        case ViewKind::widgetURL: return visit(*view.as<WidgetURL>());
         case ViewKind::emptyView:
         case ViewKind::composed: break;
     }

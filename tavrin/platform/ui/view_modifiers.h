@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tavrin/platform/foundation/time_zone.h"
 #include "tavrin/platform/ui/views.h"
 
 // The view modifiers: each is a view that changes its `content`. Lengths are in points.
@@ -64,6 +65,31 @@ struct Padding {
                                        Field{"content", &Padding::content}};
 };
 
+/// An inset for each edge of a rectangle.
+struct EdgeInsets {
+    double top = 0;
+    double leading = 0;
+    double bottom = 0;
+    double trailing = 0;
+
+    friend bool operator==(const EdgeInsets&, const EdgeInsets&) = default;
+};
+
+/// An inset of its own at each edge; a negative one lets the content stick out.
+struct InsetPadding {
+    static constexpr ViewKind kind = ViewKind::insetPadding;
+    static constexpr std::string_view name = "padding";
+
+    EdgeInsets insets = {};
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"insets", &InsetPadding::insets},
+                                       Field{"content", &InsetPadding::content}};
+};
+
+// The five effects: layout sees the content as it is, only its picture changes. A number that is not finite draws
+// nothing.
+
 /// Draws its content elsewhere; its place stays.
 struct Offset {
     static constexpr ViewKind kind = ViewKind::offset;
@@ -75,6 +101,95 @@ struct Offset {
 
     static constexpr std::tuple fields{Field{"x", &Offset::x}, Field{"y", &Offset::y},
                                        Field{"content", &Offset::content}};
+};
+
+/// Draws its content larger or smaller, around an anchor; a negative scale mirrors, and 0 draws nothing.
+struct ScaleEffect {
+    static constexpr ViewKind kind = ViewKind::scaleEffect;
+    static constexpr std::string_view name = "scaleEffect";
+
+    double x = 1;
+    double y = 1;
+    UnitPoint anchor = UnitPoint::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"x", &ScaleEffect::x}, Field{"y", &ScaleEffect::y},
+                                       Field{"anchor", &ScaleEffect::anchor}, Field{"content", &ScaleEffect::content}};
+};
+
+/// Draws its content turned around an anchor, clockwise by an angle in radians.
+struct RotationEffect {
+    static constexpr ViewKind kind = ViewKind::rotationEffect;
+    static constexpr std::string_view name = "rotationEffect";
+
+    double angle = 0;
+    UnitPoint anchor = UnitPoint::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"angle", &RotationEffect::angle}, Field{"anchor", &RotationEffect::anchor},
+                                       Field{"content", &RotationEffect::content}};
+};
+
+/// A direction in space: x to the right, y downwards, z towards the viewer. Its length does not count.
+struct Axis3D {
+    double x = 0;
+    double y = 0;
+    double z = 1;
+
+    friend bool operator==(const Axis3D&, const Axis3D&) = default;
+};
+
+/// Draws its content turned in space by an angle in radians about an axis through an anchor, as it is seen from
+/// straight ahead, without perspective. Half a turn about an axis in the plane mirrors. An axis without length turns
+/// nothing.
+struct Rotation3DEffect {
+    static constexpr ViewKind kind = ViewKind::rotation3DEffect;
+    static constexpr std::string_view name = "rotation3DEffect";
+
+    double angle = 0;
+    Axis3D axis = {};
+    UnitPoint anchor = UnitPoint::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"angle", &Rotation3DEffect::angle}, Field{"axis", &Rotation3DEffect::axis},
+                                       Field{"anchor", &Rotation3DEffect::anchor},
+                                       Field{"content", &Rotation3DEffect::content}};
+};
+
+/// How long a clock's hand takes for a full turn.
+struct ClockHandPeriod {
+    enum class Hand : unsigned char { custom, hour, minute, second };
+
+    Hand hand = Hand::custom;
+    /// Of a custom period; negative turns backwards, 0 or not finite does not turn.
+    double customSeconds = 0;
+
+    static constexpr ClockHandPeriod custom(double seconds) { return {Hand::custom, seconds}; }
+    [[nodiscard]] constexpr double seconds() const {
+        constexpr double ofHands[] = {0, 43'200, 3600, 60};
+        return hand == Hand::custom ? customSeconds : ofHands[static_cast<unsigned>(hand)];
+    }
+    friend bool operator==(const ClockHandPeriod&, const ClockHandPeriod&) = default;
+};
+constexpr std::string_view name(ClockHandPeriod::Hand hand) {
+    constexpr std::string_view names[] = {"custom", "hour", "minute", "second"};
+    return names[static_cast<unsigned>(hand)];
+}
+
+/// Draws its content turned like the hand of a clock in a time zone: upright as 1970 begins there, once around in each
+/// period.
+struct ClockHandRotationEffect {
+    static constexpr ViewKind kind = ViewKind::clockHandRotationEffect;
+    static constexpr std::string_view name = "clockHandRotationEffect";
+
+    ClockHandPeriod period = {};
+    TimeZone timeZone = {};
+    UnitPoint anchor = UnitPoint::center;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{
+        Field{"period", &ClockHandRotationEffect::period}, Field{"timeZone", &ClockHandRotationEffect::timeZone},
+        Field{"anchor", &ClockHandRotationEffect::anchor}, Field{"content", &ClockHandRotationEffect::content}};
 };
 
 enum class ContentMode : unsigned char { fit, fill };
@@ -216,6 +331,17 @@ struct Opacity {
     AnyView content = {};
 
     static constexpr std::tuple fields{Field{"value", &Opacity::value}, Field{"content", &Opacity::content}};
+};
+
+/// Marks its content with the address that opens when the widget is tapped there; absent: none.
+struct WidgetURL {
+    static constexpr ViewKind kind = ViewKind::widgetURL;
+    static constexpr std::string_view name = "widgetURL";
+
+    std::optional<URL> url = std::nullopt;
+    AnyView content = {};
+
+    static constexpr std::tuple fields{Field{"url", &WidgetURL::url}, Field{"content", &WidgetURL::content}};
 };
 
 }  // namespace tavrin

@@ -15,7 +15,7 @@ concept Keyword = requires(Value value) {
     { name(value) } -> std::same_as<std::string_view>;
 };
 
-class ViewPrinter {
+class ViewPrinter final : public ViewWriter {
 public:
     explicit ViewPrinter(ViewFrames* frames) : frames_(frames) {}
 
@@ -23,6 +23,17 @@ public:
     void view(const AnyView& printed);
 
     std::string text() && { return std::move(writer_).text(); }
+
+    JSONWriter& json() override { return writer_; }
+    void viewValue(const std::optional<AnyView>& view) override {
+        ViewFrames* const frames = std::exchange(frames_, nullptr);
+        value(view);
+        frames_ = frames;
+    }
+    void part(const std::optional<AnyView>& view) override {
+        if (frames_ && view) frames_->findPart(composed_, *view);
+        value(view);
+    }
 
 private:
     // Views are nested by thousands, so each kind of view has a function, and stack frame, of its own.
@@ -33,6 +44,7 @@ private:
     /// What a view prints where it stands as a value of another one.
     template <class V>
     void object(const V& record);
+    void composed(const ViewBox& box, std::size_t entered);
     void colorFields(const Color& color);
     void channels(const RGBA& color);
     void frame(std::size_t entered);
@@ -43,12 +55,20 @@ private:
     void value(const Shape& shape) {
         std::visit([this](const auto& outline) { object(outline); }, shape);
     }
+    void value(const ClosedShape& shape) {
+        std::visit([this](const auto& outline) { object(outline); }, shape);
+    }
     void value(const ShapeStyle& style) {
         std::visit([this](const auto& paint) { object(paint); }, style);
     }
     void value(const Font& font);
     void value(Edges edges);
+    void value(const EdgeInsets& insets);
     void value(UnitPoint point) { writer_.beginArray().value(point.x).value(point.y).endArray(); }
+    void value(const Axis3D& axis) { writer_.beginArray().value(axis.x).value(axis.y).value(axis.z).endArray(); }
+    void value(const ClockHandPeriod& period);
+    void value(const TimeZone& zone) { writer_.value(zone.identifier()); }
+    void value(const URL& url) { writer_.value(url.string()); }
     void value(double number) { writer_.value(number); }
     void value(std::int64_t number) { writer_.value(number); }
     void value(bool truth) { writer_.value(truth); }
@@ -74,19 +94,27 @@ private:
 
     JSONWriter writer_{JSONWriter::Style::pretty};
     ViewFrames* frames_;
+    std::size_t composed_ = 0;  // what the frames know the innermost composed view by
 };
 
 void ViewPrinter::view(const AnyView& printed) {
     const std::size_t entered = frames_ ? frames_->enter() : 0;
     writer_.beginObject();
     if (printed.kind() == ViewKind::composed) {
-        writer_.key("view").value(printed.box().name());
-        printed.box().describe(writer_);
+        composed(printed.box(), entered);
     } else {
         visitPrimitive(printed, [this](const auto& primitive) { fields(primitive); });
     }
     if (frames_) frame(entered);
     writer_.endObject();
+}
+
+void ViewPrinter::composed(const ViewBox& box, std::size_t entered) {
+    writer_.key("view").value(box.name());
+    const std::size_t outer = std::exchange(composed_, entered);
+    box.write(*this);
+    composed_ = outer;
+    if (frames_) frames_->leave(entered);
 }
 
 template <class V>
@@ -159,6 +187,16 @@ void ViewPrinter::value(const Font& font) {
     writer_.key("weight").value(name(font.weight));
     if (isSystem) writer_.key("design").value("default");
     writer_.endObject();
+}
+
+void ViewPrinter::value(const ClockHandPeriod& period) {
+    if (period.hand != ClockHandPeriod::Hand::custom) return value(period.hand);
+    writer_.beginObject().key(name(period.hand)).value(period.customSeconds).endObject();
+}
+
+void ViewPrinter::value(const EdgeInsets& insets) {
+    writer_.beginArray().value(insets.top).value(insets.leading);
+    writer_.value(insets.bottom).value(insets.trailing).endArray();
 }
 
 void ViewPrinter::value(Edges edges) {

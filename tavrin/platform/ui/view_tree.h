@@ -17,6 +17,10 @@ public:
     virtual std::size_t enter() = 0;
     /// Where an entered view lies, in points; absent when it is no view.
     [[nodiscard]] virtual std::optional<Rect> frame(std::size_t entered) const = 0;
+    /// The next view to be entered is `part`, which an entered composed view holds somewhere in its body.
+    virtual void findPart(std::size_t composed, const AnyView& part) = 0;
+    /// The next view to be entered is the one behind an entered composed view.
+    virtual void leave(std::size_t composed) = 0;
 };
 
 /// The view tree as indented JSON: `"view"` names a view, `"modifier"` one that changes its `"content"`. Absent values

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -11,7 +12,9 @@
 #include "tavrin/platform/foundation/bitmap.h"
 #include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/field.h"
+#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/url.h"
 #include "tavrin/platform/ui/alignment.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/color.h"
@@ -121,8 +124,27 @@ struct Capsule {
     friend bool operator==(const Capsule&, const Capsule&) = default;
 };
 
+/// A closed outline as a value. It runs clockwise: a circle's from its trailing point, a rectangle's from its top
+/// leading corner, one with round corners from the trailing end of its top edge.
+using ClosedShape = std::variant<Circle, Rectangle, RoundedRectangle, Capsule>;
+
+/// The part of an outline between two fractions of its length, which are clamped to 0…1. Nothing where they are not in
+/// this order or not numbers.
+struct TrimmedShape {
+    static constexpr ViewKind kind = ViewKind::trimmedShape;
+    static constexpr std::string_view name = "TrimmedShape";
+
+    ClosedShape shape;
+    double from = 0;
+    double to = 1;
+
+    static constexpr std::tuple fields{Field{"shape", &TrimmedShape::shape}, Field{"from", &TrimmedShape::from},
+                                       Field{"to", &TrimmedShape::to}};
+    friend bool operator==(const TrimmedShape&, const TrimmedShape&) = default;
+};
+
 /// An outline as a value.
-using Shape = std::variant<Circle, Rectangle, RoundedRectangle, Capsule>;
+using Shape = std::variant<Circle, Rectangle, RoundedRectangle, Capsule, TrimmedShape>;
 /// What a shape is filled or stroked with.
 using ShapeStyle = std::variant<Color, LinearGradient>;
 
@@ -194,6 +216,34 @@ struct ZStack {
     ViewList children = {};
 
     static constexpr std::tuple fields{Field{"alignment", &ZStack::alignment}, Field{"children", &ZStack::children}};
+};
+
+/// What the content of a geometry reader is told.
+struct GeometryProxy {
+    /// The reader's size; infinite where it is offered infinite room.
+    Size size;
+};
+
+/// A view whose content depends on its size: it takes all the room it is offered, and `content` is called once, while
+/// the tree is laid out, when that is known. The content is offered that size and lies at the top leading corner.
+struct GeometryReader {
+    static constexpr ViewKind kind = ViewKind::geometryReader;
+    static constexpr std::string_view name = "GeometryReader";
+
+    std::function<AnyView(const GeometryProxy&)> content;
+
+    static constexpr std::tuple<> fields{};
+};
+
+/// A label that leads to an address when it is tapped; it looks and is laid out as the label alone.
+struct Link {
+    static constexpr ViewKind kind = ViewKind::link;
+    static constexpr std::string_view name = "Link";
+
+    URL destination;
+    AnyView label = {};
+
+    static constexpr std::tuple fields{Field{"destination", &Link::destination}, Field{"label", &Link::label}};
 };
 
 }  // namespace tavrin

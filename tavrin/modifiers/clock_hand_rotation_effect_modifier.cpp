@@ -1,0 +1,23 @@
+#include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
+
+#include "tavrin/dsl/context.h"
+#include "tavrin/modifiers/kel_clock_widget_kit.h"
+
+namespace tavrin {
+namespace {
+
+TimeZone zoneOf(const std::optional<SharedText>& identifier, const Context& context) {
+    if (identifier)
+        if (const std::optional<TimeZone> zone = TimeZone::named(*identifier)) return *zone;
+    return context.timeZone ? *context.timeZone : TimeZone::current();
+}
+
+}  // namespace
+
+AnyView ClockHandRotationEffectModifier::modify(AnyView view, Context& context) const {
+    return KelClockWidgetKit::clockHandRotationEffect(
+        std::move(view), KelClockWidgetKit::ClockHandRotationPeriod::custom(double{period.wrappedValue()}),
+        zoneOf(timeZone.wrappedValue(), context), platformAnchor(anchor.wrappedValue()));
+}
+
+}  // namespace tavrin

@@ -1,0 +1,28 @@
+#include "tavrin/modifiers/kel_clock_widget_kit.h"
+
+namespace tavrin::KelClockWidgetKit {
+namespace {
+
+ClockHandPeriod platformValue(const ClockHandRotationPeriod& period) {
+    switch (period.which()) {
+        case ClockHandRotationPeriod::Case::hour: return {.hand = ClockHandPeriod::Hand::hour};
+        case ClockHandRotationPeriod::Case::minute: return {.hand = ClockHandPeriod::Hand::minute};
+        case ClockHandRotationPeriod::Case::second: return {.hand = ClockHandPeriod::Hand::second};
+        case ClockHandRotationPeriod::Case::custom: break;
+    }
+    return ClockHandPeriod::custom(period.customSeconds());
+}
+
+}  // namespace
+
+AnyView ClockHandRotationModifier::body(AnyView content) const {
+    return ClockHandRotationEffect{
+        .period = platformValue(period), .timeZone = timeZone, .anchor = anchor, .content = std::move(content)};
+}
+
+AnyView clockHandRotationEffect(AnyView view, const ClockHandRotationPeriod& period, const TimeZone& timeZone,
+                                UnitPoint anchor) {
+    return ClockHandRotationModifier{.period = period, .timeZone = timeZone, .anchor = anchor}.body(std::move(view));
+}
+
+}  // namespace tavrin::KelClockWidgetKit

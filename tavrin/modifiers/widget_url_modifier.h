@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "tavrin/dsl/modifier.h"
+
+namespace tavrin {
+
+/// Marks the view with the address that opens when the widget is tapped there. The first address of a render is the
+/// widget's own.
+struct WidgetURLModifier {
+    static constexpr ModifierType type = ModifierType::widgetURL;
+    static constexpr DSLVersion version = DSLVersion::v1;
+
+    LosslessDSLValue<SharedText> url = {};
+
+    static constexpr std::tuple fields{Field{"url", &WidgetURLModifier::url}};
+
+    [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
+};
+
+}  // namespace tavrin

@@ -1,0 +1,15 @@
+#include "tavrin/nodes/link_node.h"
+
+#include "tavrin/dsl/link_conversion.h"
+#include "tavrin/platform/ui/views.h"
+
+namespace tavrin {
+
+AnyView LinkNode::render(Context& context) const {
+    AnyView label = within("view", [&] { return view.wrappedValue.render(context); });
+    if (const std::optional<URL> destination = convertedLink(url.wrappedValue(), context))
+        label = Link{.destination = *destination, .label = std::move(label)};
+    return applyModifiers(modifiers.wrappedValue(), std::move(label), context);
+}
+
+}  // namespace tavrin

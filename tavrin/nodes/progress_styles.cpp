@@ -1,0 +1,146 @@
+#include "tavrin/nodes/progress_styles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+#include "tavrin/platform/ui/view_modifiers.h"
+#include "tavrin/values/mirror_key_path.h"
+
+namespace tavrin {
+namespace {
+
+constexpr Axis3D verticalAxis{0, 1, 0};
+
+double flipAngle(bool flip) { return flip ? std::numbers::pi : 0; }
+
+/// A length as it can be used: none where it is negative or not finite.
+double usable(double length) { return std::isfinite(length) ? std::max(0.0, length) : 0; }
+
+ShapeStyle styleOf(const std::optional<AnyView>& color, const Color& otherwise) {
+    if (!color) return otherwise;
+    const AnyView& view = mirrorKeyPath("storage.view", *color);
+    if (const auto* gradient = view.as<LinearGradient>()) return *gradient;
+    if (const auto* plain = view.as<Color>()) return *plain;
+    return otherwise;
+}
+
+LineCap platformValue(ProgressNode::LineCap cap) {
+    return cap == ProgressNode::LineCap::round ? LineCap::round : LineCap::butt;
+}
+
+AnyView ring(const CircularProgressViewStyle& style, double fraction, Size room) {
+    const double width = style.lineWidth;
+    const double inset = width * 0.5;
+    const double radius = usable(std::min(room.width - width, room.height - width) / 2);
+    const double angle = fraction * 2 * std::numbers::pi * (style.flip ? -1 : 1);
+    const auto inside = [inset](AnyView circle) {
+        return InsetPadding{.insets = {inset, inset, inset, inset}, .content = std::move(circle)};
+    };
+    const auto stroked = [&](const Shape& shape, const ShapeStyle& color) {
+        return StrokedShape{
+            .shape = shape, .stroke = color, .lineWidth = width, .lineCap = platformValue(style.lineCap)};
+    };
+    const AnyView arc = stroked(TrimmedShape{Circle{}, 0, fraction}, styleOf(style.color, Color::blue));
+    const AnyView upright = RotationEffect{.angle = -std::numbers::pi / 2, .content = arc};
+    const AnyView turned = Rotation3DEffect{.angle = flipAngle(style.flip), .axis = verticalAxis, .content = upright};
+    ZStack layers{.children = {inside(stroked(Circle{}, styleOf(style.background, Color::gray))), inside(turned)}};
+    if (style.attachment)
+        layers.children.emplace_back(
+            Offset{.x = radius * std::sin(angle), .y = -radius * std::cos(angle), .content = *style.attachment});
+    return layers;
+}
+
+AnyView bar(const LinearProgressViewStyle& style, double fraction, Size room) {
+    const double height = usable(style.lineWidth);
+    const double whole = usable(room.width);
+    const double filled = whole * fraction;
+    const double shift = (whole - filled) * (style.flip ? 0.5 : -0.5);
+    const double ownRadius = style.lineCap == ProgressNode::LineCap::round ? height / 2 : 0;
+    const RoundedRectangle shape{style.lineCornerRadius ? double{*style.lineCornerRadius} : ownRadius};
+    const auto piece = [&](double width, const ShapeStyle& color) {
+        return FixedFrame{.width = width, .height = height, .content = FilledShape{.shape = shape, .fill = color}};
+    };
+    const AnyView turned = Rotation3DEffect{.angle = flipAngle(style.flip),
+                                            .axis = verticalAxis,
+                                            .content = piece(filled, styleOf(style.color, Color::blue))};
+    ZStack layers{
+        .children = {piece(whole, styleOf(style.background, Color::gray)), Offset{.x = shift, .content = turned}}};
+    AnyView content;
+    if (!style.attachment) {
+        content = std::move(layers);
+    } else if (style.attachmentPosition == ProgressAttachment::Position::center) {
+        layers.children.push_back(*style.attachment);
+        content = std::move(layers);
+    } else {
+        ViewList column{*style.attachment, std::move(layers)};
+        if (style.attachmentPosition == ProgressAttachment::Position::bottom) std::swap(column[0], column[1]);
+        content = VStack{.spacing = 0, .children = std::move(column)};
+    }
+    return FixedFrame{.width = room.width, .height = room.height, .content = std::move(content)};
+}
+
+/// What the two styles print alike: the keys up to `attachment`, and those from `color` on.
+template <class Style>
+void writeLine(const Style& style, ViewWriter& writer) {
+    writer.json().key("lineWidth").value(double{style.lineWidth}).key("lineCap").value(rawValue(style.lineCap));
+}
+
+template <class Style>
+void writeColors(const Style& style, ViewWriter& writer) {
+    writer.json().key("color");
+    writer.viewValue(style.color);
+    writer.json().key("background");
+    writer.viewValue(style.background);
+    writer.json().key("flip").value(style.flip);
+}
+
+}  // namespace
+
+AnyView CircularProgressViewStyle::makeBody(const ProgressViewStyleConfiguration& configuration) const {
+    return GeometryReader{[style = *this, fraction = configuration.fractionCompleted.value_or(0)](
+                              const GeometryProxy& geometry) { return ring(style, fraction, geometry.size); }};
+}
+
+void CircularProgressViewStyle::write(ViewWriter& writer) const {
+    writer.json().beginObject().key("circular").beginObject();
+    writeLine(*this, writer);
+    writer.json().key("attachment");
+    writer.part(attachment);
+    writeColors(*this, writer);
+    writer.json().endObject().endObject();
+}
+
+void CircularProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
+    for (const auto* view : {&attachment, &color, &background})
+        if (*view) visit(**view);
+}
+
+AnyView LinearProgressViewStyle::makeBody(const ProgressViewStyleConfiguration& configuration) const {
+    return GeometryReader{[style = *this, fraction = configuration.fractionCompleted.value_or(0)](
+                              const GeometryProxy& geometry) { return bar(style, fraction, geometry.size); }};
+}
+
+void LinearProgressViewStyle::write(ViewWriter& writer) const {
+    writer.json().beginObject().key("linear").beginObject();
+    writeLine(*this, writer);
+    writer.json().key("lineCornerRadius");
+    if (lineCornerRadius) {
+        writer.json().value(double{*lineCornerRadius});
+    } else {
+        writer.json().value(nullptr);
+    }
+    writer.json().key("attachment");
+    writer.part(attachment);
+    writer.json().key("attachmentPosition").value(rawValue(attachmentPosition));
+    writeColors(*this, writer);
+    writer.json().endObject().endObject();
+}
+
+void LinearProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
+    for (const auto* view : {&attachment, &color, &background})
+        if (*view) visit(**view);
+}
+
+}  // namespace tavrin
