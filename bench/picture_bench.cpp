@@ -26,7 +26,7 @@ BENCHMARK_CAPTURE(decode, icon.png, "icon.png", std::nullopt);
 BENCHMARK_CAPTURE(decode, icon.webp, "icon.webp", std::nullopt);
 BENCHMARK_CAPTURE(decode, icon.gif, "icon.gif", std::nullopt);
 BENCHMARK_CAPTURE(decode, photo.jpg, "photo.jpg", std::nullopt);
-BENCHMARK_CAPTURE(decode, photo.jpg wanted at 300 x 300, "photo.jpg", Size(300, 300));
+BENCHMARK_CAPTURE(decode, photo.jpg wanted at 300 x 300, "photo.jpg", Size{300, 300});
 BENCHMARK_CAPTURE(decode, progressive.jpg, "progressive.jpg", std::nullopt);
 BENCHMARK_CAPTURE(decode, turned.jpg, "turned.jpg", std::nullopt);
 BENCHMARK_CAPTURE(decode, photo.webp, "photo.webp", std::nullopt);

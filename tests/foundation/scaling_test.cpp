@@ -23,12 +23,17 @@ Pixels noise(int width, int height) {
     return pixels;
 }
 
+std::size_t at(int x, int y, int width) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+}
+
 /// How much of source pixel `i` lies under target pixel `at`, or how much it counts where the picture grows.
-double share(int from, int to, int at, int i) {
+double share(int from, int to, int place, int i) {
     const double ratio = static_cast<double>(from) / to;
-    if (ratio >= 1) return std::max(0.0, std::min((at + 1) * ratio, i + 1.0) - std::max(at * ratio, i * 1.0)) / ratio;
-    const double place = std::clamp((at + 0.5) * ratio - 0.5, 0.0, from - 1.0);
-    return std::max(0.0, 1 - std::abs(place - i));
+    if (ratio >= 1)
+        return std::max(0.0, std::min((place + 1) * ratio, i + 1.0) - std::max(place * ratio, i * 1.0)) / ratio;
+    const double middle = std::clamp((place + 0.5) * ratio - 0.5, 0.0, from - 1.0);
+    return std::max(0.0, 1 - std::abs(middle - i));
 }
 
 /// A channel of a scaled pixel, worked out from every source pixel in double precision.
@@ -38,7 +43,7 @@ double exact(const Pixels& pixels, int width, int height, int toWidth, int toHei
         const double down = share(height, toHeight, y, row);
         for (int column = 0; down > 0 && column < width; ++column)
             sum += down * share(width, toWidth, x, column) *
-                   static_cast<double>(pixels[static_cast<std::size_t>(row * width + column)] >> shift & 0xFF);
+                   static_cast<double>(pixels[at(column, row, width)] >> shift & 0xFF);
     }
     return sum;
 }
@@ -69,7 +74,7 @@ TEST(Scaling, AveragesAndInterpolates) {
         double worst = 0;
         for (int y = 0; y < row.toHeight; ++y)
             for (int x = 0; x < row.toWidth; ++x) {
-                const std::uint32_t pixel = scaled[static_cast<std::size_t>(y * row.toWidth + x)];
+                const std::uint32_t pixel = scaled[at(x, y, row.toWidth)];
                 for (const unsigned shift : {0U, 8U, 16U, 24U}) {
                     const double want = exact(source, row.width, row.height, row.toWidth, row.toHeight, x, y, shift);
                     worst = std::max(worst, std::abs(want - static_cast<double>(pixel >> shift & 0xFF)));

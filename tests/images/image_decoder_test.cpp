@@ -105,10 +105,11 @@ void expectTiles(const Bitmap& picture, const Colors& colors, int tolerance) {
     ASSERT_EQ(picture.width() % 3, 0);
     const int tile = picture.width() / 3;
     ASSERT_EQ(picture.height(), 2 * tile);
+    auto expectedColor = colors.begin();
     for (int row = 0; row < 2; ++row)
         for (int column = 0; column < 3; ++column) {
             const std::uint32_t found = picture.row(row * tile + tile / 2)[column * tile + tile / 2];
-            const std::uint32_t expected = colors[static_cast<std::size_t>(3 * row + column)];
+            const std::uint32_t expected = *expectedColor++;
             EXPECT_LE(difference(found, expected), tolerance)
                 << std::hex << found << " instead of " << expected << " in tile " << row << ", " << column;
         }

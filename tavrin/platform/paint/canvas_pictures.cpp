@@ -27,7 +27,8 @@ Surface surfaceOf(Picture picture) {
     static const cairo_user_data_key_t owner{};
     auto kept = std::make_unique<Picture>(std::move(picture));
     const auto release = [](void* held) { delete static_cast<Picture*>(held); };
-    if (cairo_surface_set_user_data(surface.get(), &owner, kept.get(), release) == CAIRO_STATUS_SUCCESS) kept.release();
+    if (cairo_surface_set_user_data(surface.get(), &owner, kept.get(), release) == CAIRO_STATUS_SUCCESS)
+        static_cast<void>(kept.release());
     return surface;
 }
 
@@ -119,8 +120,14 @@ void Canvas::State::embed(const Picture& picture, const Rect& rect) {
     const Size shown = extent(matrix(), rect.size);
     int width = picture->width();
     int height = picture->height();
-    while (std::max(width, height) > maximumSourceSide ||
-           (width / 2 >= documentDensity * shown.width && height / 2 >= documentDensity * shown.height)) {
+    const auto isTooLarge = [&] {
+        const int halfWidth = width / 2;
+        const int halfHeight = height / 2;
+        const bool halfIsEnough =
+            halfWidth >= documentDensity * shown.width && halfHeight >= documentDensity * shown.height;
+        return halfIsEnough || std::max(width, height) > maximumSourceSide;
+    };
+    while (isTooLarge()) {
         width = std::max(1, width / 2);
         height = std::max(1, height / 2);
     }
