@@ -12,6 +12,12 @@ bool serves(const std::optional<Size>& decodedFor, const std::optional<Size>& wa
     return wanted && wanted->width <= decodedFor->width && wanted->height <= decodedFor->height;
 }
 
+/// What an entry takes: also small pictures take some memory.
+std::size_t costOf(const URL& url, const Bitmap& image) {
+    constexpr std::size_t bookkeeping = 256;
+    return image.byteCount() + 2 * url.string().size() + bookkeeping;
+}
+
 }  // namespace
 
 std::shared_ptr<const Bitmap> ImageMemory::find(const URL& url, const std::optional<Size>& wanted) {
@@ -32,12 +38,13 @@ void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image, cons
     Entries dropped;  // destroyed last, when the lock is gone
     const std::lock_guard lock(mutex_);
     if (const auto found = byURL_.find(url); found != byURL_.end()) {
-        bytes_ -= found->second->image->byteCount();
+        bytes_ -= costOf(url, *found->second->image);
         dropped.splice(dropped.end(), entries_, found->second);
         byURL_.erase(found);
     }
-    if (image->byteCount() > maximumBytes_) return;
-    bytes_ += image->byteCount();
+    const std::size_t cost = costOf(url, *image);
+    if (cost > maximumBytes_) return;
+    bytes_ += cost;
     entries_.push_front({url, std::move(image), decodedFor});
     byURL_.emplace(url, entries_.begin());
     dropped.splice(dropped.end(), evict());
@@ -64,7 +71,7 @@ ImageMemory::Entries ImageMemory::evict() {
     Entries dropped;
     while (bytes_ > maximumBytes_) {
         const auto last = std::prev(entries_.end());
-        bytes_ -= last->image->byteCount();
+        bytes_ -= costOf(last->url, *last->image);
         byURL_.erase(last->url);
         dropped.splice(dropped.end(), entries_, last);
     }

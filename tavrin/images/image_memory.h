@@ -29,7 +29,7 @@ public:
 
     void setMaximumBytes(std::size_t bytes);
     [[nodiscard]] std::size_t maximumBytes() const;
-    /// What the pictures take now.
+    /// What the pictures take now, with what it takes to keep them.
     [[nodiscard]] std::size_t bytes() const;
 
 private:

@@ -75,7 +75,7 @@ TEST(LoadedBodyThreads, WaitAtOnceAndUnfoldInOrder) {
     std::vector<std::string> keys;
     for (int i = 0; i < 40; ++i) {
         keys.push_back(std::to_string(i));
-        children.push_back(Holder{framed(1, 1, Waiting{keys.back(), &diary, std::chrono::milliseconds(60 - i)})});
+        children.emplace_back(Holder{framed(1, 1, Waiting{keys.back(), &diary, std::chrono::milliseconds(60 - i)})});
     }
     const LayoutTree tree = laidOut(stackOf(children));
     EXPECT_THAT(diary.bodies, ElementsAreArray(keys));

@@ -11,45 +11,53 @@ namespace {
 
 URL urlOf(int number) { return *URL::parse("http://a/" + std::to_string(number)); }
 
-/// A picture of 400 bytes.
+/// A picture of 4,000 bytes.
 std::shared_ptr<const Bitmap> picture() {
-    return std::make_shared<const Bitmap>(10, 10, std::vector<std::uint32_t>(100));
+    return std::make_shared<const Bitmap>(10, 100, std::vector<std::uint32_t>(1000));
+}
+
+/// What such a picture takes in memory; addresses of one digit.
+std::size_t cost() {
+    ImageMemory memory(10'000);
+    memory.keep(urlOf(0), picture(), std::nullopt);
+    return memory.bytes();
 }
 
 TEST(ImageMemories, DropWhatWasNotAskedForTheLongest) {
-    ImageMemory memory(1200);
+    EXPECT_GE(cost(), 4000U);
+    ImageMemory memory(3 * cost());
     for (int i = 0; i < 3; ++i) memory.keep(urlOf(i), picture(), std::nullopt);
-    EXPECT_EQ(memory.bytes(), 1200U);
+    EXPECT_EQ(memory.bytes(), 3 * cost());
     EXPECT_NE(memory.find(urlOf(0), std::nullopt), nullptr);
     EXPECT_TRUE(memory.holds(urlOf(1), std::nullopt)) << "which is not asking for it";
     memory.keep(urlOf(3), picture(), std::nullopt);
     EXPECT_EQ(memory.find(urlOf(1), std::nullopt), nullptr);
     for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i), std::nullopt), nullptr) << i;
-    memory.setMaximumBytes(800);
-    EXPECT_EQ(memory.bytes(), 800U);
+    memory.setMaximumBytes(2 * cost());
+    EXPECT_EQ(memory.bytes(), 2 * cost());
     EXPECT_FALSE(memory.holds(urlOf(0), std::nullopt));
     memory.setMaximumBytes(0);
     EXPECT_EQ(memory.bytes(), 0U);
 }
 
 TEST(ImageMemories, KeepNothingLargerThanTheyMay) {
-    ImageMemory memory(399);
+    ImageMemory memory(cost() - 1);
     memory.keep(urlOf(0), picture(), std::nullopt);
     EXPECT_EQ(memory.find(urlOf(0), std::nullopt), nullptr);
     EXPECT_EQ(memory.bytes(), 0U);
 }
 
 TEST(ImageMemories, KeepOnePictureOfAnAddress) {
-    ImageMemory memory(1000);
+    ImageMemory memory(10'000);
     memory.keep(urlOf(0), picture(), std::nullopt);
     const auto second = picture();
     memory.keep(urlOf(0), second, std::nullopt);
     EXPECT_EQ(memory.find(urlOf(0), std::nullopt), second);
-    EXPECT_EQ(memory.bytes(), 400U);
+    EXPECT_EQ(memory.bytes(), cost());
 }
 
 TEST(ImageMemories, DoNotServeSmallOnesForLarge) {
-    ImageMemory memory(1000);
+    ImageMemory memory(10'000);
     memory.keep(urlOf(0), picture(), Size{50, 40});
     const struct {
         const char* why;
@@ -72,7 +80,7 @@ TEST(ImageMemories, DoNotServeSmallOnesForLarge) {
 }
 
 TEST(ImageMemoryThreads, ManyKeepAndFind) {
-    ImageMemory memory(4000);
+    ImageMemory memory(10 * cost());
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([&memory, thread] {
@@ -87,7 +95,7 @@ TEST(ImageMemoryThreads, ManyKeepAndFind) {
             }
         });
     threads.clear();
-    EXPECT_LE(memory.bytes(), 4000U);
+    EXPECT_LE(memory.bytes(), 10 * cost());
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ int freePort() {
     place.sin_family = AF_INET;
     place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof place;
-    ::bind(probe, reinterpret_cast<sockaddr*>(&place), size);
+    static_cast<void>(::bind(probe, reinterpret_cast<sockaddr*>(&place), size));
     ::getsockname(probe, reinterpret_cast<sockaddr*>(&place), &size);
     ::close(probe);
     return ntohs(place.sin_port);

@@ -174,6 +174,22 @@ TEST_F(WebImageCaches, ReadFiles) {
     EXPECT_EQ(cache.loadImageFromFile(picture, &listener), image) << "from memory";
 }
 
+TEST_F(WebImageCaches, DoNotTakeWhatWasDecodedSmallForMore) {
+    const URL large = URL::fileURL(TAVRIN_SOURCE_DIR "/tests/images/pictures/large.jpg");  // 480 x 320 pixels
+    const auto small = cache.loadImageFromFile(large, nullptr, {.wanted = Size{100, 100}});
+    ASSERT_NE(small, nullptr);
+    EXPECT_LT(small->width(), 480);
+    EXPECT_GE(small->width(), 100);
+    EXPECT_EQ(cache.loadImageFromFile(large, nullptr, {.wanted = Size{90, 100}}), small);
+    const auto whole = cache.loadImageFromFile(large, nullptr);
+    EXPECT_EQ(whole->width(), 480);
+    EXPECT_EQ(cache.loadImageFromFile(large, nullptr, {.wanted = Size{90, 100}}), whole);
+    cache.setMaximumBytes(0);
+    cache.setMaximumBytes(10'000'000);
+    EXPECT_EQ(cache.loadImageFromFile(large, nullptr, {.wanted = Size{1000, 1000}})->width(), 480);
+    EXPECT_TRUE(cache.holds(large)) << "it was small enough to be decoded whole";
+}
+
 TEST_F(WebImageCaches, PrefetchWithoutAWord) {
     const std::vector<URL> urls{urlOf(server.at("/ok/1")), urlOf(server.at("/text")), urlOf(server.at("/reset")),
                                 urlOf("ftp://a/b"),        urlOf(server.at("/ok/1")), urlOf(server.at("/late/300"))};

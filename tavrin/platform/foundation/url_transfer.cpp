@@ -86,6 +86,7 @@ curl_socket_t URLTransfer::openSocket(void* transfer, curlsocktype, curl_sockadd
     return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the library's type
 int URLTransfer::aboutToRequest(void* transfer, char* remote, char*, int, int) noexcept {
     try {
         auto& self = *static_cast<URLTransfer*>(transfer);

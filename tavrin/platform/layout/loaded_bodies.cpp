@@ -53,7 +53,7 @@ std::vector<Loading::Body> loadAll(const std::vector<Loading>& loads) {
     const auto work = [&] {
         for (std::size_t index = next++; index < loads.size(); index = next++) bodies[index] = loaded(loads[index]);
     };
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;  // which wait for each other at the end, whatever happens
     try {
         const BlockedSignals blocked;  // signals are the host's
         const std::size_t count = std::min(loads.size(), LoadedBodies::maximumThreads) - 1;
@@ -63,7 +63,7 @@ std::vector<Loading::Body> loadAll(const std::vector<Loading>& loads) {
         // Those that did start, and this one, do the work.
     }
     work();
-    for (std::thread& thread : threads) thread.join();
+    threads.clear();
     return bodies;
 }
 
