@@ -18,6 +18,7 @@ namespace tavrin::paint {
 struct CairoDeleter {
     void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
 };
 
 struct Canvas::State {
@@ -41,6 +42,7 @@ struct Canvas::State {
     std::vector<Level> levels;
 
     [[nodiscard]] bool isSVG() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_SVG; }
+    [[nodiscard]] bool isPDF() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_PDF; }
     [[nodiscard]] Level& level() { return levels.back(); }
     void pushLevel();
     void popLevel();
