@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::array<std::string_view, 1> typeKey{"type"};
 
-/// Decodes the tag and then, from the same object, the record that is registered for it. Some tags are reserved and have
-/// none.
+/// Decodes the tag and then, from the same object, the record that is registered for it. Some tags are reserved and
+/// have none.
 template <class Tagged, class Tag, class Registry>
 Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
     decoder.require(JSONKind::object);
@@ -28,9 +28,7 @@ Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
 
 Node::Node() : Node(EmptyViewNode{}) {}
 
-Node Coding<Node>::decode(const Decoder& decoder) {
-    return decodeTagged<Node, NodeType>(decoder, registerNodeType());
-}
+Node Coding<Node>::decode(const Decoder& decoder) { return decodeTagged<Node, NodeType>(decoder, registerNodeType()); }
 
 void Coding<Node>::encode(const Node& node, JSONWriter& writer) { encodeTagged(*node.box_, writer); }
 

@@ -16,8 +16,15 @@ void RenderState::cacheImage(std::string_view url) {
     if (std::optional<URL> parsed = URL::parse(url)) webImageURLs.push_back(*std::move(parsed));
 }
 
+const TimeZone& RenderState::deviceTimeZone(const Context& context) {
+    if (context.timeZone) return *context.timeZone;
+    if (!processTimeZone_) processTimeZone_ = TimeZone::current();
+    return *processTimeZone_;
+}
+
 void RenderState::beginRender(const Context& context) {
     now = context.date ? *context.date : Date::now();
+    processTimeZone_.reset();
     nodesDrawn = 0;
     modifiersApplied = 0;
 }

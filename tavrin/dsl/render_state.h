@@ -33,6 +33,8 @@ struct RenderState {
     /// The references that are being drawn, outermost first.
     std::vector<std::string_view> openReferences;
 
+    /// The device's time zone: the context's, else that of the process, which is looked up once for each render.
+    const TimeZone& deviceTimeZone(const Context& context);
     /// Records an image's address for the next call's prefetch; what is no address is left out.
     void cacheImage(std::string_view url);
     /// Begins to draw an outermost node: counts from zero again.
@@ -78,6 +80,8 @@ private:
     static constexpr std::size_t modifiersPerNode = 8;
 
     [[noreturn]] static void failModifiers(const Context& context);
+
+    std::optional<TimeZone> processTimeZone_;
 };
 
 }  // namespace tavrin

@@ -1,15 +1,15 @@
 #include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
 
-#include "tavrin/dsl/context.h"
+#include "tavrin/dsl/render_state.h"
 #include "tavrin/modifiers/kel_clock_widget_kit.h"
 
 namespace tavrin {
 namespace {
 
-TimeZone zoneOf(const std::optional<SharedText>& identifier, const Context& context) {
+TimeZone zoneOf(const std::optional<SharedText>& identifier, Context& context) {
     if (identifier)
         if (const std::optional<TimeZone> zone = TimeZone::named(*identifier)) return *zone;
-    return context.timeZone ? *context.timeZone : TimeZone::current();
+    return RenderState::of(context).deviceTimeZone(context);
 }
 
 }  // namespace

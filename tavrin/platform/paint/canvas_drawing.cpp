@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/canvas_state.h"
@@ -121,6 +122,12 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
             draw(context);
         });
         PixelTarget(cairo()).fill(coverage, *source);
+    } else if (state_->isPDF() && std::holds_alternative<Gradient>(paint)) {
+        // Some viewers leave out what of a gradient's stroke lies past the bounds of the outline; a mask they draw.
+        cairo_push_group_with_content(cairo(), CAIRO_CONTENT_ALPHA);
+        draw(cairo());
+        const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo()));
+        if (setSource(cairo(), paint, false)) cairo_mask(cairo(), mask.get());
     } else if (setSource(cairo(), paint, state_->raster)) {
         cairo_new_path(cairo());
         draw(cairo());

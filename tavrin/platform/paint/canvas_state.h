@@ -20,6 +20,7 @@ namespace tavrin::paint {
 struct CairoDeleter {
     void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
 };
 
 struct Canvas::State {
@@ -45,6 +46,7 @@ struct Canvas::State {
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
     [[nodiscard]] bool isSVG() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_SVG; }
+    [[nodiscard]] bool isPDF() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_PDF; }
     [[nodiscard]] Level& level() { return levels.back(); }
     void pushLevel();
     void popLevel();
