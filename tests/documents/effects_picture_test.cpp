@@ -77,10 +77,10 @@ TEST(EffectsPicture, TurnedTextsAndGradientsAreTheTurnedPictures) {
         {"a clip", color("#00AA00", R"({"type": "clipShape", "view": {"type": "capsule"}}, {})")},
     };
     const Page page{{60, 60}, 3};
-    for (const auto& [why, main] : rows) {
-        SCOPED_TRACE(why);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.first);
         const auto turned = [&](const char* angle) {
-            std::string text = main;
+            std::string text = row.second;
             const std::string modifiers =
                 frame(48, 24) + ", " + effect("rotationEffect", "\"angle\": " + std::string(angle));
             return drawn(text.replace(text.rfind("{}"), 2, modifiers), page);

@@ -39,9 +39,9 @@ TEST(EffectModifiers, RequireTheirKeys) {
         {R"({"type": "scaleEffect", "x": []})", "typeMismatch"},
         {R"({"type": "transition"})", "dataCorrupted at nodes.main.modifiers[0].type: Type unsupported"},
     };
-    for (const auto& [modifier, start] : rows) {
-        const std::string failure = failureOf([&] { return modified(modifier); });
-        EXPECT_TRUE(failure.starts_with(start)) << failure;
+    for (const auto& row : rows) {
+        const std::string failure = failureOf([&] { return modified(row.first); });
+        EXPECT_TRUE(failure.starts_with(row.second)) << failure;
     }
 }
 

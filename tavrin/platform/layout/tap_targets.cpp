@@ -1,8 +1,9 @@
 #include "tavrin/platform/layout/tap_targets.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
 #include <optional>
+#include <utility>
 
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -91,8 +92,9 @@ private:
     void visit(const HStack&, const Pending& at) { pushChildren(at); }
     void visit(const ZStack&, const Pending& at) { pushChildren(at); }
     void pushChildren(const Pending& at) {
-        const auto drawn = tree_.drawingOrder(at.index);
-        for (auto child = drawn.rbegin(); child != drawn.rend(); ++child) push(*child, at);
+        const auto first = static_cast<std::ptrdiff_t>(pending_.size());
+        for (const Index child : tree_.drawingOrder(at.index)) push(child, at);
+        std::reverse(pending_.begin() + first, pending_.end());
     }
 
     // What is pushed last is drawn first.
