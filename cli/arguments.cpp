@@ -71,7 +71,7 @@ void checkDocuments(const Command& command) {
     const std::size_t count = command.operands.size();
     if (count == 0)
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
-    const bool takesOne = command.verb != Verb::render && command.verb != Verb::check;
+    const bool takesOne = command.verb == Verb::tree || command.verb == Verb::layout || command.verb == Verb::targets;
     if (takesOne && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
