@@ -47,7 +47,7 @@ asan: build/asan/build.ninja ## all tests under the address and undefined-behavi
 	ctest --preset asan --parallel $(JOBS)
 
 tsan: build/tsan/build.ninja ## the tests of threads under the thread sanitizer
-	cmake --build --preset tsan
+	cmake --build --preset tsan --target thread_tests
 	ctest --preset tsan --parallel $(JOBS)
 
 fuzz: build/asan/build.ninja ## fuzz for FUZZ_SECONDS (60)

@@ -132,7 +132,7 @@ TEST(TimeZone, IsTheOneTheProcessRunsIn) {
     EXPECT_EQ(TimeZone::current().identifier(), systemZone);
 }
 
-TEST(TimeZone, ServesSeveralThreads) {
+TEST(TimeZoneThreads, AreServedAtOnce) {
     std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i)
         threads.emplace_back(

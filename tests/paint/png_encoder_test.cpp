@@ -129,7 +129,7 @@ TEST(PngEncoder, SmallIsSmaller) {
     EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
 }
 
-TEST(PngEncoder, BytesAreTheSameInEveryThread) {
+TEST(PngEncoderThreads, WriteTheSameBytes) {
     const PixelBuffer gradient =
         picture(500, 300, [](auto x, auto y) { return packPixel(255, x / 2, y / 2, x * y % 256); });
     const std::string expected = encodePng(gradient);

@@ -260,7 +260,7 @@ TEST(TextDraw, HostileTextsDoNoHarm) {
     EXPECT_EQ(picture.status(), CAIRO_STATUS_SUCCESS);
 }
 
-TEST(TextDraw, TwoThreadsDrawTheSame) {
+TEST(TextDrawThreads, DrawTheSame) {
     const auto library = FontLibrary::make({});
     const auto render = [&](std::vector<std::uint32_t>& pixels) {
         TextEngine engine(library);
