@@ -5,6 +5,8 @@
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/engine/json_decoder.h"
 #include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/images/image_decoder.h"
+#include "tavrin/images/image_processer.h"
 #include "tavrin/images/web_image.h"
 #include "tavrin/images/web_image_cache.h"
 #include "tavrin/images/web_image_hasher.h"

@@ -1,7 +1,10 @@
 #include "tavrin/images/image_decoder.h"
 
+#include <algorithm>
 #include <limits>
 #include <new>
+#include <semaphore>
+#include <thread>
 
 #include "tavrin/images/decoders.h"
 
@@ -11,10 +14,28 @@ namespace images {
 bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height) {
     constexpr std::uint64_t maximumSide = std::numeric_limits<int>::max();
     return width >= 1 && height >= 1 && width <= maximumSide && height <= maximumSide &&
-           width <= bounds.maximumPixels / height;
+           width <= bounds.maximumPixels / height &&
+           width * height * sizeof(std::uint32_t) + Bitmap::bytesInUse() <= bounds.maximumBytesInUse;
 }
 
 namespace {
+
+/// One of the places for pictures that are being decoded: their memory is not counted yet.
+class DecodingPlace {
+public:
+    DecodingPlace() { places().acquire(); }
+    DecodingPlace(const DecodingPlace&) = delete;
+    DecodingPlace& operator=(const DecodingPlace&) = delete;
+    ~DecodingPlace() { places().release(); }
+
+private:
+    using Places = std::counting_semaphore<>;
+    static Places& places() {
+        // Pictures may still be decoded while the process ends.
+        static Places& places = *new Places(std::max(2U, std::thread::hardware_concurrency()));
+        return places;
+    }
+};
 
 using Decode = Picture (*)(std::string_view bytes, const ImageBounds& bounds);
 
@@ -33,6 +54,7 @@ Decode decoderOf(std::string_view bytes) {
 std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds) {
     const images::Decode decode = images::decoderOf(bytes);
     if (decode == nullptr) return nullptr;
+    const images::DecodingPlace place;
     try {
         return decode(bytes, bounds);
     } catch (const std::bad_alloc&) {

@@ -16,8 +16,7 @@ int wholePixels(double side) { return static_cast<int>(std::ceil(side - 1e-6)); 
 
 std::shared_ptr<const Bitmap> ImageProcesser::fit(const std::shared_ptr<const Bitmap>& image) const {
     if (!image) return nullptr;
-    const Size own{static_cast<double>(image->width()), static_cast<double>(image->height())};
-    const Size fitted = images::fittedSize(own, maxSize);
+    const Size fitted = images::fittedSize(image->sourceSize(), maxSize);
     if (!(fitted.width > 0 && fitted.height > 0)) return image;
     return ScaledBitmaps::shared().scaled(image, std::max(1, wholePixels(fitted.width)),
                                           std::max(1, wholePixels(fitted.height)));

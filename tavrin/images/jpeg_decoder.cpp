@@ -140,10 +140,11 @@ Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds) {
     if (!readPixels(reader, reinterpret_cast<std::uint8_t*>(pixels.data()), std::size_t{info.output_width} * 4))
         return nullptr;
     if (inks) convertInks(reader, pixels);
-    if (orientation == Orientation::upright) return std::make_shared<const Bitmap>(width, height, std::move(pixels));
+    if (orientation == Orientation::upright)
+        return std::make_shared<const Bitmap>(width, height, std::move(pixels), stored);
     pixels = uprightPixels(pixels, width, height, orientation);
-    const bool swaps = swapsSides(orientation);
-    return std::make_shared<const Bitmap>(swaps ? height : width, swaps ? width : height, std::move(pixels));
+    if (!swapsSides(orientation)) return std::make_shared<const Bitmap>(width, height, std::move(pixels), stored);
+    return std::make_shared<const Bitmap>(height, width, std::move(pixels), Size{stored.height, stored.width});
 }
 
 }  // namespace tavrin::images

@@ -3,13 +3,13 @@
 #include <condition_variable>
 #include <exception>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 #include <utility>
 
 #include "tavrin/images/image_decoder.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/main_queue.h"
+#include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
 
@@ -43,9 +43,15 @@ void logFailure(Logger* logger, const URL& url) {
     logError(logger, "LoadImageError", "Load Image Failed: " + url.string());
 }
 
-/// Whether a picture may have been decoded smaller than it is: only JPEGs are, and never below what fits.
-bool mayBeSmall(const Bitmap& image, std::string_view bytes, Size wanted) {
-    return bytes.starts_with("\xFF\xD8") && (image.width() >= wanted.width || image.height() >= wanted.height);
+bool isSmallCopy(const Bitmap& image) {
+    return image.sourceSize() != Size{static_cast<double>(image.width()), static_cast<double>(image.height())};
+}
+
+/// Names a prefetch: only one that is alike may stand for another.
+std::string keyOf(const URL& url, const ImageLoadOptions& options) {
+    std::string key = url.string() + ' ' + toText(static_cast<int>(options.fetchPolicy));
+    if (options.wanted) key += ' ' + toText(options.wanted->width) + 'x' + toText(options.wanted->height);
+    return key;
 }
 
 }  // namespace
@@ -60,7 +66,7 @@ WebImageCache::Decoded WebImageCache::decode(const URLResponse& response, const 
     try {
         if (response.error) return {};
         Decoded decoded{decodeImage(response.data, {.wanted = wanted})};
-        if (decoded.image && wanted && mayBeSmall(*decoded.image, response.data, *wanted)) decoded.decodedFor = wanted;
+        if (decoded.image && isSmallCopy(*decoded.image)) decoded.decodedFor = wanted;
         return decoded;
     } catch (const std::exception&) {  // there is not enough memory for it
         return {};
@@ -134,20 +140,22 @@ void WebImageCache::cacheImages(const std::vector<URL>& urls, std::function<void
 }
 
 void WebImageCache::prefetch(const URL& url, const Group& group, const ImageLoadOptions& options) {
+    std::string key = keyOf(url, options);
     {
         const std::lock_guard lock(mutex_);
-        const auto [underWay, isNew] = prefetches_.try_emplace(url);
+        const auto [underWay, isNew] = prefetches_.try_emplace(key);
         underWay->second.push_back(group);
         if (!isNew) return;
     }
-    session_.dataTask({url, options.fetchPolicy}, [this, url, wanted = options.wanted](const URLResponse& response) {
+    const auto end = [this, url, key = std::move(key), wanted = options.wanted](const URLResponse& response) {
         keep(url, decode(response, wanted));
         std::vector<Group> groups;
         const std::lock_guard lock(mutex_);
-        const auto underWay = prefetches_.find(url);
+        const auto underWay = prefetches_.find(key);
         groups.swap(underWay->second);
         prefetches_.erase(underWay);
-    });
+    };
+    session_.dataTask({url, options.fetchPolicy}, end);
 }
 
 }  // namespace tavrin

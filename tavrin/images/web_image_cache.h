@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -81,8 +82,8 @@ private:
     ImageMemory cache_{std::size_t{256} << 20};
 
     std::mutex mutex_;
-    /// The prefetches that are under way, and who waits for each.
-    std::unordered_map<URL, std::vector<Group>> prefetches_;
+    /// The prefetches that are under way, by what they load and how, and who waits for each.
+    std::unordered_map<std::string, std::vector<Group>> prefetches_;
 };
 
 }  // namespace tavrin

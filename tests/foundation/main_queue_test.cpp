@@ -1,5 +1,6 @@
 #include "tavrin/platform/foundation/main_queue.h"
 
+#include <limits>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -26,6 +27,15 @@ TEST(MainQueues, RunBlocksInTheirOrder) {
     EXPECT_THAT(ran, ElementsAre(1, 2));
     EXPECT_EQ(queue.runFor(0), 1U);
     EXPECT_THAT(ran, ElementsAre(1, 2, 3));
+}
+
+TEST(MainQueues, WaitForNoTimeThatIsNone) {
+    MainQueue queue;
+    for (const double seconds :
+         {-1.0, -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        queue.post([] {});
+        EXPECT_EQ(queue.runFor(seconds), 1U) << seconds;
+    }
 }
 
 TEST(MainQueues, KeepWhatComesBehindAnError) {

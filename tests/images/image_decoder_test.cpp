@@ -255,6 +255,19 @@ TEST(ImageDecoder, RefusesMorePixelsThanItMay) {
         << "however small it is wanted";
 }
 
+TEST(ImageDecoder, CountsWhatAllPicturesTake) {
+    const std::string bytes = pictureFile("rgba8.png");
+    constexpr std::size_t size = patternWidth * patternHeight * 4;
+    const std::size_t before = Bitmap::bytesInUse();
+    EXPECT_EQ(decodeImage(bytes, {.maximumBytesInUse = before + size - 1}), nullptr);
+    const auto first = decodeImage(bytes, {.maximumBytesInUse = before + size});
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(Bitmap::bytesInUse(), before + size);
+    EXPECT_EQ(decodeImage(bytes, {.maximumBytesInUse = before + size}), nullptr) << "the first one is still there";
+    EXPECT_NE(decodeImage(bytes, {.maximumBytesInUse = before + 2 * size}), nullptr);
+    EXPECT_EQ(Bitmap::bytesInUse(), before + size) << "the second is gone";
+}
+
 /// `bytes` with the big-endian numbers at `at` replaced.
 std::string withNumbers(std::string bytes, std::size_t at, std::size_t length,
                         const std::vector<std::uint32_t>& numbers) {

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/layout/loaded_bodies.h"
 #include "tests/layout/laid_out.h"
 
 namespace tavrin::layout {
@@ -91,6 +93,18 @@ TEST(LoadedBodyThreads, OneKeyIsWaitedForOnce) {
         laidOut(stackOf({shared, Waiting{"b", &diary}, shared, Waiting{"a", &diary}, Holder{shared}}));
     EXPECT_THAT(diary.bodies, ElementsAre("a", "b", "a", "a", "a"));
     EXPECT_EQ(diary.loads, 2);
+}
+
+TEST(LoadedBodyThreads, AreBoundedInNumber) {
+    Diary diary;
+    const auto treeOf = [&](std::size_t count) {
+        ViewList children;
+        for (std::size_t i = 0; i < count; ++i) children.emplace_back(Waiting{std::to_string(i), &diary});
+        return stackOf(children);
+    };
+    EXPECT_NO_THROW(laidOut(treeOf(LoadedBodies::maximumLoads)));
+    EXPECT_THROW(laidOut(treeOf(LoadedBodies::maximumLoads + 1)), TavrinError);
+    EXPECT_EQ(diary.loads, static_cast<int>(LoadedBodies::maximumLoads)) << "nothing is begun that is too much";
 }
 
 TEST(LoadedBodies, TakeNoThreadForOneAlone) {

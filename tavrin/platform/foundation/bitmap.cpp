@@ -13,13 +13,25 @@ std::uint64_t nextIdentity() {
     return last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
+std::atomic<std::size_t>& usedBytes() {
+    static std::atomic<std::size_t> bytes{0};
+    return bytes;
+}
+
 }  // namespace
 
-Bitmap::Bitmap(int width, int height, std::vector<std::uint32_t> pixels)
+Bitmap::Bitmap(int width, int height, std::vector<std::uint32_t> pixels, std::optional<Size> source)
     : width_(width),
       height_(height),
+      sourceSize_(source.value_or(Size{static_cast<double>(width), static_cast<double>(height)})),
       opaque_(allOpaque(pixels.data(), pixels.size())),
       identity_(nextIdentity()),
-      pixels_(std::move(pixels)) {}
+      pixels_(std::move(pixels)) {
+    usedBytes().fetch_add(byteCount(), std::memory_order_relaxed);
+}
+
+Bitmap::~Bitmap() { usedBytes().fetch_sub(byteCount(), std::memory_order_relaxed); }
+
+std::size_t Bitmap::bytesInUse() { return usedBytes().load(std::memory_order_relaxed); }
 
 }  // namespace tavrin

@@ -4,14 +4,15 @@
 
 namespace tavrin {
 
-/// Lets no signal interrupt the calling thread, nor threads it starts, until the end of the scope; what came meanwhile
-/// then takes effect.
+/// Lets no signal from outside interrupt the calling thread, nor threads it starts, until the end of the scope; what
+/// came meanwhile then takes effect. Faults of the thread itself still reach the host's handlers.
 class BlockedSignals {
 public:
     BlockedSignals() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
+        sigset_t outer;
+        sigfillset(&outer);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) sigdelset(&outer, fault);
+        pthread_sigmask(SIG_SETMASK, &outer, &before_);
     }
     BlockedSignals(const BlockedSignals&) = delete;
     BlockedSignals& operator=(const BlockedSignals&) = delete;

@@ -1,5 +1,6 @@
 #include "tavrin/platform/foundation/main_queue.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -44,7 +45,9 @@ std::size_t MainQueue::runPending() {
 
 std::size_t MainQueue::runFor(double seconds) {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    constexpr double longest = 1e9;  // what a clock can still add
+    const std::chrono::duration<double> time(seconds > 0 ? std::min(seconds, longest) : 0);
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(time);
     std::size_t ran = 0;
     for (;;) {
         ran += runPending();

@@ -25,7 +25,8 @@ public:
     /// a block throws is passed on; the blocks behind it stay.
     std::size_t runPending();
 
-    /// Runs blocks as they come until `seconds` have passed. Returns how many ran.
+    /// Runs blocks as they come until `seconds` have passed, and at least those that are posted by now. Returns how
+    /// many ran.
     std::size_t runFor(double seconds);
 
 private:

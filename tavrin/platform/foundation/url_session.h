@@ -36,6 +36,7 @@ struct URLResponse {
     std::optional<URLError> error = std::nullopt;
 };
 
+/// What a data task loads, and how.
 struct URLRequest {
     URL url;
     FetchPolicy policy = FetchPolicy::all;
@@ -48,7 +49,8 @@ struct URLRequest {
 [[nodiscard]] std::optional<std::string> refusal(const URL& url, FetchPolicy policy);
 
 /// Loads what URLs stand for: `http` and `https`, with HTTP/2 where the server offers it, at most 10 redirects, proxies
-/// from the environment and connections that are used again; and `file`, for regular files on this machine.
+/// from the environment and connections that are used again; and `file`, for regular files on this machine. After a
+/// fork the child can load nothing: it has none of the threads.
 ///
 /// One thread does all transfers, a few others call the completions; both start with the first task. At most 64
 /// transfers are under way, 32 of them with one host; the others wait, hosts taking turns. Thread-safe.

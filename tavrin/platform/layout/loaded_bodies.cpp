@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/blocked_signals.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::layout {
 namespace {
@@ -29,6 +30,9 @@ std::vector<Loading> findLoads(const AnyView& root) {
         if (!box.loads || !seen.insert(&box).second) continue;
         std::optional<Loading> loading = box.loading();
         if (loading && !loading->isReady && keys.insert(loading->key).second) loads.push_back(*std::move(loading));
+        if (loads.size() > LoadedBodies::maximumLoads)
+            throw TavrinError(
+                "Engine", "more than " + std::to_string(LoadedBodies::maximumLoads) + " pictures have to be loaded");
         inside.clear();
         box.forEachInside([&](const AnyView& view) { inside.push_back(&view); });
         pending.insert(pending.end(), inside.rbegin(), inside.rend());

@@ -14,9 +14,11 @@ class LoadedBodies {
 public:
     /// At most so many views are waited for at once; the next ones begin as others end.
     static constexpr std::size_t maximumThreads = 32;
+    /// More keys than this to wait for are an error: each may take seconds.
+    static constexpr std::size_t maximumLoads = 512;
 
     /// Waits for the views in a tree. Starts no thread where no view, or only one, has to wait: that one waits when it
-    /// is asked for.
+    /// is asked for. Throws `TavrinError` of kind "Engine" where too many have to.
     static LoadedBodies under(const AnyView& root);
 
     /// The body of a composed view. Passes on what loading or making it throws.
