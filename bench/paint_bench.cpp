@@ -52,7 +52,7 @@ struct Part {
     bool background;
     bool line;
     bool texts;
-    bool emoji;
+    bool pictures;
     bool fading = true;
 };
 
@@ -62,7 +62,7 @@ constexpr Part parts[] = {
     {"line", false, true, false, false},
     {"texts", false, false, true, false},
     {"texts, none faded", false, false, true, false, false},
-    {"emoji", false, false, false, true},
+    {"pictures", false, false, false, true},
     {"nothing", false, false, false, false},
 };
 
@@ -83,13 +83,14 @@ AnyView weatherPart(const Part& part) {
             replaceAll(document, "initServerParam." + std::string(key) + "}}", "initServerParam.none}}");
             replaceAll(document, "]." + std::string(key) + "}}", "].none}}");
         }
-    if (!part.emoji) {
+    if (!part.pictures) {
         replaceAll(document, "initServerParam.sky}}", "initServerParam.none}}");
         replaceAll(document, "].sky}}", "].none}}");
     }
     replaceAll(weather.model, "\"city\"", R"("none": " ", "city")");
     replaceAll(weather.model, "\"time\"", R"("none": " ", "time")");
     Context context;
+    context.imageCacheDir = URL::fileURL(TAVRIN_SOURCE_DIR "/examples/weather/pictures");
     return TavrinEngine().loadView(document, weather.model, context);
 }
 
@@ -127,6 +128,7 @@ const std::vector<Primitive>& primitives() {
         {"diagonal gradient in corners", gradient + R"("start":"topLeading","end":"bottomTrailing",)" + corners + "}"},
         {"border",
          R"({"type":"color","value":"#00000000","modifiers":[{"type":"border","color":"","colorNode":{"value":"#2F6FDE"},"width":2}]})"},
+        {"emoji", R"({"type":"text","content":"🌤️☀️⛅🌦️🌧️","fontSize":24})"},
     };
     return list;
 }
@@ -136,7 +138,7 @@ void BM_PaintPrimitive(benchmark::State& state) {
     state.SetLabel(primitive.name);
     paintRepeatedly(state, Picture(viewOf(primitive.main)));
 }
-BENCHMARK(BM_PaintPrimitive)->DenseRange(0, 11)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PaintPrimitive)->DenseRange(0, 12)->Unit(benchmark::kMicrosecond);
 
 /// A diagonal gradient in a rounded rectangle against one colour in it, by turns; `ratio` is at most 5.
 void BM_GradientAgainstColor(benchmark::State& state) {

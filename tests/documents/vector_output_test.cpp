@@ -292,8 +292,8 @@ TEST(VectorOutput, DifferencesAreNoticed) {
         const char* text;
         const char* by;
     } rows[] = {
-        {"a missing small text", R"("content": "{{initServerParam.hours[5].time}}")", R"("content": "")"},
-        {"a missing emoji", R"("content": "{{initServerParam.hours[2].sky}}")", R"("content": " ")"},
+        {"a missing small text", R"("content": "{{initServerParam.hours[0].time}}")", R"("content": "")"},
+        {"a missing picture", R"("url": "{{initServerParam.hours[2].sky}}")", R"("url": "none")"},
         {"another number", R"("content": "{{initServerParam.temperature}}")", R"("content": "88°")"},
         {"another background", "#2F6FDE-#5AA5F2-#8CC8F5", "#2F6FDE-#5AA5F2-#5AA5F2"},
         {"a text in the wrong colour", R"({"type": "foregroundColor", "color": {"value": "#FFFFFF"}})",

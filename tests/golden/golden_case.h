@@ -31,7 +31,8 @@ inline void writeFile(const std::filesystem::path& path, const std::string& cont
 /// Whether what is expected is rewritten instead of compared.
 inline bool updatesGoldens() { return std::getenv("TAVRIN_UPDATE_GOLDENS") != nullptr; }
 
-/// A folder with `document.json`, perhaps `model.json`, and `options.txt`: the program's options for it.
+/// A folder with `document.json`, perhaps `model.json`, and `options.txt`: the program's options for it, as they are
+/// given in that folder.
 struct GoldenCase {
     std::filesystem::path folder;
 
@@ -59,13 +60,15 @@ struct GoldenCase {
         return render;
     }
 
-    /// The view of a document, by default the case's own, with the case's model and moment.
+    /// The view of a document, by default the case's own, with the case's model, moment and pictures.
     [[nodiscard]] AnyView view(const std::string& document) const {
         Context context;
         const auto given = options();
         if (const auto date = given.find("--date"); date != given.end())
             context.date = Date::parseRFC3339(date->second);
         context.timeZone = renderOptions(Appearance::light).environment.timeZone;
+        if (const auto pictures = given.find("--image-cache-dir"); pictures != given.end())
+            context.imageCacheDir = URL::fileURL(folder / pictures->second);
         const std::string model = readFile(folder / "model.json");
         return TavrinEngine().loadView(document, model.empty() ? std::nullopt : std::optional<std::string_view>(model),
                                        context);
