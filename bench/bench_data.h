@@ -15,14 +15,17 @@ inline std::string readFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// An example's document and model.
+/// An example's document, model and pictures.
 struct Example {
     explicit Example(const std::string& name)
         : document(readFile("examples/" + name + "/document.json")),
-          model(readFile("examples/" + name + "/model.json")) {}
+          model(readFile("examples/" + name + "/model.json")),
+          pictures(std::string(TAVRIN_SOURCE_DIR) + "/examples/" + name + "/pictures") {}
 
     std::string document;
     std::string model;
+    /// The folder of its pictures, where it has any.
+    std::string pictures;
 };
 
 /// A vertical stack of `count` texts.

@@ -90,7 +90,7 @@ AnyView weatherPart(const Part& part) {
     replaceAll(weather.model, "\"city\"", R"("none": " ", "city")");
     replaceAll(weather.model, "\"time\"", R"("none": " ", "time")");
     Context context;
-    context.imageCacheDir = URL::fileURL(TAVRIN_SOURCE_DIR "/examples/weather/pictures");
+    context.imageCacheDir = URL::fileURL(weather.pictures);
     return TavrinEngine().loadView(document, weather.model, context);
 }
 

@@ -35,6 +35,7 @@ RenderOptions optionsFor(const Widget& widget) {
 AnyView load(const Example& example) {
     Context context;
     context.date = moment;
+    context.imageCacheDir = URL::fileURL(example.pictures);
     return TavrinEngine().loadView(example.document, example.model, context);
 }
 

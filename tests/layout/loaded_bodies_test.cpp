@@ -1,10 +1,11 @@
+#include "tavrin/platform/layout/loaded_bodies.h"
+
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
 #include <thread>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/layout/loaded_bodies.h"
 #include "tests/layout/laid_out.h"
 
 namespace tavrin::layout {
