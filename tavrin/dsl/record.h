@@ -46,8 +46,8 @@ template <DSLRecord Record>
 template <DSLRecord Record>
 void bindModel(Record& record, const ModelContext& model);
 
-/// How a property takes part in binding: `boundFirst`, whether before or after what the record holds directly. By
-/// default it does not.
+/// How a property takes part in binding: `boundFirst`, whether before or after what the record holds directly;
+/// `needed`, whether something in it is to be resolved, and only then `bind` does so. By default it takes no part.
 template <class Wrapper>
 struct FieldBinding {
     static constexpr bool boundFirst = false;
@@ -60,7 +60,7 @@ struct FieldBinding<LosslessDSLValue<T>> {
     static constexpr bool boundFirst = true;
     static bool needed(const LosslessDSLValue<T>& value) { return !value.resolved(); }
     static void bind(LosslessDSLValue<T>& value, const ModelContext& model) {
-        if (!value.resolved()) value.setWrappedValue(value.resolve(model));
+        value.setWrappedValue(value.resolve(model));
     }
 };
 
@@ -79,15 +79,18 @@ struct FieldBinding<DSLValue<std::optional<T>>> {
         return value.wrappedValue && needsBinding(*value.wrappedValue);
     }
     static void bind(DSLValue<std::optional<T>>& value, const ModelContext& model) {
-        if (value.wrappedValue) bindModel(*value.wrappedValue, model);
+        bindModel(*value.wrappedValue, model);
     }
 };
 
 template <bool first, DSLRecord Record>
 void bindFields(Record& record, const ModelContext& model) {
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
-        if constexpr (FieldBinding<Wrapper>::boundFirst == first)
-            within(field.key, [&] { FieldBinding<Wrapper>::bind(record.*field.member, model); });
+        if constexpr (FieldBinding<Wrapper>::boundFirst == first) {
+            Wrapper& value = record.*field.member;
+            if (FieldBinding<Wrapper>::needed(value))
+                within(field.key, [&] { FieldBinding<Wrapper>::bind(value, model); });
+        }
     });
 }
 

@@ -14,7 +14,8 @@ namespace {
 
 std::shared_ptr<const ModelContext> decodeModel(std::string_view text) {
     try {
-        return std::make_shared<const ModelContext>(JSONDecoder().decode<JSON>(text), ModelContext::Environment());
+        return std::allocate_shared<const ModelContext>(pool::Allocator<ModelContext>(),
+                                                        JSONDecoder().decode<JSON>(text), ModelContext::Environment());
     } catch (PlacedError& error) {
         error.role = TextRole::model;
         throw;
@@ -32,7 +33,8 @@ void checkVersion(DSLVersion version) {
 AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_view> model, Context& context) const {
     DSLRoot root = JSONDecoder().decode<DSLRoot>(json);
     RenderState& state = RenderState::of(context);
-    state.rootNodes = std::make_shared<const NodeDictionary>(std::move(root.nodes));
+    state.rootNodes =
+        std::allocate_shared<const NodeDictionary>(pool::Allocator<NodeDictionary>(), std::move(root.nodes));
     if (model) state.modelContext = decodeModel(*model);
     checkVersion(root.version);
     WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, {context.fetchPolicy, context.maxImageSize});
