@@ -91,7 +91,8 @@ def pine(chance, x, foot, height):
 
 
 def near_shore(chance):
-    line = rough_line(chance, [(0, 905), (130, 930), (290, 985), (430, 1020), (610, 1036), (800, 1020), (1014, 968)], 0.05)
+    corners = [(0, 905), (130, 930), (290, 985), (430, 1020), (610, 1036), (800, 1020), (1014, 968)]
+    line = rough_line(chance, corners, 0.05)
     trees = ""
     for x, height in [(150, 150), (262, 118), (338, 70), (16, 330), (92, 250), (60, 205), (196, 190), (-20, 260),
                       (1002, 190), (960, 132), (906, 88), (1024, 250)]:
@@ -108,7 +109,8 @@ def definitions():
                f'height="{HEIGHT - WATER + 40}" color-interpolation-filters="sRGB">'
                '<feTurbulence type="fractalNoise" baseFrequency="0.006 0.11" numOctaves="3" seed="4" result="waves"/>'
                '<feGaussianBlur in="SourceGraphic" stdDeviation="1.5 4.5" result="calm"/>'
-               '<feDisplacementMap in="calm" in2="waves" scale="34" xChannelSelector="R" yChannelSelector="G"/></filter>')
+               '<feDisplacementMap in="calm" in2="waves" scale="34" xChannelSelector="R" yChannelSelector="G"/>'
+               '</filter>')
     parts = [
         gradient("sky", [(0, "#1D2856"), (0.22, "#3C3F7C"), (0.42, "#7C5C96"), (0.6, "#C87A92"), (0.74, "#F09C80"),
                          (0.84, "#F9BE86"), (1, "#FBD7A0")]),

@@ -34,7 +34,8 @@ def polygon(points, fill, more=""):
 
 
 def rough_line(chance: random.Random, points, roughness, steps=6):
-    """A line through points, broken again and again at the middle of each piece, up or down by a share of its length."""
+    """A line through points, broken again and again at the middle of each piece: up or down by a share of its length.
+    """
     for _ in range(steps):
         broken = [points[0]]
         for (x0, y0), (x1, y1) in zip(points, points[1:]):
@@ -44,10 +45,9 @@ def rough_line(chance: random.Random, points, roughness, steps=6):
     return points
 
 
-def drawn(width, height, definitions, body, scale=1):
-    """The picture of an SVG document, its sides times `scale`."""
-    document = (f'<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
-                f'width="{width}" height="{height}" viewBox="0 0 {width} {height}"><defs>{definitions}</defs>{body}</svg>')
-    command = ["rsvg-convert", "--width", str(width * scale), "--height", str(height * scale)]
-    png = subprocess.run(command, input=document.encode(), stdout=subprocess.PIPE, check=True).stdout
+def drawn(width, height, definitions, body):
+    """The picture of an SVG document."""
+    document = (f'<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" width="{width}" '
+                f'height="{height}"><defs>{definitions}</defs>{body}</svg>')
+    png = subprocess.run(["rsvg-convert"], input=document.encode(), stdout=subprocess.PIPE, check=True).stdout
     return Image.open(io.BytesIO(png)).convert("RGBA")

@@ -16,7 +16,8 @@ def comet():
     stars = ""
     for _ in range(90):
         x, y, size = chance.uniform(0, SIDE), chance.uniform(0, SIDE), chance.choice((0.5, 0.7, 0.9, 1.5))
-        stars += f'<circle cx="{x:.1f}" cy="{y:.1f}" r="{size}" fill="#E8F2FF" opacity="{chance.uniform(0.35, 1):.2f}"/>'
+        stars += (f'<circle cx="{x:.1f}" cy="{y:.1f}" r="{size}" fill="#E8F2FF" '
+                  f'opacity="{chance.uniform(0.35, 1):.2f}"/>')
     tail = (polygon([(0, -17), (250, -62), (262, 40), (0, 17)], "url(#dust)", 'filter="url(#soft)"') +
             polygon([(0, -12), (250, -26), (250, 8), (0, 12)], "url(#gas)", 'filter="url(#soft)"'))
     definitions = "".join([
@@ -28,7 +29,8 @@ def comet():
         blur("soft", 4),
     ])
     body = (whole("url(#space)") + '<ellipse cx="190" cy="170" rx="150" ry="110" fill="url(#nebula)"/>' + stars +
-            f'<g transform="translate(72 172) rotate(-43)">{tail}</g><circle cx="72" cy="172" r="44" fill="url(#head)"/>')
+            f'<g transform="translate(72 172) rotate(-43)">{tail}</g>'
+            '<circle cx="72" cy="172" r="44" fill="url(#head)"/>')
     return drawn(SIDE, SIDE, definitions, body)
 
 
@@ -37,11 +39,12 @@ def skyline(chance, foot, low, high, fill, lit):
     body, x = "", -10.0
     while x < SIDE:
         width, height = chance.uniform(26, 46), chance.uniform(low, high)
-        body += f'<rect x="{x:.1f}" y="{foot - height:.1f}" width="{width + 1:.1f}" height="{height:.1f}" fill="{fill}"/>'
+        top = foot - height
+        body += f'<rect x="{x:.1f}" y="{top:.1f}" width="{width + 1:.1f}" height="{height:.1f}" fill="{fill}"/>'
         for row in range(int(height / 15) - 1):
             for column in range(int(width / 12)):
                 if chance.random() < lit:
-                    body += (f'<rect x="{x + 5 + 12 * column:.1f}" y="{foot - height + 9 + 15 * row:.1f}" width="5" '
+                    body += (f'<rect x="{x + 5 + 12 * column:.1f}" y="{top + 9 + 15 * row:.1f}" width="5" '
                              f'height="7" rx="1" fill="#FFD98A" opacity="0.85"/>')
         x += width
     return body
@@ -51,8 +54,8 @@ def tram():
     chance = random.Random(5)
     windows = "".join(f'<rect x="{x}" y="122" width="{width}" height="34" rx="5" fill="url(#glass)"/>'
                       for x, width in ((36, 38), (80, 38), (124, 38), (168, 40)))
-    wheels = "".join(f'<circle cx="{x}" cy="196" r="9" fill="#1C1B33"/><circle cx="{x}" cy="196" r="3.4" fill="#8A8AA8"/>'
-                     for x in (62, 86, 156, 180))
+    wheels = "".join(f'<circle cx="{x}" cy="196" r="9" fill="#1C1B33"/>'
+                     f'<circle cx="{x}" cy="196" r="3.4" fill="#8A8AA8"/>' for x in (62, 86, 156, 180))
     definitions = "".join([
         gradient("sky", [(0, "#33307A"), (0.45, "#B0568C"), (0.75, "#FF9A6C"), (1, "#FFCB86")]),
         gradient("paint", [(0, "#FFF4E0"), (0.52, "#FFEBD0"), (0.53, "#E2463F"), (1, "#C22F3C")]),
@@ -73,8 +76,8 @@ def tram():
 
 
 def guitar():
-    strings = "".join(f'<line x1="{x}" y1="-190" x2="{x}" y2="84" stroke="#FFF1D0" stroke-width="{1.1 + 0.16 * n:.2f}"/>'
-                      for n, x in enumerate((12, 7.2, 2.4, -2.4, -7.2, -12)))
+    strings = "".join(f'<line x1="{x}" y1="-190" x2="{x}" y2="84" stroke="#FFF1D0" '
+                      f'stroke-width="{1.1 + 0.16 * n:.2f}"/>' for n, x in enumerate((12, 7.2, 2.4, -2.4, -7.2, -12)))
     frets = "".join(f'<line x1="-16" y1="{y}" x2="16" y2="{y}" stroke="#D8C8A0" stroke-width="2"/>'
                     for y in (-62, -80, -99, -119, -141, -165))
     outline = ("M 0 -66 C 34 -82 76 -60 74 -20 C 73 4 60 10 62 30 C 64 46 98 60 98 104 C 98 152 50 170 0 170 "
@@ -110,15 +113,18 @@ def football():
         pieces += polygon(pentagon(x + 63 * away[0], y + 63 * away[1], 23, 72 * at + 36), "#20242E")
         seams += (f'<line x1="{x + 25 * away[0]:.1f}" y1="{y + 25 * away[1]:.1f}" x2="{x + 44 * away[0]:.1f}" '
                   f'y2="{y + 44 * away[1]:.1f}" stroke="#20242E" stroke-width="3"/>')
-    stripes = "".join(polygon([(120 + 18 * n, 70), (120 + 18 * (n + 1), 70), (120 + 62 * (n + 1), 240), (120 + 62 * n, 240)],
-                              "#3FA653" if n % 2 == 0 else "#348F49") for n in range(-8, 8))
+    stripes = ""
+    for n in range(-8, 8):
+        corners = [(120 + 18 * n, 70), (138 + 18 * n, 70), (182 + 62 * n, 240), (120 + 62 * n, 240)]
+        stripes += polygon(corners, "#3FA653" if n % 2 == 0 else "#348F49")
     lights = "".join(f'<circle cx="{at}" cy="26" r="34" fill="url(#lamp)"/>' for at in (38, 120, 202))
     definitions = "".join([
         gradient("night", [(0, "#0F1E4A"), (1, "#2B4C8C")]),
         glow("lamp", [(0, "#FFFFFF"), (0.14, "#FFFDF0"), (0.3, "#E8F0FF", 0.5), (1, "#C8DCFF", 0)]),
         '<radialGradient id="ball" cx="0.38" cy="0.3" r="0.8"><stop offset="0" stop-color="#FFFFFF"/>'
         '<stop offset="0.6" stop-color="#EEF1F6"/><stop offset="1" stop-color="#AEB8C8"/></radialGradient>',
-        '<radialGradient id="round" cx="0.38" cy="0.3" r="0.8"><stop offset="0.5" stop-color="#0A1020" stop-opacity="0"/>'
+        '<radialGradient id="round" cx="0.38" cy="0.3" r="0.8">'
+        '<stop offset="0.5" stop-color="#0A1020" stop-opacity="0"/>'
         '<stop offset="1" stop-color="#0A1020" stop-opacity="0.45"/></radialGradient>',
         f'<clipPath id="inside"><circle cx="{x}" cy="{y}" r="{radius}"/></clipPath>',
         blur("shadow", 6),
