@@ -24,13 +24,13 @@ def text_of(path):
 
 def with_headers(source):
     """A source and every project header that it includes, directly or not."""
-    seen, todo = set(), [source]
-    while todo:
-        path = todo.pop()
+    seen, pending = set(), [source]
+    while pending:
+        path = pending.pop()
         if path in seen or not path.is_file():
             continue
         seen.add(path)
-        todo += [TOP / name.decode() for name in INCLUDE.findall(text_of(path))]
+        pending += [TOP / name.decode() for name in INCLUDE.findall(text_of(path))]
     return sorted(seen)
 
 

@@ -6,7 +6,6 @@
 #include "tavrin/images/log_record.h"
 #include "tavrin/images/web_image_cache.h"
 #include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/ui/views.h"
 
 namespace tavrin {
@@ -29,8 +28,7 @@ bool isReady(const WebImage& image) {
 std::string keyOf(const WebImage& image) {
     std::string key = (image.url ? image.url->string() : "") + ' ' + (image.alt ? image.alt->string() : "");
     key += image.local == true ? " local " : " remote ";
-    if (image.maxImageSize) key += toText(image.maxImageSize->width) + 'x' + toText(image.maxImageSize->height);
-    return key + ' ' + toText(static_cast<int>(image.fetchPolicy));
+    return key + keyOf(optionsOf(image));
 }
 
 }  // namespace

@@ -47,14 +47,13 @@ bool isSmallCopy(const Bitmap& image) {
     return image.sourceSize() != Size{static_cast<double>(image.width()), static_cast<double>(image.height())};
 }
 
-/// Names a prefetch: only one that is alike may stand for another.
-std::string keyOf(const URL& url, const ImageLoadOptions& options) {
-    std::string key = url.string() + ' ' + toText(static_cast<int>(options.fetchPolicy));
+}  // namespace
+
+std::string keyOf(const ImageLoadOptions& options) {
+    std::string key = toText(static_cast<int>(options.fetchPolicy));
     if (options.wanted) key += ' ' + toText(options.wanted->width) + 'x' + toText(options.wanted->height);
     return key;
 }
-
-}  // namespace
 
 WebImageCache& WebImageCache::shared() {
     // Downloads may still end while the process does.
@@ -140,7 +139,8 @@ void WebImageCache::cacheImages(const std::vector<URL>& urls, std::function<void
 }
 
 void WebImageCache::prefetch(const URL& url, const Group& group, const ImageLoadOptions& options) {
-    std::string key = keyOf(url, options);
+    // Only a prefetch that is alike may stand for another. No address holds a blank.
+    std::string key = url.string() + ' ' + keyOf(options);
     {
         const std::lock_guard lock(mutex_);
         const auto [underWay, isNew] = prefetches_.try_emplace(key);

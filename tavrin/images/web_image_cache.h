@@ -28,6 +28,9 @@ struct ImageLoadOptions {
     std::optional<Size> wanted = std::nullopt;
 };
 
+/// The options as a text that is the same for the same options alone.
+[[nodiscard]] std::string keyOf(const ImageLoadOptions& options);
+
 /// The pictures of web images, loaded from the network or from files and kept in memory by their exact address; a file
 /// and the address it was fetched from are two. Thread-safe.
 class WebImageCache {

@@ -96,6 +96,12 @@ void writeColors(const Style& style, ViewWriter& writer) {
     writer.json().key("flip").value(style.flip);
 }
 
+template <class Style>
+void forEachView(const Style& style, const std::function<void(const AnyView&)>& visit) {
+    for (const auto* view : {&style.attachment, &style.color, &style.background})
+        if (*view) visit(**view);
+}
+
 }  // namespace
 
 AnyView CircularProgressViewStyle::makeBody(const ProgressViewStyleConfiguration& configuration) const {
@@ -113,8 +119,7 @@ void CircularProgressViewStyle::write(ViewWriter& writer) const {
 }
 
 void CircularProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
-    for (const auto* view : {&attachment, &color, &background})
-        if (*view) visit(**view);
+    forEachView(*this, visit);
 }
 
 AnyView LinearProgressViewStyle::makeBody(const ProgressViewStyleConfiguration& configuration) const {
@@ -139,8 +144,7 @@ void LinearProgressViewStyle::write(ViewWriter& writer) const {
 }
 
 void LinearProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
-    for (const auto* view : {&attachment, &color, &background})
-        if (*view) visit(**view);
+    forEachView(*this, visit);
 }
 
 }  // namespace tavrin
