@@ -71,7 +71,8 @@ void checkDocuments(const Command& command) {
     const std::size_t count = command.operands.size();
     if (count == 0)
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
-    const bool takesOne = command.verb == Verb::tree || command.verb == Verb::layout || command.verb == Verb::targets;
+    constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
+    const bool takesOne = ofOne.contains(command.verb);
     if (takesOne && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }

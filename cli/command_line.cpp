@@ -70,7 +70,7 @@ void addVerb(CLI::App& app, Verb verb) {
     sub.formatter(
         std::make_shared<HelpFormatter>("tavrin " + std::string(info.name) + " " + std::string(info.operands)));
     for (const OptionInfo& option : options())
-        if (takes(verb, option)) addOption(sub, option);
+        if (option.takers.contains(verb)) addOption(sub, option);
     sub.footer("Examples:\n" + std::string(info.examples));
 }
 
@@ -78,7 +78,7 @@ void build(CLI::App& app) {
     app.allow_extras();
     app.require_subcommand(0, 1);
     app.set_help_flag("-h,--help", "Print this help and exit");
-    addOption(app, {"--version", "", "Print the version and exit"});
+    addOption(app, {"--version", "", VerbSet(), "Print the version and exit"});
     addOption(app, errorsOption());
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
@@ -96,6 +96,14 @@ std::vector<std::string_view> verbNames() {
     return names;
 }
 
+/// "render, tree or check", of all verbs.
+std::string verbList() {
+    std::string list;
+    for (const VerbInfo& verb : verbs())
+        list.append(&verb == &verbs().front() ? "" : &verb == &verbs().back() ? " or " : ", ").append(verb.name);
+    return list;
+}
+
 [[noreturn]] void failUnknownOption(const std::string& word, std::span<const std::string_view> known) {
     const std::string_view name = std::string_view(word).substr(0, word.find('='));
     throw UsageError("there is no option " + std::string(name) + " here" + suggestion(name, known));
@@ -109,14 +117,14 @@ void checkOperands(const std::vector<std::string>& operands, Verb verb) {
     if (unknown == operands.end()) return;
     std::vector<std::string_view> known{"--help"};
     for (const OptionInfo& option : options())
-        if (takes(verb, option)) known.push_back(option.name);
+        if (option.takers.contains(verb)) known.push_back(option.name);
     failUnknownOption(*unknown, known);
 }
 
 void takeValues(const CLI::App& app, Command& command, Verb verb) {
     for (const OptionInfo& option : options()) {
         const CLI::Option* const given =
-            takes(verb, option) ? app.get_option_no_throw(std::string(option.name)) : nullptr;
+            option.takers.contains(verb) ? app.get_option_no_throw(std::string(option.name)) : nullptr;
         if (!given || given->count() == 0) continue;
         const bool isNew =
             command.values.emplace(option.name, option.value.empty() ? "" : given->results().front()).second;
@@ -155,8 +163,7 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     }
     if (app.count("--version") > 0) return Information{std::string(versionText)};
     checkBeforeVerb(app);
-    if (app.get_subcommands().empty())
-        throw UsageError("a verb is missing: render, tree, layout, targets, check, fetch or completion");
+    if (app.get_subcommands().empty()) throw UsageError("a verb is missing: " + verbList());
 
     const CLI::App& sub = *app.get_subcommands().front();
     const std::vector<std::string_view> names = verbNames();

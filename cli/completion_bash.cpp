@@ -32,7 +32,7 @@ std::string valueBranch(const OptionInfo& option) {
 std::string optionBranch(Verb verb) {
     std::vector<std::string> words{"--help"};
     for (const OptionInfo& option : options())
-        if (takes(verb, option)) words.push_back(names(option, " "));
+        if (option.takers.contains(verb)) words.push_back(names(option, " "));
     return "        " + std::string(verbs()[static_cast<std::size_t>(verb)].name) + ") words='" + joined(words) +
            "' ;;\n";
 }

@@ -32,7 +32,7 @@ std::string seen(const std::string& verbNames) {
 std::string line(const OptionInfo& option) {
     std::vector<std::string> takers;
     for (std::size_t verb = 0; verb < verbs().size(); ++verb)
-        if (takes(static_cast<Verb>(verb), option)) takers.emplace_back(verbs()[verb].name);
+        if (option.takers.contains(static_cast<Verb>(verb))) takers.emplace_back(verbs()[verb].name);
     const std::string shortName = option.shortName.empty() ? "" : " -s " + std::string(option.shortName.substr(1));
     return seen(joined(takers)) + shortName + " -l " + std::string(option.name.substr(2)) + value(option) + " -d " +
            quoted(option.help) + "\n";

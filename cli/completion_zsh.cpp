@@ -43,7 +43,7 @@ std::string branch(Verb verb) {
     const std::string name(verbs()[static_cast<std::size_t>(verb)].name);
     std::string text = "            " + name + ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
     for (const OptionInfo& option : options())
-        if (takes(verb, option)) text += line(option);
+        if (option.takers.contains(verb)) text += line(option);
     const std::string operand = verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
                                 : verb == Verb::tree || verb == Verb::layout ? "1:document:_files"
                                                                              : "*:document:_files";

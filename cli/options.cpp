@@ -1,8 +1,5 @@
 #include "cli/options.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -24,8 +21,8 @@ std::vector<std::string> screenWords() {
 
 }  // namespace
 
-const std::array<VerbInfo, 7>& verbs() {
-    static constexpr std::array<VerbInfo, 7> list{{
+std::span<const VerbInfo> verbs() {
+    static constexpr VerbInfo list[] = {
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG or PDF",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -47,59 +44,58 @@ const std::array<VerbInfo, 7>& verbs() {
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
          "  tavrin completion fish >~/.config/fish/completions/tavrin.fish"},
-    }};
-    return list;
-}
-
-const std::vector<OptionInfo>& options() {
-    static const std::vector<OptionInfo> list{
-        {"--output",
-         "OUT",
-         "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
-         "for all pictures. Without it each document's name with the format's suffix, in the working directory",
-         Completes::file,
-         {},
-         true,
-         "-o"},
-        {"--format", "FORMAT", "png, svg or pdf, where OUT's suffix does not tell (png)", Completes::words,
-         listOf(pictureFormatWords), true},
-        {"--model", "FILE", "The model document; \"-\" is standard input", Completes::file},
-        {"--family", "NAME", "A widget family's size (systemMedium)", Completes::words, listOf(widgetFamilyNames)},
-        {"--screen", "WxH", "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
-        {"--size", "WxH", "The widget's size in points, instead of a family's"},
-        {"--scale", "N", "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
-        {"--appearance", "light|dark", "The device's appearance (light)", Completes::words, listOf(appearanceWords)},
-        {"--date", "RFC3339", "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
-        {"--time-zone", "ID", "The device's time zone, such as Europe/Madrid (the system's)"},
-        {"--image-cache-dir", "DIR",
-         "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
-         "them",
-         Completes::folder},
-        {"--max-image-size", "WxH", "Larger pictures are scaled down to this size, in points"},
-        {"--fetch", "none|public|all",
-         "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
-         Completes::words, listOf(fetchWords)},
-        {"--offline", "", "Fetch nothing: short for --fetch none"},
-        {"--background",
-         "COLOR|none|auto",
-         "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
-         Completes::words,
-         {"auto", "none"},
-         true},
-        {"--rounded", "", "Cut the home screen's rounded corners; transparent outside", Completes::nothing, {}, true},
-        {"--compression", "fast|small", "Whether a PNG is written quickly or small (fast)", Completes::words,
-         listOf(compressionWords), true},
-        {"--errors", "text|json", "How a failure is written on standard error (text); warnings come as text only",
-         Completes::words, listOf(errorFormatWords)},
     };
     return list;
 }
 
-bool takes(Verb verb, const OptionInfo& option) {
-    constexpr std::string_view ofFetch[] = {"--model", "--image-cache-dir", "--fetch", "--errors"};
-    if (verb == Verb::completion) return option.name == "--errors";
-    if (verb == Verb::fetch) return std::find(std::begin(ofFetch), std::end(ofFetch), option.name) != std::end(ofFetch);
-    return verb == Verb::render || !option.onlyRender;
+const std::vector<OptionInfo>& options() {
+    static constexpr VerbSet onlyRender{Verb::render};
+    static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
+    static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
+    static constexpr VerbSet all = loaded.with(Verb::completion);
+    static const std::vector<OptionInfo> list{
+        {"--output",
+         "OUT",
+         onlyRender,
+         "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
+         "for all pictures. Without it each document's name with the format's suffix, in the working directory",
+         Completes::file,
+         {},
+         "-o"},
+        {"--format", "FORMAT", onlyRender, "png, svg or pdf, where OUT's suffix does not tell (png)", Completes::words,
+         listOf(pictureFormatWords)},
+        {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
+        {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
+         listOf(widgetFamilyNames)},
+        {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
+        {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},
+        {"--scale", "N", laidOut, "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
+        {"--appearance", "light|dark", laidOut, "The device's appearance (light)", Completes::words,
+         listOf(appearanceWords)},
+        {"--date", "RFC3339", laidOut, "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
+        {"--time-zone", "ID", laidOut, "The device's time zone, such as Europe/Madrid (the system's)"},
+        {"--image-cache-dir", "DIR", loaded,
+         "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
+         "them",
+         Completes::folder},
+        {"--max-image-size", "WxH", laidOut, "Larger pictures are scaled down to this size, in points"},
+        {"--fetch", "none|public|all", loaded,
+         "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
+         Completes::words, listOf(fetchWords)},
+        {"--offline", "", laidOut, "Fetch nothing: short for --fetch none"},
+        {"--background",
+         "COLOR|none|auto",
+         onlyRender,
+         "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
+         Completes::words,
+         {"auto", "none"}},
+        {"--rounded", "", onlyRender, "Cut the home screen's rounded corners; transparent outside"},
+        {"--compression", "fast|small", onlyRender, "Whether a PNG is written quickly or small (fast)",
+         Completes::words, listOf(compressionWords)},
+        {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
+         Completes::words, listOf(errorFormatWords)},
+    };
+    return list;
 }
 
 }  // namespace tavrin::cli

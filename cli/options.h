@@ -13,7 +13,7 @@ namespace tavrin::cli {
 /// What the program can be asked to do.
 enum class Verb : unsigned char { render, tree, layout, targets, check, fetch, completion };
 
-/// How a verb is explained; `verbs()` has them in the order of `Verb`.
+/// How a verb is explained.
 struct VerbInfo {
     std::string_view name;
     std::string_view operands;
@@ -21,7 +21,27 @@ struct VerbInfo {
     std::string_view examples;
 };
 
-[[nodiscard]] const std::array<VerbInfo, 7>& verbs();
+/// All verbs, in the order of `Verb`.
+[[nodiscard]] std::span<const VerbInfo> verbs();
+
+/// Some of the verbs.
+class VerbSet {
+public:
+    template <class... Verbs>
+    constexpr explicit VerbSet(Verbs... verbs) : bits_((0U | ... | bit(verbs))) {}
+
+    [[nodiscard]] constexpr bool contains(Verb verb) const { return (bits_ & bit(verb)) != 0; }
+    [[nodiscard]] constexpr VerbSet with(Verb verb) const {
+        VerbSet more = *this;
+        more.bits_ |= bit(verb);
+        return more;
+    }
+
+private:
+    static constexpr unsigned bit(Verb verb) { return 1U << static_cast<unsigned>(verb); }
+
+    unsigned bits_;
+};
 
 /// What a shell offers behind an option.
 enum class Completes : unsigned char { nothing, words, file, folder };
@@ -30,17 +50,14 @@ enum class Completes : unsigned char { nothing, words, file, folder };
 struct OptionInfo {
     std::string_view name;   ///< "--family"
     std::string_view value;  ///< what stands behind it, "NAME"; empty for a flag
+    VerbSet takers;          ///< the verbs that take it
     std::string_view help;
     Completes completes = Completes::nothing;
     std::vector<std::string> words = {};  ///< the values it takes, or the usual ones
-    bool onlyRender = false;
-    std::string_view shortName = {};  ///< "-o"
+    std::string_view shortName = {};      ///< "-o"
 };
 
 [[nodiscard]] const std::vector<OptionInfo>& options();
-
-/// Whether a verb takes an option.
-[[nodiscard]] bool takes(Verb verb, const OptionInfo& option);
 
 /// The shells that completion scripts are written for.
 inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};

@@ -3,6 +3,7 @@
 /// The one header a host includes.
 
 #include "tavrin/dsl/dsl_root.h"
+#include "tavrin/dsl/view_origins.h"
 #include "tavrin/engine/json_decoder.h"
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/images/image_decoder.h"

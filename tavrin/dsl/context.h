@@ -15,6 +15,7 @@
 namespace tavrin {
 
 struct RenderState;
+class ViewOrigins;
 
 /// What a host hands to `loadView`, and what rendering leaves for the host; hosts know it as `TavrinEngine::Context`.
 /// It may serve many calls, one at a time: it is not locked.
@@ -45,10 +46,14 @@ public:
     std::size_t maximumNodes = 1'000'000;
     /// How deeply nodes may be nested while drawing, references counted.
     std::size_t maximumNesting = 512;
+    /// Whether renders note where in the document each view comes from.
+    bool recordsOrigins = false;
 
     [[nodiscard]] const std::shared_ptr<Logger>& logger() const { return logger_; }
     /// The address that opens when the widget is tapped: the first one that a render with this context met.
     [[nodiscard]] const std::optional<URL>& widgetURL() const;
+    /// Where in the document the views of the last successful render come from; null unless `recordsOrigins`.
+    [[nodiscard]] const std::shared_ptr<const ViewOrigins>& origins() const;
 
 private:
     friend struct RenderState;

@@ -41,18 +41,23 @@ void Coding<Modifier>::encode(const Modifier& modifier, JSONWriter& writer) { en
 AnyView Node::render(Context& context) const {
     RenderState& state = RenderState::of(context);
     const RenderState::NodeScope scope(state, context);
-    if (state.modelContext == nullptr || !box_->needsBinding()) return box_->render(context);
-    return box_->renderBound(context, *state.modelContext);
+    const auto draw = [&] {
+        if (state.modelContext == nullptr || !box_->needsBinding()) return box_->render(context);
+        return box_->renderBound(context, *state.modelContext);
+    };
+    return state.recorder ? state.recorder->record(*this, draw) : draw();
 }
 
 AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context) {
     RenderState& state = RenderState::of(context);
+    if (state.recorder) state.recorder->noteUnmodified(view);
     for (std::size_t i = 0; i < modifiers.size(); ++i)
         within("modifiers", i, [&] {
             state.countModifier(context);
             view = state.modelContext == nullptr
                        ? modifiers[i].modify(std::move(view), context)
                        : modifiers[i].modifyBound(std::move(view), context, *state.modelContext);
+            if (state.recorder) state.recorder->noteModified(view, modifiers[i]);
         });
     return view;
 }

@@ -97,6 +97,11 @@ public:
         return needsBinding() ? box_->modifyBound(std::move(view), context, model) : modify(std::move(view), context);
     }
 
+    /// Names the record; copies that are not bound have the same.
+    [[nodiscard]] const void* identity() const { return box_->identity(); }
+    /// Shows `visitor` the nodes and modifiers that the record holds itself.
+    void showContents(ContentsVisitor& visitor) const { box_->showContents(visitor); }
+
     friend bool operator==(const Modifier& a, const Modifier& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
 
 private:

@@ -35,15 +35,12 @@ public:
 };
 
 template <DSLNodeProtocol Record>
-class NodeBoxOf final : public RecordBoxOf<Record, NodeBox, NodeProtocol<Record>> {
+class NodeBoxOf : public RecordBoxOf<Record, NodeBox, NodeProtocol<Record>> {
 public:
     using RecordBoxOf<Record, NodeBox, NodeProtocol<Record>>::RecordBoxOf;
 
     std::span<const Modifier> modifiers() const override { return this->record_.modifiers.wrappedValue(); }
-    CountedPtr<NodeBox> bound(const ModelContext& model) const override {
-        if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
-        return CountedPtr<NodeBox>(new NodeBoxOf(boundCopy(this->record_, model)));
-    }
+    CountedPtr<NodeBox> bound(const ModelContext& model) const override;
     AnyView render(Context& context) const override { return draw(this->record_, context); }
     AnyView renderBound(Context& context, const ModelContext& model) const override {
         if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
@@ -59,6 +56,24 @@ private:
         }
     }
 };
+
+/// The box of a copy that is bound to a model.
+template <DSLNodeProtocol Record>
+class BoundNodeBoxOf final : public NodeBoxOf<Record> {
+public:
+    BoundNodeBoxOf(Record record, const void* identity) : NodeBoxOf<Record>(std::move(record)), identity_(identity) {}
+
+    const void* identity() const override { return identity_; }
+
+private:
+    const void* identity_;
+};
+
+template <DSLNodeProtocol Record>
+CountedPtr<NodeBox> NodeBoxOf<Record>::bound(const ModelContext& model) const {
+    if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
+    return CountedPtr<NodeBox>(new BoundNodeBoxOf<Record>(boundCopy(this->record_, model), this->identity()));
+}
 
 /// A tagged node. A value: cheap to copy, immutable but for `bindModel`.
 class Node {
@@ -94,6 +109,11 @@ public:
     /// and `TavrinError` of kind "Engine" beyond the context's bounds.
     [[nodiscard]] AnyView render(Context& context) const;
 
+    /// Names the record as it was decoded; copies, bound ones too, have the same.
+    [[nodiscard]] const void* identity() const { return box_->identity(); }
+    /// Shows `visitor` the nodes and modifiers that the record holds itself.
+    void showContents(ContentsVisitor& visitor) const { box_->showContents(visitor); }
+
     friend bool operator==(const Node& a, const Node& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
 
 private:
@@ -117,6 +137,11 @@ template <>
 struct Coding<Node> {
     static Node decode(const Decoder& decoder);
     static void encode(const Node& node, JSONWriter& writer);
+};
+
+template <>
+struct FieldContents<DSLValue<Node>> {
+    static void visit(const DSLValue<Node>& value, ContentsVisitor& visitor) { visitor.visit(value.wrappedValue); }
 };
 
 /// A node held directly is bound by the record that holds it.

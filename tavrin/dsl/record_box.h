@@ -6,6 +6,7 @@
 
 #include "tavrin/dsl/dsl_version.h"
 #include "tavrin/dsl/record.h"
+#include "tavrin/dsl/record_contents.h"
 #include "tavrin/platform/foundation/counted.h"
 #include "tavrin/platform/foundation/pool_allocator.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
@@ -24,6 +25,10 @@ public:
     [[nodiscard]] virtual const std::type_info& recordType() const = 0;
     /// The record, which is of `recordType`.
     [[nodiscard]] virtual const void* record() const = 0;
+    /// Names the record as it was decoded: a copy that is bound to a model has the same.
+    [[nodiscard]] virtual const void* identity() const { return record(); }
+    /// Shows `visitor` the nodes and modifiers that the record holds.
+    virtual void showContents(ContentsVisitor& visitor) const = 0;
     [[nodiscard]] virtual bool equals(const RecordBox& other) const = 0;
     /// Writes the record's members behind its "type".
     virtual void encodeMembers(JSONWriter& writer) const = 0;
@@ -49,6 +54,7 @@ public:
         settle();
     }
 
+    void showContents(ContentsVisitor& visitor) const final { visitContents(record_, visitor); }
     const std::type_info& recordType() const final { return typeid(Record); }
     const void* record() const final { return &record_; }
     bool equals(const typename Base::Tagged& other) const final {

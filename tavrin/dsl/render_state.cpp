@@ -12,6 +12,8 @@ Context::~Context() = default;
 
 const std::optional<URL>& Context::widgetURL() const { return state_->widgetURL; }
 
+const std::shared_ptr<const ViewOrigins>& Context::origins() const { return state_->origins; }
+
 void RenderState::cacheImage(std::string_view url) {
     if (std::optional<URL> parsed = URL::parse(url)) webImageURLs.push_back(*std::move(parsed));
 }

@@ -9,6 +9,7 @@
 
 #include "tavrin/dsl/context.h"
 #include "tavrin/dsl/node_dictionary.h"
+#include "tavrin/dsl/view_origins.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {
@@ -24,6 +25,9 @@ struct RenderState {
     /// The model of the current call; stays after a failed one.
     std::shared_ptr<const ModelContext> modelContext;
     std::optional<URL> widgetURL;
+    /// Only while a render of a context that asks for origins goes on.
+    std::unique_ptr<OriginRecorder> recorder;
+    std::shared_ptr<const ViewOrigins> origins;
 
     /// The moment at which the outermost node began to be drawn.
     Date now;
@@ -43,6 +47,27 @@ struct RenderState {
     void countModifier(const Context& context) {
         if (modifiersApplied++ / modifiersPerNode >= context.maximumNodes) failModifiers(context);
     }
+
+    /// Notes the origins of the views that are made in its life, if the context asks for that.
+    class Recording {
+    public:
+        Recording(RenderState& state, const Context& context) : state_(state) {
+            state.origins = nullptr;
+            if (context.recordsOrigins) state.recorder = std::make_unique<OriginRecorder>();
+        }
+        Recording(const Recording&) = delete;
+        Recording& operator=(const Recording&) = delete;
+        ~Recording() { state_.recorder = nullptr; }
+
+        /// Keeps what was noted for a tree.
+        void keep(const AnyView& root) const {
+            if (state_.recorder)
+                state_.origins = std::make_shared<const ViewOrigins>(state_.recorder->origins(root, *state_.rootNodes));
+        }
+
+    private:
+        RenderState& state_;
+    };
 
     /// Counts a node while it is drawn. Throws `TavrinError` of kind "Engine" beyond the context's bounds.
     class NodeScope {

@@ -40,7 +40,9 @@ AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_
     WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, {context.fetchPolicy, context.maxImageSize});
     const auto main = state.rootNodes->find("main");
     if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
+    const RenderState::Recording recording(state, context);
     AnyView view = renderEntry(*main, context);
+    recording.keep(view);
     state.modelContext = nullptr;
     return view;
 }

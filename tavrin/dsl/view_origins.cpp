@@ -1,0 +1,62 @@
+#include "tavrin/dsl/view_origins.h"
+
+#include "tavrin/dsl/node.h"
+
+namespace tavrin {
+namespace {
+
+/// Finds the way to every node and modifier of a document.
+class RecordPaths final : public ContentsVisitor {
+public:
+    explicit RecordPaths(const NodeDictionary& nodes) {
+        for (const auto& [name, node] : nodes) {
+            way = {std::string("nodes"), name};
+            visit(node);
+        }
+    }
+
+    void visit(const Node& node) override { enter(node); }
+    void visit(const Modifier& modifier) override { enter(modifier); }
+
+    [[nodiscard]] const CodingPath* find(const void* record) const {
+        const auto found = paths_.find(record);
+        return found == paths_.end() ? nullptr : &found->second;
+    }
+
+private:
+    template <class Tagged>
+    void enter(const Tagged& tagged) {
+        paths_.emplace(tagged.identity(), way);
+        tagged.showContents(*this);
+    }
+
+    std::unordered_map<const void*, CodingPath> paths_;
+};
+
+}  // namespace
+
+const CodingPath* ViewOrigins::find(const AnyView& view) const {
+    const auto found = paths_.find(&view.box());
+    return found == paths_.end() ? nullptr : &found->second;
+}
+
+void OriginRecorder::note(const AnyView& view, const void* record) {
+    std::vector<AnyView> pending{view};
+    while (!pending.empty()) {
+        const AnyView next = std::move(pending.back());
+        pending.pop_back();
+        if (!records_.emplace(&next.box(), record).second) continue;
+        kept_.push_back(next);
+        next.box().forEachInside([&](const AnyView& inside) { pending.push_back(inside); });
+    }
+}
+
+ViewOrigins OriginRecorder::origins(const AnyView& root, const NodeDictionary& nodes) const {
+    const RecordPaths ways(nodes);
+    std::unordered_map<const ViewBox*, CodingPath> paths;
+    for (const auto& [box, record] : records_)
+        if (const CodingPath* way = ways.find(record)) paths.emplace(box, *way);
+    return {root, std::move(paths)};
+}
+
+}  // namespace tavrin
