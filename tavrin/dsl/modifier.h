@@ -112,6 +112,10 @@ private:
     CountedPtr<ModifierBox> box_;
 };
 
+/// What authors should know of a node's "modifiers".
+inline constexpr Note modifiersNote{.text = "What changes the view, in its order: the first modifier is innermost.",
+                                    .defaultValue = "[]"};
+
 /// Wraps a record into a `Modifier` with its own tag.
 template <DSLModifierProtocol Record>
 [[nodiscard]] Modifier modifer(Record record) {

@@ -11,10 +11,14 @@
 
 namespace tavrin {
 
+/// What authors should know of a stack's "children".
+inline constexpr Note childrenNote{.text = "The nodes inside, in their order.", .defaultValue = "[]"};
+
 /// Children from top to bottom.
 struct VStackNode {
     static constexpr NodeType type = NodeType::vstack;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Places its children one below the other.";
 
     LosslessDSLValue<std::optional<float>> spacing = {};
     LosslessDSLValue<std::optional<HorizontalAlignmentDSL>> alignment = {};
@@ -22,8 +26,15 @@ struct VStackNode {
     DSLValueWithDefault<std::vector<Node>> children = {};
 
     static constexpr std::tuple fields{
-        Field{"spacing", &VStackNode::spacing}, Field{"alignment", &VStackNode::alignment},
-        Field{"modifiers", &VStackNode::modifiers}, Field{"children", &VStackNode::children}};
+        Field{"spacing", &VStackNode::spacing,
+              Note{.text = "The room between neighbours.",
+                   .unit = Unit::points,
+                   .absent = "8, and none beside a spacer",
+                   .example = "4"}},
+        Field{"alignment", &VStackNode::alignment,
+              Note{.text = "Where children stand that are narrower than the widest.", .defaultValue = R"("center")"}},
+        Field{"modifiers", &VStackNode::modifiers, modifiersNote},
+        Field{"children", &VStackNode::children, childrenNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -32,6 +43,8 @@ struct VStackNode {
 struct HStackNode {
     static constexpr NodeType type = NodeType::hstack;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Places its children side by side, from the leading to the trailing edge.";
 
     LosslessDSLValue<std::optional<float>> spacing = {};
     LosslessDSLValue<std::optional<VerticalAlignmentDSL>> alignment = {};
@@ -39,8 +52,15 @@ struct HStackNode {
     DSLValueWithDefault<std::vector<Node>> children = {};
 
     static constexpr std::tuple fields{
-        Field{"spacing", &HStackNode::spacing}, Field{"alignment", &HStackNode::alignment},
-        Field{"modifiers", &HStackNode::modifiers}, Field{"children", &HStackNode::children}};
+        Field{"spacing", &HStackNode::spacing,
+              Note{.text = "The room between neighbours.",
+                   .unit = Unit::points,
+                   .absent = "8, and none beside a spacer",
+                   .example = "4"}},
+        Field{"alignment", &HStackNode::alignment,
+              Note{.text = "Where children stand that are lower than the highest.", .defaultValue = R"("center")"}},
+        Field{"modifiers", &HStackNode::modifiers, modifiersNote},
+        Field{"children", &HStackNode::children, childrenNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -49,14 +69,17 @@ struct HStackNode {
 struct ZStackNode {
     static constexpr NodeType type = NodeType::zstack;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Places its children on top of each other, the last one in front.";
 
     LosslessDSLValue<std::optional<AlignmentDSL>> alignment = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &ZStackNode::alignment},
-                                       Field{"modifiers", &ZStackNode::modifiers},
-                                       Field{"children", &ZStackNode::children}};
+    static constexpr std::tuple fields{
+        Field{"alignment", &ZStackNode::alignment,
+              Note{.text = "The point of the children that lies in one place.", .defaultValue = R"("center")"}},
+        Field{"modifiers", &ZStackNode::modifiers, modifiersNote},
+        Field{"children", &ZStackNode::children, childrenNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -65,10 +88,12 @@ struct ZStackNode {
 struct SpacerNode {
     static constexpr NodeType type = NodeType::spacer;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Takes the room that its stack has left, and so pushes neighbours apart.";
 
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"modifiers", &SpacerNode::modifiers}};
+    static constexpr std::tuple fields{Field{"modifiers", &SpacerNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -77,10 +102,11 @@ struct SpacerNode {
 struct EmptyViewNode {
     static constexpr NodeType type = NodeType::emptyView;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws nothing and takes no room, whatever its modifiers.";
 
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"modifiers", &EmptyViewNode::modifiers}};
+    static constexpr std::tuple fields{Field{"modifiers", &EmptyViewNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -90,11 +116,16 @@ struct EmptyViewNode {
 struct RefNode {
     static constexpr NodeType type = NodeType::node;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws another named node of the document in its place.";
 
     DSLValue<std::string> name = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"name", &RefNode::name}, Field{"modifiers", &RefNode::modifiers}};
+    static constexpr std::tuple fields{
+        Field{"name", &RefNode::name,
+              Note{.text = "The name of the node to draw, any but `main`.", .example = R"("row")"}},
+        Field{"modifiers", &RefNode::modifiers,
+              Note{.text = "Read, but not applied: the named node brings its own.", .defaultValue = "[]"}}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

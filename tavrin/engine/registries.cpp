@@ -1,38 +1,11 @@
 #include "tavrin/dsl/registry.h"
-#include "tavrin/dsl/structure.h"
-#include "tavrin/images/web_image_node.h"
-#include "tavrin/modifiers/aspect_ratio_modifier.h"
-#include "tavrin/modifiers/background_modifier.h"
-#include "tavrin/modifiers/border_modifier.h"
-#include "tavrin/modifiers/clip_shape_modifier.h"
-#include "tavrin/modifiers/clipped_modifier.h"
-#include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
-#include "tavrin/modifiers/corner_radius_modifier.h"
-#include "tavrin/modifiers/foreground_color_modifier.h"
-#include "tavrin/modifiers/frame_modifier.h"
-#include "tavrin/modifiers/line_limit_modifier.h"
-#include "tavrin/modifiers/offset_modifier.h"
-#include "tavrin/modifiers/opacity_modifier.h"
-#include "tavrin/modifiers/overlay_modifier.h"
-#include "tavrin/modifiers/padding_modifier.h"
-#include "tavrin/modifiers/rotation_effect_modifier.h"
-#include "tavrin/modifiers/scale_effect_modifier.h"
-#include "tavrin/modifiers/widget_url_modifier.h"
-#include "tavrin/modifiers/z_index_modifier.h"
-#include "tavrin/nodes/color_node.h"
-#include "tavrin/nodes/link_node.h"
-#include "tavrin/nodes/progress_node.h"
-#include "tavrin/nodes/shape_nodes.h"
-#include "tavrin/nodes/text_node.h"
-#include "tavrin/nodes/timer_node.h"
-
-// One line for each record type: this is all that a new one needs besides its own file.
+#include "tavrin/engine/record_types.h"
 
 namespace tavrin {
 namespace {
 
 template <class Registry, class Tagged, class... Records>
-constexpr Registry registryOf() {
+constexpr Registry registryOf(TypeList<Records...>) {
     Registry registry{};
     ((registry[static_cast<std::size_t>(Records::type)] = Tagged::template decodeAs<Records>), ...);
     return registry;
@@ -41,46 +14,12 @@ constexpr Registry registryOf() {
 }  // namespace
 
 const NodeRegistry& registerNodeType() {
-    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node,    //
-                                                        VStackNode,            //
-                                                        HStackNode,            //
-                                                        ZStackNode,            //
-                                                        SpacerNode,            //
-                                                        EmptyViewNode,         //
-                                                        RefNode,               //
-                                                        TextNode,              //
-                                                        ColorNode,             //
-                                                        CircleNode,            //
-                                                        RectangleNode,         //
-                                                        RoundedRectangleNode,  //
-                                                        CapsuleNode,           //
-                                                        WebImageNode,          //
-                                                        TimerNode,             //
-                                                        LinkNode,              //
-                                                        ProgressNode>();
+    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node>(NodeRecords{});
     return registry;
 }
 
 const ModifierRegistry& registerMonifierType() {
-    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier,       //
-                                                            FrameModifier,                    //
-                                                            PaddingModifier,                  //
-                                                            OffsetModifier,                   //
-                                                            AspectRatioModifier,              //
-                                                            LineLimitModifier,                //
-                                                            ForegroundColorModifier,          //
-                                                            BackgroundModifier,               //
-                                                            OverlayModifier,                  //
-                                                            BorderModifier,                   //
-                                                            ClipShapeModifier,                //
-                                                            ClippedModifier,                  //
-                                                            CornerRadiusModifier,             //
-                                                            OpacityModifier,                  //
-                                                            ZIndexModifier,                   //
-                                                            ScaleEffectModifier,              //
-                                                            RotationEffectModifier,           //
-                                                            ClockHandRotationEffectModifier,  //
-                                                            WidgetURLModifier>();
+    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier>(ModifierRecords{});
     return registry;
 }
 

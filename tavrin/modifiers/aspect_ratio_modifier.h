@@ -21,14 +21,22 @@ struct Keywords<ContentModeDSL> {
 struct AspectRatioModifier {
     static constexpr ModifierType type = ModifierType::aspectRatio;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Gives the view room of one ratio of width to height.";
 
     using ContentMode = ContentModeDSL;
 
     LosslessDSLValue<std::optional<float>> aspectRatio = {};
     LosslessDSLValue<ContentMode> contentMode = {};
 
-    static constexpr std::tuple fields{Field{"aspectRatio", &AspectRatioModifier::aspectRatio},
-                                       Field{"contentMode", &AspectRatioModifier::contentMode}};
+    static constexpr std::tuple fields{
+        Field{"aspectRatio", &AspectRatioModifier::aspectRatio,
+              Note{.text = "The width divided by the height.",
+                   .minimum = 0,
+                   .absent = "the view's own ratio",
+                   .example = "1.5"}},
+        Field{"contentMode", &AspectRatioModifier::contentMode,
+              Note{.text = "Whether that room is the largest inside what is offered, or the smallest that covers it.",
+                   .example = R"("fit")"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

@@ -8,10 +8,12 @@ namespace tavrin {
 struct BackgroundModifier {
     static constexpr ModifierType type = ModifierType::background;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Draws another node behind the view, centred and offered the view's size.";
 
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{Field{"view", &BackgroundModifier::view}};
+    static constexpr std::tuple fields{Field{"view", &BackgroundModifier::view, Note{.text = "The node behind."}}};
 
     [[nodiscard]] AnyView modify(AnyView content, Context& context) const;
 };

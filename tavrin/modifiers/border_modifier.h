@@ -8,14 +8,20 @@ namespace tavrin {
 struct BorderModifier {
     static constexpr ModifierType type = ModifierType::border;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws a line along the view's bounds, on their inside.";
 
     LosslessDSLValue<SharedText> color = {};
     DSLValue<ColorNode> colorNode = {};
     LosslessDSLValue<float> width = {};
 
-    static constexpr std::tuple fields{Field{"color", &BorderModifier::color},
-                                       Field{"colorNode", &BorderModifier::colorNode},
-                                       Field{"width", &BorderModifier::width}};
+    static constexpr std::tuple fields{
+        Field{"color", &BorderModifier::color,
+              Note{.text = "The colour, as in a colour's `value`, where `colorNode` gives no plain one; white where "
+                           "this is none either.",
+                   .example = R"("#D1D1D6")"}},
+        Field{"colorNode", &BorderModifier::colorNode, Note{.text = "The colour of the line."}},
+        Field{"width", &BorderModifier::width,
+              Note{.text = "The width of the line.", .unit = Unit::points, .minimum = 0, .example = "1"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

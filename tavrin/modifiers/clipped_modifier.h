@@ -8,6 +8,7 @@ namespace tavrin {
 struct ClippedModifier {
     static constexpr ModifierType type = ModifierType::clipped;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Cuts the view to its bounds, at whole pixels.";
 
     static constexpr std::tuple<> fields{};
 

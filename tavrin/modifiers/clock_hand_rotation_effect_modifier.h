@@ -13,14 +13,23 @@ namespace tavrin {
 struct ClockHandRotationEffectModifier {
     static constexpr ModifierType type = ModifierType::clockHandRotationEffect;
     static constexpr DSLVersion version = DSLVersion::v1_2;
+    static constexpr std::string_view summary = "Draws the view turned like the hand of a clock that shows the moment.";
 
     LosslessDSLValue<float> period = {};
     LosslessDSLValue<std::optional<SharedText>> timeZone = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> anchor = {};
 
-    static constexpr std::tuple fields{Field{"period", &ClockHandRotationEffectModifier::period},
-                                       Field{"timeZone", &ClockHandRotationEffectModifier::timeZone},
-                                       Field{"anchor", &ClockHandRotationEffectModifier::anchor}};
+    static constexpr std::tuple fields{
+        Field{"period", &ClockHandRotationEffectModifier::period,
+              Note{.text = "The time of a full turn: 60, 3600 and 43200 for second, minute and hour hands; negative "
+                           "turns backwards.",
+                   .unit = Unit::seconds,
+                   .example = "43200"}},
+        Field{"timeZone", &ClockHandRotationEffectModifier::timeZone,
+              Note{.text = "The name of the clock's time zone.",
+                   .absent = "the device's, which also stands for a name that is not known",
+                   .example = R"("Europe/Paris")"}},
+        Field{"anchor", &ClockHandRotationEffectModifier::anchor, anchorNote}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

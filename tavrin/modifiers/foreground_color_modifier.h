@@ -8,10 +8,13 @@ namespace tavrin {
 struct ForegroundColorModifier {
     static constexpr ModifierType type = ModifierType::foregroundColor;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Colours texts and bare shapes inside the view; the innermost such modifier holds.";
 
     DSLValue<ColorNode> color = {};
 
-    static constexpr std::tuple fields{Field{"color", &ForegroundColorModifier::color}};
+    static constexpr std::tuple fields{
+        Field{"color", &ForegroundColorModifier::color, Note{.text = "The colour, which may not be a gradient."}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

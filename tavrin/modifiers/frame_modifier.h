@@ -11,6 +11,8 @@ namespace tavrin {
 struct FrameModifier {
     static constexpr ModifierType type = ModifierType::frame;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Puts the view into a room of a fixed size and that into one between bounds.";
 
     LosslessDSLValue<std::optional<float>> width = {};
     LosslessDSLValue<std::optional<float>> height = {};
@@ -21,10 +23,44 @@ struct FrameModifier {
     LosslessDSLValue<std::optional<AlignmentDSL>> alignment = {};
 
     static constexpr std::tuple fields{
-        Field{"width", &FrameModifier::width},         Field{"height", &FrameModifier::height},
-        Field{"minWidth", &FrameModifier::minWidth},   Field{"maxWidth", &FrameModifier::maxWidth},
-        Field{"minHeight", &FrameModifier::minHeight}, Field{"maxHeight", &FrameModifier::maxHeight},
-        Field{"alignment", &FrameModifier::alignment}};
+        Field{"width", &FrameModifier::width,
+              Note{.text = "The exact width.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own width",
+                   .example = "40"}},
+        Field{"height", &FrameModifier::height,
+              Note{.text = "The exact height.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own height",
+                   .example = "40"}},
+        Field{"minWidth", &FrameModifier::minWidth,
+              Note{.text = "The least width.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own width",
+                   .example = "20"}},
+        Field{"maxWidth", &FrameModifier::maxWidth,
+              Note{.text = "The greatest width; `\"infinity\"` takes all that is offered.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own width",
+                   .example = R"("infinity")"}},
+        Field{"minHeight", &FrameModifier::minHeight,
+              Note{.text = "The least height.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own height",
+                   .example = "20"}},
+        Field{"maxHeight", &FrameModifier::maxHeight,
+              Note{.text = "The greatest height; `\"infinity\"` takes all that is offered.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "the view's own height",
+                   .example = R"("infinity")"}},
+        Field{"alignment", &FrameModifier::alignment,
+              Note{.text = "Where the view lies in a larger room.", .defaultValue = R"("center")"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

@@ -8,10 +8,13 @@ namespace tavrin {
 struct OpacityModifier {
     static constexpr ModifierType type = ModifierType::opacity;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Fades the view.";
 
     LosslessDSLValue<float> opacity = {};
 
-    static constexpr std::tuple fields{Field{"opacity", &OpacityModifier::opacity}};
+    static constexpr std::tuple fields{Field{
+        "opacity", &OpacityModifier::opacity,
+        Note{.text = "How much of the view can be seen; 0 is nothing.", .minimum = 0, .maximum = 1, .example = "0.5"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

@@ -22,12 +22,20 @@ struct Keywords<EdgeDSL> {
 struct PaddingModifier {
     static constexpr ModifierType type = ModifierType::padding;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Leaves room around the view.";
 
     DSLValue<std::optional<std::vector<EdgeDSL>>> edges = {};
     LosslessDSLValue<float> length = {};
 
-    static constexpr std::tuple fields{Field{"edges", &PaddingModifier::edges},
-                                       Field{"length", &PaddingModifier::length}};
+    static constexpr std::tuple fields{
+        Field{"edges", &PaddingModifier::edges,
+              Note{.text = "The edges that get room; an empty list is none.",
+                   .defaultValue = R"(["all"])",
+                   .example = R"(["leading", "trailing"])"}},
+        Field{"length", &PaddingModifier::length,
+              Note{.text = "The room at each of these edges; negative lets the view reach beyond.",
+                   .unit = Unit::points,
+                   .example = "12"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

@@ -11,12 +11,15 @@ namespace tavrin {
 struct RotationEffectModifier {
     static constexpr ModifierType type = ModifierType::rotationEffect;
     static constexpr DSLVersion version = DSLVersion::v1_2;
+    static constexpr std::string_view summary = "Draws the view turned; the room that it takes stays as it is.";
 
     LosslessDSLValue<float> angle = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> anchor = {};
 
-    static constexpr std::tuple fields{Field{"angle", &RotationEffectModifier::angle},
-                                       Field{"anchor", &RotationEffectModifier::anchor}};
+    static constexpr std::tuple fields{
+        Field{"angle", &RotationEffectModifier::angle,
+              Note{.text = "How far to turn, clockwise.", .unit = Unit::degrees, .example = "45"}},
+        Field{"anchor", &RotationEffectModifier::anchor, anchorNote}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

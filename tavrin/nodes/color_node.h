@@ -14,6 +14,9 @@ namespace tavrin {
 struct ColorNode {
     static constexpr NodeType type = NodeType::color;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary =
+        "Fills its room with a colour, one that follows the appearance, or a linear gradient. Also the value of every "
+        "key that takes a colour; `type` may be left out there.";
 
     LosslessDSLValue<std::optional<bool>> gradient = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> start = {};
@@ -23,9 +26,25 @@ struct ColorNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
     static constexpr std::tuple fields{
-        Field{"gradient", &ColorNode::gradient}, Field{"start", &ColorNode::start},
-        Field{"end", &ColorNode::end},           Field{"value", &ColorNode::value},
-        Field{"dark", &ColorNode::dark},         Field{"modifiers", &ColorNode::modifiers}};
+        Field{"gradient", &ColorNode::gradient,
+              Note{.text = "Whether to draw a gradient of the colours in `value`.", .defaultValue = "false"}},
+        Field{"start", &ColorNode::start,
+              Note{.text = "Where the gradient begins; a gradient needs it.",
+                   .absent = "no gradient can be drawn",
+                   .example = R"("topLeading")"}},
+        Field{"end", &ColorNode::end,
+              Note{.text = "Where the gradient ends; a gradient needs it.",
+                   .absent = "no gradient can be drawn",
+                   .example = R"("bottomTrailing")"}},
+        Field{"value", &ColorNode::value,
+              Note{.text = "The colour as `#RRGGBB`, or as `#PPRRGGBB` with its opacity in per cent, `00` to `99`; for "
+                           "a gradient several of these, joined by `-`.",
+                   .example = R"("#FF8800")"}},
+        Field{"dark", &ColorNode::dark,
+              Note{.text = "The colour in dark appearance; a gradient ignores it.",
+                   .absent = "`value` in both appearances",
+                   .example = R"("#FFB340")"}},
+        Field{"modifiers", &ColorNode::modifiers, modifiersNote}};
 
     /// Binds as every record does; but models carry colours with a hexadecimal alpha, documents do not, so a "value"
     /// that comes from the model is converted.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "tavrin/platform/foundation/note.h"
 #include "tavrin/platform/ui/font.h"
 #include "tavrin/values/text_conversion.h"
 
@@ -18,6 +19,12 @@ struct Keywords<FontWeight> {
     static constexpr std::array<std::string_view, 3> raw{"regular", "semibold", "bold"};
     static constexpr FontWeight defaultCase = FontWeight::regular;
 };
+
+/// What authors should know of the keys "fontSize" and "fontWeight".
+inline constexpr Note fontSizeNote{
+    .text = "The size of the font.", .unit = Unit::points, .minimum = 0, .defaultValue = "17", .example = "13"};
+inline constexpr Note fontWeightNote{
+    .text = "The weight of the font.", .defaultValue = R"("regular")", .example = R"("semibold")"};
 
 /// The weight of a text; none where none is named.
 [[nodiscard]] constexpr std::optional<Font::Weight> textWeight(std::optional<FontWeight> weight) {

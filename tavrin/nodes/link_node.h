@@ -11,13 +11,18 @@ namespace tavrin {
 struct LinkNode {
     static constexpr NodeType type = NodeType::link;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Makes another node lead to an address when it is tapped.";
 
     LosslessDSLValue<SharedText> url = {};
     DSLValue<Node> view = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"url", &LinkNode::url}, Field{"view", &LinkNode::view},
-                                       Field{"modifiers", &LinkNode::modifiers}};
+    static constexpr std::tuple fields{
+        Field{"url", &LinkNode::url,
+              Note{.text = "The address that opens; the node can not be tapped where it is no address.",
+                   .example = R"("https://example.com/news/1")"}},
+        Field{"view", &LinkNode::view, Note{.text = "The node that is drawn and can be tapped."}},
+        Field{"modifiers", &LinkNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

@@ -38,19 +38,27 @@ struct Keywords<ProgressAttachmentPosition> {
 
 /// A node that rides on a ring at the end of the arc, or lies over, above or below a bar.
 struct ProgressAttachment {
+    static constexpr std::string_view name = "progressAttachment";
+    static constexpr std::string_view summary =
+        "A node that rides on the end of a ring's arc, or lies over, above or below a bar.";
+
     using Position = ProgressAttachmentPosition;
 
     LosslessDSLValue<Position> position = {};
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{Field{"position", &ProgressAttachment::position},
-                                       Field{"view", &ProgressAttachment::view}};
+    static constexpr std::tuple fields{
+        Field{"position", &ProgressAttachment::position,
+              Note{.text = "Where the node is at a bar: over it, above it or below it; a ring ignores it.",
+                   .example = R"("top")"}},
+        Field{"view", &ProgressAttachment::view, Note{.text = "The node that is attached."}}};
 };
 
 /// How much of something is done, 0…1, as a ring or a bar. Lengths are in points.
 struct ProgressNode {
     static constexpr NodeType type = NodeType::progressView;
     static constexpr DSLVersion version = DSLVersion::v1_1;
+    static constexpr std::string_view summary = "Shows how much of something is done, as a ring or a bar.";
 
     using Style = ProgressStyle;
     using LineCap = ProgressLineCap;
@@ -66,16 +74,32 @@ struct ProgressNode {
     LosslessDSLValue<std::optional<bool>> flip = {};
     DSLValue<std::optional<ProgressAttachment>> attachment = {};
 
-    static constexpr std::tuple fields{Field{"modifiers", &ProgressNode::modifiers},
-                                       Field{"style", &ProgressNode::style},
-                                       Field{"value", &ProgressNode::value},
-                                       Field{"color", &ProgressNode::color},
-                                       Field{"background", &ProgressNode::background},
-                                       Field{"lineWidth", &ProgressNode::lineWidth},
-                                       Field{"lineCornerRadius", &ProgressNode::lineCornerRadius},
-                                       Field{"lineCap", &ProgressNode::lineCap},
-                                       Field{"flip", &ProgressNode::flip},
-                                       Field{"attachment", &ProgressNode::attachment}};
+    static constexpr std::tuple fields{
+        Field{"modifiers", &ProgressNode::modifiers, modifiersNote},
+        Field{"style", &ProgressNode::style, Note{.text = "A ring or a bar.", .example = R"("circular")"}},
+        Field{"value", &ProgressNode::value,
+              Note{.text = "The part that is done.", .minimum = 0, .maximum = 1, .example = "0.6"}},
+        Field{"color", &ProgressNode::color, Note{.text = "A colour or gradient for what is done.", .absent = "blue"}},
+        Field{"background", &ProgressNode::background,
+              Note{.text = "A colour or gradient for the whole ring or bar behind it.", .absent = "gray"}},
+        Field{"lineWidth", &ProgressNode::lineWidth,
+              Note{.text = "The width of the ring's line, the height of the bar.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .example = "6"}},
+        Field{"lineCornerRadius", &ProgressNode::lineCornerRadius,
+              Note{.text = "The radius of a bar's corners; a ring ignores it.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .absent = "half of `lineWidth` with round ends, else 0",
+                   .example = "2"}},
+        Field{"lineCap", &ProgressNode::lineCap,
+              Note{.text = "Whether the ends are cut off or round.", .defaultValue = R"("round")"}},
+        Field{"flip", &ProgressNode::flip,
+              Note{.text = "Whether to fill the other way around: counter-clockwise, or from the trailing edge.",
+                   .defaultValue = "false"}},
+        Field{"attachment", &ProgressNode::attachment,
+              Note{.text = "A node that goes along with the progress.", .absent = "nothing is attached"}}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

@@ -22,9 +22,26 @@ struct Keywords<RoundedCornerStyleDSL> {
     static constexpr RoundedCornerStyleDSL defaultCase = RoundedCornerStyleDSL::circular;
 };
 
+// What authors should know of the keys that shapes have in common.
+inline constexpr Note strokeNote{.text = "Whether to draw the outline instead of filling the shape.",
+                                 .defaultValue = "false"};
+inline constexpr Note strokeColorNote{.text = "The colour of the outline; a gradient counts as gray.",
+                                      .absent = "gray"};
+inline constexpr Note lineWidthNote{.text = "The width of the outline, half of it inside the shape and half outside.",
+                                    .unit = Unit::points,
+                                    .minimum = 0,
+                                    .defaultValue = "1"};
+inline constexpr Note fillColorNote{
+    .text = "The colour of the inside, unless the outline is drawn; a gradient counts as gray.",
+    .absent = "the foreground colour"};
+inline constexpr Note cornerStyleNote{.text = "Whether corners are arcs of circles or bend more gradually.",
+                                      .defaultValue = R"("circular")",
+                                      .example = R"("continuous")"};
+
 struct CircleNode {
     static constexpr NodeType type = NodeType::circle;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws the largest circle that fits its room.";
 
     LosslessDSLValue<std::optional<bool>> stroke = {};
     DSLValue<std::optional<ColorNode>> strokeColor = {};
@@ -32,10 +49,11 @@ struct CircleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
-        Field{"stroke", &CircleNode::stroke}, Field{"strokeColor", &CircleNode::strokeColor},
-        Field{"lineWidth", &CircleNode::lineWidth}, Field{"fillColor", &CircleNode::fillColor},
-        Field{"modifiers", &CircleNode::modifiers}};
+    static constexpr std::tuple fields{Field{"stroke", &CircleNode::stroke, strokeNote},
+                                       Field{"strokeColor", &CircleNode::strokeColor, strokeColorNote},
+                                       Field{"lineWidth", &CircleNode::lineWidth, lineWidthNote},
+                                       Field{"fillColor", &CircleNode::fillColor, fillColorNote},
+                                       Field{"modifiers", &CircleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -43,6 +61,7 @@ struct CircleNode {
 struct RectangleNode {
     static constexpr NodeType type = NodeType::rectangle;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws a rectangle that fills its room.";
 
     LosslessDSLValue<std::optional<bool>> stroke = {};
     DSLValue<std::optional<ColorNode>> strokeColor = {};
@@ -50,10 +69,11 @@ struct RectangleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
-        Field{"stroke", &RectangleNode::stroke}, Field{"strokeColor", &RectangleNode::strokeColor},
-        Field{"lineWidth", &RectangleNode::lineWidth}, Field{"fillColor", &RectangleNode::fillColor},
-        Field{"modifiers", &RectangleNode::modifiers}};
+    static constexpr std::tuple fields{Field{"stroke", &RectangleNode::stroke, strokeNote},
+                                       Field{"strokeColor", &RectangleNode::strokeColor, strokeColorNote},
+                                       Field{"lineWidth", &RectangleNode::lineWidth, lineWidthNote},
+                                       Field{"fillColor", &RectangleNode::fillColor, fillColorNote},
+                                       Field{"modifiers", &RectangleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -61,6 +81,7 @@ struct RectangleNode {
 struct RoundedRectangleNode {
     static constexpr NodeType type = NodeType::roundedRectangle;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws a rectangle with round corners that fills its room.";
 
     LosslessDSLValue<float> cornerRadius = {};
     LosslessDSLValue<std::optional<RoundedCornerStyleDSL>> style = {};
@@ -70,13 +91,18 @@ struct RoundedRectangleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"cornerRadius", &RoundedRectangleNode::cornerRadius},
-                                       Field{"style", &RoundedRectangleNode::style},
-                                       Field{"stroke", &RoundedRectangleNode::stroke},
-                                       Field{"strokeColor", &RoundedRectangleNode::strokeColor},
-                                       Field{"lineWidth", &RoundedRectangleNode::lineWidth},
-                                       Field{"fillColor", &RoundedRectangleNode::fillColor},
-                                       Field{"modifiers", &RoundedRectangleNode::modifiers}};
+    static constexpr std::tuple fields{
+        Field{"cornerRadius", &RoundedRectangleNode::cornerRadius,
+              Note{.text = "The radius of the corners, at most half of the shorter side.",
+                   .unit = Unit::points,
+                   .minimum = 0,
+                   .example = "12"}},
+        Field{"style", &RoundedRectangleNode::style, cornerStyleNote},
+        Field{"stroke", &RoundedRectangleNode::stroke, strokeNote},
+        Field{"strokeColor", &RoundedRectangleNode::strokeColor, strokeColorNote},
+        Field{"lineWidth", &RoundedRectangleNode::lineWidth, lineWidthNote},
+        Field{"fillColor", &RoundedRectangleNode::fillColor, fillColorNote},
+        Field{"modifiers", &RoundedRectangleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -84,6 +110,7 @@ struct RoundedRectangleNode {
 struct CapsuleNode {
     static constexpr NodeType type = NodeType::capsule;
     static constexpr DSLVersion version = DSLVersion::v1;
+    static constexpr std::string_view summary = "Draws a rectangle whose shorter sides are half circles.";
 
     LosslessDSLValue<std::optional<RoundedCornerStyleDSL>> style = {};
     LosslessDSLValue<std::optional<bool>> stroke = {};
@@ -92,12 +119,12 @@ struct CapsuleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"style", &CapsuleNode::style},
-                                       Field{"stroke", &CapsuleNode::stroke},
-                                       Field{"strokeColor", &CapsuleNode::strokeColor},
-                                       Field{"lineWidth", &CapsuleNode::lineWidth},
-                                       Field{"fillColor", &CapsuleNode::fillColor},
-                                       Field{"modifiers", &CapsuleNode::modifiers}};
+    static constexpr std::tuple fields{Field{"style", &CapsuleNode::style, cornerStyleNote},
+                                       Field{"stroke", &CapsuleNode::stroke, strokeNote},
+                                       Field{"strokeColor", &CapsuleNode::strokeColor, strokeColorNote},
+                                       Field{"lineWidth", &CapsuleNode::lineWidth, lineWidthNote},
+                                       Field{"fillColor", &CapsuleNode::fillColor, fillColorNote},
+                                       Field{"modifiers", &CapsuleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

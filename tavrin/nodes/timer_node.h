@@ -13,6 +13,7 @@ namespace tavrin {
 struct TimerNode {
     static constexpr NodeType type = NodeType::timer;
     static constexpr DSLVersion version = DSLVersion::v1_1;
+    static constexpr std::string_view summary = "Shows the time since or until a moment, such as 12:34 or 1:02:03.";
 
     LosslessDSLValue<std::optional<float>> timestamp = {};
     LosslessDSLValue<std::optional<float>> fontSize = {};
@@ -21,9 +22,19 @@ struct TimerNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
     static constexpr std::tuple fields{
-        Field{"timestamp", &TimerNode::timestamp}, Field{"fontSize", &TimerNode::fontSize},
-        Field{"fontWeight", &TimerNode::fontWeight}, Field{"monospace", &TimerNode::monospace},
-        Field{"modifiers", &TimerNode::modifiers}};
+        Field{"timestamp", &TimerNode::timestamp,
+              Note{.text = "The moment, in seconds since 1970 UTC, rounded to a multiple of 128.",
+                   .unit = Unit::seconds,
+                   .absent = "the moment of drawing",
+                   .example = "1700000128"}},
+        Field{"fontSize", &TimerNode::fontSize, fontSizeNote},
+        Field{"fontWeight", &TimerNode::fontWeight, fontWeightNote},
+        Field{"monospace", &TimerNode::monospace,
+              Note{.text = "Whether all digits are equally wide, 20 points high where no size is given; `false` also "
+                           "makes `fontSize` ineffective.",
+                   .absent = "digits of their own widths",
+                   .example = "true"}},
+        Field{"modifiers", &TimerNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "tavrin/platform/foundation/note.h"
 #include "tavrin/platform/ui/unit_point.h"
 #include "tavrin/values/text_conversion.h"
 
@@ -40,6 +41,10 @@ struct Keywords<UnitPointDSL> {
                                 UnitPoint::bottomTrailing};
     return values[static_cast<std::size_t>(point)];
 }
+
+/// What authors should know of an effect's "anchor".
+inline constexpr Note anchorNote{
+    .text = "The point of the view that stays where it is.", .defaultValue = R"("center")", .example = R"("bottom")"};
 
 /// An effect's anchor; where none is named, the centre.
 [[nodiscard]] constexpr UnitPoint platformAnchor(const std::optional<UnitPointDSL>& anchor) {

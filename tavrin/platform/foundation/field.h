@@ -4,9 +4,12 @@
 #include <tuple>
 #include <utility>
 
+#include "tavrin/platform/foundation/note.h"
+
 namespace tavrin {
 
-/// One field of a record: the key it is written under and the member that holds it.
+/// One field of a record: the key it is written under, the member that holds it and, where authors write the record, a
+/// note for them.
 ///
 /// A record lists its fields once, in declaration order, as `static constexpr std::tuple fields{Field{…}, …}`;
 /// decoding, encoding, binding, equality and printing are loops over that list.
@@ -14,9 +17,12 @@ template <class Record, class Value>
 struct Field {
     std::string_view key;
     Value Record::*member;
+    Note note = {};
 };
 template <class Record, class Value>
 Field(std::string_view, Value Record::*) -> Field<Record, Value>;
+template <class Record, class Value>
+Field(std::string_view, Value Record::*, Note) -> Field<Record, Value>;
 
 /// Calls `visit(field)` for each field of `Record`, in declaration order.
 template <class Record, class Visit>
