@@ -286,7 +286,7 @@ std::string replaced(std::string document, std::string_view text, std::string_vi
 }
 
 TEST(VectorOutput, DifferencesAreNoticed) {
-    const GoldenCase weather{fs::path(TAVRIN_SOURCE_DIR) / "examples/weather"};
+    const GoldenCase weather{fs::path(TAVRIN_SOURCE_DIR) / "examples/weather", "systemMedium"};
     const struct {
         const char* why;
         const char* text;

@@ -59,10 +59,10 @@ TEST(Golden, PicturesAndTrees) {
     for (const GoldenCase& golden : cases) {
         SCOPED_TRACE(golden.name());
         const Outcome light = render(golden, Appearance::light);
-        expectPicture(golden.folder / "picture.png", light, golden.name());
-        expectText(golden.folder / "layout.json", light.layout);
+        expectPicture(golden.expected() / "picture.png", light, golden.name());
+        expectText(golden.expected() / "layout.json", light.layout);
         const Outcome dark = render(golden, Appearance::dark);
-        expectPicture(golden.folder / "picture-dark.png", dark, golden.name() + "-dark");
+        expectPicture(golden.expected() / "picture-dark.png", dark, golden.name() + "-dark");
         EXPECT_EQ(dark.layout, light.layout) << "the appearance changes no place";
     }
 }
