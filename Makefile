@@ -19,8 +19,8 @@ build/%/build.ninja: | setup
 build: build/release/build.ninja ## the program, build/release/tavrin
 	cmake --build --preset release --target tavrin_program
 
-demo: build ## render every example into out/
-	@scripts/demo.sh build/release/tavrin
+demo: build ## render every example into out/, with a page that shows them
+	@scripts/demo.py build/release/tavrin
 
 test: build/release/build.ninja ## build everything and run all tests
 	cmake --build --preset release

@@ -22,6 +22,8 @@ std::string renderWidget(std::string_view document, std::string_view model) {
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/golden/golden_case.h"
+
 // What README.md shows is compiled, run and compared here.
 
 namespace tavrin {
@@ -65,9 +67,10 @@ TEST(Readme, ItsCodeDrawsAWidget) {
 
 TEST(Readme, ShowsEveryExample) {
     const std::string readme = contentOf("README.md");
-    for (const auto& example : std::filesystem::directory_iterator(TAVRIN_SOURCE_DIR "/examples")) {
-        const std::string name = example.path().filename().string();
-        EXPECT_THAT(readme, HasSubstr("](examples/" + name + "/picture.png)"));
+    for (const GoldenCase& example : goldenCases({"examples"})) {
+        const std::string folder = "examples/" + example.folder.filename().string();
+        EXPECT_THAT(readme, HasSubstr("](" + folder + ")"));
+        EXPECT_THAT(readme, HasSubstr("\"" + folder + "/" + example.family + "/picture.png\""));
     }
 }
 

@@ -38,9 +38,7 @@ struct GoldenCase {
     /// The name of a widget family, or nothing where the options know the size.
     std::string family = {};
 
-    [[nodiscard]] std::string name() const {
-        return folder.filename().string() + (family.empty() ? "" : "-" + family);
-    }
+    [[nodiscard]] std::string name() const { return folder.filename().string() + (family.empty() ? "" : "-" + family); }
     /// The folder of what must come of it.
     [[nodiscard]] std::filesystem::path expected() const { return family.empty() ? folder : folder / family; }
     [[nodiscard]] std::string document() const { return readFile(folder / "document.json"); }
@@ -61,9 +59,10 @@ struct GoldenCase {
             render.environment.date = *Date::parseRFC3339(date->second);
         if (const auto zone = given.find("--time-zone"); zone != given.end())
             render.environment.timeZone = *TimeZone::named(zone->second);
-        if (const auto family = given.find("--family"); family != given.end())
-            render.size = *widgetSize(*widgetFamily(family->second), {390, 844});
-        if (const auto background = given.find("--background"); background != given.end() && background->second == "none")
+        if (const auto name = given.find("--family"); name != given.end())
+            render.size = widgetSize(widgetFamily(name->second).value(), {390, 844}).value();
+        if (const auto background = given.find("--background");
+            background != given.end() && background->second == "none")
             render.background.kind = WidgetBackground::Kind::none;
         if (const auto scale = given.find("--scale"); scale != given.end()) render.scale = std::stod(scale->second);
         return render;
@@ -103,6 +102,16 @@ inline std::vector<GoldenCase> goldenCases(const std::vector<std::string>& place
                 for (const std::string& family : familiesOf(entry.path())) cases.push_back({entry.path(), family});
     }
     std::stable_sort(cases.begin(), cases.end(), [](const auto& a, const auto& b) { return a.folder < b.folder; });
+    return cases;
+}
+
+/// Each example once, in the last of its families, which shows the most.
+inline std::vector<GoldenCase> exampleCases() {
+    std::vector<GoldenCase> cases;
+    for (const GoldenCase& example : goldenCases({"examples"})) {
+        if (!cases.empty() && cases.back().folder == example.folder) cases.pop_back();
+        cases.push_back(example);
+    }
     return cases;
 }
 
