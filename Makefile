@@ -41,6 +41,8 @@ format: setup ## format every source in place
 update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release
 	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex Golden
+	scripts/demo.py build/release/tavrin
+	scripts/contact_sheet.py out docs
 
 asan: build/asan/build.ninja ## all tests under the address and undefined-behaviour sanitizers
 	cmake --build --preset asan

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""demo.py reads the families as they are written, and its page escapes what it shows."""
+"""demo.py reads the families as they are written, README.md lists them, and the page escapes what it shows."""
 import json
 import pathlib
 import tempfile
 import unittest
 
-from demo import families, without_background
+from demo import TOP, families, without_background
 from gallery_page import highlighted, page, pretty
 
 BAD_LISTS = [
@@ -49,6 +49,12 @@ class Families(unittest.TestCase):
         for why, text in BAD_LISTS:
             with self.subTest(why), self.assertRaises(ValueError):
                 self.read(text)
+
+    def test_readme_lists_them(self):
+        readme = (TOP / "README.md").read_text()
+        for folder in (document.parent for document in TOP.glob("examples/*/document.json")):
+            names = [family.removeprefix("system").removeprefix("accessory").lower() for family in families(folder)]
+            self.assertIn(f"\n| [{folder.name}](examples/{folder.name}) | {', '.join(names)} | ", readme)
 
 
 class Options(unittest.TestCase):

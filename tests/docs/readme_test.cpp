@@ -22,8 +22,6 @@ std::string renderWidget(std::string_view document, std::string_view model) {
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/golden/golden_case.h"
-
 // What README.md shows is compiled, run and compared here.
 
 namespace tavrin {
@@ -63,15 +61,6 @@ TEST(Readme, ItsCodeDrawsAWidget) {
     EXPECT_THAT(png, StartsWith("\x89PNG\r\n\x1A\n"));
     const std::string sides{"\0\0\x03\xF6\0\0\x01\xDA", 8};  // 1014 x 474 pixels, big-endian
     EXPECT_EQ(png.substr(16, 8), sides);
-}
-
-TEST(Readme, ShowsEveryExample) {
-    const std::string readme = contentOf("README.md");
-    for (const GoldenCase& example : goldenCases({"examples"})) {
-        const std::string folder = "examples/" + example.folder.filename().string();
-        EXPECT_THAT(readme, HasSubstr("](" + folder + ")"));
-        EXPECT_THAT(readme, HasSubstr("\"" + folder + "/" + example.family + "/picture.png\""));
-    }
 }
 
 TEST(Readme, ItsExcerptsStandInTheExample) {
