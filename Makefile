@@ -19,8 +19,8 @@ build/%/build.ninja: | setup
 build: build/release/build.ninja ## the program, build/release/tavrin
 	cmake --build --preset release --target tavrin_program
 
-demo: build ## render every example into out/
-	@scripts/demo.sh build/release/tavrin
+demo: build ## render every example into out/, with a page that shows them
+	@scripts/demo.py build/release/tavrin
 
 test: build/release/build.ninja ## build everything and run all tests
 	cmake --build --preset release
@@ -41,6 +41,8 @@ format: setup ## format every source in place
 update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release
 	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex Golden
+	scripts/demo.py build/release/tavrin
+	scripts/contact_sheet.py out docs
 
 asan: build/asan/build.ninja ## all tests under the address and undefined-behaviour sanitizers
 	cmake --build --preset asan

@@ -12,7 +12,7 @@ namespace {
 /// Every example, in light and in dark, as the bytes of its files.
 std::vector<std::string> filesOfExamples() {
     std::vector<std::string> files;
-    for (const GoldenCase& example : goldenCases({"examples"})) {
+    for (const GoldenCase& example : exampleCases()) {
         for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
             ImageRenderer renderer(example.view(), example.renderOptions(appearance));
             for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/golden/golden_case.h"
@@ -59,11 +60,22 @@ TEST(Golden, PicturesAndTrees) {
     for (const GoldenCase& golden : cases) {
         SCOPED_TRACE(golden.name());
         const Outcome light = render(golden, Appearance::light);
-        expectPicture(golden.folder / "picture.png", light, golden.name());
-        expectText(golden.folder / "layout.json", light.layout);
+        expectPicture(golden.expected() / "picture.png", light, golden.name());
+        expectText(golden.expected() / "layout.json", light.layout);
         const Outcome dark = render(golden, Appearance::dark);
-        expectPicture(golden.folder / "picture-dark.png", dark, golden.name() + "-dark");
+        expectPicture(golden.expected() / "picture-dark.png", dark, golden.name() + "-dark");
         EXPECT_EQ(dark.layout, light.layout) << "the appearance changes no place";
+    }
+}
+
+TEST(Golden, NoFamilyIsLeftOver) {
+    for (const GoldenCase& golden : goldenCases()) {
+        const std::vector<std::string> families = familiesOf(golden.folder);
+        for (const auto& entry : fs::directory_iterator(golden.folder)) {
+            const std::string name = entry.path().filename().string();
+            if (!entry.is_directory() || name == "pictures") continue;
+            EXPECT_THAT(families, testing::Contains(name)) << entry.path() << " is of no family in families.txt";
+        }
     }
 }
 

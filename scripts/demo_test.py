@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+"""demo.py reads the families as they are written, README.md lists them, and the page escapes what it shows."""
+import json
+import pathlib
+import tempfile
+import unittest
+
+from demo import TOP, families, without_background
+from gallery_page import highlighted, page, pretty
+
+BAD_LISTS = [
+    ("nothing", ""),
+    ("a word that is no family", "systemSmall\nsystemTiny\n"),
+    ("a family twice", "systemSmall\nsystemMedium\nsystemSmall\n"),
+]
+
+HIGHLIGHTS = [
+    ("keys, texts and numbers", '{"a": "b", "c": -1.5e3}',
+     "{<b>&quot;a&quot;</b>: <i>&quot;b&quot;</i>, <b>&quot;c&quot;</b>: <u>-1.5e3</u>}"),
+    ("words", "[true, false, null]", "[<u>true</u>, <u>false</u>, <u>null</u>]"),
+    ("quotes in a text", r'"a\"b: 1"', r"<i>&quot;a\&quot;b: 1&quot;</i>"),
+    ("markup in a text", '"<b>&\'"', "<i>&quot;&lt;b&gt;&amp;&#x27;&quot;</i>"),
+    ("markup where JSON has none", "<script> 1 </script>", "&lt;script&gt; <u>1</u> &lt;/script&gt;"),
+]
+
+ATTACK = "</pre><script>\"'&"
+EXAMPLE = {
+    "name": ATTACK,
+    "options": [ATTACK],
+    "pictures": [{"family": ATTACK, "light": ATTACK, "dark": ATTACK, "size": (158.0, 158.0)}],
+    "document": ATTACK,
+    "model": ATTACK,
+    "tree": {ATTACK: [ATTACK]},
+    "targets": [{"kind": ATTACK, "destination": ATTACK, "frame": [0, 0, 99.5, 1]}],
+    "targets_family": ATTACK,
+}
+
+
+class Families(unittest.TestCase):
+    def read(self, text):
+        with tempfile.TemporaryDirectory() as folder:
+            (pathlib.Path(folder) / "families.txt").write_text(text)
+            return families(pathlib.Path(folder))
+
+    def test_right(self):
+        self.assertEqual(self.read("systemSmall\naccessoryInline\n"), ["systemSmall", "accessoryInline"])
+
+    def test_wrong(self):
+        for why, text in BAD_LISTS:
+            with self.subTest(why), self.assertRaises(ValueError):
+                self.read(text)
+
+    def test_readme_lists_them(self):
+        readme = (TOP / "README.md").read_text()
+        for folder in (document.parent for document in TOP.glob("examples/*/document.json")):
+            names = [family.removeprefix("system").removeprefix("accessory").lower() for family in families(folder)]
+            self.assertIn(f"\n| [{folder.name}](examples/{folder.name}) | {', '.join(names)} | ", readme)
+
+
+class Options(unittest.TestCase):
+    def test_without_background(self):
+        options = ["--date", "2026-11-21T08:05:00Z", "--background", "none", "--scale", "2"]
+        self.assertEqual(without_background(options), options[:2] + options[4:])
+        self.assertEqual(without_background([]), [])
+
+
+class Page(unittest.TestCase):
+    def test_highlights(self):
+        for why, text, expected in HIGHLIGHTS:
+            with self.subTest(why):
+                self.assertEqual(highlighted(text), expected)
+
+    def test_escapes_everything(self):
+        text = page([EXAMPLE])
+        self.assertEqual(text.count("</pre>"), 3)
+        self.assertNotIn("<script", text)
+        self.assertNotIn(ATTACK, text)
+
+    def test_loads_nothing_from_elsewhere(self):
+        self.assertNotRegex(page([{**EXAMPLE, "pictures": []}]), r"https?:|//|@import|url\(")
+
+    def test_pretty_is_the_same_json(self):
+        value = {"a": [1, {"b": ["é" * 60, None]}], "c": {}, "d": [], "e" * 90: "f" * 90}
+        self.assertEqual(json.loads(pretty(value)), value)
+        self.assertEqual(pretty({"a": [1, 2]}), '{"a": [1, 2]}')
+        self.assertEqual(pretty([1, [2, 3]], width=7), "[\n  1,\n  [\n    2,\n    3\n  ]\n]")
+
+
+if __name__ == "__main__":
+    unittest.main()
