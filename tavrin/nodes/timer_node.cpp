@@ -26,7 +26,7 @@ AnyView TimerNode::render(Context& context) const {
     const std::optional<float> seconds = timestamp.wrappedValue();
     const Date date = seconds ? Date{double{*seconds}} : RenderState::of(context).now;
     Text text{.content = date, .font = fontOf(*this), .fontWeight = textWeight(fontWeight.wrappedValue())};
-    return applyModifiers(modifiers.wrappedValue(), std::move(text), context);
+    return applyModifiers(*this, std::move(text), context);
 }
 
 }  // namespace tavrin
