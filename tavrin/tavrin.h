@@ -5,6 +5,7 @@
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/view_origins.h"
 #include "tavrin/engine/json_decoder.h"
+#include "tavrin/engine/record_types.h"
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/images/image_decoder.h"
 #include "tavrin/images/image_processer.h"

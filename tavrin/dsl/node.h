@@ -8,12 +8,17 @@
 
 namespace tavrin {
 
+/// What has modifiers of its own.
+template <class T>
+concept Modifiable = requires(const T& node) {
+    { node.modifiers.wrappedValue() } -> std::same_as<std::span<const Modifier>>;
+};
+
 /// What can stand in a document as a node: a record with a tag, a version and modifiers.
 template <class T>
-concept DSLNodeProtocol = DSLRecord<T> && requires(const T& node) {
+concept DSLNodeProtocol = DSLRecord<T> && Modifiable<T> && requires {
     { T::type } -> std::convertible_to<NodeType>;
     { T::version } -> std::convertible_to<DSLVersion>;
-    { node.modifiers.wrappedValue() } -> std::same_as<std::span<const Modifier>>;
 };
 
 /// A node that can be drawn: `render` builds its view and applies its modifiers.
@@ -132,6 +137,12 @@ template <DSLNodeProtocol Record>
 
 /// Applies modifiers in their order, the first innermost; each is bound to the context's model before.
 [[nodiscard]] AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context);
+
+/// Applies a node's own modifiers: how every node's `render` ends.
+template <Modifiable Record>
+[[nodiscard]] AnyView applyModifiers(const Record& node, AnyView view, Context& context) {
+    return applyModifiers(node.modifiers.wrappedValue(), std::move(view), context);
+}
 
 template <>
 struct Coding<Node> {

@@ -18,6 +18,11 @@ void RenderState::cacheImage(std::string_view url) {
     if (std::optional<URL> parsed = URL::parse(url)) webImageURLs.push_back(*std::move(parsed));
 }
 
+Date RenderState::now(const Context& context) const {
+    if (nesting > 0) return now_;
+    return context.date ? *context.date : Date::now();
+}
+
 const TimeZone& RenderState::deviceTimeZone(const Context& context) {
     if (context.timeZone) return *context.timeZone;
     if (!processTimeZone_) processTimeZone_ = TimeZone::current();
@@ -25,7 +30,7 @@ const TimeZone& RenderState::deviceTimeZone(const Context& context) {
 }
 
 void RenderState::beginRender(const Context& context) {
-    now = context.date ? *context.date : Date::now();
+    now_ = now(context);
     processTimeZone_.reset();
     nodesDrawn = 0;
     modifiersApplied = 0;

@@ -29,14 +29,14 @@ struct RenderState {
     std::unique_ptr<OriginRecorder> recorder;
     std::shared_ptr<const ViewOrigins> origins;
 
-    /// The moment at which the outermost node began to be drawn.
-    Date now;
     std::size_t nodesDrawn = 0;
     std::size_t modifiersApplied = 0;
     std::size_t nesting = 0;
     /// The references that are being drawn, outermost first.
     std::vector<std::string_view> openReferences;
 
+    /// The moment at which the outermost node began to be drawn; while none is, the moment of the call.
+    [[nodiscard]] Date now(const Context& context) const;
     /// The device's time zone: the context's, else that of the process, which is looked up once for each render.
     const TimeZone& deviceTimeZone(const Context& context);
     /// Records an image's address for the next call's prefetch; what is no address is left out.
@@ -106,6 +106,7 @@ private:
 
     [[noreturn]] static void failModifiers(const Context& context);
 
+    Date now_;  // while a node is drawn
     std::optional<TimeZone> processTimeZone_;
 };
 

@@ -26,7 +26,7 @@ AnyView renderStack(const StackNode& node, Context& context) {
     Stack stack{.alignment = alignmentOf(node.alignment),
                 .spacing = node.spacing.wrappedValue(),
                 .children = std::move(children)};
-    return applyModifiers(node.modifiers.wrappedValue(), std::move(stack), context);
+    return applyModifiers(node, std::move(stack), context);
 }
 
 }  // namespace
@@ -38,16 +38,12 @@ AnyView HStackNode::render(Context& context) const { return renderStack<HStack>(
 AnyView ZStackNode::render(Context& context) const {
     ViewList views = renderChildren(children.wrappedValue(), context);
     ZStack stack{.alignment = alignmentOf(alignment), .children = std::move(views)};
-    return applyModifiers(modifiers.wrappedValue(), std::move(stack), context);
+    return applyModifiers(*this, std::move(stack), context);
 }
 
-AnyView SpacerNode::render(Context& context) const {
-    return applyModifiers(modifiers.wrappedValue(), Spacer{}, context);
-}
+AnyView SpacerNode::render(Context& context) const { return applyModifiers(*this, Spacer{}, context); }
 
-AnyView EmptyViewNode::render(Context& context) const {
-    return applyModifiers(modifiers.wrappedValue(), EmptyView{}, context);
-}
+AnyView EmptyViewNode::render(Context& context) const { return applyModifiers(*this, EmptyView{}, context); }
 
 AnyView RefNode::render(Context& context) const {
     const std::string& referenced = name.wrappedValue;

@@ -25,7 +25,7 @@ AnyView WebImageNode::render(Context& context) const {
                    .maxImageSize = context.maxImageSize,
                    .logger = context.logger(),
                    .fetchPolicy = context.fetchPolicy};
-    return applyModifiers(modifiers.wrappedValue(), std::move(image), context);
+    return applyModifiers(*this, std::move(image), context);
 }
 
 }  // namespace tavrin

@@ -101,8 +101,7 @@ struct Coding<T> {
     /// Numbers that JSON has no form for become the strings "infinity", "-infinity" and "nan".
     static void encode(T value, JSONWriter& writer) {
         if constexpr (std::same_as<T, float>) {
-            // The double of the same text, so that 0.1 is written as 0.1.
-            writer.value(doubleFromText(toText(value)).value_or(double{value}));
+            writer.value(doubleOfSameText(value));
         } else {
             writer.value(value);
         }

@@ -55,7 +55,7 @@ public:
     JSON(const char* text) : value_(SharedText(text)) {}         // NOLINT(google-explicit-constructor)
     /// A boolean or a number of any type.
     template <Arithmetic Scalar>
-    JSON(Scalar scalar) : value_(static_cast<Widest<Scalar>>(scalar)) {}  // NOLINT(google-explicit-constructor)
+    JSON(Scalar scalar) : value_(widest(scalar)) {}  // NOLINT(google-explicit-constructor)
 
     /// Parses a text. Throws `DecodingError` (dataCorrupted) where it is not JSON.
     static JSON parse(std::string_view text);
@@ -79,6 +79,15 @@ private:
         std::same_as<Scalar, bool>, bool,
         std::conditional_t<std::floating_point<Scalar>, double,
                            std::conditional_t<std::signed_integral<Scalar>, std::int64_t, std::uint64_t>>>;
+
+    template <class Scalar>
+    static Widest<Scalar> widest(Scalar scalar) {
+        if constexpr (std::same_as<Scalar, float>) {
+            return doubleOfSameText(scalar);
+        } else {
+            return static_cast<Widest<Scalar>>(scalar);
+        }
+    }
 
     Value value_;
 };

@@ -16,7 +16,7 @@ Shape outlineOf(const AnyView& view) {
 }  // namespace
 
 AnyView ClipShapeModifier::modify(AnyView content, Context& context) const {
-    const AnyView rendered = view.wrappedValue.render(context);
+    const AnyView rendered = within("view", [&] { return view.wrappedValue.render(context); });
     const AnyView& unwrapped = mirrorKeyPath("storage.view", rendered);
     return ClipShape{.shape = outlineOf(unwrapped), .content = std::move(content)};
 }

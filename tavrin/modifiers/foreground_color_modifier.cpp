@@ -5,11 +5,19 @@
 
 namespace tavrin {
 
+namespace {
+
+Color plainColor(const ColorNode& node, Context& context) {
+    const AnyView rendered = node.render(context);
+    if (const Color* plain = mirrorKeyPath("storage.view", rendered).as<Color>()) return *plain;
+    throw TavrinError("ForegroundColorModifier", "invalid color node");
+}
+
+}  // namespace
+
 AnyView ForegroundColorModifier::modify(AnyView view, Context& context) const {
-    const AnyView rendered = color.wrappedValue.render(context);
-    const Color* plain = mirrorKeyPath("storage.view", rendered).as<Color>();
-    if (plain == nullptr) throw TavrinError("ForegroundColorModifier", "invalid color node");
-    return ForegroundColor{.color = *plain, .content = std::move(view)};
+    return ForegroundColor{.color = within("color", [&] { return plainColor(color.wrappedValue, context); }),
+                           .content = std::move(view)};
 }
 
 }  // namespace tavrin

@@ -50,7 +50,7 @@ ColorNode ColorNode::boundToModel(const ModelContext& model) const {
 
 AnyView ColorNode::render(Context& context) const {
     const bool isGradient = gradient.wrappedValue() == true;
-    return applyModifiers(modifiers.wrappedValue(), isGradient ? gradientView(*this) : solidView(*this), context);
+    return applyModifiers(*this, isGradient ? gradientView(*this) : solidView(*this), context);
 }
 
 }  // namespace tavrin

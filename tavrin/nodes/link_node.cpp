@@ -9,7 +9,7 @@ AnyView LinkNode::render(Context& context) const {
     AnyView label = within("view", [&] { return view.wrappedValue.render(context); });
     if (const std::optional<URL> destination = convertedLink(url.wrappedValue(), context))
         label = Link{.destination = *destination, .label = std::move(label)};
-    return applyModifiers(modifiers.wrappedValue(), std::move(label), context);
+    return applyModifiers(*this, std::move(label), context);
 }
 
 }  // namespace tavrin

@@ -51,7 +51,7 @@ AnyView ProgressNode::render(Context& context) const {
                                                                .flip = isFlipped});
             break;
     }
-    return applyModifiers(modifiers.wrappedValue(), std::move(view), context);
+    return applyModifiers(*this, std::move(view), context);
 }
 
 }  // namespace tavrin

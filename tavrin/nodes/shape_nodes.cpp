@@ -10,9 +10,9 @@ RoundedCornerStyle styleOf(const LosslessDSLValue<std::optional<RoundedCornerSty
                                                                      : RoundedCornerStyle::circular;
 }
 
-/// The plain colour that a colour node draws; gray where it draws anything else.
-Color plainColor(const ColorNode& node, Context& context) {
-    const AnyView rendered = node.render(context);
+/// The plain colour that the colour node of a key draws; gray where it draws anything else.
+Color plainColor(std::string_view key, const ColorNode& node, Context& context) {
+    const AnyView rendered = within(key, [&] { return node.render(context); });
     const Color* color = mirrorKeyPath("storage.view", rendered).as<Color>();
     return color != nullptr ? *color : Color::gray;
 }
@@ -24,17 +24,17 @@ AnyView handleStrokeAndFill(const BareShape& view, const NodeRecord& node, Conte
     if (node.stroke.wrappedValue() == true) {
         const std::optional<ColorNode>& color = node.strokeColor.wrappedValue;
         return StrokedShape{.shape = view,
-                            .stroke = color ? plainColor(*color, context) : Color::gray,
+                            .stroke = color ? plainColor("strokeColor", *color, context) : Color::gray,
                             .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
     }
     if (const std::optional<ColorNode>& color = node.fillColor.wrappedValue)
-        return FilledShape{.shape = view, .fill = plainColor(*color, context)};
+        return FilledShape{.shape = view, .fill = plainColor("fillColor", *color, context)};
     return view;
 }
 
 template <ShapeNode NodeRecord, class BareShape>
 AnyView renderShape(const BareShape& view, const NodeRecord& node, Context& context) {
-    return applyModifiers(node.modifiers.wrappedValue(), handleStrokeAndFill(view, node, context), context);
+    return applyModifiers(node, handleStrokeAndFill(view, node, context), context);
 }
 
 }  // namespace

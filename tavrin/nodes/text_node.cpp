@@ -8,7 +8,7 @@ AnyView TextNode::render(Context& context) const {
     Text text{.content = content.wrappedValue()};
     if (const std::optional<float> size = fontSize.wrappedValue()) text.font = Font::system(double{*size});
     text.fontWeight = textWeight(fontWeight.wrappedValue());
-    return applyModifiers(modifiers.wrappedValue(), std::move(text), context);
+    return applyModifiers(*this, std::move(text), context);
 }
 
 }  // namespace tavrin

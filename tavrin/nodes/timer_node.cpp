@@ -24,9 +24,9 @@ std::optional<Font> fontOf(const TimerNode& timer) {
 
 AnyView TimerNode::render(Context& context) const {
     const std::optional<float> seconds = timestamp.wrappedValue();
-    const Date date = seconds ? Date{double{*seconds}} : RenderState::of(context).now;
+    const Date date = seconds ? Date{double{*seconds}} : RenderState::of(context).now(context);
     Text text{.content = date, .font = fontOf(*this), .fontWeight = textWeight(fontWeight.wrappedValue())};
-    return applyModifiers(modifiers.wrappedValue(), std::move(text), context);
+    return applyModifiers(*this, std::move(text), context);
 }
 
 }  // namespace tavrin

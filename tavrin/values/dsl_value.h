@@ -28,7 +28,7 @@ struct ExprText {
 
 /// Either a value or an expression that is not resolved yet. Hardly larger than the value: a record holds many of
 /// these, and few are expressions.
-template <class T>
+template <LosslessDefault T>
 class LosslessBox {
 public:
     explicit LosslessBox(const T& value) : value_(value) {}
@@ -58,7 +58,7 @@ private:
 };
 
 /// A property that the document gives as a literal of any scalar type or as an expression `{{…}}` over the model.
-template <class T>
+template <LosslessDefault T>
 class LosslessDSLValue {
 public:
     using Box = LosslessBox<T>;
@@ -124,17 +124,23 @@ struct DSLValue {
     friend bool operator==(const DSLValue&, const DSLValue&) = default;
 };
 
-/// A list that is empty where its key is missing. Copies share it.
-template <class List>
-class DSLValueWithDefault;
-
+/// A type with a value that stands where its key is missing: a list is empty then.
 template <class T>
-class DSLValueWithDefault<std::vector<T>> {
+concept DSLDefaultValueType = requires {
+    typename T::value_type;
+    requires std::same_as<T, std::vector<typename T::value_type>>;
+};
+
+/// A list that is empty where its key is missing. Copies share it.
+template <DSLDefaultValueType List>
+class DSLValueWithDefault {
+    using T = typename List::value_type;
+
 public:
     DSLValueWithDefault() = default;
     explicit DSLValueWithDefault(SharedArray<T> list) : list_(std::move(list)) {}
     // NOLINTNEXTLINE(google-explicit-constructor): a list is a property in code
-    DSLValueWithDefault(const std::vector<T>& values)
+    DSLValueWithDefault(const List& values)
         : list_(values.empty() ? SharedArray<T>() : SharedArray<T>::copyOf(values)) {}
 
     [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }

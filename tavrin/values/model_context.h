@@ -1,11 +1,13 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -25,6 +27,18 @@ struct ModelContextError : PlacedError {
 /// One element of a key path: a key of a dictionary or an index of an array.
 using JSONKey = std::variant<std::string, std::int64_t>;
 
+/// What can name an element of a key path: a text is a key, a whole number an index.
+template <class T>
+concept JSONSubscriptType = std::integral<T> || std::convertible_to<T, std::string_view>;
+
+[[nodiscard]] JSONKey jsonKey(const JSONSubscriptType auto& element) {
+    if constexpr (std::integral<std::remove_cvref_t<decltype(element)>>) {
+        return static_cast<std::int64_t>(element);
+    } else {
+        return std::string(std::string_view(element));
+    }
+}
+
 /// Resolves the expressions of one render: `{{initServerParam.…}}` against the model document and
 /// `{{initEnvironment.…}}` against the host's environment. Resolving only reads; not locked.
 class ModelContext {
@@ -35,7 +49,7 @@ public:
     ModelContext(JSON model, Environment environment) : model(std::move(model)), environment(std::move(environment)) {}
 
     /// Resolves an expression, braces included, to a value of type `T`. Throws `ModelContextError`.
-    template <class T>
+    template <LosslessDefault T>
     [[nodiscard]] T resolve(std::string_view expression) const;
 
     /// Walks a model along a key path; null when it leads nowhere.
@@ -54,7 +68,7 @@ private:
     [[noreturn]] static void failConversion(const Found& found, const std::string& type);
 };
 
-template <class T>
+template <LosslessDefault T>
 T ModelContext::resolve(std::string_view expression) const {
     const Found found = find(expression);
     if (std::optional<T> value = convert<T>(*found.value)) return *std::move(value);

@@ -19,18 +19,19 @@ namespace tavrin {
 template <class Enum>
 struct Keywords;
 
+/// An enumeration of keywords: built from text, which must be exactly one of the raw values, and written as that.
 template <class Enum>
-concept KeywordEnum = std::is_enum_v<Enum> && requires {
+concept StringConvertible = std::is_enum_v<Enum> && requires {
     Keywords<Enum>::raw;
 };
 
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 [[nodiscard]] constexpr std::string_view rawValue(Enum value) {
     return Keywords<Enum>::raw[static_cast<std::size_t>(value)];
 }
 
 /// The case whose raw value is exactly `text`.
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 [[nodiscard]] std::optional<Enum> fromRawValue(std::string_view text) {
     const std::size_t index = indexOfText<Keywords<Enum>::raw>(text);
     return index < Keywords<Enum>::raw.size() ? std::optional(static_cast<Enum>(index)) : std::nullopt;
@@ -41,6 +42,12 @@ template <KeywordEnum Enum>
 /// `static T defaultValue()`, `static std::string typeName()` and `static std::string readableName()`.
 template <class T>
 struct LosslessStringConvertible;
+
+/// What a property may be: a type with a fallback for what cannot be built.
+template <class T>
+concept LosslessDefault = requires {
+    { LosslessStringConvertible<T>::defaultValue() } -> std::same_as<T>;
+};
 
 /// A text; the library's own records share it.
 template <class T>
@@ -94,7 +101,7 @@ struct LosslessStringConvertible<T> {
     static std::string readableName() { return "a number"; }
 };
 
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 struct LosslessStringConvertible<Enum> {
     static std::optional<Enum> fromText(std::string_view text) { return fromRawValue<Enum>(text); }
     static std::string description(Enum value) { return std::string(rawValue(value)); }
@@ -117,17 +124,19 @@ struct LosslessStringConvertible<std::optional<T>> {
     static std::string readableName() { return LosslessStringConvertible<T>::readableName(); }
 };
 
+/// An optional of some type.
 template <class T>
-inline constexpr bool isOptional = false;
-template <class T>
-inline constexpr bool isOptional<std::optional<T>> = true;
+concept DSLOptional = requires {
+    typename T::value_type;
+    requires std::same_as<T, std::optional<typename T::value_type>>;
+};
 
 /// Throws dataCorrupted for a word that is none of `words`, and says which one may have been meant.
 [[noreturn]] void failUnknownKeyword(const Decoder& decoder, std::string_view type,
                                      std::span<const std::string_view> words);
 
 /// A keyword where no conversion applies: exactly one of the raw values, anything else is refused.
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 struct Coding<Enum> {
     static Enum decode(const Decoder& decoder) {
         decoder.require(JSONKind::string);

@@ -31,7 +31,7 @@ template <class T>
 /// Converts a number: a `std::int64_t`, `std::uint64_t` or `double`.
 template <class T, class Number>
 [[nodiscard]] std::optional<T> convertNumber(Number number) {
-    if constexpr (isOptional<T>) {
+    if constexpr (DSLOptional<T>) {
         return std::optional<T>(std::in_place, convertNumber<typename T::value_type>(number));
     } else if constexpr (std::floating_point<T>) {
         if constexpr (std::same_as<T, float> && std::same_as<Number, double>) {

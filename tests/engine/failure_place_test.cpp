@@ -48,6 +48,24 @@ TEST(FailurePlace, IsTheWayFromTheRoot) {
          R"({"main": {"type": "vstack", "children": [{"type": "node", "name": "a row"}]},
             "a row": {"type": "hstack", "children": [{"type": "text", "content": "{{initServerParam.gone}}"}]}})",
          R"(nodes["a row"].children[0].content)"},
+        {"of what clips", R"({"main": {"type": "text", "content": "a", "modifiers": [{"type": "clipShape", "view":
+            {"type": "circle", "fillColor": {"value": "no colour"}}}]}})",
+         "nodes.main.modifiers[0].view.fillColor"},
+        {"what clips, where it is no shape", R"({"main": {"type": "text", "content": "a", "modifiers": [
+            {"type": "clipShape", "view": {"type": "spacer"}}]}})",
+         "nodes.main.modifiers[0]"},
+        {"a text's colour", R"({"main": {"type": "text", "content": "a", "modifiers": [
+            {"type": "foregroundColor", "color": {"value": "no colour"}}]}})",
+         "nodes.main.modifiers[0].color"},
+        {"a text's colour that is a gradient", R"({"main": {"type": "text", "content": "a", "modifiers": [
+            {"type": "foregroundColor", "color":
+            {"value": "#FF0000", "gradient": true, "start": "top", "end": "bottom"}}]}})",
+         "nodes.main.modifiers[0].color"},
+        {"a shape's stroke", R"({"main": {"type": "circle", "stroke": true, "strokeColor": {"value": "no colour"}}})",
+         "nodes.main.strokeColor"},
+        {"a modifier of a shape's fill", R"({"main": {"type": "circle", "fillColor": {"value": "#FF0000", "modifiers": [
+            {"type": "opacity", "opacity": "{{initServerParam.gone}}"}]}}})",
+         "nodes.main.fillColor.modifiers[0].opacity"},
         {"a link's label",
          R"({"main": {"type": "link", "url": "a", "view": {"type": "text", "content": "{{initServerParam.gone}}"}}})",
          "nodes.main.view.content"},

@@ -34,11 +34,18 @@ class QuietLogger final : public tavrin::Logger {
 
 bool isBlue(const tavrin::PixelBuffer& pixels, int x, int y) { return pixels.row(y)[x] == 0xFF0000FF; }
 
+/// A document that is built in code.
+std::string greeting() {
+    tavrin::DSLRoot root;
+    root.nodes.emplace("main", tavrin::TextNode{.content = "Hello"});
+    return tavrin::DSLJSONEncoder().encode(root);
+}
+
 }  // namespace
 
 int main() {
-    constexpr std::string_view json = R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
     try {
+        const std::string json = greeting();
         const tavrin::TavrinEngine engine;
         tavrin::TavrinEngine::Context context(std::make_shared<QuietLogger>());
         context.linkConverter = [](const tavrin::URL& url) { return url; };

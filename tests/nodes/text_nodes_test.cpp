@@ -163,6 +163,13 @@ TEST(TimerNode, CountsFromItsTimestamp) {
     }
 }
 
+TEST(TimerNode, DrawnByItselfCountsFromTheMomentToo) {
+    Context context;
+    context.date = Date{99};
+    const AnyView view = TimerNode{}.render(context);
+    EXPECT_EQ(std::get<Date>(view.as<Text>()->content).secondsSince1970, 99);
+}
+
 TEST(TimerNode, BindsInOrder) {
     const auto failure = [](std::string_view model) {
         return failureOf([&] {

@@ -25,7 +25,7 @@ std::string reading(std::string_view text) {
     try {
         const Value<T> value = decoded<T>(text);
         if (!value.resolved()) return "expression " + std::string(value.box.expr());
-        if constexpr (isOptional<T>) {
+        if constexpr (DSLOptional<T>) {
             if (!value.wrappedValue()) return "absent";
         }
         return value.description();

@@ -23,6 +23,7 @@ const ModelContext& sample() {
                                      {"dark", true},
                                      {"name", "Ann"},
                                      {"ratio", 0.25},
+                                     {"tenth", 0.1F},
                                      {"text", "12"},
                                      {"nested", JSON::parse(R"({"a": 1})")}});
     return model;
@@ -153,6 +154,8 @@ TEST(ModelContext, ResolvesTheEnvironment) {
         {"a number", resolved<float>("{{initEnvironment.scale}}"), "2.0"},
         {"a fraction", resolved<float>("{{initEnvironment.ratio}}"), "0.25"},
         {"a number as text", resolved<std::string>("{{initEnvironment.scale}}"), "2"},
+        {"a number of single precision as its own text", resolved<std::string>("{{initEnvironment.tenth}}"), "0.1"},
+        {"a number of single precision", resolved<float>("{{initEnvironment.tenth}}"), "0.1"},
         {"a boolean", resolved<bool>("{{initEnvironment.dark}}"), "true"},
         {"a boolean as text", resolved<std::string>("{{initEnvironment.dark}}"), "true"},
         {"text for a number", resolved<std::int64_t>("{{initEnvironment.text}}"), "12"},
@@ -172,6 +175,16 @@ TEST(ModelContext, ResolvesTheEnvironment) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(row.found, row.expected);
     }
+}
+
+TEST(ModelContext, PathsAreMadeOfTextsAndWholeNumbers) {
+    EXPECT_EQ(jsonKey("deep"), JSONKey("deep"));
+    EXPECT_EQ(jsonKey(std::string()), JSONKey(""));
+    EXPECT_EQ(jsonKey(0), JSONKey(std::int64_t{0}));
+    EXPECT_EQ(jsonKey(-1), JSONKey(std::int64_t{-1}));
+    static_assert(!JSONSubscriptType<double>);
+    const std::vector<JSONKey> path{jsonKey("items"), jsonKey(1), jsonKey("title")};
+    EXPECT_EQ(ModelContext::getValueFrom(path, sample().model)->description(), "second");
 }
 
 TEST(ModelContext, WalksKeyPaths) {

@@ -107,7 +107,7 @@ TEST(TextConversion, OptionalsAreAlwaysBuilt) {
     EXPECT_EQ(Lossless<std::optional<float>>::defaultValue(), std::nullopt);
 }
 
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 void expectKeywords(Enum defaultCase, const std::vector<std::pair<Enum, std::string>>& cases) {
     ASSERT_EQ(Keywords<Enum>::raw.size(), cases.size());
     for (const auto& [value, raw] : cases) {

@@ -107,6 +107,8 @@ std::string toText(float value) {
 std::optional<double> doubleFromText(std::string_view text) { return floatingPointFromText<double>(text); }
 std::optional<float> floatFromText(std::string_view text) { return floatingPointFromText<float>(text); }
 
+double doubleOfSameText(float value) { return doubleFromText(toText(value)).value_or(double{value}); }
+
 std::optional<std::int64_t> exactInteger(double value) {
     constexpr double limit = 9223372036854775808.0;  // 2^63
     if (!(value >= -limit && value < limit) || std::trunc(value) != value) return std::nullopt;

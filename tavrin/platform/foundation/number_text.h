@@ -43,6 +43,9 @@ template <std::integral T>
 [[nodiscard]] std::optional<double> doubleFromText(std::string_view text);
 [[nodiscard]] std::optional<float> floatFromText(std::string_view text);
 
+/// The double that is written as the 32-bit number is: 0.1 for 0.1f.
+[[nodiscard]] double doubleOfSameText(float value);
+
 /// The integer that the whole of `text` stands for: optional sign and decimal digits, in the range of `T`.
 template <std::integral T>
     requires(!std::same_as<T, bool>)

@@ -32,9 +32,7 @@ struct PlacedError : std::exception {
     [[nodiscard]] const char* what() const noexcept override { return message.c_str(); }
 
     /// Adds the step that leads to where the path begins.
-    void enclose(CodingKey step) {
-        if (!isRooted) codingPath.insert(codingPath.begin(), std::move(step));
-    }
+    void enclose(CodingKey step);
 };
 
 /// Does what concerns the value of a key; an error that comes out of it learns so.

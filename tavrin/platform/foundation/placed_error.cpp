@@ -1,0 +1,9 @@
+#include "tavrin/platform/foundation/placed_error.h"
+
+namespace tavrin {
+
+void PlacedError::enclose(CodingKey step) {
+    if (!isRooted) codingPath.insert(codingPath.begin(), std::move(step));
+}
+
+}  // namespace tavrin
