@@ -38,8 +38,9 @@ lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 format: setup ## format every source in place
 	scripts/format.sh -i
 
-docs: build ## write docs/reference: a page and a picture for each node and modifier
+docs: build ## rewrite what is generated in docs: the reference, the outputs of the guide
 	scripts/make_reference.py build/release/tavrin
+	scripts/run_guide.py build/release/tavrin
 
 update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release
