@@ -77,25 +77,26 @@ def row(key, value, is_required):
 
 
 def table(record):
-    if not record["properties"]:
+    keys = {key: value for key, value in record["properties"].items() if key not in ("type", "$schema")}
+    if not keys:
         return "It has no keys besides `type`.\n"
     head = "| key | takes | when left out | meaning | such as |\n| --- | --- | --- | --- | --- |\n"
     required = record.get("required", [])
-    return head + "".join(row(key, value, key in required) for key, value in record["properties"].items())
+    return head + "".join(row(key, value, key in required) for key, value in keys.items())
 
 
 def parts(schema, record):
     """The tables of records that stand in no page of their own."""
     names = [definition(reference) for value in record["properties"].values()
              for reference in [one.get("$ref", "") for one in value.get("anyOf", [])]]
-    return "".join(f"\n## {name}\n\n{schema['$defs'][name]['description']}\n\n{table(schema['$defs'][name])}"
+    return "".join(f"\n## {name}\n\n{schema['$defs'][name]['$comment']}\n\n{table(schema['$defs'][name])}"
                    for name in names if name.startswith("progress"))
 
 
 def page(schema, folder, tag):
     record = schema["$defs"][f"{folder}.{tag}"]
     document = (REFERENCE / f"documents/{tag}.json").read_text(encoding="utf-8")
-    return (f"# {tag}\n\n{GENERATED}{record['description']}\n\n"
+    return (f"# {tag}\n\n{GENERATED}{record['properties']['type']['description']}\n\n"
             f'<img src="pictures/{tag}.png" width="158" height="158" alt="{tag}">\n\n'
             f"```json\n{document}```\n\n## Keys\n\n{table(record)}{parts(schema, record)}")
 
@@ -115,13 +116,9 @@ def index(schema, folders):
             "Where a key takes a text, a number, a boolean or words, it takes an expression such as\n"
             "`{{initServerParam.title}}` as well, and numbers and booleans also as strings. What does not convert is\n"
             "an error where the key is required and counts as left out where it is not; so does `null`.\n\n"
-            f"## Document\n\n{schema['description']}\n\n{table({**schema, 'properties': without_schema(schema)})}\n"
+            f"## Document\n\n{schema['description']}\n\n{table(schema)}\n"
             + "".join(f"## {folder.capitalize()}\n\n{gallery(tags)}\n" for folder, tags in folders.items())
             ).rstrip("\n") + "\n"
-
-
-def without_schema(schema):
-    return {key: value for key, value in schema["properties"].items() if key != "$schema"}
 
 
 def drawn(program, folders, into):

@@ -50,11 +50,13 @@ struct Describe<Modifier> {
 template <DSLRecord Record>
 struct Describe<Record> {
     static void in(LanguageField& field) {
-        field.kind = ValueKind::record;
-        if constexpr (requires { Record::type; })
+        if constexpr (requires { Record::type; }) {
+            field.kind = ValueKind::nodeRecord;
             field.record = rawValue(Record::type);
-        else
+        } else {
+            field.kind = ValueKind::part;
             field.record = Record::name;
+        }
     }
 };
 template <class T>

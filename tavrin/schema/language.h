@@ -11,7 +11,17 @@
 namespace tavrin {
 
 /// What a key takes.
-enum class ValueKind : unsigned char { text, boolean, integer, number, keyword, node, modifier, record };
+enum class ValueKind : unsigned char {
+    text,
+    boolean,
+    integer,
+    number,
+    keyword,
+    node,
+    modifier,
+    nodeRecord,  ///< a node of one kind, whose "type" does not matter
+    part         ///< a record without a "type"
+};
 
 struct LanguageField {
     std::string_view key;
@@ -21,7 +31,7 @@ struct LanguageField {
     bool isList = false;      ///< takes a list of that kind
     bool isNamed = false;     ///< takes an object of that kind, under names of the author's choice
     std::span<const std::string_view> words = {};  ///< of a keyword
-    std::string_view record = {};                  ///< of a record: its name
+    std::string_view record = {};                  ///< of a node record or part: its name
     Note note = {};
 };
 

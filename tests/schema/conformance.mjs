@@ -122,7 +122,7 @@ function checkAnnotations(ajv, schema) {
   for (const [name, record] of Object.entries(schema.$defs)) records[`/$defs/${name}`] = record;
   for (const [path, record] of Object.entries(records))
     for (const [key, property] of Object.entries(record.properties ?? {})) {
-      if (!property.description) problems.push(`${path}/${key} is not described`);
+      if (!property.description && !record.allOf) problems.push(`${path}/${key} is not described`);
       const validate = ajv.getSchema(`schema#${path}/properties/${key}`);
       for (const value of [...(property.examples ?? []), property.default].filter((value) => value !== undefined))
         if (!validate(value)) problems.push(`${path}/${key} does not take its own ${JSON.stringify(value)}`);

@@ -65,7 +65,7 @@ TEST(Schema, SaysOfAKeyWhatItsNoteSays) {
     ASSERT_THAT(weight, NotNull());
     EXPECT_EQ(textOf(at(*weight, "default")), "regular");
     EXPECT_THAT(words(at(*at(*weight, "anyOf")->find(0), "enum")), ElementsAreArray({"regular", "semibold", "bold"}));
-    EXPECT_EQ(textOf(at(schema, "$defs", "nodes.timer", "description")),
+    EXPECT_EQ(textOf(at(schema, "$defs", "nodes.timer", "properties", "type", "description")),
               "Shows the time since or until a moment, such as 12:34 or 1:02:03. Since 1.1.");
     EXPECT_EQ(textOf(at(schema, "properties", "nodes", "required")), R"(["main"])");
 }
