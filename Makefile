@@ -1,7 +1,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo test bench lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test bench lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -37,6 +37,10 @@ lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 
 format: setup ## format every source in place
 	scripts/format.sh -i
+
+docs: build ## rewrite what is generated in docs: the reference, the outputs of the guide
+	scripts/make_reference.py build/release/tavrin
+	scripts/run_guide.py build/release/tavrin
 
 update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release

@@ -75,7 +75,7 @@ std::string bashCompletion() {
            "        " +
            compgen("-W '" + joined({shells.begin(), shells.end()}) + "'") +
            "\n"
-           "    else\n"
+           "    elif [[ $verb != schema ]]; then\n"
            "        compopt -o default 2>/dev/null\n"
            "    fi\n"
            "}\n"

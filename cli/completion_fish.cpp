@@ -50,6 +50,7 @@ std::string fishCompletion() {
         script += "complete -c tavrin -n __fish_use_subcommand -a " + std::string(verb.name) + " -d " +
                   quoted(verb.summary) + "\n";
     for (const OptionInfo& option : options()) script += line(option);
+    script += seen("schema") + " -f\n";
     return script + seen("completion") + " -f -a " + quoted(joined({shells.begin(), shells.end()})) + "\n";
 }
 

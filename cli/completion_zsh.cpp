@@ -44,6 +44,7 @@ std::string branch(Verb verb) {
     std::string text = "            " + name + ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
     for (const OptionInfo& option : options())
         if (option.takers.contains(verb)) text += line(option);
+    if (verb == Verb::schema) return text + "\n                ;;\n";
     const std::string operand = verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
                                 : verb == Verb::tree || verb == Verb::layout ? "1:document:_files"
                                                                              : "*:document:_files";

@@ -40,6 +40,9 @@ std::span<const VerbInfo> verbs() {
         {"fetch", "DOC... --image-cache-dir DIR [options]", "Download the pictures that documents name into a folder",
          "  tavrin fetch news.json --model today.json --image-cache-dir pictures\n"
          "  tavrin render news.json --model today.json --image-cache-dir pictures"},
+        {"schema", "[options]", "Print a JSON Schema of documents, with which editors complete and check them",
+         "  tavrin schema >widget.schema.json                     and in a document \"$schema\": "
+         "\"widget.schema.json\""},
         {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
@@ -52,7 +55,7 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyRender{Verb::render};
     static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
-    static constexpr VerbSet all = loaded.with(Verb::completion);
+    static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::completion);
     static const std::vector<OptionInfo> list{
         {"--output",
          "OUT",

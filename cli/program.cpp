@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <exception>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,12 +18,21 @@
 #include "cli/verbs.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
 namespace {
 
 constexpr int failed = 1;
 constexpr int wrongCommandLine = 2;
+
+/// Of the verbs that work on no document, what they print; none of the others.
+std::optional<std::string> printedWithoutDocument(const Command& command) {
+    if (command.verb == Verb::completion) return completionScript(command.operands);
+    if (command.verb != Verb::schema) return std::nullopt;
+    if (!command.operands.empty()) throw UsageError("`tavrin schema` takes no document; `tavrin check` checks one");
+    return documentSchema();
+}
 
 int runVerb(const Arguments& arguments, Reporter& reporter) {
     if (arguments.documents.size() > 1) reporter.nameDocuments();
@@ -41,8 +51,8 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         return 0;
     }
     const Command& command = std::get<Command>(parsed);
-    if (command.verb == Verb::completion) {
-        writeStandardOutput(completionScript(command.operands));
+    if (const std::optional<std::string> text = printedWithoutDocument(command)) {
+        writeStandardOutput(*text);
         return 0;
     }
     return runVerb(readArguments(command), reporter);

@@ -25,4 +25,5 @@
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tavrin/platform/ui/view_tree.h"
 #include "tavrin/platform/ui/widget_family.h"
+#include "tavrin/schema/document_schema.h"
 #include "tavrin/values/model_context.h"

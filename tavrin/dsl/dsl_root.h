@@ -18,7 +18,8 @@ struct DSLRoot {
                    .example = R"("1.0")"}},
         Field{"nodes", &DSLRoot::nodes,
               Note{.text = "The nodes by their names: `main` is the widget, the others are drawn where a node of type "
-                           "`node` names them."}}};
+                           "`node` names them.",
+                   .example = R"({"main": {"type": "text", "content": "Hello"}})"}}};
     friend bool operator==(const DSLRoot&, const DSLRoot&) = default;
 };
 

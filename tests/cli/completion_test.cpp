@@ -37,8 +37,8 @@ TEST(Completion, ScriptsAreWellFormed) {
         const Finished finished = place.run({"completion", row.shell});
         EXPECT_EQ(finished.status, 0);
         EXPECT_EQ(finished.err, "");
-        for (const char* word :
-             {"render", "tree", "layout", "check", "fetch", "family", "systemMedium", "390x844", "light dark"})
+        for (const char* word : {"render", "tree", "layout", "check", "fetch", "schema", "family", "systemMedium",
+                                 "390x844", "light dark"})
             EXPECT_THAT(finished.out, HasSubstr(word));
         place.write("script", finished.out);
         if (isInstalled(row.shell)) {
@@ -66,6 +66,7 @@ TEST(Completion, OfBash) {
         {"options of fetch", "tavrin fetch a.json --f", "--fetch"},
         {"screens", "tavrin tree a.json --screen 428", "428x926"},
         {"shells", "tavrin completion z", "zsh"},
+        {"no files where there is no document", "tavrin schema a", ""},
         {"files are bash's own", "tavrin tree a", ""},
     };
     for (const auto& row : rows) {

@@ -76,6 +76,7 @@ TEST(Usage, IsRefused) {
         {"no such policy", {"tree", "a.json", "--fetch", "some"}, "none, public or all, not 'some'"},
         {"a policy twice over", {"tree", "a.json", "--fetch", "all", "--offline"}, "instead of --fetch"},
         {"no shell", {"completion"}, "takes one shell"},
+        {"a schema of something", {"schema", "a.json"}, "takes no document"},
         {"an unknown shell", {"completion", "fihs"}, "did you mean 'fish'?"},
     };
     const Workplace place;
@@ -129,6 +130,7 @@ TEST(Usage, IsExplained) {
         {{"check", "--help"}, "--errors text|json"},
         {{"fetch", "--help"}, "Usage: tavrin fetch DOC... --image-cache-dir DIR"},
         {{"render", "--help"}, "--offline"},
+        {{"schema", "--help"}, "Usage: tavrin schema"},
         {{"completion", "--help"}, "bash|zsh|fish"},
         {{"--version"}, "tavrin "},
     };

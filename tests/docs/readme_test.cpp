@@ -16,11 +16,11 @@ std::string renderWidget(std::string_view document, std::string_view model) {
 // [/README]
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/docs/content.h"
 
 // What README.md shows is compiled, run and compared here.
 
@@ -29,20 +29,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(std::filesystem::path(TAVRIN_SOURCE_DIR) / file, std::ios::binary);
-    EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// What stands between `begin` and the next `end`; empty when there is no such place.
-std::string between(const std::string& text, std::string_view begin, std::string_view end) {
-    const std::size_t found = text.find(begin);
-    if (found == std::string::npos) return {};
-    const std::size_t first = found + begin.size();
-    return text.substr(first, text.find(end, first) - first);
-}
 
 std::string withoutSpace(std::string text) {
     std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "tavrin/platform/foundation/note.h"
+
+namespace tavrin {
+
+/// What a number counts and how large it may sensibly be: "points, 0 or more"; empty where there is nothing to say.
+[[nodiscard]] std::string unitAndRange(const Note& note);
+
+/// All of a note but its default value and example, as sentences.
+[[nodiscard]] std::string sentences(const Note& note);
+
+}  // namespace tavrin
