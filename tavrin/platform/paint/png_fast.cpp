@@ -1,6 +1,7 @@
 #include "tavrin/platform/paint/png_fast.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <memory>
 #include <span>
@@ -25,18 +26,15 @@ constexpr std::uint8_t filterUp = 2;
 /// Rows are filtered and compressed in strips that stay in the second-level cache.
 constexpr std::size_t stripSize = std::size_t{256} << 10;
 
-/// `row` less `above`, byte by byte and without carries.
-void subtractBytes(const std::uint8_t* row, const std::uint8_t* above, std::uint8_t* difference, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) difference[i] = static_cast<std::uint8_t>(row[i] - above[i]);
-}
-
 #if defined(__x86_64__)
 /// `packDifferences` for all but the last pixels, 16 bytes written for four; returns how many it did.
+template <std::size_t channels>
 [[gnu::target("ssse3")]] std::size_t packMostDifferences(const std::uint32_t* pixels, const std::uint32_t* above,
                                                          std::uint8_t* bytes, std::size_t count) {
-    const __m128i order = _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1);
+    const __m128i order = channels == 3 ? _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1)
+                                        : _mm_setr_epi8(2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15);
     std::size_t i = 0;
-    for (; i + 6 <= count; i += 4, bytes += 12) {
+    for (; i + 6 <= count; i += 4, bytes += 4 * channels) {
         const __m128i here = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
         const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i*>(above + i));
         const __m128i difference = _mm_shuffle_epi8(_mm_sub_epi8(here, before), order);
@@ -46,47 +44,60 @@ void subtractBytes(const std::uint8_t* row, const std::uint8_t* above, std::uint
 }
 const bool canPackMost = __builtin_cpu_supports("ssse3") != 0;
 #else
-std::size_t packMostDifferences(const std::uint32_t*, const std::uint32_t*, std::uint8_t*, std::size_t) { return 0; }
+template <std::size_t channels>
+std::size_t packMostDifferences(const std::uint32_t*, const std::uint32_t*, std::uint8_t*, std::size_t) {
+    return 0;
+}
 constexpr bool canPackMost = false;
 #endif
 
-/// Writes pixels less those above, byte by byte and without carries, as bytes R, G, B.
+/// Writes pixels less those above, byte by byte and without carries, as bytes R, G, B and, of four channels, A.
+template <std::size_t channels>
 void packDifferences(const std::uint32_t* pixels, const std::uint32_t* above, std::uint8_t* bytes, std::size_t count) {
-    std::size_t i = canPackMost ? packMostDifferences(pixels, above, bytes, count) : 0;
-    for (bytes += 3 * i; i < count; ++i)
-        for (const int shift : {16, 8, 0})
-            *bytes++ = static_cast<std::uint8_t>((pixels[i] >> shift) - (above[i] >> shift));
+    constexpr std::array<int, 4> shifts{16, 8, 0, 24};
+    std::size_t i = canPackMost ? packMostDifferences<channels>(pixels, above, bytes, count) : 0;
+    for (bytes += channels * i; i < count; ++i)
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            *bytes++ = static_cast<std::uint8_t>((pixels[i] >> shifts[channel]) - (above[i] >> shifts[channel]));
 }
 
 /// Turns one row after the other into a PNG row: the filter's number and the differences to the row above.
 class UpFilter {
 public:
     explicit UpFilter(const PixelBuffer& picture)
-        : picture_(picture), opaque_(picture.isOpaque()), above_(width(), 0), row_(width()) {}
+        : picture_(picture), opaque_(picture.isOpaque()), first_(width(), 0), above_(first_.data()) {}
 
     [[nodiscard]] PngColorType colorType() const { return opaque_ ? PngColorType::rgb : PngColorType::rgba; }
     [[nodiscard]] std::size_t rowSize() const { return 1 + width() * (opaque_ ? 3 : 4); }
 
     void write(int y, std::uint8_t* out) {
+        const std::uint32_t* row = straightRow(y);
         *out++ = filterUp;
-        if (opaque_) {
-            const std::uint32_t* above = y > 0 ? picture_.row(y - 1) : above_.data();
-            packDifferences(picture_.row(y), above, out, width());
-        } else {
-            straightenPixels(picture_.row(y), bytesOf(row_.data()), width());
-            subtractBytes(bytesOf(row_.data()), bytesOf(above_.data()), out, 4 * width());
-            row_.swap(above_);
-        }
+        if (opaque_)
+            packDifferences<3>(row, above_, out, width());
+        else
+            packDifferences<4>(row, above_, out, width());
+        above_ = row;
     }
 
 private:
-    static std::uint8_t* bytesOf(std::uint32_t* pixels) { return reinterpret_cast<std::uint8_t*>(pixels); }
     [[nodiscard]] std::size_t width() const { return static_cast<std::size_t>(picture_.width()); }
+
+    /// A row with channels that are not premultiplied: the picture's own where all of it is opaque.
+    const std::uint32_t* straightRow(int y) {
+        const std::uint32_t* row = picture_.row(y);
+        if (opaque_ || allOpaque(row, width())) return row;
+        std::vector<std::uint32_t>& straight = straight_[static_cast<std::size_t>(y) % 2];
+        straight.resize(width());
+        straightenPixels(row, straight.data(), width());
+        return straight.data();
+    }
 
     const PixelBuffer& picture_;
     bool opaque_;
-    std::vector<std::uint32_t> above_;
-    std::vector<std::uint32_t> row_;
+    std::vector<std::uint32_t> first_;  // what is above the first row
+    std::array<std::vector<std::uint32_t>, 2> straight_;
+    const std::uint32_t* above_;
 };
 
 /// A zlib stream, appended to a string. Level 0: what the levels above find depends, in one picture of a thousand, on

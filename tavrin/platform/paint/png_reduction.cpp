@@ -10,37 +10,35 @@ namespace {
 
 constexpr std::size_t maxPalette = 256;
 
-/// Bytes R, G, B, A.
-using Bytes = std::span<const std::uint8_t>;
+/// Pixels 0xAARRGGBB, channels not premultiplied.
+using Pixels = std::span<const std::uint32_t>;
 
 struct Content {
     bool opaque = true;
     bool gray = true;
 };
 
-Content examine(Bytes rgba) {
-    std::uint8_t opacity = 0xFF;
-    std::uint8_t difference = 0;
-    for (std::size_t i = 0; i < rgba.size(); i += 4) {
-        opacity &= rgba[i + 3];
-        difference |= static_cast<std::uint8_t>((rgba[i] ^ rgba[i + 1]) | (rgba[i] ^ rgba[i + 2]));
+Content examine(Pixels pixels) {
+    std::uint32_t common = 0xFF000000;
+    std::uint32_t difference = 0;
+    for (const std::uint32_t pixel : pixels) {
+        common &= pixel;
+        difference |= pixel ^ pixel >> 8;  // red beside green, and green beside blue
     }
-    return {opacity == 0xFF, difference == 0};
-}
-
-std::uint32_t colorAt(Bytes rgba, std::size_t i) {
-    return static_cast<std::uint32_t>(rgba[i] << 16 | rgba[i + 1] << 8 | rgba[i + 2]) |
-           static_cast<std::uint32_t>(rgba[i + 3]) << 24;
+    return {common == 0xFF000000, (difference & 0xFFFF) == 0};
 }
 
 /// The distinct colours (0xAARRGGBB) of a picture, ascending: translucent before opaque ones, so that few opacities
 /// have to be written.
 class Palette {
 public:
-    static std::optional<Palette> of(Bytes rgba) {
+    static std::optional<Palette> of(Pixels pixels) {
         Palette palette;
-        for (std::size_t i = 0; i < rgba.size(); i += 4)
-            if (!palette.insert(colorAt(rgba, i))) return std::nullopt;
+        std::uint32_t last = ~pixels.front();
+        for (const std::uint32_t pixel : pixels) {
+            if (pixel != last && !palette.insert(pixel)) return std::nullopt;
+            last = pixel;
+        }
         std::sort(palette.colors_.begin(), palette.colors_.end());
         palette.slots_.fill({});
         for (std::size_t i = 0; i < palette.colors_.size(); ++i) {
@@ -84,20 +82,22 @@ private:
     std::vector<std::uint32_t> colors_;
 };
 
-PngSamples withPalette(Bytes rgba, std::size_t width, Palette& palette) {
+PngSamples withPalette(Pixels pixels, std::size_t width, Palette& palette) {
     PngSamples samples;
     samples.colorType = PngColorType::palette;
     samples.bitDepth = palette.bitDepth();
     const auto depth = static_cast<unsigned>(samples.bitDepth);
     samples.bytesPerRow = (width * depth + 7) / 8;
-    samples.rows.resize(rgba.size() / (4 * width) * samples.bytesPerRow);
+    samples.rows.resize(pixels.size() / width * samples.bytesPerRow);
 
-    const std::uint8_t* pixel = rgba.data();
+    auto pixel = pixels.begin();
+    std::uint32_t last = *pixel;
+    unsigned index = palette.indexOf(last);
     for (auto row = samples.rows.begin(); row != samples.rows.end();
          row += static_cast<std::ptrdiff_t>(samples.bytesPerRow)) {
-        for (std::size_t x = 0; x < width; ++x, pixel += 4) {
+        for (std::size_t x = 0; x < width; ++x, ++pixel) {
+            if (*pixel != last) index = palette.indexOf(last = *pixel);
             const unsigned shift = 8 - depth - static_cast<unsigned>(x * depth % 8);
-            const unsigned index = palette.indexOf(colorAt({pixel, 4}, 0));
             row[static_cast<std::ptrdiff_t>(x * depth / 8)] |= static_cast<std::uint8_t>(index << shift);
         }
     }
@@ -108,30 +108,37 @@ PngSamples withPalette(Bytes rgba, std::size_t width, Palette& palette) {
     return samples;
 }
 
-PngSamples withChannels(Bytes rgba, std::size_t width, Content content) {
+/// Samples made of the bytes of each pixel that lie at `shifts`.
+template <int... shifts>
+PngSamples withChannels(Pixels pixels, std::size_t width, PngColorType colorType) {
     PngSamples samples;
-    std::vector<std::size_t> channels = content.gray ? std::vector<std::size_t>{0} : std::vector<std::size_t>{0, 1, 2};
-    if (!content.opaque) channels.push_back(3);
-    samples.colorType = content.gray ? (content.opaque ? PngColorType::gray : PngColorType::grayAlpha)
-                                     : (content.opaque ? PngColorType::rgb : PngColorType::rgba);
-    samples.bytesPerRow = width * channels.size();
-    samples.rows.reserve(rgba.size() / 4 * channels.size());
-    for (std::size_t i = 0; i < rgba.size(); i += 4)
-        for (const std::size_t channel : channels) samples.rows.push_back(rgba[i + channel]);
+    samples.colorType = colorType;
+    samples.bytesPerRow = width * sizeof...(shifts);
+    samples.rows.resize(pixels.size() * sizeof...(shifts));
+    std::uint8_t* byte = samples.rows.data();
+    for (const std::uint32_t pixel : pixels) ((*byte++ = static_cast<std::uint8_t>(pixel >> shifts)), ...);
     return samples;
+}
+
+PngSamples withChannels(Pixels pixels, std::size_t width, Content content) {
+    if (content.gray)
+        return content.opaque ? withChannels<0>(pixels, width, PngColorType::gray)
+                              : withChannels<0, 24>(pixels, width, PngColorType::grayAlpha);
+    return content.opaque ? withChannels<16, 8, 0>(pixels, width, PngColorType::rgb)
+                          : withChannels<16, 8, 0, 24>(pixels, width, PngColorType::rgba);
 }
 
 }  // namespace
 
 PngSamples reduceToPngSamples(const PixelBuffer& picture) {
-    const std::vector<std::uint8_t> rgba = picture.straightRGBA();
+    const std::vector<std::uint32_t> pixels = picture.straightPixels();
     const auto width = static_cast<std::size_t>(picture.width());
-    const Content content = examine(rgba);
-    std::optional<Palette> palette = Palette::of(rgba);
+    const Content content = examine(pixels);
+    std::optional<Palette> palette = Palette::of(pixels);
     // Eight bits of gray need no palette.
     const bool plainGray = content.gray && content.opaque && palette && palette->bitDepth() == 8;
-    if (palette && !plainGray) return withPalette(rgba, width, *palette);
-    return withChannels(rgba, width, content);
+    if (palette && !plainGray) return withPalette(pixels, width, *palette);
+    return withChannels(pixels, width, content);
 }
 
 }  // namespace tavrin::paint
