@@ -2,8 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "tavrin/platform/paint/pixel_runs.h"
 
 namespace tavrin::paint {
 
@@ -14,38 +17,38 @@ class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     RunDeflater(std::string& out, bool opaque);
+    ~RunDeflater();
 
-    /// One row of `width` pixels 0xAARRGGBB, at least one, and the row above it.
+    /// One row of pixels 0xAARRGGBB, 1 to 65,535 of them, and the row above it.
     void addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
     void finish();
 
 private:
-    /// A pixel's difference to the one above, byte by byte without carries, and the run of others that follows it.
-    struct Step {
-        std::uint32_t difference;
-        std::uint32_t pixels : 24;
-        std::uint32_t repeats : 1;  ///< whether the run repeats the difference; else its pixels are those above
-        std::uint32_t startsRow : 1;
+    /// The two halves of a zlib stream's checksum.
+    struct Sum {
+        std::uint64_t bytes = 1;
+        std::uint64_t sums = 0;
+
+        template <std::size_t channels>
+        void add(const PixelRun& run);
     };
+    /// Counts how often each symbol of a block is needed.
     class Counter;
     class Writer;
 
     template <std::size_t channels>
-    void addSteps(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
-    template <std::size_t channels>
-    void addToSum(const Step& step);
-    template <std::size_t channels, class Sink>
-    void replay(Sink& sink) const;
+    void addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
     template <std::size_t channels>
     void writeBlock(bool last);
 
     std::string& out_;
     bool opaque_;
-    std::vector<Step> steps_;  // of the block that is not written yet
+    Sum sum_;
+    std::unique_ptr<Counter> counter_;
+    std::vector<PixelRun> runs_;  // the first ones are those of the block that is not written yet
+    std::size_t runCount_ = 0;
     unsigned pendingBits_ = 0;
     unsigned pendingCount_ = 0;
-    std::uint64_t sum_ = 1;  // the two halves of the stream's checksum
-    std::uint64_t sumOfSums_ = 0;
 };
 
 }  // namespace tavrin::paint
