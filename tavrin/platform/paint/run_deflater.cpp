@@ -168,13 +168,16 @@ void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, 
     constexpr std::size_t shortest = shortestMatch / channels + 1;  // one byte may have to be written by itself
     // Not emptied between blocks, since that would mean to clear it again.
     if (runs_.size() < runCount_ + width) runs_.resize(runCount_ + width + runsInBlock);
+    PixelRun* const begin = runs_.data() + runCount_;
+    PixelRun* end = begin;
+    forEachRun(row, above, width, shortest, [&end](const PixelRun& run) { *end++ = run; });
+    runCount_ += static_cast<std::size_t>(end - begin);
+
     Sum sum = sum_;
-    Counter& counter = *counter_;
-    forEachRun(row, above, width, shortest, [&](const PixelRun& run) {
+    for (const PixelRun& run : std::span(begin, end)) {
         sum.add<channels>(run);
-        symbolsOf<channels>(run, counter);
-        runs_[runCount_++] = run;
-    });
+        symbolsOf<channels>(run, *counter_);
+    }
     sum_ = {sum.bytes % adlerModulus, sum.sums % adlerModulus};
     if (runCount_ >= runsInBlock) writeBlock<channels>(false);
 }
