@@ -82,7 +82,8 @@ std::vector<HuffmanCode> huffmanCodes(std::span<const std::uint32_t> counts, uns
     std::vector<HuffmanCode> codes(counts.size());
     auto symbol = symbols.begin();
     for (unsigned length = longest; length > 0; --length)
-        for (std::uint32_t i = 0; i < lengths[length]; ++i) codes[*symbol++].length = static_cast<std::uint16_t>(length);
+        for (std::uint32_t i = 0; i < lengths[length]; ++i)
+            codes[*symbol++].length = static_cast<std::uint16_t>(length);
     numberCodes(codes, lengths);
     return codes;
 }

@@ -28,14 +28,9 @@ bool PixelBuffer::isOpaque() const {
     return true;
 }
 
-std::vector<std::uint32_t> PixelBuffer::straightPixels() const {
+std::vector<std::uint8_t> PixelBuffer::straightRGBA() const {
     std::vector<std::uint32_t> pixels(pixels_.size());
     straightenPixels(pixels_.data(), pixels.data(), pixels.size());
-    return pixels;
-}
-
-std::vector<std::uint8_t> PixelBuffer::straightRGBA() const {
-    const std::vector<std::uint32_t> pixels = straightPixels();
     std::vector<std::uint8_t> bytes(4 * pixels.size());
     writeRGBA(pixels.data(), bytes.data(), pixels.size());
     return bytes;

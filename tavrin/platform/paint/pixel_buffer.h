@@ -28,9 +28,7 @@ public:
     /// Whether every pixel is fully opaque.
     [[nodiscard]] bool isOpaque() const;
 
-    /// The pixels of all rows with channels that are not premultiplied.
-    [[nodiscard]] std::vector<std::uint32_t> straightPixels() const;
-    /// The same as bytes R, G, B, A for each pixel.
+    /// The picture as bytes R, G, B, A for each pixel, channels not premultiplied.
     [[nodiscard]] std::vector<std::uint8_t> straightRGBA() const;
 
     friend bool operator==(const PixelBuffer&, const PixelBuffer&) = default;

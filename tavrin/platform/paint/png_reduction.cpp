@@ -3,42 +3,34 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <span>
+
+#include "tavrin/platform/paint/straight_rows.h"
 
 namespace tavrin::paint {
 namespace {
 
 constexpr std::size_t maxPalette = 256;
 
-/// Pixels 0xAARRGGBB, channels not premultiplied.
-using Pixels = std::span<const std::uint32_t>;
-
-struct Content {
-    bool opaque = true;
-    bool gray = true;
-};
-
-Content examine(Pixels pixels) {
-    std::uint32_t common = 0xFF000000;
+bool isGray(const std::uint32_t* pixels, std::size_t count) {
     std::uint32_t difference = 0;
-    for (const std::uint32_t pixel : pixels) {
-        common &= pixel;
-        difference |= pixel ^ pixel >> 8;  // red beside green, and green beside blue
-    }
-    return {common == 0xFF000000, (difference & 0xFFFF) == 0};
+    for (std::size_t i = 0; i < count; ++i) difference |= pixels[i] ^ pixels[i] >> 8;  // red and green, green and blue
+    return (difference & 0xFFFF) == 0;
+}
+
+bool isGray(StraightRows& rows) {
+    for (int y = 0; y < rows.height(); ++y)
+        if (!isGray(rows.row(y), rows.width())) return false;
+    return true;
 }
 
 /// The distinct colours (0xAARRGGBB) of a picture, ascending: translucent before opaque ones, so that few opacities
 /// have to be written.
 class Palette {
 public:
-    static std::optional<Palette> of(Pixels pixels) {
+    static std::optional<Palette> of(StraightRows& rows) {
         Palette palette;
-        std::uint32_t last = ~pixels.front();
-        for (const std::uint32_t pixel : pixels) {
-            if (pixel != last && !palette.insert(pixel)) return std::nullopt;
-            last = pixel;
-        }
+        for (int y = 0; y < rows.height(); ++y)
+            if (!palette.insert(rows.row(y), rows.width())) return std::nullopt;
         std::sort(palette.colors_.begin(), palette.colors_.end());
         palette.slots_.fill({});
         for (std::size_t i = 0; i < palette.colors_.size(); ++i) {
@@ -69,6 +61,12 @@ private:
         return slots_[i];
     }
 
+    bool insert(const std::uint32_t* pixels, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            if ((i == 0 || pixels[i] != pixels[i - 1]) && !insert(pixels[i])) return false;
+        return true;
+    }
+
     bool insert(std::uint32_t color) {
         Slot& slot = find(color);
         if (slot.used) return true;
@@ -82,23 +80,27 @@ private:
     std::vector<std::uint32_t> colors_;
 };
 
-PngSamples withPalette(Pixels pixels, std::size_t width, Palette& palette) {
+/// Samples with every byte zero.
+PngSamples emptySamples(const StraightRows& rows, PngColorType colorType, std::size_t bytesPerRow) {
     PngSamples samples;
-    samples.colorType = PngColorType::palette;
-    samples.bitDepth = palette.bitDepth();
-    const auto depth = static_cast<unsigned>(samples.bitDepth);
-    samples.bytesPerRow = (width * depth + 7) / 8;
-    samples.rows.resize(pixels.size() / width * samples.bytesPerRow);
+    samples.colorType = colorType;
+    samples.bytesPerRow = 1 + bytesPerRow;
+    samples.rows.resize(static_cast<std::size_t>(rows.height()) * samples.bytesPerRow);
+    return samples;
+}
 
-    auto pixel = pixels.begin();
-    std::uint32_t last = *pixel;
-    unsigned index = palette.indexOf(last);
-    for (auto row = samples.rows.begin(); row != samples.rows.end();
-         row += static_cast<std::ptrdiff_t>(samples.bytesPerRow)) {
-        for (std::size_t x = 0; x < width; ++x, ++pixel) {
-            if (*pixel != last) index = palette.indexOf(last = *pixel);
+PngSamples withPalette(StraightRows& rows, Palette& palette) {
+    const auto depth = static_cast<unsigned>(palette.bitDepth());
+    PngSamples samples = emptySamples(rows, PngColorType::palette, (rows.width() * depth + 7) / 8);
+    samples.bitDepth = palette.bitDepth();
+    std::uint8_t* out = samples.rows.data() + 1;
+    for (int y = 0; y < rows.height(); ++y, out += samples.bytesPerRow) {
+        const std::uint32_t* pixels = rows.row(y);
+        unsigned index = 0;
+        for (std::size_t x = 0; x < rows.width(); ++x) {
+            if (x == 0 || pixels[x] != pixels[x - 1]) index = palette.indexOf(pixels[x]);
             const unsigned shift = 8 - depth - static_cast<unsigned>(x * depth % 8);
-            row[static_cast<std::ptrdiff_t>(x * depth / 8)] |= static_cast<std::uint8_t>(index << shift);
+            out[x * depth / 8] |= static_cast<std::uint8_t>(index << shift);
         }
     }
     for (const std::uint32_t color : palette.colors()) {
@@ -110,35 +112,34 @@ PngSamples withPalette(Pixels pixels, std::size_t width, Palette& palette) {
 
 /// Samples made of the bytes of each pixel that lie at `shifts`.
 template <int... shifts>
-PngSamples withChannels(Pixels pixels, std::size_t width, PngColorType colorType) {
-    PngSamples samples;
-    samples.colorType = colorType;
-    samples.bytesPerRow = width * sizeof...(shifts);
-    samples.rows.resize(pixels.size() * sizeof...(shifts));
-    std::uint8_t* byte = samples.rows.data();
-    for (const std::uint32_t pixel : pixels) ((*byte++ = static_cast<std::uint8_t>(pixel >> shifts)), ...);
+PngSamples withBytes(StraightRows& rows, PngColorType colorType) {
+    PngSamples samples = emptySamples(rows, colorType, rows.width() * sizeof...(shifts));
+    std::uint8_t* out = samples.rows.data();
+    for (int y = 0; y < rows.height(); ++y) {
+        const std::uint32_t* pixels = rows.row(y);
+        ++out;
+        for (std::size_t x = 0; x < rows.width(); ++x) ((*out++ = static_cast<std::uint8_t>(pixels[x] >> shifts)), ...);
+    }
     return samples;
 }
 
-PngSamples withChannels(Pixels pixels, std::size_t width, Content content) {
-    if (content.gray)
-        return content.opaque ? withChannels<0>(pixels, width, PngColorType::gray)
-                              : withChannels<0, 24>(pixels, width, PngColorType::grayAlpha);
-    return content.opaque ? withChannels<16, 8, 0>(pixels, width, PngColorType::rgb)
-                          : withChannels<16, 8, 0, 24>(pixels, width, PngColorType::rgba);
+PngSamples withChannels(StraightRows& rows, bool gray) {
+    if (gray)
+        return rows.areOpaque() ? withBytes<0>(rows, PngColorType::gray)
+                                : withBytes<0, 24>(rows, PngColorType::grayAlpha);
+    return rows.areOpaque() ? withBytes<16, 8, 0>(rows, PngColorType::rgb)
+                            : withBytes<16, 8, 0, 24>(rows, PngColorType::rgba);
 }
 
 }  // namespace
 
 PngSamples reduceToPngSamples(const PixelBuffer& picture) {
-    const std::vector<std::uint32_t> pixels = picture.straightPixels();
-    const auto width = static_cast<std::size_t>(picture.width());
-    const Content content = examine(pixels);
-    std::optional<Palette> palette = Palette::of(pixels);
+    StraightRows rows(picture);
+    const bool gray = isGray(rows);
+    std::optional<Palette> palette = Palette::of(rows);
     // Eight bits of gray need no palette.
-    const bool plainGray = content.gray && content.opaque && palette && palette->bitDepth() == 8;
-    if (palette && !plainGray) return withPalette(pixels, width, *palette);
-    return withChannels(pixels, width, content);
+    const bool plainGray = gray && rows.areOpaque() && palette && palette->bitDepth() == 8;
+    return palette && !plainGray ? withPalette(rows, *palette) : withChannels(rows, gray);
 }
 
 }  // namespace tavrin::paint

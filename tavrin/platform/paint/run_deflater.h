@@ -10,9 +10,9 @@
 
 namespace tavrin::paint {
 
-/// Writes the rows of a PNG under the filter *Up* as a zlib stream, appended to a string. Of what deflate offers it uses
-/// runs only: a widget is so much alike from row to row that most pixels are the one above, and looking for anything
-/// else takes longer than all of this. The same rows are the same bytes, on every machine.
+/// Writes the rows of a PNG under the filter *Up* as a zlib stream, appended to a string. Of what deflate offers it
+/// uses runs only: a widget is so much alike from row to row that most pixels are the one above, and looking for
+/// anything else takes longer than all of this. The same rows are the same bytes, on every machine.
 class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
