@@ -1,16 +1,13 @@
 #include <string>
-#include <thread>
-#include <vector>
 
 #include <benchmark/benchmark.h>
-#include <isa-l.h>
 
 #include "bench/bench_data.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/tavrin.h"
 
-// From JSON to PNG by stage, warm, at scale 3; encoding beside what the compressor alone takes for the same bytes.
+// From JSON to PNG by stage, warm, at scale 3.
 
 namespace tavrin::bench {
 namespace {
@@ -79,52 +76,6 @@ void BM_EncodeFast(benchmark::State& state) { encodeWith(state, PngCompression::
 void BM_EncodeSmall(benchmark::State& state) { encodeWith(state, PngCompression::small); }
 BENCHMARK(BM_EncodeFast)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_EncodeSmall)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
-
-/// The rows of an opaque picture as the fast encoder hands them to the compressor: RGB, each less the row above.
-std::vector<std::uint8_t> filteredRows(const PixelBuffer& pixels) {
-    const std::vector<std::uint8_t> rgba = pixels.straightRGBA();
-    const auto width = static_cast<std::size_t>(pixels.width());
-    std::vector<std::uint8_t> rows;
-    for (std::size_t y = 0; y < static_cast<std::size_t>(pixels.height()); ++y) {
-        rows.push_back(2);
-        for (std::size_t x = 0; x < width; ++x) {
-            for (std::size_t channel = 0; channel < 3; ++channel) {
-                const std::size_t at = (y * width + x) * 4 + channel;
-                const int above = y == 0 ? 0 : rgba[at - width * 4];
-                rows.push_back(static_cast<std::uint8_t>(rgba[at] - above));
-            }
-        }
-    }
-    return rows;
-}
-
-void BM_IgzipAlone(benchmark::State& state) {
-    const Widget& widget = widgets[state.range(0)];
-    std::vector<std::uint8_t> rows =
-        filteredRows(ImageRenderer(load(Example(widget.name)), optionsFor(widget)).pixels());
-    std::vector<std::uint8_t> out(rows.size() + 4096);
-    std::vector<std::uint8_t> levelBuffer(ISAL_DEF_LVL1_DEFAULT);
-    state.SetLabel(widget.name);
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        isal_zstream stream;
-        isal_deflate_init(&stream);
-        stream.level = 1;
-        stream.level_buf = levelBuffer.data();
-        stream.level_buf_size = static_cast<std::uint32_t>(levelBuffer.size());
-        stream.gzip_flag = IGZIP_ZLIB;
-        stream.end_of_stream = 1;
-        stream.flush = NO_FLUSH;
-        stream.next_in = rows.data();
-        stream.avail_in = static_cast<std::uint32_t>(rows.size());
-        stream.next_out = out.data();
-        stream.avail_out = static_cast<std::uint32_t>(out.size());
-        isal_deflate(&stream);
-        bytes = stream.total_out;
-    }
-    state.counters["bytes"] = static_cast<double>(bytes);
-}
-BENCHMARK(BM_IgzipAlone)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 
 std::string renderOnce(const Example& example, const Widget& widget) {
     return ImageRenderer(load(example), optionsFor(widget)).encode(PictureFormat::png);
