@@ -7,6 +7,7 @@ Takumi is that of one round, and what is reported are medians of all rounds.
 """
 import datetime
 import json
+import operator
 import os
 import pathlib
 import statistics
@@ -30,9 +31,11 @@ class Drawer:
         self.process = subprocess.Popen(["taskset", "-c", ",".join(map(str, cores)), *command], text=True, bufsize=1,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
-    def milliseconds(self):
+    def draw(self):
+        """Milliseconds for a picture, on the clock and of the processor."""
         self.process.stdin.write(f"{PICTURES[self.name]}\n")
-        return statistics.median(json.loads(self.process.stdout.readline())["milliseconds"])
+        answer = json.loads(self.process.stdout.readline())
+        return statistics.median(answer["clock"]), statistics.median(answer["processor"])
 
     def end(self):
         self.process.stdin.close()
@@ -41,18 +44,18 @@ class Drawer:
 
 
 def by_turns(measures):
-    """What each function returned in each round."""
+    """What each function returned in each round, as a list for each of the figures it returns."""
     rounds = [{name: measure() for name, measure in measures.items()} for _ in range(ROUNDS)]
-    return {name: [values[name] for values in rounds] for name in measures}
+    return {name: list(zip(*(values[name] for values in rounds))) for name in measures}
 
 
 def warm(commands, cores):
-    """Milliseconds for a picture in each round."""
+    """Milliseconds for a picture in each round, on the clock and of the processor."""
     drawers = [Drawer(name, command, cores) for name, command in commands.items()]
     for drawer in drawers:
         for _ in range(WARM_UP_TURNS):
-            drawer.milliseconds()
-    times = by_turns({drawer.name: drawer.milliseconds for drawer in drawers})
+            drawer.draw()
+    times = by_turns({drawer.name: drawer.draw for drawer in drawers})
     for drawer in drawers:
         drawer.end()
     return times
@@ -67,13 +70,15 @@ def process_cost(command):
     return (datetime.datetime.now() - start).total_seconds() * 1000, usage.ru_maxrss / 1024
 
 
-def figure(values, reference):
-    ratios = [value / other for value, other in zip(values, reference)]
-    return {"value": statistics.median(values), "ratio": statistics.median(ratios)}
-
-
 def figures(columns):
-    return {name: figure(values, columns[REFERENCE]) for name, values in columns.items()}
+    """The median of each column, and that of its ratios to the reference."""
+    return {name: {"value": statistics.median(values),
+                   "ratio": statistics.median(map(operator.truediv, values, columns[REFERENCE]))}
+            for name, values in columns.items()}
+
+
+def rows(names, unit, measured):
+    return {name: (unit, figures({who: lists[i] for who, lists in measured.items()})) for i, name in enumerate(names)}
 
 
 def measure(build, out):
@@ -89,15 +94,13 @@ def measure(build, out):
         once[peer] = [*serving[peer], picture[peer]]
 
     cores = sorted(os.sched_getaffinity(0))
-    results = {"warm picture, 1 core": ("ms", figures(warm(serving, cores[-1:])))}
+    results = rows(["warm picture, 1 core", "its processor time"], "ms", warm(serving, cores[-1:]))
     if len(cores) > 1:
-        results["warm picture, 2 cores"] = ("ms", figures(warm(serving, cores[-2:])))
+        results |= rows(["warm picture, 2 cores"], "ms", warm(serving, cores[-2:]))
     costs = by_turns({name: lambda command=command: process_cost(command) for name, command in once.items()})
-    for index, (row, unit) in enumerate([("whole process", "ms"), ("its peak memory", "MiB")]):
-        results[row] = (unit, figures({name: [cost[index] for cost in column] for name, column in costs.items()}))
-    sizes = {name: [os.path.getsize(file) / 1000] for name, file in picture.items()}
-    results["PNG"] = ("kB", figures(sizes))
-    return results
+    results |= rows(["whole process"], "ms", costs)
+    results |= rows(["its peak memory"], "MiB", {name: lists[1:] for name, lists in costs.items()})
+    return results | rows(["PNG"], "kB", {name: [[os.path.getsize(file) / 1000]] for name, file in picture.items()})
 
 
 def table(results):

@@ -1,6 +1,6 @@
 // node draw.mjs PEER FILE    draws the scene once, into FILE
 // node draw.mjs PEER         for every number on a line of standard input draws as many pictures, one text changed each
-//                            time, and answers with the milliseconds of each and the bytes of the last, as JSON
+//                            time, and answers with the milliseconds of each, on the clock and of the processor, as JSON
 import fs from 'node:fs';
 import readline from 'node:readline';
 
@@ -14,13 +14,15 @@ if (file) {
 
 let drawn = 0;
 for await (const line of readline.createInterface({ input: process.stdin })) {
-  const milliseconds = [];
-  let bytes = 0;
+  const clock = [];
+  const processor = [];
   for (let left = Number(line); left > 0; --left) {
     const start = performance.now();
-    const png = await draw(`Partly Cloudy, wind ${drawn++} km/h`);
-    milliseconds.push(performance.now() - start);
-    bytes = png.length;
+    const used = process.cpuUsage();
+    await draw(`Partly Cloudy, wind ${drawn++} km/h`);
+    const { user, system } = process.cpuUsage(used);
+    clock.push(performance.now() - start);
+    processor.push((user + system) / 1000);
   }
-  console.log(JSON.stringify({ milliseconds, bytes }));
+  console.log(JSON.stringify({ clock, processor }));
 }

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "tavrin/platform/paint/pixel_runs.h"
+#include "tavrin/platform/paint/run_symbols.h"
 
 namespace tavrin::paint {
 
@@ -17,10 +17,10 @@ class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     RunDeflater(std::string& out, bool opaque);
-    ~RunDeflater();
 
     /// One row of pixels 0xAARRGGBB, 1 to 65,535 of them, and the row above it.
     void addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
+    /// Ends the stream, which has at least one row.
     void finish();
 
 private:
@@ -32,10 +32,6 @@ private:
         template <std::size_t channels>
         void add(const PixelRun& run);
     };
-    /// Counts how often each symbol of a block is needed.
-    class Counter;
-    class Writer;
-
     template <std::size_t channels>
     void addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
     template <std::size_t channels>
@@ -44,7 +40,7 @@ private:
     std::string& out_;
     bool opaque_;
     Sum sum_;
-    std::unique_ptr<Counter> counter_;
+    SymbolCounter counter_;
     std::vector<PixelRun> runs_;  // the first ones are those of the block that is not written yet
     std::size_t runCount_ = 0;
     unsigned pendingBits_ = 0;
