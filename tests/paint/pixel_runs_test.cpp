@@ -16,7 +16,7 @@ using Pixels = std::vector<std::uint32_t>;
 std::string runsOf(const Pixels& row, std::size_t shortest) {
     std::string text;
     const Pixels above(row.size(), 0);
-    forEachRun(row.data(), above.data(), row.size(), shortest, [&](const PixelRun& run) {
+    forEachRun(row.data(), above.data(), row.size(), shortest, subtractBytes, [&](const PixelRun& run) {
         if (!text.empty()) text += ' ';
         text += fmt::format("{:x}", run.difference);
         if (run.pixels > 0) text += fmt::format("{}{}", run.repeats ? 'x' : '=', run.pixels);

@@ -13,15 +13,6 @@ constexpr auto reciprocals = [] {
     return table;
 }();
 
-std::uint32_t straightened(std::uint32_t pixel) {
-    const std::uint32_t alpha = pixel >> 24;
-    const auto channel = [&](unsigned shift) {
-        const std::uint32_t value = std::min(pixel >> shift & 0xFF, alpha);
-        return (value * reciprocals[alpha] + (1U << 23)) >> 24;
-    };
-    return packPixel(alpha, channel(16), channel(8), channel(0));
-}
-
 }  // namespace
 
 bool allOpaque(const std::uint32_t* pixels, std::size_t count) {
@@ -37,6 +28,15 @@ void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::si
     }
 }
 
+std::uint32_t straightenPixel(std::uint32_t pixel) {
+    const std::uint32_t alpha = pixel >> 24;
+    const auto channel = [&](unsigned shift) {
+        const std::uint32_t value = std::min(pixel >> shift & 0xFF, alpha);
+        return (value * reciprocals[alpha] + (1U << 23)) >> 24;
+    };
+    return packPixel(alpha, channel(16), channel(8), channel(0));
+}
+
 void straightenPixels(const std::uint32_t* pixels, std::uint32_t* straight, std::size_t count) {
     // Most pixels are opaque: blocks without any others are only copied.
     constexpr std::size_t block = 64;
@@ -45,7 +45,7 @@ void straightenPixels(const std::uint32_t* pixels, std::uint32_t* straight, std:
         if (allOpaque(pixels + begin, end - begin))
             std::copy(pixels + begin, pixels + end, straight + begin);
         else
-            std::transform(pixels + begin, pixels + end, straight + begin, straightened);
+            std::transform(pixels + begin, pixels + end, straight + begin, straightenPixel);
     }
 }
 

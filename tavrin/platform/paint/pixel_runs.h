@@ -65,12 +65,13 @@ void forEachDiffering(const std::uint32_t* row, const std::uint32_t* above, std:
         if (row[i] != above[i]) visit(i);
 }
 
-/// Calls `take` with the runs that a row of 1 to 65,535 pixels is made of. What is as above for fewer than `shortest`
-/// pixels, which may be 1 or 2, is no run of the pixel before.
-template <class Take>
+/// Calls `take` with the runs that a row of 1 to 65,535 pixels is made of. `subtract` gives the difference of a pixel
+/// to the one above. What is as above for fewer than `shortest` pixels, which may be 1 or 2, is no run of the pixel
+/// before.
+template <class Subtract, class Take>
 void forEachRun(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, std::size_t shortest,
-                const Take& take) {
-    PixelRun run{.difference = subtractBytes(row[0], above[0]), .startsRow = true};
+                const Subtract& subtract, const Take& take) {
+    PixelRun run{.difference = subtract(row[0], above[0]), .startsRow = true};
     std::size_t end = 1;  // of what `run` covers
     const auto skipTo = [&](std::size_t place) {
         const std::size_t same = place - end;
@@ -82,7 +83,7 @@ void forEachRun(const std::uint32_t* row, const std::uint32_t* above, std::size_
         }
     };
     forEachDiffering(row, above, width, [&](std::size_t i) {
-        const std::uint32_t difference = subtractBytes(row[i], above[i]);
+        const std::uint32_t difference = subtract(row[i], above[i]);
         if (i > end) {
             skipTo(i);
         } else if (difference == run.difference) {

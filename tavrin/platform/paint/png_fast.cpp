@@ -4,13 +4,11 @@
 
 #include "tavrin/platform/paint/png_file.h"
 #include "tavrin/platform/paint/run_deflater.h"
-#include "tavrin/platform/paint/straight_rows.h"
 
 namespace tavrin::paint {
 std::string encodePngFast(const PixelBuffer& picture) {
     const auto width = static_cast<std::size_t>(picture.width());
-    StraightRows rows(picture);
-    const bool opaque = rows.areOpaque();
+    const bool opaque = picture.isOpaque();
     PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
     file.beginChunk("IDAT");
     RunDeflater deflater(file.bytes(), opaque);
@@ -18,7 +16,7 @@ std::string encodePngFast(const PixelBuffer& picture) {
     const std::vector<std::uint32_t> nothing(width, opaque ? 0xFF000000 : 0);
     const std::uint32_t* above = nothing.data();
     for (int y = 0; y < picture.height(); ++y) {
-        const std::uint32_t* row = rows.row(y);
+        const std::uint32_t* row = picture.row(y);
         deflater.addRow(row, above, width);
         above = row;
     }

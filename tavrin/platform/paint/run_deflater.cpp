@@ -3,6 +3,8 @@
 #include <array>
 #include <span>
 
+#include "tavrin/platform/foundation/pixels.h"
+
 namespace tavrin::paint {
 namespace {
 
@@ -33,6 +35,17 @@ void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes,
     bits.put(codeLengths.size() - 4, 4);
     for (const std::uint8_t length : codeLengths) bits.put(lengthCodes[length].length, 3);
     for (const std::uint16_t length : lengths) bits.put(lengthCodes[length]);
+}
+
+/// The difference of two pixels whose channels are then no longer premultiplied.
+template <std::size_t channels>
+std::uint32_t subtractStraight(std::uint32_t a, std::uint32_t b) {
+    constexpr std::uint32_t opaque = 0xFF000000;
+    if constexpr (channels == 4) {
+        if (a < opaque) a = straightenPixel(a);
+        if (b < opaque) b = straightenPixel(b);
+    }
+    return subtractBytes(a, b);
 }
 
 }  // namespace
@@ -71,7 +84,7 @@ void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, 
     runs_.resize(runsInBlock + width);
     PixelRun* const begin = runs_.data() + runCount_;
     PixelRun* end = begin;
-    forEachRun(row, above, width, shortest, [&end](const PixelRun& run) { *end++ = run; });
+    forEachRun(row, above, width, shortest, subtractStraight<channels>, [&end](const PixelRun& run) { *end++ = run; });
     runCount_ += static_cast<std::size_t>(end - begin);
 
     Sum sum = sum_;
@@ -108,6 +121,7 @@ void RunDeflater::writeBlock(bool last) {
     writeHeader(bits, last, codes, channels);
     SymbolWriter writer(bits, codes);
     for (const PixelRun& run : std::span(runs_).first(runCount_)) symbolsOf<channels>(run, writer);
+    bits = writer.bits();
     bits.put(codes[endOfBlock]);
     pendingBits_ = bits.bits();
     pendingCount_ = bits.count();

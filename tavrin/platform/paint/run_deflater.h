@@ -10,15 +10,15 @@
 
 namespace tavrin::paint {
 
-/// Writes the rows of a PNG under the filter *Up* as a zlib stream, appended to a string. Of what deflate offers it
-/// uses runs only: a widget is so much alike from row to row that most pixels are the one above, and looking for
-/// anything else takes longer than all of this. The same rows are the same bytes, on every machine.
+/// Writes the rows of a picture as those of a PNG under the filter *Up* as a zlib stream, appended to a string. Of what
+/// deflate offers it uses runs only: a widget is so much alike from row to row that most pixels are the one above, and
+/// looking for anything else takes longer than all of this. The same rows are the same bytes, on every machine.
 class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     RunDeflater(std::string& out, bool opaque);
 
-    /// One row of pixels 0xAARRGGBB, 1 to 65,535 of them, and the row above it.
+    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it.
     void addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
     /// Ends the stream, which has at least one row.
     void finish();

@@ -41,9 +41,9 @@ inline constexpr auto matchLengths = [] {
     return table;
 }();
 
-/// Hands a run to a sink as literals and matches.
+/// Hands a run to a sink as literals and matches. Inlined, so that what a sink keeps stays in registers.
 template <std::size_t channels, class Sink>
-void symbolsOf(const PixelRun& run, Sink& sink) {
+[[gnu::always_inline]] inline void symbolsOf(const PixelRun& run, Sink& sink) {
     if (run.startsRow) sink.literal(filterUp);
     sink.template pixel<channels>(run.difference);
     std::size_t left = channels * run.pixels;
@@ -104,7 +104,9 @@ private:
 /// Writes symbols as bits.
 class SymbolWriter {
 public:
-    SymbolWriter(BitWriter& bits, std::span<const HuffmanCode> codes) : bits_(bits), codes_(codes.data()) {}
+    SymbolWriter(const BitWriter& bits, std::span<const HuffmanCode> codes) : bits_(bits), codes_(codes.data()) {}
+
+    [[nodiscard]] const BitWriter& bits() const { return bits_; }
 
     void literal(std::uint8_t byte) { bits_.put(codes_[byte]); }
 
@@ -125,7 +127,7 @@ public:
     }
 
 private:
-    BitWriter& bits_;
+    BitWriter bits_;
     const HuffmanCode* codes_;
 };
 
