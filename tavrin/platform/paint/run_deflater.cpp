@@ -39,14 +39,13 @@ void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes,
 
 /// The difference of two pixels whose channels are then no longer premultiplied.
 template <std::size_t channels>
-std::uint32_t subtractStraight(std::uint32_t a, std::uint32_t b) {
-    constexpr std::uint32_t opaque = 0xFF000000;
-    if constexpr (channels == 4) {
-        if (a < opaque) a = straightenPixel(a);
-        if (b < opaque) b = straightenPixel(b);
+struct SubtractStraight {
+    std::uint32_t operator()(std::uint32_t a, std::uint32_t b) const {
+        constexpr std::uint32_t opaque = 0xFF000000;
+        if (channels == 4 && (a & b) < opaque) return subtractBytes(straightenPixel(a), straightenPixel(b));
+        return subtractBytes(a, b);
     }
-    return subtractBytes(a, b);
-}
+};
 
 }  // namespace
 
@@ -84,7 +83,8 @@ void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, 
     runs_.resize(runsInBlock + width);
     PixelRun* const begin = runs_.data() + runCount_;
     PixelRun* end = begin;
-    forEachRun(row, above, width, shortest, subtractStraight<channels>, [&end](const PixelRun& run) { *end++ = run; });
+    forEachRun(row, above, width, shortest, SubtractStraight<channels>{},
+               [&end](const PixelRun& run) { *end++ = run; });
     runCount_ += static_cast<std::size_t>(end - begin);
 
     Sum sum = sum_;
