@@ -73,8 +73,8 @@ std::vector<HuffmanCode> huffmanCodes(std::span<const std::uint32_t> counts, uns
     for (std::size_t symbol = 0; symbol < counts.size(); ++symbol)
         if (counts[symbol] > 0) symbols.push_back(symbol);
     std::stable_sort(symbols.begin(), symbols.end(), [&](auto a, auto b) { return counts[a] < counts[b]; });
-    std::vector<std::uint64_t> weights;
-    for (const std::size_t symbol : symbols) weights.push_back(counts[symbol]);
+    std::vector<std::uint64_t> weights(symbols.size());
+    std::transform(symbols.begin(), symbols.end(), weights.begin(), [&](auto symbol) { return counts[symbol]; });
 
     LengthCounts lengths = mergedLengths(weights, longest);
     makeFit(lengths);
