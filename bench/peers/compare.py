@@ -117,7 +117,8 @@ def main():
     results = measure(build, out)
     text = f"{datetime.date.today()}; in brackets: the ratio to Takumi\n\n{table(results)}"
     (out / "results.md").write_text(text)
-    (out / "results.json").write_text(json.dumps({row: columns for row, (_, columns) in results.items()}, indent=2) + "\n")
+    plain = {row: {"unit": unit, **columns} for row, (unit, columns) in results.items()}
+    (out / "results.json").write_text(json.dumps(plain, indent=2) + "\n")
     print(text)
     # In a process of its own, since a child's peak memory counts what its parent had when it was started.
     subprocess.run([HERE / "side_by_side.py", out, *NAMES], check=True)

@@ -1,6 +1,6 @@
 // node draw.mjs PEER FILE    draws the scene once, into FILE
-// node draw.mjs PEER         for every number on a line of standard input draws as many pictures, one text changed each
-//                            time, and answers with the milliseconds of each, on the clock and of the processor, as JSON
+// node draw.mjs PEER         for every number on a line of standard input draws as many pictures, one text changed
+//                            each time, and answers with their milliseconds, on the clock and of the processor
 import fs from 'node:fs';
 import readline from 'node:readline';
 

@@ -1,4 +1,4 @@
-// The scene of document.json and model.json as a tree of boxes, texts and pictures, in points; the peers draw it from this.
+// The scene of document.json and model.json as a tree of boxes, texts and pictures, in points, for the peers to draw.
 import fs from 'node:fs';
 
 export const width = 338;

@@ -14,13 +14,15 @@ const options = {
   format: 'png',
 };
 
+const image = (style, src) => ({ type: 'image', style, src, width: style.width, height: style.height });
+
 function element(node) {
   const { style } = node;
   switch (node.kind) {
     case 'box': return { type: 'container', style, children: node.children.map(element) };
     case 'text': return { type: 'text', style, text: node.content };
-    case 'picture': return { type: 'image', style, src: node.address, width: style.width, height: style.height };
-    case 'ring': return { type: 'image', style, src: scene.ringSvg(node.value), width: style.width, height: style.height };
+    case 'picture': return image(style, node.address);
+    case 'ring': return image(style, scene.ringSvg(node.value));
   }
 }
 
