@@ -1,7 +1,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo docs test bench lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test bench bench-peers lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -29,6 +29,13 @@ test: build/release/build.ninja ## build everything and run all tests
 bench: build/release/build.ninja ## run the benchmarks
 	cmake --build --preset release --target tavrin_bench
 	build/release/bench/tavrin_bench
+
+bench/peers/node_modules/.package-lock.json: bench/peers/package-lock.json | setup
+	cd bench/peers && npm ci
+
+bench-peers: build/release/build.ninja bench/peers/node_modules/.package-lock.json ## one scene against two npm packages
+	cmake --build --preset release --target tavrin_program tavrin_peer_bench
+	bench/peers/compare.py build/release out/peers
 
 lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 	scripts/format.sh --dry-run --Werror

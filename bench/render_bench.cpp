@@ -1,5 +1,4 @@
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -10,7 +9,7 @@
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/tavrin.h"
 
-// From JSON to PNG by stage, warm, at scale 3; encoding beside what the compressor alone takes for the same bytes.
+// From JSON to PNG by stage, warm, at scale 3; encoding beside what a general compressor takes for the same bytes.
 
 namespace tavrin::bench {
 namespace {
@@ -80,7 +79,7 @@ void BM_EncodeSmall(benchmark::State& state) { encodeWith(state, PngCompression:
 BENCHMARK(BM_EncodeFast)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_EncodeSmall)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 
-/// The rows of an opaque picture as the fast encoder hands them to the compressor: RGB, each less the row above.
+/// The rows of an opaque picture, filtered as the fast encoder does: RGB, each less the row above.
 std::vector<std::uint8_t> filteredRows(const PixelBuffer& pixels) {
     const std::vector<std::uint8_t> rgba = pixels.straightRGBA();
     const auto width = static_cast<std::size_t>(pixels.width());

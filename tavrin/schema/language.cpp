@@ -32,7 +32,7 @@ template <std::floating_point T>
 struct Describe<T> {
     static void in(LanguageField& field) { field.kind = ValueKind::number; }
 };
-template <KeywordEnum Enum>
+template <StringConvertible Enum>
 struct Describe<Enum> {
     static void in(LanguageField& field) {
         field.kind = ValueKind::keyword;

@@ -84,6 +84,15 @@ std::vector<Row> rows() {
     list.push_back({"translucent noise", picture(301, 97, [&](auto x, auto) { return noise(x % 256); }), 8, 6});
     list.push_back(
         {"more than one strip", picture(1200, 900, [&](auto x, auto y) { return noise(x * y % 7 ? 255 : 9); }), 8, 6});
+    // Runs of every length around the longest match, of pixels as above and of others that repeat.
+    const auto stripes = [](std::uint32_t alpha) {
+        return picture(700, 120, [=](auto x, auto y) {
+            const bool dark = x > 3 && x < 3 + 50 + y;
+            return packPixel(x % 9 == 1 && !dark ? alpha : 255, dark ? 0 : 200, y / 4 % 3 * 80, x / 260 * 40);
+        });
+    };
+    list.push_back({"long runs", stripes(255), 4, 3});
+    list.push_back({"long runs, translucent", stripes(254), 8, 3});
     list.push_back({"one very wide row", picture(32767, 1, [&](auto, auto) { return noise(255); }), 8, 2});
     return list;
 }

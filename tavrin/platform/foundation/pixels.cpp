@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace tavrin {
 namespace {
@@ -13,22 +12,6 @@ constexpr auto reciprocals = [] {
     for (std::uint32_t alpha = 1; alpha < 256; ++alpha) table[alpha] = ((255U << 24) + (alpha - 1)) / alpha;
     return table;
 }();
-
-/// The four bytes R, G, B, A of a straight pixel as one little-endian word.
-constexpr std::uint32_t swapRedBlue(std::uint32_t pixel) {
-    return (pixel & 0xFF00FF00) | (pixel >> 16 & 0xFF) | (pixel & 0xFF) << 16;
-}
-
-std::uint32_t straightened(std::uint32_t pixel) {
-    const std::uint32_t alpha = pixel >> 24;
-    const auto channel = [&](unsigned shift) {
-        const std::uint32_t value = std::min(pixel >> shift & 0xFF, alpha);
-        return (value * reciprocals[alpha] + (1U << 23)) >> 24;
-    };
-    return packPixel(alpha, channel(16), channel(8), channel(0));
-}
-
-void storeWord(std::uint8_t* bytes, std::uint32_t word) { std::memcpy(bytes, &word, sizeof word); }
 
 }  // namespace
 
@@ -45,16 +28,34 @@ void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::si
     }
 }
 
-void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
-    // Most pixels are opaque: blocks without any others are only rearranged, which compilers vectorise.
+std::uint32_t straightenPixel(std::uint32_t pixel) {
+    const std::uint32_t alpha = pixel >> 24;
+    const auto channel = [&](unsigned shift) {
+        const std::uint32_t value = std::min(pixel >> shift & 0xFF, alpha);
+        return (value * reciprocals[alpha] + (1U << 23)) >> 24;
+    };
+    return packPixel(alpha, channel(16), channel(8), channel(0));
+}
+
+void straightenPixels(const std::uint32_t* pixels, std::uint32_t* straight, std::size_t count) {
+    // Most pixels are opaque: blocks without any others are only copied.
     constexpr std::size_t block = 64;
     for (std::size_t begin = 0; begin < count; begin += block) {
         const std::size_t end = std::min(begin + block, count);
-        if (allOpaque(pixels + begin, end - begin)) {
-            for (std::size_t i = begin; i < end; ++i) storeWord(bytes + 4 * i, swapRedBlue(pixels[i]));
-        } else {
-            for (std::size_t i = begin; i < end; ++i) storeWord(bytes + 4 * i, swapRedBlue(straightened(pixels[i])));
-        }
+        if (allOpaque(pixels + begin, end - begin))
+            std::copy(pixels + begin, pixels + end, straight + begin);
+        else
+            std::transform(pixels + begin, pixels + end, straight + begin, straightenPixel);
+    }
+}
+
+void writeRGBA(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint8_t* pixel = bytes + 4 * i;
+        pixel[0] = static_cast<std::uint8_t>(pixels[i] >> 16);
+        pixel[1] = static_cast<std::uint8_t>(pixels[i] >> 8);
+        pixel[2] = static_cast<std::uint8_t>(pixels[i]);
+        pixel[3] = static_cast<std::uint8_t>(pixels[i] >> 24);
     }
 }
 

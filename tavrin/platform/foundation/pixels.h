@@ -44,7 +44,11 @@ constexpr std::uint32_t mixPixels(std::uint32_t a, std::uint32_t b, std::uint32_
 /// Reads `count` pixels from bytes R, G, B, A, channels not premultiplied; they may be the pixels' own memory.
 void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count);
 
-/// Writes `count` pixels as bytes R, G, B, A, channels not premultiplied and rounded.
-void straightenPixels(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count);
+/// The channels of a pixel divided by its opacity, rounded.
+[[nodiscard]] std::uint32_t straightenPixel(std::uint32_t pixel);
+void straightenPixels(const std::uint32_t* pixels, std::uint32_t* straight, std::size_t count);
+
+/// Writes `count` pixels as bytes R, G, B, A, channels as they are.
+void writeRGBA(const std::uint32_t* pixels, std::uint8_t* bytes, std::size_t count);
 
 }  // namespace tavrin

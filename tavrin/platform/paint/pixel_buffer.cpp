@@ -29,8 +29,10 @@ bool PixelBuffer::isOpaque() const {
 }
 
 std::vector<std::uint8_t> PixelBuffer::straightRGBA() const {
-    std::vector<std::uint8_t> bytes(pixels_.size() * 4);
-    straightenPixels(pixels_.data(), bytes.data(), pixels_.size());
+    std::vector<std::uint32_t> pixels(pixels_.size());
+    straightenPixels(pixels_.data(), pixels.data(), pixels.size());
+    std::vector<std::uint8_t> bytes(4 * pixels.size());
+    writeRGBA(pixels.data(), bytes.data(), pixels.size());
     return bytes;
 }
 

@@ -121,7 +121,8 @@ void Backdrop::restore(const PixelTarget& target) const {
     for (int y = area.y0; y < area.y1; ++y) {
         std::uint32_t* row = target.pixel(area.x0, y);
         const std::uint8_t* inside = inside_.row(y);
-        for (int i = 0; i < area.width(); ++i, ++kept) row[i] = mixPixels(row[i], *kept, inside[i]);
+        for (int i = 0; i < area.width(); ++i, ++kept)
+            if (inside[i] != 0xFF) row[i] = mixPixels(row[i], *kept, inside[i]);
     }
 }
 

@@ -6,7 +6,7 @@
 
 namespace tavrin::paint {
 
-/// RGB or RGBA, every row as its difference to the row above, compressed while still in the processor's cache.
+/// RGB or RGBA, every row as its difference to the row above, of which only runs are compressed.
 [[nodiscard]] std::string encodePngFast(const PixelBuffer& picture);
 
 }  // namespace tavrin::paint

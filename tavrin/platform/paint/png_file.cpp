@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include <isa-l/crc.h>
+#include <libdeflate.h>
 
 namespace tavrin::paint {
 namespace {
@@ -47,8 +47,8 @@ void PngFile::endChunk() {
     const std::size_t length = bytes_.size() - chunkStart_ - prefixSize;
     const auto lengthDigits = bigEndian(static_cast<std::uint32_t>(length));
     bytes_.replace(chunkStart_, lengthSize, lengthDigits.data(), lengthDigits.size());
-    const auto* checked = reinterpret_cast<const unsigned char*>(bytes_.data() + chunkStart_ + lengthSize);
-    const auto checksum = bigEndian(crc32_gzip_refl(0, checked, length + prefixSize - lengthSize));
+    const char* checked = bytes_.data() + chunkStart_ + lengthSize;
+    const auto checksum = bigEndian(libdeflate_crc32(0, checked, length + prefixSize - lengthSize));
     bytes_.append(checksum.data(), checksum.size());
 }
 

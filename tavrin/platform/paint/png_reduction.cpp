@@ -3,44 +3,34 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <span>
+
+#include "tavrin/platform/paint/straight_rows.h"
 
 namespace tavrin::paint {
 namespace {
 
 constexpr std::size_t maxPalette = 256;
 
-/// Bytes R, G, B, A.
-using Bytes = std::span<const std::uint8_t>;
-
-struct Content {
-    bool opaque = true;
-    bool gray = true;
-};
-
-Content examine(Bytes rgba) {
-    std::uint8_t opacity = 0xFF;
-    std::uint8_t difference = 0;
-    for (std::size_t i = 0; i < rgba.size(); i += 4) {
-        opacity &= rgba[i + 3];
-        difference |= static_cast<std::uint8_t>((rgba[i] ^ rgba[i + 1]) | (rgba[i] ^ rgba[i + 2]));
-    }
-    return {opacity == 0xFF, difference == 0};
+bool isGray(const std::uint32_t* pixels, std::size_t count) {
+    std::uint32_t difference = 0;
+    for (std::size_t i = 0; i < count; ++i) difference |= pixels[i] ^ pixels[i] >> 8;  // red and green, green and blue
+    return (difference & 0xFFFF) == 0;
 }
 
-std::uint32_t colorAt(Bytes rgba, std::size_t i) {
-    return static_cast<std::uint32_t>(rgba[i] << 16 | rgba[i + 1] << 8 | rgba[i + 2]) |
-           static_cast<std::uint32_t>(rgba[i + 3]) << 24;
+bool isGray(StraightRows& rows) {
+    for (int y = 0; y < rows.height(); ++y)
+        if (!isGray(rows.row(y), rows.width())) return false;
+    return true;
 }
 
 /// The distinct colours (0xAARRGGBB) of a picture, ascending: translucent before opaque ones, so that few opacities
 /// have to be written.
 class Palette {
 public:
-    static std::optional<Palette> of(Bytes rgba) {
+    static std::optional<Palette> of(StraightRows& rows) {
         Palette palette;
-        for (std::size_t i = 0; i < rgba.size(); i += 4)
-            if (!palette.insert(colorAt(rgba, i))) return std::nullopt;
+        for (int y = 0; y < rows.height(); ++y)
+            if (!palette.insert(rows.row(y), rows.width())) return std::nullopt;
         std::sort(palette.colors_.begin(), palette.colors_.end());
         palette.slots_.fill({});
         for (std::size_t i = 0; i < palette.colors_.size(); ++i) {
@@ -71,6 +61,12 @@ private:
         return slots_[i];
     }
 
+    bool insert(const std::uint32_t* pixels, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            if ((i == 0 || pixels[i] != pixels[i - 1]) && !insert(pixels[i])) return false;
+        return true;
+    }
+
     bool insert(std::uint32_t color) {
         Slot& slot = find(color);
         if (slot.used) return true;
@@ -84,21 +80,27 @@ private:
     std::vector<std::uint32_t> colors_;
 };
 
-PngSamples withPalette(Bytes rgba, std::size_t width, Palette& palette) {
+/// Samples with every byte zero.
+PngSamples emptySamples(const StraightRows& rows, PngColorType colorType, std::size_t bytesPerRow) {
     PngSamples samples;
-    samples.colorType = PngColorType::palette;
-    samples.bitDepth = palette.bitDepth();
-    const auto depth = static_cast<unsigned>(samples.bitDepth);
-    samples.bytesPerRow = (width * depth + 7) / 8;
-    samples.rows.resize(rgba.size() / (4 * width) * samples.bytesPerRow);
+    samples.colorType = colorType;
+    samples.bytesPerRow = 1 + bytesPerRow;
+    samples.rows.resize(static_cast<std::size_t>(rows.height()) * samples.bytesPerRow);
+    return samples;
+}
 
-    const std::uint8_t* pixel = rgba.data();
-    for (auto row = samples.rows.begin(); row != samples.rows.end();
-         row += static_cast<std::ptrdiff_t>(samples.bytesPerRow)) {
-        for (std::size_t x = 0; x < width; ++x, pixel += 4) {
+PngSamples withPalette(StraightRows& rows, Palette& palette) {
+    const auto depth = static_cast<unsigned>(palette.bitDepth());
+    PngSamples samples = emptySamples(rows, PngColorType::palette, (rows.width() * depth + 7) / 8);
+    samples.bitDepth = palette.bitDepth();
+    std::uint8_t* out = samples.rows.data() + 1;
+    for (int y = 0; y < rows.height(); ++y, out += samples.bytesPerRow) {
+        const std::uint32_t* pixels = rows.row(y);
+        unsigned index = 0;
+        for (std::size_t x = 0; x < rows.width(); ++x) {
+            if (x == 0 || pixels[x] != pixels[x - 1]) index = palette.indexOf(pixels[x]);
             const unsigned shift = 8 - depth - static_cast<unsigned>(x * depth % 8);
-            const unsigned index = palette.indexOf(colorAt({pixel, 4}, 0));
-            row[static_cast<std::ptrdiff_t>(x * depth / 8)] |= static_cast<std::uint8_t>(index << shift);
+            out[x * depth / 8] |= static_cast<std::uint8_t>(index << shift);
         }
     }
     for (const std::uint32_t color : palette.colors()) {
@@ -108,30 +110,36 @@ PngSamples withPalette(Bytes rgba, std::size_t width, Palette& palette) {
     return samples;
 }
 
-PngSamples withChannels(Bytes rgba, std::size_t width, Content content) {
-    PngSamples samples;
-    std::vector<std::size_t> channels = content.gray ? std::vector<std::size_t>{0} : std::vector<std::size_t>{0, 1, 2};
-    if (!content.opaque) channels.push_back(3);
-    samples.colorType = content.gray ? (content.opaque ? PngColorType::gray : PngColorType::grayAlpha)
-                                     : (content.opaque ? PngColorType::rgb : PngColorType::rgba);
-    samples.bytesPerRow = width * channels.size();
-    samples.rows.reserve(rgba.size() / 4 * channels.size());
-    for (std::size_t i = 0; i < rgba.size(); i += 4)
-        for (const std::size_t channel : channels) samples.rows.push_back(rgba[i + channel]);
+/// Samples made of the bytes of each pixel that lie at `shifts`.
+template <int... shifts>
+PngSamples withBytes(StraightRows& rows, PngColorType colorType) {
+    PngSamples samples = emptySamples(rows, colorType, rows.width() * sizeof...(shifts));
+    std::uint8_t* out = samples.rows.data();
+    for (int y = 0; y < rows.height(); ++y) {
+        const std::uint32_t* pixels = rows.row(y);
+        ++out;
+        for (std::size_t x = 0; x < rows.width(); ++x) ((*out++ = static_cast<std::uint8_t>(pixels[x] >> shifts)), ...);
+    }
     return samples;
+}
+
+PngSamples withChannels(StraightRows& rows, bool gray) {
+    if (gray)
+        return rows.areOpaque() ? withBytes<0>(rows, PngColorType::gray)
+                                : withBytes<0, 24>(rows, PngColorType::grayAlpha);
+    return rows.areOpaque() ? withBytes<16, 8, 0>(rows, PngColorType::rgb)
+                            : withBytes<16, 8, 0, 24>(rows, PngColorType::rgba);
 }
 
 }  // namespace
 
 PngSamples reduceToPngSamples(const PixelBuffer& picture) {
-    const std::vector<std::uint8_t> rgba = picture.straightRGBA();
-    const auto width = static_cast<std::size_t>(picture.width());
-    const Content content = examine(rgba);
-    std::optional<Palette> palette = Palette::of(rgba);
+    StraightRows rows(picture);
+    const bool gray = isGray(rows);
+    std::optional<Palette> palette = Palette::of(rows);
     // Eight bits of gray need no palette.
-    const bool plainGray = content.gray && content.opaque && palette && palette->bitDepth() == 8;
-    if (palette && !plainGray) return withPalette(rgba, width, *palette);
-    return withChannels(rgba, width, content);
+    const bool plainGray = gray && rows.areOpaque() && palette && palette->bitDepth() == 8;
+    return palette && !plainGray ? withPalette(rows, *palette) : withChannels(rows, gray);
 }
 
 }  // namespace tavrin::paint

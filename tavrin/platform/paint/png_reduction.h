@@ -9,11 +9,11 @@
 
 namespace tavrin::paint {
 
-/// A picture as PNG samples: rows of whole bytes, without filter numbers.
+/// A picture as PNG samples: rows of whole bytes, each behind the filter number 0.
 struct PngSamples {
     PngColorType colorType = PngColorType::rgba;
     int bitDepth = 8;
-    std::size_t bytesPerRow = 0;
+    std::size_t bytesPerRow = 0;  ///< with the filter number
     std::vector<std::uint8_t> rows;
     /// R, G, B of each palette entry; empty without a palette.
     std::vector<std::uint8_t> palette;

@@ -6,8 +6,8 @@
 
 namespace tavrin::paint {
 
-/// The plainest samples that hold the picture without loss, filtered and not, compressed thoroughly; the smaller
-/// counts.
+/// The plainest samples that hold the picture without loss, filtered where that seems to make them smaller, compressed
+/// thoroughly.
 [[nodiscard]] std::string encodePngSmall(const PixelBuffer& picture);
 
 }  // namespace tavrin::paint

@@ -1,0 +1,74 @@
+#include <chrono>
+#include <ctime>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "bench/bench_data.h"
+#include "tavrin/tavrin.h"
+
+// The scene of this folder from JSON to PNG in memory, as draw.mjs draws it with the peers: for every number on a line
+// of standard input draws as many pictures, one text changed each time, and answers with the milliseconds of each, on
+// the clock and of the processor, as JSON. `tavrin_peer_bench small` makes small PNGs.
+
+namespace tavrin::bench {
+namespace {
+
+struct Scene {
+    std::string document = readFile("bench/peers/document.json");
+    std::string model = readFile("bench/peers/model.json");
+    std::size_t wind = model.find("17 km/h");
+    URL pictures = URL::fileURL(std::string(TAVRIN_SOURCE_DIR) + "/examples/weather/pictures");
+
+    [[nodiscard]] std::string draw(int number, PngCompression compression) const {
+        std::string changed = model;
+        changed.replace(wind, 2, std::to_string(number));
+        Context context;
+        context.imageCacheDir = pictures;
+        const AnyView view = TavrinEngine().loadView(document, changed, context);
+        RenderOptions options;
+        options.background.kind = WidgetBackground::Kind::none;
+        options.compression = compression;
+        return ImageRenderer(view, options).encode(PictureFormat::png);
+    }
+};
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+Milliseconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+void append(std::string& list, Milliseconds time) {
+    if (!list.empty()) list += ',';
+    list += std::to_string(time.count());
+}
+
+void answerRequests(PngCompression compression) {
+    using Clock = std::chrono::steady_clock;
+    const Scene scene;
+    int drawn = 0;
+    for (int left = 0; std::cin >> left;) {
+        std::string clock;
+        std::string processor;
+        for (; left > 0; --left) {
+            const auto start = Clock::now();
+            const Milliseconds used = processorTime();
+            if (scene.draw(drawn++, compression).empty()) throw std::runtime_error("no picture");
+            append(processor, processorTime() - used);
+            append(clock, Clock::now() - start);
+        }
+        std::cout << R"({"clock":[)" << clock << R"(],"processor":[)" << processor << "]}\n" << std::flush;
+    }
+}
+
+}  // namespace
+}  // namespace tavrin::bench
+
+int main(int count, char** arguments) {
+    const bool small = count > 1 && std::string_view(arguments[1]) == "small";
+    tavrin::bench::answerRequests(small ? tavrin::PngCompression::small : tavrin::PngCompression::fast);
+}

@@ -1,0 +1,133 @@
+#include "tavrin/platform/paint/run_deflater.h"
+
+#include <array>
+#include <span>
+
+#include "tavrin/platform/foundation/pixels.h"
+
+namespace tavrin::paint {
+namespace {
+
+constexpr std::size_t runsInBlock = std::size_t{1} << 14;
+constexpr unsigned adlerModulus = 65521;
+/// The codes of a pixel's bytes and the bits of an unfinished byte fit in one word.
+constexpr unsigned longestCode = 12;
+constexpr unsigned longestLengthCode = 7;
+/// In the order in which deflate wants the lengths of their own codes.
+constexpr std::array<std::uint8_t, 19> codeLengths{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
+constexpr std::size_t mostOfHeader = 512;
+
+/// Says that a block begins that has codes of its own, and which.
+void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes, std::size_t channels) {
+    std::vector<std::uint16_t> lengths;
+    for (const HuffmanCode& code : codes) lengths.push_back(code.length);
+    // Distances are 1 or a pixel, with one bit each.
+    for (std::size_t distance = 1; distance <= channels; ++distance)
+        lengths.push_back(distance == 1 || distance == channels ? 1 : 0);
+    std::array<std::uint32_t, codeLengths.size()> counts{};
+    for (const std::uint16_t length : lengths) ++counts[length];
+    const std::vector<HuffmanCode> lengthCodes = huffmanCodes(counts, longestLengthCode);
+
+    constexpr unsigned ownCodes = 2;
+    bits.put((last ? 1 : 0) | ownCodes << 1, 3);
+    bits.put(symbolCount - (endOfBlock + 1), 5);
+    bits.put(channels - 1, 5);
+    bits.put(codeLengths.size() - 4, 4);
+    for (const std::uint8_t length : codeLengths) bits.put(lengthCodes[length].length, 3);
+    for (const std::uint16_t length : lengths) bits.put(lengthCodes[length]);
+}
+
+/// The difference of two pixels whose channels are then no longer premultiplied.
+template <std::size_t channels>
+struct SubtractStraight {
+    std::uint32_t operator()(std::uint32_t a, std::uint32_t b) const {
+        constexpr std::uint32_t opaque = 0xFF000000;
+        if (channels == 4 && (a & b) < opaque) return subtractBytes(straightenPixel(a), straightenPixel(b));
+        return subtractBytes(a, b);
+    }
+};
+
+}  // namespace
+
+template <std::size_t channels>
+void RunDeflater::Sum::add(const PixelRun& run) {
+    if (run.startsRow) sums += bytes += filterUp;
+    const std::uint64_t c0 = byteOf<0>(run.difference);
+    const std::uint64_t c1 = byteOf<1>(run.difference);
+    const std::uint64_t c2 = byteOf<2>(run.difference);
+    const std::uint64_t c3 = channels == 4 ? byteOf<3>(run.difference) : 0;
+    // Each pixel adds its bytes, and to the sum of sums the first ones as often as there are bytes to come.
+    const std::uint64_t once = c0 + c1 + c2 + c3;
+    const std::uint64_t often = channels * c0 + (channels - 1) * c1 + (channels - 2) * c2 + c3;
+    for (std::uint32_t left = run.repeats ? run.pixels + 1 : 1; left > 0; --left) {
+        sums += channels * bytes + often;
+        bytes += once;
+    }
+    if (!run.repeats) sums += channels * bytes * run.pixels;
+}
+
+RunDeflater::RunDeflater(std::string& out, bool opaque) : out_(out), opaque_(opaque) { out_.append("\x78\x01", 2); }
+
+void RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
+    if (opaque_)
+        addRuns<3>(row, above, width);
+    else
+        addRuns<4>(row, above, width);
+}
+
+template <std::size_t channels>
+void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
+    constexpr std::size_t shortest = shortestMatch / channels + 1;  // one byte may have to be written by itself
+    // Before a row, so that one is left for the last block.
+    if (runCount_ >= runsInBlock) writeBlock<channels>(false);
+    runs_.resize(runsInBlock + width);
+    PixelRun* const begin = runs_.data() + runCount_;
+    PixelRun* end = begin;
+    forEachRun(row, above, width, shortest, SubtractStraight<channels>{},
+               [&end](const PixelRun& run) { *end++ = run; });
+    runCount_ += static_cast<std::size_t>(end - begin);
+
+    Sum sum = sum_;
+    for (const PixelRun& run : std::span(begin, end)) {
+        sum.add<channels>(run);
+        symbolsOf<channels>(run, counter_);
+    }
+    sum_ = {sum.bytes % adlerModulus, sum.sums % adlerModulus};
+}
+
+void RunDeflater::finish() {
+    if (opaque_)
+        writeBlock<3>(true);
+    else
+        writeBlock<4>(true);
+    if (pendingCount_ > 0) out_ += static_cast<char>(pendingBits_);
+    for (const std::uint64_t half : {sum_.sums, sum_.bytes}) {
+        out_ += static_cast<char>(half >> 8);
+        out_ += static_cast<char>(half);
+    }
+}
+
+template <std::size_t channels>
+void RunDeflater::writeBlock(bool last) {
+    const std::span<const std::uint32_t> counts = counter_.symbols();
+    const std::vector<HuffmanCode> codes = huffmanCodes(counts, longestCode);
+    std::uint64_t size = counter_.otherBits();
+    for (std::size_t symbol = 0; symbol < codes.size(); ++symbol)
+        size += std::uint64_t{counts[symbol]} * codes[symbol].length;
+    const std::size_t begin = out_.size();
+    out_.resize(begin + size / 8 + mostOfHeader);
+
+    BitWriter bits(out_.data() + begin, pendingBits_, pendingCount_);
+    writeHeader(bits, last, codes, channels);
+    SymbolWriter writer(bits, codes);
+    for (const PixelRun& run : std::span(runs_).first(runCount_)) symbolsOf<channels>(run, writer);
+    bits = writer.bits();
+    bits.put(codes[endOfBlock]);
+    pendingBits_ = bits.bits();
+    pendingCount_ = bits.count();
+    out_.resize(static_cast<std::size_t>(bits.end() - out_.data()));
+    runCount_ = 0;
+    counter_ = {};
+}
+
+}  // namespace tavrin::paint
