@@ -61,10 +61,9 @@ void packDifferences(const std::uint32_t* pixels, const std::uint32_t* above, st
 /// Turns one row after the other into a PNG row: the filter's number and the differences to the row above.
 class UpFilter {
 public:
-    explicit UpFilter(const PixelBuffer& picture)
-        : picture_(picture), opaque_(picture.isOpaque()), above_(width(), 0), row_(width()) {}
+    UpFilter(const PixelBuffer& picture, PngColorType colorType)
+        : picture_(picture), opaque_(colorType == PngColorType::rgb), above_(width(), 0), row_(width()) {}
 
-    [[nodiscard]] PngColorType colorType() const { return opaque_ ? PngColorType::rgb : PngColorType::rgba; }
     [[nodiscard]] std::size_t rowSize() const { return 1 + width() * (opaque_ ? 3 : 4); }
 
     void write(int y, std::uint8_t* out) {
@@ -130,21 +129,25 @@ private:
 
 }  // namespace
 
-std::string encodePngFast(const PixelBuffer& picture) {
-    UpFilter filter(picture);
+void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
+    UpFilter filter(picture, colorType);
     const int height = picture.height();
-    PngFile file(picture.width(), height, 8, filter.colorType());
-    file.beginChunk("IDAT");
-
     const std::size_t size = filter.rowSize();
     const int rowsInStrip = std::clamp(static_cast<int>(stripSize / size), 1, height);
     std::vector<std::uint8_t> strip(size * static_cast<std::size_t>(rowsInStrip));
-    Deflater deflater(file.bytes(), size * static_cast<std::size_t>(height) / 8 + 1024);
+    Deflater deflater(out, size * static_cast<std::size_t>(height) / 8 + 1024);
     for (int y = 0; y < height; y += rowsInStrip) {
         const int rows = std::min(rowsInStrip, height - y);
         for (int i = 0; i < rows; ++i) filter.write(y + i, strip.data() + size * static_cast<std::size_t>(i));
         deflater.write(std::span(strip).first(size * static_cast<std::size_t>(rows)), y + rows == height);
     }
+}
+
+std::string encodePngFast(const PixelBuffer& picture) {
+    const PngColorType colorType = picture.isOpaque() ? PngColorType::rgb : PngColorType::rgba;
+    PngFile file(picture.width(), picture.height(), 8, colorType);
+    file.beginChunk("IDAT");
+    appendPngRowsFast(picture, colorType, file.bytes());
     file.endChunk();
     return file.finish();
 }

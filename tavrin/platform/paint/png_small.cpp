@@ -112,6 +112,13 @@ Bytes smallestData(const PngSamples& samples, int width) {
 
 }  // namespace
 
+std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture) {
+    PngSamples samples;
+    samples.bytesPerRow = 4 * static_cast<std::size_t>(picture.width());
+    samples.rows = picture.straightRGBA();
+    return smallestData(samples, picture.width());
+}
+
 std::string encodePngSmall(const PixelBuffer& picture) {
     const PngSamples samples = reduceToPngSamples(picture);
     PngFile file(picture.width(), picture.height(), samples.bitDepth, samples.colorType);
