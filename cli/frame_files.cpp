@@ -45,8 +45,8 @@ public:
     }
 
     void write(const std::filesystem::path& path, const std::string& bytes) {
-        paths_.push_back(path);
         writeFile(path, bytes);
+        paths_.push_back(path);
     }
     void keep() { paths_.clear(); }
 
