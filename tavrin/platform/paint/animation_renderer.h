@@ -11,6 +11,7 @@
 #include "tavrin/platform/layout/timed_layout.h"
 #include "tavrin/platform/paint/animation/animation_encoder.h"
 #include "tavrin/platform/paint/frame_span.h"
+#include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/render_options.h"
 #include "tavrin/platform/ui/any_view.h"
@@ -69,6 +70,8 @@ private:
     std::unique_ptr<text::TextEngine> ownTexts_;  // only with fonts of the host's own
     text::TextEngine& texts_;
     layout::TimedLayout layout_;
+    paint::StillPart still_;  // of the layout with the number `stillLayout_`
+    std::size_t stillLayout_ = 0;
     std::shared_ptr<const PixelBuffer> last_;
     std::size_t drawingCount_ = 0;
 };

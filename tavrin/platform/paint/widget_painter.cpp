@@ -1,6 +1,5 @@
 #include "tavrin/platform/paint/widget_painter.h"
 
-#include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::paint {
@@ -22,14 +21,14 @@ std::optional<RGBA> backgroundOf(const RenderOptions& options) {
 
 }  // namespace
 
-void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas,
-                 text::TextEngine& texts) {
+void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
+                 StillPart* still) {
     const Rect bounds{{0, 0}, options.size};
     canvas.save();
     if (options.rounded)
         canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
     if (const std::optional<RGBA> background = backgroundOf(options)) canvas.fill(bounds, *background);
-    paintTree(tree, canvas, texts);
+    paintTree(tree, canvas, texts, still);
     canvas.restore();
 }
 
