@@ -15,20 +15,14 @@ namespace {
 
 using std::filesystem::path;
 
-constexpr std::string_view defaultPattern = "-%04d";
-
 const std::string* find(const Command& command, std::string_view option) {
     const auto found = command.values.find(option);
     return found == command.values.end() ? nullptr : &found->second;
 }
 
-/// Where in a file's name its number goes.
-struct NumberPlace {
-    std::size_t begin;
-    std::size_t end;
-    std::size_t digits;
-};
+using NumberPlace = Frames::NumberPlace;
 
+/// The first "%d" or "%04d" in a name, from a place on.
 std::optional<NumberPlace> nextNumberPlace(std::string_view name, std::size_t from) {
     for (std::size_t begin = name.find('%', from); begin != std::string_view::npos; begin = name.find('%', begin + 1)) {
         std::string_view rest = name.substr(begin + 1);
@@ -61,24 +55,31 @@ std::string_view wordOf(const path& file) {
     return {};
 }
 
+/// Frames in a folder, under the document's name.
+void placeInFolder(Frames& frames, const std::string& stem, std::string_view word) {
+    constexpr std::string_view pattern = "-%04d";
+    if (!word.empty() && word != "png") {
+        frames.path /= stem + "." + std::string(word);
+        return;
+    }
+    frames.kind = Frames::Kind::numberedFiles;
+    frames.path /= stem + std::string(pattern) + ".png";
+    frames.number = {stem.size() + 1, stem.size() + pattern.size(), 4};
+}
+
 /// Judges where frames go. `word` is the value of `--format`, empty where it is not given.
-void placeFrames(Frames& frames, const std::string& document, const std::string& output, std::string_view word) {
+void placeFrames(Frames& frames, const std::string& stem, const std::string& output, std::string_view word) {
     const path file = output;
     const std::string_view named = wordOf(file);
     frames.path = file;
     frames.format = animationFormat(named.empty() ? word : named);
-    if (namesFolder(file)) {
-        const bool isNumbered = word.empty() || word == "png";
-        if (isNumbered) frames.kind = Frames::Kind::numberedFiles;
-        frames.path /= stemOf(document) + std::string(isNumbered ? defaultPattern : "") + "." +
-                       std::string(isNumbered ? "png" : word);
-        return;
-    }
-    if (numberPlace(file.filename().string())) {
+    if (namesFolder(file)) return placeInFolder(frames, stem, word);
+    if (const auto place = numberPlace(file.filename().string())) {
         if (named != "png" || !(word.empty() || word == "png"))
             throw UsageError("numbered frames are PNGs; --output takes a name such as clock-%04d.png, not '" + output +
                              "'");
         frames.kind = Frames::Kind::numberedFiles;
+        frames.number = *place;
         return;
     }
     if (!named.empty() && !word.empty() && animationFormat(word) != animationFormat(named))
@@ -90,7 +91,30 @@ void placeFrames(Frames& frames, const std::string& document, const std::string&
             output + "'");
 }
 
-void refuseOthers(const Command& command) {
+void readOutput(Frames& frames, const Command& command) {
+    std::string_view word;
+    if (const std::string* format = find(command, "--format"))
+        word = frameFormatWords[readWord("--format", *format, frameFormatWords)];
+    const std::string stem = stemOf(command.operands.front());
+    const std::string* const output = find(command, "--output");
+    frames.format = animationFormat(word);
+    if (!output) {
+        frames.path = stem + "." + std::string(word.empty() ? "png" : word);
+    } else if (*output == "-") {
+        frames.kind = Frames::Kind::standardOutput;
+    } else if (output->empty()) {
+        throw UsageError("--output takes the name of a file or a folder, not ''");
+    } else {
+        placeFrames(frames, stem, *output, word);
+    }
+}
+
+/// Refuses what does not go together.
+void checkTogether(const Command& command) {
+    for (const char* option : {"--every", "--fps"})
+        if (!find(command, "--frames") && find(command, option))
+            throw UsageError(std::string(option) + " goes with --frames FROM..TO");
+    if (!find(command, "--frames")) return;
     if (command.operands.size() > 1)
         throw UsageError("--frames draws one document, not " + std::to_string(command.operands.size()));
     if (find(command, "--date")) throw UsageError("--frames says which moments are drawn; leave --date away");
@@ -98,21 +122,17 @@ void refuseOthers(const Command& command) {
 
 }  // namespace
 
-path Frames::pathOf(std::size_t number) const {
+path Frames::pathOf(std::size_t frame) const {
     std::string name = path.filename().string();
-    const auto place = numberPlace(name);
-    std::string digits = std::to_string(number);
-    digits.insert(0, place->digits - std::min(place->digits, digits.size()), '0');
-    return path.parent_path() / name.replace(place->begin, place->end - place->begin, digits);
+    std::string digits = std::to_string(frame);
+    digits.insert(0, number.digits - std::min(number.digits, digits.size()), '0');
+    return path.parent_path() / name.replace(number.begin, number.end - number.begin, digits);
 }
 
 std::optional<Frames> readFrames(const Command& command) {
+    checkTogether(command);
     const std::string* const moments = find(command, "--frames");
-    for (const char* option : {"--every", "--fps"})
-        if (!moments && find(command, option)) throw UsageError(std::string(option) + " goes with --frames FROM..TO");
     if (!moments) return std::nullopt;
-    refuseOthers(command);
-
     Frames frames;
     std::tie(frames.span.first, frames.span.last) = readMoments("--frames", *moments);
     if (const std::string* every = find(command, "--every")) frames.span.step = readSeconds("--every", *every);
@@ -122,19 +142,7 @@ std::optional<Frames> readFrames(const Command& command) {
     } catch (const TavrinError& error) {
         throw UsageError("--frames asks for " + error.message);
     }
-    std::string_view word;
-    if (const std::string* format = find(command, "--format"))
-        word = frameFormatWords[readWord("--format", *format, frameFormatWords)];
-    const std::string* const output = find(command, "--output");
-    const std::string& document = command.operands.front();
-    if (output && output->empty()) throw UsageError("--output takes the name of a file or a folder, not ''");
-    if (output && *output == "-") {
-        frames.kind = Frames::Kind::standardOutput;
-        frames.format = animationFormat(word);
-    } else {
-        const std::string suffix(word.empty() ? "png" : word);
-        placeFrames(frames, document, output ? *output : stemOf(document) + "." + suffix, word);
-    }
+    readOutput(frames, command);
     if (frames.kind == Frames::Kind::numberedFiles && frames.framesPerSecond)
         throw UsageError("--fps is for animations; numbered PNGs are not shown by themselves");
     return frames;

@@ -81,6 +81,14 @@ TEST(Frames, AreNumbered) {
     }
 }
 
+TEST(Frames, TheDocumentsNameHasNoPlaceForNumbers) {
+    const Workplace place;
+    place.write("%d.json", countdown);
+    EXPECT_EQ(place.run(wordsFor({}, "%d.json")).status, 0);
+    EXPECT_EQ(place.run(wordsFor({"-o", "a/"}, "%d.json")).status, 0);
+    EXPECT_THAT(place.files(), ElementsAre("%d.json", "%d.png", "a/%d-0001.png", "a/%d-0002.png", "a/%d-0003.png"));
+}
+
 TEST(Frames, AreThePicturesOfTheirMoments) {
     const Workplace place;
     place.write("clock.json", countdown);

@@ -27,7 +27,7 @@ TEST(Golden, Frames) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.example);
-        const GoldenCase example{top / "examples" / row.example};
+        const GoldenCase example{top / "examples" / row.example, "systemSmall"};
         const Date first = *Date::parseRFC3339(row.first);
         const FrameSpan span{first, {first.secondsSince1970 + row.step * static_cast<double>(row.count - 1)}, row.step};
         RenderOptions options = example.renderOptions(Appearance::light);
@@ -36,12 +36,12 @@ TEST(Golden, Frames) {
         renderer.draw(span, [&](const std::shared_ptr<const PixelBuffer>& picture) {
             SCOPED_TRACE("frame " + std::to_string(frame + 1));
             options.environment.date = span.moment(frame++);
-            EXPECT_EQ(*picture, ImageRenderer(example.view(), options).pixels()) << "as drawn alone";
+            EXPECT_TRUE(*picture == ImageRenderer(example.view(), options).pixels()) << "as drawn alone";
             const fs::path expected = top / "tests/golden/frames" / row.example / (std::to_string(frame) + ".png");
             if (updatesGoldens()) return writeFile(expected, paint::encodePng(*picture, PngCompression::small));
             const std::optional<PixelBuffer> pixels = decodePng(readFile(expected));
             ASSERT_TRUE(pixels.has_value()) << expected << " is missing; `make update-goldens` makes it";
-            EXPECT_EQ(*pixels, *picture) << "another picture than " << expected;
+            EXPECT_TRUE(*pixels == *picture) << "another picture than " << expected;
         });
         EXPECT_EQ(frame, row.count);
         EXPECT_EQ(renderer.layoutCount(), row.layouts);
