@@ -109,7 +109,10 @@ Arguments readArguments(const Command& command) {
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", errorFormatWords, ignored);
-    if (command.verb == Verb::render)
+    arguments.frames = readFrames(command);
+    if (arguments.frames)
+        arguments.options.environment.date = arguments.frames->span.first;
+    else if (command.verb == Verb::render)
         arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
     return arguments;
 }

@@ -8,6 +8,7 @@
 
 #include "cli/command_line.h"
 #include "cli/destination.h"
+#include "cli/frames.h"
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
@@ -23,6 +24,8 @@ struct Arguments {
     std::vector<std::string> documents = {};
     std::optional<std::string> model = std::nullopt;
     Destination destination = {};
+    /// What is drawn instead of one picture; `destination` counts for nothing then.
+    std::optional<Frames> frames = std::nullopt;
     RenderOptions options = {};
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
     std::optional<Size> maxImageSize = std::nullopt;

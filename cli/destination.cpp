@@ -19,17 +19,10 @@ std::string suffixOf(PictureFormat format) {
 
 /// The format that a file's suffix names, in any letter case.
 std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
-    std::string suffix = path.extension().string();
-    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    const std::string suffix = lowercaseSuffix(path);
     for (const auto format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
         if (suffix == suffixOf(format)) return format;
     return std::nullopt;
-}
-
-bool namesFolder(const std::filesystem::path& path) {
-    std::error_code error;
-    return !path.has_filename() || std::filesystem::is_directory(path, error);
 }
 
 Destination fileOrFolder(const std::string& output, std::optional<PictureFormat> format) {
@@ -63,6 +56,20 @@ void checkNoneOverwritten(const std::vector<std::string>& documents, const Desti
 }
 
 }  // namespace
+
+std::string lowercaseSuffix(const std::filesystem::path& path) {
+    std::string suffix = path.extension().string();
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    return suffix;
+}
+
+bool namesPictureFormat(const std::filesystem::path& path) { return formatOf(path).has_value(); }
+
+bool namesFolder(const std::filesystem::path& path) {
+    std::error_code error;
+    return !path.has_filename() || std::filesystem::is_directory(path, error);
+}
 
 std::filesystem::path Destination::pathFor(const std::string& document) const {
     if (kind != Kind::folder) return path;

@@ -25,4 +25,11 @@ struct Destination {
 [[nodiscard]] Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
                                           const std::string* format);
 
+/// A file's suffix with its dot, in small letters.
+[[nodiscard]] std::string lowercaseSuffix(const std::filesystem::path& path);
+/// Whether a file's suffix is that of a single picture.
+[[nodiscard]] bool namesPictureFormat(const std::filesystem::path& path);
+/// Whether a path is that of a folder: it ends in "/", or there is one.
+[[nodiscard]] bool namesFolder(const std::filesystem::path& path);
+
 }  // namespace tavrin::cli

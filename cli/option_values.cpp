@@ -13,6 +13,7 @@ namespace tavrin::cli {
 namespace {
 
 constexpr double maximumScale = 100;
+constexpr double maximumFrameRate = 100;
 
 [[noreturn]] void fail(std::string_view option, std::string_view wanted, std::string_view value,
                        std::string_view hint = {}) {
@@ -73,6 +74,28 @@ double readScale(std::string_view option, std::string_view value) {
     const auto scale = positiveNumber(value);
     if (!scale || *scale > maximumScale) fail(option, "a number above 0 and up to 100", value);
     return *scale;
+}
+
+double readSeconds(std::string_view option, std::string_view value) {
+    const auto seconds = positiveNumber(value);
+    if (!seconds) fail(option, "a positive number of seconds", value);
+    return *seconds;
+}
+
+double readFrameRate(std::string_view option, std::string_view value) {
+    const auto rate = positiveNumber(value);
+    if (!rate || *rate > maximumFrameRate) fail(option, "a number above 0 and up to 100", value);
+    return *rate;
+}
+
+std::pair<Date, Date> readMoments(std::string_view option, std::string_view value) {
+    constexpr std::string_view wanted =
+        "two moments such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, the earlier one first";
+    const std::size_t dots = std::min(value.find(".."), value.size());
+    const auto first = Date::parseRFC3339(value.substr(0, dots));
+    const auto last = Date::parseRFC3339(value.substr(std::min(dots + 2, value.size())));
+    if (!first || !last || last->secondsSince1970 < first->secondsSince1970) fail(option, wanted, value);
+    return {*first, *last};
 }
 
 Date readDate(std::string_view option, std::string_view value) {

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/geometry.h"
@@ -21,6 +22,12 @@ namespace tavrin::cli {
 [[nodiscard]] Size readSize(std::string_view option, std::string_view value);
 /// Pixels for each point.
 [[nodiscard]] double readScale(std::string_view option, std::string_view value);
+/// A positive number of seconds.
+[[nodiscard]] double readSeconds(std::string_view option, std::string_view value);
+/// How many frames are shown in a second.
+[[nodiscard]] double readFrameRate(std::string_view option, std::string_view value);
+/// "FROM..TO": two moments, the second not before the first.
+[[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 [[nodiscard]] Date readDate(std::string_view option, std::string_view value);
 [[nodiscard]] TimeZone readTimeZone(std::string_view option, std::string_view value);
 /// "auto", "none" or a colour of six hexadecimal digits.

@@ -27,6 +27,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
+         "  tavrin render clock.json -o clock.webp --frames 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z\n"
          "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
         {"tree", "DOC [options]", "Print the view tree as JSON", "  tavrin tree weather.json --model today.json"},
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
@@ -65,8 +66,12 @@ const std::vector<OptionInfo>& options() {
          Completes::file,
          {},
          "-o"},
-        {"--format", "FORMAT", onlyRender, "png, svg or pdf, where OUT's suffix does not tell (png)", Completes::words,
-         listOf(pictureFormatWords)},
+        {"--format",
+         "FORMAT",
+         onlyRender,
+         "png, svg or pdf, or png, apng or webp of frames, where OUT's suffix does not tell (png)",
+         Completes::words,
+         {"png", "svg", "pdf", "apng", "webp"}},
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},
@@ -93,7 +98,18 @@ const std::vector<OptionInfo>& options() {
          Completes::words,
          {"auto", "none"}},
         {"--rounded", "", onlyRender, "Cut the home screen's rounded corners; transparent outside"},
-        {"--compression", "fast|small", onlyRender, "Whether a PNG is written quickly or small (fast)",
+        {"--frames", "FROM..TO", onlyRender,
+         "Draw the moments of a span, such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, instead of one: as an "
+         "animation where OUT ends in .png, .apng or .webp, as numbered PNGs where it is a folder or has a place for "
+         "the number, such as clock-%04d.png"},
+        {"--every", "SECONDS", onlyRender, "With --frames: the step from moment to moment (1)"},
+        {"--fps",
+         "N",
+         onlyRender,
+         "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)",
+         Completes::words,
+         {"10", "25", "50"}},
+        {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
         {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
          Completes::words, listOf(errorFormatWords)},

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "cli/frame_files.h"
 #include "cli/input.h"
 #include "cli/note_logger.h"
 #include "cli/ordered_work.h"
@@ -23,14 +24,18 @@ std::string withLineEnd(std::string text) {
     return text;
 }
 
+RenderOptions renderOptionsFor(const Arguments& arguments, const Context& context, std::vector<std::string>& notes) {
+    RenderOptions options = arguments.options;
+    options.widgetURL = context.widgetURL();
+    options.diagnostics = [&notes](std::string_view message) { notes.push_back("warning: " + std::string(message)); };
+    return options;
+}
+
 /// Lays the view out and draws or prints it, as the verb asks.
 std::string product(const Arguments& arguments, const AnyView& view, const Context& context,
                     std::vector<std::string>& notes) {
     if (arguments.verb == Verb::tree) return withLineEnd(viewTreeText(view));
-    RenderOptions options = arguments.options;
-    options.widgetURL = context.widgetURL();
-    options.diagnostics = [&notes](std::string_view message) { notes.push_back("warning: " + std::string(message)); };
-    ImageRenderer renderer(view, std::move(options));
+    ImageRenderer renderer(view, renderOptionsFor(arguments, context, notes));
     if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
     if (arguments.verb == Verb::targets) return withLineEnd(renderer.targetsText());
@@ -76,6 +81,8 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
         if (arguments.verb == Verb::fetch)
             outcome.pictures = pictureAddresses(view);
+        else if (arguments.frames)
+            drawFrames(*arguments.frames, view, renderOptionsFor(arguments, context, outcome.notes), path, outcome);
         else
             outcome.bytes = product(arguments, view, context, outcome.notes);
     } catch (...) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +16,8 @@ namespace tavrin::cli {
 struct Outcome {
     /// The picture or the text; empty for a failure, and for `check`.
     std::string bytes = {};
+    /// Numbered frames instead, each a picture; those that are equal share it.
+    std::vector<std::shared_ptr<const std::string>> frames = {};
     /// What was doubtful, a line each.
     std::vector<std::string> notes = {};
     /// For `fetch`: the addresses of the pictures that the document names.

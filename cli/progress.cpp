@@ -1,5 +1,6 @@
 #include "cli/progress.h"
 
+#include <algorithm>
 #include <string_view>
 #include <unistd.h>
 
@@ -10,6 +11,9 @@
 
 namespace tavrin::cli {
 namespace {
+
+constexpr std::size_t barColumns = 20;
+constexpr std::size_t maximumSteps = 1000;
 
 /// The first `columns` characters of a text.
 std::string_view shortened(std::string_view text, std::size_t columns) {
@@ -25,9 +29,17 @@ Progress::Progress(std::size_t total) : total_(total), isOn_(total > 1 && standa
 void Progress::advance(const std::string& name) {
     ++done_;
     if (!isOn_) return;
-    const std::string text = std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
+    const std::size_t step = std::min(done_, done_ * maximumSteps / total_);
+    if (step == shownStep_ && isShown_) return;  // of very many things not each is shown
+    shownStep_ = step;
+    const std::string text = bar() + " " + std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
     const std::string line = "\r\x1b[K" + std::string(shortened(text, standardErrorColumns() - 1));
     isShown_ = writeAll(STDERR_FILENO, line);
+}
+
+std::string Progress::bar() const {
+    const std::size_t filled = done_ * barColumns / total_;
+    return "[" + std::string(filled, '#') + std::string(barColumns - filled, '-') + "]";
 }
 
 void Progress::hide() {

@@ -5,8 +5,8 @@
 
 namespace tavrin::cli {
 
-/// One line on a terminal that says how far the work is: "3/20 agenda.json". Nothing where standard error is no
-/// terminal or there is but one thing to do.
+/// One line on a terminal that says how far the work is: "[###-----------------] 3/20 agenda.json". Nothing where
+/// standard error is no terminal or there is but one thing to do.
 class Progress {
 public:
     explicit Progress(std::size_t total);
@@ -20,8 +20,11 @@ public:
     void hide();
 
 private:
+    [[nodiscard]] std::string bar() const;
+
     std::size_t total_;
     std::size_t done_ = 0;
+    std::size_t shownStep_ = 0;
     bool isOn_;
     bool isShown_ = false;
 };

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/frame_files.h"
 #include "cli/input.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
@@ -29,11 +30,16 @@ void checkFolder(const Destination& destination) {
         throw IOError("cannot write into '" + destination.path.string() + "'", ENOTDIR);
 }
 
+void write(const Arguments& arguments, const std::string& document, const Outcome& outcome) {
+    if (arguments.frames) return writeFrames(*arguments.frames, outcome);
+    write(arguments.destination, document, outcome.bytes);
+}
+
 /// Writes a picture; what goes wrong becomes the document's failure.
-void writePicture(const Destination& destination, const std::string& document, Outcome& outcome) {
+void writePicture(const Arguments& arguments, const std::string& document, Outcome& outcome) {
     if (outcome.failure) return;
     try {
-        write(destination, document, outcome.bytes);
+        write(arguments, document, outcome);
     } catch (const IOError&) {
         outcome.failure = describe(std::current_exception());
     }
@@ -42,11 +48,14 @@ void writePicture(const Destination& destination, const std::string& document, O
 }  // namespace
 
 int render(const Arguments& arguments, const Reporter& reporter) {
-    checkFolder(arguments.destination);
+    if (arguments.frames)
+        checkFrameFolder(*arguments.frames);
+    else
+        checkFolder(arguments.destination);
     int status = 0;
     Progress progress(arguments.documents.size());
     produceAll(arguments, [&](const std::string& document, Outcome outcome) {
-        writePicture(arguments.destination, document, outcome);
+        writePicture(arguments, document, outcome);
         if (outcome.failure || !outcome.notes.empty()) progress.hide();
         reporter.note(displayName(document), outcome.notes);
         if (outcome.failure) {

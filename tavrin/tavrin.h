@@ -19,6 +19,7 @@
 #include "tavrin/platform/foundation/main_queue.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/animation_renderer.h"
 #include "tavrin/platform/paint/image_renderer.h"
 #include "tavrin/platform/ui/environment.h"
 #include "tavrin/platform/ui/progress_view.h"

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <unistd.h>
@@ -50,13 +51,30 @@ TEST(Terminal, ProgressOfSeveralDocuments) {
     place.write("c.json", hello);
     ::setenv("NO_COLOR", "1", 1);
     EXPECT_EQ(onTerminal(place, {"render", "a.json", "b.json", "c.json"}),
-              "\r\x1b[K1/3 a.json"
+              "\r\x1b[K[######--------------] 1/3 a.json"
               "\r\x1b[Kb.json: error: Engine: view must have main node\r\n"
-              "\r\x1b[K2/3 b.json"
-              "\r\x1b[K3/3 c.json"
+              "\r\x1b[K[#############-------] 2/3 b.json"
+              "\r\x1b[K[####################] 3/3 c.json"
               "\r\x1b[K");
     EXPECT_EQ(onTerminal(place, {"render", "a.json"}), "");
     EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}), "");
+}
+
+TEST(Terminal, ProgressOfFrames) {
+    const Workplace place;
+    place.write("a.json", hello);
+    const std::vector<std::string> four{"render",  "a.json", "--frames", "2026-03-01T09:41:00Z..2026-03-01T09:41:03Z",
+                                        "--scale", "1"};
+    EXPECT_EQ(onTerminal(place, four),
+              "\r\x1b[K[#####---------------] 1/4 a.json"
+              "\r\x1b[K[##########----------] 2/4 a.json"
+              "\r\x1b[K[###############-----] 3/4 a.json"
+              "\r\x1b[K[####################] 4/4 a.json"
+              "\r\x1b[K");
+    const std::string many = onTerminal(
+        place, {"render", "a.json", "--frames", "2026-03-01T00:00:00Z..2026-03-01T03:00:00Z", "--scale", "1"});
+    EXPECT_EQ(std::count(many.begin(), many.end(), '['), 1 + 2 * 1001) << "not each of very many";
+    EXPECT_THAT(many, HasSubstr("[####################] 10801/10801 a.json"));
 }
 
 }  // namespace

@@ -12,6 +12,14 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
+/// A command that draws frames, with other words behind.
+std::vector<std::string> framesWith(const std::vector<std::string>& more,
+                                    const char* span = "2026-03-01T09:41:00Z..2026-03-01T09:42:00Z") {
+    std::vector<std::string> words{"render", "a.json", "--frames", span};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 TEST(Usage, IsRefused) {
     const struct {
         const char* why;
@@ -75,6 +83,31 @@ TEST(Usage, IsRefused) {
         {"another verb's option", {"fetch", "a.json", "--scale", "2"}, "no option --scale"},
         {"no such policy", {"tree", "a.json", "--fetch", "some"}, "none, public or all, not 'some'"},
         {"a policy twice over", {"tree", "a.json", "--fetch", "all", "--offline"}, "instead of --fetch"},
+        {"frames of no span", {"render", "a.json", "--frames", "2026-03-01T09:41:00Z"}, "--frames takes two moments"},
+        {"frames of one end", {"render", "a.json", "--frames", "2026-03-01T09:41:00Z.."}, "--frames takes two moments"},
+        {"frames of days", {"render", "a.json", "--frames", "2026-03-01..2026-03-02"}, "not '2026-03-01..2026-03-02'"},
+        {"frames back in time", framesWith({}, "2026-03-01T09:41:00Z..2026-03-01T09:40:59Z"), "the earlier one first"},
+        {"frames without a step", framesWith({"--every", "0"}), "--every takes a positive number of seconds"},
+        {"frames with a step back", framesWith({"--every", "-1"}), "not '-1'"},
+        {"frames with an endless step", framesWith({"--every", "inf"}), "not 'inf'"},
+        {"too many frames", framesWith({"--every", "0.001"}), "60001 frames: there may be at most 36000"},
+        {"no rate", framesWith({"--fps", "0"}), "--fps takes a number above 0 and up to 100"},
+        {"a rate that is too high", framesWith({"--fps", "101"}), "not '101'"},
+        {"a rate of numbered pictures", framesWith({"-o", "a-%d.png", "--fps", "5"}), "--fps is for animations"},
+        {"a step without frames", {"render", "a.json", "--every", "2"}, "--every goes with --frames"},
+        {"a rate without frames", {"render", "a.json", "--fps", "2"}, "--fps goes with --frames"},
+        {"frames and a date", framesWith({"--date", "2026-03-01T09:41:00Z"}), "leave --date away"},
+        {"frames of two documents", framesWith({"b.json"}), "one document, not 2"},
+        {"frames as SVG", framesWith({"-o", "a.svg"}), "not 'a.svg'"},
+        {"frames as PDF", framesWith({"--format", "pdf"}), "png, apng or webp, not 'pdf'"},
+        {"frames as WebP in a PDF", framesWith({"-o", "a.pdf", "--format", "webp"}), "not 'a.pdf'"},
+        {"frames of no format", framesWith({"-o", "a"}), "such as clock-%04d.png, not 'a'"},
+        {"frames of no name", framesWith({"-o", ""}), "not ''"},
+        {"frames of two formats", framesWith({"-o", "a.png", "--format", "webp"}), "contradicts the suffix"},
+        {"numbered WebPs", framesWith({"-o", "a-%d.webp"}), "numbered frames are PNGs"},
+        {"numbered pictures as WebP", framesWith({"-o", "a-%d.png", "--format", "webp"}), "numbered frames are PNGs"},
+        {"frames with two numbers", framesWith({"-o", "%d-%02d.png"}), "two places for a frame's number"},
+        {"another verb's option", {"layout", "a.json", "--frames", "x"}, "no option --frames"},
         {"no shell", {"completion"}, "takes one shell"},
         {"a schema of something", {"schema", "a.json"}, "takes no document"},
         {"an unknown shell", {"completion", "fihs"}, "did you mean 'fish'?"},

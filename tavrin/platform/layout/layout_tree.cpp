@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "tavrin/platform/layout/measurer.h"
+#include "tavrin/platform/layout/layout_steps.h"
 #include "tavrin/platform/layout/placer.h"
 #include "tavrin/platform/layout/tree_builder.h"
 
@@ -12,6 +12,9 @@ namespace {
 double sane(double length) { return std::isfinite(length) && length > 0 ? length : 0; }
 
 }  // namespace
+
+LayoutTree::LayoutTree(Size widget, const EnvironmentValues& environment)
+    : environment_(environment), widget_{sane(widget.width), sane(widget.height)} {}
 
 LayoutTree::Index LayoutTree::content(Index modifier) const {
     const ViewKind kind = nodes_[modifier].kind;
@@ -32,14 +35,11 @@ std::span<const LayoutTree::Index> LayoutTree::drawingOrder(Index stack) const {
     return std::span(childLists_).subspan(item.inDrawingOrder, item.count);
 }
 
-LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics) {
-    LayoutTree tree;
-    tree.environment_ = environment;
-    tree.widget_ = {sane(widget.width), sane(widget.height)};
-    TreeBuilder builder(tree, texts, diagnostics);
+void unrollAndPlace(LayoutTree& tree, const AnyView& root, LoadedBodies& loaded, Measurer& measurer,
+                    text::TextEngine& texts, const Diagnostics& diagnostics) {
+    TreeBuilder builder(tree, loaded, texts, diagnostics);
     builder.addRoot(root);
-    Measurer measurer(tree, texts);
+    measurer.takeIn();
     Placer placer(tree, measurer);
     placer.placeRoot();
     // Contents may hold further readers, which join the list.
@@ -49,6 +49,14 @@ LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& env
         measurer.takeIn();
         placer.placeContent(reader);
     }
+}
+
+LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
+                  const Diagnostics& diagnostics) {
+    LayoutTree tree(widget, environment);
+    LoadedBodies loaded = LoadedBodies::under(root);
+    Measurer measurer(tree, texts);
+    unrollAndPlace(tree, root, loaded, measurer, texts, diagnostics);
     return tree;
 }
 

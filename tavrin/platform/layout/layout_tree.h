@@ -7,10 +7,12 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/layout/proposal.h"
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/environment.h"
@@ -126,6 +128,7 @@ public:
 
 private:
     friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&);
+    friend class TimedLayout;
     friend class TreeBuilder;
     friend class Measurer;
     friend class Placer;
@@ -135,7 +138,16 @@ private:
         std::shared_ptr<const text::ShapedText> shaped;
         text::TextBlock block;
         std::size_t bytes = 0;
-        bool isTimer = false;
+        std::uint32_t timer = noTimer;  ///< where `timers_` keeps more, of a timer
+    };
+    static constexpr std::uint32_t noTimer = UINT32_MAX;
+
+    /// A text that goes with the time.
+    struct TimerItem {
+        Index text = 0;
+        std::string shown;
+        /// What it was proposed where it stands; absent when it has no place.
+        std::optional<Proposal> proposal;
     };
 
     /// A node that asks its content more than once: a stack with those of its children that are views, as ranges of
@@ -153,6 +165,8 @@ private:
         std::uint32_t depth = 0;
     };
 
+    LayoutTree(Size widget, const EnvironmentValues& environment);
+
     [[nodiscard]] const ContainerItem& container(Index index) const { return containers_[nodes_[index].detail]; }
     [[nodiscard]] std::span<const Index> presentChildren(Index stack) const;
 
@@ -160,6 +174,8 @@ private:
     std::vector<LayoutNode> nodes_;
     std::vector<Inherited> inherited_;
     std::vector<TextItem> texts_;
+    std::vector<TimerItem> timers_;
+    std::vector<Index> clockHands_;
     std::vector<ContainerItem> containers_;
     std::vector<ReaderItem> readers_;
     std::vector<Index> childLists_;

@@ -1,17 +1,13 @@
 #include "tavrin/platform/layout/loaded_bodies.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <exception>
 #include <optional>
-#include <system_error>
-#include <thread>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/blocked_signals.h"
+#include "tavrin/platform/foundation/parallel_loop.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::layout {
@@ -41,34 +37,13 @@ std::vector<Loading> findLoads(const AnyView& root) {
 }
 
 /// What a load comes to; an error is thrown again where the body is made.
-Loading::Body loaded(const Loading& loading) {
+Loading::Body bodyOf(const Loading& loading) {
     try {
         return loading.load();
     } catch (...) {
         return
             [error = std::current_exception()](const EnvironmentValues&) -> AnyView { std::rethrow_exception(error); };
     }
-}
-
-/// Loads all, on other threads and on this one.
-std::vector<Loading::Body> loadAll(const std::vector<Loading>& loads) {
-    std::vector<Loading::Body> bodies(loads.size());
-    std::atomic<std::size_t> next = 0;
-    const auto work = [&] {
-        for (std::size_t index = next++; index < loads.size(); index = next++) bodies[index] = loaded(loads[index]);
-    };
-    std::vector<std::jthread> threads;  // which wait for each other at the end, whatever happens
-    try {
-        const BlockedSignals blocked;  // signals are the host's
-        const std::size_t count = std::min(loads.size(), LoadedBodies::maximumThreads) - 1;
-        threads.reserve(count);
-        while (threads.size() < count) threads.emplace_back(work);
-    } catch (const std::system_error&) {
-        // Those that did start, and this one, do the work.
-    }
-    work();
-    threads.clear();
-    return bodies;
 }
 
 }  // namespace
@@ -78,18 +53,24 @@ LoadedBodies LoadedBodies::under(const AnyView& root) {
     if (!root.box().loads) return loaded;
     std::vector<Loading> loads = findLoads(root);
     if (loads.size() < 2) return loaded;
-    std::vector<Loading::Body> bodies = loadAll(loads);
+    std::vector<Loading::Body> bodies(loads.size());
+    parallelLoop(loads.size(), maximumThreads, [&](std::size_t index) { bodies[index] = bodyOf(loads[index]); });
     for (std::size_t i = 0; i < loads.size(); ++i)
-        loaded.bodies_.emplace(std::move(loads[i].key), std::move(bodies[i]));
+        loaded.bodies_.emplace(std::move(loads[i].key), Loaded{std::move(bodies[i])});
     return loaded;
 }
 
-AnyView LoadedBodies::body(const ViewBox& view, const EnvironmentValues& environment) const {
-    if (!bodies_.empty() && view.loads)
-        if (const std::optional<Loading> loading = view.loading())
-            if (const auto found = bodies_.find(loading->key); found != bodies_.end())
-                return found->second(environment);
-    return view.body(environment);
+AnyView LoadedBodies::body(const ViewBox& view, const EnvironmentValues& environment) {
+    if (!view.loads) return view.body(environment);
+    const std::optional<Loading> loading = view.loading();
+    if (!loading) return view.body(environment);
+    auto found = bodies_.find(loading->key);
+    if (found == bodies_.end()) found = bodies_.emplace(loading->key, Loaded{loading->load()}).first;
+    auto& [makeBody, first] = found->second;
+    if (isRepeated_ && first) return *first;
+    AnyView body = makeBody(environment);
+    if (!first) first = body;
+    return body;
 }
 
 }  // namespace tavrin::layout

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -22,10 +23,20 @@ public:
     static LoadedBodies under(const AnyView& root);
 
     /// The body of a composed view. Passes on what loading or making it throws.
-    [[nodiscard]] AnyView body(const ViewBox& view, const EnvironmentValues& environment) const;
+    [[nodiscard]] AnyView body(const ViewBox& view, const EnvironmentValues& environment);
+
+    /// To be called before the same tree is laid out once more: what is known by its key is not waited for again, and
+    /// its body stays the first that was made, so that nothing is reported twice.
+    void repeat() { isRepeated_ = true; }
 
 private:
-    std::unordered_map<std::string, Loading::Body> bodies_;
+    struct Loaded {
+        Loading::Body makeBody;
+        std::optional<AnyView> first = std::nullopt;
+    };
+
+    std::unordered_map<std::string, Loaded> bodies_;
+    bool isRepeated_ = false;
 };
 
 }  // namespace tavrin::layout

@@ -18,7 +18,7 @@ std::optional<double> finite(const std::optional<double>& length) {
 
 }  // namespace
 
-Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) { takeIn(); }
+Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) {}
 
 void Measurer::takeIn() {
     maximumAnswers_ = 10'000'000 + 100 * std::uint64_t{tree_.nodes().size()};
@@ -119,23 +119,41 @@ Size Measurer::textAnswer(Index text, const Proposal& proposal) {
     const text::TextBlock block = textBlock(text, proposal);
     Size size = block.size();
     if (!proposal.width) return size;
-    const bool isTimer = tree_.texts_[tree_.node(text).detail].isTimer;
-    const bool takesAll = size.width > *proposal.width || (isTimer && std::isfinite(*proposal.width));
+    const bool takesAll = size.width > *proposal.width || (isTimer(text) && std::isfinite(*proposal.width));
     if (takesAll) size.width = *proposal.width;
     return size;
 }
 
 text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
     const Proposal room{finite(proposal.width), finite(proposal.height)};
-    const text::TextBlock& unbroken = ideal(text);
-    const Size size = unbroken.size();
-    if (room.width.value_or(size.width) >= size.width && room.height.value_or(size.height) >= size.height)
-        return unbroken;
+    const bool fits = fitsUnbroken(text, room);
+    if (fits && !isTimer(text)) return ideal(text);
     AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
     if (const text::TextBlock* known = memory.find(room)) return *known;
-    text::TextBlock block = broken(text, {.width = room.width, .height = room.height});
+    text::TextBlock block = fits ? ideal(text) : broken(text, {.width = room.width, .height = room.height});
     memory.keep(room, block);
     return block;
+}
+
+bool Measurer::renewTimer(Index timer) {
+    TextMemory& memory = textMemories_[tree_.node(timer).detail];
+    memory.idealKnown = false;
+    bool isSame = !memory.broken.isFull();  // what is forgotten cannot be compared
+    memory.broken.forEach([&](const Proposal& room, text::TextBlock& block) {
+        const Size before = block.size();
+        block = fitsUnbroken(timer, room) ? ideal(timer) : broken(timer, {.width = room.width, .height = room.height});
+        const Size now = block.size();
+        const bool takesRoom = room.width.has_value();  // whatever the block's own width
+        isSame = isSame && now.height == before.height && (takesRoom || now.width == before.width);
+    });
+    return isSame;
+}
+
+bool Measurer::isTimer(Index text) const { return tree_.texts_[tree_.node(text).detail].timer != LayoutTree::noTimer; }
+
+bool Measurer::fitsUnbroken(Index text, const Proposal& room) {
+    const Size size = ideal(text).size();
+    return room.width.value_or(size.width) >= size.width && room.height.value_or(size.height) >= size.height;
 }
 
 const text::TextBlock& Measurer::ideal(Index text) {

@@ -25,7 +25,7 @@ public:
 
     Measurer(LayoutTree& tree, text::TextEngine& texts);
 
-    /// Prepares for the nodes that have come to the tree.
+    /// Prepares for the nodes that have come to the tree; to be called before anything is asked.
     void takeIn();
 
     /// The size a present node takes when it is proposed that. Never NaN, never negative.
@@ -33,6 +33,9 @@ public:
 
     /// The lines of a text in the room it is proposed.
     text::TextBlock textBlock(Index text, const Proposal& proposal);
+
+    /// Takes note that a timer shows another text; says whether its answer to all that it was ever asked is the same.
+    bool renewTimer(Index timer);
 
     /// What an aspect ratio makes of a proposal to itself.
     Proposal proposalInside(Index aspectRatio, const Proposal& proposal);
@@ -44,7 +47,7 @@ public:
     void release(std::size_t first);
 
 private:
-    /// What a text answers where it need not be broken, and elsewhere.
+    /// What a text answers where it need not be broken, and elsewhere; of a timer, wherever it was asked.
     struct TextMemory {
         text::TextBlock ideal;
         bool idealKnown = false;
@@ -56,6 +59,8 @@ private:
     Size containerAnswer(Index container, const Proposal& proposal);
     Size stackAnswer(Index stack, const Proposal& proposal);
     Size layeredAnswer(Index zstack, const Proposal& proposal);
+    [[nodiscard]] bool isTimer(Index text) const;
+    bool fitsUnbroken(Index text, const Proposal& room);
     const text::TextBlock& ideal(Index text);
     text::TextBlock broken(Index text, const text::TextRoom& room);
     double extentAlong(Axis axis, Index index, const Proposal& proposal);

@@ -52,7 +52,7 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
             case ViewKind::vstack:
             case ViewKind::hstack: return placeRow(index, proposal, frame);
             case ViewKind::zstack: return placeLayers(index, proposal, frame);
-            case ViewKind::text: tree_.texts_[node.detail].block = measurer_.textBlock(index, proposal); return;
+            case ViewKind::text: return placeText(index, proposal);
             case ViewKind::background:
             case ViewKind::overlay:
                 placeSecondary(index, frame);
@@ -83,6 +83,12 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
         if (content >= node.end) return;
         index = content;
     }
+}
+
+void Placer::placeText(Index text, const Proposal& proposal) {
+    LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
+    item.block = measurer_.textBlock(text, proposal);
+    if (item.timer != LayoutTree::noTimer) tree_.timers_[item.timer].proposal = proposal;
 }
 
 void Placer::placeSecondary(Index modifier, const Rect& frame) {

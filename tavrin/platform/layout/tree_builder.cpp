@@ -45,12 +45,6 @@ constexpr std::size_t longText = 64 * 1024;
 /// A shape takes dozens of times the memory of its text.
 constexpr std::size_t maximumLongTextBytes = 4 * 1024 * 1024;
 
-Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
-    Font font = text.font.value_or(environment.font);
-    if (text.fontWeight) font.weight = *text.fontWeight;
-    return font;
-}
-
 std::optional<std::int64_t> atLeastOne(std::optional<std::int64_t> lines) {
     return lines ? std::optional(std::max<std::int64_t>(1, *lines)) : std::nullopt;
 }
@@ -69,6 +63,12 @@ std::optional<double> givenSpacing(const AnyView& stack) {
 
 }  // namespace
 
+Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
+    Font font = text.font.value_or(environment.font);
+    if (text.fontWeight) font.weight = *text.fontWeight;
+    return font;
+}
+
 double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,
                       LayoutTree::Index after) {
     if (const auto given = givenSpacing(*tree.node(stack).view)) return *given;
@@ -79,7 +79,6 @@ double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTre
 
 void TreeBuilder::addRoot(const AnyView& root) {
     const EnvironmentValues& environment = tree_.environment_;
-    loaded_ = LoadedBodies::under(root);
     tree_.inherited_.push_back({atLeastOne(environment.lineLimit), environment.foregroundColor});
     unroll({&tree_.views_.emplace_back(root), noParent, 0, 1, SpacerAxes::both});
 }
@@ -122,7 +121,8 @@ void TreeBuilder::addNode(const Pending& pending) {
     node.kind = kind;
     node.inherited = pending.inherited;
     if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
-    if (kind == ViewKind::text) node.detail = addText(pending);
+    if (kind == ViewKind::text) node.detail = addText(pending, index);
+    if (kind == ViewKind::clockHandRotationEffect) tree_.clockHands_.push_back(index);
     if (isStack(kind) || kind == ViewKind::aspectRatio) node.detail = addContainer();
     if (kind == ViewKind::geometryReader) node.detail = addReader(pending);
     if (kind == ViewKind::flexibleFrame) report(*pending.view);
@@ -171,15 +171,16 @@ std::uint32_t TreeBuilder::inheritedInside(const Pending& pending) {
     return static_cast<std::uint32_t>(tree_.inherited_.size() - 1);
 }
 
-std::uint32_t TreeBuilder::addText(const Pending& pending) {
+std::uint32_t TreeBuilder::addText(const Pending& pending, Index index) {
     const Text& text = *pending.view->as<Text>();
     const Font font = effectiveFont(text, tree_.environment_);
     LayoutTree::TextItem item;
     if (const auto* date = std::get_if<Date>(&text.content)) {
-        const std::string shown = timerText(*date, tree_.environment_.date);
-        item.isTimer = true;
+        std::string shown = timerText(*date, tree_.environment_.date);
+        item.timer = static_cast<std::uint32_t>(tree_.timers_.size());
         item.bytes = shown.size();
         item.shaped = texts_.shape(shown, font);
+        tree_.timers_.push_back({index, std::move(shown), std::nullopt});
     } else {
         const SharedText& shown = std::get<SharedText>(text.content);
         item.bytes = shown.size();

@@ -18,8 +18,8 @@ public:
     /// More views than this are an error: a few shared ones can stand for any number.
     static constexpr std::size_t maximumNodes = 8'000'000;
 
-    TreeBuilder(LayoutTree& tree, text::TextEngine& texts, const Diagnostics& diagnostics)
-        : tree_(tree), texts_(texts), diagnostics_(diagnostics) {}
+    TreeBuilder(LayoutTree& tree, LoadedBodies& loaded, text::TextEngine& texts, const Diagnostics& diagnostics)
+        : tree_(tree), loaded_(loaded), texts_(texts), diagnostics_(diagnostics) {}
 
     void addRoot(const AnyView& root);
     /// Makes the content of a geometry reader that has its size.
@@ -43,7 +43,7 @@ private:
     void addChildren(const Pending& pending, Index index);
     void addBody(const Pending& pending, Index index);
     std::uint32_t inheritedInside(const Pending& pending);
-    std::uint32_t addText(const Pending& pending);
+    std::uint32_t addText(const Pending& pending, Index index);
     std::uint32_t addContainer();
     std::uint32_t addReader(const Pending& pending);
     void report(const AnyView& view);
@@ -66,12 +66,15 @@ private:
     std::vector<LongText> longTexts_;
     std::size_t longTextBytes_ = 0;
     LayoutTree& tree_;
+    LoadedBodies& loaded_;
     text::TextEngine& texts_;
     const Diagnostics& diagnostics_;
-    LoadedBodies loaded_;
     std::vector<Pending> pending_;
     std::vector<Index> parents_;
 };
+
+/// The font that a text is drawn in.
+Font effectiveFont(const Text& text, const EnvironmentValues& environment);
 
 /// The room between two neighbours in a vertical or horizontal stack: as given, else 8, and 0 beside a spacer.
 double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,

@@ -162,6 +162,18 @@ void Canvas::endLayer(double opacity) {
     cairo_set_source_rgb(cairo(), 0, 0, 0);
 }
 
+const PixelBuffer& Canvas::pixels() const {
+    cairo_surface_flush(state_->surface.get());
+    return state_->pixels;
+}
+
+void Canvas::replacePixels(const PixelBuffer& picture) {
+    cairo_surface_flush(state_->surface.get());
+    const auto width = static_cast<std::size_t>(picture.width());
+    for (int y = 0; y < picture.height(); ++y) std::copy_n(picture.row(y), width, state_->pixels.row(y));
+    cairo_surface_mark_dirty(state_->surface.get());
+}
+
 PixelBuffer Canvas::finishRaster() {
     state_->finish();
     return std::move(state_->pixels);

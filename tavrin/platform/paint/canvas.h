@@ -88,6 +88,12 @@ public:
     void beginLayer();
     void endLayer(double opacity);
 
+    /// The picture as it is by now. Only on a raster, and not within a layer.
+    [[nodiscard]] const PixelBuffer& pixels() const;
+    /// Makes the picture another one of the same size; clips and what they cut off stay. Only on a raster, and not
+    /// within a layer.
+    void replacePixels(const PixelBuffer& picture);
+
     /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind
     /// "Render" with Cairo's message when anything failed. Only on a raster.
     [[nodiscard]] PixelBuffer finishRaster();

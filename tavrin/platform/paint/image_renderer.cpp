@@ -5,38 +5,9 @@
 #include "tavrin/platform/foundation/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
-#include "tavrin/platform/paint/painter.h"
-#include "tavrin/platform/ui/widget_family.h"
+#include "tavrin/platform/paint/widget_painter.h"
 
 namespace tavrin {
-namespace {
-
-constexpr RGBA lightBackground{1, 1, 1, 1};
-constexpr RGBA darkBackground{0x1C / 255.0, 0x1C / 255.0, 0x1E / 255.0, 1};
-
-std::optional<RGBA> backgroundOf(const RenderOptions& options) {
-    const Appearance appearance = options.environment.appearance;
-    switch (options.background.kind) {
-        case WidgetBackground::Kind::automatic:
-            return appearance == Appearance::dark ? darkBackground : lightBackground;
-        case WidgetBackground::Kind::color: return options.background.color.resolved(appearance);
-        case WidgetBackground::Kind::none: break;
-    }
-    return std::nullopt;
-}
-
-void drawWidget(const layout::LayoutTree& tree, const RenderOptions& options, paint::Canvas& canvas,
-                text::TextEngine& texts) {
-    const Rect bounds{{0, 0}, options.size};
-    canvas.save();
-    if (options.rounded)
-        canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
-    if (const std::optional<RGBA> background = backgroundOf(options)) canvas.fill(bounds, *background);
-    paint::paintTree(tree, canvas, texts);
-    canvas.restore();
-}
-
-}  // namespace
 
 ImageRenderer::ImageRenderer(AnyView view, RenderOptions options)
     : view_(std::move(view)), options_(std::move(options)) {
@@ -81,7 +52,7 @@ std::string ImageRenderer::targetsText() {
 
 PixelBuffer ImageRenderer::pixels() {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    drawWidget(layoutTree(), options_, canvas, texts());
+    paint::paintWidget(layoutTree(), options_, canvas, texts());
     return canvas.finishRaster();
 }
 
@@ -89,7 +60,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
     if (format == PictureFormat::png) return paint::encodePng(pixels(), options_.compression);
     paint::Canvas canvas =
         format == PictureFormat::svg ? paint::Canvas::svg(options_.size) : paint::Canvas::pdf(options_.size);
-    drawWidget(layoutTree(), options_, canvas, texts());
+    paint::paintWidget(layoutTree(), options_, canvas, texts());
     for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
     return canvas.finishDocument();
 }

@@ -1,57 +1,22 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
-#include "tavrin/platform/paint/png_encoder.h"
+#include "tavrin/platform/paint/render_options.h"
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
-#include "tavrin/platform/ui/environment.h"
 
 namespace tavrin {
 
 using paint::PixelBuffer;
-using paint::PngCompression;
 
 /// What a rendered picture is written as.
 enum class PictureFormat : unsigned char { png, svg, pdf };
-
-/// What lies behind a widget.
-struct WidgetBackground {
-    enum class Kind : unsigned char {
-        automatic,  ///< the platform's own: white in light, nearly black in dark appearance
-        none,       ///< nothing: transparent
-        color,
-    };
-    Kind kind = Kind::automatic;
-    Color color = Color::primary;
-};
-
-/// How a view is laid out and drawn.
-struct RenderOptions {
-    /// The widget's size in points: what the view is proposed, and what of it is seen.
-    Size size = {338, 158};
-    /// Pixels for each point; positive. Pictures of more than 100 megapixels are refused.
-    double scale = 3;
-    /// Appearance, moment, time zone and the host's own values. Its `displayScale` is taken from `scale`.
-    EnvironmentValues environment = {};
-    WidgetBackground background = {};
-    /// Whether to cut the home screen's rounded corners; outside them the picture is transparent.
-    bool rounded = false;
-    PngCompression compression = PngCompression::fast;
-    /// The fonts to draw with; null is the system library.
-    std::shared_ptr<const text::FontLibrary> fonts = nullptr;
-    /// What opens when the widget is tapped where nothing else leads anywhere: `Context::widgetURL` after `loadView`.
-    std::optional<URL> widgetURL = std::nullopt;
-    /// Hears what is doubtful in the view but no error.
-    layout::Diagnostics diagnostics = {};
-};
 
 /// Lays out one view and draws it. Not thread-safe; several threads use a renderer each.
 ///

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -26,12 +27,24 @@ bool isFinite(const Rect& rect) {
 
 class Painter {
 public:
-    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts)
-        : tree_(tree), canvas_(canvas), texts_(texts), appearance_(tree.environment().appearance) {}
+    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still)
+        : tree_(tree),
+          canvas_(canvas),
+          texts_(texts),
+          appearance_(tree.environment().appearance),
+          still_(still),
+          isInStillPart_(still != nullptr),
+          isKnown_(still && still->pixels) {
+        if (still) listMoving();
+    }
 
     void paint(Index index) {
         const LayoutNode& node = tree_.node(index);
         if (node.absent) return;
+        if (isInStillPart_) {
+            if (endsStillPart(index)) endStillPart();
+            if (isKnown_ && isDrawnAtOnce(index, node)) return;
+        }
         if (node.kind == ViewKind::composed) return paint(tree_.content(index));
         visitPrimitive(*node.view, [&](const auto& view) { draw(view, index, node); });
     }
@@ -107,7 +120,7 @@ private:
     }
     void draw(const Border& border, Index index, const LayoutNode& node) {
         paint(tree_.content(index));
-        canvas_.border(node.frame, shade(border.color), border.width);
+        if (!isKnown_) canvas_.border(node.frame, shade(border.color), border.width);
     }
 
     void draw(const ClipShape& clip, Index index, const LayoutNode& node) {
@@ -130,6 +143,46 @@ private:
         else
             paintAsLayer(content);
         opacity_ = before;
+    }
+
+    // What is drawn before anything goes with the time: noted, or copied from a note.
+
+    /// The nodes that go with the time, or may, in their order.
+    void listMoving() {
+        for (Index index = 0; index < tree_.nodes().size(); ++index) {
+            const LayoutNode& node = tree_.node(index);
+            const auto* text = node.kind == ViewKind::text ? node.view->as<Text>() : nullptr;
+            const bool moves = node.kind == ViewKind::clockHandRotationEffect ||
+                               node.kind == ViewKind::geometryReader ||
+                               (text && std::holds_alternative<Date>(text->content));
+            if (moves) moving_.push_back(index);
+        }
+    }
+
+    /// What is composed or cut as a whole cannot be drawn in two parts.
+    static bool isWhole(ViewKind kind) {
+        return kind == ViewKind::opacity || kind == ViewKind::clipShape || kind == ViewKind::clipped ||
+               kind == ViewKind::cornerRadius;
+    }
+
+    [[nodiscard]] bool endsStillPart(Index index) const {
+        const auto next = std::lower_bound(moving_.begin(), moving_.end(), index);
+        if (next == moving_.end()) return false;
+        return *next == index || (isWhole(tree_.node(index).kind) && *next < tree_.node(index).end);
+    }
+
+    void endStillPart() {
+        isInStillPart_ = false;
+        if (isKnown_)
+            canvas_.replacePixels(*still_->pixels);
+        else
+            still_->pixels = canvas_.pixels();
+        isKnown_ = false;
+    }
+
+    /// Leaves, and what is drawn as a whole: within the still part, all of it belongs there.
+    static bool isDrawnAtOnce(Index index, const LayoutNode& node) {
+        return node.end == index + 1 || isWhole(node.kind);
     }
 
     // Helpers.
@@ -225,14 +278,18 @@ private:
     Canvas& canvas_;
     text::TextEngine& texts_;
     Appearance appearance_;
+    StillPart* still_;
+    std::vector<Index> moving_;
+    bool isInStillPart_;  // nothing that goes with the time has been drawn
+    bool isKnown_;        // and what is drawn has been drawn before
     double opacity_ = 1;
     int layers_ = 0;
 };
 
 }  // namespace
 
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts) {
-    if (!tree.nodes().empty()) Painter(tree, canvas, texts).paint(0);
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still) {
+    if (!tree.nodes().empty()) Painter(tree, canvas, texts, still).paint(0);
 }
 
 }  // namespace tavrin::paint

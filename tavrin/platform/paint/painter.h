@@ -1,13 +1,23 @@
 #pragma once
 
+#include <optional>
+
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::paint {
 
+/// What a raster shows before anything is drawn that goes with the time: the same for every moment of one layout.
+struct StillPart {
+    /// Absent before the first drawing, and where nothing goes with the time.
+    std::optional<PixelBuffer> pixels = std::nullopt;
+};
+
 /// Draws a laid-out tree on a canvas: one walk, whatever the canvas is. Throws nothing of its own; what cannot be drawn
-/// is left out.
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts);
+/// is left out. With `still`, of the same layout and on a raster, what it has is copied instead of drawn; the first
+/// drawing puts it there.
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still = nullptr);
 
 }  // namespace tavrin::paint

@@ -2,16 +2,14 @@
 
 #include <vector>
 
-#include "tavrin/platform/paint/png_file.h"
 #include "tavrin/platform/paint/run_deflater.h"
 
 namespace tavrin::paint {
-std::string encodePngFast(const PixelBuffer& picture) {
+
+void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
     const auto width = static_cast<std::size_t>(picture.width());
-    const bool opaque = picture.isOpaque();
-    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
-    file.beginChunk("IDAT");
-    RunDeflater deflater(file.bytes(), opaque);
+    const bool opaque = colorType == PngColorType::rgb;
+    RunDeflater deflater(out, opaque);
     // Nothing is above the first row; opaque pixels have no alpha there to be less than.
     const std::vector<std::uint32_t> nothing(width, opaque ? 0xFF000000 : 0);
     const std::uint32_t* above = nothing.data();
@@ -21,6 +19,13 @@ std::string encodePngFast(const PixelBuffer& picture) {
         above = row;
     }
     deflater.finish();
+}
+
+std::string encodePngFast(const PixelBuffer& picture) {
+    const PngColorType colorType = picture.isOpaque() ? PngColorType::rgb : PngColorType::rgba;
+    PngFile file(picture.width(), picture.height(), 8, colorType);
+    file.beginChunk("IDAT");
+    appendPngRowsFast(picture, colorType, file.bytes());
     file.endChunk();
     return file.finish();
 }

@@ -123,12 +123,13 @@ PngSamples withBytes(StraightRows& rows, PngColorType colorType) {
     return samples;
 }
 
+PngSamples withRGBA(StraightRows& rows) { return withBytes<16, 8, 0, 24>(rows, PngColorType::rgba); }
+
 PngSamples withChannels(StraightRows& rows, bool gray) {
     if (gray)
         return rows.areOpaque() ? withBytes<0>(rows, PngColorType::gray)
                                 : withBytes<0, 24>(rows, PngColorType::grayAlpha);
-    return rows.areOpaque() ? withBytes<16, 8, 0>(rows, PngColorType::rgb)
-                            : withBytes<16, 8, 0, 24>(rows, PngColorType::rgba);
+    return rows.areOpaque() ? withBytes<16, 8, 0>(rows, PngColorType::rgb) : withRGBA(rows);
 }
 
 }  // namespace
@@ -140,6 +141,11 @@ PngSamples reduceToPngSamples(const PixelBuffer& picture) {
     // Eight bits of gray need no palette.
     const bool plainGray = gray && rows.areOpaque() && palette && palette->bitDepth() == 8;
     return palette && !plainGray ? withPalette(rows, *palette) : withChannels(rows, gray);
+}
+
+PngSamples rgbaPngSamples(const PixelBuffer& picture) {
+    StraightRows rows(picture);
+    return withRGBA(rows);
 }
 
 }  // namespace tavrin::paint

@@ -24,5 +24,7 @@ struct PngSamples {
 /// The plainest samples that hold the picture without loss: a palette of up to 256 colours with 1, 2, 4 or 8 bits a
 /// pixel, gray, gray with alpha, RGB or RGBA.
 [[nodiscard]] PngSamples reduceToPngSamples(const PixelBuffer& picture);
+/// The picture as RGBA, whatever would do.
+[[nodiscard]] PngSamples rgbaPngSamples(const PixelBuffer& picture);
 
 }  // namespace tavrin::paint

@@ -158,6 +158,12 @@ std::span<const std::uint8_t> smallData(Compressor& compressor, const PngSamples
 
 }  // namespace
 
+std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture) {
+    Compressor compressor;
+    const auto rows = smallData(compressor, rgbaPngSamples(picture), static_cast<std::size_t>(picture.width()));
+    return {rows.begin(), rows.end()};
+}
+
 std::string encodePngSmall(const PixelBuffer& picture) {
     const PngSamples samples = reduceToPngSamples(picture);
     PngFile file(picture.width(), picture.height(), samples.bitDepth, samples.colorType);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "tavrin/platform/paint/pixel_buffer.h"
 
@@ -9,5 +11,8 @@ namespace tavrin::paint {
 /// The plainest samples that hold the picture without loss, filtered where that seems to make them smaller, compressed
 /// thoroughly.
 [[nodiscard]] std::string encodePngSmall(const PixelBuffer& picture);
+
+/// The rows alone, as RGBA: a zlib stream.
+[[nodiscard]] std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture);
 
 }  // namespace tavrin::paint

@@ -1,0 +1,89 @@
+#include "cli/frame_files.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <system_error>
+#include <utility>
+
+#include "cli/io_error.h"
+#include "cli/output.h"
+#include "cli/progress.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// All numbered frames of one span wait in memory until the last is drawn.
+constexpr std::uint64_t maximumBytes = 0x7FFFFFFF;
+
+void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompression compression, Outcome& outcome,
+                  const std::function<void()>& advance) {
+    std::shared_ptr<const PixelBuffer> last;
+    std::uint64_t bytes = 0;
+    renderer.draw(span, [&](const std::shared_ptr<const PixelBuffer>& picture) {
+        if (picture == std::exchange(last, picture)) {
+            outcome.frames.push_back(outcome.frames.back());
+        } else {
+            outcome.frames.push_back(std::make_shared<const std::string>(paint::encodePng(*picture, compression)));
+            bytes += outcome.frames.back()->size();
+        }
+        if (bytes > maximumBytes)
+            throw TavrinError("Render", "the frames take more than " + std::to_string(maximumBytes) + " bytes");
+        advance();
+    });
+}
+
+/// Files that are taken away again unless all are written.
+class WrittenFiles {
+public:
+    WrittenFiles() = default;
+    WrittenFiles(const WrittenFiles&) = delete;
+    WrittenFiles& operator=(const WrittenFiles&) = delete;
+    ~WrittenFiles() {
+        std::error_code ignored;
+        for (const std::filesystem::path& path : paths_) std::filesystem::remove(path, ignored);
+    }
+
+    void write(const std::filesystem::path& path, const std::string& bytes) {
+        writeFile(path, bytes);
+        paths_.push_back(path);
+    }
+    void keep() { paths_.clear(); }
+
+private:
+    std::vector<std::filesystem::path> paths_;
+};
+
+}  // namespace
+
+void drawFrames(const Frames& frames, const AnyView& view, RenderOptions options, const std::string& document,
+                Outcome& outcome) {
+    Progress progress(frames.span.count());
+    const auto advance = [&] { progress.advance(document); };
+    const PngCompression compression = options.compression;
+    AnimationRenderer renderer(view, std::move(options));
+    if (frames.kind == Frames::Kind::numberedFiles)
+        return drawPictures(renderer, frames.span, compression, outcome, advance);
+    outcome.bytes =
+        renderer.encode(frames.span, {frames.format, frames.framesPerSecond, [&](std::size_t) { advance(); }});
+}
+
+void checkFrameFolder(const Frames& frames) {
+    const std::filesystem::path folder = frames.path.parent_path();
+    std::error_code error;
+    const bool isOther = std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error);
+    if (frames.kind == Frames::Kind::numberedFiles && isOther)
+        throw IOError("cannot write into '" + folder.string() + "'", ENOTDIR);
+}
+
+void writeFrames(const Frames& frames, const Outcome& outcome) {
+    if (frames.kind == Frames::Kind::standardOutput) return writeStandardOutput(outcome.bytes);
+    const std::filesystem::path folder = frames.path.parent_path();
+    if (frames.kind == Frames::Kind::file) return writeFile(frames.path, outcome.bytes);
+    if (!folder.empty()) makeFolder(folder);
+    WrittenFiles files;
+    for (std::size_t i = 0; i < outcome.frames.size(); ++i) files.write(frames.pathOf(i + 1), *outcome.frames[i]);
+    files.keep();
+}
+
+}  // namespace tavrin::cli

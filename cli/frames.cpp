@@ -1,0 +1,151 @@
+#include "cli/frames.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "cli/destination.h"
+#include "cli/option_values.h"
+#include "cli/usage_error.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+using std::filesystem::path;
+
+const std::string* find(const Command& command, std::string_view option) {
+    const auto found = command.values.find(option);
+    return found == command.values.end() ? nullptr : &found->second;
+}
+
+using NumberPlace = Frames::NumberPlace;
+
+/// The first "%d" or "%04d" in a name, from a place on.
+std::optional<NumberPlace> nextNumberPlace(std::string_view name, std::size_t from) {
+    for (std::size_t begin = name.find('%', from); begin != std::string_view::npos; begin = name.find('%', begin + 1)) {
+        std::string_view rest = name.substr(begin + 1);
+        const bool isPadded = rest.size() > 1 && rest[0] == '0' && rest[1] >= '1' && rest[1] <= '9';
+        const std::size_t digits = isPadded ? static_cast<std::size_t>(rest[1] - '0') : 1;
+        if (isPadded) rest.remove_prefix(2);
+        if (rest.starts_with('d')) return NumberPlace{begin, begin + (isPadded ? 4 : 2), digits};
+    }
+    return std::nullopt;
+}
+
+std::optional<NumberPlace> numberPlace(std::string_view name) {
+    const auto place = nextNumberPlace(name, 0);
+    if (place && nextNumberPlace(name, place->end))
+        throw UsageError("'" + std::string(name) + "' has two places for a frame's number");
+    return place;
+}
+
+std::string stemOf(const std::string& document) { return document == "-" ? "stdin" : path(document).stem().string(); }
+
+AnimationFormat animationFormat(std::string_view word) {
+    return word == "webp" ? AnimationFormat::webp : AnimationFormat::png;
+}
+
+/// The word of `--format` that a suffix says, in small letters; empty where it says none.
+std::string_view wordOf(const path& file) {
+    const std::string suffix = lowercaseSuffix(file);
+    for (const std::string_view word : frameFormatWords)
+        if (suffix == "." + std::string(word)) return word;
+    return {};
+}
+
+/// Frames in a folder, under the document's name.
+void placeInFolder(Frames& frames, const std::string& stem, std::string_view word) {
+    constexpr std::string_view pattern = "-%04d";
+    if (!word.empty() && word != "png") {
+        frames.path /= stem + "." + std::string(word);
+        return;
+    }
+    frames.kind = Frames::Kind::numberedFiles;
+    frames.path /= stem + std::string(pattern) + ".png";
+    frames.number = {stem.size() + 1, stem.size() + pattern.size(), 4};
+}
+
+/// Judges where frames go. `word` is the value of `--format`, empty where it is not given.
+void placeFrames(Frames& frames, const std::string& stem, const std::string& output, std::string_view word) {
+    const path file = output;
+    const std::string_view named = wordOf(file);
+    frames.path = file;
+    frames.format = animationFormat(named.empty() ? word : named);
+    if (namesFolder(file)) return placeInFolder(frames, stem, word);
+    if (const auto place = numberPlace(file.filename().string())) {
+        if (named != "png" || !(word.empty() || word == "png"))
+            throw UsageError("numbered frames are PNGs; --output takes a name such as clock-%04d.png, not '" + output +
+                             "'");
+        frames.kind = Frames::Kind::numberedFiles;
+        frames.number = *place;
+        return;
+    }
+    if (!named.empty() && !word.empty() && animationFormat(word) != animationFormat(named))
+        throw UsageError("--format " + std::string(word) + " contradicts the suffix of '" + output + "'");
+    if (named.empty() && (word.empty() || namesPictureFormat(file)))
+        throw UsageError(
+            "--output takes, with --frames, a name that ends in .webp, .png or .apng, a folder, or a "
+            "name such as clock-%04d.png, not '" +
+            output + "'");
+}
+
+void readOutput(Frames& frames, const Command& command) {
+    std::string_view word;
+    if (const std::string* format = find(command, "--format"))
+        word = frameFormatWords[readWord("--format", *format, frameFormatWords)];
+    const std::string stem = stemOf(command.operands.front());
+    const std::string* const output = find(command, "--output");
+    frames.format = animationFormat(word);
+    if (!output) {
+        frames.path = stem + "." + std::string(word.empty() ? "png" : word);
+    } else if (*output == "-") {
+        frames.kind = Frames::Kind::standardOutput;
+    } else if (output->empty()) {
+        throw UsageError("--output takes the name of a file or a folder, not ''");
+    } else {
+        placeFrames(frames, stem, *output, word);
+    }
+}
+
+/// Refuses what does not go together.
+void checkTogether(const Command& command) {
+    for (const char* option : {"--every", "--fps"})
+        if (!find(command, "--frames") && find(command, option))
+            throw UsageError(std::string(option) + " goes with --frames FROM..TO");
+    if (!find(command, "--frames")) return;
+    if (command.operands.size() > 1)
+        throw UsageError("--frames draws one document, not " + std::to_string(command.operands.size()));
+    if (find(command, "--date")) throw UsageError("--frames says which moments are drawn; leave --date away");
+}
+
+}  // namespace
+
+path Frames::pathOf(std::size_t frame) const {
+    std::string name = path.filename().string();
+    std::string digits = std::to_string(frame);
+    digits.insert(0, number.digits - std::min(number.digits, digits.size()), '0');
+    return path.parent_path() / name.replace(number.begin, number.end - number.begin, digits);
+}
+
+std::optional<Frames> readFrames(const Command& command) {
+    checkTogether(command);
+    const std::string* const moments = find(command, "--frames");
+    if (!moments) return std::nullopt;
+    Frames frames;
+    std::tie(frames.span.first, frames.span.last) = readMoments("--frames", *moments);
+    if (const std::string* every = find(command, "--every")) frames.span.step = readSeconds("--every", *every);
+    if (const std::string* rate = find(command, "--fps")) frames.framesPerSecond = readFrameRate("--fps", *rate);
+    try {
+        static_cast<void>(frames.span.count());
+    } catch (const TavrinError& error) {
+        throw UsageError("--frames asks for " + error.message);
+    }
+    readOutput(frames, command);
+    if (frames.kind == Frames::Kind::numberedFiles && frames.framesPerSecond)
+        throw UsageError("--fps is for animations; numbered PNGs are not shown by themselves");
+    return frames;
+}
+
+}  // namespace tavrin::cli
