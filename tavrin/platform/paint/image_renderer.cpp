@@ -26,13 +26,13 @@ std::optional<RGBA> backgroundOf(const RenderOptions& options) {
 }
 
 void drawWidget(const layout::LayoutTree& tree, const RenderOptions& options, paint::Canvas& canvas,
-                text::TextEngine& texts) {
+                text::TextEngine& texts, bool drawsTexts = true) {
     const Rect bounds{{0, 0}, options.size};
     canvas.save();
     if (options.rounded)
         canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
     if (const std::optional<RGBA> background = backgroundOf(options)) canvas.fill(bounds, *background);
-    paint::paintTree(tree, canvas, texts);
+    paint::paintTree(tree, canvas, texts, drawsTexts);
     canvas.restore();
 }
 
@@ -79,9 +79,13 @@ std::string ImageRenderer::targetsText() {
     return std::move(writer).text();
 }
 
-PixelBuffer ImageRenderer::pixels() {
+PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
+
+PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
+
+PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    drawWidget(layoutTree(), options_, canvas, texts());
+    drawWidget(layoutTree(), options_, canvas, texts(), drawsTexts);
     return canvas.finishRaster();
 }
 

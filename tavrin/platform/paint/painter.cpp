@@ -26,8 +26,12 @@ bool isFinite(const Rect& rect) {
 
 class Painter {
 public:
-    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts)
-        : tree_(tree), canvas_(canvas), texts_(texts), appearance_(tree.environment().appearance) {}
+    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, bool drawsTexts)
+        : tree_(tree),
+          canvas_(canvas),
+          texts_(texts),
+          drawsTexts_(drawsTexts),
+          appearance_(tree.environment().appearance) {}
 
     void paint(Index index) {
         const LayoutNode& node = tree_.node(index);
@@ -43,7 +47,7 @@ private:
     void draw(const Spacer&, Index, const LayoutNode&) {}
 
     void draw(const Text&, Index index, const LayoutNode& node) {
-        if (canvas_.hidden() || !isFinite(node.frame)) return;
+        if (!drawsTexts_ || canvas_.hidden() || !isFinite(node.frame)) return;
         const Rect place = canvas_.snapped(node.frame);
         texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
     }
@@ -224,6 +228,7 @@ private:
     const LayoutTree& tree_;
     Canvas& canvas_;
     text::TextEngine& texts_;
+    bool drawsTexts_;
     Appearance appearance_;
     double opacity_ = 1;
     int layers_ = 0;
@@ -231,8 +236,8 @@ private:
 
 }  // namespace
 
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts) {
-    if (!tree.nodes().empty()) Painter(tree, canvas, texts).paint(0);
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, bool drawsTexts) {
+    if (!tree.nodes().empty()) Painter(tree, canvas, texts, drawsTexts).paint(0);
 }
 
 }  // namespace tavrin::paint

@@ -7,7 +7,7 @@
 namespace tavrin::paint {
 
 /// Draws a laid-out tree on a canvas: one walk, whatever the canvas is. Throws nothing of its own; what cannot be drawn
-/// is left out.
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts);
+/// is left out. Without `drawsTexts` all but the texts is drawn.
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, bool drawsTexts = true);
 
 }  // namespace tavrin::paint
