@@ -27,6 +27,8 @@ MAY_INCLUDE = {
     "tavrin/modifiers": ["tavrin/nodes", *NODES_BELOW],  # a colour property's type is the colour node
     "tavrin/images": NODES_BELOW,
     "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
+    "tavrin/diagnostics": ["tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT,
+                           PAINT, TEXT],
     "tavrin/tavrin.h": ["tavrin"],
     "cli": ["tavrin"],
 }
