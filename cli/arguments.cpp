@@ -109,6 +109,11 @@ Arguments readArguments(const Command& command) {
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", errorFormatWords, ignored);
+    if (command.verb == Verb::check) {
+        Size screen = defaultScreen;
+        values.read("--screen", readSize, screen);
+        arguments.check = readCheckOptions(command, screen);
+    }
     if (command.verb == Verb::render)
         arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
     return arguments;

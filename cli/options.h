@@ -66,6 +66,7 @@ inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 inline constexpr std::array<std::string_view, 2> appearanceWords{"light", "dark"};
 inline constexpr std::array<std::string_view, 2> errorFormatWords{"text", "json"};
 inline constexpr std::array<std::string_view, 3> pictureFormatWords{"png", "svg", "pdf"};
+inline constexpr std::array<std::string_view, 4> checkFormatWords{"text", "json", "sarif", "github"};
 inline constexpr std::array<std::string_view, 2> compressionWords{"fast", "small"};
 inline constexpr std::array<std::string_view, 3> fetchWords{"none", "public", "all"};  // in the order of `FetchPolicy`
 

@@ -13,7 +13,7 @@ namespace tavrin::cli {
 
 /// What a verb makes of one document.
 struct Outcome {
-    /// The picture or the text; empty for a failure, and for `check`.
+    /// The picture or the text; empty for a failure.
     std::string bytes = {};
     /// What was doubtful, a line each.
     std::vector<std::string> notes = {};
