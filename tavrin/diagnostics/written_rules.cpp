@@ -1,6 +1,6 @@
 #include "tavrin/diagnostics/written_rules.h"
 
-#include <algorithm>
+#include <vector>
 
 #include "tavrin/platform/foundation/edit_distance.h"
 
@@ -22,12 +22,11 @@ std::optional<std::string> expressionIn(const WrittenDocument& document, const W
 std::optional<std::string_view> onlyCloseMatch(std::string_view word, std::span<const std::string_view> words) {
     const auto closest = closestMatch(word, words);
     if (!closest) return std::nullopt;
-    const auto isSameLetters = [&](char a, char b) { return (a | 0x20) == (b | 0x20); };
-    if (std::equal(word.begin(), word.end(), closest->begin(), closest->end(), isSameLetters)) return closest;
-    std::vector<std::string_view> others;
-    std::copy_if(words.begin(), words.end(), std::back_inserter(others),
-                 [&](std::string_view other) { return other != *closest; });
-    return closestMatch(word, others) ? std::nullopt : closest;
+    // The first among equals is found: put behind all others it must still be the closest.
+    std::vector<std::string_view> others(words.begin(), words.end());
+    std::erase(others, *closest);
+    others.push_back(*closest);
+    return closestMatch(word, others) == closest ? closest : std::nullopt;
 }
 
 std::string suggestionFor(std::string_view word, std::span<const std::string_view> words) {

@@ -14,8 +14,7 @@ JSONOutline::JSONOutline(std::string_view text) : text_(text.substr(0, maximumBy
 
 /// Adds a value that begins there, without its end.
 void JSONOutline::beginValue(std::size_t at, std::vector<Index>& open) {
-    const auto index = static_cast<Index>(values_.size());
-    values_.push_back({.begin = static_cast<std::uint32_t>(at), .parent = open.empty() ? index : open.back()});
+    values_.push_back({.begin = static_cast<std::uint32_t>(at), .parent = open.empty() ? 0 : open.back()});
 }
 
 void JSONOutline::read() {

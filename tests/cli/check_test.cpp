@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/values/model_context.h"
 #include "tests/cli/program.h"
 
 namespace tavrin::cli {
@@ -78,15 +79,10 @@ TEST_F(Check, WritesForOtherPrograms) {
     }
 }
 
-const JSON& at(const JSON& value, std::initializer_list<JSONKey> path) {
+const JSON& at(const JSON& value, const std::vector<JSONKey>& path) {
     static const JSON none;
-    const JSON* found = &value;
-    for (const JSONKey& key : path) {
-        found = std::holds_alternative<std::string>(key) ? found->find(std::get<std::string>(key))
-                                                         : found->find(std::get<std::int64_t>(key));
-        if (!found) return none;
-    }
-    return *found;
+    const JSON* const found = ModelContext::getValueFrom(path, value);
+    return found ? *found : none;
 }
 
 const JSON& at(const JSON& value, const char* key) { return at(value, {JSONKey(key)}); }
@@ -96,8 +92,8 @@ std::size_t sizeOf(const JSON& list) { return std::get<JSONArray>(list.object())
 TEST_F(Check, SarifHangsTogether) {
     const JSON log = JSON::parse(check({"--format", "sarif"}).out);
     EXPECT_EQ(at(log, "version").description(), "2.1.0");
-    const JSON& run = at(log, {"runs", std::int64_t{0}});
-    const auto& rules = std::get<JSONArray>(at(run, {"tool", "driver", "rules"}).object());
+    const JSON& run = at(log, {JSONKey("runs"), JSONKey(std::int64_t{0})});
+    const auto& rules = std::get<JSONArray>(at(run, {JSONKey("tool"), JSONKey("driver"), JSONKey("rules")}).object());
     EXPECT_GT(rules.size(), 20u);
     ASSERT_EQ(sizeOf(at(run, "results")), 4u);
     for (const JSON& result : std::get<JSONArray>(at(run, "results").object())) {
@@ -106,17 +102,25 @@ TEST_F(Check, SarifHangsTogether) {
         EXPECT_TRUE(std::any_of(rules.begin(), rules.end(),
                                 [&](const JSON& rule) { return at(rule, "id").description() == id; }));
         EXPECT_EQ(at(result, "level").description(), "warning");
-        EXPECT_NE(at(result, {"message", "text"}).description(), "");
-        const JSON& place = at(result, {"locations", std::int64_t{0}, "physicalLocation"});
-        EXPECT_THAT(at(place, {"artifactLocation", "uri"}).description(), ::testing::AnyOf("a.json", "m.json"));
+        EXPECT_NE(at(result, {JSONKey("message"), JSONKey("text")}).description(), "");
+        const JSON& place = at(result, {JSONKey("locations"), JSONKey(std::int64_t{0}), JSONKey("physicalLocation")});
+        EXPECT_THAT(at(place, {JSONKey("artifactLocation"), JSONKey("uri")}).description(),
+                    ::testing::AnyOf("a.json", "m.json"));
         for (const char* edge : {"startLine", "startColumn", "endLine", "endColumn"})
-            EXPECT_TRUE(std::holds_alternative<std::int64_t>(at(place, {"region", edge}).object())) << edge;
+            EXPECT_TRUE(std::holds_alternative<std::int64_t>(at(place, {JSONKey("region"), JSONKey(edge)}).object()))
+                << edge;
         if (id != "unknown-key") continue;
-        const JSON& change = at(result, {"fixes", std::int64_t{0}, "artifactChanges", std::int64_t{0}});
-        EXPECT_EQ(at(change, {"artifactLocation", "uri"}).description(), "a.json");
-        EXPECT_EQ(at(change, {"replacements", std::int64_t{0}, "insertedContent", "text"}).description(),
-                  "\"fontSize\"");
-        EXPECT_EQ(at(change, {"replacements", std::int64_t{0}, "deletedRegion", "startLine"}).description(), "7");
+        const JSON& change = at(
+            result, {JSONKey("fixes"), JSONKey(std::int64_t{0}), JSONKey("artifactChanges"), JSONKey(std::int64_t{0})});
+        EXPECT_EQ(at(change, {JSONKey("artifactLocation"), JSONKey("uri")}).description(), "a.json");
+        EXPECT_EQ(
+            at(change, {JSONKey("replacements"), JSONKey(std::int64_t{0}), JSONKey("insertedContent"), JSONKey("text")})
+                .description(),
+            "\"fontSize\"");
+        EXPECT_EQ(at(change, {JSONKey("replacements"), JSONKey(std::int64_t{0}), JSONKey("deletedRegion"),
+                              JSONKey("startLine")})
+                      .description(),
+                  "7");
     }
 }
 
@@ -195,7 +199,7 @@ TEST_F(Check, LooksAtAllFamiliesAndAppearances) {
 }
 
 TEST_F(Check, ManyDocumentsKeepTheirOrder) {
-    std::vector<std::string> words{"check", "--format", "github"};
+    std::vector<std::string> words{"check", "--model", "m.json", "--format", "github"};
     for (int i = 0; i < 40; ++i) {
         const std::string name = std::to_string(i) + ".json";
         place.write(name, i % 2 == 0 ? doubtful : hello);

@@ -62,8 +62,8 @@ TEST(Diagnose, KnowsPlacesInCodePoints) {
     const TextRange& range = *keys[1].range;
     EXPECT_EQ(range.begin, placeAt(document, document.find("\"contents\"")));
     EXPECT_EQ(range.begin.line, 2u);
-    EXPECT_EQ(range.begin.column, 36u);
-    EXPECT_EQ(range.end.column, 46u);
+    EXPECT_EQ(range.begin.column, 37u);
+    EXPECT_EQ(range.end.column, 47u);
     EXPECT_EQ(document.substr(range.begin.offset, range.end.offset - range.begin.offset), "\"contents\"");
 }
 
@@ -94,8 +94,8 @@ TEST(Diagnose, IsWrittenAsJSON) {
     EXPECT_EQ(
         toJSON(found),
         R"([{"severity":"warning","code":"unknown-key","message":"unknown key \"fontsize\" in text; did you mean \"fontSize\"?",)"
-        R"("role":"document","path":["nodes","main","fontsize"],"range":{"line":1,"column":77,"endLine":1,"endColumn":87,"offset":76,"endOffset":86},)"
-        R"("fix":[{"line":1,"column":77,"endLine":1,"endColumn":87,"offset":76,"endOffset":86,"text":"\"fontSize\""}]}])");
+        R"("role":"document","path":["nodes","main","fontsize"],"range":{"line":1,"column":71,"endLine":1,"endColumn":81,"offset":70,"endOffset":80},)"
+        R"("fix":[{"line":1,"column":71,"endLine":1,"endColumn":81,"offset":70,"endOffset":80,"text":"\"fontSize\""}]}])");
     EXPECT_EQ(toJSON({}), "[]");
 }
 

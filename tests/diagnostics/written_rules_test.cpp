@@ -51,8 +51,8 @@ TEST(UnknownKeys, AreFoundWithTheKeyThatWasMeant) {
          R"({"type": "spacer", "modifiers": [{"type": "offset", "x": 1, "y": 1, "z": 1}]})",
          {R"(warning unknown-key nodes.main.modifiers[0].z)"}},
         {"two may be meant",
-         R"({"type": "spacer", "modifiers": [{"type": "frame", "mxWidth": 1}]})",
-         {"warning unknown-key nodes.main.modifiers[0].mxWidth"}},
+         R"({"type": "spacer", "modifiers": [{"type": "frame", "m_Width": 1}]})",
+         {"warning unknown-key nodes.main.modifiers[0].m_Width"}},
         {"the right key is there as well",
          R"({"type": "text", "content": "a", "fontSize": 1, "fontsize": 2})",
          {"warning unknown-key nodes.main.fontsize"}},
@@ -322,15 +322,14 @@ TEST(ClipShapes, ThatWillBeRefused) {
         const std::string document = documentOf(clipped(row.shape));
         const auto found = linesOf(diagnose(document, std::nullopt, quietOptions()));
         // What is drawn fails already, and then the warning is not needed any more.
-        if (row.isRefused)
-            EXPECT_THAT(found, ElementsAreArray({"error refused nodes.main.modifiers[0]"}));
-        else
-            EXPECT_THAT(found, ::testing::IsEmpty());
+        const std::vector<std::string> refused{"error refused nodes.main.modifiers[0]"};
+        EXPECT_EQ(found, row.isRefused ? refused : std::vector<std::string>());
         const std::string unused =
             R"({"version": "1.2", "nodes": {"main": {"type": "spacer"}, "a": )" + clipped(row.shape) + "}}";
         const auto warned = linesOf(diagnose(unused, std::nullopt, quietOptions()));
-        EXPECT_EQ(warned.size(), row.isRefused ? 2u : 1u);
-        if (row.isRefused) EXPECT_EQ(warned.back(), "warning clip-shape nodes.a.modifiers[0].view");
+        std::vector<std::string> expected{"note unused-node nodes.a"};
+        if (row.isRefused) expected.emplace_back("warning clip-shape nodes.a.modifiers[0].view");
+        EXPECT_EQ(warned, expected);
     }
 }
 
