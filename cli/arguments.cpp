@@ -109,6 +109,11 @@ Arguments readArguments(const Command& command) {
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", errorFormatWords, ignored);
+    if (command.verb == Verb::check) {
+        Size screen = defaultScreen;
+        values.read("--screen", readSize, screen);
+        arguments.check = readCheckOptions(command, screen);
+    }
     arguments.frames = readFrames(command);
     if (arguments.frames)
         arguments.options.environment.date = arguments.frames->span.first;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/check_options.h"
 #include "cli/command_line.h"
 #include "cli/destination.h"
 #include "cli/frames.h"
@@ -30,6 +31,7 @@ struct Arguments {
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
     std::optional<Size> maxImageSize = std::nullopt;
     FetchPolicy fetchPolicy = FetchPolicy::all;
+    CheckOptions check = {};
 };
 
 /// Judges the values of a command that works on documents. Throws `UsageError`.

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "cli/completion.h"
 #include "cli/options.h"
 
@@ -17,6 +19,22 @@ std::string names(const OptionInfo& option, std::string_view separator) {
 
 std::string compgen(const std::string& what) { return "COMPREPLY=($(compgen " + what + " -- \"$current\"))"; }
 
+/// What "VERB OPTION" must match where an option's value is to be completed: of an option that several verbs take in
+/// their own ways, the verb as well.
+std::string pattern(const OptionInfo& option) {
+    const auto namesakes = std::count_if(options().begin(), options().end(),
+                                         [&](const OptionInfo& other) { return other.name == option.name; });
+    std::vector<std::string> patterns;
+    for (const std::string_view name : {option.name, option.shortName}) {
+        if (name.empty()) continue;
+        if (namesakes == 1) patterns.push_back("*\\ " + std::string(name));
+        for (std::size_t verb = 0; namesakes > 1 && verb < verbs().size(); ++verb)
+            if (option.takers.contains(static_cast<Verb>(verb)))
+                patterns.push_back(std::string(verbs()[verb].name) + "\\ " + std::string(name));
+    }
+    return joined(patterns, "|");
+}
+
 /// The branch of a `case` that completes the value behind an option.
 std::string valueBranch(const OptionInfo& option) {
     std::string action;
@@ -26,7 +44,7 @@ std::string valueBranch(const OptionInfo& option) {
         case Completes::file: action = "compopt -o default 2>/dev/null"; break;
         case Completes::folder: action = compgen("-d"); break;
     }
-    return "        " + names(option, "|") + ") " + action + "; return ;;\n";
+    return "        " + pattern(option) + ") " + action + "; return ;;\n";
 }
 
 std::string optionBranch(Verb verb) {
@@ -56,7 +74,7 @@ std::string bashCompletion() {
         "            ;;\n"
         "        esac\n"
         "    done\n"
-        "    case $previous in\n";
+        "    case \"$verb $previous\" in\n";
     for (const OptionInfo& option : options())
         if (!option.value.empty()) script += valueBranch(option);
     script +=

@@ -76,4 +76,15 @@ Failure describe(const std::exception_ptr& error, const Source& document, const 
     return failure;
 }
 
+Failure describe(const Diagnostic& diagnostic, const Source& source) {
+    Failure failure{.type = "Diagnostic", .message = diagnostic.message};
+    failure.codingPath = diagnostic.path;
+    failure.file = source.name;
+    if (diagnostic.range) {
+        const TextPlace& place = diagnostic.range->begin;
+        failure.place = {place.line, place.column, excerptAt(source.text, place.offset)};
+    }
+    return failure;
+}
+
 }  // namespace tavrin::cli

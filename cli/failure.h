@@ -7,6 +7,7 @@
 
 #include "cli/excerpt.h"
 #include "cli/input.h"
+#include "tavrin/diagnostics/diagnostic.h"
 #include "tavrin/platform/foundation/coding_path.h"
 
 namespace tavrin::cli {
@@ -37,5 +38,8 @@ struct Failure {
 
 /// An error of loading or drawing a document, with its place in the text it is about. `model` may be null.
 [[nodiscard]] Failure describe(const std::exception_ptr& error, const Source& document, const Source* model);
+
+/// A diagnostic about a text.
+[[nodiscard]] Failure describe(const Diagnostic& diagnostic, const Source& source);
 
 }  // namespace tavrin::cli

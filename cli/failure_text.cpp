@@ -7,7 +7,6 @@ namespace tavrin::cli {
 namespace {
 
 constexpr std::string_view bold = "\x1b[1m";
-constexpr std::string_view red = "\x1b[1;31m";
 constexpr std::string_view green = "\x1b[1;32m";
 constexpr std::string_view plain = "\x1b[0m";
 
@@ -39,9 +38,19 @@ std::string excerptText(const Failure::Place& place, bool colored) {
 
 }  // namespace
 
-std::string toText(const Failure& failure, bool colored) {
-    std::string text = painted(location(failure) + ":", bold, colored) + " " + painted("error:", red, colored) + " " +
-                       message(failure) + "\n";
+Label labelOf(const Diagnostic& diagnostic) {
+    constexpr std::string_view red = "\x1b[1;31m";
+    constexpr std::string_view magenta = "\x1b[1;35m";
+    constexpr std::string_view cyan = "\x1b[1;36m";
+    constexpr std::string_view colors[] = {red, magenta, cyan};
+    return {name(diagnostic.severity), colors[static_cast<unsigned>(diagnostic.severity)], diagnostic.code};
+}
+
+std::string toText(const Failure& failure, bool colored, const Label& label) {
+    const std::string code = label.code.empty() ? "" : " [" + std::string(label.code) + "]";
+    std::string text = painted(location(failure) + ":", bold, colored) + " " +
+                       painted(std::string(label.word) + ":", label.color, colored) + " " + message(failure) + code +
+                       "\n";
     if (failure.place) text += excerptText(*failure.place, colored);
     if (failure.codingPath && !failure.codingPath->empty())
         text += "      at " + printable(tavrin::toText(*failure.codingPath)) + "\n";

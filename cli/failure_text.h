@@ -1,13 +1,23 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "cli/failure.h"
 
 namespace tavrin::cli {
 
+/// What a failure is called, and what kind of thing it is.
+struct Label {
+    std::string_view word = "error";
+    std::string_view color = "\x1b[1;31m";
+    std::string_view code = {};  ///< stands behind the message, in brackets
+};
+
+[[nodiscard]] Label labelOf(const Diagnostic& diagnostic);
+
 /// A failure for people, as compilers write it, with the line and the coding path at fault. Ends with a line end.
-[[nodiscard]] std::string toText(const Failure& failure, bool colored);
+[[nodiscard]] std::string toText(const Failure& failure, bool colored, const Label& label = {});
 
 /// A failure for programs: one line of JSON. `withFile` names the document of every failure, not only where a place in
 /// it is known.

@@ -11,6 +11,11 @@ std::vector<std::string> listOf(const Words& words) {
     return {words.begin(), words.end()};
 }
 
+std::vector<std::string> withAll(std::vector<std::string> words) {
+    words.emplace_back("all");
+    return words;
+}
+
 std::vector<std::string> screenWords() {
     std::vector<std::string> words;
     for (const Size screen : knownScreens())
@@ -35,8 +40,10 @@ std::span<const VerbInfo> verbs() {
          "  tavrin layout weather.json --size 200x100"},
         {"targets", "DOC [options]", "Print where the widget can be tapped and what opens then, as JSON",
          "  tavrin targets shortcuts.json --model model.json"},
-        {"check", "DOC... [options]", "Print what is wrong with documents, without drawing them",
-         "  tavrin check widgets/*.json\n"
+        {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
+         "  tavrin check widgets/*.json --families all --strict\n"
+         "  tavrin check weather.json --fix                       mends what can be mended safely\n"
+         "  tavrin check widgets/*.json --format sarif >check.sarif\n"
          "  tavrin check weather.json --model today.json --errors json"},
         {"fetch", "DOC... --image-cache-dir DIR [options]", "Download the pictures that documents name into a folder",
          "  tavrin fetch news.json --model today.json --image-cache-dir pictures\n"
@@ -54,6 +61,7 @@ std::span<const VerbInfo> verbs() {
 
 const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyRender{Verb::render};
+    static constexpr VerbSet onlyCheck{Verb::check};
     static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::completion);
@@ -72,6 +80,16 @@ const std::vector<OptionInfo>& options() {
          "png, svg or pdf, or png, apng or webp of frames, where OUT's suffix does not tell (png)",
          Completes::words,
          {"png", "svg", "pdf", "apng", "webp"}},
+        {"--format", "FORMAT", onlyCheck,
+         "How findings are written: text, on standard error, or json, sarif or github, on standard output (text)",
+         Completes::words, listOf(checkFormatWords)},
+        {"--fix", "", onlyCheck, "Mend what can be mended safely in the documents themselves"},
+        {"--strict", "", onlyCheck, "Warnings, too, make the exit status 1"},
+        {"--notes", "", onlyCheck, "Print notes, too: what is worth knowing, but no fault"},
+        {"--families", "NAME,...|all", onlyCheck, "Several families, or all that the screen has, instead of one",
+         Completes::words, withAll(listOf(widgetFamilyNames))},
+        {"--appearances", "light,dark|all", onlyCheck, "The appearances that are looked at (all)", Completes::words,
+         withAll(listOf(appearanceWords))},
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},

@@ -68,6 +68,7 @@ inline constexpr std::array<std::string_view, 2> errorFormatWords{"text", "json"
 inline constexpr std::array<std::string_view, 3> pictureFormatWords{"png", "svg", "pdf"};
 /// The same behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};
+inline constexpr std::array<std::string_view, 4> checkFormatWords{"text", "json", "sarif", "github"};
 inline constexpr std::array<std::string_view, 2> compressionWords{"fast", "small"};
 inline constexpr std::array<std::string_view, 3> fetchWords{"none", "public", "all"};  // in the order of `FetchPolicy`
 

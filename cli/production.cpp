@@ -38,9 +38,7 @@ std::string product(const Arguments& arguments, const AnyView& view, const Conte
     ImageRenderer renderer(view, renderOptionsFor(arguments, context, notes));
     if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
-    if (arguments.verb == Verb::targets) return withLineEnd(renderer.targetsText());
-    static_cast<void>(renderer.layoutTree());
-    return {};
+    return withLineEnd(renderer.targetsText());
 }
 
 /// The addresses of the pictures in a view tree, in document order.

@@ -14,7 +14,7 @@ namespace tavrin::cli {
 
 /// What a verb makes of one document.
 struct Outcome {
-    /// The picture or the text; empty for a failure, and for `check`.
+    /// The picture or the text; empty for a failure.
     std::string bytes = {};
     /// Numbered frames instead, each a picture; those that are equal share it.
     std::vector<std::shared_ptr<const std::string>> frames = {};

@@ -23,6 +23,13 @@ void Reporter::note(const std::string& document, const std::vector<std::string>&
     write(text);
 }
 
+void Reporter::note(const Diagnostic& diagnostic, const Source& source, std::string_view word) const {
+    if (format_ == ErrorFormat::json) return;
+    Label label = labelOf(diagnostic);
+    if (!word.empty()) label.word = word;
+    write(toText(describe(diagnostic, source), standardErrorHasColor(), label));
+}
+
 void Reporter::hint(std::string_view line) const {
     if (format_ == ErrorFormat::text) write(std::string(line) + "\n");
 }

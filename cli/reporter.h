@@ -6,6 +6,7 @@
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
+#include "tavrin/diagnostics/diagnostic.h"
 
 namespace tavrin::cli {
 
@@ -20,6 +21,8 @@ public:
     void report(const Failure& failure) const;
     /// Writes lines about a document that are no failure; in text form only. They name it where there are several.
     void note(const std::string& document, const std::vector<std::string>& lines) const;
+    /// Writes a diagnostic; in text form only. `word` stands for its severity where it is given.
+    void note(const Diagnostic& diagnostic, const Source& source, std::string_view word = {}) const;
     /// Writes a line that helps people with a wrong command line.
     void hint(std::string_view line) const;
 

@@ -2,6 +2,9 @@
 
 /// The one header a host includes.
 
+#include "tavrin/diagnostics/diagnose.h"
+#include "tavrin/diagnostics/fixes.h"
+#include "tavrin/diagnostics/rule.h"
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/view_origins.h"
 #include "tavrin/engine/json_decoder.h"

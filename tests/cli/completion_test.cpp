@@ -62,6 +62,8 @@ TEST(Completion, OfBash) {
         {"options of a verb alone", "tavrin tree a.json --rou", ""},
         {"options of render", "tavrin render a.json --rou", "--rounded"},
         {"values", "tavrin tree a.json --family systemS", "systemSmall"},
+        {"formats of pictures", "tavrin render a.json --format s", "svg"},
+        {"formats of findings", "tavrin check a.json --format s", "sarif"},
         {"policies", "tavrin render a.json --fetch p", "public"},
         {"options of fetch", "tavrin fetch a.json --f", "--fetch"},
         {"screens", "tavrin tree a.json --screen 428", "428x926"},

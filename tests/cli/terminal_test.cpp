@@ -57,7 +57,8 @@ TEST(Terminal, ProgressOfSeveralDocuments) {
               "\r\x1b[K[####################] 3/3 c.json"
               "\r\x1b[K");
     EXPECT_EQ(onTerminal(place, {"render", "a.json"}), "");
-    EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}), "");
+    EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}), "\r\x1b[K1/2 a.json\r\x1b[K2/2 c.json\r\x1b[K");
+    EXPECT_EQ(onTerminal(place, {"check", "a.json"}), "");
 }
 
 TEST(Terminal, ProgressOfFrames) {

@@ -60,7 +60,7 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
     const auto before = std::exchange(last_, nullptr);  // no picture is kept if drawing throws
     if (std::exchange(stillLayout_, layout_.layoutCount()) != layout_.layoutCount()) still_ = {};
-    paint::paintWidget(layout_.tree(), options_, canvas, texts_, &still_);
+    paint::paintWidget(layout_.tree(), options_, canvas, texts_, {.still = &still_});
     PixelBuffer picture = canvas.finishRaster();
     ++drawingCount_;
     last_ = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));

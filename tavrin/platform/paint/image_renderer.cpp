@@ -50,9 +50,13 @@ std::string ImageRenderer::targetsText() {
     return std::move(writer).text();
 }
 
-PixelBuffer ImageRenderer::pixels() {
+PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
+
+PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
+
+PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    paint::paintWidget(layoutTree(), options_, canvas, texts());
+    paint::paintWidget(layoutTree(), options_, canvas, texts(), {.drawsTexts = drawsTexts});
     return canvas.finishRaster();
 }
 

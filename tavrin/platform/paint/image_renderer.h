@@ -38,12 +38,15 @@ public:
     [[nodiscard]] std::string targetsText();
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
+    /// The same picture without its texts: what they stand on.
+    [[nodiscard]] PixelBuffer pixelsWithoutTexts();
     /// Draws the picture and writes it. SVG and PDF are drawn by the same walk, with text as glyphs, and lead where
     /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
 
 private:
     [[nodiscard]] text::TextEngine& texts();
+    [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
     RenderOptions options_;

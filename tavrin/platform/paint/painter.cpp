@@ -27,15 +27,16 @@ bool isFinite(const Rect& rect) {
 
 class Painter {
 public:
-    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still)
+    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options)
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
+          drawsTexts_(options.drawsTexts),
           appearance_(tree.environment().appearance),
-          still_(still),
-          isInStillPart_(still != nullptr),
-          isKnown_(still && still->pixels) {
-        if (still) listMoving();
+          still_(options.still),
+          isInStillPart_(still_ != nullptr),
+          isKnown_(still_ && still_->pixels) {
+        if (still_) listMoving();
     }
 
     void paint(Index index) {
@@ -56,7 +57,7 @@ private:
     void draw(const Spacer&, Index, const LayoutNode&) {}
 
     void draw(const Text&, Index index, const LayoutNode& node) {
-        if (canvas_.hidden() || !isFinite(node.frame)) return;
+        if (!drawsTexts_ || canvas_.hidden() || !isFinite(node.frame)) return;
         const Rect place = canvas_.snapped(node.frame);
         texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
     }
@@ -277,6 +278,7 @@ private:
     const LayoutTree& tree_;
     Canvas& canvas_;
     text::TextEngine& texts_;
+    bool drawsTexts_;
     Appearance appearance_;
     StillPart* still_;
     std::vector<Index> moving_;
@@ -288,8 +290,8 @@ private:
 
 }  // namespace
 
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still) {
-    if (!tree.nodes().empty()) Painter(tree, canvas, texts, still).paint(0);
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options) {
+    if (!tree.nodes().empty()) Painter(tree, canvas, texts, options).paint(0);
 }
 
 }  // namespace tavrin::paint

@@ -15,9 +15,16 @@ struct StillPart {
     std::optional<PixelBuffer> pixels = std::nullopt;
 };
 
+/// What of a tree is drawn.
+struct PaintOptions {
+    bool drawsTexts = true;
+    /// Of the same layout and on a raster, what it has is copied instead of drawn; the first drawing puts it there.
+    StillPart* still = nullptr;
+};
+
 /// Draws a laid-out tree on a canvas: one walk, whatever the canvas is. Throws nothing of its own; what cannot be drawn
-/// is left out. With `still`, of the same layout and on a raster, what it has is copied instead of drawn; the first
-/// drawing puts it there.
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, StillPart* still = nullptr);
+/// is left out.
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts,
+               const PaintOptions& options = {});
 
 }  // namespace tavrin::paint

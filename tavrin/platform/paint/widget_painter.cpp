@@ -22,13 +22,13 @@ std::optional<RGBA> backgroundOf(const RenderOptions& options) {
 }  // namespace
 
 void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
-                 StillPart* still) {
+                 const PaintOptions& what) {
     const Rect bounds{{0, 0}, options.size};
     canvas.save();
     if (options.rounded)
         canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
     if (const std::optional<RGBA> background = backgroundOf(options)) canvas.fill(bounds, *background);
-    paintTree(tree, canvas, texts, still);
+    paintTree(tree, canvas, texts, what);
     canvas.restore();
 }
 

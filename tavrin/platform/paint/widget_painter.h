@@ -10,6 +10,6 @@ namespace tavrin::paint {
 
 /// Draws a laid-out widget with what lies behind it, cut as the options say; see `paintTree`.
 void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
-                 StillPart* still = nullptr);
+                 const PaintOptions& what = {});
 
 }  // namespace tavrin::paint

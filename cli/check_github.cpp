@@ -1,0 +1,61 @@
+#include <string>
+#include <string_view>
+
+#include "cli/check_writer.h"
+#include "cli/output.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// Text as a workflow command may hold it.
+std::string escaped(std::string_view text, std::string_view special) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string safe;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (special.find(c) == std::string_view::npos)
+            safe += c;
+        else
+            safe.append("%").append({digits[byte >> 4], digits[byte & 15]});
+    }
+    return safe;
+}
+
+std::string message(std::string_view text) { return escaped(text, "%\r\n"); }
+std::string property(std::string_view text) { return escaped(text, "%\r\n:,"); }
+
+/// A line for each finding that GitHub shows beside the text: "::warning file=a.json,line=3,col=5::…".
+class GitHubWriter final : public CheckWriter {
+public:
+    explicit GitHubWriter(const Source* model) : model_(model) {}
+
+    void write(const CheckedDocument& checked) override {
+        std::string lines;
+        for (const Diagnostic& found : checked.diagnostics)
+            lines += lineOf(found, sourceOf(found, checked.document, model_));
+        if (checked.unread)
+            lines += "::error file=" + property(checked.document.name) + "::" + message(checked.unread->message) + "\n";
+        writeStandardOutput(lines);
+    }
+
+private:
+    static std::string lineOf(const Diagnostic& found, const Source& source) {
+        const std::string_view command = found.severity == Severity::note ? "notice" : name(found.severity);
+        std::string line = "::" + std::string(command) + " file=" + property(source.name);
+        if (found.range) {
+            line += ",line=" + std::to_string(found.range->begin.line);
+            line += ",endLine=" + std::to_string(found.range->end.line);
+            line += ",col=" + std::to_string(found.range->begin.column);
+            line += ",endColumn=" + std::to_string(found.range->end.column);
+        }
+        return line + ",title=" + property(found.code) + "::" + message(found.message) + "\n";
+    }
+
+    const Source* model_;
+};
+
+}  // namespace
+
+std::unique_ptr<CheckWriter> githubCheckWriter(const Source* model) { return std::make_unique<GitHubWriter>(model); }
+
+}  // namespace tavrin::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <vector>
+
+#include "cli/command_line.h"
+#include "tavrin/diagnostics/diagnose.h"
+
+namespace tavrin::cli {
+
+/// How `tavrin check` writes what it finds.
+enum class CheckFormat : unsigned char { text, json, sarif, github };
+
+/// What only `tavrin check` is told.
+struct CheckOptions {
+    CheckFormat format = CheckFormat::text;
+    /// Whether fixes are made in the documents.
+    bool fixes = false;
+    /// Whether a warning makes the run fail.
+    bool isStrict = false;
+    bool showsNotes = false;
+    std::vector<DiagnosedRoom> rooms = {};
+    std::vector<Appearance> appearances = {};
+};
+
+/// Judges the values that only `tavrin check` takes. Throws `UsageError`.
+[[nodiscard]] CheckOptions readCheckOptions(const Command& command, Size screen);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,136 @@
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "cli/check_writer.h"
+#include "cli/output.h"
+#include "tavrin/diagnostics/rule.h"
+#include "tavrin/platform/foundation/json_writer.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::uint64_t number(std::size_t value) { return value; }
+
+/// A path as a relative or absolute URI reference.
+std::string uriOf(std::string_view path) {
+    constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string uri = path.starts_with('/') ? "file://" : "";
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (plain.find(c) != std::string_view::npos)
+            uri += c;
+        else
+            uri.append("%").append({digits[byte >> 4], digits[byte & 15]});
+    }
+    return uri;
+}
+
+/// One log of version 2.1.0 of the Static Analysis Results Interchange Format, with one run.
+class SarifWriter final : public CheckWriter {
+public:
+    explicit SarifWriter(const Source* model) : model_(model) {
+        writer_.beginObject();
+        writer_.key("$schema").value(
+            "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
+            "sarif-schema-2.1.0.json");
+        writer_.key("version").value("2.1.0").key("runs").beginArray().beginObject();
+        writeTool();
+        writer_.key("columnKind").value("unicodeCodePoints").key("results").beginArray();
+    }
+
+    void write(const CheckedDocument& checked) override {
+        for (const Diagnostic& found : checked.diagnostics)
+            writeResult(found, sourceOf(found, checked.document, model_));
+        if (checked.unread) unread_.push_back(checked.unread->message);
+    }
+
+    void finish() override {
+        writer_.endArray();
+        writer_.key("invocations").beginArray().beginObject();
+        writer_.key("executionSuccessful").value(unread_.empty());
+        writer_.key("toolExecutionNotifications").beginArray();
+        for (const std::string& message : unread_) {
+            writer_.beginObject().key("level").value("error");
+            writeMessage("message", message);
+            writer_.endObject();
+        }
+        writer_.endArray().endObject().endArray();
+        writer_.endObject().endArray().endObject();
+        writeStandardOutput(writer_.text() + "\n");
+    }
+
+private:
+    void writeTool() {
+        writer_.key("tool").beginObject().key("driver").beginObject();
+        writer_.key("name").value("tavrin").key("version").value(TAVRIN_VERSION);
+        writer_.key("rules").beginArray();
+        for (const DiagnosticRule& rule : diagnosticRules()) {
+            writer_.beginObject().key("id").value(rule.code);
+            writeMessage("shortDescription", rule.summary);
+            writer_.key("defaultConfiguration").beginObject().key("level").value(name(rule.severity)).endObject();
+            writer_.endObject();
+        }
+        writer_.endArray().endObject().endObject();
+    }
+
+    void writeMessage(std::string_view key, std::string_view text) {
+        writer_.key(key).beginObject().key("text").value(text).endObject();
+    }
+
+    void writeFile(const Source& source) {
+        writer_.key("artifactLocation").beginObject().key("uri").value(uriOf(source.name)).endObject();
+    }
+
+    void writeRegion(std::string_view key, const TextRange& range) {
+        writer_.key(key).beginObject();
+        writer_.key("startLine").value(number(range.begin.line)).key("startColumn").value(number(range.begin.column));
+        writer_.key("endLine").value(number(range.end.line)).key("endColumn").value(number(range.end.column));
+        writer_.endObject();
+    }
+
+    void writeResult(const Diagnostic& found, const Source& source) {
+        writer_.beginObject().key("ruleId").value(found.code).key("level").value(name(found.severity));
+        writeMessage("message", found.message);
+        writer_.key("locations").beginArray().beginObject();
+        writer_.key("physicalLocation").beginObject();
+        writeFile(source);
+        if (found.range) writeRegion("region", *found.range);
+        writer_.endObject();
+        if (!found.path.empty())
+            writer_.key("logicalLocations")
+                .beginArray()
+                .beginObject()
+                .key("fullyQualifiedName")
+                .value(tavrin::toText(found.path))
+                .endObject()
+                .endArray();
+        writer_.endObject().endArray();
+        if (!found.fix.empty()) writeFix(found, source);
+        writer_.endObject();
+    }
+
+    void writeFix(const Diagnostic& found, const Source& source) {
+        writer_.key("fixes").beginArray().beginObject().key("artifactChanges").beginArray().beginObject();
+        writeFile(source);
+        writer_.key("replacements").beginArray();
+        for (const TextEdit& edit : found.fix) {
+            writer_.beginObject();
+            writeRegion("deletedRegion", edit.range);
+            writeMessage("insertedContent", edit.text);
+            writer_.endObject();
+        }
+        writer_.endArray().endObject().endArray().endObject().endArray();
+    }
+
+    const Source* model_;
+    JSONWriter writer_{JSONWriter::Style::pretty};
+    std::vector<std::string> unread_;
+};
+
+}  // namespace
+
+std::unique_ptr<CheckWriter> sarifCheckWriter(const Source* model) { return std::make_unique<SarifWriter>(model); }
+
+}  // namespace tavrin::cli

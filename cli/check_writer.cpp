@@ -1,0 +1,15 @@
+#include "cli/check_writer.h"
+
+namespace tavrin::cli {
+
+std::unique_ptr<CheckWriter> checkWriter(CheckFormat format, const Reporter& reporter, const Source* model) {
+    switch (format) {
+        case CheckFormat::json: return jsonCheckWriter();
+        case CheckFormat::sarif: return sarifCheckWriter(model);
+        case CheckFormat::github: return githubCheckWriter(model);
+        case CheckFormat::text: break;
+    }
+    return textCheckWriter(reporter, model);
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,48 @@
+#include "tavrin/diagnostics/bound_model.h"
+
+#include <utility>
+
+#include "tavrin/values/expression_path.h"
+
+namespace tavrin {
+
+std::optional<BoundModel> BoundModel::read(std::string_view text) {
+    try {
+        return BoundModel(ModelContext(JSON::parse(text), {}), text);
+    } catch (const PlacedError&) {  // loading reports it
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> BoundModel::find(std::string_view expression) const {
+    try {
+        return std::string(context_.resolve<SharedText>(expression));
+    } catch (const ModelContextError&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<JSONOutline::Index> BoundModel::place(std::string_view expression) const {
+    CodingPath path;
+    const std::vector<JSONKey> keys = expressionPath(expression.substr(2, expression.size() - 4));
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        if (const auto* key = std::get_if<std::string>(&keys[i]))
+            path.emplace_back(*key);
+        else
+            path.emplace_back(static_cast<std::size_t>(std::get<std::int64_t>(keys[i])));
+    }
+    const JSONOutline::Index found = outline_.nearest(path);
+    return outline_.path(found) == path ? std::optional(found) : std::nullopt;
+}
+
+bool isWellFormed(std::string_view expression) {
+    if (!isExpression(expression) || expression.size() < 4) return false;
+    const std::string_view inner = expression.substr(2, expression.size() - 4);
+    if (hasReversedBrackets(inner)) return false;
+    ExpressionWalk walk(inner);
+    if (!walk.next()) return false;
+    const bool isKnownStore = walk.key() == "initServerParam" || walk.key() == "initEnvironment";
+    return isKnownStore && walk.next();
+}
+
+}  // namespace tavrin

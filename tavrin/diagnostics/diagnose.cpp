@@ -1,0 +1,139 @@
+#include "tavrin/diagnostics/diagnose.h"
+
+#include <memory>
+#include <utility>
+
+#include "tavrin/diagnostics/drawn_rules.h"
+#include "tavrin/diagnostics/load_failure.h"
+#include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/values/expression_path.h"
+
+namespace tavrin {
+namespace {
+
+/// What one call finds out about its texts.
+class Diagnosis {
+public:
+    Diagnosis(std::string_view document, std::optional<std::string_view> model, const DiagnoseOptions& options)
+        : document_(document), model_(model), options_(options), findings_(options.maximumDiagnostics) {}
+
+    std::vector<Diagnostic> run() {
+        readTexts();
+        if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
+        if (!failPrecondition()) {
+            try {
+                draw();
+            } catch (...) {
+                fail(std::current_exception());
+            }
+        }
+        if (findings_.dropped() > 0)
+            findings_.all().push_back({.severity = Severity::note,
+                                       .code = info(Rule::notLookedAt).code,
+                                       .message = std::to_string(findings_.dropped()) + " more were found"});
+        return findings_.take(document_, model_.value_or(std::string_view()));
+    }
+
+private:
+    [[nodiscard]] const BoundModel* bound() const { return bound_ ? &*bound_ : nullptr; }
+
+    void readTexts() {
+        if (document_.size() > JSONOutline::maximumBytes || (model_ && model_->size() > JSONOutline::maximumBytes)) {
+            findings_.add(Rule::notLookedAt, "the text is too large to be looked at, only loaded");
+            return;
+        }
+        try {
+            const JSONText valid(document_);
+        } catch (const PlacedError&) {  // loading reports it
+            return;
+        }
+        written_.emplace(document_);
+        if (model_) bound_ = BoundModel::read(*model_);
+    }
+
+    void fail(const std::exception_ptr& failure) {
+        addFailure(failure, written_ ? &*written_ : nullptr, bound_ ? &bound_->outline() : nullptr, findings_);
+    }
+
+    /// An expression that no one may ask to resolve would end the process. Whether there is one that would be drawn.
+    bool failPrecondition() {
+        if (!written_ || !bound_) return false;
+        bool failed = false;
+        forEachProperty(*written_, [&](const WrittenRecord& record, const WrittenMember& member) {
+            const auto expression = expressionIn(*written_, member);
+            if (failed || !expression || !written_->isDrawn(record.entry)) return;
+            const std::string_view inner = std::string_view(*expression).substr(2, expression->size() - 4);
+            if (!hasReversedBrackets(inner)) return;
+            failed = true;
+            TavrinError error("Precondition", "']' before '[' in the expression " + *expression);
+            error.codingPath = written_->outline().path(member.value);
+            error.isRooted = true;
+            fail(std::make_exception_ptr(std::move(error)));
+        });
+        return failed;
+    }
+
+    void draw() {
+        Context context;
+        context.date = options_.date.value_or(Date::now());
+        context.timeZone = options_.timeZone.value_or(TimeZone::current());
+        context.imageCacheDir = options_.imageCacheDir;
+        context.maxImageSize = options_.maxImageSize;
+        context.fetchPolicy = options_.fetchPolicy;
+        context.maximumNodes = options_.maximumNodes;
+        context.maximumNesting = options_.maximumNesting;
+        context.recordsOrigins = mayRecordOrigins();
+        const AnyView view = TavrinEngine().loadView(document_, model_, context);
+        DrawnFindings drawn;
+        try {
+            for (const DiagnosedRoom& room : options_.rooms)
+                for (const Appearance appearance : options_.appearances) draw(view, context, room, appearance, drawn);
+        } catch (...) {
+            fail(std::current_exception());
+        }
+        if (written_) drawn.moveTo(findings_, written_->outline());
+    }
+
+    void draw(const AnyView& view, const Context& context, const DiagnosedRoom& room, Appearance appearance,
+              DrawnFindings& findings) {
+        RenderOptions options{.size = room.size, .scale = options_.scale};
+        options.environment.appearance = appearance;
+        options.environment.date = *context.date;
+        options.environment.timeZone = *context.timeZone;
+        ImageRenderer renderer(view, std::move(options));
+        const layout::LayoutTree& tree = renderer.layoutTree();
+        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get());
+        findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
+        const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
+        applyDrawnRules({renderer, tree, views, room.size, options_.scale, mayFetch}, findings);
+    }
+
+    /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.
+    [[nodiscard]] bool mayRecordOrigins() const {
+        if (!written_) return false;
+        constexpr std::size_t mostSteps = 20'000'000;
+        std::size_t steps = 0;
+        const JSONOutline& outline = written_->outline();
+        std::vector<std::uint32_t> depths(outline.values().size());
+        for (JSONOutline::Index i = 1; i < depths.size(); ++i) depths[i] = depths[outline[i].parent] + 1;
+        for (const WrittenRecord& record : written_->records()) steps += depths[record.object];
+        return steps <= mostSteps;
+    }
+
+    std::string_view document_;
+    std::optional<std::string_view> model_;
+    const DiagnoseOptions& options_;
+    Findings findings_;
+    std::optional<WrittenDocument> written_;
+    std::optional<BoundModel> bound_;
+};
+
+}  // namespace
+
+std::vector<Diagnostic> diagnose(std::string_view document, std::optional<std::string_view> model,
+                                 const DiagnoseOptions& options) {
+    return Diagnosis(document, model, options).run();
+}
+
+}  // namespace tavrin

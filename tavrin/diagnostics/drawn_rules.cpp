@@ -1,0 +1,96 @@
+#include "tavrin/diagnostics/drawn_rules.h"
+
+#include <algorithm>
+
+#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/text/block_contents.h"
+#include "tavrin/platform/ui/views.h"
+
+namespace tavrin {
+namespace {
+
+void addOnce(std::vector<std::string>& list, const std::string& word) {
+    if (std::find(list.begin(), list.end(), word) == list.end()) list.push_back(word);
+}
+
+std::string joined(const std::vector<std::string>& words, std::string_view last) {
+    std::string text;
+    for (const std::string& word : words)
+        text.append(text.empty() ? "" : &word == &words.back() ? std::string(last) : ", ").append(word);
+    return text;
+}
+
+}  // namespace
+
+DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, std::string message, double badness) {
+    CodingPath path = origin ? *origin : CodingPath{};
+    const auto [known, isNew] = known_.try_emplace({rule, toText(path)}, found_.size());
+    if (isNew) found_.push_back({rule, std::move(path), message, badness});
+    Found& found = found_[known->second];
+    if (badness > found.badness) {
+        found.badness = badness;
+        found.message = std::move(message);
+    }
+    addOnce(found.families, family_);
+    addOnce(found.appearances, appearance_);
+    return found;
+}
+
+void DrawnFindings::add(Rule rule, const CodingPath* origin, std::string message, double badness,
+                        bool dependsOnAppearance) {
+    Found& found = put(rule, origin, std::move(message), badness);
+    found.dependsOnAppearance = dependsOnAppearance;
+    found.isNote = false;
+}
+
+void DrawnFindings::addNote(Rule rule, const CodingPath* origin, std::string message) {
+    const std::size_t before = found_.size();
+    Found& found = put(rule, origin, std::move(message), -1);
+    if (found_.size() > before) found.isNote = true;
+}
+
+void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const {
+    for (const Found& found : found_) {
+        std::string message = found.message + " (" + joined(found.families, ", ");
+        if (found.dependsOnAppearance) message += "; " + joined(found.appearances, " and ");
+        message += ")";
+        Diagnostic& added = found.path.empty()
+                                ? findings.add(found.rule, std::move(message))
+                                : findings.add(found.rule, outline, outline.nearest(found.path), std::move(message));
+        if (found.isNote) added.severity = Severity::note;
+    }
+}
+
+void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
+    findMissingImages(subject, findings);
+    findContradictoryFrames(subject, findings);
+    findTruncatedTexts(subject, findings);
+    findClippedTexts(subject, findings);
+    findLowContrast(subject, findings);
+}
+
+Rect textBounds(const DrawnSubject& subject, const DrawnView& text) {
+    const Rect& frame = subject.tree.node(text.index).frame;
+    const Size block = subject.tree.textBlock(text.index).size();
+    return boundingBox(text.transform, {frame.origin, {std::min(frame.size.width, block.width), frame.size.height}});
+}
+
+std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
+    std::vector<const DrawnView*> texts;
+    for (const DrawnView& view : subject.views) {
+        if (subject.tree.node(view.index).kind != ViewKind::text) continue;
+        const Rect seen = commonRect(textBounds(subject, view), view.clip);
+        if (seen.size.width > 0 && seen.size.height > 0) texts.push_back(&view);
+    }
+    return texts;
+}
+
+std::string excerptOf(const DrawnSubject& subject, const DrawnView& text) {
+    constexpr std::size_t shown = 24;
+    const std::string_view whole = text::contentsOf(subject.tree.textBlock(text.index)).text;
+    std::size_t end = 0;
+    for (std::size_t count = 0; count < shown && end < whole.size(); ++count) end += decodeUtf8(whole, end).length;
+    return inQuotes(std::string(whole.substr(0, end)) + (end < whole.size() ? "…" : ""));
+}
+
+}  // namespace tavrin

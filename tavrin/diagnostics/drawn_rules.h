@@ -1,0 +1,83 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tavrin/diagnostics/drawn_views.h"
+#include "tavrin/diagnostics/findings.h"
+#include "tavrin/platform/paint/image_renderer.h"
+
+// The rules that look at a document as it is drawn, in one room and appearance after the other. Each stands in a file
+// of its own in rules/.
+
+namespace tavrin {
+
+/// What is found in the drawings of a document. What is found at one place in several of them is one finding.
+class DrawnFindings {
+public:
+    /// Says what is drawn from now on.
+    void enter(std::string family, std::string_view appearance) {
+        family_ = std::move(family);
+        appearance_ = appearance;
+    }
+
+    /// Notes something about the view of a node. `badness` decides whose message is kept. What depends on the
+    /// appearance says in which ones it was found.
+    void add(Rule rule, const CodingPath* origin, std::string message, double badness = 0,
+             bool dependsOnAppearance = false);
+    void addNote(Rule rule, const CodingPath* origin, std::string message);
+
+    /// Puts everything among the other findings.
+    void moveTo(Findings& findings, const JSONOutline& outline) const;
+
+private:
+    struct Found {
+        Rule rule;
+        CodingPath path;
+        std::string message;
+        double badness = 0;
+        bool dependsOnAppearance = false;
+        bool isNote = false;
+        std::vector<std::string> families = {};
+        std::vector<std::string> appearances = {};
+    };
+
+    Found& put(Rule rule, const CodingPath* origin, std::string message, double badness);
+
+    std::string family_;
+    std::string appearance_;
+    std::vector<Found> found_;
+    std::map<std::pair<Rule, std::string>, std::size_t> known_;
+};
+
+/// One drawing of a document.
+struct DrawnSubject {
+    ImageRenderer& renderer;
+    const layout::LayoutTree& tree;
+    const std::vector<DrawnView>& views;
+    /// How large the picture is, in points and in pixels for each of them.
+    Size size;
+    double scale;
+    /// Whether what is not in memory or in a folder was asked for at all.
+    bool mayFetch = true;
+};
+
+void findMissingImages(const DrawnSubject& subject, DrawnFindings& findings);
+void findContradictoryFrames(const DrawnSubject& subject, DrawnFindings& findings);
+void findTruncatedTexts(const DrawnSubject& subject, DrawnFindings& findings);
+void findClippedTexts(const DrawnSubject& subject, DrawnFindings& findings);
+void findLowContrast(const DrawnSubject& subject, DrawnFindings& findings);
+
+/// All of the above.
+void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings);
+
+/// The texts among the views that are seen at all.
+[[nodiscard]] std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject);
+/// Where a text's lines stand, in points, effects counted.
+[[nodiscard]] Rect textBounds(const DrawnSubject& subject, const DrawnView& text);
+/// How a text begins, in quotes.
+[[nodiscard]] std::string excerptOf(const DrawnSubject& subject, const DrawnView& text);
+
+}  // namespace tavrin

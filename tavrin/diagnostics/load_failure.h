@@ -1,0 +1,16 @@
+#pragma once
+
+#include <exception>
+#include <string_view>
+
+#include "tavrin/diagnostics/findings.h"
+#include "tavrin/diagnostics/written_document.h"
+
+namespace tavrin {
+
+/// Adds what loading or drawing threw as an error, in place of the warnings that foresaw it, whose fix it takes.
+/// `document` may be null, where the text is no JSON.
+void addFailure(const std::exception_ptr& failure, const WrittenDocument* document, const JSONOutline* model,
+                Findings& findings);
+
+}  // namespace tavrin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "tavrin/diagnostics/diagnostic.h"
+
+namespace tavrin {
+
+/// One kind of diagnostic.
+struct DiagnosticRule {
+    std::string_view code;
+    /// What it is unless something says otherwise.
+    Severity severity;
+    /// What it means, one sentence.
+    std::string_view summary;
+};
+
+/// All rules, errors first. Documentation and other formats list them from here.
+[[nodiscard]] std::span<const DiagnosticRule> diagnosticRules();
+
+/// The rules by name.
+enum class Rule : unsigned char {
+    notJSON,
+    missingKey,
+    wrongType,
+    unknownWord,
+    unreadableValue,
+    unresolvedExpression,
+    refused,
+    unknownKey,
+    duplicateKey,
+    droppedValue,
+    malformedExpression,
+    embeddedExpression,
+    hexAlpha,
+    modelAlphaFF,
+    oddColor,
+    referenceModifiers,
+    newerFeature,
+    clipShape,
+    invalidURL,
+    missingImage,
+    contradictoryFrame,
+    truncatedText,
+    clippedText,
+    lowContrast,
+    unusedNode,
+    notLookedAt,
+};
+
+[[nodiscard]] const DiagnosticRule& info(Rule rule);
+
+}  // namespace tavrin

@@ -1,0 +1,92 @@
+#include <algorithm>
+
+#include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin {
+
+using diagnostics::LanguageField;
+using diagnostics::ValueKind;
+
+namespace {
+
+constexpr std::string_view truths[] = {"true", "false"};
+
+/// The words that a text for a property may be; empty where there are too many.
+std::span<const std::string_view> wordsOf(const LanguageField& field) {
+    return field.kind == ValueKind::boolean ? std::span<const std::string_view>(truths) : field.words;
+}
+
+/// Whether a property's type can be built from a text.
+bool isReadable(const LanguageField& field, std::string_view text) {
+    switch (field.kind) {
+        case ValueKind::number: return fromText<float>(text).has_value();
+        case ValueKind::integer: return fromText<std::int64_t>(text).has_value();
+        case ValueKind::boolean:
+        case ValueKind::keyword: {
+            const auto words = wordsOf(field);
+            return std::find(words.begin(), words.end(), text) != words.end();
+        }
+        default: return true;
+    }
+}
+
+/// A scalar's ordinary text; none for what is no scalar, and for null, which is left out on purpose.
+std::optional<std::string> scalarText(const JSONOutline& outline, JSONOutline::Index value) {
+    switch (outline.kind(value)) {
+        case '"': return outline.string(value);
+        case '{':
+        case '[':
+        case 'n': return std::nullopt;
+        default: break;
+    }
+    const std::string raw(outline.raw(value));
+    const auto number = doubleFromText(raw);
+    const auto whole = number ? exactInteger(*number) : std::nullopt;
+    return whole ? toText(*whole) : raw;
+}
+
+std::string expected(const LanguageField& field) {
+    if (field.kind == ValueKind::number) return "no number";
+    if (field.kind == ValueKind::integer) return "no whole number";
+    std::string list;
+    for (const std::string_view word : wordsOf(field))
+        list.append(list.empty() ? "none of " : ", ").append(inQuotes(word));
+    return list;
+}
+
+void reportLiteral(const JSONOutline& outline, const WrittenMember& member, std::string_view text, Findings& findings) {
+    const LanguageField& field = *member.field;
+    Diagnostic& found =
+        findings.add(Rule::droppedValue, outline, member.value,
+                     std::string(outline.raw(member.value).substr(0, 80)) + " is " + expected(field) + ", so \"" +
+                         std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
+    if (const auto meant = onlyCloseMatch(text, wordsOf(field)); meant && outline.isString(member.value))
+        found.fix = {replaceByString(outline, member.value, *meant)};
+}
+
+void reportBound(const JSONOutline& outline, const WrittenMember& member, const std::string& text, Findings& findings) {
+    const LanguageField& field = *member.field;
+    findings.add(Rule::droppedValue, outline, member.value,
+                 "the model gives " + inQuotes(text.substr(0, 80)) + ", which is " + expected(field) + ", so \"" +
+                     std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
+}
+
+}  // namespace
+
+void findDroppedValues(const WrittenSubject& subject, Findings& findings) {
+    const JSONOutline& outline = subject.document.outline();
+    forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
+        const LanguageField& field = *member.field;
+        if (!field.isLossless || field.isRequired || field.kind == ValueKind::text) return;
+        if (const auto expression = expressionIn(subject.document, member)) {
+            if (!subject.model || !isWellFormed(*expression)) return;
+            const auto text = subject.model->find(*expression);
+            if (text && *text != "null" && !isReadable(field, *text)) reportBound(outline, member, *text, findings);
+        } else if (const auto text = scalarText(outline, member.value); text && !isReadable(field, *text)) {
+            reportLiteral(outline, member, *text, findings);
+        }
+    });
+}
+
+}  // namespace tavrin

@@ -1,0 +1,31 @@
+#include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/platform/foundation/url.h"
+
+namespace tavrin {
+namespace {
+
+bool isAddress(const WrittenRecord& record, const WrittenMember& member, bool hasPictureFolder) {
+    const std::string_view type = record.type->name;
+    if (type == "webImage") return !hasPictureFolder && (member.field->key == "url" || member.field->key == "alt");
+    return (type == "link" || type == "widgetURL") && member.field->key == "url";
+}
+
+}  // namespace
+
+void findInvalidURLs(const WrittenSubject& subject, Findings& findings) {
+    const JSONOutline& outline = subject.document.outline();
+    forEachProperty(subject.document, [&](const WrittenRecord& record, const WrittenMember& member) {
+        if (!isAddress(record, member, subject.hasPictureFolder) || !outline.isString(member.value)) return;
+        std::optional<std::string> text = outline.string(member.value);
+        const auto expression = expressionIn(subject.document, member);
+        if (expression)
+            text = subject.model && isWellFormed(*expression) ? subject.model->find(*expression) : std::nullopt;
+        if (!text || URL::parse(*text)) return;
+        const std::string_view whose = expression ? "the model gives " : "";
+        findings.add(Rule::invalidURL, outline, member.value,
+                     std::string(whose) + inQuotes(text->substr(0, 200)) + (expression ? ", which" : "") +
+                         " is no address, so it leads nowhere");
+    });
+}
+
+}  // namespace tavrin

@@ -1,0 +1,28 @@
+#include <algorithm>
+
+#include "tavrin/diagnostics/written_rules.h"
+
+namespace tavrin {
+
+void findNewerFeatures(const WrittenSubject& subject, Findings& findings) {
+    const WrittenDocument& document = subject.document;
+    const JSONOutline& outline = document.outline();
+    const WrittenMember* const version =
+        document.records().empty() ? nullptr : memberOf(document.records().front(), "version");
+    if (!version || !outline.isString(version->value)) return;
+    const std::string declared = outline.string(version->value);
+    std::string needed = declared;
+    for (const WrittenRecord& record : document.records()) needed = std::max(needed, std::string(record.type->version));
+    if (needed == declared) return;
+    const std::vector<TextEdit> raise{replaceByString(outline, version->value, needed)};
+    for (const WrittenRecord& record : document.records()) {
+        if (!record.tag || record.type->version <= declared) continue;
+        findings
+            .add(Rule::newerFeature, outline, *record.tag,
+                 inQuotes(record.type->name) + " came with version " + std::string(record.type->version) +
+                     ", but the document says " + inQuotes(declared))
+            .fix = raise;
+    }
+}
+
+}  // namespace tavrin

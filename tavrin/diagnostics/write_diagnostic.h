@@ -1,0 +1,11 @@
+#pragma once
+
+#include "tavrin/diagnostics/diagnostic.h"
+#include "tavrin/platform/foundation/json_writer.h"
+
+namespace tavrin {
+
+/// Writes one diagnostic as an object, in the form of `toJSON`.
+void write(const Diagnostic& diagnostic, JSONWriter& writer);
+
+}  // namespace tavrin

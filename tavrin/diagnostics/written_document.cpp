@@ -1,0 +1,150 @@
+#include "tavrin/diagnostics/written_document.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "tavrin/dsl/type_tags.h"
+
+namespace tavrin {
+
+using diagnostics::documentLanguage;
+using diagnostics::Language;
+using diagnostics::LanguageField;
+using diagnostics::LanguageRecord;
+using diagnostics::ValueKind;
+
+namespace {
+
+const LanguageRecord* find(const std::vector<LanguageRecord>& records, std::string_view name) {
+    const auto found =
+        std::find_if(records.begin(), records.end(), [&](const LanguageRecord& record) { return record.name == name; });
+    return found == records.end() ? nullptr : &*found;
+}
+
+/// A record that a property holds directly: a node's, or a part.
+const LanguageRecord* findHeld(std::string_view name) {
+    const LanguageRecord* const node = find(documentLanguage().nodes, name);
+    return node ? node : find(documentLanguage().parts, name);
+}
+
+const LanguageField* findField(const LanguageRecord& record, std::string_view key) {
+    const auto found = std::find_if(record.fields.begin(), record.fields.end(),
+                                    [&](const LanguageField& field) { return field.key == key; });
+    return found == record.fields.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+/// An object that is to be read as a record.
+struct WrittenDocument::Pending {
+    Index object;
+    ValueKind kind;              // node, modifier or record
+    const LanguageRecord* type;  // of a record
+    Index entry;
+};
+
+WrittenDocument::WrittenDocument(std::string_view text) : outline_(text) {
+    recordByObject_.resize(outline_.values().size());
+    drawn_.resize(outline_.values().size());
+    std::vector<Pending> pending{{0, ValueKind::record, &documentLanguage().document, 0}};
+    while (!pending.empty()) {
+        const Pending next = pending.back();
+        pending.pop_back();
+        std::vector<Pending> more;
+        read(next, more);
+        pending.insert(pending.end(), more.rbegin(), more.rend());
+    }
+    findDrawn();
+}
+
+void WrittenDocument::read(const Pending& pending, std::vector<Pending>& more) {
+    if (outline_.values().empty() || outline_[pending.object].end == 0 || !outline_.isObject(pending.object)) return;
+    WrittenRecord record{.object = pending.object, .type = pending.type, .entry = pending.entry};
+    if (pending.kind != ValueKind::record) {
+        outline_.forEachChild(pending.object, [&](Index member) {
+            if (!record.tag && outline_.key(member) == "type") record.tag = member;
+        });
+        if (!record.tag || !outline_.isString(*record.tag)) return;
+        const bool isNode = pending.kind == ValueKind::node;
+        const Language& language = documentLanguage();
+        record.type = find(isNode ? language.nodes : language.modifiers, outline_.string(*record.tag));
+        const std::span<const std::string_view> words =
+            isNode ? std::span<const std::string_view>(Keywords<NodeType>::raw) : Keywords<ModifierType>::raw;
+        if (!record.type) return wrongWords_.push_back({*record.tag, words});
+    }
+    readMembers(record, more);
+    recordByObject_[record.object] = static_cast<std::uint32_t>(records_.size() + 1);
+    records_.push_back(std::move(record));
+}
+
+void WrittenDocument::readMembers(WrittenRecord& record, std::vector<Pending>& more) {
+    std::unordered_set<std::string> seen;
+    outline_.forEachChild(record.object, [&](Index value) {
+        std::string key = outline_.key(value);
+        WrittenMember member{.value = value, .field = findField(*record.type, key)};
+        member.isRepeated = !seen.insert(std::move(key)).second;
+        if (member.field && !member.isRepeated) readValue(*member.field, value, record.entry, more);
+        record.members.push_back(member);
+    });
+}
+
+void WrittenDocument::readValue(const LanguageField& field, Index value, Index entry, std::vector<Pending>& more) {
+    const auto readOne = [&](Index one, Index inEntry) {
+        const bool isKeyword = field.kind == ValueKind::keyword && !field.isLossless;
+        if (field.kind == ValueKind::node || field.kind == ValueKind::modifier)
+            more.push_back({one, field.kind, nullptr, inEntry});
+        else if (field.kind == ValueKind::record)
+            more.push_back({one, field.kind, findHeld(field.record), inEntry});
+        else if (isKeyword && outline_.isString(one) &&
+                 std::find(field.words.begin(), field.words.end(), outline_.string(one)) == field.words.end())
+            wrongWords_.push_back({one, field.words});
+    };
+    if (field.isNamed && outline_.isObject(value)) {
+        outline_.forEachChild(value, [&](Index child) {
+            if (entries_.emplace(outline_.key(child), child).second) readOne(child, child);
+        });
+    } else if (field.isList && outline_.isArray(value)) {
+        outline_.forEachChild(value, [&](Index child) { readOne(child, entry); });
+    } else if (!field.isNamed && !field.isList) {
+        readOne(value, entry);
+    }
+}
+
+const WrittenRecord* WrittenDocument::recordAt(Index object) const {
+    const std::uint32_t number = recordByObject_[object];
+    return number == 0 ? nullptr : &records_[number - 1];
+}
+
+bool WrittenDocument::isDrawn(Index entry) const { return drawn_[entry]; }
+
+void WrittenDocument::findDrawn() {
+    std::map<Index, std::vector<Index>> references;  // from each entry to those it draws
+    for (const WrittenRecord& record : records_) {
+        if (record.type->name != rawValue(NodeType::node) || !record.tag) continue;
+        const WrittenMember* const name = memberOf(record, "name");
+        if (!name || !outline_.isString(name->value)) continue;
+        const auto entry = entries_.find(outline_.string(name->value));
+        if (entry != entries_.end()) references[record.entry].push_back(entry->second);
+    }
+    const auto main = entries_.find("main");
+    if (main == entries_.end()) return;
+    std::vector<Index> pending{main->second};
+    while (!pending.empty()) {
+        const Index entry = pending.back();
+        pending.pop_back();
+        if (drawn_[entry]) continue;
+        drawn_[entry] = true;
+        const auto found = references.find(entry);
+        if (found != references.end()) pending.insert(pending.end(), found->second.begin(), found->second.end());
+    }
+}
+
+const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key) {
+    const auto found = std::find_if(record.members.begin(), record.members.end(), [&](const WrittenMember& member) {
+        return member.field && !member.isRepeated && member.field->key == key;
+    });
+    return found == record.members.end() ? nullptr : &*found;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tavrin/diagnostics/language.h"
+#include "tavrin/json/json_outline.h"
+
+namespace tavrin {
+
+/// A key and its value in a record.
+struct WrittenMember {
+    JSONOutline::Index value = 0;
+    /// What the key takes; null for a key that the record has not.
+    const diagnostics::LanguageField* field = nullptr;
+    /// Whether the same key stands before it, and counts.
+    bool isRepeated = false;
+};
+
+/// A document, a node, a modifier or a part of one where it is written.
+struct WrittenRecord {
+    JSONOutline::Index object = 0;
+    const diagnostics::LanguageRecord* type = nullptr;
+    /// Where its "type" is written; absent where it has none.
+    std::optional<JSONOutline::Index> tag = std::nullopt;
+    /// The named node that it stands in; 0 for the document itself.
+    JSONOutline::Index entry = 0;
+    std::vector<WrittenMember> members = {};
+};
+
+/// A word where only certain ones may stand, and none of them does.
+struct WrongWord {
+    JSONOutline::Index value = 0;
+    std::span<const std::string_view> words = {};
+};
+
+/// A document as it is written: which of its objects are nodes and modifiers, and which key is which property. Knows
+/// also what cannot be decoded, as far as it makes sense. Linear in the text, which must be valid JSON.
+class WrittenDocument {
+public:
+    using Index = JSONOutline::Index;
+
+    explicit WrittenDocument(std::string_view text);
+    WrittenDocument(const WrittenDocument&) = delete;
+    WrittenDocument& operator=(const WrittenDocument&) = delete;
+
+    [[nodiscard]] const JSONOutline& outline() const { return outline_; }
+    /// In pre-order; the first is the document itself.
+    [[nodiscard]] const std::vector<WrittenRecord>& records() const { return records_; }
+    [[nodiscard]] const std::vector<WrongWord>& wrongWords() const { return wrongWords_; }
+    /// The named nodes, by name.
+    [[nodiscard]] const std::map<std::string, Index, std::less<>>& entries() const { return entries_; }
+    /// The record that begins with an object; null where there is none.
+    [[nodiscard]] const WrittenRecord* recordAt(Index object) const;
+    /// Whether drawing "main" comes to a named node.
+    [[nodiscard]] bool isDrawn(Index entry) const;
+
+private:
+    struct Pending;
+
+    void read(const Pending& pending, std::vector<Pending>& more);
+    void readMembers(WrittenRecord& record, std::vector<Pending>& more);
+    void readValue(const diagnostics::LanguageField& field, Index value, Index entry, std::vector<Pending>& more);
+    void findDrawn();
+
+    JSONOutline outline_;
+    std::vector<WrittenRecord> records_;
+    std::vector<std::uint32_t> recordByObject_;  // 0 is none, else the record's index and 1
+    std::vector<WrongWord> wrongWords_;
+    std::map<std::string, Index, std::less<>> entries_;
+    std::vector<bool> drawn_;  // by entry
+};
+
+/// The member of a record that holds a property; null where it is left out.
+[[nodiscard]] const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key);
+
+}  // namespace tavrin

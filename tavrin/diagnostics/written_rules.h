@@ -1,0 +1,55 @@
+#pragma once
+
+#include "tavrin/diagnostics/bound_model.h"
+#include "tavrin/diagnostics/findings.h"
+#include "tavrin/diagnostics/written_document.h"
+
+// The rules that look at a document as it is written, and at the model it is bound to. Each stands in a file of its
+// own in rules/ and takes time linear in the document.
+
+namespace tavrin {
+
+/// What a rule looks at.
+struct WrittenSubject {
+    const WrittenDocument& document;
+    /// Null where there is none, or none that can be read.
+    const BoundModel* model = nullptr;
+    /// Whether pictures come from a folder, where their names need not be addresses.
+    bool hasPictureFolder = false;
+};
+
+void findUnknownKeys(const WrittenSubject& subject, Findings& findings);
+void findDuplicateKeys(const WrittenSubject& subject, Findings& findings);
+void findDroppedValues(const WrittenSubject& subject, Findings& findings);
+void findMalformedExpressions(const WrittenSubject& subject, Findings& findings);
+void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings);
+void findEmbeddedExpressions(const WrittenSubject& subject, Findings& findings);
+void findOddColors(const WrittenSubject& subject, Findings& findings);
+void findReferenceModifiers(const WrittenSubject& subject, Findings& findings);
+void findNewerFeatures(const WrittenSubject& subject, Findings& findings);
+void findRefusedClipShapes(const WrittenSubject& subject, Findings& findings);
+void findInvalidURLs(const WrittenSubject& subject, Findings& findings);
+void findUnusedNodes(const WrittenSubject& subject, Findings& findings);
+
+/// All of the above.
+void applyWrittenRules(const WrittenSubject& subject, Findings& findings);
+
+/// Calls `visit(record, member)` for each property that counts.
+template <class Visit>
+void forEachProperty(const WrittenDocument& document, const Visit& visit) {
+    for (const WrittenRecord& record : document.records())
+        for (const WrittenMember& member : record.members)
+            if (member.field && !member.isRepeated) visit(record, member);
+}
+
+/// The expression that a property holds, braces included; none for a literal.
+[[nodiscard]] std::optional<std::string> expressionIn(const WrittenDocument& document, const WrittenMember& member);
+
+/// The one of `words` that `word` is meant to be; none where there is a second one as close to it, or none at all.
+[[nodiscard]] std::optional<std::string_view> onlyCloseMatch(std::string_view word,
+                                                             std::span<const std::string_view> words);
+
+/// `; did you mean "vstack"?` where a word is close to one of `words`, else nothing.
+[[nodiscard]] std::string suggestionFor(std::string_view word, std::span<const std::string_view> words);
+
+}  // namespace tavrin

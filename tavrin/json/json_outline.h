@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tavrin/platform/foundation/coding_path.h"
+
+namespace tavrin {
+
+/// The values of a JSON text with their places, in pre-order: for those who look at a text as it is written. Linear in
+/// the text; immutable. Refers to the text, which must live as long.
+class JSONOutline {
+public:
+    using Index = std::uint32_t;
+
+    /// The longest text that an outline is made of, in bytes.
+    static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
+
+    struct Value {
+        std::uint32_t begin = 0;     ///< where it is written, in bytes
+        std::uint32_t end = 0;       ///< behind its last byte
+        std::uint32_t keyBegin = 0;  ///< of an object's member: where its key is written, quotes included
+        std::uint32_t keyEnd = 0;    ///< equal to `keyBegin` for what has no key
+        Index parent = 0;            ///< the array or object around it; its own index for the root
+        Index last = 0;              ///< the index behind its last descendant
+        std::uint32_t position = 0;  ///< among its parent's children, from 0
+
+        [[nodiscard]] bool hasKey() const { return keyEnd > keyBegin; }
+    };
+
+    /// `text` must be valid JSON of at most `maximumBytes`; anything else yields some outline, and no crash.
+    explicit JSONOutline(std::string_view text);
+
+    [[nodiscard]] std::string_view text() const { return text_; }
+    /// All values, the root first. Empty for a text without one.
+    [[nodiscard]] const std::vector<Value>& values() const { return values_; }
+    [[nodiscard]] const Value& operator[](Index index) const { return values_[index]; }
+
+    /// The bytes of a value as they are written.
+    [[nodiscard]] std::string_view raw(Index index) const;
+    /// The first byte of a value, which tells its kind: one of `{["tfn-` and the digits.
+    [[nodiscard]] char kind(Index index) const { return text_[values_[index].begin]; }
+    [[nodiscard]] bool isString(Index index) const { return kind(index) == '"'; }
+    [[nodiscard]] bool isObject(Index index) const { return kind(index) == '{'; }
+    [[nodiscard]] bool isArray(Index index) const { return kind(index) == '['; }
+    /// A string without its quotes and escapes.
+    [[nodiscard]] std::string string(Index index) const;
+    /// A member's key; empty for what has none.
+    [[nodiscard]] std::string key(Index index) const;
+
+    /// The way from the root to a value.
+    [[nodiscard]] CodingPath path(Index index) const;
+    /// The value that a path leads to, or behind which it leads nowhere: the last one on the way that exists. The first
+    /// of duplicate keys wins.
+    [[nodiscard]] Index nearest(const CodingPath& path) const;
+
+    /// Calls `visit(child)` for each element of an array or member of an object.
+    template <class Visit>
+    void forEachChild(Index parent, const Visit& visit) const {
+        for (Index child = parent + 1; child < values_[parent].last; child = values_[child].last) visit(child);
+    }
+
+private:
+    void read();
+    void beginValue(std::size_t at, std::vector<Index>& open);
+
+    std::string_view text_;
+    std::vector<Value> values_;
+};
+
+}  // namespace tavrin

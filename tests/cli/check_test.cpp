@@ -1,0 +1,227 @@
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/values/model_context.h"
+#include "tests/cli/program.h"
+
+namespace tavrin::cli {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+/// Two warnings with a fix, one without, one about the model and a note.
+constexpr std::string_view doubtful = R"({
+  "version": "1.0",
+  "nodes": {
+    "main": {
+      "type": "vstack",
+      "children": [
+        {"type": "text", "content": "100 %: ü", "fontsize": 12, "fontWeight": "Bold"},
+        {"type": "node", "name": "row", "modifiers": [{"type": "clipped"}]},
+        {"type": "color", "value": "{{initServerParam.tint}}"}
+      ]
+    },
+    "row": {"type": "spacer"},
+    "spare": {"type": "spacer"}
+  }
+}
+)";
+constexpr std::string_view tint = "{\n  \"tint\": \"#FF112233\"\n}\n";
+
+/// Compares with tests/cli/check/NAME, or writes it.
+void expectGolden(const std::string& name, const std::string& text) {
+    const std::string path = std::string(TAVRIN_SOURCE_DIR) + "/tests/cli/check/" + name;
+    if (const char* const update = std::getenv("TAVRIN_UPDATE_GOLDENS"); update && *update) std::ofstream(path) << text;
+    std::ifstream file(path);
+    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(file), {})) << path;
+}
+
+class Check : public ::testing::Test {
+protected:
+    Check() {
+        place.write("a.json", doubtful);
+        place.write("m.json", tint);
+    }
+
+    [[nodiscard]] Finished check(std::vector<std::string> more) const {
+        more.insert(more.begin(), {"check", "a.json", "--model", "m.json"});
+        return place.run(more);
+    }
+
+    const Workplace place;
+};
+
+TEST_F(Check, WritesWarningsAsCompilersDo) {
+    const Finished finished = check({});
+    EXPECT_EQ(finished.status, 0) << "a warning is no failure";
+    EXPECT_EQ(finished.out, "");
+    expectGolden("text.txt", finished.err);
+    EXPECT_EQ(check({"--errors", "json"}).err, "") << "warnings come as text only";
+    EXPECT_THAT(check({"--notes"}).err,
+                HasSubstr("a.json:13:5: note: the node \"spare\" is never drawn [unused-node]"));
+}
+
+TEST_F(Check, WritesForOtherPrograms) {
+    for (const std::string format : {"json", "sarif", "github"}) {
+        SCOPED_TRACE(format);
+        const Finished finished = check({"--format", format, "--notes"});
+        EXPECT_EQ(finished.status, 0);
+        EXPECT_EQ(finished.err, "");
+        expectGolden(format + ".txt", finished.out);
+    }
+}
+
+const JSON& at(const JSON& value, const std::vector<JSONKey>& path) {
+    static const JSON none;
+    const JSON* const found = ModelContext::getValueFrom(path, value);
+    return found ? *found : none;
+}
+
+const JSON& at(const JSON& value, const char* key) { return at(value, {JSONKey(key)}); }
+
+std::size_t sizeOf(const JSON& list) { return std::get<JSONArray>(list.object()).size(); }
+
+TEST_F(Check, SarifHangsTogether) {
+    const JSON log = JSON::parse(check({"--format", "sarif"}).out);
+    EXPECT_EQ(at(log, "version").description(), "2.1.0");
+    const JSON& run = at(log, {JSONKey("runs"), JSONKey(std::int64_t{0})});
+    const auto& rules = std::get<JSONArray>(at(run, {JSONKey("tool"), JSONKey("driver"), JSONKey("rules")}).object());
+    EXPECT_GT(rules.size(), 20u);
+    ASSERT_EQ(sizeOf(at(run, "results")), 4u);
+    for (const JSON& result : std::get<JSONArray>(at(run, "results").object())) {
+        const std::string id = at(result, "ruleId").description();
+        SCOPED_TRACE(id);
+        EXPECT_TRUE(std::any_of(rules.begin(), rules.end(),
+                                [&](const JSON& rule) { return at(rule, "id").description() == id; }));
+        EXPECT_EQ(at(result, "level").description(), "warning");
+        EXPECT_NE(at(result, {JSONKey("message"), JSONKey("text")}).description(), "");
+        const JSON& place = at(result, {JSONKey("locations"), JSONKey(std::int64_t{0}), JSONKey("physicalLocation")});
+        EXPECT_THAT(at(place, {JSONKey("artifactLocation"), JSONKey("uri")}).description(),
+                    ::testing::AnyOf("a.json", "m.json"));
+        for (const char* edge : {"startLine", "startColumn", "endLine", "endColumn"})
+            EXPECT_TRUE(std::holds_alternative<std::int64_t>(at(place, {JSONKey("region"), JSONKey(edge)}).object()))
+                << edge;
+        if (id != "unknown-key") continue;
+        const JSON& change = at(
+            result, {JSONKey("fixes"), JSONKey(std::int64_t{0}), JSONKey("artifactChanges"), JSONKey(std::int64_t{0})});
+        EXPECT_EQ(at(change, {JSONKey("artifactLocation"), JSONKey("uri")}).description(), "a.json");
+        EXPECT_EQ(
+            at(change, {JSONKey("replacements"), JSONKey(std::int64_t{0}), JSONKey("insertedContent"), JSONKey("text")})
+                .description(),
+            "\"fontSize\"");
+        EXPECT_EQ(at(change, {JSONKey("replacements"), JSONKey(std::int64_t{0}), JSONKey("deletedRegion"),
+                              JSONKey("startLine")})
+                      .description(),
+                  "7");
+    }
+}
+
+TEST_F(Check, FailsOnWarningsWhereItIsStrict) {
+    EXPECT_EQ(check({"--strict"}).status, 1);
+    place.write("a.json", hello);
+    EXPECT_EQ(check({"--strict"}).status, 0);
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}, "b": {"type": "spacer"}}})");
+    EXPECT_EQ(check({"--strict", "--notes"}).status, 0) << "a note is none";
+}
+
+TEST_F(Check, FixesInPlace) {
+    const mode_t mode = 0640;
+    ASSERT_EQ(::chmod(place.path("a.json").c_str(), mode), 0);
+    const Finished finished = check({"--fix"});
+    EXPECT_EQ(finished.status, 0);
+    std::string fixed(doubtful);
+    fixed.replace(fixed.find("fontsize"), 8, "fontSize");
+    fixed.replace(fixed.find("Bold"), 4, "bold");
+    EXPECT_EQ(place.read("a.json"), fixed);
+    EXPECT_EQ(place.read("m.json"), tint) << "only documents are changed";
+    EXPECT_THAT(finished.err, StartsWith("a.json:7:49: fixed: unknown key \"fontsize\" in text; did you mean"));
+    EXPECT_THAT(finished.err, HasSubstr("a.json:8:41: warning: a reference's own modifiers"));
+    struct stat status {};
+    ASSERT_EQ(::stat(place.path("a.json").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, mode);
+    EXPECT_THAT(place.files(), ElementsAre("a.json", "m.json"));
+    const Finished again = check({"--fix"});
+    EXPECT_EQ(again.err.find("fixed:"), std::string::npos);
+}
+
+TEST_F(Check, FixesErrorsOneAfterTheOther) {
+    place.write(
+        "a.json",
+        R"({"version": "1.0", "nodes": {"main": {"type": "vstak", "children": [{"type": "txt", "contents": 1}]}}})");
+    const Finished finished = check({"--fix"});
+    EXPECT_EQ(
+        place.read("a.json"),
+        R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "text", "content": 1}]}}})");
+    EXPECT_EQ(finished.status, 0);
+}
+
+TEST_F(Check, LeavesOutAFixThatWouldDoHarm) {
+    constexpr std::string_view harmful =
+        R"({"version": "1.0", "nodes": {"main": {"type": "progressView", "style": "linear", "value": 1, "lineWidth": 1, "colour": "red"}}})";
+    place.write("a.json", harmful);
+    const Finished finished = check({"--fix"});
+    EXPECT_EQ(finished.status, 0);
+    std::string raised(harmful);
+    raised.replace(raised.find("1.0"), 3, "1.1");
+    EXPECT_EQ(place.read("a.json"), raised) << "the key is left: a colour is no text";
+    EXPECT_THAT(finished.err, HasSubstr("warning: unknown key \"colour\""));
+}
+
+TEST_F(Check, ErrorsComeLastAndAsEver) {
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "text", "contents": 1}}})");
+    const Finished text = check({});
+    EXPECT_EQ(text.status, 1);
+    EXPECT_THAT(text.err, StartsWith("a.json:1:55: warning: unknown key \"contents\""));
+    EXPECT_THAT(text.err, HasSubstr("a.json:1:38: error: "));
+    for (const char* format : {"text", "json", "sarif", "github"})
+        EXPECT_EQ(errorText(check({"--errors", "json", "--format", format}), "kind"), "keyNotFound");
+}
+
+TEST_F(Check, LooksAtAllFamiliesAndAppearances) {
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello to everyone",
+        "fontSize": 20, "modifiers": [{"type": "frame", "width": 300, "height": 30},
+        {"type": "foregroundColor", "color": {"value": "#DDDDDD"}}]}}})");
+    EXPECT_THAT(check({}).err, HasSubstr("(systemMedium; light)"));
+    EXPECT_EQ(check({"--appearance", "dark"}).err, "");
+    EXPECT_EQ(check({"--appearances", "dark"}).err, "");
+    EXPECT_THAT(check({"--families", "systemSmall,systemLarge"}).err, HasSubstr("(systemSmall, systemLarge; light)"));
+    EXPECT_THAT(check({"--families", "all"}).err,
+                HasSubstr("accessoryCircular, accessoryRectangular, accessoryInline"));
+    EXPECT_THAT(check({"--size", "200x100"}).err, HasSubstr("(200x100; light)"));
+}
+
+TEST_F(Check, ManyDocumentsKeepTheirOrder) {
+    std::vector<std::string> words{"check", "--model", "m.json", "--format", "github"};
+    for (int i = 0; i < 40; ++i) {
+        const std::string name = std::to_string(i) + ".json";
+        place.write(name, i % 2 == 0 ? doubtful : hello);
+        words.push_back(name);
+    }
+    const Finished finished = place.run(words);
+    EXPECT_EQ(finished.status, 0);
+    std::size_t before = 0;
+    for (int i = 0; i < 40; i += 2) {
+        const std::size_t found = finished.out.find("file=" + std::to_string(i) + ".json");
+        ASSERT_NE(found, std::string::npos);
+        EXPECT_GE(found, before);
+        before = found;
+    }
+}
+
+TEST_F(Check, SaysWhatItCannotReadOrWrite) {
+    EXPECT_EQ(errorText(place.run({"check", "gone.json", "--errors", "json"}), "type"), "IOError");
+    const Finished json = place.run({"check", "gone.json", "a.json", "--format", "json"});
+    EXPECT_EQ(json.status, 1);
+    EXPECT_THAT(json.out, HasSubstr("cannot read 'gone.json'"));
+}
+
+}  // namespace
+}  // namespace tavrin::cli

@@ -1,0 +1,160 @@
+#include "tavrin/diagnostics/diagnose.h"
+
+#include <set>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/diagnostics/diagnosed.h"
+
+namespace tavrin {
+namespace {
+
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+
+TEST(Diagnose, SaysWhatLoadingRefuses) {
+    const struct {
+        const char* why;
+        const char* document;
+        const char* model;
+        std::vector<std::string> found;
+    } rows[] = {
+        {"no JSON", "{\n  \"version\" 1}", "{}", {"error not-json "}},
+        {"nothing", "", "{}", {"error not-json "}},
+        {"another value", "[]", "{}", {"error wrong-type "}},
+        {"a number", "5", "{}", {"error wrong-type "}},
+        {"no nodes", R"({"version": "1.0"})", "{}", {"error missing-key "}},
+        {"no main node", R"({"version": "1.0", "nodes": {}})", "{}", {"error refused "}},
+        {"a word", R"({"version": "2.0", "nodes": {}})", "{}", {"error unknown-word version"}},
+        {"a model that is none",
+         R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})",
+         "{",
+         {"error not-json model:"}},
+        {"a text for a number",
+         R"({"version": "1.0", "nodes": {"main": {"type": "spacer", "modifiers": [{"type": "opacity", "opacity": "a"}]}}})",
+         "{}",
+         {"error unreadable-value nodes.main.modifiers[0].opacity"}},
+        {"a circle of references",
+         R"({"version": "1.0", "nodes": {"main": {"type": "node", "name": "a"}, "a": {"type": "node", "name": "a"}}})",
+         "{}",
+         {"error refused nodes.a"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const auto found = diagnose(row.document, row.model, quietOptions());
+        EXPECT_THAT(linesOf(found), ElementsAreArray(row.found));
+        EXPECT_TRUE(!found.empty() && found.front().cause);
+    }
+}
+
+TEST(Diagnose, KnowsPlacesInCodePoints) {
+    const auto found = diagnose("{\"version\": \"1.0\", \"nodes\": {\n\"main\": {\"ü\": 1, \"type\": \"spacer\", \"é\n",
+                                std::nullopt, quietOptions());
+    ASSERT_EQ(found.size(), 1u);  // not JSON
+    const std::string document =
+        "{\"version\": \"1.0\", \"nodes\": {\n  \"main\": {\"üü\": 1, \"type\": \"text\", \"contents\": "
+        "\"a\",\n\"content\": 3}}}";
+    const auto keys = diagnose(document, std::nullopt, quietOptions());
+    ASSERT_THAT(linesOf(keys), ElementsAreArray({R"(warning unknown-key nodes.main["üü"])",
+                                                 "warning unknown-key nodes.main.contents"}));
+    const TextRange& range = *keys[1].range;
+    EXPECT_EQ(range.begin, placeAt(document, document.find("\"contents\"")));
+    EXPECT_EQ(range.begin.line, 2u);
+    EXPECT_EQ(range.begin.column, 37u);
+    EXPECT_EQ(range.end.column, 47u);
+    EXPECT_EQ(document.substr(range.begin.offset, range.end.offset - range.begin.offset), "\"contents\"");
+}
+
+TEST(Diagnose, MakesOnlySoMany) {
+    DiagnoseOptions options = quietOptions();
+    options.maximumDiagnostics = 3;
+    std::string keys;
+    for (int i = 0; i < 9; ++i) keys += ", \"key" + std::to_string(i) + "\": 0";
+    const auto found = diagnose(documentOf("{\"type\": \"spacer\"" + keys + "}"), std::nullopt, options);
+    EXPECT_LE(found.size(), 4u);
+}
+
+TEST(Diagnose, IsLinearInTheDocument) {
+    std::string children;
+    for (int i = 0; i < 20'000; ++i)
+        children += R"({"type": "text", "content": "{{initServerParam.a}}", "fontsize": 1, "fontWeight": "Bold"},)";
+    const std::string document =
+        documentOf("{\"type\": \"zstack\", \"children\": [" + children + "{\"type\": \"spacer\"}]}");
+    DiagnoseOptions options = quietOptions();
+    options.rooms = {};
+    EXPECT_GE(diagnose(document, R"({"a": 1})", options).size(), 1000u);
+    // A quadratic step would take minutes; ctest ends it.
+}
+
+TEST(Diagnose, IsWrittenAsJSON) {
+    const auto found =
+        diagnose(documentOf(R"({"type": "text", "content": "a", "fontsize": 12})"), std::nullopt, quietOptions());
+    EXPECT_EQ(
+        toJSON(found),
+        R"([{"severity":"warning","code":"unknown-key","message":"unknown key \"fontsize\" in text; did you mean \"fontSize\"?",)"
+        R"("role":"document","path":["nodes","main","fontsize"],"range":{"line":1,"column":71,"endLine":1,"endColumn":81,"offset":70,"endOffset":80},)"
+        R"("fix":[{"line":1,"column":71,"endLine":1,"endColumn":81,"offset":70,"endOffset":80,"text":"\"fontSize\""}]}])");
+    EXPECT_EQ(toJSON({}), "[]");
+}
+
+TEST(Diagnose, RulesAreListedOnce) {
+    std::set<std::string_view> codes;
+    for (const DiagnosticRule& rule : diagnosticRules()) {
+        EXPECT_TRUE(codes.insert(rule.code).second) << rule.code;
+        EXPECT_TRUE(rule.summary.ends_with('.')) << rule.code;
+    }
+    EXPECT_EQ(&info(Rule::notLookedAt), &diagnosticRules().back());
+    EXPECT_EQ(info(Rule::unknownKey).code, "unknown-key");
+    EXPECT_EQ(info(Rule::lowContrast).code, "low-contrast");
+}
+
+TEST(DiagnoseThreads, ShareNothing) {
+    const std::string document = documentOf(
+        R"({"type": "text", "content": "Hello", "fontsize": 3, "modifiers": [{"type": "foregroundColor", "color": {"value": "#DDDDDD"}}]})");
+    std::vector<std::string> results(4);
+    std::vector<std::thread> threads;
+    for (std::string& result : results)
+        threads.emplace_back([&] { result = toJSON(diagnose(document, std::nullopt, quietOptions())); });
+    for (std::thread& thread : threads) thread.join();
+    for (const std::string& result : results) EXPECT_EQ(result, results.front());
+    EXPECT_THAT(results.front(), HasSubstr("low-contrast"));
+}
+
+TEST(Fixes, ThatContradictEachOtherAreLeftOut) {
+    const auto edit = [](std::size_t begin, std::size_t end, const char* text) {
+        TextEdit made{{}, text};
+        made.range.begin.offset = begin;
+        made.range.end.offset = end;
+        return made;
+    };
+    const auto fixing = [](std::vector<TextEdit> edits) {
+        Diagnostic diagnostic;
+        diagnostic.fix = std::move(edits);
+        return diagnostic;
+    };
+    const struct {
+        const char* why;
+        std::vector<Diagnostic> diagnostics;
+        const char* text;
+        std::vector<std::size_t> fixed;
+    } rows[] = {
+        {"none", {}, "0123456789", {}},
+        {"side by side", {fixing({edit(2, 4, "b")}), fixing({edit(0, 2, "a")})}, "ab456789", {0, 1}},
+        {"one over the other", {fixing({edit(2, 5, "b")}), fixing({edit(4, 6, "c")})}, "01b56789", {0}},
+        {"the same twice", {fixing({edit(2, 5, "b")}), fixing({edit(2, 5, "b"), edit(9, 10, "")})}, "01b5678", {0, 1}},
+        {"all or nothing", {fixing({edit(2, 5, "b")}), fixing({edit(0, 1, "a"), edit(3, 4, "c")})}, "01b56789", {0}},
+        {"past the end", {fixing({edit(9, 11, "b")})}, "0123456789", {}},
+        {"put in between", {fixing({edit(3, 3, "x")}), fixing({edit(3, 3, "y")})}, "012x3456789", {0}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const FixedText made = applyFixes("0123456789", row.diagnostics);
+        EXPECT_EQ(made.text, row.text);
+        EXPECT_EQ(made.fixed, row.fixed);
+    }
+}
+
+}  // namespace
+}  // namespace tavrin

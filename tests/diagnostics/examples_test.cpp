@@ -1,0 +1,52 @@
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/diagnostics/diagnosed.h"
+
+namespace tavrin {
+namespace {
+
+using std::filesystem::path;
+
+std::string contents(const path& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The families that an example is meant for.
+std::vector<DiagnosedRoom> roomsOf(const path& example) {
+    std::vector<DiagnosedRoom> rooms;
+    std::istringstream names(contents(example / "families.txt"));
+    for (std::string name; names >> name;)
+        if (const auto family = widgetFamily(name)) rooms.push_back({name, *widgetSize(*family, {390, 844})});
+    return rooms;
+}
+
+/// White on colours, as on the phone: chosen for their looks.
+bool isChosen(const Diagnostic& found) { return found.code == "low-contrast" || found.severity == Severity::note; }
+
+TEST(Examples, AreClean) {
+    int examples = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(path(TAVRIN_SOURCE_DIR) / "examples")) {
+        if (!exists(entry.path() / "document.json")) continue;
+        SCOPED_TRACE(entry.path().filename());
+        ++examples;
+        DiagnoseOptions options = quietOptions();
+        options.rooms = roomsOf(entry.path());
+        ASSERT_FALSE(options.rooms.empty());
+        options.date = Date::parseRFC3339("2026-11-21T12:00:00Z");
+        if (exists(entry.path() / "pictures")) options.imageCacheDir = URL::fileURL(entry.path() / "pictures");
+        auto found = diagnose(contents(entry.path() / "document.json"), contents(entry.path() / "model.json"), options);
+        std::erase_if(found, isChosen);
+        EXPECT_EQ(toJSON(found), "[]");
+    }
+    EXPECT_GT(examples, 10);
+}
+
+}  // namespace
+}  // namespace tavrin
