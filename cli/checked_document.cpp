@@ -15,6 +15,8 @@ DiagnoseOptions optionsOf(const Arguments& arguments) {
     options.rooms = arguments.check.rooms;
     options.appearances = arguments.check.appearances;
     options.scale = arguments.options.scale;
+    const WidgetBackground& background = arguments.options.background;
+    if (background.kind == WidgetBackground::Kind::color) options.background = background.color;
     options.date = arguments.options.environment.date;
     options.timeZone = arguments.options.environment.timeZone;
     if (arguments.imageCacheDir) options.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);

@@ -111,7 +111,7 @@ const std::vector<OptionInfo>& options() {
         {"--offline", "", laidOut, "Fetch nothing: short for --fetch none"},
         {"--background",
          "COLOR|none|auto",
-         onlyRender,
+         onlyRender.with(Verb::check),
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
          Completes::words,
          {"auto", "none"}},

@@ -28,8 +28,8 @@ MAY_INCLUDE = {
     "tavrin/images": NODES_BELOW,
     "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
     "tavrin/schema": ["tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW],
-    "tavrin/diagnostics": ["tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT,
-                           PAINT, TEXT],
+    "tavrin/diagnostics": ["tavrin/schema", "tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes",
+                           *NODES_BELOW, LAYOUT, PAINT, TEXT],
     "tavrin/tavrin.h": ["tavrin"],
     "cli": ["tavrin"],
 }

@@ -98,6 +98,7 @@ private:
     void draw(const AnyView& view, const Context& context, const DiagnosedRoom& room, Appearance appearance,
               DrawnFindings& findings) {
         RenderOptions options{.size = room.size, .scale = options_.scale};
+        if (options_.background) options.background = {WidgetBackground::Kind::color, *options_.background};
         options.environment.appearance = appearance;
         options.environment.date = *context.date;
         options.environment.timeZone = *context.timeZone;

@@ -31,6 +31,8 @@ struct DiagnoseOptions {
     std::vector<Appearance> appearances = {Appearance::light, Appearance::dark};
     /// Pixels for each point.
     double scale = 3;
+    /// What lies behind the widget; absent: the platform's own.
+    std::optional<Color> background = std::nullopt;
     /// The moment that is drawn; absent: now.
     std::optional<Date> date = std::nullopt;
     /// The device's time zone; absent: the process's.

@@ -7,14 +7,9 @@
 #include "tavrin/dsl/type_tags.h"
 
 namespace tavrin {
-
-using diagnostics::documentLanguage;
-using diagnostics::Language;
-using diagnostics::LanguageField;
-using diagnostics::LanguageRecord;
-using diagnostics::ValueKind;
-
 namespace {
+
+bool isRecord(ValueKind kind) { return kind == ValueKind::nodeRecord || kind == ValueKind::part; }
 
 const LanguageRecord* find(const std::vector<LanguageRecord>& records, std::string_view name) {
     const auto found =
@@ -39,7 +34,7 @@ const LanguageField* findField(const LanguageRecord& record, std::string_view ke
 /// An object that is to be read as a record.
 struct WrittenDocument::Pending {
     Index object;
-    ValueKind kind;              // node, modifier or record
+    ValueKind kind;              // node, modifier or one of the records
     const LanguageRecord* type;  // of a record
     Index entry;
 };
@@ -47,7 +42,7 @@ struct WrittenDocument::Pending {
 WrittenDocument::WrittenDocument(std::string_view text) : outline_(text) {
     recordByObject_.resize(outline_.values().size());
     drawn_.resize(outline_.values().size());
-    std::vector<Pending> pending{{0, ValueKind::record, &documentLanguage().document, 0}};
+    std::vector<Pending> pending{{0, ValueKind::part, &documentLanguage().document, 0}};
     while (!pending.empty()) {
         const Pending next = pending.back();
         pending.pop_back();
@@ -61,7 +56,7 @@ WrittenDocument::WrittenDocument(std::string_view text) : outline_(text) {
 void WrittenDocument::read(const Pending& pending, std::vector<Pending>& more) {
     if (outline_.values().empty() || outline_[pending.object].end == 0 || !outline_.isObject(pending.object)) return;
     WrittenRecord record{.object = pending.object, .type = pending.type, .entry = pending.entry};
-    if (pending.kind != ValueKind::record) {
+    if (!isRecord(pending.kind)) {
         outline_.forEachChild(pending.object, [&](Index member) {
             if (!record.tag && outline_.key(member) == "type") record.tag = member;
         });
@@ -94,7 +89,7 @@ void WrittenDocument::readValue(const LanguageField& field, Index value, Index e
         const bool isKeyword = field.kind == ValueKind::keyword && !field.isLossless;
         if (field.kind == ValueKind::node || field.kind == ValueKind::modifier)
             more.push_back({one, field.kind, nullptr, inEntry});
-        else if (field.kind == ValueKind::record)
+        else if (isRecord(field.kind))
             more.push_back({one, field.kind, findHeld(field.record), inEntry});
         else if (isKeyword && outline_.isString(one) &&
                  std::find(field.words.begin(), field.words.end(), outline_.string(one)) == field.words.end())

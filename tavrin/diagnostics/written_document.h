@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tavrin/diagnostics/language.h"
 #include "tavrin/json/json_outline.h"
+#include "tavrin/schema/language.h"
 
 namespace tavrin {
 
@@ -16,7 +16,7 @@ namespace tavrin {
 struct WrittenMember {
     JSONOutline::Index value = 0;
     /// What the key takes; null for a key that the record has not.
-    const diagnostics::LanguageField* field = nullptr;
+    const LanguageField* field = nullptr;
     /// Whether the same key stands before it, and counts.
     bool isRepeated = false;
 };
@@ -24,7 +24,7 @@ struct WrittenMember {
 /// A document, a node, a modifier or a part of one where it is written.
 struct WrittenRecord {
     JSONOutline::Index object = 0;
-    const diagnostics::LanguageRecord* type = nullptr;
+    const LanguageRecord* type = nullptr;
     /// Where its "type" is written; absent where it has none.
     std::optional<JSONOutline::Index> tag = std::nullopt;
     /// The named node that it stands in; 0 for the document itself.
@@ -64,7 +64,7 @@ private:
 
     void read(const Pending& pending, std::vector<Pending>& more);
     void readMembers(WrittenRecord& record, std::vector<Pending>& more);
-    void readValue(const diagnostics::LanguageField& field, Index value, Index entry, std::vector<Pending>& more);
+    void readValue(const LanguageField& field, Index value, Index entry, std::vector<Pending>& more);
     void findDrawn();
 
     JSONOutline outline_;

@@ -165,7 +165,8 @@ TEST_F(Check, FixesErrorsOneAfterTheOther) {
 
 TEST_F(Check, LeavesOutAFixThatWouldDoHarm) {
     constexpr std::string_view harmful =
-        R"({"version": "1.0", "nodes": {"main": {"type": "progressView", "style": "linear", "value": 1, "lineWidth": 1, "colour": "red"}}})";
+        R"({"version": "1.0", "nodes": {"main": {"type": "progressView", "style": "linear", "value": 1,
+            "lineWidth": 1, "colour": "red"}}})";
     place.write("a.json", harmful);
     const Finished finished = check({"--fix"});
     EXPECT_EQ(finished.status, 0);
@@ -195,6 +196,7 @@ TEST_F(Check, LooksAtAllFamiliesAndAppearances) {
     EXPECT_THAT(check({"--families", "systemSmall,systemLarge"}).err, HasSubstr("(systemSmall, systemLarge; light)"));
     EXPECT_THAT(check({"--families", "all"}).err,
                 HasSubstr("accessoryCircular, accessoryRectangular, accessoryInline"));
+    EXPECT_EQ(check({"--background", "#000000"}).err, "");
     EXPECT_THAT(check({"--size", "200x100"}).err, HasSubstr("(200x100; light)"));
 }
 

@@ -23,44 +23,56 @@ TEST(DrawnTexts, ThatAreCutOffOrUnreadable) {
          R"({"type": "text", "content": "many words in large letters", "fontSize": 80})",
          {"warning truncated-text nodes.main"}},
         {"limited by its author",
-         R"({"type": "text", "content": "many words in large letters", "fontSize": 40, "modifiers": [{"type": "lineLimit", "number": 1}]})",
+         R"({"type": "text", "content": "many words in large letters", "fontSize": 40, "modifiers": [
+            {"type": "lineLimit", "number": 1}]})",
          {"note truncated-text nodes.main"}},
         {"reaches past the widget",
          R"({"type": "text", "content": "Hello", "modifiers": [{"type": "offset", "x": 160, "y": 0}]})",
          {"warning clipped-text nodes.main"}},
         {"is clipped",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "frame", "width": 60, "height": 20}, {"type": "offset", "x": 20, "y": 0}, {"type": "clipped"}]})",
+         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "frame", "width": 60, "height": 20},
+            {"type": "offset", "x": 20, "y": 0}, {"type": "clipped"}]})",
          {"warning clipped-text nodes.main"}},
         {"is not on the widget at all",
          R"({"type": "text", "content": "Hello", "modifiers": [{"type": "offset", "x": 900, "y": 0}]})",
          {}},
         {"pale on white, and on nearly black well",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor", "color": {"value": "#DDDDDD"}}]})",
+         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#DDDDDD"}}]})",
          {"warning low-contrast nodes.main"}},
         {"the colour of what is behind it",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor", "color": {"value": "#FFFFFF", "dark": "#1C1C1E"}}]})",
+         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#FFFFFF", "dark": "#1C1C1E"}}]})",
          {"warning low-contrast nodes.main"}},
         {"gray, but large",
-         R"({"type": "text", "content": "Hello", "fontSize": 30, "modifiers": [{"type": "foregroundColor", "color": {"value": "#8A8A8A"}}]})",
+         R"({"type": "text", "content": "Hello", "fontSize": 30, "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#8A8A8A"}}]})",
          {}},
         {"gray and small",
-         R"({"type": "text", "content": "Hello", "fontSize": 12, "modifiers": [{"type": "foregroundColor", "color": {"value": "#8A8A8A"}}]})",
+         R"({"type": "text", "content": "Hello", "fontSize": 12, "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#8A8A8A"}}]})",
          {"warning low-contrast nodes.main"}},
         {"faded",
          R"({"type": "text", "content": "Hello", "modifiers": [{"type": "opacity", "opacity": 0.3}]})",
          {"warning low-contrast nodes.main"}},
         {"faded away", R"({"type": "text", "content": "Hello", "modifiers": [{"type": "opacity", "opacity": 0}]})", {}},
         {"behind something",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "overlay", "view": {"type": "color", "value": "#334455"}}]})",
+         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "overlay", "view": {"type": "color",
+            "value": "#334455"}}]})",
          {}},
         {"white on a dark shape",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor", "color": {"value": "#FFFFFF"}}, {"type": "padding", "length": 4}, {"type": "background", "view": {"type": "color", "value": "#003355"}}]})",
+         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#FFFFFF"}}, {"type": "padding", "length": 4}, {"type": "background",
+            "view": {"type": "color", "value": "#003355"}}]})",
          {}},
         {"white where a gradient turns white",
-         R"({"type": "text", "content": "from here to over there", "modifiers": [{"type": "foregroundColor", "color": {"value": "#FFFFFF"}}, {"type": "background", "view": {"type": "color", "gradient": true, "start": "leading", "end": "trailing", "value": "#000000-#FFFFFF"}}]})",
+         R"({"type": "text", "content": "from here to over there", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#FFFFFF"}}, {"type": "background", "view": {"type": "color", "gradient": true,
+            "start": "leading", "end": "trailing", "value": "#000000-#FFFFFF"}}]})",
          {"warning low-contrast nodes.main"}},
         {"emoji have their own colours",
-         R"({"type": "text", "content": "🍋", "modifiers": [{"type": "foregroundColor", "color": {"value": "#FFFFFF"}}]})",
+         R"({"type": "text", "content": "🍋", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#FFFFFF"}}]})",
          {}},
         {"a frame that contradicts itself",
          R"({"type": "spacer", "modifiers": [{"type": "frame", "minWidth": 9, "maxWidth": 5}]})",
@@ -76,7 +88,8 @@ TEST(DrawnTexts, AreFoundOnceForAllRoomsAndUses) {
     DiagnoseOptions options = quietOptions();
     options.rooms = {{"small", {100, 60}}, {"large", {900, 300}}, {"tiny", {60, 40}}};
     const auto found = diagnose(
-        R"({"version": "1.0", "nodes": {"main": {"type": "zstack", "children": [{"type": "node", "name": "a"}, {"type": "node", "name": "a"}]},
+        R"({"version": "1.0", "nodes": {"main": {"type": "zstack", "children": [{"type": "node", "name": "a"},
+            {"type": "node", "name": "a"}]},
             "a": {"type": "text", "content": "words that need their room here", "fontSize": 20}}})",
         std::nullopt, options);
     ASSERT_THAT(linesOf(found), ElementsAreArray({"warning truncated-text nodes.a"}));
@@ -86,11 +99,15 @@ TEST(DrawnTexts, AreFoundOnceForAllRoomsAndUses) {
 
 TEST(DrawnTexts, NameTheAppearanceThatTheyAreUnreadableIn) {
     const std::string document = documentOf(
-        R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor", "color": {"value": "#DDDDDD"}}]})");
+        R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor",
+            "color": {"value": "#DDDDDD"}}]})");
     const auto found = diagnose(document, std::nullopt, quietOptions());
     ASSERT_EQ(found.size(), 1u);
     EXPECT_EQ(found.front().message,
               "\"Hello\" has a contrast of 1.3:1 with what lies behind it; 4.5:1 is wanted (systemMedium; light)");
+    DiagnoseOptions onBlack = quietOptions();
+    onBlack.background = Color::rgb(0, 0, 0);
+    EXPECT_THAT(diagnose(document, std::nullopt, onBlack), ::testing::IsEmpty());
     DiagnoseOptions dark = quietOptions();
     dark.appearances = {Appearance::dark};
     EXPECT_THAT(diagnose(document, std::nullopt, dark), ::testing::IsEmpty());

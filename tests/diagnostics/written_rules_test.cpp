@@ -60,7 +60,8 @@ TEST(UnknownKeys, AreFoundWithTheKeyThatWasMeant) {
          R"({"type": "spacer", "opacity": 0.5, "modifiers": []})",
          {"warning unknown-key nodes.main.opacity"}},
         {"in an attachment",
-         R"({"type": "progressView", "style": "linear", "value": 1, "lineWidth": 2, "attachment": {"position": "top", "view": {"type": "spacer"}, "views": 1}})",
+         R"({"type": "progressView", "style": "linear", "value": 1, "lineWidth": 2, "attachment": {"position": "top",
+            "view": {"type": "spacer"}, "views": 1}})",
          {"warning unknown-key nodes.main.attachment.views"}},
         {"in a colour",
          R"({"type": "circle", "fillColor": {"type": "color", "value": "#112233", "drak": "#000000"}})",
@@ -115,7 +116,8 @@ TEST(DroppedValues, OfOptionalProperties) {
          R"({"type": "spacer", "modifiers": [{"type": "lineLimit", "number": 1.5}]})",
          {"warning dropped-value nodes.main.modifiers[0].number"}},
         {"readable ones",
-         R"({"type": "text", "content": "a", "fontSize": "12", "fontWeight": null, "modifiers": [{"type": "frame", "maxWidth": "infinity"}, {"type": "lineLimit", "number": 2.0}]})",
+         R"({"type": "text", "content": "a", "fontSize": "12", "fontWeight": null, "modifiers": [{"type": "frame",
+            "maxWidth": "infinity"}, {"type": "lineLimit", "number": 2.0}]})",
          {}},
         {"from a model",
          R"({"type": "text", "content": "a", "fontWeight": "{{initServerParam.w}}"})",
@@ -177,10 +179,12 @@ TEST(Expressions, ThatNoModelHas) {
 TEST(Expressions, ThatTheModelLacks) {
     const Row rows[] = {
         {"all of them",
-         R"({"type": "vstack", "children": [{"type": "text", "content": "{{initServerParam.titel}}"}, {"type": "text", "content": "{{initServerParam.xyz}}"}]})",
+         R"({"type": "vstack", "children": [{"type": "text", "content": "{{initServerParam.titel}}"},
+            {"type": "text", "content": "{{initServerParam.xyz}}"}]})",
          {"error unresolved-expression nodes.main.children[0].content",
           "error unresolved-expression nodes.main.children[1].content"},
-         R"({"type": "vstack", "children": [{"type": "text", "content": "{{initServerParam.title}}"}, {"type": "text", "content": "{{initServerParam.xyz}}"}]})",
+         R"({"type": "vstack", "children": [{"type": "text", "content": "{{initServerParam.title}}"},
+            {"type": "text", "content": "{{initServerParam.xyz}}"}]})",
          R"({"title": "a"})"},
         {"not a number",
          R"({"type": "spacer", "modifiers": [{"type": "opacity", "opacity": "{{initServerParam.title}}"}]})",
@@ -224,7 +228,8 @@ TEST(Expressions, SayHowFarTheyLead) {
 
 TEST(Expressions, OfNodesThatAreNotDrawnOnlyWarn) {
     const auto found = diagnose(
-        R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}, "a": {"type": "text", "content": "{{initServerParam.x}}"}}})",
+        R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}, "a": {"type": "text",
+            "content": "{{initServerParam.x}}"}}})",
         "{}", quietOptions());
     EXPECT_THAT(linesOf(found),
                 ElementsAreArray({"note unused-node nodes.a", "warning unresolved-expression nodes.a.content"}));
@@ -256,7 +261,8 @@ TEST(Colors, ThatReadOddly) {
          R"({"type": "color", "value": "#112233", "dark": "black"})",
          {"warning odd-color nodes.main.dark"}},
         {"a border's",
-         R"({"type": "spacer", "modifiers": [{"type": "border", "width": 1, "color": "red", "colorNode": {"value": "#112233"}}]})",
+         R"({"type": "spacer", "modifiers": [{"type": "border", "width": 1, "color": "red",
+            "colorNode": {"value": "#112233"}}]})",
          {"warning odd-color nodes.main.modifiers[0].color"}},
         {"good ones", R"({"type": "color", "value": "#50112233", "dark": " 112233 "})", {}},
         {"refused ones say so themselves", R"({"type": "color", "value": "red"})", {"error refused nodes.main"}},
@@ -281,7 +287,8 @@ TEST(Colors, ThatReadOddly) {
 
 TEST(References, ModifiersAreNotApplied) {
     const auto found = diagnose(
-        R"({"version": "1.0", "nodes": {"main": {"type": "node", "name": "a", "modifiers": [{"type": "clipped"}]}, "a": {"type": "node", "name": "b", "modifiers": []}, "b": {"type": "spacer"}}})",
+        R"({"version": "1.0", "nodes": {"main": {"type": "node", "name": "a", "modifiers": [{"type": "clipped"}]},
+            "a": {"type": "node", "name": "b", "modifiers": []}, "b": {"type": "spacer"}}})",
         std::nullopt, quietOptions());
     EXPECT_THAT(linesOf(found), ElementsAreArray({"warning reference-modifiers nodes.main.modifiers"}));
 }

@@ -5,9 +5,6 @@
 
 namespace tavrin {
 
-using diagnostics::LanguageField;
-using diagnostics::ValueKind;
-
 namespace {
 
 constexpr std::string_view truths[] = {"true", "false"};

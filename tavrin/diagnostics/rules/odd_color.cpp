@@ -25,7 +25,7 @@ bool areDigits(std::string_view text, std::string_view digits) {
 std::string inPercent(std::string_view digits) {
     const int alpha = std::stoi(std::string(digits.substr(0, alphaDigits)), nullptr, 16);
     const long percent = std::lround(alpha / 255.0 * 100);
-    const std::string rgb(digits.substr(alphaDigits));
+    std::string rgb(digits.substr(alphaDigits));
     if (percent >= 100) return rgb;
     return (percent < 10 ? "0" : "") + toText(static_cast<std::int64_t>(percent)) + rgb;
 }

@@ -5,9 +5,6 @@
 
 namespace tavrin {
 
-using diagnostics::LanguageField;
-using diagnostics::ValueKind;
-
 namespace {
 
 /// Whether what an expression leads to can be had as a property's type. Throws `ModelContextError` where not.
