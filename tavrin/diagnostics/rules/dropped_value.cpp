@@ -4,7 +4,6 @@
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
-
 namespace {
 
 constexpr std::string_view truths[] = {"true", "false"};

@@ -11,7 +11,7 @@ bool isTheAuthorsOwn(std::string_view key) {
 }
 
 bool isModifier(std::string_view word) {
-    const auto& modifiers = diagnostics::documentLanguage().modifiers;
+    const auto& modifiers = documentLanguage().modifiers;
     return std::any_of(modifiers.begin(), modifiers.end(), [&](const auto& modifier) { return modifier.name == word; });
 }
 

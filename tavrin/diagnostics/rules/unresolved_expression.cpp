@@ -4,7 +4,6 @@
 #include "tavrin/values/expression_path.h"
 
 namespace tavrin {
-
 namespace {
 
 /// Whether what an expression leads to can be had as a property's type. Throws `ModelContextError` where not.
