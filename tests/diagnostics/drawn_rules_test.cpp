@@ -94,7 +94,7 @@ TEST(DrawnTexts, AreFoundOnceForAllRoomsAndUses) {
         std::nullopt, options);
     ASSERT_THAT(linesOf(found), ElementsAreArray({"warning truncated-text nodes.a"}));
     EXPECT_THAT(found.front().message, HasSubstr("(small, tiny)"));
-    EXPECT_EQ(found.front().range->begin.line, 2u);
+    EXPECT_EQ(found.front().range->begin.line, 3u);
 }
 
 TEST(DrawnTexts, NameTheAppearanceThatTheyAreUnreadableIn) {
