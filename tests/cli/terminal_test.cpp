@@ -57,7 +57,10 @@ TEST(Terminal, ProgressOfSeveralDocuments) {
               "\r\x1b[K[####################] 3/3 c.json"
               "\r\x1b[K");
     EXPECT_EQ(onTerminal(place, {"render", "a.json"}), "");
-    EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}), "\r\x1b[K1/2 a.json\r\x1b[K2/2 c.json\r\x1b[K");
+    EXPECT_EQ(onTerminal(place, {"check", "a.json", "c.json"}),
+              "\r\x1b[K[##########----------] 1/2 a.json"
+              "\r\x1b[K[####################] 2/2 c.json"
+              "\r\x1b[K");
     EXPECT_EQ(onTerminal(place, {"check", "a.json"}), "");
 }
 
