@@ -35,9 +35,11 @@ def with_headers(source):
 
 
 def fingerprint(entry):
-    digest = hashlib.sha256(text_of(TOP / ".clang-tidy") + entry["command"].encode())
+    """The same wherever the checkout lies."""
+    command = entry["command"].replace(str(TOP), "")
+    digest = hashlib.sha256(text_of(TOP / ".clang-tidy") + command.encode())
     for path in with_headers(pathlib.Path(entry["file"])):
-        digest.update(path.as_posix().encode() + b"\0" + text_of(path))
+        digest.update(path.relative_to(TOP).as_posix().encode() + b"\0" + text_of(path))
     return digest.hexdigest()
 
 
