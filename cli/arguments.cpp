@@ -73,6 +73,8 @@ void checkDocuments(const Command& command) {
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
     constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
     const bool takesOne = ofOne.contains(command.verb);
+    if (command.verb == Verb::explain && count > 2)
+        throw UsageError("`tavrin explain` takes one document and one path, not " + std::to_string(count) + " words");
     if (takesOne && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
@@ -99,6 +101,10 @@ Arguments readArguments(const Command& command) {
     Arguments arguments;
     arguments.verb = command.verb;
     arguments.documents = command.operands;
+    if (command.verb == Verb::explain && command.operands.size() == 2) {
+        arguments.path = command.operands.back();
+        arguments.documents.pop_back();
+    }
     if (const std::string* model = values.find("--model")) arguments.model = *model;
     checkStandardInput(arguments);
     arguments.options = renderOptionsOf(values);
@@ -108,7 +114,8 @@ Arguments readArguments(const Command& command) {
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
-    values.choose("--errors", errorFormatWords, ignored);
+    values.choose("--errors", textFormatWords, ignored);
+    if (command.verb == Verb::explain) values.choose("--format", textFormatWords, arguments.textFormat);
     if (command.verb == Verb::check) {
         Size screen = defaultScreen;
         values.read("--screen", readSize, screen);
@@ -122,12 +129,12 @@ Arguments readArguments(const Command& command) {
     return arguments;
 }
 
-ErrorFormat errorFormatOf(std::span<const std::string> words) {
-    ErrorFormat format = ErrorFormat::text;
+TextFormat errorFormatOf(std::span<const std::string> words) {
+    TextFormat format = TextFormat::text;
     for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
         const bool isNext = words[i] == "--errors" && i + 1 < words.size();
         const std::string_view value = isNext ? std::string_view(words[i + 1]) : words[i];
-        if (value == (isNext ? "json" : "--errors=json")) format = ErrorFormat::json;
+        if (value == (isNext ? "json" : "--errors=json")) format = TextFormat::json;
     }
     return format;
 }

@@ -15,14 +15,17 @@
 
 namespace tavrin::cli {
 
-/// How a failure is written.
-enum class ErrorFormat : unsigned char { text, json };
+/// For whom something is written: people or programs.
+enum class TextFormat : unsigned char { text, json };
 
 /// A command line whose every value is right.
 struct Arguments {
     Verb verb = Verb::render;
     /// Documents as they are written; "-" is standard input. At least one.
     std::vector<std::string> documents = {};
+    /// For `explain`: the way to what is explained; without it everything is.
+    std::optional<std::string> path = std::nullopt;
+    TextFormat textFormat = TextFormat::text;
     std::optional<std::string> model = std::nullopt;
     Destination destination = {};
     /// What is drawn instead of one picture; `destination` counts for nothing then.
@@ -38,6 +41,6 @@ struct Arguments {
 [[nodiscard]] Arguments readArguments(const Command& command);
 
 /// The format that a command line asks for, whatever else is wrong with it.
-[[nodiscard]] ErrorFormat errorFormatOf(std::span<const std::string> words);
+[[nodiscard]] TextFormat errorFormatOf(std::span<const std::string> words);
 
 }  // namespace tavrin::cli

@@ -40,6 +40,11 @@ std::span<const VerbInfo> verbs() {
          "  tavrin layout weather.json --size 200x100"},
         {"targets", "DOC [options]", "Print where the widget can be tapped and what opens then, as JSON",
          "  tavrin targets shortcuts.json --model model.json"},
+        {"explain", "DOC [PATH] [options]",
+         "Say why each view, or those at a path of the document, have their size and place",
+         "  tavrin explain weather.json                           every view in a line\n"
+         "  tavrin explain weather.json 'nodes.main.children[0]'  one in sentences\n"
+         "  tavrin explain weather.json --family systemSmall --format json"},
         {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
          "  tavrin check widgets/*.json --families all --strict\n"
          "  tavrin check weather.json --fix                       mends what can be mended safely\n"
@@ -62,7 +67,7 @@ std::span<const VerbInfo> verbs() {
 const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyRender{Verb::render};
     static constexpr VerbSet onlyCheck{Verb::check};
-    static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
+    static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::explain, Verb::check};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::completion);
     static const std::vector<OptionInfo> list{
@@ -90,6 +95,8 @@ const std::vector<OptionInfo>& options() {
          Completes::words, withAll(listOf(widgetFamilyNames))},
         {"--appearances", "light,dark|all", onlyCheck, "The appearances that are looked at (all)", Completes::words,
          withAll(listOf(appearanceWords))},
+        {"--format", "text|json", VerbSet(Verb::explain), "As text for people or as JSON for programs (text)",
+         Completes::words, listOf(textFormatWords)},
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},
@@ -130,7 +137,7 @@ const std::vector<OptionInfo>& options() {
         {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
         {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
-         Completes::words, listOf(errorFormatWords)},
+         Completes::words, listOf(textFormatWords)},
     };
     return list;
 }
