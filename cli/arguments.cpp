@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/destination.h"
+#include "cli/matrix/matrix_options.h"
 #include "cli/option_values.h"
 #include "cli/usage_error.h"
 
@@ -36,12 +37,17 @@ private:
     const Command& command_;
 };
 
+Size screenOf(const Values& values) {
+    Size screen = defaultScreen;
+    values.read("--screen", readSize, screen);
+    return screen;
+}
+
 Size widgetSizeOf(const Values& values) {
     const std::string* const size = values.find("--size");
     const std::string* const family = values.find("--family");
     if (size && family) throw UsageError("--size stands instead of --family; give one of them");
-    Size screen = defaultScreen;
-    values.read("--screen", readSize, screen);
+    const Size screen = screenOf(values);
     if (size) return readSize("--size", *size);
     return readFamily("--family", family ? *family : defaultFamily, screen);
 }
@@ -93,6 +99,17 @@ FetchPolicy fetchPolicyOf(const Values& values) {
     return policy;
 }
 
+void readMatrixArguments(const Command& command, const Values& values, Arguments& arguments) {
+    arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+    const std::string* const folder = values.find("--output");
+    if (!folder || folder->empty() || *folder == "-")
+        throw UsageError("where to? several pictures of a document want a folder: --output DIR");
+    if (values.find("--frames")) throw UsageError("--frames draws a span of one picture; give no plural options with it");
+    if (const std::string* format = values.find("--format"); format && *format != "png")
+        throw UsageError("several pictures of a document are drawn as png, not " + *format);
+    arguments.matrixFolder = *folder;
+}
+
 }  // namespace
 
 Arguments readArguments(const Command& command) {
@@ -116,10 +133,10 @@ Arguments readArguments(const Command& command) {
     std::size_t ignored = 0;
     values.choose("--errors", textFormatWords, ignored);
     if (command.verb == Verb::explain) values.choose("--format", textFormatWords, arguments.textFormat);
-    if (command.verb == Verb::check) {
-        Size screen = defaultScreen;
-        values.read("--screen", readSize, screen);
-        arguments.check = readCheckOptions(command, screen);
+    if (command.verb == Verb::check) arguments.check = readCheckOptions(command, screenOf(values));
+    if (command.verb == Verb::render && asksForMatrix(command)) {
+        readMatrixArguments(command, values, arguments);
+        return arguments;
     }
     arguments.frames = readFrames(command);
     if (arguments.frames)

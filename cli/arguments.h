@@ -10,6 +10,7 @@
 #include "cli/command_line.h"
 #include "cli/destination.h"
 #include "cli/frames.h"
+#include "cli/matrix/matrix.h"
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
@@ -30,6 +31,9 @@ struct Arguments {
     Destination destination = {};
     /// What is drawn instead of one picture; `destination` counts for nothing then.
     std::optional<Frames> frames = std::nullopt;
+    /// For `render`: what is drawn in `matrixFolder` instead of a picture for each document.
+    std::optional<Matrix> matrix = std::nullopt;
+    std::filesystem::path matrixFolder = {};
     RenderOptions options = {};
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
     std::optional<Size> maxImageSize = std::nullopt;

@@ -33,6 +33,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
          "  tavrin render clock.json -o clock.webp --frames 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z\n"
+         "  tavrin render widgets/*.json -o out/ --families all --appearances all --scales 2,3\n"
          "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
         {"tree", "DOC [options]", "Print the view tree as JSON", "  tavrin tree weather.json --model today.json"},
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
@@ -100,6 +101,15 @@ const std::vector<OptionInfo>& options() {
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},
+        {"--families", "NAME,...|all", onlyRender,
+         "Draw each of several families, or all that the screen has. This and the other plural options draw every "
+         "combination into the folder OUT, with index.json and a contact sheet, index.html",
+         Completes::words, withAll(listOf(widgetFamilyNames))},
+        {"--appearances", "light,dark|all", onlyRender, "Draw each of several appearances", Completes::words,
+         withAll(listOf(appearanceWords))},
+        {"--scales", "N,...", onlyRender, "Draw at each of several scales, such as 2,3"},
+        {"--models", "DIR", onlyRender, "Draw with each model document (*.json) in a folder", Completes::folder},
+        {"--dates", "RFC3339,...", onlyRender, "Draw each of several moments"},
         {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
         {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},
         {"--scale", "N", laidOut, "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},

@@ -63,16 +63,6 @@ std::vector<URL> pictureAddresses(const AnyView& root) {
     return addresses;
 }
 
-void setUp(Context& context, const Arguments& arguments) {
-    context.date = arguments.options.environment.date;
-    context.timeZone = arguments.options.environment.timeZone;
-    context.maxImageSize = arguments.maxImageSize;
-    context.recordsOrigins = arguments.verb == Verb::explain;
-    context.fetchPolicy = arguments.fetchPolicy;
-    const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
-    if (arguments.imageCacheDir && looksThere) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
-}
-
 Outcome produce(const Arguments& arguments, const Source* model, const std::string& path) {
     Outcome outcome;
     Source document{displayName(path)};
@@ -95,6 +85,16 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
 }
 
 }  // namespace
+
+void setUp(Context& context, const Arguments& arguments) {
+    context.date = arguments.options.environment.date;
+    context.timeZone = arguments.options.environment.timeZone;
+    context.maxImageSize = arguments.maxImageSize;
+    context.recordsOrigins = arguments.verb == Verb::explain;
+    context.fetchPolicy = arguments.fetchPolicy;
+    const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
+    if (arguments.imageCacheDir && looksThere) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
+}
 
 void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take) {
     std::optional<Source> model;

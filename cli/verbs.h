@@ -9,6 +9,8 @@ namespace tavrin::cli {
 
 /// Draws every document, also when one fails, and writes the pictures.
 [[nodiscard]] int render(const Arguments& arguments, const Reporter& reporter);
+/// Draws the matrix of the arguments into its folder, also when a picture fails, with an index and a contact sheet.
+[[nodiscard]] int renderMatrix(const Arguments& arguments, const Reporter& reporter);
 /// Prints the view tree of one document or, as the verb says, the laid-out tree or the tap targets.
 [[nodiscard]] int print(const Arguments& arguments, const Reporter& reporter);
 /// Reports what is wrong with each document.
