@@ -52,7 +52,7 @@ Size widgetSizeOf(const Values& values) {
     return readFamily("--family", family ? *family : defaultFamily, screen);
 }
 
-RenderOptions renderOptionsOf(const Values& values) {
+RenderOptions renderOptionsOf(const Values& values, Verb verb) {
     RenderOptions options;
     options.size = widgetSizeOf(values);
     values.read("--scale", readScale, options.scale);
@@ -62,12 +62,14 @@ RenderOptions renderOptionsOf(const Values& values) {
 
     EnvironmentValues& environment = options.environment;
     values.choose("--appearance", appearanceWords, environment.appearance);
-    environment.date = Date::now();
+    // A snapshot has to come out the same again.
+    const bool isSnapshot = verb == Verb::snapshot;
+    environment.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
     values.read("--date", readDate, environment.date);
     if (const std::string* zone = values.find("--time-zone"))
         environment.timeZone = readTimeZone("--time-zone", *zone);
     else
-        environment.timeZone = TimeZone::current();
+        environment.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
     environment.displayScale = options.scale;
     return options;
 }
@@ -104,7 +106,8 @@ void readMatrixArguments(const Command& command, const Values& values, Arguments
     const std::string* const folder = values.find("--output");
     if (!folder || folder->empty() || *folder == "-")
         throw UsageError("where to? several pictures of a document want a folder: --output DIR");
-    if (values.find("--frames")) throw UsageError("--frames draws a span of one picture; give no plural options with it");
+    if (values.find("--frames"))
+        throw UsageError("--frames draws a span of one picture; give no plural options with it");
     if (const std::string* format = values.find("--format"); format && *format != "png")
         throw UsageError("several pictures of a document are drawn as png, not " + *format);
     arguments.matrixFolder = *folder;
@@ -124,7 +127,7 @@ Arguments readArguments(const Command& command) {
     }
     if (const std::string* model = values.find("--model")) arguments.model = *model;
     checkStandardInput(arguments);
-    arguments.options = renderOptionsOf(values);
+    arguments.options = renderOptionsOf(values, command.verb);
     values.read("--max-image-size", readSize, arguments.maxImageSize);
     if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
     if (command.verb == Verb::fetch && !arguments.imageCacheDir)
@@ -134,6 +137,11 @@ Arguments readArguments(const Command& command) {
     values.choose("--errors", textFormatWords, ignored);
     if (command.verb == Verb::explain) values.choose("--format", textFormatWords, arguments.textFormat);
     if (command.verb == Verb::check) arguments.check = readCheckOptions(command, screenOf(values));
+    if (command.verb == Verb::snapshot) {
+        arguments.snapshot = readSnapshotOptions(command);
+        arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+        return arguments;
+    }
     if (command.verb == Verb::render && asksForMatrix(command)) {
         readMatrixArguments(command, values, arguments);
         return arguments;

@@ -11,6 +11,7 @@
 #include "cli/destination.h"
 #include "cli/frames.h"
 #include "cli/matrix/matrix.h"
+#include "cli/snapshot/snapshot_options.h"
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
@@ -31,7 +32,9 @@ struct Arguments {
     Destination destination = {};
     /// What is drawn instead of one picture; `destination` counts for nothing then.
     std::optional<Frames> frames = std::nullopt;
-    /// For `render`: what is drawn in `matrixFolder` instead of a picture for each document.
+    std::optional<SnapshotOptions> snapshot = std::nullopt;
+    /// For `snapshot` and `render`: what is drawn, by `render` in `matrixFolder` instead of a picture for each
+    /// document.
     std::optional<Matrix> matrix = std::nullopt;
     std::filesystem::path matrixFolder = {};
     RenderOptions options = {};

@@ -11,7 +11,7 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, targets, explain, check, fetch, schema, completion };
+enum class Verb : unsigned char { render, tree, layout, targets, explain, check, snapshot, fetch, schema, completion };
 
 /// How a verb is explained.
 struct VerbInfo {

@@ -39,6 +39,7 @@ int runVerb(const Arguments& arguments, Reporter& reporter) {
     switch (arguments.verb) {
         case Verb::render: return arguments.matrix ? renderMatrix(arguments, reporter) : render(arguments, reporter);
         case Verb::check: return check(arguments, reporter);
+        case Verb::snapshot: return snapshot(arguments, reporter);
         case Verb::fetch: return fetch(arguments, reporter);
         default: return print(arguments, reporter);
     }

@@ -15,6 +15,8 @@ namespace tavrin::cli {
 [[nodiscard]] int print(const Arguments& arguments, const Reporter& reporter);
 /// Reports what is wrong with each document.
 [[nodiscard]] int check(const Arguments& arguments, const Reporter& reporter);
+/// Compares what is drawn with the snapshots that are kept; records new ones and says what differs.
+[[nodiscard]] int snapshot(const Arguments& arguments, const Reporter& reporter);
 /// Downloads the pictures that the documents name into the folder for them.
 [[nodiscard]] int fetch(const Arguments& arguments, const Reporter& reporter);
 
