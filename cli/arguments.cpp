@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/destination.h"
+#include "cli/matrix/matrix_options.h"
 #include "cli/option_values.h"
 #include "cli/usage_error.h"
 
@@ -36,17 +37,22 @@ private:
     const Command& command_;
 };
 
+Size screenOf(const Values& values) {
+    Size screen = defaultScreen;
+    values.read("--screen", readSize, screen);
+    return screen;
+}
+
 Size widgetSizeOf(const Values& values) {
     const std::string* const size = values.find("--size");
     const std::string* const family = values.find("--family");
     if (size && family) throw UsageError("--size stands instead of --family; give one of them");
-    Size screen = defaultScreen;
-    values.read("--screen", readSize, screen);
+    const Size screen = screenOf(values);
     if (size) return readSize("--size", *size);
     return readFamily("--family", family ? *family : defaultFamily, screen);
 }
 
-RenderOptions renderOptionsOf(const Values& values) {
+RenderOptions renderOptionsOf(const Values& values, Verb verb) {
     RenderOptions options;
     options.size = widgetSizeOf(values);
     values.read("--scale", readScale, options.scale);
@@ -56,12 +62,14 @@ RenderOptions renderOptionsOf(const Values& values) {
 
     EnvironmentValues& environment = options.environment;
     values.choose("--appearance", appearanceWords, environment.appearance);
-    environment.date = Date::now();
+    // A snapshot has to come out the same again.
+    const bool isSnapshot = verb == Verb::snapshot;
+    environment.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
     values.read("--date", readDate, environment.date);
     if (const std::string* zone = values.find("--time-zone"))
         environment.timeZone = readTimeZone("--time-zone", *zone);
     else
-        environment.timeZone = TimeZone::current();
+        environment.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
     environment.displayScale = options.scale;
     return options;
 }
@@ -73,6 +81,8 @@ void checkDocuments(const Command& command) {
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
     constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
     const bool takesOne = ofOne.contains(command.verb);
+    if (command.verb == Verb::explain && count > 2)
+        throw UsageError("`tavrin explain` takes one document and one path, not " + std::to_string(count) + " words");
     if (takesOne && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
@@ -91,6 +101,18 @@ FetchPolicy fetchPolicyOf(const Values& values) {
     return policy;
 }
 
+void readMatrixArguments(const Command& command, const Values& values, Arguments& arguments) {
+    arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+    const std::string* const folder = values.find("--output");
+    if (!folder || folder->empty() || *folder == "-")
+        throw UsageError("where to? several pictures of a document want a folder: --output DIR");
+    if (values.find("--frames"))
+        throw UsageError("--frames draws a span of one picture; give no plural options with it");
+    if (const std::string* format = values.find("--format"); format && *format != "png")
+        throw UsageError("several pictures of a document are drawn as png, not " + *format);
+    arguments.matrixFolder = *folder;
+}
+
 }  // namespace
 
 Arguments readArguments(const Command& command) {
@@ -99,20 +121,30 @@ Arguments readArguments(const Command& command) {
     Arguments arguments;
     arguments.verb = command.verb;
     arguments.documents = command.operands;
+    if (command.verb == Verb::explain && command.operands.size() == 2) {
+        arguments.path = command.operands.back();
+        arguments.documents.pop_back();
+    }
     if (const std::string* model = values.find("--model")) arguments.model = *model;
     checkStandardInput(arguments);
-    arguments.options = renderOptionsOf(values);
+    arguments.options = renderOptionsOf(values, command.verb);
     values.read("--max-image-size", readSize, arguments.maxImageSize);
     if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
     if (command.verb == Verb::fetch && !arguments.imageCacheDir)
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
-    values.choose("--errors", errorFormatWords, ignored);
-    if (command.verb == Verb::check) {
-        Size screen = defaultScreen;
-        values.read("--screen", readSize, screen);
-        arguments.check = readCheckOptions(command, screen);
+    values.choose("--errors", textFormatWords, ignored);
+    if (command.verb == Verb::explain) values.choose("--format", textFormatWords, arguments.textFormat);
+    if (command.verb == Verb::check) arguments.check = readCheckOptions(command, screenOf(values));
+    if (command.verb == Verb::snapshot) {
+        arguments.snapshot = readSnapshotOptions(command);
+        arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+        return arguments;
+    }
+    if (command.verb == Verb::render && asksForMatrix(command)) {
+        readMatrixArguments(command, values, arguments);
+        return arguments;
     }
     arguments.frames = readFrames(command);
     if (arguments.frames)
@@ -122,12 +154,12 @@ Arguments readArguments(const Command& command) {
     return arguments;
 }
 
-ErrorFormat errorFormatOf(std::span<const std::string> words) {
-    ErrorFormat format = ErrorFormat::text;
+TextFormat errorFormatOf(std::span<const std::string> words) {
+    TextFormat format = TextFormat::text;
     for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
         const bool isNext = words[i] == "--errors" && i + 1 < words.size();
         const std::string_view value = isNext ? std::string_view(words[i + 1]) : words[i];
-        if (value == (isNext ? "json" : "--errors=json")) format = ErrorFormat::json;
+        if (value == (isNext ? "json" : "--errors=json")) format = TextFormat::json;
     }
     return format;
 }

@@ -10,23 +10,33 @@
 #include "cli/command_line.h"
 #include "cli/destination.h"
 #include "cli/frames.h"
+#include "cli/matrix/matrix.h"
+#include "cli/snapshot/snapshot_options.h"
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
 namespace tavrin::cli {
 
-/// How a failure is written.
-enum class ErrorFormat : unsigned char { text, json };
+/// For whom something is written: people or programs.
+enum class TextFormat : unsigned char { text, json };
 
 /// A command line whose every value is right.
 struct Arguments {
     Verb verb = Verb::render;
     /// Documents as they are written; "-" is standard input. At least one.
     std::vector<std::string> documents = {};
+    /// For `explain`: the way to what is explained; without it everything is.
+    std::optional<std::string> path = std::nullopt;
+    TextFormat textFormat = TextFormat::text;
     std::optional<std::string> model = std::nullopt;
     Destination destination = {};
     /// What is drawn instead of one picture; `destination` counts for nothing then.
     std::optional<Frames> frames = std::nullopt;
+    std::optional<SnapshotOptions> snapshot = std::nullopt;
+    /// For `snapshot` and `render`: what is drawn, by `render` in `matrixFolder` instead of a picture for each
+    /// document.
+    std::optional<Matrix> matrix = std::nullopt;
+    std::filesystem::path matrixFolder = {};
     RenderOptions options = {};
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
     std::optional<Size> maxImageSize = std::nullopt;
@@ -38,6 +48,6 @@ struct Arguments {
 [[nodiscard]] Arguments readArguments(const Command& command);
 
 /// The format that a command line asks for, whatever else is wrong with it.
-[[nodiscard]] ErrorFormat errorFormatOf(std::span<const std::string> words);
+[[nodiscard]] TextFormat errorFormatOf(std::span<const std::string> words);
 
 }  // namespace tavrin::cli

@@ -46,8 +46,9 @@ std::string branch(Verb verb) {
         if (option.takers.contains(verb)) text += line(option);
     if (verb == Verb::schema) return text + "\n                ;;\n";
     const std::string operand = verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
-                                : verb == Verb::tree || verb == Verb::layout ? "1:document:_files"
-                                                                             : "*:document:_files";
+                                : verb == Verb::tree || verb == Verb::layout || verb == Verb::explain
+                                    ? "1:document:_files"
+                                    : "*:document:_files";
     return text + " \\\n                '" + operand + "'\n                ;;\n";
 }
 

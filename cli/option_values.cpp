@@ -36,13 +36,7 @@ std::string listed(std::span<const std::string_view> words) {
     return list;
 }
 
-std::string toText(Size size) {
-    const auto number = [](double value) {
-        const auto whole = exactInteger(value);
-        return whole ? tavrin::toText(*whole) : tavrin::toText(value);
-    };
-    return number(size.width) + "x" + number(size.height);
-}
+std::string toText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
 
 bool isKnownScreen(Size screen) {
     return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
@@ -55,6 +49,11 @@ std::string knownScreenList() {
 }
 
 }  // namespace
+
+std::string shortNumber(double number) {
+    const auto whole = exactInteger(number);
+    return whole ? tavrin::toText(*whole) : tavrin::toText(number);
+}
 
 std::size_t readWord(std::string_view option, std::string_view value, std::span<const std::string_view> words) {
     const auto found = std::find(words.begin(), words.end(), value);

@@ -15,6 +15,8 @@
 /// Readers of option values; each throws a `UsageError` that names the option, what it takes and what it got.
 namespace tavrin::cli {
 
+/// "2", "1.5": as such values are written on the command line.
+[[nodiscard]] std::string shortNumber(double number);
 /// The index of `value` in `words`.
 [[nodiscard]] std::size_t readWord(std::string_view option, std::string_view value,
                                    std::span<const std::string_view> words);

@@ -33,6 +33,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
          "  tavrin render clock.json -o clock.webp --frames 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z\n"
+         "  tavrin render widgets/*.json -o out/ --families all --appearances all --scales 2,3\n"
          "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
         {"tree", "DOC [options]", "Print the view tree as JSON", "  tavrin tree weather.json --model today.json"},
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
@@ -40,11 +41,20 @@ std::span<const VerbInfo> verbs() {
          "  tavrin layout weather.json --size 200x100"},
         {"targets", "DOC [options]", "Print where the widget can be tapped and what opens then, as JSON",
          "  tavrin targets shortcuts.json --model model.json"},
+        {"explain", "DOC [PATH] [options]",
+         "Say why each view, or those at a path of the document, have their size and place",
+         "  tavrin explain weather.json                           every view in a line\n"
+         "  tavrin explain weather.json 'nodes.main.children[0]'  one in sentences\n"
+         "  tavrin explain weather.json --family systemSmall --format json"},
         {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
          "  tavrin check widgets/*.json --families all --strict\n"
          "  tavrin check weather.json --fix                       mends what can be mended safely\n"
          "  tavrin check widgets/*.json --format sarif >check.sarif\n"
          "  tavrin check weather.json --model today.json --errors json"},
+        {"snapshot", "DOC... --dir DIR [options]",
+         "Compare pictures and trees with those recorded before, and record new ones",
+         "  tavrin snapshot widgets/*.json --dir snapshots --families all --appearances all\n"
+         "  tavrin snapshot widgets/*.json --dir snapshots --update   after looking at what differs"},
         {"fetch", "DOC... --image-cache-dir DIR [options]", "Download the pictures that documents name into a folder",
          "  tavrin fetch news.json --model today.json --image-cache-dir pictures\n"
          "  tavrin render news.json --model today.json --image-cache-dir pictures"},
@@ -62,7 +72,10 @@ std::span<const VerbInfo> verbs() {
 const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyRender{Verb::render};
     static constexpr VerbSet onlyCheck{Verb::check};
-    static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
+    static constexpr VerbSet onlySnapshot{Verb::snapshot};
+    static constexpr VerbSet drawn = onlyRender.with(Verb::snapshot);
+    static constexpr VerbSet laidOut{Verb::render,  Verb::tree,  Verb::layout,  Verb::targets,
+                                     Verb::explain, Verb::check, Verb::snapshot};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::completion);
     static const std::vector<OptionInfo> list{
@@ -70,7 +83,9 @@ const std::vector<OptionInfo>& options() {
          "OUT",
          onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
-         "for all pictures. Without it each document's name with the format's suffix, in the working directory",
+         "for all pictures; where several families, appearances, scales, models or dates are given, the folder for "
+         "every combination, index.json and a contact sheet, index.html. Without it each document's name with the "
+         "format's suffix, in the working directory",
          Completes::file,
          {},
          "-o"},
@@ -90,16 +105,40 @@ const std::vector<OptionInfo>& options() {
          Completes::words, withAll(listOf(widgetFamilyNames))},
         {"--appearances", "light,dark|all", onlyCheck, "The appearances that are looked at (all)", Completes::words,
          withAll(listOf(appearanceWords))},
+        {"--format", "text|json", VerbSet(Verb::explain), "As text for people or as JSON for programs (text)",
+         Completes::words, listOf(textFormatWords)},
+        {"--dir", "DIR", onlySnapshot, "The folder that keeps NAME.png and NAME.json for each picture",
+         Completes::folder},
+        {"--output",
+         "DIR",
+         onlySnapshot,
+         "The folder for pictures of what differs: before, after, and what differs in red (failures, in --dir)",
+         Completes::folder,
+         {},
+         "-o"},
+        {"--update", "", onlySnapshot, "Replace the snapshots that differ"},
+        {"--strict", "", onlySnapshot, "Fail where there is no snapshot yet, instead of recording it"},
+        {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},
+        {"--families", "NAME,...|all", drawn, "Draw each of several families, or all that the screen has",
+         Completes::words, withAll(listOf(widgetFamilyNames))},
+        {"--appearances", "light,dark|all", drawn, "Draw each of several appearances", Completes::words,
+         withAll(listOf(appearanceWords))},
+        {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
+        {"--models", "DIR", drawn, "Draw with each model document (*.json) in a folder", Completes::folder},
+        {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
         {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
         {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},
         {"--scale", "N", laidOut, "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
         {"--appearance", "light|dark", laidOut, "The device's appearance (light)", Completes::words,
          listOf(appearanceWords)},
-        {"--date", "RFC3339", laidOut, "The moment that is drawn, such as 2026-03-01T09:41:00Z (now)"},
-        {"--time-zone", "ID", laidOut, "The device's time zone, such as Europe/Madrid (the system's)"},
+        {"--date", "RFC3339", laidOut,
+         "The moment that is drawn, such as 2026-03-01T09:41:00Z (now; of snapshots that one, so that they "
+         "can be repeated)"},
+        {"--time-zone", "ID", laidOut,
+         "The device's time zone, such as Europe/Madrid (the system's; of snapshots UTC)"},
         {"--image-cache-dir", "DIR", loaded,
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
          "them",
@@ -111,11 +150,11 @@ const std::vector<OptionInfo>& options() {
         {"--offline", "", laidOut, "Fetch nothing: short for --fetch none"},
         {"--background",
          "COLOR|none|auto",
-         onlyRender.with(Verb::check),
+         drawn.with(Verb::check),
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
          Completes::words,
          {"auto", "none"}},
-        {"--rounded", "", onlyRender, "Cut the home screen's rounded corners; transparent outside"},
+        {"--rounded", "", drawn, "Cut the home screen's rounded corners; transparent outside"},
         {"--frames", "FROM..TO", onlyRender,
          "Draw the moments of a span, such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, instead of one: as an "
          "animation where OUT ends in .png, .apng or .webp, as numbered PNGs where it is a folder or has a place for "
@@ -130,7 +169,7 @@ const std::vector<OptionInfo>& options() {
         {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
         {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
-         Completes::words, listOf(errorFormatWords)},
+         Completes::words, listOf(textFormatWords)},
     };
     return list;
 }

@@ -11,7 +11,7 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, targets, check, fetch, schema, completion };
+enum class Verb : unsigned char { render, tree, layout, targets, explain, check, snapshot, fetch, schema, completion };
 
 /// How a verb is explained.
 struct VerbInfo {
@@ -64,7 +64,7 @@ inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 
 /// The words of an option that takes nothing else.
 inline constexpr std::array<std::string_view, 2> appearanceWords{"light", "dark"};
-inline constexpr std::array<std::string_view, 2> errorFormatWords{"text", "json"};
+inline constexpr std::array<std::string_view, 2> textFormatWords{"text", "json"};  // in the order of `TextFormat`
 inline constexpr std::array<std::string_view, 3> pictureFormatWords{"png", "svg", "pdf"};
 /// The same behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "cli/explained.h"
 #include "cli/frame_files.h"
 #include "cli/input.h"
 #include "cli/note_logger.h"
@@ -32,12 +33,15 @@ RenderOptions renderOptionsFor(const Arguments& arguments, const Context& contex
 }
 
 /// Lays the view out and draws or prints it, as the verb asks.
-std::string product(const Arguments& arguments, const AnyView& view, const Context& context,
+std::string product(const Arguments& arguments, const Source& document, const AnyView& view, const Context& context,
                     std::vector<std::string>& notes) {
     if (arguments.verb == Verb::tree) return withLineEnd(viewTreeText(view));
-    ImageRenderer renderer(view, renderOptionsFor(arguments, context, notes));
+    RenderOptions options = renderOptionsFor(arguments, context, notes);
+    if (arguments.verb == Verb::explain) options.recording = layout::Recording::placements;
+    ImageRenderer renderer(view, std::move(options));
     if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
+    if (arguments.verb == Verb::explain) return explained(arguments, document, renderer, *context.origins());
     return withLineEnd(renderer.targetsText());
 }
 
@@ -59,15 +63,6 @@ std::vector<URL> pictureAddresses(const AnyView& root) {
     return addresses;
 }
 
-void setUp(Context& context, const Arguments& arguments) {
-    context.date = arguments.options.environment.date;
-    context.timeZone = arguments.options.environment.timeZone;
-    context.maxImageSize = arguments.maxImageSize;
-    context.fetchPolicy = arguments.fetchPolicy;
-    const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
-    if (arguments.imageCacheDir && looksThere) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
-}
-
 Outcome produce(const Arguments& arguments, const Source* model, const std::string& path) {
     Outcome outcome;
     Source document{displayName(path)};
@@ -82,7 +77,7 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         else if (arguments.frames)
             drawFrames(*arguments.frames, view, renderOptionsFor(arguments, context, outcome.notes), path, outcome);
         else
-            outcome.bytes = product(arguments, view, context, outcome.notes);
+            outcome.bytes = product(arguments, document, view, context, outcome.notes);
     } catch (...) {
         outcome.failure = describe(std::current_exception(), document, model);
     }
@@ -90,6 +85,16 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
 }
 
 }  // namespace
+
+void setUp(Context& context, const Arguments& arguments) {
+    context.date = arguments.options.environment.date;
+    context.timeZone = arguments.options.environment.timeZone;
+    context.maxImageSize = arguments.maxImageSize;
+    context.recordsOrigins = arguments.verb == Verb::explain;
+    context.fetchPolicy = arguments.fetchPolicy;
+    const bool looksThere = arguments.verb != Verb::fetch;  // which asks for the addresses themselves
+    if (arguments.imageCacheDir && looksThere) context.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
+}
 
 void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take) {
     std::optional<Source> model;

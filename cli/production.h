@@ -8,6 +8,7 @@
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
+#include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin::cli {
@@ -24,6 +25,9 @@ struct Outcome {
     std::vector<URL> pictures = {};
     std::optional<Failure> failure = std::nullopt;
 };
+
+/// Tells a context what the arguments say about loading.
+void setUp(Context& context, const Arguments& arguments);
 
 /// Makes of every document what the verb asks for and hands the outcomes over in the documents' order; several
 /// documents are worked on by several threads. Throws `IOError` for a model that cannot be read, and passes on what

@@ -37,8 +37,9 @@ std::optional<std::string> printedWithoutDocument(const Command& command) {
 int runVerb(const Arguments& arguments, Reporter& reporter) {
     if (arguments.documents.size() > 1) reporter.nameDocuments();
     switch (arguments.verb) {
-        case Verb::render: return render(arguments, reporter);
+        case Verb::render: return arguments.matrix ? renderMatrix(arguments, reporter) : render(arguments, reporter);
         case Verb::check: return check(arguments, reporter);
+        case Verb::snapshot: return snapshot(arguments, reporter);
         case Verb::fetch: return fetch(arguments, reporter);
         default: return print(arguments, reporter);
     }

@@ -9,12 +9,12 @@
 namespace tavrin::cli {
 
 void Reporter::report(const Failure& failure) const {
-    const bool isText = format_ == ErrorFormat::text;
+    const bool isText = format_ == TextFormat::text;
     write(isText ? toText(failure, standardErrorHasColor()) : toJSONLine(failure, namesDocuments_));
 }
 
 void Reporter::note(const std::string& document, const std::vector<std::string>& lines) const {
-    if (format_ == ErrorFormat::json) return;
+    if (format_ == TextFormat::json) return;
     std::string text;
     for (const std::string& line : lines) {
         if (namesDocuments_) text.append(printable(document)).append(": ");
@@ -24,14 +24,14 @@ void Reporter::note(const std::string& document, const std::vector<std::string>&
 }
 
 void Reporter::note(const Diagnostic& diagnostic, const Source& source, std::string_view word) const {
-    if (format_ == ErrorFormat::json) return;
+    if (format_ == TextFormat::json) return;
     Label label = labelOf(diagnostic);
     if (!word.empty()) label.word = word;
     write(toText(describe(diagnostic, source), standardErrorHasColor(), label));
 }
 
 void Reporter::hint(std::string_view line) const {
-    if (format_ == ErrorFormat::text) write(std::string(line) + "\n");
+    if (format_ == TextFormat::text) write(std::string(line) + "\n");
 }
 
 void Reporter::write(std::string_view text) const {

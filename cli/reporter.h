@@ -13,7 +13,7 @@ namespace tavrin::cli {
 /// Writes what goes wrong on standard error.
 class Reporter {
 public:
-    explicit Reporter(ErrorFormat format) : format_(format) {}
+    explicit Reporter(TextFormat format) : format_(format) {}
 
     /// Says in every failure and note which document it is about.
     void nameDocuments() { namesDocuments_ = true; }
@@ -29,7 +29,7 @@ public:
 private:
     void write(std::string_view text) const;
 
-    ErrorFormat format_;
+    TextFormat format_;
     bool namesDocuments_ = false;
 };
 

@@ -8,7 +8,7 @@ import sys
 # the nearest listed one above it; a single file may be listed too, for itself or as a header that may be included.
 PLATFORM = "tavrin/platform"
 FOUNDATION, UI, TEXT = f"{PLATFORM}/foundation", f"{PLATFORM}/ui", f"{PLATFORM}/text"
-LAYOUT, PAINT = f"{PLATFORM}/layout", f"{PLATFORM}/paint"
+LAYOUT, PAINT, EXPLAIN = f"{PLATFORM}/layout", f"{PLATFORM}/paint", f"{PLATFORM}/explain"
 FONT = f"{UI}/font.h"
 
 VALUES_BELOW = ["tavrin/json", FOUNDATION, UI]
@@ -19,6 +19,7 @@ MAY_INCLUDE = {
     UI: [FOUNDATION],
     TEXT: [FONT, FOUNDATION],
     LAYOUT: [TEXT, UI, FOUNDATION],
+    EXPLAIN: [LAYOUT, TEXT, UI, FOUNDATION],
     PAINT: [LAYOUT, TEXT, UI, FOUNDATION],
     "tavrin/json": [FOUNDATION],
     "tavrin/values": VALUES_BELOW,

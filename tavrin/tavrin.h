@@ -18,6 +18,7 @@
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
 #include "tavrin/modifiers/kel_clock_widget_kit.h"
+#include "tavrin/platform/explain/explanation.h"
 #include "tavrin/platform/foundation/logger.h"
 #include "tavrin/platform/foundation/main_queue.h"
 #include "tavrin/platform/foundation/precondition.h"

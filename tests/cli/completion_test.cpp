@@ -57,6 +57,8 @@ TEST(Completion, OfBash) {
         const char* offered;
     } rows[] = {
         {"verbs", "tavrin re", "render"},
+        {"a verb's own format", "tavrin explain a.json --format j", "json"},
+        {"another verb's own format", "tavrin render a.json --format p", "png pdf"},
         {"options before a verb", "tavrin --v", "--version"},
         {"options", "tavrin tree a.json --ti", "--time-zone"},
         {"options of a verb alone", "tavrin tree a.json --rou", ""},

@@ -120,5 +120,50 @@ TEST(Print, AFullStandardOutputIsAFailure) {
     std::fclose(full);
 }
 
+TEST(Print, Explanations) {
+    const Workplace place;
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "hstack", "spacing": 0, "children": [
+        {"type": "text", "content": "Hello"}, {"type": "spacer"}]}, "other": {"type": "spacer"}}})");
+    const Finished outline = place.run({"explain", "a.json"});
+    EXPECT_EQ(outline.status, 0);
+    EXPECT_EQ(outline.err, "");
+    EXPECT_THAT(outline.out,
+                HasSubstr("HStack          338 × 20.33 at 0, 68.83    around 2 children; center in the widget"));
+    EXPECT_THAT(outline.out, HasSubstr("\n  Text \"Hello\"  "));
+    EXPECT_TRUE(outline.out.ends_with("(nodes.main.children[1])\n"));
+
+    const Finished one = place.run({"explain", "a.json", "nodes.main.children[0]"});
+    EXPECT_THAT(one.out, HasSubstr("Text \"Hello\" from nodes.main.children[0]\n  The HStack at nodes.main deals out"));
+    EXPECT_THAT(one.out, HasSubstr("\n  It lies at 0, 68.83: first in the HStack"));
+
+    const Finished json = place.run({"explain", "a.json", "nodes.main.children", "--format", "json"});
+    const JSON parsed = JSON::parse(json.out);
+    ASSERT_TRUE(parsed.find("views"));
+    EXPECT_EQ(parsed.find("views")->find(std::int64_t{1})->find("view")->description(), "Spacer");
+    EXPECT_EQ(parsed.find("views")->find(std::int64_t{2}), nullptr);
+}
+
+TEST(Print, ExplanationsOfNothing) {
+    const Workplace place;
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}, "other": {"type": "spacer"}}})");
+    const struct {
+        const char* why;
+        const char* path;
+        const char* message;
+    } rows[] = {
+        {"misspelt", "nodes.mian", "there is nothing at nodes.mian in the document; did you mean 'nodes.main'?"},
+        {"far away", "elsewhere", "there is nothing at elsewhere in the document"},
+        {"not drawn", "nodes.other", "no view comes from nodes.other: it is not drawn"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const Finished finished = place.run({"explain", "a.json", row.path, "--errors", "json"});
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_EQ(finished.out, "");
+        EXPECT_EQ(errorText(finished, "kind"), "Explain");
+        EXPECT_EQ(errorText(finished, "message"), row.message);
+    }
+}
+
 }  // namespace
 }  // namespace tavrin::cli

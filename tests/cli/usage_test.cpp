@@ -35,6 +35,8 @@ TEST(Usage, IsRefused) {
         {"another verb's option", {"tree", "a.json", "--rounded"}, "no option --rounded"},
         {"no document", {"check"}, "which document?"},
         {"one document too many", {"tree", "a.json", "b.json"}, "one document, not 2"},
+        {"two paths to explain", {"explain", "a.json", "nodes.a", "nodes.b"}, "one document and one path, not 3 words"},
+        {"a format that explain has not", {"explain", "a.json", "--format", "png"}, "text or json, not 'png'"},
         {"an option's value is missing", {"tree", "a.json", "--model"}, "--model takes a value"},
         {"an option twice", {"tree", "a.json", "--scale", "1", "--scale=2"}, "--scale is given twice"},
         {"standard input twice", {"tree", "-", "--model", "-"}, "only once"},

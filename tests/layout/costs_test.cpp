@@ -138,5 +138,22 @@ TEST(Costs, DeepViewsNeedLittleStack) {
     }
 }
 
+TEST(Costs, NotingPlacementsAsksNothingMoreAndChangesNoPlace) {
+    const ViewList beside{framed(1, 1), Text{.content = "some words"}, Rectangle{}, Spacer{}};
+    const AnyView view = ZStack{.children = {nested(50, beside), GeometryReader{[](const GeometryProxy&) -> AnyView {
+                                                 return HStack{.children = {Rectangle{}, Spacer{}}};
+                                             }}}};
+    const LayoutTree plain = laidOut(view);
+    const LayoutTree noted =
+        layOut(view, mediumWidget, {}, text::TextEngine::ofThisThread(), {}, Recording::placements);
+    EXPECT_EQ(plain.placements(), nullptr);
+    ASSERT_NE(noted.placements(), nullptr);
+    EXPECT_EQ(noted.answerCount(), plain.answerCount());
+    ASSERT_EQ(noted.nodes().size(), plain.nodes().size());
+    EXPECT_EQ(noted.placements()->proposals.size(), noted.nodes().size());
+    for (std::size_t at = 0; at < plain.nodes().size(); ++at)
+        EXPECT_EQ(noted.nodes()[at].frame, plain.nodes()[at].frame) << at;
+}
+
 }  // namespace
 }  // namespace tavrin::layout

@@ -52,8 +52,9 @@ void unrollAndPlace(LayoutTree& tree, const AnyView& root, LoadedBodies& loaded,
 }
 
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics) {
+                  const Diagnostics& diagnostics, Recording recording) {
     LayoutTree tree(widget, environment);
+    if (recording == Recording::placements) tree.placements_ = std::make_unique<Placements>();
     LoadedBodies loaded = LoadedBodies::under(root);
     Measurer measurer(tree, texts);
     unrollAndPlace(tree, root, loaded, measurer, texts, diagnostics);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/layout/placements.h"
 #include "tavrin/platform/layout/proposal.h"
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
@@ -21,6 +22,9 @@ namespace tavrin::layout {
 
 /// Hears what is doubtful in a view tree but no error, one sentence each.
 using Diagnostics = std::function<void(std::string_view message)>;
+
+/// Whether layout notes what led to each place.
+enum class Recording : bool { none, placements };
 
 /// What texts and shapes inherit from the modifiers around them.
 struct Inherited {
@@ -123,11 +127,15 @@ public:
     /// The size that the root was proposed.
     [[nodiscard]] Size widget() const { return widget_; }
 
+    /// What led to the places; null unless layout was asked to note it.
+    [[nodiscard]] const Placements* placements() const { return placements_.get(); }
+
     /// How many sizes were asked for, by parents of their children.
     [[nodiscard]] std::uint64_t answerCount() const { return answerCount_; }
 
 private:
-    friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&);
+    friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&,
+                             Recording);
     friend class TimedLayout;
     friend class TreeBuilder;
     friend class Measurer;
@@ -179,6 +187,7 @@ private:
     std::vector<ContainerItem> containers_;
     std::vector<ReaderItem> readers_;
     std::vector<Index> childLists_;
+    std::unique_ptr<Placements> placements_;
     EnvironmentValues environment_;
     Size widget_;
     std::uint64_t answerCount_ = 0;
@@ -189,8 +198,8 @@ private:
 /// Evaluates the body of each composed view and the content of each geometry reader once. Reports doubtful frames
 /// through `diagnostics`, if any. Throws `TavrinError` of kind "Engine" for views (composed ones unfolded) nested
 /// deeper than `AnyView::maximumNesting`, for more than 8,000,000 views, and for a tree whose layout takes unreasonably
-/// many steps; passes on what a body throws.
+/// many steps; passes on what a body throws. Recording changes nothing but `LayoutTree::placements`.
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics = {});
+                  const Diagnostics& diagnostics = {}, Recording recording = Recording::none);
 
 }  // namespace tavrin::layout

@@ -44,6 +44,8 @@ public:
     /// `share(first + k)` with the returned `first` until `release(first)`; sharings are released last first.
     std::size_t shareOut(Index stack, const Proposal& proposal);
     [[nodiscard]] const Share& share(std::size_t at) const { return shares_[at]; }
+    /// Which child, counted in document order, was dealt a share after so many others: for `first + turn`.
+    [[nodiscard]] std::uint32_t childInTurn(std::size_t at) const { return order_[at]; }
     void release(std::size_t first);
 
 private:

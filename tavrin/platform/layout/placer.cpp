@@ -47,6 +47,7 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
     while (true) {
         LayoutNode& node = tree_.nodes_[index];
         node.frame = frame;
+        if (tree_.placements_) note(index, proposal);
         Index content = index + 1;
         switch (node.kind) {
             case ViewKind::vstack:
@@ -107,6 +108,7 @@ void Placer::placeRow(Index stack, const Proposal& proposal, const Rect& frame) 
     const double fractionBefore = fractionAcross(*tree_.node(stack).view);
     const std::span<const Index> children = tree_.presentChildren(stack);
     const std::size_t first = measurer_.shareOut(stack, proposal);
+    if (tree_.placements_) noteShares(stack, extent(proposal, axis), first);
     double main = 0;
     for (std::size_t at = 0; at < children.size(); ++at) {
         if (at > 0) main += spacingBetween(tree_, stack, children[at - 1], children[at]);
@@ -118,6 +120,26 @@ void Placer::placeRow(Index stack, const Proposal& proposal, const Rect& frame) 
         main += extent(size, axis);
     }
     measurer_.release(first);
+}
+
+void Placer::note(Index index, const Proposal& proposal) {
+    std::vector<Proposal>& proposals = tree_.placements_->proposals;
+    if (proposals.size() < tree_.nodes_.size()) proposals.resize(tree_.nodes_.size());
+    proposals[index] = proposal;
+}
+
+void Placer::noteShares(Index stack, const std::optional<double>& room, std::size_t first) {
+    if (!room || std::isinf(*room)) return;  // nothing is shared out then
+    const std::span<const Index> children = tree_.presentChildren(stack);
+    const double spacing = tree_.container(stack).totalSpacing;
+    const bool hasTurns = *room > spacing && children.size() > 1;
+    for (std::size_t turn = 0; turn < children.size(); ++turn) {
+        const std::uint32_t at = measurer_.childInTurn(first + turn);
+        const Measurer::Share& share = measurer_.share(first + at);
+        const double remainder = *share.proposed * static_cast<double>(children.size() - turn);
+        tree_.placements_->shares[children[at]] = {turn, children.size(), remainder,
+                                                   hasTurns ? std::optional(share.flexibility) : std::nullopt};
+    }
 }
 
 }  // namespace tavrin::layout

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "tavrin/platform/layout/layout_tree.h"
@@ -28,6 +30,8 @@ private:
     void placeLayers(Index zstack, const Proposal& proposal, const Rect& frame);
     void placeRow(Index stack, const Proposal& proposal, const Rect& frame);
     void placeSecondary(Index modifier, const Rect& frame);
+    void note(Index index, const Proposal& proposal);
+    void noteShares(Index stack, const std::optional<double>& room, std::size_t first);
     void placeAligned(Index child, const Proposal& proposal, const Rect& room, Alignment alignment);
 
     LayoutTree& tree_;

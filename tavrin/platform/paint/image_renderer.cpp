@@ -24,8 +24,8 @@ text::TextEngine& ImageRenderer::texts() {
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
     if (layout_ == nullptr)
-        layout_ = std::make_unique<layout::LayoutTree>(
-            layout::layOut(view_, options_.size, options_.environment, texts(), options_.diagnostics));
+        layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
+            view_, options_.size, options_.environment, texts(), options_.diagnostics, options_.recording));
     return *layout_;
 }
 

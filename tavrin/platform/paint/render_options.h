@@ -42,6 +42,8 @@ struct RenderOptions {
     std::shared_ptr<const text::FontLibrary> fonts = nullptr;
     /// What opens when the widget is tapped where nothing else leads anywhere: `Context::widgetURL` after `loadView`.
     std::optional<URL> widgetURL = std::nullopt;
+    /// Whether layout notes why each view lies where it does, for `explainLayout`.
+    layout::Recording recording = layout::Recording::none;
     /// Hears what is doubtful in the view but no error.
     layout::Diagnostics diagnostics = {};
 };

@@ -1,0 +1,78 @@
+#include "cli/explained.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "cli/suggestion.h"
+#include "tavrin/json/json.h"
+#include "tavrin/platform/explain/explanation.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// The ways to the values of a document, as errors write them.
+class DocumentPaths {
+public:
+    explicit DocumentPaths(const std::string& document) { list(JSON::parse(document)); }
+
+    [[nodiscard]] bool contain(const std::string& path) const {
+        return std::find(paths_.begin(), paths_.end(), path) != paths_.end();
+    }
+    [[nodiscard]] std::string suggestionFor(const std::string& path) const {
+        const std::size_t count = std::min(paths_.size(), mostCandidates);
+        return suggestion(
+            path, std::vector<std::string_view>(paths_.begin(), paths_.begin() + static_cast<std::ptrdiff_t>(count)));
+    }
+
+private:
+    static constexpr std::size_t mostCandidates = 10'000;
+
+    void list(const JSON& value) {
+        paths_.push_back(toText(way_));
+        if (const auto* members = std::get_if<JSONObject>(&value.object())) {
+            for (const auto& [key, member] : members->members()) step(std::string(key.view()), member);
+        } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
+            for (std::size_t index = 0; index < elements->size(); ++index) step(index, (*elements)[index]);
+        }
+    }
+
+    template <class Key>
+    void step(const Key& key, const JSON& value) {
+        way_.emplace_back(key);
+        list(value);
+        way_.pop_back();
+    }
+
+    CodingPath way_;
+    std::vector<std::string> paths_;
+};
+
+std::vector<std::size_t> viewsAtPath(const Explanation& explanation, const std::string& path, const Source& document) {
+    const DocumentPaths paths(document.text);
+    if (!paths.contain(path))
+        throw TavrinError("Explain", "there is nothing at " + path + " in the document" + paths.suggestionFor(path));
+    std::vector<std::size_t> found = viewsAt(explanation, path);
+    if (found.empty()) throw TavrinError("Explain", "no view comes from " + path + ": it is not drawn");
+    return found;
+}
+
+}  // namespace
+
+std::string explained(const Arguments& arguments, const Source& document, ImageRenderer& renderer,
+                      const ViewOrigins& origins) {
+    const Explanation explanation =
+        explainLayout(renderer.layoutTree(), [&](const AnyView& view) { return origins.find(view); });
+    if (!arguments.path && arguments.textFormat == TextFormat::text) return outlineText(explanation);
+    std::vector<std::size_t> chosen(explanation.size());
+    std::iota(chosen.begin(), chosen.end(), std::size_t{0});
+    if (arguments.path) chosen = viewsAtPath(explanation, *arguments.path, document);
+    return arguments.textFormat == TextFormat::json ? explanationJSON(explanation, chosen)
+                                                    : explanationText(explanation, chosen);
+}
+
+}  // namespace tavrin::cli

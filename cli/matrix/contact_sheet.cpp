@@ -1,0 +1,179 @@
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "cli/matrix/matrix_picture.h"
+#include "cli/option_values.h"
+#include "cli/options.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr std::string_view head = R"(<!DOCTYPE html>
+<html lang="en">
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Contact sheet</title>
+<style>
+  :root { color-scheme: light dark; --ground: #f2f2f5; --ink: #1d1d22; --quiet: #6c6c76; --line: #dcdce2;
+          --bad: #b3261e; --badground: #fdecea; }
+  @media (prefers-color-scheme: dark) {
+    :root { --ground: #161619; --ink: #ececf1; --quiet: #9a9aa5; --line: #303037; --bad: #ff8a80;
+            --badground: #3a1c1a; }
+  }
+  body { margin: 0; padding: 32px clamp(16px, 4vw, 56px); background: var(--ground); color: var(--ink);
+         font: 15px/1.45 Inter, system-ui, sans-serif; }
+  header { display: flex; flex-wrap: wrap; gap: 4px 16px; align-items: baseline; }
+  h1 { font-size: 26px; margin: 0; letter-spacing: -0.02em; }
+  h2 { font-size: 19px; margin: 40px 0 0; padding-top: 20px; border-top: 1px solid var(--line); letter-spacing: -0.01em;
+       overflow-wrap: anywhere; }
+  h3 { font-size: 14px; font-weight: 600; margin: 20px 0 0; color: var(--quiet); overflow-wrap: anywhere; }
+  .pictures { display: flex; flex-wrap: wrap; margin-top: 16px; gap: 20px 28px; align-items: flex-end; }
+  .looks { display: flex; flex-wrap: wrap; gap: 12px; align-items: flex-end; }
+  figure { margin: 0; max-width: 100%; }
+  .room { display: grid; place-items: center; padding: 18px; border-radius: 22px; overflow: auto; }
+  .light { background: linear-gradient(160deg, #c9d6ea, #e9dfe8); }
+  .dark { background: linear-gradient(160deg, #20283a, #372a3c); }
+  img { display: block; filter: drop-shadow(0 1px 2px #0003) drop-shadow(0 8px 16px #0002); }
+  .error { box-sizing: border-box; padding: 12px; border-radius: 14px; overflow: auto; color: var(--bad);
+           background: var(--badground); font: 12px/1.4 ui-monospace, monospace; white-space: pre-wrap;
+           overflow-wrap: anywhere; min-width: 200px; max-width: 640px; }
+  figcaption { font-size: 13px; margin: 8px 4px 0; color: var(--quiet); }
+  figcaption b { color: var(--ink); font-weight: 600; }
+  figcaption .warning { display: block; color: var(--bad); max-width: 360px; }
+  p.sum { margin: 0; color: var(--quiet); }
+  a { color: inherit; }
+</style>
+)";
+
+std::string escaped(std::string_view text) {
+    std::string safe;
+    for (const char c : text) {
+        switch (c) {
+            case '&': safe += "&amp;"; break;
+            case '<': safe += "&lt;"; break;
+            case '>': safe += "&gt;"; break;
+            case '"': safe += "&quot;"; break;
+            case '\'': safe += "&#39;"; break;
+            default: safe += c;
+        }
+    }
+    return safe;
+}
+
+/// A file's name as a relative address; what means something in one, and in a list of them, is percent-encoded.
+std::string address(std::string_view file) {
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/@";
+    std::string encoded;
+    for (const char c : file) {
+        if (plain.find(c) != std::string_view::npos)
+            encoded += c;
+        else
+            encoded += fmt::format("%{:02X}", static_cast<unsigned char>(c));
+    }
+    return "./" + encoded;
+}
+
+using Pictures = std::span<const MatrixPicture>;
+
+std::string_view appearanceWord(const Matrix& matrix, const Cell& cell) {
+    return appearanceWords[static_cast<std::size_t>(matrix.appearances[cell.appearance])];
+}
+
+/// The pictures of one room and appearance, in all scales, as one: the browser takes the one that fits its screen.
+std::string image(const Matrix& matrix, Pictures scales) {
+    std::string sources;
+    const MatrixPicture* densest = nullptr;
+    for (const MatrixPicture& picture : scales) {
+        if (picture.file.empty()) continue;
+        const double scale = matrix.scales[picture.cell.scale];
+        sources += fmt::format("{}{} {}x", sources.empty() ? "" : ", ", address(picture.file), shortNumber(scale));
+        if (!densest || scale > matrix.scales[densest->cell.scale]) densest = &picture;
+    }
+    if (!densest) return "";
+    const Matrix::Room& room = matrix.rooms[densest->cell.room];
+    const std::string what = escaped(room.name + ", " + std::string(appearanceWord(matrix, densest->cell)));
+    return fmt::format(
+        "<a href=\"{0}\"><img src=\"{0}\" srcset=\"{1}\" width=\"{2}\" height=\"{3}\" alt=\"{4}\" "
+        "loading=\"lazy\"></a>",
+        address(densest->file), sources, shortNumber(room.size.width), shortNumber(room.size.height), what);
+}
+
+std::string caption(const Matrix& matrix, Pictures scales) {
+    const Matrix::Room& room = matrix.rooms[scales.front().cell.room];
+    std::string text = fmt::format("<figcaption><b>{}</b> {} · {} × {}", escaped(room.name),
+                                   appearanceWord(matrix, scales.front().cell), shortNumber(room.size.width),
+                                   shortNumber(room.size.height));
+    for (const MatrixPicture& picture : scales)
+        if (!picture.file.empty())
+            text += fmt::format(" · <a href=\"{}\">@{}x</a>", address(picture.file),
+                                shortNumber(matrix.scales[picture.cell.scale]));
+    for (const std::string& warning : scales.front().warnings)
+        text += "<span class=\"warning\">" + escaped(warning) + "</span>";
+    return text + "</figcaption>";
+}
+
+std::string errorBox(const std::string& error) { return "<div class=\"error\">" + escaped(error) + "</div>"; }
+
+std::string figure(const Matrix& matrix, Pictures scales) {
+    std::string text = fmt::format("<figure><div class=\"room {}\">", appearanceWord(matrix, scales.front().cell));
+    text += image(matrix, scales);
+    std::string lastError;
+    for (const MatrixPicture& picture : scales) {
+        if (picture.error.empty() || picture.error == lastError) continue;
+        text += errorBox(picture.error);
+        lastError = picture.error;
+    }
+    return text + "</div>" + caption(matrix, scales) + "</figure>\n";
+}
+
+/// Above the pictures of one model and moment, where there are several: which.
+std::string subheading(const Matrix& matrix, const Cell& cell) {
+    std::string what;
+    if (matrix.models.size() > 1) what = matrix.models[cell.model].name;
+    if (matrix.moments.size() > 1) what += (what.empty() ? "" : " · ") + matrix.moments[cell.moment].text;
+    return what.empty() ? "" : "<h3>" + escaped(what) + "</h3>\n";
+}
+
+std::string counted(std::size_t count, std::string_view one, std::string_view many) {
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+/// The pictures of one document, model and moment; where all failed alike, what went wrong.
+std::string group(const Matrix& matrix, Pictures pictures) {
+    const std::string& error = pictures.front().error;
+    const auto failedAlike = [&error](const MatrixPicture& picture) { return picture.error == error; };
+    if (!error.empty() && std::all_of(pictures.begin(), pictures.end(), failedAlike))
+        return "<div class=\"pictures\">" + errorBox(error) + "</div>\n";
+    const std::size_t scales = matrix.scales.size();
+    const std::size_t inRoom = scales * matrix.appearances.size();
+    std::string text = "<div class=\"pictures\">\n";
+    for (std::size_t at = 0; at < pictures.size(); at += scales) {
+        if (at % inRoom == 0) text += "<div class=\"looks\">";
+        text += figure(matrix, pictures.subspan(at, scales));
+        if ((at + scales) % inRoom == 0) text += "</div>\n";
+    }
+    return text + "</div>\n";
+}
+
+}  // namespace
+
+std::string contactSheet(const Matrix& matrix, Pictures pictures) {
+    std::size_t failures = 0;
+    for (const MatrixPicture& picture : pictures) failures += picture.error.empty() ? 0U : 1U;
+    std::string page(head);
+    page += fmt::format("<header><h1>Contact sheet</h1><p class=\"sum\">{} of {}{}</p></header>\n",
+                        counted(pictures.size(), "picture", "pictures"),
+                        counted(matrix.documents.size(), "document", "documents"),
+                        failures == 0 ? "" : " · " + counted(failures, "failed", "failed"));
+    const std::size_t inGroup = matrix.scales.size() * matrix.appearances.size() * matrix.rooms.size();
+    const std::size_t inDocument = inGroup * matrix.models.size() * matrix.moments.size();
+    for (std::size_t at = 0; at < pictures.size(); at += inGroup) {
+        const Cell& cell = pictures[at].cell;
+        if (at % inDocument == 0) page += "<h2>" + escaped(matrix.documents[cell.document].name) + "</h2>\n";
+        page += subheading(matrix, cell) + group(matrix, pictures.subspan(at, inGroup));
+    }
+    return page + "</html>\n";
+}
+
+}  // namespace tavrin::cli

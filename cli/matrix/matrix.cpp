@@ -1,0 +1,66 @@
+#include "cli/matrix/matrix.h"
+
+#include <filesystem>
+#include <map>
+
+#include <fmt/format.h>
+
+#include "cli/option_values.h"
+#include "cli/options.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A document's path from the working directory, without its suffix and the way out of it: "b/c" of "../b/c.json".
+std::string documentName(const std::string& path) {
+    if (path == "-") return "stdin";
+    fs::path name;
+    for (const fs::path& part : fs::absolute(path).lexically_relative(fs::current_path()).lexically_normal())
+        if (part != "..") name /= part;
+    return name.replace_extension().string();
+}
+
+}  // namespace
+
+Cell cellAt(const Matrix& matrix, std::size_t index) {
+    const auto next = [&index](std::size_t count) {
+        const std::size_t at = index % count;
+        index /= count;
+        return at;
+    };
+    Cell cell;
+    cell.scale = next(matrix.scales.size());
+    cell.appearance = next(matrix.appearances.size());
+    cell.room = next(matrix.rooms.size());
+    cell.moment = next(matrix.moments.size());
+    cell.model = next(matrix.models.size());
+    cell.document = index;
+    return cell;
+}
+
+std::string nameOf(const Matrix& matrix, const Cell& cell) {
+    std::string name = matrix.documents[cell.document].name + "/" + matrix.rooms[cell.room].name + "-";
+    name += appearanceWords[static_cast<std::size_t>(matrix.appearances[cell.appearance])];
+    name += "@" + shortNumber(matrix.scales[cell.scale]) + "x";
+    for (const std::string* part : {&matrix.models[cell.model].name, &matrix.moments[cell.moment].name})
+        if (!part->empty()) name += "-" + *part;
+    return name;
+}
+
+std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths) {
+    std::vector<Matrix::Document> documents;
+    std::map<std::string, std::string> pathsByName;
+    for (const std::string& path : paths) {
+        const std::string name = documentName(path);
+        const auto [other, isNew] = pathsByName.emplace(name, path);
+        if (!isNew)
+            throw UsageError(fmt::format("'{}' and '{}' would both be drawn to '{}/…'", other->second, path, name));
+        documents.push_back({path, name});
+    }
+    return documents;
+}
+
+}  // namespace tavrin::cli

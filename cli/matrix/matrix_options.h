@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+
+#include "cli/command_line.h"
+#include "cli/matrix/matrix.h"
+
+namespace tavrin::cli {
+
+/// More pictures than this are refused before anything is drawn.
+inline constexpr std::size_t maximumCells = 10'000;
+
+/// Whether an option is given that asks for several pictures of a document.
+[[nodiscard]] bool asksForMatrix(const Command& command);
+
+/// The matrix that a command's plural options span; where one is left out, its singular form or the default holds.
+/// `now` is the moment where none is given. Throws `UsageError`, and `IOError` for a folder that cannot be read.
+[[nodiscard]] Matrix readMatrix(const Command& command, Size screen, Date now);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,89 @@
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "cli/failure_text.h"
+#include "cli/io_error.h"
+#include "cli/matrix/cell_renderer.h"
+#include "cli/matrix/cell_report.h"
+#include "cli/matrix/matrix_picture.h"
+#include "cli/matrix/sha256.h"
+#include "cli/ordered_work.h"
+#include "cli/output.h"
+#include "cli/progress.h"
+#include "cli/verbs.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// A cell's picture before it is written.
+struct DrawnCell {
+    MatrixPicture picture;
+    std::string png;
+    CellOutcome outcome;
+};
+
+DrawnCell drawnCell(CellRenderer& renderers, const Arguments& arguments, std::size_t index) {
+    DrawnCell drawn;
+    drawn.picture.cell = cellAt(*arguments.matrix, index);
+    drawn.outcome = renderers.draw(drawn.picture.cell, [&](ImageRenderer& renderer) {
+        const PixelBuffer pixels = renderer.pixels();
+        drawn.png = paint::encodePng(pixels, arguments.options.compression);
+        drawn.picture.width = pixels.width();
+        drawn.picture.height = pixels.height();
+        drawn.picture.sha256 = sha256(drawn.png);
+    });
+    return drawn;
+}
+
+/// Writes a picture; what goes wrong becomes its failure.
+void writePicture(const Arguments& arguments, DrawnCell& drawn) {
+    if (drawn.outcome.failure) return;
+    const std::string name = nameOf(*arguments.matrix, drawn.picture.cell) + ".png";
+    try {
+        const std::filesystem::path path = arguments.matrixFolder / name;
+        makeFolder(path.parent_path());
+        writeFile(path, drawn.png);
+        drawn.picture.file = name;
+    } catch (const IOError&) {
+        drawn.outcome.failure = describe(std::current_exception());
+        drawn.picture.sha256.clear();
+    }
+}
+
+std::string errorText(const CellOutcome& outcome) {
+    std::string text = outcome.failure ? toText(*outcome.failure, false) : "";
+    while (text.ends_with('\n')) text.pop_back();
+    return text;
+}
+
+}  // namespace
+
+int renderMatrix(const Arguments& arguments, const Reporter& reporter) {
+    const Matrix& matrix = *arguments.matrix;
+    CellRenderer renderers(arguments, matrix);
+    makeFolder(arguments.matrixFolder);
+    std::vector<MatrixPicture> pictures;
+    Progress progress(matrix.count());
+    CellReport report(reporter, progress);
+    inOrder<DrawnCell>(
+        matrix.count(), std::min<std::size_t>(matrix.count(), std::thread::hardware_concurrency()),
+        [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
+        [&](std::size_t, DrawnCell drawn) {
+            writePicture(arguments, drawn);
+            report.add(matrix, drawn.picture.cell, drawn.outcome);
+            drawn.picture.warnings = drawn.outcome.notes;
+            drawn.picture.error = errorText(drawn.outcome);
+            progress.advance(nameOf(matrix, drawn.picture.cell));
+            pictures.push_back(std::move(drawn.picture));
+        });
+    writeFile(arguments.matrixFolder / "index.json", indexText(matrix, pictures));
+    writeFile(arguments.matrixFolder / "index.html", contactSheet(matrix, pictures));
+    return report.failed() ? 1 : 0;
+}
+
+}  // namespace tavrin::cli

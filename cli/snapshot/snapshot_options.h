@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+
+#include "cli/command_line.h"
+
+namespace tavrin::cli {
+
+/// What only `tavrin snapshot` is told.
+struct SnapshotOptions {
+    /// Where snapshots are kept, and where pictures of differences go.
+    std::filesystem::path folder = {};
+    std::filesystem::path failures = {};
+    /// Whether what differs becomes the snapshot.
+    bool updates = false;
+    /// Whether a snapshot that is missing is a failure; otherwise it is recorded.
+    bool isStrict = false;
+    /// How far a channel of a pixel may be off, 0…255.
+    int tolerance = 0;
+};
+
+/// The moment that snapshots show where no other is given: always the same one, so that they can be repeated.
+inline constexpr std::string_view snapshotMoment = "2026-03-01T09:41:00Z";
+
+/// Judges the values that only `tavrin snapshot` takes. Throws `UsageError`.
+[[nodiscard]] SnapshotOptions readSnapshotOptions(const Command& command);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,68 @@
+#include <cstdint>
+#include <utility>
+
+#include "tavrin/platform/explain/explanation.h"
+#include "tavrin/platform/foundation/json_writer.h"
+
+namespace tavrin {
+namespace {
+
+void write(JSONWriter& writer, const std::optional<double>& length) {
+    if (length)
+        writer.value(*length);
+    else
+        writer.value(nullptr);
+}
+
+void writeFrame(JSONWriter& writer, const ViewExplanation& view) {
+    if (!view.frame) {
+        writer.key("proposed").value(nullptr).key("frame").value(nullptr);
+        return;
+    }
+    writer.key("proposed").beginArray();
+    write(writer, view.proposal.width);
+    write(writer, view.proposal.height);
+    writer.endArray();
+    const auto& [origin, size] = *view.frame;
+    writer.key("frame").beginArray().value(origin.x).value(origin.y);
+    writer.value(size.width).value(size.height).endArray();
+}
+
+void writeShare(JSONWriter& writer, const std::optional<layout::StackShare>& share) {
+    writer.key("share");
+    if (!share) {
+        writer.value(nullptr);
+        return;
+    }
+    writer.beginObject().key("turn").value(std::uint64_t{share->turn}).key("of").value(std::uint64_t{share->count});
+    writer.key("remainder").value(share->remainder).key("flexibility");
+    write(writer, share->flexibility);
+    writer.endObject();
+}
+
+void write(JSONWriter& writer, const ViewExplanation& view) {
+    writer.beginObject().key("view").value(view.name).key("title").value(view.title);
+    writer.key("depth").value(std::uint64_t{view.depth}).key("origin");
+    if (view.origin)
+        writer.value(toText(*view.origin));
+    else
+        writer.value(nullptr);
+    writeFrame(writer, view);
+    writeShare(writer, view.share);
+    writer.key("summary").value(view.summary).key("because").beginArray();
+    for (const std::string* sentence : {&view.whyProposed, &view.whyAnswered, &view.whyPlaced})
+        if (!sentence->empty()) writer.value(*sentence);
+    writer.endArray().endObject();
+}
+
+}  // namespace
+
+std::string explanationJSON(const Explanation& explanation, std::span<const std::size_t> chosen) {
+    JSONWriter writer(JSONWriter::Style::pretty);
+    writer.beginObject().key("views").beginArray();
+    for (const std::size_t at : chosen) write(writer, explanation[at]);
+    writer.endArray().endObject();
+    return std::move(writer).text() + "\n";
+}
+
+}  // namespace tavrin

@@ -1,0 +1,169 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/cli/program.h"
+
+namespace tavrin::cli {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+std::string documentWith(std::string_view text, std::string_view size = "20") {
+    return R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"},
+              {"type": "text", "content": ")" +
+           std::string(text) + R"(", "fontSize": )" + std::string(size) + "}]}}}";
+}
+
+TEST(Snapshot, IsRecordedComparedAndUpdated) {
+    const Workplace place;
+    const std::vector<std::string> words{"snapshot", "w.json", "--dir", "kept", "--scales", "1,2"};
+    std::vector<std::string> updating = words;
+    updating.emplace_back("--update");
+
+    place.write("w.json", documentWith("Hello"));
+    const Finished first = place.run(words);
+    EXPECT_EQ(first.status, 0);
+    EXPECT_EQ(first.err, "");
+    EXPECT_EQ(first.out, "2 snapshots: 2 new\n");
+    EXPECT_THAT(place.files(),
+                ElementsAre("kept/w/systemMedium-light@1x.json", "kept/w/systemMedium-light@1x.png",
+                            "kept/w/systemMedium-light@2x.json", "kept/w/systemMedium-light@2x.png", "w.json"));
+    EXPECT_EQ(place.run(words).out, "2 snapshots: 2 the same\n");
+
+    const std::string kept = place.read("kept/w/systemMedium-light@1x.png");
+    place.write("w.json", documentWith("Hallo"));
+    const Finished different = place.run(words);
+    EXPECT_EQ(different.status, 1);
+    EXPECT_EQ(different.out, "2 snapshots: 2 different\n");
+    EXPECT_THAT(different.err, AllOf(HasSubstr("w.json: error: w/systemMedium-light@1x differs: "),
+                                     HasSubstr(" of 53404 pixels, within "),
+                                     HasSubstr("; the Text at children[1]: text was \"Hello\" and is \"Hallo\""),
+                                     HasSubstr("; see kept/failures/w/systemMedium-light@1x.png\n")));
+    EXPECT_EQ(place.read("kept/w/systemMedium-light@1x.png"), kept) << "what is kept stays";
+    EXPECT_TRUE(place.has("kept/failures/w/systemMedium-light@2x.png"));
+
+    const Finished updated = place.run(updating);
+    EXPECT_EQ(updated.status, 0);
+    EXPECT_EQ(updated.out, "2 snapshots: 2 updated\n");
+    EXPECT_FALSE(place.has("kept/failures/w/systemMedium-light@2x.png")) << "nothing differs any more";
+    EXPECT_EQ(place.run(updating).out, "2 snapshots: 2 the same\n");
+}
+
+TEST(Snapshot, ShowsAlwaysTheSameMoment) {
+    const Workplace place;
+    place.write("w.json", R"({"version": "1.0", "nodes": {"main": {"type": "timer", "timestamp": 0}}})");
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "a"}).status, 0);
+    EXPECT_EQ(
+        place.run({"snapshot", "w.json", "--dir", "b", "--date", "2026-03-01T09:41:00Z", "--time-zone", "UTC"}).status,
+        0);
+    const char* const file = "/w/systemMedium-light@3x.png";
+    EXPECT_EQ(place.read("a" + std::string(file)), place.read("b" + std::string(file)));
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "a", "--date", "2026-03-01T09:41:01Z"}).status, 1);
+}
+
+TEST(Snapshot, SaysWhatDiffers) {
+    const Workplace place;
+    const struct {
+        const char* why;
+        std::string after;
+        const char* message;
+    } rows[] = {
+        {"a property", documentWith("A", "24"), "the Text at children[1]: font.system was 20 and is 24"},
+        {"a view more",
+         R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"},
+            {"type": "text", "content": "A", "fontSize": 20}, {"type": "spacer"}]}}})",
+         "the VStack: children[2] is new, a Spacer"},
+        {"a view less",
+         R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"}]}}})",
+         "the VStack: children[1] is gone, a Text"},
+        {"another view", R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})",
+         "the VStack: view was \"VStack\" and is \"Spacer\""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        place.write("w.json", documentWith("A"));
+        EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--update"}).status, 0);
+        place.write("w.json", row.after);
+        const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept", "-o", "wrong", "--errors", "json"});
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_EQ(errorText(finished, "type"), "SnapshotDifference");
+        EXPECT_THAT(errorText(finished, "message"), HasSubstr(row.message));
+        EXPECT_TRUE(place.has("wrong/w/systemMedium-light@3x.png"));
+    }
+}
+
+TEST(Snapshot, OfAnotherSizeOrDamaged) {
+    const Workplace place;
+    place.write("w.json", hello);
+    const std::vector<std::string> words{"snapshot", "w.json", "--dir", "kept"};
+    EXPECT_EQ(place.run(words).status, 0);
+    EXPECT_EQ(place.run({"render", "w.json", "-o", "kept/w/systemMedium-light@3x.png", "--scale", "2"}).status, 0);
+    EXPECT_THAT(place.run(words).err, HasSubstr("the picture is 1014 × 474 pixels instead of 676 × 316; see"));
+    place.write("kept/w/systemMedium-light@3x.png", "no picture");
+    EXPECT_THAT(place.run(words).err, HasSubstr("differs: the kept picture cannot be read as one\n"));
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--update"}).out, "1 snapshot: 1 updated\n");
+    place.write("kept/w/systemMedium-light@3x.json", "{");
+    EXPECT_THAT(place.run(words).err, HasSubstr("differs: the kept tree cannot be read as one\n"));
+}
+
+TEST(Snapshot, ToleratesWhatItIsToldTo) {
+    const Workplace place;
+    const auto shade = [](const char* color) {
+        return R"({"version": "1.0", "nodes": {"main": {"type": "color", "value": ")" + std::string(color) + "\"}}}";
+    };
+    place.write("w.json", shade("#808080"));
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--scale", "1"}).status, 0);
+    const std::string tree = place.read("kept/w/systemMedium-light@1x.json");
+    place.write("w.json", shade("#808083"));
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "other", "--scale", "1"}).status, 0);
+    place.write("kept/w/systemMedium-light@1x.json", place.read("other/w/systemMedium-light@1x.json"));
+    EXPECT_THAT(place.run({"snapshot", "w.json", "--dir", "kept", "--scale", "1", "--tolerance", "2"}).err,
+                HasSubstr("53404 of 53404 pixels, within 338 × 158 at 0, 0 and by up to 3 of 255; see"));
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--scale", "1", "--tolerance", "3"}).status, 0);
+}
+
+TEST(Snapshot, StrictlyFailsWithoutOne) {
+    const Workplace place;
+    place.write("w.json", hello);
+    const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept", "--strict"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("w.json: error: w/systemMedium-light@3x has no snapshot in kept"));
+    EXPECT_EQ(finished.out, "1 snapshot: 1 failed\n");
+    EXPECT_FALSE(place.has("kept"));
+}
+
+TEST(Snapshot, OfADocumentThatFails) {
+    const Workplace place;
+    place.write("bad.json", broken);
+    const Finished finished = place.run({"snapshot", "bad.json", "--dir", "kept", "--families", "all"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.err.find("bad.json:4:"), finished.err.rfind("bad.json:4:")) << "said once";
+    EXPECT_FALSE(place.has("kept"));
+}
+
+TEST(Snapshot, IsRefused) {
+    const Workplace place;
+    const struct {
+        const char* why;
+        std::vector<std::string> words;
+        const char* message;
+    } rows[] = {
+        {"no folder", {}, "wants --dir DIR"},
+        {"update and strict", {"--dir", "d", "--update", "--strict"}, "give one of them"},
+        {"a tolerance too large", {"--dir", "d", "--tolerance", "256"}, "from 0 to 255, not '256'"},
+        {"a tolerance in words", {"--dir", "d", "--tolerance", "some"}, "not 'some'"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> words{"snapshot", "w.json"};
+        words.insert(words.end(), row.words.begin(), row.words.end());
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, 2);
+        EXPECT_THAT(finished.err, HasSubstr(row.message));
+    }
+}
+
+}  // namespace
+}  // namespace tavrin::cli

@@ -1,0 +1,49 @@
+#include "tavrin/json/json_difference.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+/// "PATH: BEFORE -> AFTER" for each difference; "-" is nothing.
+std::vector<std::string> found(std::string_view before, std::string_view after, std::size_t most = 100) {
+    const JSON one = JSON::parse(before);
+    const JSON other = JSON::parse(after);
+    const auto text = [](const JSON* value) { return value ? value->description() : "-"; };
+    std::vector<std::string> lines;
+    for (const JSONDifference& difference : differences(one, other, most))
+        lines.push_back(toText(difference.path) + ": " + text(difference.before) + " -> " + text(difference.after));
+    return lines;
+}
+
+TEST(JSONDifference, IsFoundByKeysAndElements) {
+    const struct {
+        const char* why;
+        const char* before;
+        const char* after;
+        std::vector<std::string> lines;
+    } rows[] = {
+        {"the same", R"({"a": [1, {"b": null}]})", R"({"a": [1, {"b": null}]})", {}},
+        {"another order of keys", R"({"a": 1, "b": 2})", R"({"b": 2, "a": 1})", {}},
+        {"a scalar", R"({"a": 1})", R"({"a": 2})", {"a: 1 -> 2"}},
+        {"another type that reads alike", R"({"a": 1})", R"({"a": "1"})", {"a: 1 -> 1"}},
+        {"the root", "true", "false", {": true -> false"}},
+        {"nested", R"({"a": [{"b": 1}, {"b": 2}]})", R"({"a": [{"b": 1}, {"b": 3}]})", {"a[1].b: 2 -> 3"}},
+        {"a list of scalars is one value", R"({"a": [1, 2]})", R"({"a": [1, 3]})", {"a: [1,2] -> [1,3]"}},
+        {"an element more", R"([{}])", R"([{}, {}])", {"[1]: - -> {}"}},
+        {"an element less", R"([{}, {}])", R"([{}])", {"[1]: {} -> -"}},
+        {"keys", R"({"a": 1, "b": 1})", R"({"c": 1, "b": 1})", {"a: 1 -> -", "c: - -> 1"}},
+        {"an object for a list", R"({"a": {}})", R"({"a": []})", {"a: {} -> []"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(found(row.before, row.after), row.lines);
+    }
+}
+
+TEST(JSONDifference, IsNotListedBeyondTheMost) {
+    EXPECT_EQ(found(R"({"a": 1, "b": 1, "c": 1})", R"({"a": 2, "b": 2, "c": 2})", 2).size(), 2U);
+}
+
+}  // namespace
+}  // namespace tavrin
