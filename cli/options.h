@@ -11,7 +11,17 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, targets, check, fetch, schema, completion };
+enum class Verb : unsigned char {
+    render,
+    tree,
+    layout,
+    targets,
+    check,
+    fetch,
+    schema,
+    preview,
+    completion
+};
 
 /// How a verb is explained.
 struct VerbInfo {
