@@ -110,7 +110,6 @@ async function start(): Promise<void> {
                 inspection.take(drawn.layout);
             },
             failed: (error) => announce(error.message),
-            selected: () => undefined,
             hovered: (point) => inspection.hover(point),
             picked: (point) => inspection.pick(point),
         });

@@ -13,7 +13,6 @@ export interface StageEvents {
     /** The selected picture was drawn, or could not be. */
     drawn: (drawn: Drawn) => void;
     failed: (error: Error) => void;
-    selected: () => void;
     hovered: (point: { x: number; y: number } | null) => void;
     picked: (point: { x: number; y: number }) => void;
 }
@@ -24,6 +23,7 @@ export class Stage {
     tiles: Tile[] = [];
     selected: Tile | null = null;
     private change = 0;
+    private zoom = 0;
     private selectedInFlight = false;
     private inFlight = new Set<Tile>();
 
@@ -51,36 +51,34 @@ export class Stage {
         });
         this.parent.replaceChildren(...columns);
         for (const tile of this.tiles) this.listen(tile);
-        const same = this.tiles.find(
-            (tile) => tile.family.name === before?.family.name && tile.appearance === before.appearance);
-        this.select(same ?? this.tiles.find((tile) => tile.family.name === before?.family.name) ?? this.tiles[0] ?? null);
+        const like = (tile: Tile) => tile.family.name === before?.family.name;
+        const same = this.tiles.find((tile) => like(tile) && tile.appearance === before?.appearance);
+        this.mark(same ?? this.tiles.find(like) ?? this.tiles[0] ?? null);
+        this.zoom = 0;
         this.resize();
     }
 
     /** Something that is drawn has changed. */
     invalidate(): void {
         this.change++;
+        this.parent.dataset["change"] = String(this.change);
         this.work();
     }
 
-    select(tile: Tile | null): void {
+    select(tile: Tile): void {
         if (tile === this.selected) return;
+        this.mark(tile);
+        tile.shown = -1;  // its tree is wanted too
+        this.work();
+    }
+
+    private mark(tile: Tile | null): void {
         for (const other of this.tiles) {
             other.figure.setAttribute("aria-selected", String(other === tile));
             other.figure.tabIndex = other === tile ? 0 : -1;
             if (other !== tile) other.outline(null);
         }
         this.selected = tile;
-        if (tile) tile.shown = -1;  // its tree is wanted too
-        this.events.selected();
-        this.work();
-    }
-
-    selectFamily(name: string): void {
-        const tile = this.tiles.find((each) => each.family.name === name);
-        if (!tile) return;
-        this.select(tile);
-        tile.figure.scrollIntoView({ block: "nearest" });
     }
 
     private listen(tile: Tile): void {
@@ -111,6 +109,8 @@ export class Stage {
         this.parent.classList.toggle("stacked", isStacked);
         const room = this.parent.clientWidth / (isStacked ? 1 : columns) - margin;
         const zoom = Math.max(0.2, Math.min(1, room / widest));
+        if (zoom === this.zoom) return this.work();
+        this.zoom = zoom;
         for (const tile of this.tiles) tile.resize(zoom);
         this.invalidate();
     }
