@@ -4,19 +4,31 @@
 #include <exception>
 #include <memory>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "cli/input.h"
 #include "cli/note_logger.h"
+#include "cli/preview/project_folder.h"
 #include "tavrin/engine/tavrin_engine.h"
 
 namespace tavrin::cli {
 namespace {
 
+/// The address itself, or one that leads nowhere for a file outside the folder.
+URL confined(const URL& address, const std::filesystem::path& folder) {
+    const std::filesystem::path file = address.filePath();
+    if (file.empty()) return address;
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::weakly_canonical(file, error);
+    return !error && standsIn(real, folder) ? address : *URL::parse("about:blank");
+}
+
 void setUp(Context& context, const Drawing& drawing) {
     context.date = drawing.options.environment.date;
     context.timeZone = drawing.options.environment.timeZone;
     context.fetchPolicy = drawing.fetchPolicy;
+    context.linkConverter = [&folder = drawing.folder](const URL& address) { return confined(address, folder); };
     if (drawing.pictures) context.imageCacheDir = URL::fileURL(*drawing.pictures);
 }
 

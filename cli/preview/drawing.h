@@ -16,6 +16,8 @@ struct Drawing {
     std::string document;
     std::optional<std::string> model = std::nullopt;
     RenderOptions options = {};
+    /// Files that the document names are read only where they lie in this folder.
+    std::filesystem::path folder = {};
     std::optional<std::filesystem::path> pictures = std::nullopt;
     FetchPolicy fetchPolicy = FetchPolicy::publicOnly;
     bool withLayout = false;

@@ -27,11 +27,12 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
         std::string_view path;
         HTTPResponse (Routes::*answer)(const HTTPRequest&) const;
     };
-    static constexpr std::array<Route, 9> routes{{
+    static constexpr std::array<Route, 10> routes{{
         {"GET", "/", &Routes::page},
         {"GET", "/preview.js", &Routes::script},
         {"GET", "/preview.css", &Routes::style},
         {"GET", "/api/project", &Routes::project},
+        {"GET", "/api/schema", &Routes::schema},
         {"GET", "/api/files", &Routes::files},
         {"GET", "/api/file", &Routes::file},
         {"POST", "/api/save", &Routes::save},
@@ -70,6 +71,8 @@ HTTPResponse Routes::style(const HTTPRequest&) const {
 
 HTTPResponse Routes::project(const HTTPRequest&) const { return HTTPResponse::json(projectMessage(folder_)); }
 
+HTTPResponse Routes::schema(const HTTPRequest&) const { return HTTPResponse::json("null"); }
+
 HTTPResponse Routes::files(const HTTPRequest&) const { return HTTPResponse::json(filesMessage(folder_)); }
 
 HTTPResponse Routes::file(const HTTPRequest& request) const {
@@ -86,6 +89,7 @@ HTTPResponse Routes::render(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     Drawing drawing = drawingOf(fields);
     drawing.fetchPolicy = fetchPolicy_;
+    drawing.folder = folder_.root();
     if (const auto path = fields.optionalText("path")) drawing.pictures = folder_.picturesBeside(*path);
     return drawnMessage(draw(drawing));
 }

@@ -12,6 +12,7 @@ namespace tavrin::cli {
 /// | --- | --- |
 /// | GET / | the page, with /preview.js and /preview.css |
 /// | GET /api/project | what does not change: the folder's name, screens and their families, the time zone |
+/// | GET /api/schema | the JSON Schema of documents |
 /// | GET /api/files | the folder's JSON files |
 /// | GET /api/file?path= | a file's text and revision |
 /// | POST /api/save | replaces a file's text |
@@ -28,6 +29,7 @@ private:
     [[nodiscard]] HTTPResponse script(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse style(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse project(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse schema(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse files(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse file(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse save(const HTTPRequest& request) const;

@@ -46,12 +46,14 @@ export function setUpShortcuts(shortcuts: Shortcut[]): void {
     );
 }
 
-/** Moves the focus to the next part of the page. */
+const stops = ".cm-content, [tabindex='0'], button:not(:disabled), input, select";
+
+/** Moves the focus to the next part of the page that can have it. */
 export function focusNextRegion(): void {
-    const regions = [...document.querySelectorAll<HTMLElement>("[data-region]")].filter((each) => each.offsetParent);
-    const at = regions.findIndex((region) => region.contains(document.activeElement));
+    const stopOf = (region: HTMLElement) =>
+        [...region.querySelectorAll<HTMLElement>(stops)].find((stop) => stop.offsetParent !== null);
+    const regions = [...document.querySelectorAll<HTMLElement>("[data-region]")].filter(stopOf);
+    const at = regions.findLastIndex((region) => region.contains(document.activeElement));
     const next = regions[(at + 1) % regions.length];
-    const stop = next?.querySelector<HTMLElement>(
-        ".cm-content, [tabindex='0'], button:not(:disabled), input, select");
-    (stop ?? next)?.focus();
+    if (next) stopOf(next)?.focus();
 }

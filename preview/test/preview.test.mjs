@@ -72,7 +72,7 @@ test("shows an error in place, and leads to it", () =>
         assert.equal(await picture(page), first, "the last picture stays");
         await page.keyboard.press("Control+Home");
         await page.keyboard.press("F8");
-        assert.match(await page.locator(".cm-activeLine").textContent(), /hstacks/);
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /hstacks/);
         await redrawn(page, () => page.keyboard.press("Control+z"));
         assert.equal(await problem.count(), 0);
     }));
@@ -105,12 +105,14 @@ test("draws any moment, and lets the clock run", () =>
         assert.notEqual(later, first);
         await redrawn(page, async () => {
             await page.fill("#time-zone", "Asia/Kolkata");
-            await page.keyboard.press("Enter");
+            await page.keyboard.press("Tab");
         });
         assert.match(await page.inputValue("#time-field"), /^\d{4}-\d\d-\d\dT\d\d:\d\d/);
         await page.selectOption("#time-speed", "3600");
-        await redrawn(page, () => page.click("#play"));
-        await redrawn(page, () => Promise.resolve());
+        await page.click("#play");
+        const running = await picture(page);
+        await page.waitForTimeout(500);
+        assert.notEqual(await picture(page), running);
         await page.click("#play");
         assert.equal(await page.getAttribute("#play", "aria-pressed"), "false");
     }));
@@ -222,7 +224,7 @@ test("shares one file that stands alone", () =>
         const sizes = await shared.$$eval("img", (all) => all.map((image) => image.naturalWidth));
         assert.ok(sizes.length >= 4 && sizes.every((width) => width > 0), sizes.join());
         assert.match(await shared.locator("body").textContent(), /photo\/document.*"nodes".*View tree/s);
-        assert.deepEqual([...new Set(asked)].sort(), ["data:", "file:"]);
+        assert.ok(asked.every((address) => address === "file:" || address === "data:"), asked.join());
         await context.close();
     }));
 
