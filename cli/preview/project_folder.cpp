@@ -1,7 +1,7 @@
 #include "cli/preview/project_folder.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <cstdint>
 #include <sys/stat.h>
 #include <system_error>
 #include <utility>
@@ -26,10 +26,11 @@ bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
 
 bool isSkipped(const fs::path& folder) { return isHidden(folder.filename()) || folder.filename() == "node_modules"; }
 
-/// The last change and the size; nanoseconds, since editors save more often than once a second.
+/// When it was last changed, its size, and which file it is: two changes may come within one tick of the clock.
 std::string revisionOf(const struct stat& status) {
-    return tavrin::toText(std::int64_t{status.st_mtim.tv_sec}) + "." +
-           tavrin::toText(std::int64_t{status.st_mtim.tv_nsec}) + "-" + tavrin::toText(std::int64_t{status.st_size});
+    const auto text = [](auto number) { return tavrin::toText(static_cast<std::int64_t>(number)); };
+    return text(status.st_mtim.tv_sec) + "." + text(status.st_mtim.tv_nsec) + "-" + text(status.st_size) + "-" +
+           text(status.st_ino);
 }
 
 struct stat statusOf(const fs::path& file, const std::string& path) {

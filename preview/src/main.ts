@@ -74,15 +74,17 @@ function listen(sources: Sources): void {
 
 function share(state: State, sources: Sources, stage: Stage, inspection: Inspection): void {
     const name = (sources.document.path ?? "widget").replace(/\.json$/, "");
-    const texts = { document: sources.document.editor.text, model: sources.model.editor.text };
+    const texts = { document: sources.document.text, model: sources.model.text };
     const page = sharedPage(name, state, stage.tiles, texts, inspection.root);
     download(`${name.replaceAll("/", "-")}.html`, page, "text/html");
     announce("The page is in your downloads");
 }
 
+const asked = initialState();
+
 async function start(): Promise<void> {
     setUpTabs();
-    const state = await initialState();
+    const state = await asked;
     const changed = (): void => {
         sources.update();
         stage.invalidate();
@@ -99,11 +101,7 @@ async function start(): Promise<void> {
     };
     const inspection = new Inspection(() => stage, editors.document);
     const stage: Stage = new Stage(byId("stage"), state,
-        () => ({
-            path: sources.document.path,
-            document: editors.document.text,
-            model: editors.model.text.trim() === "" ? null : editors.model.text,
-        }),
+        () => sources.drawn,
         {
             drawn: (drawn: Drawn) => {
                 report(editors, drawn);
@@ -138,8 +136,8 @@ async function start(): Promise<void> {
         editors[role].view.focus();
     };
 
-    await sources.start();
     stage.build();
+    await sources.start();
     listen(sources);
     document.body.classList.add("ready");
     void loadSchema();

@@ -1,11 +1,12 @@
 // The two texts that are edited, the files they come from, and how both stay together.
-import type { ProjectFile } from "./api";
+import type { Drawing, FileText, ProjectFile } from "./api";
 import { fetchFile, fetchFiles, saveFile } from "./api";
 import { announce, byId, element } from "./dom";
 import type { Editor } from "./editor";
 import type { State } from "./state";
 import { modelOf } from "./state";
 
+export type Drawable = Pick<Drawing, "document" | "model" | "path">;
 export type Role = "document" | "model";
 
 /** One text: what is in the editor, and what the file had when it was read. */
@@ -14,14 +15,30 @@ class Source {
     name = "";
     saved = "";
     revision = "";
+    /** A text that is to be drawn before the editor shows it. */
+    private coming: string | null = null;
 
     constructor(
         readonly role: Role,
         readonly editor: Editor,
     ) {}
 
+    get text(): string {
+        return this.coming ?? this.editor.text;
+    }
+
     get isChanged(): boolean {
-        return this.editor.text !== this.saved;
+        return this.text !== this.saved;
+    }
+
+    take(path: string | null, { text, revision }: FileText): void {
+        const name = path?.slice(path.lastIndexOf("/") + 1) ?? "none";
+        Object.assign(this, { path, name, saved: text, revision, coming: text });
+    }
+
+    open(): void {
+        if (this.coming !== null) this.editor.open(this.coming);
+        this.coming = null;
     }
 }
 
@@ -47,6 +64,12 @@ export class Sources {
 
     get isChanged(): boolean {
         return [this.document, this.model].some((source) => source.path !== null && source.isChanged);
+    }
+
+    /** What is to be drawn; nothing while there is no document. */
+    get drawn(): Drawable | null {
+        const { path, text } = this.document;
+        return path === null && text === "" ? null : { path, document: text, model: this.model.text.trim() ? this.model.text : null };
     }
 
     /** Lists the folder's documents and opens the one that the address names, or the first. */
@@ -80,27 +103,18 @@ export class Sources {
     async open(path: string): Promise<void> {
         try {
             const model = modelOf(path, this.state.files);
-            await this.read(this.document, path);
-            if (model) await this.read(this.model, model.path);
-            else this.take(this.model, null, "no model", "", "");
+            const [text, modelText] = await Promise.all([fetchFile(path), model && fetchFile(model.path)]);
+            this.document.take(path, text);
+            this.model.take(model?.path ?? null, modelText ?? { text: "", revision: "" });
+            this.changed();
+            this.document.open();
+            this.model.open();
             history.replaceState(null, "", `#${encodeURIComponent(path)}`);
             this.select.value = path;
             byId("changed-on-disk").hidden = true;
-            this.update();
-            this.changed();
         } catch (error) {
             announce((error as Error).message);
         }
-    }
-
-    private async read(source: Source, path: string): Promise<void> {
-        const { text, revision } = await fetchFile(path);
-        this.take(source, path, path.slice(path.lastIndexOf("/") + 1), text, revision);
-    }
-
-    private take(source: Source, path: string | null, name: string, text: string, revision: string): void {
-        Object.assign(source, { path, name, saved: text, revision });
-        source.editor.open(text);
     }
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
@@ -118,7 +132,7 @@ export class Sources {
     async save(): Promise<void> {
         for (const source of [this.document, this.model]) {
             if (!source.path || !source.isChanged) continue;
-            const { text } = source.editor;
+            const { text } = source;
             try {
                 source.revision = await saveFile(source.path, text, source.revision);
                 source.saved = text;

@@ -1,7 +1,8 @@
 // The widget in every family, light and dark: keeps all pictures up to date, the selected one first.
-import type { Drawing, Drawn } from "./api";
+import type { Drawn } from "./api";
 import { draw } from "./api";
 import { element, neighbour } from "./dom";
+import type { Drawable } from "./sources";
 import type { State } from "./state";
 import { appearancesShown, orderedFamilies } from "./state";
 import { Tile } from "./tile";
@@ -17,8 +18,6 @@ export interface StageEvents {
     picked: (point: { x: number; y: number }) => void;
 }
 
-type Source = Pick<Drawing, "document" | "model" | "path">;
-
 export class Stage {
     tiles: Tile[] = [];
     selected: Tile | null = null;
@@ -30,7 +29,7 @@ export class Stage {
     constructor(
         private readonly parent: HTMLElement,
         private readonly state: State,
-        private readonly source: () => Source,
+        private readonly source: () => Drawable | null,
         private readonly events: StageEvents,
     ) {
         parent.addEventListener("keydown", (event) => this.moveFocus(event));
@@ -118,38 +117,39 @@ export class Stage {
     /** Draws what is out of date: the selected picture alone, then what is seen of the others. */
     private work(): void {
         const { selected } = this;
-        if (this.selectedInFlight) return;
+        const source = this.source();
+        if (this.selectedInFlight || !source) return;
         if (selected && selected.shown !== this.change) {
-            void this.drawSelected(selected);
+            void this.drawSelected(selected, source);
             return;
         }
         const seen = this.parent.getBoundingClientRect();
         for (const tile of this.tiles) {
             if (this.inFlight.size >= atOnce) return;
-            if (tile.shown !== this.change && !this.inFlight.has(tile) && tile.isVisible(seen)) void this.drawOther(tile);
+            if (tile.shown !== this.change && !this.inFlight.has(tile) && tile.isVisible(seen)) void this.drawOther(tile, source);
         }
     }
 
-    private async drawSelected(tile: Tile): Promise<void> {
+    private async drawSelected(tile: Tile, source: Drawable): Promise<void> {
         this.selectedInFlight = true;
-        const drawn = await this.drawTile(tile);
+        const drawn = await this.drawTile(tile, source);
         this.selectedInFlight = false;
         if (drawn && tile === this.selected) this.events.drawn(drawn);
         this.work();
     }
 
-    private async drawOther(tile: Tile): Promise<void> {
+    private async drawOther(tile: Tile, source: Drawable): Promise<void> {
         this.inFlight.add(tile);
-        await this.drawTile(tile);
+        await this.drawTile(tile, source);
         this.inFlight.delete(tile);
         this.work();
     }
 
-    private async drawTile(tile: Tile): Promise<Drawn | null> {
+    private async drawTile(tile: Tile, source: Drawable): Promise<Drawn | null> {
         const { change } = this;
         try {
             const drawn = await draw({
-                ...this.source(),
+                ...source,
                 width: tile.family.width,
                 height: tile.family.height,
                 scale: Math.min(8, Math.max(0.25, devicePixelRatio * tile.zoom)),
