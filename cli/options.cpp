@@ -67,7 +67,7 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyCheck{Verb::check};
     static constexpr VerbSet laidOut{Verb::render, Verb::tree, Verb::layout, Verb::targets, Verb::check};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
-    static constexpr VerbSet offline = laidOut.with(Verb::preview);
+    static constexpr VerbSet shown = laidOut.with(Verb::preview);
     static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion);
     static const std::vector<OptionInfo> list{
         {"--output",
@@ -112,7 +112,7 @@ const std::vector<OptionInfo>& options() {
         {"--fetch", "none|public|all", loaded,
          "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
          Completes::words, listOf(fetchWords)},
-        {"--offline", "", offline, "Fetch nothing: short for --fetch none"},
+        {"--offline", "", shown, "Fetch nothing: short for --fetch none"},
         {"--background",
          "COLOR|none|auto",
          onlyRender.with(Verb::check),

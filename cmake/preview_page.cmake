@@ -6,7 +6,7 @@ set(page_source ${PROJECT_SOURCE_DIR}/preview)
 set(page_packages ${page_source}/node_modules/.installed)
 set(page_folder ${CMAKE_CURRENT_BINARY_DIR}/page)
 set(preview_page_files ${page_folder}/index.html ${page_folder}/preview.js ${page_folder}/preview.css)
-file(GLOB page_sources CONFIGURE_DEPENDS ${page_source}/src/*.ts ${page_source}/*.html ${page_source}/*.css)
+file(GLOB page_sources CONFIGURE_DEPENDS ${page_source}/src/*.ts ${page_source}/*.html ${page_source}/style/*.css)
 
 add_custom_command(
   OUTPUT ${page_packages}

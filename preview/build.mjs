@@ -15,5 +15,11 @@ await build({
     legalComments: "eof",
     logLevel: "warning",
 });
-await build({ entryPoints: ["preview.css"], outdir: folder, minify: true, target: "es2022", logLevel: "warning" });
+await build({
+    entryPoints: ["style/preview.css"], bundle: true,
+    outdir: folder,
+    minify: true,
+    target: "es2022",
+    logLevel: "warning",
+});
 await copyFile("index.html", join(folder, "index.html"));

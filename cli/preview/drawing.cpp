@@ -4,44 +4,53 @@
 #include <exception>
 #include <memory>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "cli/input.h"
 #include "cli/note_logger.h"
-#include "cli/preview/project_folder.h"
+#include "cli/preview/origin_list.h"
 #include "tavrin/engine/tavrin_engine.h"
 
 namespace tavrin::cli {
 namespace {
 
-/// The address itself, or one that leads nowhere for a file outside the folder.
-URL confined(const URL& address, const std::filesystem::path& folder) {
-    const std::filesystem::path file = address.filePath();
-    if (file.empty()) return address;
-    std::error_code error;
-    const std::filesystem::path real = std::filesystem::weakly_canonical(file, error);
-    return !error && standsIn(real, folder) ? address : *URL::parse("about:blank");
-}
-
-void setUp(Context& context, const Drawing& drawing) {
+AnyView load(const Drawing& drawing, Context& context) {
     context.date = drawing.options.environment.date;
     context.timeZone = drawing.options.environment.timeZone;
     context.fetchPolicy = drawing.fetchPolicy;
-    context.linkConverter = [&folder = drawing.folder](const URL& address) { return confined(address, folder); };
     if (drawing.pictures) context.imageCacheDir = URL::fileURL(*drawing.pictures);
+    const auto model = drawing.model ? std::optional<std::string_view>(*drawing.model) : std::nullopt;
+    return TavrinEngine().loadView(drawing.document, model, context);
 }
 
 void drawInto(Drawn& drawn, const Drawing& drawing) {
     Context context(std::make_shared<NoteLogger>(drawn.notes));
-    setUp(context, drawing);
-    const auto model = drawing.model ? std::optional<std::string_view>(*drawing.model) : std::nullopt;
-    const AnyView view = TavrinEngine().loadView(drawing.document, model, context);
+    const AnyView view = load(drawing, context);
     RenderOptions options = drawing.options;
     options.diagnostics = [&drawn](std::string_view message) { drawn.notes.emplace_back(message); };
-    ImageRenderer renderer(view, std::move(options));
-    drawn.picture = renderer.encode(PictureFormat::png);
-    if (drawing.withLayout) drawn.layout = renderer.layoutText();
+    drawn.picture = ImageRenderer(view, std::move(options)).encode(PictureFormat::png);
+}
+
+void explainInto(Explained& explained, const Drawing& drawing) {
+    Context context;
+    context.recordsOrigins = true;
+    const AnyView view = load(drawing, context);
+    ImageRenderer renderer(view, drawing.options);
+    explained.explanation = originList(view, *context.origins());
+    explained.layout = renderer.layoutText();
+}
+
+/// What a piece of work fails with, told in the texts' terms.
+template <class Work>
+std::optional<Failure> failureOf(const Drawing& drawing, Work work) {
+    try {
+        work();
+        return std::nullopt;
+    } catch (...) {
+        const Source document{"document", drawing.document};
+        const Source model{"model", drawing.model.value_or("")};
+        return describe(std::current_exception(), document, drawing.model ? &model : nullptr);
+    }
 }
 
 }  // namespace
@@ -49,15 +58,15 @@ void drawInto(Drawn& drawn, const Drawing& drawing) {
 Drawn draw(const Drawing& drawing) {
     const auto begin = std::chrono::steady_clock::now();
     Drawn drawn;
-    try {
-        drawInto(drawn, drawing);
-    } catch (...) {
-        const Source document{"document", drawing.document};
-        const Source model{"model", drawing.model.value_or("")};
-        drawn.failure = describe(std::current_exception(), document, drawing.model ? &model : nullptr);
-    }
+    drawn.failure = failureOf(drawing, [&] { drawInto(drawn, drawing); });
     drawn.milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
     return drawn;
+}
+
+Explained explain(const Drawing& drawing) {
+    Explained explained;
+    explained.failure = failureOf(drawing, [&] { explainInto(explained, drawing); });
+    return explained;
 }
 
 }  // namespace tavrin::cli

@@ -15,24 +15,30 @@ namespace tavrin::cli {
 struct Drawing {
     std::string document;
     std::optional<std::string> model = std::nullopt;
+    /// What messages call the widget's size.
+    std::string family = {};
     RenderOptions options = {};
-    /// Files that the document names are read only where they lie in this folder.
-    std::filesystem::path folder = {};
     std::optional<std::filesystem::path> pictures = std::nullopt;
-    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;
-    bool withLayout = false;
+    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
 };
 
 /// What came of it.
 struct Drawn {
     std::string picture = {};  ///< a PNG
-    std::string layout = {};   ///< JSON; empty unless it was asked for
     std::vector<std::string> notes = {};
     double milliseconds = 0;
     std::optional<Failure> failure = std::nullopt;
 };
 
+/// What it is made of.
+struct Explained {
+    std::string layout = {};       ///< the laid-out tree, as `tavrin layout` prints it
+    std::string explanation = {};  ///< its views in the same order, with where they come from
+    std::optional<Failure> failure = std::nullopt;
+};
+
 /// Draws on the calling thread; several may draw at once.
 [[nodiscard]] Drawn draw(const Drawing& drawing);
+[[nodiscard]] Explained explain(const Drawing& drawing);
 
 }  // namespace tavrin::cli

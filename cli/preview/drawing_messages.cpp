@@ -1,6 +1,5 @@
 #include "cli/preview/drawing_messages.h"
 
-#include <cstdint>
 #include <utility>
 
 #include "cli/failure_text.h"
@@ -24,7 +23,8 @@ TimeZone timeZoneOf(const RequestFields& fields) {
 }  // namespace
 
 Drawing drawingOf(const RequestFields& fields) {
-    Drawing drawing{.document = fields.text("document"), .model = fields.optionalText("model")};
+    Drawing drawing{
+        .document = fields.text("document"), .model = fields.optionalText("model"), .family = fields.text("family")};
     RenderOptions& options = drawing.options;
     options.size = {fields.number("width", leastSide, mostSide), fields.number("height", leastSide, mostSide)};
     options.scale = fields.number("scale", leastScale, mostScale);
@@ -33,7 +33,6 @@ Drawing drawingOf(const RequestFields& fields) {
     options.environment.date = {fields.number("date", -mostSeconds, mostSeconds)};
     options.environment.timeZone = timeZoneOf(fields);
     options.environment.displayScale = options.scale;
-    drawing.withLayout = fields.flag("layout");
     return drawing;
 }
 
@@ -42,9 +41,14 @@ HTTPResponse drawnMessage(const Drawn& drawn) {
     JSONWriter head(JSONWriter::Style::compact);
     head.beginObject().key("milliseconds").value(drawn.milliseconds).key("notes").beginArray();
     for (const std::string& note : drawn.notes) head.value(note);
-    head.endArray().key("layoutBytes").value(std::uint64_t{drawn.layout.size()}).endObject();
-    return {.contentType = "application/octet-stream",
-            .body = std::move(head).text() + "\n" + drawn.layout + drawn.picture};
+    head.endArray().endObject();
+    return {.contentType = "application/octet-stream", .body = std::move(head).text() + "\n" + drawn.picture};
+}
+
+HTTPResponse explainedMessage(Explained explained) {
+    if (explained.failure) return HTTPResponse::json(toJSONLine(*explained.failure, true));
+    return HTTPResponse::json("{\"layout\":" + std::move(explained.layout) +
+                              ",\"explanation\":" + std::move(explained.explanation) + "}");
 }
 
 }  // namespace tavrin::cli

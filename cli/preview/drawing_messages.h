@@ -6,12 +6,15 @@
 
 namespace tavrin::cli {
 
-/// What a posted drawing says: "document", "model", "width", "height" and "scale", "appearance", "date" in seconds
-/// since 1970, "timeZone", "rounded", "layout". Throws `RequestError`.
+/// What a posted drawing says: "document", "model", "family", "width", "height" and "scale", "appearance", "date" in
+/// seconds since 1970, "timeZone", "rounded". Throws `RequestError`.
 [[nodiscard]] Drawing drawingOf(const RequestFields& fields);
 
 /// A failure as the program writes it, `{"error": …}`; or, one behind the other, a line of JSON
-/// `{"milliseconds": …, "notes": […], "layoutBytes": …}`, the layout's bytes and the picture's.
+/// `{"milliseconds": …, "notes": […]}` and the picture's bytes.
 [[nodiscard]] HTTPResponse drawnMessage(const Drawn& drawn);
+
+/// A failure, or `{"layout": …, "explanation": …}`.
+[[nodiscard]] HTTPResponse explainedMessage(Explained explained);
 
 }  // namespace tavrin::cli

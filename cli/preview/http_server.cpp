@@ -61,16 +61,16 @@ public:
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
     void stop() { context_.stop(); }
 
-    void run(Handler handler, bool untilSignal) {
+    void stopOnSignals() {
+        signals_.add(SIGINT);
+        signals_.add(SIGTERM);
+        signals_.async_wait([this](boost::system::error_code error, int) {
+            if (!error) stop();
+        });
+    }
+
+    void run(Handler handler) {
         handler_ = std::move(handler);
-        asio::signal_set signals(context_);
-        if (untilSignal) {
-            signals.add(SIGINT);
-            signals.add(SIGTERM);
-            signals.async_wait([this](boost::system::error_code error, int) {
-                if (!error) stop();
-            });
-        }
         accept();
         context_.run();
         handlers_.join();
@@ -124,6 +124,7 @@ private:
     Handler handler_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
+    asio::signal_set signals_{context_};
     asio::thread_pool handlers_{handlerThreads};
 };
 
@@ -131,7 +132,8 @@ HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Conne
 HTTPServer::~HTTPServer() = default;
 
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
-void HTTPServer::run(Handler handler, bool untilSignal) { connections_->run(std::move(handler), untilSignal); }
+void HTTPServer::stopOnSignals() { connections_->stopOnSignals(); }
+void HTTPServer::run(Handler handler) { connections_->run(std::move(handler)); }
 void HTTPServer::stop() { connections_->stop(); }
 void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
 bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }

@@ -24,8 +24,10 @@ public:
     ~HTTPServer();
 
     [[nodiscard]] std::uint16_t port() const;
-    /// Serves until `stop` is called, or until SIGINT or SIGTERM comes where `untilSignal` is set.
-    void run(Handler handler, bool untilSignal);
+    /// Lets SIGINT and SIGTERM, from now on, end `run` instead of the process.
+    void stopOnSignals();
+    /// Serves until `stop` is called.
+    void run(Handler handler);
     /// Ends `run`; from any thread.
     void stop();
 

@@ -18,8 +18,9 @@ void servePreview(const PreviewOptions& options, const std::function<void(const 
     const FolderWatch watch(
         folder, [&server] { return server.hasListeners(); },
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });
+    server.stopOnSignals();
     announce("http://127.0.0.1:" + tavrin::toText(std::int64_t{server.port()}) + "/");
-    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); }, true);
+    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); });
 }
 
 }  // namespace tavrin::cli

@@ -46,11 +46,11 @@ bool leadsDown(const fs::path& path) {
            std::none_of(path.begin(), path.end(), [](const fs::path& name) { return name.empty() || isHidden(name); });
 }
 
-}  // namespace
-
 bool standsIn(const fs::path& path, const fs::path& folder) {
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
+
+}  // namespace
 
 ProjectFolder::ProjectFolder(const fs::path& folder) {
     std::error_code error;

@@ -24,9 +24,6 @@ struct ProjectText {
     std::string revision;
 };
 
-/// Whether a canonical path is a canonical folder's or leads to what lies in it.
-[[nodiscard]] bool standsIn(const std::filesystem::path& path, const std::filesystem::path& folder);
-
 /// The folder that a preview shows, and the only one it reads or writes. Names come from outside: a path that leads out
 /// of it, by ".." or by a symbolic link, is refused, as is all that is no plain file. Safe to use from several threads.
 class ProjectFolder {

@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "cli/io_error.h"
-#include "cli/preview/drawing.h"
+#include "cli/preview/checking.h"
 #include "cli/preview/drawing_messages.h"
 #include "cli/preview/folder_error.h"
 #include "cli/preview/page.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"
+#include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
 namespace {
@@ -27,7 +28,7 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
         std::string_view path;
         HTTPResponse (Routes::*answer)(const HTTPRequest&) const;
     };
-    static constexpr std::array<Route, 10> routes{{
+    static constexpr std::array<Route, 12> routes{{
         {"GET", "/", &Routes::page},
         {"GET", "/preview.js", &Routes::script},
         {"GET", "/preview.css", &Routes::style},
@@ -37,6 +38,8 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
         {"GET", "/api/file", &Routes::file},
         {"POST", "/api/save", &Routes::save},
         {"POST", "/api/render", &Routes::render},
+        {"POST", "/api/explain", &Routes::explain},
+        {"POST", "/api/check", &Routes::check},
         {"GET", "/api/events", &Routes::events},
     }};
     try {
@@ -71,7 +74,7 @@ HTTPResponse Routes::style(const HTTPRequest&) const {
 
 HTTPResponse Routes::project(const HTTPRequest&) const { return HTTPResponse::json(projectMessage(folder_)); }
 
-HTTPResponse Routes::schema(const HTTPRequest&) const { return HTTPResponse::json("null"); }
+HTTPResponse Routes::schema(const HTTPRequest&) const { return HTTPResponse::json(documentSchema()); }
 
 HTTPResponse Routes::files(const HTTPRequest&) const { return HTTPResponse::json(filesMessage(folder_)); }
 
@@ -85,14 +88,21 @@ HTTPResponse Routes::save(const HTTPRequest& request) const {
         savedMessage(folder_.save(fields.text("path"), fields.text("text"), fields.text("revision"))));
 }
 
-HTTPResponse Routes::render(const HTTPRequest& request) const {
+Drawing Routes::drawing(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     Drawing drawing = drawingOf(fields);
     drawing.fetchPolicy = fetchPolicy_;
-    drawing.folder = folder_.root();
     if (const auto path = fields.optionalText("path")) drawing.pictures = folder_.picturesBeside(*path);
-    return drawnMessage(draw(drawing));
+    return drawing;
 }
+
+HTTPResponse Routes::render(const HTTPRequest& request) const { return drawnMessage(draw(drawing(request))); }
+
+HTTPResponse Routes::explain(const HTTPRequest& request) const {
+    return explainedMessage(cli::explain(drawing(request)));
+}
+
+HTTPResponse Routes::check(const HTTPRequest& request) const { return HTTPResponse::json(checked(drawing(request))); }
 
 HTTPResponse Routes::events(const HTTPRequest&) const { return {.isEventStream = true}; }
 

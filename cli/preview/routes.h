@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/preview/drawing.h"
 #include "cli/preview/http_message.h"
 #include "cli/preview/project_folder.h"
 #include "tavrin/platform/foundation/fetch_policy.h"
@@ -16,7 +17,9 @@ namespace tavrin::cli {
 /// | GET /api/files | the folder's JSON files |
 /// | GET /api/file?path= | a file's text and revision |
 /// | POST /api/save | replaces a file's text |
-/// | POST /api/render | a picture, and the laid-out tree where it is wanted |
+/// | POST /api/render | a picture |
+/// | POST /api/explain | the laid-out tree, and where in the document each view comes from |
+/// | POST /api/check | what is wrong or doubtful |
 /// | GET /api/events | tells the paths of files when they change |
 class Routes {
 public:
@@ -34,7 +37,12 @@ private:
     [[nodiscard]] HTTPResponse file(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse save(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse render(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse explain(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse check(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse events(const HTTPRequest& request) const;
+
+    /// What a request asks to be drawn.
+    [[nodiscard]] Drawing drawing(const HTTPRequest& request) const;
 
     ProjectFolder& folder_;
     FetchPolicy fetchPolicy_;

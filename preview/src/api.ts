@@ -30,6 +30,7 @@ export interface Drawing {
     path: string | null;
     document: string;
     model: string | null;
+    family: string;
     width: number;
     height: number;
     scale: number;
@@ -37,7 +38,6 @@ export interface Drawing {
     date: number;
     timeZone: string;
     rounded: boolean;
-    layout: boolean;
 }
 export type Step = string | number;
 
@@ -55,7 +55,6 @@ export interface Drawn {
     failure: Failure | null;
     milliseconds: number;
     notes: string[];
-    layout: LayoutView | null;
     picture: Uint8Array<ArrayBuffer> | null;
 }
 
@@ -65,6 +64,18 @@ export interface LayoutView {
     modifier?: string;
     frame?: [number, number, number, number] | null;
     [member: string]: unknown;
+}
+
+/** What is known of a view; the views of a tree come in the order in which the layout has them. */
+export interface ViewExplanation {
+    view: string;
+    origin: string | null;
+    /** Why it has its size and place, in sentences. */
+    because?: string[];
+}
+export interface Explained {
+    layout: LayoutView;
+    explanation: { views: ViewExplanation[] };
 }
 
 async function failureOf(response: Response): Promise<Error> {
@@ -110,25 +121,40 @@ export async function draw(drawing: Drawing): Promise<Drawn> {
 
 function failed(bytes: Uint8Array): Drawn {
     const { error } = JSON.parse(new TextDecoder().decode(bytes)) as { error: Failure };
-    return { failure: error, milliseconds: 0, notes: [], layout: null, picture: null };
+    return { failure: error, milliseconds: 0, notes: [], picture: null };
 }
 
-/** A line of JSON, the layout's bytes and the picture's. */
+/** A line of JSON and the picture's bytes. */
 function succeeded(bytes: Uint8Array<ArrayBuffer>): Drawn {
-    const decoder = new TextDecoder();
     const end = bytes.indexOf(0x0a);
-    const head = JSON.parse(decoder.decode(bytes.subarray(0, end))) as {
-        milliseconds: number;
-        notes: string[];
-        layoutBytes: number;
-    };
-    const layoutEnd = end + 1 + head.layoutBytes;
-    const layout = head.layoutBytes > 0 ? decoder.decode(bytes.subarray(end + 1, layoutEnd)) : null;
-    return {
-        failure: null,
-        milliseconds: head.milliseconds,
-        notes: head.notes,
-        layout: layout ? (JSON.parse(layout) as LayoutView) : null,
-        picture: bytes.subarray(layoutEnd),
-    };
+    const head = JSON.parse(new TextDecoder().decode(bytes.subarray(0, end))) as Pick<Drawn, "milliseconds" | "notes">;
+    return { failure: null, ...head, picture: bytes.subarray(end + 1) };
+}
+
+/** Nothing for a document that cannot be drawn. */
+export async function explain(drawing: Drawing): Promise<Explained | null> {
+    const answer = (await (await post("/api/explain", drawing)).json()) as Explained | { error: Failure };
+    return "error" in answer ? null : answer;
+}
+
+/** A stretch of a text; lines and columns from 1, columns in code points. */
+export interface TextRange {
+    line: number;
+    column: number;
+    endLine: number;
+    endColumn: number;
+}
+/** What `tavrin check --format json` finds. */
+export interface Finding {
+    severity: "error" | "warning" | "note";
+    code: string;
+    message: string;
+    role: "document" | "model";
+    range?: TextRange;
+    fix?: (TextRange & { text: string })[];
+}
+
+/** What is wrong or doubtful, as far as that drawing shows. */
+export async function check(drawing: Drawing): Promise<Finding[]> {
+    return (await (await post("/api/check", drawing)).json()) as Finding[];
 }

@@ -1,7 +1,7 @@
 // What is known of the selected view.
 import { element } from "./dom";
-import type { Node } from "./inspector";
-import { membersOf, nameOf, short } from "./inspector";
+import type { Node } from "./view_tree";
+import { membersOf, nameOf, short } from "./view_tree";
 import { pathText } from "./json_places";
 
 function term(name: string, value: string | Node | HTMLElement): HTMLElement[] {
@@ -24,6 +24,6 @@ export function detailsOf(node: Node, jump: () => void): HTMLElement[] {
         button.addEventListener("click", jump);
         list.append(...term("text", button));
     }
-    const explained = node.explanation.map((sentence) => element("p", {}, sentence));
-    return [element("h3", {}, nameOf(node)), ...explained, list];
+    const told = node.explained?.because?.map((sentence) => element("p", {}, sentence)) ?? [];
+    return [element("h3", {}, nameOf(node)), ...told, list];
 }

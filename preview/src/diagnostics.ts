@@ -1,7 +1,7 @@
 // Where in the editors a failure is shown.
 import type { Diagnostic } from "@codemirror/lint";
 import type { EditorState } from "@codemirror/state";
-import type { Failure } from "./api";
+import type { Failure, Finding, TextRange } from "./api";
 import { nodeAt, pathText } from "./json_places";
 
 const longest = 200;
@@ -30,4 +30,21 @@ export function diagnosticOf(state: EditorState, failure: Failure): Diagnostic {
     const from = failure.line ? offsetOf(state, failure.line, failure.column ?? 1) : (node?.from ?? 0);
     const to = node && node.from === from ? node.to : from + 1;
     return { ...visible(state, from, to), severity: "error", message: sentenceOf(failure) };
+}
+
+function rangeOf(state: EditorState, range: TextRange): { from: number; to: number } {
+    return { from: offsetOf(state, range.line, range.column), to: offsetOf(state, range.endLine, range.endColumn) };
+}
+
+/** What was found, where it stands, with a button that mends it where that is safe. */
+export function diagnosticOfFinding(state: EditorState, finding: Finding): Diagnostic {
+    const { from, to } = finding.range ? rangeOf(state, finding.range) : { from: 0, to: 1 };
+    const changes = finding.fix?.map((edit) => ({ ...rangeOf(state, edit), insert: edit.text })) ?? [];
+    return {
+        ...visible(state, from, to),
+        severity: finding.severity === "note" ? "info" : finding.severity,
+        message: finding.message,
+        source: finding.code,
+        actions: changes.length > 0 ? [{ name: "Mend", apply: (view) => view.dispatch({ changes }) }] : [],
+    };
 }

@@ -43,34 +43,38 @@ function propertyText(reader: SchemaReader, key: string, schema: Schema): string
     return `"${key}": `;
 }
 
-/** The part of a string or word that stands before the cursor, and all that a completion takes the place of. */
+/** The string or word that is being typed: where it begins, and how much of it stands behind the cursor. */
 interface Typed {
     from: number;
-    to: number;
+    behind: number;
     isQuoted: boolean;
 }
 
 function typedAt(context: CompletionContext, node: SyntaxNode): Typed {
     const quoted = context.matchBefore(/"[\w.-]*$/);
     const isString = node.name === "String" || node.name === "PropertyName";
-    if (quoted) return { from: quoted.from + 1, to: isString ? node.to : context.pos, isQuoted: true };
-    return { from: context.matchBefore(/[\w.-]*$/)?.from ?? context.pos, to: context.pos, isQuoted: false };
+    if (quoted) return { from: quoted.from + 1, behind: isString ? node.to - context.pos : 0, isQuoted: true };
+    return { from: context.matchBefore(/[\w.-]*$/)?.from ?? context.pos, behind: 0, isQuoted: false };
 }
 
 /** Puts in a JSON text, whose first quotation mark may stand there already; the cursor goes inside what is empty. */
-function inserting(text: string, { isQuoted }: Typed): Exclude<Completion["apply"], string | undefined> {
+function inserting(text: string, { isQuoted, behind }: Typed): Exclude<Completion["apply"], string | undefined> {
     const inserted = isQuoted ? text.slice(1) : text;
     const back = /: (""|\[\]|\{\})$/.test(text) ? 1 : 0;
     return (view, _completion, from, to) =>
         view.dispatch({
-            changes: { from, to, insert: inserted },
+            changes: { from, to: to + behind, insert: inserted },
             selection: { anchor: from + inserted.length - back },
             userEvent: "input.complete",
         });
 }
 
 function keyCompletions(
-    reader: SchemaReader, schemas: Schema[], members: Members, hasValue: boolean, typed: Typed,
+    reader: SchemaReader,
+    schemas: Schema[],
+    members: Members,
+    hasValue: boolean,
+    typed: Typed,
 ): Completion[] {
     return [...reader.keys(schemas, members)]
         .filter(([key]) => !members.has(key))
@@ -139,7 +143,7 @@ export function documentCompletion(schema: () => Schema | null, model: () => str
         const options = object
             ? keysAt(context.state, reader, root, object, node, typed)
             : valueCompletions(reader, schemasOf(reader, root, context.state, node), typed);
-        return options.length > 0 ? { from: typed.from, to: typed.to, options, validFor: /^[\w.-]*$/ } : null;
+        return options.length > 0 ? { from: typed.from, options, validFor: /^[\w.-]*$/ } : null;
     };
 }
 
@@ -152,12 +156,17 @@ function objectOfKey(node: SyntaxNode): SyntaxNode | null {
 }
 
 function keysAt(
-    state: EditorState, reader: SchemaReader, root: Schema, object: SyntaxNode, node: SyntaxNode, typed: Typed,
+    state: EditorState,
+    reader: SchemaReader,
+    root: Schema,
+    object: SyntaxNode,
+    node: SyntaxNode,
+    typed: Typed,
 ): Completion[] {
     const members = membersOf(state, object);
     const property = node.name === "PropertyName" ? node.parent : null;
     if (property) members.delete(keyOf(state, property) ?? "");
-    const hasValue = property !== null && valueIn(property) !== null;
+    const hasValue = property !== null && /^\s*:/.test(state.sliceDoc(node.to));
     return keyCompletions(reader, schemasOf(reader, root, state, object), members, hasValue, typed);
 }
 

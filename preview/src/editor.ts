@@ -44,7 +44,9 @@ const markedPlace = StateField.define<DecorationSet>({
             if (effect.is(markPlace))
                 marked =
                     effect.value && effect.value.from < effect.value.to
-                        ? Decoration.set(Decoration.mark({ class: "marked-place" }).range(effect.value.from, effect.value.to))
+                        ? Decoration.set(
+                              Decoration.mark({ class: "marked-place" }).range(effect.value.from, effect.value.to),
+                          )
                         : Decoration.none;
         return marked;
     },
@@ -73,8 +75,13 @@ function extensions(options: EditorOptions): Extension[] {
         options.hover ? hoverTooltip(options.hover, { hoverTime: 250 }) : [],
         syntaxHighlighting(classHighlighter),
         keymap.of([
-            ...closeBracketsKeymap, ...defaultKeymap, ...searchKeymap, ...historyKeymap, ...foldKeymap,
-            ...completionKeymap, ...lintKeymap,
+            ...closeBracketsKeymap,
+            ...defaultKeymap,
+            ...searchKeymap,
+            ...historyKeymap,
+            ...foldKeymap,
+            ...completionKeymap,
+            ...lintKeymap,
         ]),
         EditorState.tabSize.of(2),
         EditorView.contentAttributes.of({ "aria-label": options.label }),

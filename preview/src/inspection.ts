@@ -1,20 +1,23 @@
 // The tree, the picture and the text look at the same view: what one points at, the others show.
 import { syntaxTree } from "@codemirror/language";
-import type { LayoutView } from "./api";
+import type { Drawing } from "./api";
+import { explain } from "./api";
 import { detailsOf } from "./details";
 import { byId } from "./dom";
 import type { Editor } from "./editor";
-import type { Node } from "./inspector";
-import { TreeView, nodeFrom, nodeUnder } from "./inspector";
+import type { Node } from "./view_tree";
+import { TreeView } from "./tree_view";
+import { nodeFrom, nodeUnder } from "./view_tree";
 import { nodeAt, pathOf } from "./json_places";
 import type { Stage } from "./stage";
 import { showTab } from "./tabs";
+
+const quietMilliseconds = 40;
 
 type Point = { x: number; y: number };
 
 export class Inspection {
     readonly tree: TreeView;
-    private layout: LayoutView | null = null;
     private pending = 0;
 
     constructor(
@@ -32,20 +35,21 @@ export class Inspection {
         });
     }
 
-    /** Takes a new tree; its rows are made once the picture is on the screen. */
-    take(layout: LayoutView | null): void {
-        if (!layout) return;
-        this.layout = layout;
+    /** The selected picture has changed: asks for its tree, once nothing newer is drawn for a moment. */
+    update(drawing: Drawing): void {
         clearTimeout(this.pending);
-        this.pending = window.setTimeout(() => {
-            this.tree.show(layout);
+        const asked = window.setTimeout(async () => {
+            const explained = await explain(drawing).catch(() => null);
+            if (!explained || asked !== this.pending) return;
+            this.tree.show(explained);
             this.showDetails();
             this.look(null);
-        });
+        }, quietMilliseconds);
+        this.pending = asked;
     }
 
     get root(): Node | null {
-        return this.layout && this.tree.root;
+        return this.tree.root;
     }
 
     /** What the pointer is over in the picture. */
@@ -83,6 +87,7 @@ export class Inspection {
     private showDetails(): void {
         const node = this.tree.selected;
         byId("details").replaceChildren(
-            ...(node ? detailsOf(node, () => this.goToText(node)) : ["Choose a view to see what it is."]));
+            ...(node ? detailsOf(node, () => this.goToText(node)) : ["Choose a view to see what it is."]),
+        );
     }
 }

@@ -81,3 +81,11 @@ export function pathOf(state: EditorState, node: SyntaxNode): Step[] {
 export function pathText(path: Step[]): string {
     return path.map((next, i) => (typeof next === "number" ? `[${next}]` : (i > 0 ? "." : "") + next)).join("");
 }
+
+/** The path that such a text names; unusual keys stand in brackets and quotation marks. */
+export function pathFromText(text: string): Step[] {
+    const steps = text.matchAll(/\[(\d+)\]|\[("(?:[^"\\]|\\.)*")\]|[\w-]+/g);
+    return [...steps].map(([name, index, quoted]) =>
+        index !== undefined ? Number(index) : quoted !== undefined ? stringIn(quoted) : name,
+    );
+}

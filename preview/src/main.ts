@@ -1,13 +1,12 @@
 // Puts the page together.
 import { fetchFiles, fetchProject } from "./api";
-import type { Drawn } from "./api";
 import { documentCompletion, documentHover } from "./document_help";
 import { announce, byId, element } from "./dom";
 import { acceptDrops } from "./drop";
 import { Editor } from "./editor";
 import { Inspection } from "./inspection";
 import { goToNextProblem } from "./problems";
-import { report } from "./reporting";
+import { Reporting } from "./reporting";
 import type { Schema } from "./schema";
 import { download, sharedPage } from "./share";
 import { alt, control, focusNextRegion, plain, setUpShortcuts } from "./shortcuts";
@@ -32,14 +31,20 @@ async function initialState(): Promise<State> {
     const screen = project.screens.find(({ name }) => name === defaultScreen) ?? project.screens[0];
     if (!screen) throw new Error("no screens are known");
     return {
-        project, files, screen, appearances: "both",
-        moment: Math.floor(Date.now() / 1000), timeZone: project.timeZone,
+        project,
+        files,
+        screen,
+        appearances: "both",
+        moment: Math.floor(Date.now() / 1000),
+        timeZone: project.timeZone,
     };
 }
 
 function setUpScreens(state: State, changed: () => void): void {
     const select = byId<HTMLSelectElement>("screen");
-    select.append(...state.project.screens.map(({ name }) => element("option", { value: name }, name.replace("x", " × "))));
+    select.append(
+        ...state.project.screens.map(({ name }) => element("option", { value: name }, name.replace("x", " × "))),
+    );
     select.value = state.screen.name;
     select.addEventListener("change", () => {
         state.screen = state.project.screens.find(({ name }) => name === select.value) ?? state.screen;
@@ -59,8 +64,7 @@ function setUpAppearances(state: State, changed: () => void): void {
 function listen(sources: Sources): void {
     const events = new EventSource("/api/events");
     let wasAway = false;
-    events.onmessage = (event) =>
-        void sources.refresh((JSON.parse(event.data as string) as { paths: string[] }).paths);
+    events.onmessage = (event) => void sources.refresh((JSON.parse(event.data as string) as { paths: string[] }).paths);
     events.onerror = () => {
         wasAway = true;
         byId("connection").hidden = false;
@@ -91,26 +95,34 @@ async function start(): Promise<void> {
     };
     const editors: Record<Role, Editor> = {
         document: new Editor({
-            label: "Document", parent: byId("document-panel"),
-            completion: documentCompletion(() => schema, () => editors.model.text), hover: documentHover(() => schema),
-            changed: () => changed(), moved: () => inspection.follow(),
+            label: "Document",
+            parent: byId("document-panel"),
+            completion: documentCompletion(
+                () => schema,
+                () => editors.model.text,
+            ),
+            hover: documentHover(() => schema),
+            changed: () => changed(),
+            moved: () => inspection.follow(),
         }),
         model: new Editor({
-            label: "Model", parent: byId("model-panel"), completion: () => null, changed: () => changed(),
+            label: "Model",
+            parent: byId("model-panel"),
+            completion: () => null,
+            changed: () => changed(),
         }),
     };
+    const reporting = new Reporting(editors);
     const inspection = new Inspection(() => stage, editors.document);
-    const stage: Stage = new Stage(byId("stage"), state,
-        () => sources.drawn,
-        {
-            drawn: (drawn: Drawn) => {
-                report(editors, drawn);
-                inspection.take(drawn.layout);
-            },
-            failed: (error) => announce(error.message),
-            hovered: (point) => inspection.hover(point),
-            picked: (point) => inspection.pick(point),
-        });
+    const stage: Stage = new Stage(byId("stage"), state, () => sources.drawn, {
+        drawn: (drawn, drawing) => {
+            reporting.drawn(drawn, drawing);
+            if (!drawn.failure) inspection.update(drawing);
+        },
+        failed: (error) => announce(error.message),
+        hovered: (point) => inspection.hover(point),
+        picked: (point) => inspection.pick(point),
+    });
     const sources = new Sources(state, editors, changed);
     const timeBar = new TimeBar(state, () => stage.invalidate());
     const shareNow = (): void => share(state, sources, stage, inspection);

@@ -90,7 +90,8 @@ export class SchemaReader {
             const target = this.root.$defs?.[schema.$ref.replace("#/$defs/", "")];
             if (target) found.push(...this.expand(target, members));
         }
-        for (const part of [...(schema.anyOf ?? []), ...(schema.oneOf ?? [])]) found.push(...this.expand(part, members));
+        for (const part of [...(schema.anyOf ?? []), ...(schema.oneOf ?? [])])
+            found.push(...this.expand(part, members));
         for (const part of schema.allOf ?? [])
             if (!part.if || this.holds(part.if, members)) found.push(...this.expand(part.then ?? part, members));
         return found;
@@ -98,7 +99,11 @@ export class SchemaReader {
 
     private holds(condition: Schema, members: Members): boolean {
         const known = (condition.required ?? []).every((key) => members.has(key));
-        return known && Object.entries(condition.properties ?? {}).every(
-            ([key, schema]) => schema.const === undefined || members.get(key) === schema.const);
+        return (
+            known &&
+            Object.entries(condition.properties ?? {}).every(
+                ([key, schema]) => schema.const === undefined || members.get(key) === schema.const,
+            )
+        );
     }
 }

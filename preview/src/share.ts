@@ -1,6 +1,6 @@
 // One HTML file that shows the widget without this program: pictures, texts and the tree.
-import type { Node } from "./inspector";
-import { nameOf, short, summaryOf } from "./inspector";
+import type { Node } from "./view_tree";
+import { nameOf, short, summaryOf } from "./view_tree";
 import type { State } from "./state";
 import type { Tile } from "./tile";
 import { clockSeconds, clockText } from "./zones";
@@ -23,7 +23,9 @@ src="data:image/png;base64,${base64(tile.picture)}"><figcaption>${name}, ${tile.
 
 function branch(node: Node): string {
     const { frame } = node.view;
-    const size = frame ? `${short(frame[2])} × ${short(frame[3])} at ${short(frame[0])}, ${short(frame[1])}` : "no view";
+    const size = frame
+        ? `${short(frame[2])} × ${short(frame[3])} at ${short(frame[0])}, ${short(frame[1])}`
+        : "no view";
     const label = `<b>${escaped(nameOf(node))}</b> ${escaped(summaryOf(node))} <small>${size}</small>`;
     if (node.children.length === 0) return `<li>${label}</li>`;
     return `<li><details open><summary>${label}</summary><ul>${node.children.map(branch).join("")}</ul></details></li>`;
@@ -32,18 +34,25 @@ function branch(node: Node): string {
 const style = `
 :root { color-scheme: light dark; font: 15px/1.5 system-ui, sans-serif; }
 body { max-width: 62rem; margin: 3rem auto; padding: 0 1.5rem; background: light-dark(#f6f7f9, #16181d); }
-h1 { font-weight: 650; letter-spacing: -0.02em; margin-bottom: 0; } p, small, figcaption { color: light-dark(#5f6672, #9aa1ad); }
+h1 { font-weight: 650; letter-spacing: -0.02em; margin-bottom: 0; }
+p, small, figcaption { color: light-dark(#5f6672, #9aa1ad); }
 .pictures { display: flex; flex-wrap: wrap; gap: 1.5rem; margin: 2rem 0; }
 figure { margin: 0; padding: 1.5rem; border-radius: 20px; text-align: center; }
 figure.light { background: #e3e8ef; } figure.dark { background: #262b36; } figure.dark figcaption { color: #9aa1ad; }
-img { display: block; border-radius: 21px; box-shadow: 0 8px 24px rgb(20 28 45 / .16); margin: 0 auto .6rem; max-width: 100%; height: auto; }
+img { display: block; border-radius: 21px; box-shadow: 0 8px 24px rgb(20 28 45 / .16);
+  margin: 0 auto .6rem; max-width: 100%; height: auto; }
 details.text > summary { cursor: pointer; font-weight: 600; margin-top: 1rem; }
-pre { overflow: auto; padding: 1rem; border-radius: 10px; background: light-dark(#fff, #1f2229); font: 13px/1.5 ui-monospace, monospace; }
+pre { overflow: auto; padding: 1rem; border-radius: 10px; background: light-dark(#fff, #1f2229);
+  font: 13px/1.5 ui-monospace, monospace; }
 ul { list-style: none; padding-left: 1.1rem; }`;
 
 /** Pictures are those that have been drawn; the tree is the selected one's. */
 export function sharedPage(
-    name: string, state: State, tiles: Tile[], texts: { document: string; model: string }, tree: Node | null,
+    name: string,
+    state: State,
+    tiles: Tile[],
+    texts: { document: string; model: string },
+    tree: Node | null,
 ): string {
     const moment = clockText(clockSeconds(state.moment, state.timeZone)).replace("T", " ");
     const text = (title: string, content: string) =>
@@ -56,7 +65,8 @@ export function sharedPage(
 <title>${escaped(name)}</title>
 <style>${style}</style>
 <h1>${escaped(name)}</h1>
-<p>Drawn by Tavrin ${escaped(state.project.version)} as of ${moment}, ${escaped(state.timeZone)}, for a screen of ${state.screen.name} points</p>
+<p>Drawn by Tavrin ${escaped(state.project.version)} as of ${moment}, ${escaped(state.timeZone)},
+for a screen of ${state.screen.name} points</p>
 <div class="pictures">${tiles.map(figure).join("\n")}</div>
 ${text("Document", texts.document)}
 ${text("Model", texts.model)}

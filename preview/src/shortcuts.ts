@@ -10,12 +10,18 @@ export interface Shortcut {
 
 const isControl = (event: KeyboardEvent): boolean => event.ctrlKey || event.metaKey;
 
-export const control = (key: string) => (event: KeyboardEvent): boolean =>
-    isControl(event) && !event.altKey && event.key.toLowerCase() === key;
-export const alt = (key: string) => (event: KeyboardEvent): boolean =>
-    event.altKey && !isControl(event) && event.code === key;
-export const plain = (key: string) => (event: KeyboardEvent): boolean =>
-    !isControl(event) && !event.altKey && !event.shiftKey && event.key === key;
+export const control =
+    (key: string) =>
+    (event: KeyboardEvent): boolean =>
+        isControl(event) && !event.altKey && event.key.toLowerCase() === key;
+export const alt =
+    (key: string) =>
+    (event: KeyboardEvent): boolean =>
+        event.altKey && !isControl(event) && event.code === key;
+export const plain =
+    (key: string) =>
+    (event: KeyboardEvent): boolean =>
+        !isControl(event) && !event.altKey && !event.shiftKey && event.key === key;
 
 const elsewhere: [string, string][] = [
     ["Tab", "to the next part; in an editor too"],
@@ -27,11 +33,17 @@ const elsewhere: [string, string][] = [
 
 export function setUpShortcuts(shortcuts: Shortcut[]): void {
     const dialog = byId<HTMLDialogElement>("help");
-    const all: Shortcut[] = [...shortcuts,
-        { keys: "F1", does: "this list", matches: plain("F1"), run: () => dialog.showModal() }];
+    const all: Shortcut[] = [
+        ...shortcuts,
+        { keys: "F1", does: "this list", matches: plain("F1"), run: () => dialog.showModal() },
+    ];
     const rows = [...all.map(({ keys, does }): [string, string] => [keys, does]), ...elsewhere];
-    byId("shortcuts").append(...rows.flatMap(([keys, does]) => [
-        element("dt", {}, ...keys.split("-").map((key) => element("kbd", {}, key))), element("dd", {}, does)]));
+    byId("shortcuts").append(
+        ...rows.flatMap(([keys, does]) => [
+            element("dt", {}, ...keys.split("-").map((key) => element("kbd", {}, key))),
+            element("dd", {}, does),
+        ]),
+    );
     byId("help-button").addEventListener("click", () => dialog.showModal());
     dialog.addEventListener("click", (event) => event.target === dialog && dialog.close());
     window.addEventListener(

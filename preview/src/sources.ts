@@ -69,7 +69,9 @@ export class Sources {
     /** What is to be drawn; nothing while there is no document. */
     get drawn(): Drawable | null {
         const { path, text } = this.document;
-        return path === null && text === "" ? null : { path, document: text, model: this.model.text.trim() ? this.model.text : null };
+        return path === null && text === ""
+            ? null
+            : { path, document: text, model: this.model.text.trim() ? this.model.text : null };
     }
 
     /** Lists the folder's documents and opens the one that the address names, or the first. */
@@ -84,9 +86,11 @@ export class Sources {
     list(): void {
         const folders = Map.groupBy(
             this.state.files.filter((file) => file.kind === "document"),
-            (file) => file.path.slice(0, Math.max(file.path.lastIndexOf("/"), 0)));
+            (file) => file.path.slice(0, Math.max(file.path.lastIndexOf("/"), 0)),
+        );
         const options = [...folders].flatMap(([, files]) =>
-            files.map((file) => element("option", { value: file.path }, file.path)));
+            files.map((file) => element("option", { value: file.path }, file.path)),
+        );
         this.select.replaceChildren(...options);
         if (options.length === 0) this.select.append(element("option", { value: "" }, "No documents"));
         this.select.value = this.document.path ?? "";

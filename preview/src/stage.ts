@@ -1,5 +1,5 @@
 // The widget in every family, light and dark: keeps all pictures up to date, the selected one first.
-import type { Drawn } from "./api";
+import type { Drawing, Drawn } from "./api";
 import { draw } from "./api";
 import { element, neighbour } from "./dom";
 import type { Drawable } from "./sources";
@@ -12,7 +12,7 @@ const atOnce = 2;
 
 export interface StageEvents {
     /** The selected picture was drawn, or could not be. */
-    drawn: (drawn: Drawn) => void;
+    drawn: (drawn: Drawn, drawing: Drawing) => void;
     failed: (error: Error) => void;
     hovered: (point: { x: number; y: number } | null) => void;
     picked: (point: { x: number; y: number }) => void;
@@ -45,7 +45,8 @@ export class Stage {
             const tiles = orderedFamilies(this.state.screen).map((family) => new Tile(family, appearance));
             this.tiles.push(...tiles);
             const groups = [...Map.groupBy(tiles, (tile) => groupOf(tile.family.name))].map(([name, members]) =>
-                element("div", { class: `group ${name}` }, ...members.map((tile) => tile.figure)));
+                element("div", { class: `group ${name}` }, ...members.map((tile) => tile.figure)),
+            );
             return element("div", { class: `wallpaper ${appearance}`, role: "presentation" }, ...groups);
         });
         this.parent.replaceChildren(...columns);
@@ -67,7 +68,7 @@ export class Stage {
     select(tile: Tile): void {
         if (tile === this.selected) return;
         this.mark(tile);
-        tile.shown = -1;  // its tree is wanted too
+        tile.shown = -1; // its tree is wanted too
         this.work();
     }
 
@@ -126,43 +127,49 @@ export class Stage {
         const seen = this.parent.getBoundingClientRect();
         for (const tile of this.tiles) {
             if (this.inFlight.size >= atOnce) return;
-            if (tile.shown !== this.change && !this.inFlight.has(tile) && tile.isVisible(seen)) void this.drawOther(tile, source);
+            if (tile.shown !== this.change && !this.inFlight.has(tile) && tile.isVisible(seen))
+                void this.drawOther(tile, source);
         }
     }
 
     private async drawSelected(tile: Tile, source: Drawable): Promise<void> {
         this.selectedInFlight = true;
-        const drawn = await this.drawTile(tile, source);
+        const drawing = this.drawingOf(tile, source);
+        const drawn = await this.drawTile(tile, drawing);
         this.selectedInFlight = false;
-        if (drawn && tile === this.selected) this.events.drawn(drawn);
+        if (drawn && tile === this.selected) this.events.drawn(drawn, drawing);
         this.work();
     }
 
     private async drawOther(tile: Tile, source: Drawable): Promise<void> {
         this.inFlight.add(tile);
-        await this.drawTile(tile, source);
+        await this.drawTile(tile, this.drawingOf(tile, source));
         this.inFlight.delete(tile);
         this.work();
     }
 
-    private async drawTile(tile: Tile, source: Drawable): Promise<Drawn | null> {
+    private drawingOf(tile: Tile, source: Drawable): Drawing {
+        return {
+            ...source,
+            family: tile.family.name,
+            width: tile.family.width,
+            height: tile.family.height,
+            scale: Math.min(8, Math.max(0.25, devicePixelRatio * tile.zoom)),
+            appearance: tile.appearance,
+            date: this.state.moment,
+            timeZone: this.state.timeZone,
+            rounded: tile.rounded,
+        };
+    }
+
+    private async drawTile(tile: Tile, drawing: Drawing): Promise<Drawn | null> {
         const { change } = this;
         try {
-            const drawn = await draw({
-                ...source,
-                width: tile.family.width,
-                height: tile.family.height,
-                scale: Math.min(8, Math.max(0.25, devicePixelRatio * tile.zoom)),
-                appearance: tile.appearance,
-                date: this.state.moment,
-                timeZone: this.state.timeZone,
-                rounded: tile.rounded,
-                layout: tile === this.selected,
-            });
+            const drawn = await draw(drawing);
             await tile.show(drawn, change);
             return drawn;
         } catch (error) {
-            tile.shown = change;  // asked again with the next change
+            tile.shown = change; // asked again with the next change
             this.events.failed(error as Error);
             return null;
         }

@@ -15,7 +15,12 @@ export interface State {
 
 /** Families in the order in which the stage shows them: as they would fill a home screen. */
 const order = [
-    "systemMedium", "systemSmall", "accessoryCircular", "accessoryRectangular", "accessoryInline", "systemLarge",
+    "systemMedium",
+    "systemSmall",
+    "accessoryCircular",
+    "accessoryRectangular",
+    "accessoryInline",
+    "systemLarge",
     "systemExtraLarge",
 ];
 

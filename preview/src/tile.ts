@@ -30,8 +30,13 @@ export class Tile {
         this.figure = element(
             "figure",
             {
-                class: "tile", role: "option", tabindex: -1, "aria-selected": "false",
-                "aria-label": `${family.name}, ${appearance}`, "data-family": family.name, "data-appearance": appearance,
+                class: "tile",
+                role: "option",
+                tabindex: -1,
+                "aria-selected": "false",
+                "aria-label": `${family.name}, ${appearance}`,
+                "data-family": family.name,
+                "data-appearance": appearance,
             },
             this.frame,
             element("figcaption", {}, element("b", {}, family.name), ` ${family.width} × ${family.height} `, this.time),

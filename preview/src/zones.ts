@@ -22,10 +22,20 @@ function formatOf(zone: string): Intl.DateTimeFormat {
 
 /** Seconds since 1970 of what the zone's clock shows, read as if it were UTC. */
 export function clockSeconds(moment: number, zone: string): number {
-    const parts = new Map(formatOf(zone).formatToParts(moment * 1000).map((part) => [part.type, Number(part.value)]));
+    const parts = new Map(
+        formatOf(zone)
+            .formatToParts(moment * 1000)
+            .map((part) => [part.type, Number(part.value)]),
+    );
     const value = (type: Intl.DateTimeFormatPartTypes) => parts.get(type) ?? 0;
     const whole = Date.UTC(
-        value("year"), value("month") - 1, value("day"), value("hour"), value("minute"), value("second"));
+        value("year"),
+        value("month") - 1,
+        value("day"),
+        value("hour"),
+        value("minute"),
+        value("second"),
+    );
     return whole / 1000 + (moment - Math.floor(moment));
 }
 

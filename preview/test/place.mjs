@@ -10,8 +10,14 @@ const top = new URL("../..", import.meta.url).pathname;
 const program = process.env.TAVRIN_PROGRAM ?? join(top, "build/release/tavrin");
 const browserPath = process.env.CHROMIUM ?? "/usr/bin/chromium";
 const quietly = [
-    "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-    "--disable-background-networking", "--disable-component-update", "--disable-sync",
+    "--headless",
+    "--no-sandbox",
+    "--disable-gpu",
+    "--disable-quic",
+    "--no-first-run",
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-sync",
 ];
 
 export const launch = () => chromium.launch({ executablePath: browserPath, args: quietly });
@@ -65,7 +71,8 @@ export async function drawn(page, last = -1) {
             const latest = document.querySelector("#stage").dataset.change;
             return Number(latest) > old && document.querySelector(which)?.dataset.change === latest;
         },
-        [selected, last]);
+        [selected, last],
+    );
 }
 
 /** What a picture shows, in a few letters that can be compared. */

@@ -21,7 +21,10 @@ after(async () => {
 async function on(document, work, options) {
     const { page, complaints, close } = await open(browser, server.address, document, options);
     await work(page);
-    assert.deepEqual(complaints.filter((each) => !/status of 409/.test(each)), []);
+    assert.deepEqual(
+        complaints.filter((each) => !/status of 409/.test(each)),
+        [],
+    );
     await close();
 }
 
@@ -53,8 +56,9 @@ test("draws an edit of the model", () =>
         await page.click("#model-panel .cm-content");
         await redrawn(page, async () => {
             await page.keyboard.press("Control+a");
-            await page.keyboard.insertText((await readFile(join(place.folder, "agenda/model.json"), "utf8"))
-                .replace("Market", "Bazaar"));
+            await page.keyboard.insertText(
+                (await readFile(join(place.folder, "agenda/model.json"), "utf8")).replace("Market", "Bazaar"),
+            );
         });
         assert.notEqual(await picture(page), first);
     }));
@@ -85,6 +89,33 @@ test("shows an error of the model in the model", () =>
         await redrawn(page, () => page.keyboard.type("x"));
         await page.waitForSelector("#model-panel .cm-lintRange-error");
         assert.match(await page.locator(".problem .where").textContent(), /^model 1:/);
+    }));
+
+test("warns of what is meant otherwise, and mends it", () =>
+    on("agenda/document.json", async (page) => {
+        const first = await picture(page);
+        await cursorBehind(page, '"fontSiz');
+        await page.keyboard.press("Backspace");
+        const problem = page.locator(".problem.warning", { hasText: "fontSie" });
+        assert.match(await problem.textContent(), /did you mean "fontSize"/);
+        await problem.click();
+        await page.hover(".cm-lintRange-warning");
+        await redrawn(page, () => page.click(".cm-diagnosticAction"));
+        assert.equal(await picture(page), first);
+    }));
+
+test("completes what the schema knows", () =>
+    on("agenda/document.json", async (page) => {
+        await cursorBehind(page, '"spacing": 8,');
+        await page.keyboard.type('"mod');
+        await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
+        await page.keyboard.press("Enter");
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /8,"modifiers": \[\]$/);
+        await cursorBehind(page, '"alignment": "');
+        await page.keyboard.press("Control+Space");
+        const labels = page.locator(".cm-completionLabel");
+        await labels.first().waitFor();
+        assert.ok((await labels.allTextContents()).includes("bottom"));
     }));
 
 test("completes the model's names in an expression", () =>
@@ -125,8 +156,15 @@ test("highlights the view that the tree looks at, and finds the view under the p
         const [mark, canvas] = [await highlight.boundingBox(), await page.locator(`${selected} canvas`).boundingBox()];
         assert.ok(Math.abs(mark.x - canvas.x - 16) < 1 && Math.abs(mark.y - canvas.y - 16) < 1, JSON.stringify(mark));
         await page.mouse.click(canvas.x + 30, canvas.y + 22);
-        assert.match(await page.locator("[role=treeitem][aria-selected=true]").textContent(), /SATURDAY/);
-        assert.match(await page.locator("#details").textContent(), /Text.*size.*fontWeight/s);
+        const chosen = page.locator("[role=treeitem][aria-selected=true]");
+        assert.match(await chosen.textContent(), /SATURDAY/);
+        await chosen.focus();
+        assert.match(await page.locator("#details").textContent(), /Text.*size.*fontWeight.*nodes\.main/s);
+        const place = await page.$$eval(".marked-place", (marks) => marks.map((mark) => mark.textContent).join(""));
+        assert.match(place, /initServerParam\.weekday/);
+        await page.keyboard.press("Enter");
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /^\s*\{$/);
+        assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-label")), "Document");
     }));
 
 test("works without a mouse", () =>
@@ -193,7 +231,9 @@ test("saves, and not over a change of others", () =>
         await writeFile(path, text);
         await page.waitForSelector("#changed-on-disk:not([hidden])");
         await page.keyboard.press("Control+s");
-        await page.waitForFunction(() => document.querySelector("#announcement").textContent.includes("has changed on disk"));
+        await page.waitForFunction(() =>
+            document.querySelector("#announcement").textContent.includes("has changed on disk"),
+        );
         assert.equal(await readFile(path, "utf8"), text);
     }));
 
@@ -201,12 +241,16 @@ test("takes a dropped model", () =>
     on("agenda/document.json", async (page) => {
         const model = (await readFile(join(place.folder, "agenda/model.json"), "utf8")).replace("SATURDAY", "TODAY");
         const first = await picture(page);
-        await redrawn(page, () => page.evaluate((text) => {
-            const carried = new DataTransfer();
-            carried.items.add(new File([text], "today.json", { type: "application/json" }));
-            for (const type of ["dragover", "drop"])
-                window.dispatchEvent(new DragEvent(type, { dataTransfer: carried, bubbles: true, cancelable: true }));
-        }, model));
+        await redrawn(page, () =>
+            page.evaluate((text) => {
+                const carried = new DataTransfer();
+                carried.items.add(new File([text], "today.json", { type: "application/json" }));
+                for (const type of ["dragover", "drop"])
+                    window.dispatchEvent(
+                        new DragEvent(type, { dataTransfer: carried, bubbles: true, cancelable: true }),
+                    );
+            }, model),
+        );
         assert.notEqual(await picture(page), first);
         assert.match(await page.locator("#model-tab").textContent(), /today\.json \(dropped\)/);
     }));
@@ -224,13 +268,20 @@ test("shares one file that stands alone", () =>
         const sizes = await shared.$$eval("img", (all) => all.map((image) => image.naturalWidth));
         assert.ok(sizes.length >= 4 && sizes.every((width) => width > 0), sizes.join());
         assert.match(await shared.locator("body").textContent(), /photo\/document.*"nodes".*View tree/s);
-        assert.ok(asked.every((address) => address === "file:" || address === "data:"), asked.join());
+        assert.ok(
+            asked.every((address) => address === "file:" || address === "data:"),
+            asked.join(),
+        );
         await context.close();
     }));
 
 test("needs no wide screen, and moves nothing for those who ask for that", () =>
-    on("agenda/document.json", async (page) => {
-        const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
-        assert.ok(overflow <= 0, `${overflow} pixels too wide`);
-        assert.equal(await page.$eval("#announcement", (e) => getComputedStyle(e).transitionDuration), "0s");
-    }, { viewport: { width: 390, height: 800 }, reducedMotion: "reduce" }));
+    on(
+        "agenda/document.json",
+        async (page) => {
+            const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+            assert.ok(overflow <= 0, `${overflow} pixels too wide`);
+            assert.equal(await page.$eval("#announcement", (e) => getComputedStyle(e).transitionDuration), "0s");
+        },
+        { viewport: { width: 390, height: 800 }, reducedMotion: "reduce" },
+    ));

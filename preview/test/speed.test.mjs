@@ -59,7 +59,6 @@ function watchEdits(which) {
     new MutationObserver(() => {
         const started = begin;
         begin = 0;
-        if (started > 0)
-            requestAnimationFrame(() => setTimeout(() => window.edits.push(performance.now() - started)));
+        if (started > 0) requestAnimationFrame(() => setTimeout(() => window.edits.push(performance.now() - started)));
     }).observe(document.querySelector(which), { attributeFilter: ["data-change"] });
 }

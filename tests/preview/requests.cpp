@@ -53,7 +53,7 @@ std::string ScratchFolder::read(const std::string& name) const {
 }
 
 RunningServer::RunningServer(HTTPServer::Handler handler)
-    : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler), false); }) {}
+    : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler)); }) {}
 
 RunningServer::~RunningServer() {
     server_.stop();

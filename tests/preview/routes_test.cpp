@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/images/web_image_hasher.h"
 #include "tavrin/json/json.h"
 #include "tests/preview/requests.h"
 
@@ -25,10 +26,13 @@ protected:
         return routes_.answer({.method = "POST", .path = path, .body = body});
     }
     [[nodiscard]] HTTPResponse render(std::string_view document, const std::string& more = {}) const {
-        return post("/api/render", R"({"document": )" + DSLText(document) +
-                                       R"(, "width": 40, "height": 20, "scale": 2, "appearance": "dark",
-                                           "date": 1.5e9, "timeZone": "UTC")" +
-                                       more + "}");
+        return post("/api/render", drawingOf(document, more));
+    }
+    static std::string drawingOf(std::string_view document, const std::string& more = {}) {
+        return R"({"document": )" + quoted(document) +
+               R"(, "family": "tiny", "width": 40, "height": 20, "scale": 2, "appearance": "dark")"
+               R"(, "date": 1.5e9, "timeZone": "UTC")" +
+               more + "}";
     }
 
     ScratchFolder scratch_;
@@ -36,10 +40,10 @@ protected:
     Routes routes_{folder_, FetchPolicy::none};
 
 private:
-    static std::string DSLText(std::string_view text) {  // NOLINT(readability-identifier-naming)
-        std::string quoted = "\"";
-        for (const char c : text) quoted += (c == '"' ? "\\" : "") + std::string(1, c);
-        return quoted + "\"";
+    static std::string quoted(std::string_view text) {
+        std::string literal = "\"";
+        for (const char c : text) literal += (c == '"' ? "\\" : "") + std::string(1, c);
+        return literal + "\"";
     }
 };
 
@@ -82,9 +86,27 @@ TEST_F(RoutesTest, Render) {
     const HTTPResponse drawn = render(hello);
     EXPECT_EQ(drawn.contentType, "application/octet-stream");
     EXPECT_THAT(drawn.body, HasSubstr("\n\x89PNG"));
-    const HTTPResponse laidOut = render(hello, R"(, "layout": true)");
-    EXPECT_THAT(laidOut.body, HasSubstr(R"("view": "Text")"));
 }
+
+TEST_F(RoutesTest, ExplainWhatIsDrawn) {
+    const JSON explained = JSON::parse(post("/api/explain", drawingOf(hello)).body);
+    EXPECT_EQ(explained.find("layout")->find("view")->description(), "Text");
+    const JSON* const first = explained.find("explanation")->find("views")->find(std::int64_t{0});
+    EXPECT_EQ(first->find("origin")->description(), "nodes.main");
+    EXPECT_NE(JSON::parse(post("/api/explain", drawingOf("{}")).body).find("error"), nullptr);
+}
+
+TEST_F(RoutesTest, Check) {
+    constexpr std::string_view misspelt =
+        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello", "fontsize": 20}}})";
+    const JSON findings = JSON::parse(post("/api/check", drawingOf(misspelt)).body);
+    const JSON* const first = findings.find(std::int64_t{0});
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->find("code")->description(), "unknown-key");
+    EXPECT_EQ(first->find("severity")->description(), "warning");
+}
+
+TEST_F(RoutesTest, ServeTheSchema) { EXPECT_NE(JSON::parse(get("/api/schema").body).find("$defs"), nullptr); }
 
 TEST_F(RoutesTest, TellWhereADocumentFails) {
     const HTTPResponse failed = render(R"({"version": "1.0", "nodes": {"main": {"type": "texts"}}})");
@@ -99,22 +121,31 @@ TEST_F(RoutesTest, TellWhereADocumentFails) {
 TEST_F(RoutesTest, RefuseDrawingsThatAreNone) {
     EXPECT_EQ(post("/api/render", "[]").status, 400);
     EXPECT_EQ(render(hello, R"(, "model": 3)").status, 400);
-    const std::string wrong[] = {R"({"document": "{}", "width": 1e9, "height": 1, "scale": 1, "date": 0})",
-                                 R"({"document": "{}", "width": 9, "height": 1, "scale": 1, "date": 0,
+    const std::string wrong[] = {
+        R"({"document": "{}", "family": "", "width": 1e9, "height": 1, "scale": 1, "date": 0})",
+        R"({"document": "{}", "family": "", "width": 9, "height": 1, "scale": 1, "date": 0,
                                      "appearance": "light", "timeZone": "Nowhere"})"};
     for (const std::string& body : wrong) EXPECT_EQ(post("/api/render", body).status, 400) << body;
 }
 
-TEST_F(RoutesTest, DrawNoFilesOfTheMachine) {
-    const ScratchFolder outside;
-    std::filesystem::copy(TAVRIN_SOURCE_DIR "/examples/agenda/systemMedium/picture.png", outside.path() / "p.png");
-    const auto document = [](const std::string& address) {
-        return R"({"version": "1.1", "nodes": {"main": {"type": "webImage", "local": true, "url": "file://)" + address +
-               R"("}}})";
+TEST_F(RoutesTest, DrawThePicturesBesideADocumentAndNoOtherFiles) {
+    const std::filesystem::path source = TAVRIN_SOURCE_DIR "/tests/images/pictures/baseline.jpg";
+    const std::string address = "https://example.com/beside.jpg";
+    std::filesystem::create_directories(scratch_.path() / "a/pictures");
+    std::filesystem::copy(source, scratch_.path() / "a/pictures" / WebImageHasher(address));
+    const Routes online(folder_, FetchPolicy::publicOnly);
+    const auto drawn = [&](const std::string& url, const std::string& more = {}) {
+        const std::string document =
+            R"({"version": "1.2", "nodes": {"main": {"type": "webImage", "url": ")" + url + R"("}}})";
+        const std::string body =
+            online.answer({.method = "POST", .path = "/api/render", .body = drawingOf(document, more)}).body;
+        return body.substr(body.find('\n') + 1);
     };
-    const auto picture = [](const std::string& body) { return body.substr(body.find('\n')); };
-    const std::string nothing = picture(render(document("/nowhere.png")).body);
-    EXPECT_EQ(picture(render(document(outside.path() / "p.png")).body), nothing);
+    const std::string nothing = drawn("file:///nowhere.jpg");
+    EXPECT_THAT(nothing, StartsWith("\x89PNG"));
+    EXPECT_NE(drawn(address, R"(, "path": "a/document.json")"), nothing);
+    EXPECT_EQ(drawn("file://" + source.string()), nothing);
+    EXPECT_EQ(drawn("file://" + source.string(), R"(, "path": "a/document.json")"), nothing);
 }
 
 TEST_F(RoutesTest, AreRefusedToOthersThroughTheServer) {

@@ -1,100 +1,8 @@
-// The laid-out tree: finds views under the pointer, shows their frames and what they are.
-import type { LayoutView, Step } from "./api";
+// The tree of views as rows.
+import type { Explained } from "./api";
 import { element } from "./dom";
-
-export interface Node {
-    view: LayoutView;
-    id: string;
-    depth: number;
-    parent: Node | null;
-    children: Node[];
-    origin: Step[] | null;
-    explanation: string[];
-}
-
-const hidden = new Set(["view", "modifier", "frame", "origin", "explanation"]);
-
-const isView = (value: unknown): value is LayoutView =>
-    typeof value === "object" && value !== null && "frame" in value && ("view" in value || "modifier" in value);
-
-/** The views that stand directly inside a value, in document order. */
-function viewsIn(value: unknown): LayoutView[] {
-    if (isView(value)) return [value];
-    if (typeof value !== "object" || value === null) return [];
-    return Object.values(value).flatMap(viewsIn);
-}
-
-export function treeOf(view: LayoutView, parent: Node | null = null, id = "0"): Node {
-    const node: Node = {
-        view, id, parent,
-        depth: parent ? parent.depth + 1 : 0,
-        children: [],
-        origin: (view["origin"] as Step[] | undefined) ?? null,
-        explanation: (view["explanation"] as string[] | undefined) ?? [],
-    };
-    const members = Object.entries(view).filter(([key]) => key !== "frame");
-    node.children = members.flatMap(([, value]) => viewsIn(value)).map((child, i) => treeOf(child, node, `${id}.${i}`));
-    return node;
-}
-
-export const nameOf = (node: Node): string => node.view.view ?? node.view.modifier ?? "?";
-
-/** What tells a view from others of its kind, in a few words. */
-export function summaryOf(node: Node): string {
-    const { view } = node;
-    if (typeof view["text"] === "string") return `“${view["text"]}”`;
-    const told = ["width", "height", "length", "number", "value", "radius", "spacing", "alignment", "url", "minLength"];
-    return told
-        .filter((key) => view[key] !== undefined && view[key] !== null && typeof view[key] !== "object")
-        .map((key) => `${key} ${String(view[key])}`)
-        .slice(0, 3)
-        .join("  ");
-}
-
-/** Members that are no views, as text. */
-export function membersOf(node: Node): [string, string][] {
-    return Object.entries(node.view)
-        .filter(([key, value]) => !hidden.has(key) && viewsIn(value).length === 0)
-        .map(([key, value]) => [key, typeof value === "string" ? value : JSON.stringify(value)]);
-}
-
-function* all(node: Node): Generator<Node> {
-    yield node;
-    for (const child of node.children) yield* all(child);
-}
-
-/** The view under a point: the smallest, of those of the same size the innermost. */
-export function nodeUnder(root: Node, { x, y }: { x: number; y: number }): Node | null {
-    let best: Node | null = null;
-    let area = Infinity;
-    for (const node of all(root)) {
-        const frame = node.view.frame;
-        if (!frame) continue;
-        const [left, top, width, height] = frame;
-        const isInside = x >= left && x < left + width && y >= top && y < top + height;
-        if (isInside && width * height <= area) {
-            best = node;
-            area = width * height;
-        }
-    }
-    return best;
-}
-
-export function nodeWithId(root: Node, id: string): Node | null {
-    for (const node of all(root)) if (node.id === id) return node;
-    return null;
-}
-
-/** The innermost view that comes from a place of the document, or from what holds it. */
-export function nodeFrom(root: Node, path: Step[]): Node | null {
-    let best: Node | null = null;
-    for (const node of all(root)) {
-        const origin = node.origin;
-        const holds = origin?.every((next, i) => next === path[i]);
-        if (origin && holds && origin.length >= (best?.origin?.length ?? 0)) best = node;
-    }
-    return best;
-}
+import type { Node } from "./view_tree";
+import { nameOf, nodeWithId, short, summaryOf, treeOf } from "./view_tree";
 
 export interface TreeEvents {
     looked: (node: Node | null) => void;
@@ -124,9 +32,9 @@ export class TreeView {
         parent.addEventListener("pointerleave", () => this.events.looked(null));
     }
 
-    show(layout: LayoutView): void {
+    show(explained: Explained): void {
         const id = this.selected?.id;
-        this.root = treeOf(layout);
+        this.root = treeOf(explained);
         this.selected = id ? nodeWithId(this.root, id) : null;
         this.render();
     }
@@ -171,8 +79,11 @@ export class TreeView {
         const row = element(
             "div",
             {
-                role: "treeitem", tabindex: -1, "aria-level": node.depth + 1,
-                "aria-selected": String(node === this.selected), class: node.view.modifier ? "row modifier" : "row",
+                role: "treeitem",
+                tabindex: -1,
+                "aria-level": node.depth + 1,
+                "aria-selected": String(node === this.selected),
+                class: node.view.modifier ? "row modifier" : "row",
             },
             element("span", { class: "twist", "aria-hidden": "true" }, node.children.length === 0 ? "" : "›"),
             element("span", { class: "name" }, nameOf(node)),
@@ -227,8 +138,4 @@ export class TreeView {
         event.preventDefault();
         action();
     }
-}
-
-export function short(length: number): string {
-    return String(Math.round(length * 10) / 10);
 }
