@@ -97,6 +97,14 @@ std::pair<Date, Date> readMoments(std::string_view option, std::string_view valu
     return {*first, *last};
 }
 
+std::uint16_t readPort(std::string_view option, std::string_view value) {
+    std::uint16_t port = 0;
+    const char* const end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, port);
+    if (value.empty() || error != std::errc{} || stop != end) fail(option, "a number from 0 to 65535", value);
+    return port;
+}
+
 Date readDate(std::string_view option, std::string_view value) {
     const auto date = Date::parseRFC3339(value);
     if (!date) fail(option, "a date and time such as 2026-03-01T09:41:00Z", value);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,6 +31,8 @@ namespace tavrin::cli {
 [[nodiscard]] double readFrameRate(std::string_view option, std::string_view value);
 /// "FROM..TO": two moments, the second not before the first.
 [[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
+/// 0 to 65535.
+[[nodiscard]] std::uint16_t readPort(std::string_view option, std::string_view value);
 [[nodiscard]] Date readDate(std::string_view option, std::string_view value);
 [[nodiscard]] TimeZone readTimeZone(std::string_view option, std::string_view value);
 /// "auto", "none" or a colour of six hexadecimal digits.

@@ -61,6 +61,9 @@ std::span<const VerbInfo> verbs() {
         {"schema", "[options]", "Print a JSON Schema of documents, with which editors complete and check them",
          "  tavrin schema >widget.schema.json                     and in a document \"$schema\": "
          "\"widget.schema.json\""},
+        {"preview", "[DIR] [options]", "Show a folder's documents in the browser and draw them while they are edited",
+         "  tavrin preview widgets                                prints the address to open\n"
+         "  tavrin preview widgets --port 8080"},
         {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
@@ -77,7 +80,8 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet laidOut{Verb::render,  Verb::tree,  Verb::layout,  Verb::targets,
                                      Verb::explain, Verb::check, Verb::snapshot};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
-    static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::completion);
+    static constexpr VerbSet shown = laidOut.with(Verb::preview);
+    static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion);
     static const std::vector<OptionInfo> list{
         {"--output",
          "OUT",
@@ -147,7 +151,7 @@ const std::vector<OptionInfo>& options() {
         {"--fetch", "none|public|all", loaded,
          "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
          Completes::words, listOf(fetchWords)},
-        {"--offline", "", laidOut, "Fetch nothing: short for --fetch none"},
+        {"--offline", "", shown, "Fetch nothing: short for --fetch none"},
         {"--background",
          "COLOR|none|auto",
          drawn.with(Verb::check),
@@ -168,6 +172,7 @@ const std::vector<OptionInfo>& options() {
          {"10", "25", "50"}},
         {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
+        {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
         {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
          Completes::words, listOf(textFormatWords)},
     };

@@ -11,7 +11,19 @@
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
-enum class Verb : unsigned char { render, tree, layout, targets, explain, check, snapshot, fetch, schema, completion };
+enum class Verb : unsigned char {
+    render,
+    tree,
+    layout,
+    targets,
+    explain,
+    check,
+    snapshot,
+    fetch,
+    schema,
+    preview,
+    completion
+};
 
 /// How a verb is explained.
 struct VerbInfo {

@@ -20,4 +20,7 @@ namespace tavrin::cli {
 /// Downloads the pictures that the documents name into the folder for them.
 [[nodiscard]] int fetch(const Arguments& arguments, const Reporter& reporter);
 
+/// Serves the preview of a folder until it is interrupted. Throws `UsageError` and `IOError`.
+void preview(const Command& command);
+
 }  // namespace tavrin::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/failure.h"
+#include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/paint/image_renderer.h"
+
+namespace tavrin::cli {
+
+/// What the page wants to see: texts as they stand in its editors, and how they are drawn.
+struct Drawing {
+    std::string document;
+    std::optional<std::string> model = std::nullopt;
+    /// What messages call the widget's size.
+    std::string family = {};
+    RenderOptions options = {};
+    std::optional<std::filesystem::path> pictures = std::nullopt;
+    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
+};
+
+/// What came of it.
+struct Drawn {
+    std::string picture = {};  ///< a PNG
+    std::vector<std::string> notes = {};
+    double milliseconds = 0;
+    std::optional<Failure> failure = std::nullopt;
+};
+
+/// What it is made of.
+struct Explained {
+    std::string layout = {};       ///< the laid-out tree, as `tavrin layout` prints it
+    std::string explanation = {};  ///< its views in the same order, with where they come from
+    std::optional<Failure> failure = std::nullopt;
+};
+
+/// Draws on the calling thread; several may draw at once.
+[[nodiscard]] Drawn draw(const Drawing& drawing);
+[[nodiscard]] Explained explain(const Drawing& drawing);
+
+}  // namespace tavrin::cli

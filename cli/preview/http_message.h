@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tavrin::cli {
+
+/// What the preview reads of a request.
+struct HTTPRequest {
+    std::string method;
+    std::string path;            ///< decoded, without the query
+    std::string query = {};      ///< what stands behind "?", as it was sent
+    std::string host = {};       ///< the header of that name; empty where it is missing, like those below
+    std::string origin = {};     ///< what page asks
+    std::string fetchSite = {};  ///< `Sec-Fetch-Site`: how that page and this server are related
+    std::string contentType = {};
+    std::string body = {};
+
+    /// The decoded value of a query parameter; empty where it is missing.
+    [[nodiscard]] std::string parameter(std::string_view name) const;
+};
+
+/// What is answered.
+struct HTTPResponse {
+    unsigned status = 200;
+    std::string contentType = {};
+    std::string body = {};
+    /// Scripts and styles with this nonce may run in the page; empty for what is no page.
+    std::string nonce = {};
+    /// Whether the connection stays open for the server's events.
+    bool isEventStream = false;
+
+    [[nodiscard]] static HTTPResponse json(std::string text, unsigned status = 200) {
+        return {.status = status, .contentType = "application/json", .body = std::move(text)};
+    }
+    /// `{"message": …}`
+    [[nodiscard]] static HTTPResponse failure(unsigned status, std::string_view message);
+};
+
+/// "%41" becomes "A". Escapes that are none stay as they are.
+[[nodiscard]] std::string percentDecoded(std::string_view text);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,141 @@
+#include "cli/preview/http_server.h"
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstddef>
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/thread_pool.hpp>
+
+#include "cli/io_error.h"
+#include "cli/preview/http_session.h"
+#include "cli/preview/request_guard.h"
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+constexpr std::size_t maximumSessions = 64;
+constexpr std::size_t handlerThreads = 4;
+constexpr unsigned internalError = 500;
+
+HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler, std::uint16_t port) {
+    try {
+        if (auto refused = refusal(request, port)) return std::move(*refused);
+        return handler(request);
+    } catch (const std::exception& error) {
+        return HTTPResponse::failure(internalError, error.what());
+    } catch (...) {
+        return HTTPResponse::failure(internalError, "an unknown error");
+    }
+}
+
+}  // namespace
+
+class HTTPServer::Connections : public HTTPSessionHost {
+public:
+    explicit Connections(std::uint16_t port) : acceptor_(context_) {
+        try {
+            acceptor_.open(tcp::v4());
+            acceptor_.set_option(tcp::acceptor::reuse_address(true));
+            acceptor_.bind({asio::ip::address_v4::loopback(), port});
+            acceptor_.listen();
+        } catch (const boost::system::system_error& error) {
+            throw IOError("cannot listen on port " + tavrin::toText(std::int64_t{port}), error.code().value());
+        }
+    }
+
+    ~Connections() override { handlers_.join(); }
+
+    [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
+    [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
+    void stop() { context_.stop(); }
+
+    void stopOnSignals() {
+        signals_.add(SIGINT);
+        signals_.add(SIGTERM);
+        signals_.async_wait([this](boost::system::error_code error, int) {
+            if (!error) stop();
+        });
+    }
+
+    void run(Handler handler) {
+        handler_ = std::move(handler);
+        accept();
+        context_.run();
+        handlers_.join();
+    }
+
+    void broadcast(std::string json) {
+        asio::post(context_, [this, text = "data: " + std::move(json) + "\n\n"] {
+            const auto listeners = listeners_;  // one that reads too slowly leaves the list
+            for (const auto& listener : listeners)
+                if (const auto session = listener.lock()) session->send(text);
+        });
+    }
+
+    void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
+        asio::post(handlers_, [this, session = std::move(session), request = std::move(request)]() mutable {
+            HTTPResponse response = answerTo(request, handler_, port());
+            // Sessions belong to the other thread, the last reference too.
+            asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
+                session->answer(std::move(response));
+            });
+        });
+    }
+
+    void listens(const std::shared_ptr<HTTPSession>& session) override {
+        listeners_.push_back(session);
+        listenerCount_ = listeners_.size();
+    }
+
+    void ended(HTTPSession&) override {
+        --sessions_;
+        std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
+        listenerCount_ = listeners_.size();
+    }
+
+private:
+    void accept() {
+        acceptor_.async_accept([this](boost::system::error_code error, tcp::socket socket) {
+            if (!error && sessions_ < maximumSessions) {
+                ++sessions_;
+                socket.set_option(tcp::no_delay(true), error);
+                std::make_shared<HTTPSession>(std::move(socket), *this)->read();
+            }
+            accept();
+        });
+    }
+
+    // Sessions stand in the context's queue and call this object when they end, so all they use stands above it.
+    std::size_t sessions_ = 0;
+    std::vector<std::weak_ptr<HTTPSession>> listeners_;
+    std::atomic<std::size_t> listenerCount_ = 0;
+    Handler handler_;
+    asio::io_context context_{1};
+    tcp::acceptor acceptor_;
+    asio::signal_set signals_{context_};
+    asio::thread_pool handlers_{handlerThreads};
+};
+
+HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Connections>(port)) {}
+HTTPServer::~HTTPServer() = default;
+
+std::uint16_t HTTPServer::port() const { return connections_->port(); }
+void HTTPServer::stopOnSignals() { connections_->stopOnSignals(); }
+void HTTPServer::run(Handler handler) { connections_->run(std::move(handler)); }
+void HTTPServer::stop() { connections_->stop(); }
+void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
+bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }
+
+}  // namespace tavrin::cli

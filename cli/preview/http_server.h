@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "cli/preview/http_message.h"
+
+namespace tavrin::cli {
+
+/// An HTTP server on 127.0.0.1. One thread talks to all connections; handlers run on a few others.
+///
+/// Bounded: 64 connections, bodies of 16 MiB, heads of 16 KiB, 30 seconds for a request to arrive.
+class HTTPServer {
+public:
+    /// Answers a request; called by several threads at once. What it throws becomes status 500.
+    using Handler = std::function<HTTPResponse(const HTTPRequest&)>;
+
+    /// Takes a port; 0 is any free one. Throws `IOError` where that fails.
+    explicit HTTPServer(std::uint16_t port);
+    HTTPServer(const HTTPServer&) = delete;
+    HTTPServer& operator=(const HTTPServer&) = delete;
+    ~HTTPServer();
+
+    [[nodiscard]] std::uint16_t port() const;
+    /// Lets SIGINT and SIGTERM, from now on, end `run` instead of the process.
+    void stopOnSignals();
+    /// Serves until `stop` is called.
+    void run(Handler handler);
+    /// Ends `run`; from any thread.
+    void stop();
+
+    /// Sends an event to every page that listens; from any thread.
+    void broadcast(std::string json);
+    /// Whether any page listens.
+    [[nodiscard]] bool hasListeners() const;
+
+private:
+    class Connections;
+    std::unique_ptr<Connections> connections_;
+};
+
+}  // namespace tavrin::cli

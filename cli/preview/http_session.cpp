@@ -1,0 +1,124 @@
+#include "cli/preview/http_session.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/write.hpp>
+
+#include "cli/preview/response_headers.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+
+constexpr std::uint64_t maximumBody = std::uint64_t{16} << 20;
+constexpr std::uint32_t maximumHead = 16 << 10;
+constexpr std::chrono::seconds patience{30};
+constexpr std::size_t maximumUnsent = 256;
+constexpr unsigned tooLarge = 413;
+constexpr unsigned badRequest = 400;
+
+std::string text(beast::string_view view) { return {view.data(), view.size()}; }
+
+HTTPRequest requestOf(http::request<http::string_body>&& message) {
+    HTTPRequest request;
+    request.method = text(message.method_string());
+    const std::string target = text(message.target());
+    const std::size_t mark = std::min(target.find('?'), target.size());
+    request.path = percentDecoded(std::string_view(target).substr(0, mark));
+    if (mark < target.size()) request.query = target.substr(mark + 1);
+    request.host = text(message[http::field::host]);
+    request.origin = text(message[http::field::origin]);
+    request.fetchSite = text(message["Sec-Fetch-Site"]);
+    request.contentType = text(message[http::field::content_type]);
+    request.body = std::move(message.body());
+    return request;
+}
+
+/// Whether the other side can still be told, unlike when the connection itself failed or ended.
+bool isAboutMessage(beast::error_code error) {
+    return error.category() == beast::error_code(http::error::bad_method).category() &&
+           error != http::error::end_of_stream && error != http::error::partial_message;
+}
+
+}  // namespace
+
+void HTTPSession::read() {
+    parser_.emplace();
+    parser_->body_limit(maximumBody);
+    parser_->header_limit(maximumHead);
+    stream_.expires_after(patience);
+    http::async_read(stream_, buffer_, *parser_, [self = shared_from_this()](beast::error_code error, std::size_t) {
+        if (!error) return self->take();
+        if (!isAboutMessage(error)) return self->close();
+        const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
+        self->goesOn_ = false;
+        self->answer(HTTPResponse::failure(isTooLarge ? tooLarge : badRequest,
+                                           isTooLarge ? "the request is too large" : "this is no HTTP request"));
+    });
+}
+
+void HTTPSession::take() {
+    stream_.expires_never();  // a handler takes the time it takes
+    goesOn_ = parser_->keep_alive();
+    host_.handle(shared_from_this(), requestOf(parser_->release()));
+}
+
+void HTTPSession::answer(HTTPResponse response) {
+    if (response.isEventStream) return becomeEventStream(response);
+    message_ = {};
+    message_.result(response.status);
+    for (const auto& [name, value] : headersOf(response)) message_.set(name, value);
+    message_.body() = std::move(response.body);
+    message_.keep_alive(goesOn_);
+    message_.prepare_payload();
+    stream_.expires_after(patience);
+    http::async_write(stream_, message_, [self = shared_from_this()](beast::error_code error, std::size_t) {
+        !error && self->goesOn_ ? self->read() : self->close();
+    });
+}
+
+void HTTPSession::becomeEventStream(const HTTPResponse& response) {
+    std::string head = "HTTP/1.1 200 OK\r\nConnection: close\r\n";
+    for (const auto& [name, value] : headersOf(response)) head += name + ": " + value + "\r\n";
+    host_.listens(shared_from_this());
+    stream_.expires_never();
+    noticeEnd();
+    send(head + "\r\n");
+}
+
+void HTTPSession::noticeEnd() {
+    stream_.async_read_some(boost::asio::buffer(&ignored_, 1),
+                            [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                error ? self->close() : self->noticeEnd();
+                            });
+}
+
+void HTTPSession::send(std::string text) {
+    if (unsent_.size() >= maximumUnsent) return close();
+    unsent_.push_back(std::move(text));
+    if (unsent_.size() == 1) sendNext();
+}
+
+void HTTPSession::sendNext() {
+    boost::asio::async_write(stream_, boost::asio::buffer(unsent_.front()),
+                             [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                 if (error) return self->close();
+                                 self->unsent_.pop_front();
+                                 if (!self->unsent_.empty()) self->sendNext();
+                             });
+}
+
+void HTTPSession::close() {
+    beast::error_code ignored;
+    stream_.socket().shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
+    stream_.close();
+}
+
+}  // namespace tavrin::cli

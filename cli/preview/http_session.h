@@ -1,0 +1,67 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http.hpp>
+
+#include "cli/preview/http_message.h"
+
+namespace tavrin::cli {
+
+class HTTPSession;
+
+/// What sessions need of their server; called by the thread that talks to connections.
+class HTTPSessionHost {
+public:
+    HTTPSessionHost() = default;
+    HTTPSessionHost(const HTTPSessionHost&) = delete;
+    HTTPSessionHost& operator=(const HTTPSessionHost&) = delete;
+    virtual ~HTTPSessionHost() = default;
+
+    /// Has a request answered on another thread; the answer comes back through `HTTPSession::answer`.
+    virtual void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) = 0;
+    virtual void listens(const std::shared_ptr<HTTPSession>& session) = 0;
+    virtual void ended(HTTPSession& session) = 0;
+};
+
+/// One connection: reads a request, has it answered, writes the answer, and again. Lives as long as an operation of its
+/// own is under way.
+class HTTPSession : public std::enable_shared_from_this<HTTPSession> {
+public:
+    HTTPSession(boost::asio::ip::tcp::socket socket, HTTPSessionHost& host) : stream_(std::move(socket)), host_(host) {}
+    HTTPSession(const HTTPSession&) = delete;
+    HTTPSession& operator=(const HTTPSession&) = delete;
+    ~HTTPSession() { host_.ended(*this); }
+
+    void read();
+    void answer(HTTPResponse response);
+    /// Sends text to a page that listens for events. One that reads too slowly is let go.
+    void send(std::string text);
+
+private:
+    using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+    using Message = boost::beast::http::response<boost::beast::http::string_body>;
+
+    void take();
+    void becomeEventStream(const HTTPResponse& response);
+    void noticeEnd();
+    void sendNext();
+    void close();
+
+    boost::beast::tcp_stream stream_;
+    HTTPSessionHost& host_;
+    boost::beast::flat_buffer buffer_;
+    std::optional<Parser> parser_;
+    Message message_;
+    bool goesOn_ = true;  // whether another request may follow
+    std::deque<std::string> unsent_;
+    char ignored_ = 0;
+};
+
+}  // namespace tavrin::cli

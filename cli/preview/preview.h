@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "tavrin/platform/foundation/fetch_policy.h"
+
+namespace tavrin::cli {
+
+/// How a folder is shown.
+struct PreviewOptions {
+    std::filesystem::path folder;
+    std::uint16_t port = 0;  ///< 0: any that is free
+    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;
+};
+
+/// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM; hands its address to `announce` once it
+/// answers. Throws `IOError` for a folder that cannot be opened and a port that cannot be had.
+void servePreview(const PreviewOptions& options, const std::function<void(const std::string& address)>& announce);
+
+}  // namespace tavrin::cli

@@ -1,0 +1,124 @@
+#include "cli/preview/project_folder.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+#include "cli/io_error.h"
+#include "cli/output.h"
+#include "cli/preview/folder_error.h"
+#include "tavrin/platform/foundation/file_contents.h"
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned forbidden = 403;
+constexpr unsigned notFound = 404;
+constexpr unsigned conflict = 409;
+constexpr unsigned tooLarge = 413;
+
+bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
+
+bool isSkipped(const fs::path& folder) { return isHidden(folder.filename()) || folder.filename() == "node_modules"; }
+
+/// When it was last changed, its size, and which file it is: two changes may come within one tick of the clock.
+std::string revisionOf(const struct stat& status) {
+    const auto text = [](auto number) { return tavrin::toText(static_cast<std::int64_t>(number)); };
+    return text(status.st_mtim.tv_sec) + "." + text(status.st_mtim.tv_nsec) + "-" + text(status.st_size) + "-" +
+           text(status.st_ino);
+}
+
+struct stat statusOf(const fs::path& file, const std::string& path) {
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0) throw FolderError(notFound, "there is no '" + path + "'");
+    if (!S_ISREG(status.st_mode)) throw FolderError(forbidden, "'" + path + "' is no plain file");
+    return status;
+}
+
+/// Whether the names of a path only lead down, and to nothing hidden.
+bool leadsDown(const fs::path& path) {
+    return !path.empty() && path.is_relative() && path.native().find('\0') == std::string::npos &&
+           std::none_of(path.begin(), path.end(), [](const fs::path& name) { return name.empty() || isHidden(name); });
+}
+
+bool standsIn(const fs::path& path, const fs::path& folder) {
+    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+}  // namespace
+
+ProjectFolder::ProjectFolder(const fs::path& folder) {
+    std::error_code error;
+    root_ = fs::canonical(folder, error);
+    if (!error && !fs::is_directory(root_, error) && !error) error = std::make_error_code(std::errc::not_a_directory);
+    if (error) throw IOError("cannot open the folder '" + folder.string() + "'", error.value());
+}
+
+fs::path ProjectFolder::inside(const std::string& path) const {
+    if (!leadsDown(path)) throw FolderError(forbidden, "'" + path + "' is no path in the folder");
+    std::error_code error;
+    fs::path real = fs::canonical(root_ / path, error);
+    if (error) throw FolderError(notFound, "there is no '" + path + "'");
+    if (!standsIn(real, root_)) throw FolderError(forbidden, "'" + path + "' leads out of the folder");
+    return real;
+}
+
+std::vector<ProjectFile> ProjectFolder::files() const {
+    std::vector<ProjectFile> found;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(root_, fs::directory_options::skip_permission_denied, error);
+    for (; entry != fs::recursive_directory_iterator() && found.size() < maximumFiles; entry.increment(error)) {
+        if (error) break;
+        const fs::path& path = entry->path();
+        std::error_code ignored;
+        const fs::file_status kind = entry->symlink_status(ignored);
+        if (fs::is_directory(kind) && (isSkipped(path) || entry.depth() + 1 >= maximumDepth))
+            entry.disable_recursion_pending();
+        struct stat status {};
+        if (!fs::is_regular_file(kind) || path.extension() != ".json" || isHidden(path.filename())) continue;
+        if (::stat(path.c_str(), &status) == 0)
+            found.push_back({path.lexically_relative(root_).generic_string(), revisionOf(status)});
+    }
+    std::sort(found.begin(), found.end(),
+              [](const ProjectFile& a, const ProjectFile& b) { return fs::path(a.path) < fs::path(b.path); });
+    return found;
+}
+
+ProjectText ProjectFolder::read(const std::string& path) const {
+    const fs::path file = inside(path);
+    if (file.extension() != ".json") throw FolderError(forbidden, "'" + path + "' is no JSON file");
+    const struct stat status = statusOf(file, path);
+    if (static_cast<std::size_t>(status.st_size) > maximumBytes)
+        throw FolderError(tooLarge, "'" + path + "' is larger than 8 MiB");
+    FileContents contents = readFile(file, maximumBytes);
+    if (!contents.error.empty()) throw FolderError(notFound, contents.error);
+    return {std::move(contents.bytes), revisionOf(status)};
+}
+
+std::string ProjectFolder::save(const std::string& path, std::string_view text, const std::string& revision) {
+    const std::lock_guard lock(saving_);
+    const fs::path file = inside(path);
+    if (file.extension() != ".json") throw FolderError(forbidden, "'" + path + "' is no JSON file");
+    if (revisionOf(statusOf(file, path)) != revision)
+        throw FolderError(conflict, "'" + path + "' has changed on disk meanwhile");
+    writeFile(file, text);
+    return revisionOf(statusOf(file, path));
+}
+
+std::optional<fs::path> ProjectFolder::picturesBeside(const std::string& document) const {
+    if (!leadsDown(document)) return std::nullopt;
+    std::error_code error;
+    const fs::path folder = root_ / fs::path(document).parent_path() / "pictures";
+    const fs::path real = fs::canonical(folder, error);
+    if (error || !standsIn(real, root_) || !fs::is_directory(real, error)) return std::nullopt;
+    for (const fs::directory_entry& entry : fs::directory_iterator(real, error))
+        if (!fs::is_regular_file(entry.symlink_status(error))) return std::nullopt;
+    return error ? std::nullopt : std::optional(real);
+}
+
+}  // namespace tavrin::cli

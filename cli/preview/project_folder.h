@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin::cli {
+
+/// One JSON file of a folder.
+struct ProjectFile {
+    std::string path;      ///< from the folder, with "/"
+    std::string revision;  ///< changes with the file
+
+    friend bool operator==(const ProjectFile&, const ProjectFile&) = default;
+};
+
+/// A file's text as it was at a revision.
+struct ProjectText {
+    std::string text;
+    std::string revision;
+};
+
+/// The folder that a preview shows, and the only one it reads or writes. Names come from outside: a path that leads out
+/// of it, by ".." or by a symbolic link, is refused, as is all that is no plain file. Safe to use from several threads.
+class ProjectFolder {
+public:
+    static constexpr std::size_t maximumFiles = 2000;
+    static constexpr int maximumDepth = 8;
+    static constexpr std::size_t maximumBytes = std::size_t{8} << 20;
+
+    /// Throws `IOError` where there is no such folder.
+    explicit ProjectFolder(const std::filesystem::path& folder);
+
+    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+    /// The JSON files in it and below, sorted, at most `maximumFiles`. Hidden files and folders, `node_modules` and
+    /// symbolic links are left out.
+    [[nodiscard]] std::vector<ProjectFile> files() const;
+    /// Throws `FolderError`, like `save`.
+    [[nodiscard]] ProjectText read(const std::string& path) const;
+    /// Replaces the text of a JSON file that is there, whole or not at all, unless it has changed since `revision`.
+    /// Returns its new revision.
+    std::string save(const std::string& path, std::string_view text, const std::string& revision);
+    /// The folder "pictures" beside a document, where there is one that holds plain files only.
+    [[nodiscard]] std::optional<std::filesystem::path> picturesBeside(const std::string& document) const;
+
+private:
+    [[nodiscard]] std::filesystem::path inside(const std::string& path) const;
+
+    std::filesystem::path root_;
+    std::mutex saving_;
+};
+
+}  // namespace tavrin::cli

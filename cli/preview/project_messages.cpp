@@ -1,0 +1,83 @@
+#include "cli/preview/project_messages.h"
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "cli/preview/folder_error.h"
+#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/ui/widget_family.h"
+
+namespace tavrin::cli {
+namespace {
+
+void writeScreen(JSONWriter& writer, Size screen) {
+    const std::string name =
+        tavrin::toText(static_cast<int>(screen.width)) + "x" + tavrin::toText(static_cast<int>(screen.height));
+    writer.beginObject().key("name").value(name).key("families").beginArray();
+    for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i) {
+        const auto size = widgetSize(static_cast<WidgetFamily>(i), screen);
+        if (!size) continue;
+        writer.beginObject().key("name").value(widgetFamilyNames[i]);
+        writer.key("width").value(size->width).key("height").value(size->height).endObject();
+    }
+    writer.endArray().endObject();
+}
+
+/// Also a text that is no JSON just now may be a document; so it is judged by a word.
+bool looksLikeDocument(std::string_view text) { return text.find("\"nodes\"") != std::string_view::npos; }
+
+std::string kindOf(const ProjectFolder& folder, const ProjectFile& file) {
+    try {
+        return looksLikeDocument(folder.read(file.path).text) ? "document" : "model";
+    } catch (const FolderError&) {
+        return "model";  // too large to be edited, or gone meanwhile
+    }
+}
+
+}  // namespace
+
+std::string projectMessage(const ProjectFolder& folder) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("name").value(folder.root().filename().string());
+    writer.key("version").value(TAVRIN_VERSION).key("timeZone").value(TimeZone::current().identifier());
+    writer.key("screens").beginArray();
+    for (const Size screen : knownScreens()) writeScreen(writer, screen);
+    writer.endArray().endObject();
+    return std::move(writer).text();
+}
+
+std::string filesMessage(const ProjectFolder& folder) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("files").beginArray();
+    for (const ProjectFile& file : folder.files()) {
+        writer.beginObject().key("path").value(file.path).key("revision").value(file.revision);
+        writer.key("kind").value(kindOf(folder, file)).endObject();
+    }
+    writer.endArray().endObject();
+    return std::move(writer).text();
+}
+
+std::string fileMessage(const ProjectText& file) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("text").value(file.text).key("revision").value(file.revision).endObject();
+    return std::move(writer).text();
+}
+
+std::string savedMessage(const std::string& revision) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("revision").value(revision).endObject();
+    return std::move(writer).text();
+}
+
+std::string changedMessage(const std::vector<std::string>& paths) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("paths").beginArray();
+    for (const std::string& path : paths) writer.value(path);
+    writer.endArray().endObject();
+    return std::move(writer).text();
+}
+
+}  // namespace tavrin::cli

@@ -1,0 +1,41 @@
+#include "cli/preview/request_guard.h"
+
+#include <string>
+
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr unsigned forbidden = 403;
+constexpr unsigned wrongMethod = 405;
+constexpr unsigned misdirected = 421;
+constexpr unsigned wrongType = 415;
+
+bool isOwnHost(const std::string& host, std::uint16_t port) {
+    const std::string behind = ":" + tavrin::toText(std::int64_t{port});
+    return host == "127.0.0.1" + behind || host == "localhost" + behind;
+}
+
+/// Whether another page asks. A person may follow a link to the page itself from anywhere.
+bool comesFromElsewhere(const HTTPRequest& request) {
+    if (!request.origin.empty() && request.origin != "http://" + request.host) return true;
+    const bool isOwnSite =
+        request.fetchSite.empty() || request.fetchSite == "same-origin" || request.fetchSite == "none";
+    return !isOwnSite && request.path != "/";
+}
+
+}  // namespace
+
+std::optional<HTTPResponse> refusal(const HTTPRequest& request, std::uint16_t port) {
+    if (!isOwnHost(request.host, port)) return HTTPResponse::failure(misdirected, "this server has another name");
+    if (comesFromElsewhere(request))
+        return HTTPResponse::failure(forbidden, "only the preview's own page may ask this");
+    if (request.method != "GET" && request.method != "POST")
+        return HTTPResponse::failure(wrongMethod, "only GET and POST are understood");
+    if (request.method == "POST" && !request.contentType.starts_with("application/json"))
+        return HTTPResponse::failure(wrongType, "what is posted must be application/json");
+    return std::nullopt;
+}
+
+}  // namespace tavrin::cli

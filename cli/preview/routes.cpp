@@ -1,0 +1,109 @@
+#include "cli/preview/routes.h"
+
+#include <array>
+#include <utility>
+
+#include "cli/io_error.h"
+#include "cli/preview/checking.h"
+#include "cli/preview/drawing_messages.h"
+#include "cli/preview/folder_error.h"
+#include "cli/preview/page.h"
+#include "cli/preview/project_messages.h"
+#include "cli/preview/request_fields.h"
+#include "tavrin/schema/document_schema.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr unsigned badRequest = 400;
+constexpr unsigned notFound = 404;
+constexpr unsigned wrongMethod = 405;
+constexpr unsigned internalError = 500;
+
+}  // namespace
+
+HTTPResponse Routes::answer(const HTTPRequest& request) const {
+    struct Route {
+        std::string_view method;
+        std::string_view path;
+        HTTPResponse (Routes::*answer)(const HTTPRequest&) const;
+    };
+    static constexpr std::array<Route, 12> routes{{
+        {"GET", "/", &Routes::page},
+        {"GET", "/preview.js", &Routes::script},
+        {"GET", "/preview.css", &Routes::style},
+        {"GET", "/api/project", &Routes::project},
+        {"GET", "/api/schema", &Routes::schema},
+        {"GET", "/api/files", &Routes::files},
+        {"GET", "/api/file", &Routes::file},
+        {"POST", "/api/save", &Routes::save},
+        {"POST", "/api/render", &Routes::render},
+        {"POST", "/api/explain", &Routes::explain},
+        {"POST", "/api/check", &Routes::check},
+        {"GET", "/api/events", &Routes::events},
+    }};
+    try {
+        for (const Route& route : routes) {
+            if (route.path != request.path) continue;
+            if (route.method != request.method) return HTTPResponse::failure(wrongMethod, "this is asked another way");
+            return (this->*route.answer)(request);
+        }
+        return HTTPResponse::failure(notFound, "there is nothing here");
+    } catch (const FolderError& error) {
+        return HTTPResponse::failure(error.status, error.what());
+    } catch (const RequestError& error) {
+        return HTTPResponse::failure(badRequest, error.what());
+    } catch (const IOError& error) {
+        return HTTPResponse::failure(internalError, error.what());
+    }
+}
+
+HTTPResponse Routes::page(const HTTPRequest&) const {
+    std::string nonce = newNonce();
+    std::string html = pageWithNonce(nonce);
+    return {.contentType = "text/html; charset=utf-8", .body = std::move(html), .nonce = std::move(nonce)};
+}
+
+HTTPResponse Routes::script(const HTTPRequest&) const {
+    return {.contentType = "text/javascript; charset=utf-8", .body = std::string(Page::script)};
+}
+
+HTTPResponse Routes::style(const HTTPRequest&) const {
+    return {.contentType = "text/css; charset=utf-8", .body = std::string(Page::style)};
+}
+
+HTTPResponse Routes::project(const HTTPRequest&) const { return HTTPResponse::json(projectMessage(folder_)); }
+
+HTTPResponse Routes::schema(const HTTPRequest&) const { return HTTPResponse::json(documentSchema()); }
+
+HTTPResponse Routes::files(const HTTPRequest&) const { return HTTPResponse::json(filesMessage(folder_)); }
+
+HTTPResponse Routes::file(const HTTPRequest& request) const {
+    return HTTPResponse::json(fileMessage(folder_.read(request.parameter("path"))));
+}
+
+HTTPResponse Routes::save(const HTTPRequest& request) const {
+    const RequestFields fields(request.body);
+    return HTTPResponse::json(
+        savedMessage(folder_.save(fields.text("path"), fields.text("text"), fields.text("revision"))));
+}
+
+Drawing Routes::drawing(const HTTPRequest& request) const {
+    const RequestFields fields(request.body);
+    Drawing drawing = drawingOf(fields);
+    drawing.fetchPolicy = fetchPolicy_;
+    if (const auto path = fields.optionalText("path")) drawing.pictures = folder_.picturesBeside(*path);
+    return drawing;
+}
+
+HTTPResponse Routes::render(const HTTPRequest& request) const { return drawnMessage(draw(drawing(request))); }
+
+HTTPResponse Routes::explain(const HTTPRequest& request) const {
+    return explainedMessage(cli::explain(drawing(request)));
+}
+
+HTTPResponse Routes::check(const HTTPRequest& request) const { return HTTPResponse::json(checked(drawing(request))); }
+
+HTTPResponse Routes::events(const HTTPRequest&) const { return {.isEventStream = true}; }
+
+}  // namespace tavrin::cli

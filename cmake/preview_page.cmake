@@ -1,0 +1,27 @@
+# Bundles the page of `tavrin preview` into preview_page_files. Its packages are installed when their lock changes.
+find_program(TAVRIN_NODE NAMES node nodejs REQUIRED)
+find_program(TAVRIN_NPM npm REQUIRED)
+
+set(page_source ${PROJECT_SOURCE_DIR}/preview)
+set(page_packages ${page_source}/node_modules/.installed)
+set(page_folder ${CMAKE_CURRENT_BINARY_DIR}/page)
+set(preview_page_files ${page_folder}/index.html ${page_folder}/preview.js ${page_folder}/preview.css)
+file(GLOB page_sources CONFIGURE_DEPENDS ${page_source}/src/*.ts ${page_source}/*.html ${page_source}/style/*.css)
+
+add_custom_command(
+  OUTPUT ${page_packages}
+  COMMAND ${TAVRIN_NPM} ci --no-progress --loglevel=error
+  COMMAND ${CMAKE_COMMAND} -E touch ${page_packages}
+  DEPENDS ${page_source}/package.json ${page_source}/package-lock.json ${page_source}/.npmrc
+  WORKING_DIRECTORY ${page_source}
+  COMMENT "Installing the packages of the preview's page"
+  VERBATIM)
+
+add_custom_command(
+  OUTPUT ${preview_page_files}
+  COMMAND ${TAVRIN_NODE} node_modules/typescript/bin/tsc --noEmit
+  COMMAND ${TAVRIN_NODE} build.mjs ${page_folder}
+  DEPENDS ${page_packages} ${page_sources} ${page_source}/build.mjs ${page_source}/tsconfig.json
+  WORKING_DIRECTORY ${page_source}
+  COMMENT "Bundling the preview's page"
+  VERBATIM)

@@ -1,0 +1,160 @@
+// What the server can be asked; cli/preview/routes.h has the same list.
+
+export interface Family {
+    name: string;
+    width: number;
+    height: number;
+}
+export interface Screen {
+    name: string;
+    families: Family[];
+}
+export interface Project {
+    name: string;
+    version: string;
+    timeZone: string;
+    screens: Screen[];
+}
+export interface ProjectFile {
+    path: string;
+    revision: string;
+    kind: "document" | "model";
+}
+export interface FileText {
+    text: string;
+    revision: string;
+}
+export type Appearance = "light" | "dark";
+
+export interface Drawing {
+    path: string | null;
+    document: string;
+    model: string | null;
+    family: string;
+    width: number;
+    height: number;
+    scale: number;
+    appearance: Appearance;
+    date: number;
+    timeZone: string;
+    rounded: boolean;
+}
+export type Step = string | number;
+
+/** A failure as `tavrin check --errors json` writes it. */
+export interface Failure {
+    type: string;
+    message: string;
+    file?: string;
+    line?: number;
+    column?: number;
+    codingPath?: Step[];
+    key?: string;
+}
+export interface Drawn {
+    failure: Failure | null;
+    milliseconds: number;
+    notes: string[];
+    picture: Uint8Array<ArrayBuffer> | null;
+}
+
+/** A view of the laid-out tree: a "view" or a "modifier" with its members. */
+export interface LayoutView {
+    view?: string;
+    modifier?: string;
+    frame?: [number, number, number, number] | null;
+    [member: string]: unknown;
+}
+
+/** What is known of a view; the views of a tree come in the order in which the layout has them. */
+export interface ViewExplanation {
+    view: string;
+    origin: string | null;
+    /** Why it has its size and place, in sentences. */
+    because?: string[];
+}
+export interface Explained {
+    layout: LayoutView;
+    explanation: { views: ViewExplanation[] };
+}
+
+async function failureOf(response: Response): Promise<Error> {
+    const text = await response.text();
+    try {
+        return new Error((JSON.parse(text) as { message: string }).message);
+    } catch {
+        return new Error(text || `status ${response.status}`);
+    }
+}
+
+async function get<T>(path: string): Promise<T> {
+    const response = await fetch(path);
+    if (!response.ok) throw await failureOf(response);
+    return (await response.json()) as T;
+}
+
+async function post(path: string, body: unknown): Promise<Response> {
+    const response = await fetch(path, {
+        method: "POST",
+        headers: { "Content-Type": "application/json" },
+        body: JSON.stringify(body),
+    });
+    if (!response.ok) throw await failureOf(response);
+    return response;
+}
+
+export const fetchProject = () => get<Project>("/api/project");
+export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("/api/files")).files;
+export const fetchFile = (path: string) => get<FileText>(`/api/file?path=${encodeURIComponent(path)}`);
+
+export async function saveFile(path: string, text: string, revision: string): Promise<string> {
+    const response = await post("/api/save", { path, text, revision });
+    return ((await response.json()) as { revision: string }).revision;
+}
+
+export async function draw(drawing: Drawing): Promise<Drawn> {
+    const response = await post("/api/render", drawing);
+    const bytes = new Uint8Array(await response.arrayBuffer());
+    const isFailure = response.headers.get("Content-Type") === "application/json";
+    return isFailure ? failed(bytes) : succeeded(bytes);
+}
+
+function failed(bytes: Uint8Array): Drawn {
+    const { error } = JSON.parse(new TextDecoder().decode(bytes)) as { error: Failure };
+    return { failure: error, milliseconds: 0, notes: [], picture: null };
+}
+
+/** A line of JSON and the picture's bytes. */
+function succeeded(bytes: Uint8Array<ArrayBuffer>): Drawn {
+    const end = bytes.indexOf(0x0a);
+    const head = JSON.parse(new TextDecoder().decode(bytes.subarray(0, end))) as Pick<Drawn, "milliseconds" | "notes">;
+    return { failure: null, ...head, picture: bytes.subarray(end + 1) };
+}
+
+/** Nothing for a document that cannot be drawn. */
+export async function explain(drawing: Drawing): Promise<Explained | null> {
+    const answer = (await (await post("/api/explain", drawing)).json()) as Explained | { error: Failure };
+    return "error" in answer ? null : answer;
+}
+
+/** A stretch of a text; lines and columns from 1, columns in code points. */
+export interface TextRange {
+    line: number;
+    column: number;
+    endLine: number;
+    endColumn: number;
+}
+/** What `tavrin check --format json` finds. */
+export interface Finding {
+    severity: "error" | "warning" | "note";
+    code: string;
+    message: string;
+    role: "document" | "model";
+    range?: TextRange;
+    fix?: (TextRange & { text: string })[];
+}
+
+/** What is wrong or doubtful, as far as that drawing shows. */
+export async function check(drawing: Drawing): Promise<Finding[]> {
+    return (await (await post("/api/check", drawing)).json()) as Finding[];
+}

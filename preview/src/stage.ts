@@ -1,0 +1,182 @@
+// The widget in every family, light and dark: keeps all pictures up to date, the selected one first.
+import type { Drawing, Drawn } from "./api";
+import { draw } from "./api";
+import { element, neighbour } from "./dom";
+import type { Drawable } from "./sources";
+import type { State } from "./state";
+import { appearancesShown, orderedFamilies } from "./state";
+import { Tile } from "./tile";
+
+const margin = 48;
+const atOnce = 2;
+
+export interface StageEvents {
+    /** The selected picture was drawn, or could not be. */
+    drawn: (drawn: Drawn, drawing: Drawing) => void;
+    failed: (error: Error) => void;
+    hovered: (point: { x: number; y: number } | null) => void;
+    picked: (point: { x: number; y: number }) => void;
+}
+
+export class Stage {
+    tiles: Tile[] = [];
+    selected: Tile | null = null;
+    private change = 0;
+    private zoom = 0;
+    private selectedInFlight = false;
+    private inFlight = new Set<Tile>();
+
+    constructor(
+        private readonly parent: HTMLElement,
+        private readonly state: State,
+        private readonly source: () => Drawable | null,
+        private readonly events: StageEvents,
+    ) {
+        parent.addEventListener("keydown", (event) => this.moveFocus(event));
+        parent.addEventListener("scroll", () => this.work(), { passive: true });
+        new ResizeObserver(() => this.resize()).observe(parent);
+    }
+
+    /** Makes the tiles anew: for another screen or appearance. */
+    build(): void {
+        const before = this.selected;
+        this.tiles = [];
+        const columns = appearancesShown(this.state.appearances).map((appearance) => {
+            const tiles = orderedFamilies(this.state.screen).map((family) => new Tile(family, appearance));
+            this.tiles.push(...tiles);
+            const groups = [...Map.groupBy(tiles, (tile) => groupOf(tile.family.name))].map(([name, members]) =>
+                element("div", { class: `group ${name}` }, ...members.map((tile) => tile.figure)),
+            );
+            return element("div", { class: `wallpaper ${appearance}`, role: "presentation" }, ...groups);
+        });
+        this.parent.replaceChildren(...columns);
+        for (const tile of this.tiles) this.listen(tile);
+        const like = (tile: Tile) => tile.family.name === before?.family.name;
+        const same = this.tiles.find((tile) => like(tile) && tile.appearance === before?.appearance);
+        this.mark(same ?? this.tiles.find(like) ?? this.tiles[0] ?? null);
+        this.zoom = 0;
+        this.resize();
+    }
+
+    /** Something that is drawn has changed. */
+    invalidate(): void {
+        this.change++;
+        this.parent.dataset["change"] = String(this.change);
+        this.work();
+    }
+
+    select(tile: Tile): void {
+        if (tile === this.selected) return;
+        this.mark(tile);
+        tile.shown = -1; // its tree is wanted too
+        this.work();
+    }
+
+    private mark(tile: Tile | null): void {
+        for (const other of this.tiles) {
+            other.figure.setAttribute("aria-selected", String(other === tile));
+            other.figure.tabIndex = other === tile ? 0 : -1;
+            if (other !== tile) other.outline(null);
+        }
+        this.selected = tile;
+    }
+
+    private listen(tile: Tile): void {
+        tile.figure.addEventListener("focus", () => this.select(tile));
+        tile.figure.addEventListener("click", (event) => {
+            this.select(tile);
+            this.events.picked(tile.pointAt(event));
+        });
+        tile.figure.addEventListener("pointermove", (event) => {
+            if (tile === this.selected) this.events.hovered(tile.pointAt(event));
+        });
+        tile.figure.addEventListener("pointerleave", () => this.events.hovered(null));
+    }
+
+    private moveFocus(event: KeyboardEvent): void {
+        const figures = this.tiles.map((tile) => tile.figure);
+        const next = neighbour(figures, document.activeElement, event.key);
+        if (!next) return;
+        event.preventDefault();
+        next.focus();
+    }
+
+    /** Shrinks the widgets where the widest one has no room. */
+    private resize(): void {
+        const columns = appearancesShown(this.state.appearances).length;
+        const widest = Math.max(...this.tiles.map((tile) => tile.family.width), 1);
+        const isStacked = this.parent.clientWidth / columns < Math.min(widest, 300) + margin;
+        this.parent.classList.toggle("stacked", isStacked);
+        const room = this.parent.clientWidth / (isStacked ? 1 : columns) - margin;
+        const zoom = Math.max(0.2, Math.min(1, room / widest));
+        if (zoom === this.zoom) return this.work();
+        this.zoom = zoom;
+        for (const tile of this.tiles) tile.resize(zoom);
+        this.invalidate();
+    }
+
+    /** Draws what is out of date: the selected picture alone, then what is seen of the others. */
+    private work(): void {
+        const { selected } = this;
+        const source = this.source();
+        if (this.selectedInFlight || !source) return;
+        if (selected && selected.shown !== this.change) {
+            void this.drawSelected(selected, source);
+            return;
+        }
+        const seen = this.parent.getBoundingClientRect();
+        for (const tile of this.tiles) {
+            if (this.inFlight.size >= atOnce) return;
+            if (tile.shown !== this.change && !this.inFlight.has(tile) && tile.isVisible(seen))
+                void this.drawOther(tile, source);
+        }
+    }
+
+    private async drawSelected(tile: Tile, source: Drawable): Promise<void> {
+        this.selectedInFlight = true;
+        const drawing = this.drawingOf(tile, source);
+        const drawn = await this.drawTile(tile, drawing);
+        this.selectedInFlight = false;
+        if (drawn && tile === this.selected) this.events.drawn(drawn, drawing);
+        this.work();
+    }
+
+    private async drawOther(tile: Tile, source: Drawable): Promise<void> {
+        this.inFlight.add(tile);
+        await this.drawTile(tile, this.drawingOf(tile, source));
+        this.inFlight.delete(tile);
+        this.work();
+    }
+
+    private drawingOf(tile: Tile, source: Drawable): Drawing {
+        return {
+            ...source,
+            family: tile.family.name,
+            width: tile.family.width,
+            height: tile.family.height,
+            scale: Math.min(8, Math.max(0.25, devicePixelRatio * tile.zoom)),
+            appearance: tile.appearance,
+            date: this.state.moment,
+            timeZone: this.state.timeZone,
+            rounded: tile.rounded,
+        };
+    }
+
+    private async drawTile(tile: Tile, drawing: Drawing): Promise<Drawn | null> {
+        const { change } = this;
+        try {
+            const drawn = await draw(drawing);
+            await tile.show(drawn, change);
+            return drawn;
+        } catch (error) {
+            tile.shown = change; // asked again with the next change
+            this.events.failed(error as Error);
+            return null;
+        }
+    }
+}
+
+function groupOf(family: string): string {
+    if (family === "accessoryCircular" || family === "accessoryRectangular") return "accessories";
+    return family;
+}

@@ -1,0 +1,39 @@
+// What the page shows: one object that its parts share.
+import type { Appearance, Family, Project, ProjectFile, Screen } from "./api";
+
+export type Appearances = Appearance | "both";
+
+export interface State {
+    project: Project;
+    files: ProjectFile[];
+    screen: Screen;
+    appearances: Appearances;
+    /** The moment that is drawn, in seconds since 1970. */
+    moment: number;
+    timeZone: string;
+}
+
+/** Families in the order in which the stage shows them: as they would fill a home screen. */
+const order = [
+    "systemMedium",
+    "systemSmall",
+    "accessoryCircular",
+    "accessoryRectangular",
+    "accessoryInline",
+    "systemLarge",
+    "systemExtraLarge",
+];
+
+export const orderedFamilies = (screen: Screen): Family[] =>
+    [...screen.families].sort((a, b) => order.indexOf(a.name) - order.indexOf(b.name));
+
+export const appearancesShown = (appearances: Appearances): Appearance[] =>
+    appearances === "both" ? ["light", "dark"] : [appearances];
+
+/** The model that belongs to a document: `model.json` beside it, or one that is named after it. */
+export function modelOf(path: string, files: ProjectFile[]): ProjectFile | undefined {
+    const folder = path.slice(0, path.lastIndexOf("/") + 1);
+    const stem = path.replace(/(\.document)?\.json$/, "");
+    const names = [`${stem}.model.json`, `${stem}-model.json`, `${folder}model.json`];
+    return names.map((name) => files.find((file) => file.path === name && file.path !== path)).find(Boolean);
+}

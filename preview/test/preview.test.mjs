@@ -1,0 +1,287 @@
+// The preview in a real browser, on a copy of the examples: node --test preview/test
+import assert from "node:assert/strict";
+import { readFile, writeFile } from "node:fs/promises";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import { cursorBehind, drawn, examples, launch, open, picture, redrawn, selected, serve } from "./place.mjs";
+
+let browser, place, server;
+
+before(async () => {
+    place = await examples();
+    [browser, server] = await Promise.all([launch(), serve(place.folder)]);
+});
+after(async () => {
+    await browser?.close();
+    assert.equal(await server?.stop(), 0, "the program ends cleanly");
+    await place?.remove();
+});
+
+/** Opens a document, lets a test work on it, and makes sure that the page had nothing to complain about. */
+async function on(document, work, options) {
+    const { page, complaints, close } = await open(browser, server.address, document, options);
+    await work(page);
+    assert.deepEqual(
+        complaints.filter((each) => !/status of 409/.test(each)),
+        [],
+    );
+    await close();
+}
+
+test("shows every family of the screen, light and dark", () =>
+    on("weather/document.json", async (page) => {
+        assert.equal(await page.locator("[role=option]").count(), 12);
+        await page.check("input[value=dark]", { force: true });
+        assert.equal(await page.locator("[role=option]").count(), 6);
+        await page.selectOption("#screen", "1024x1366");
+        const names = await page.$$eval("[role=option]", (tiles) => tiles.map((tile) => tile.dataset.family));
+        assert.deepEqual(names, ["systemMedium", "systemSmall", "systemLarge", "systemExtraLarge"]);
+        await drawn(page);
+    }));
+
+test("draws an edit", () =>
+    on("agenda/document.json", async (page) => {
+        const first = await picture(page);
+        await cursorBehind(page, '"fontSize": 5');
+        await redrawn(page, () => page.keyboard.press("Delete"));
+        assert.notEqual(await picture(page), first);
+        await redrawn(page, () => page.keyboard.press("Control+z"));
+        assert.equal(await picture(page), first);
+    }));
+
+test("draws an edit of the model", () =>
+    on("agenda/document.json", async (page) => {
+        const first = await picture(page);
+        await page.click("#model-tab");
+        await page.click("#model-panel .cm-content");
+        await redrawn(page, async () => {
+            await page.keyboard.press("Control+a");
+            await page.keyboard.insertText(
+                (await readFile(join(place.folder, "agenda/model.json"), "utf8")).replace("Market", "Bazaar"),
+            );
+        });
+        assert.notEqual(await picture(page), first);
+    }));
+
+test("shows an error in place, and leads to it", () =>
+    on("agenda/document.json", async (page) => {
+        const first = await picture(page);
+        await cursorBehind(page, '"type": "hstack"');
+        await page.keyboard.press("ArrowLeft");
+        await redrawn(page, () => page.keyboard.type("s"));
+        const squiggle = page.locator("#document-panel .cm-lintRange-error");
+        assert.equal(await squiggle.textContent(), '"hstacks"');
+        const problem = page.locator(".problem.error");
+        assert.match(await problem.textContent(), /"hstacks" is not a node type.*nodes\.main\.type.*document 5:/s);
+        assert.equal(await picture(page), first, "the last picture stays");
+        await page.keyboard.press("Control+Home");
+        await page.keyboard.press("F8");
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /hstacks/);
+        await redrawn(page, () => page.keyboard.press("Control+z"));
+        assert.equal(await problem.count(), 0);
+    }));
+
+test("shows an error of the model in the model", () =>
+    on("agenda/document.json", async (page) => {
+        await page.click("#model-tab");
+        await page.click("#model-panel .cm-content");
+        await page.keyboard.press("Control+Home");
+        await redrawn(page, () => page.keyboard.type("x"));
+        await page.waitForSelector("#model-panel .cm-lintRange-error");
+        assert.match(await page.locator(".problem .where").textContent(), /^model 1:/);
+    }));
+
+test("warns of what is meant otherwise, and mends it", () =>
+    on("agenda/document.json", async (page) => {
+        const first = await picture(page);
+        await cursorBehind(page, '"fontSiz');
+        await page.keyboard.press("Backspace");
+        const problem = page.locator(".problem.warning", { hasText: "fontSie" });
+        assert.match(await problem.textContent(), /did you mean "fontSize"/);
+        await problem.click();
+        await page.hover(".cm-lintRange-warning");
+        await redrawn(page, () => page.click(".cm-diagnosticAction"));
+        assert.equal(await picture(page), first);
+    }));
+
+test("completes what the schema knows", () =>
+    on("agenda/document.json", async (page) => {
+        await cursorBehind(page, '"spacing": 8,');
+        await page.keyboard.type('"mod');
+        await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
+        await page.keyboard.press("Enter");
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /8,"modifiers": \[\]$/);
+        await cursorBehind(page, '"alignment": "');
+        await page.keyboard.press("Control+Space");
+        const labels = page.locator(".cm-completionLabel");
+        await labels.first().waitFor();
+        assert.ok((await labels.allTextContents()).includes("bottom"));
+    }));
+
+test("completes the model's names in an expression", () =>
+    on("agenda/document.json", async (page) => {
+        await cursorBehind(page, "{{initServerParam.");
+        await page.keyboard.press("Control+Space");
+        await page.waitForSelector(".cm-tooltip-autocomplete");
+        const labels = await page.$$eval(".cm-completionLabel", (all) => all.map((each) => each.textContent));
+        assert.ok(labels.includes("weekday") && labels.includes("events[0]"), labels.join());
+    }));
+
+test("draws any moment, and lets the clock run", () =>
+    on("clock/document.json", async (page) => {
+        const first = await picture(page);
+        await page.focus("#time-slider");
+        await redrawn(page, () => page.keyboard.press("PageUp"));
+        const later = await picture(page);
+        assert.notEqual(later, first);
+        await redrawn(page, async () => {
+            await page.fill("#time-zone", "Asia/Kolkata");
+            await page.keyboard.press("Tab");
+        });
+        assert.match(await page.inputValue("#time-field"), /^\d{4}-\d\d-\d\dT\d\d:\d\d/);
+        await page.selectOption("#time-speed", "3600");
+        await page.click("#play");
+        const running = await picture(page);
+        await page.waitForTimeout(500);
+        assert.notEqual(await picture(page), running);
+        await page.click("#play");
+        assert.equal(await page.getAttribute("#play", "aria-pressed"), "false");
+    }));
+
+test("highlights the view that the tree looks at, and finds the view under the pointer", () =>
+    on("agenda/document.json", async (page) => {
+        const row = page.locator("[role=treeitem]", { hasText: "“SATURDAY”" });
+        await row.hover();
+        const highlight = page.locator(`${selected} .highlight`);
+        const [mark, canvas] = [await highlight.boundingBox(), await page.locator(`${selected} canvas`).boundingBox()];
+        assert.ok(Math.abs(mark.x - canvas.x - 16) < 1 && Math.abs(mark.y - canvas.y - 16) < 1, JSON.stringify(mark));
+        await page.mouse.click(canvas.x + 30, canvas.y + 22);
+        const chosen = page.locator("[role=treeitem][aria-selected=true]");
+        assert.match(await chosen.textContent(), /SATURDAY/);
+        await chosen.focus();
+        assert.match(await page.locator("#details").textContent(), /Text.*size.*fontWeight.*nodes\.main/s);
+        const place = await page.$$eval(".marked-place", (marks) => marks.map((mark) => mark.textContent).join(""));
+        assert.match(place, /initServerParam\.weekday/);
+        await page.keyboard.press("Enter");
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /^\s*\{$/);
+        assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-label")), "Document");
+    }));
+
+test("works without a mouse", () =>
+    on("agenda/document.json", async (page) => {
+        const focused = (read) => page.evaluate(`(${read})(document.activeElement)`);
+        const goTo = async (region) => {
+            for (let i = 0; i < 8; i++) {
+                await page.keyboard.press("F6");
+                if ((await focused(`(e) => e.closest("[data-region]")?.getAttribute("aria-label")`)) === region) return;
+            }
+            assert.fail(`F6 never comes to ${region}`);
+        };
+        await goTo("Widget in every family");
+        await page.keyboard.press("ArrowRight");
+        assert.equal(await focused("(e) => e.dataset.family"), "systemSmall");
+        assert.equal(await page.getAttribute(selected, "data-family"), "systemSmall");
+        await drawn(page);
+        await goTo("Inspector");
+        await page.keyboard.press("ArrowDown");
+        await page.keyboard.press("ArrowDown");
+        assert.equal(await focused(`(e) => e.getAttribute("aria-level")`), "3");
+        await page.keyboard.press("ArrowLeft");
+        assert.equal(await focused(`(e) => e.getAttribute("aria-expanded")`), "false");
+        assert.ok(await page.locator(`${selected} .highlight`).isVisible());
+        await page.keyboard.press("Alt+2");
+        assert.equal(await focused(`(e) => e.getAttribute("aria-label")`), "Model");
+        await page.keyboard.press("F1");
+        assert.ok(await page.locator("#help").isVisible());
+        await page.keyboard.press("Escape");
+        await page.focus("input[name=appearance]:checked");
+        await page.keyboard.press("ArrowLeft");
+        assert.equal(await page.locator("[role=option]").count(), 6);
+        assert.equal(await page.getAttribute(selected, "data-appearance"), "dark");
+    }));
+
+test("shows what another program writes, and asks before it drops what was typed", () =>
+    on("rings/document.json", async (page) => {
+        const path = join(place.folder, "rings/document.json");
+        const text = await readFile(path, "utf8");
+        const first = await picture(page);
+        await redrawn(page, () => writeFile(path, text.replace(/"spacing": \d+/, '"spacing": 40')));
+        assert.notEqual(await picture(page), first);
+        await page.click("#document-panel .cm-content");
+        await page.keyboard.press("Control+Home");
+        await page.keyboard.type(" ");
+        await writeFile(path, text);
+        await page.waitForSelector("#changed-on-disk:not([hidden])");
+        await redrawn(page, () => page.click("#reload"));
+        assert.equal(await picture(page), first);
+    }));
+
+test("saves, and not over a change of others", () =>
+    on("stocks/document.json", async (page) => {
+        const path = join(place.folder, "stocks/document.json");
+        const text = await readFile(path, "utf8");
+        await page.click("#document-panel .cm-content");
+        await page.keyboard.press("Control+End");
+        await page.keyboard.type(" ");
+        await page.keyboard.press("Control+s");
+        await page.waitForSelector("#save:disabled");
+        assert.equal(await readFile(path, "utf8"), `${text} `);
+        assert.equal(await page.locator("#changed-on-disk").isVisible(), false);
+        await page.keyboard.type(" ");
+        await writeFile(path, text);
+        await page.waitForSelector("#changed-on-disk:not([hidden])");
+        await page.keyboard.press("Control+s");
+        await page.waitForFunction(() =>
+            document.querySelector("#announcement").textContent.includes("has changed on disk"),
+        );
+        assert.equal(await readFile(path, "utf8"), text);
+    }));
+
+test("takes a dropped model", () =>
+    on("agenda/document.json", async (page) => {
+        const model = (await readFile(join(place.folder, "agenda/model.json"), "utf8")).replace("SATURDAY", "TODAY");
+        const first = await picture(page);
+        await redrawn(page, () =>
+            page.evaluate((text) => {
+                const carried = new DataTransfer();
+                carried.items.add(new File([text], "today.json", { type: "application/json" }));
+                for (const type of ["dragover", "drop"])
+                    window.dispatchEvent(
+                        new DragEvent(type, { dataTransfer: carried, bubbles: true, cancelable: true }),
+                    );
+            }, model),
+        );
+        assert.notEqual(await picture(page), first);
+        assert.match(await page.locator("#model-tab").textContent(), /today\.json \(dropped\)/);
+    }));
+
+test("shares one file that stands alone", () =>
+    on("photo/document.json", async (page) => {
+        const [download] = await Promise.all([page.waitForEvent("download"), page.click("#share")]);
+        const path = join(place.folder, "shared.html");
+        await download.saveAs(path);
+        const context = await browser.newContext({ offline: true });
+        const shared = await context.newPage();
+        const asked = [];
+        shared.on("request", (request) => asked.push(request.url().slice(0, 5)));
+        await shared.goto(`file://${path}`);
+        const sizes = await shared.$$eval("img", (all) => all.map((image) => image.naturalWidth));
+        assert.ok(sizes.length >= 4 && sizes.every((width) => width > 0), sizes.join());
+        assert.match(await shared.locator("body").textContent(), /photo\/document.*"nodes".*View tree/s);
+        assert.ok(
+            asked.every((address) => address === "file:" || address === "data:"),
+            asked.join(),
+        );
+        await context.close();
+    }));
+
+test("needs no wide screen, and moves nothing for those who ask for that", () =>
+    on(
+        "agenda/document.json",
+        async (page) => {
+            const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+            assert.ok(overflow <= 0, `${overflow} pixels too wide`);
+            assert.equal(await page.$eval("#announcement", (e) => getComputedStyle(e).transitionDuration), "0s");
+        },
+        { viewport: { width: 390, height: 800 }, reducedMotion: "reduce" },
+    ));

@@ -1,0 +1,143 @@
+#include "cli/preview/project_folder.h"
+
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "cli/io_error.h"
+#include "cli/preview/folder_error.h"
+#include "cli/preview/folder_watch.h"
+#include "tests/preview/requests.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> paths(const ProjectFolder& folder) {
+    std::vector<std::string> found;
+    for (const ProjectFile& file : folder.files()) found.push_back(file.path);
+    return found;
+}
+
+unsigned statusOfReading(const ProjectFolder& folder, const std::string& path) {
+    try {
+        static_cast<void>(folder.read(path));
+        return 200;
+    } catch (const FolderError& error) {
+        return error.status;
+    }
+}
+
+TEST(ProjectFolder, ListsJSONFilesAndNothingHidden) {
+    const ScratchFolder scratch;
+    for (const char* name : {"b.json", "a/z.json", "a/b/c.json", ".hidden.json", ".git/x.json", "node_modules/p.json",
+                             "notes.txt", "1/2/3/4/5/6/7/deep.json", "1/2/3/4/5/6/7/8/deeper.json"})
+        scratch.write(name, "{}");
+    fs::create_symlink(scratch.path() / "b.json", scratch.path() / "link.json");
+    const ProjectFolder folder(scratch.path());
+    EXPECT_EQ(paths(folder), (std::vector<std::string>{"1/2/3/4/5/6/7/deep.json", "a/b/c.json", "a/z.json", "b.json"}));
+}
+
+TEST(ProjectFolder, ReadsOnlyWhatLiesInIt) {
+    const ScratchFolder outside;
+    outside.write("secret.json", "secret");
+    const ScratchFolder scratch;
+    scratch.write("a/document.json", "text");
+    scratch.write("notes.txt", "notes");
+    scratch.write(".env.json", "hidden");
+    scratch.write("large.json", std::string(ProjectFolder::maximumBytes + 1, ' '));
+    fs::create_symlink(outside.path() / "secret.json", scratch.path() / "out.json");
+    fs::create_directory_symlink(outside.path(), scratch.path() / "away");
+    fs::create_symlink(scratch.path() / "a/document.json", scratch.path() / "in.json");
+    fs::create_directory(scratch.path() / "folder.json");
+    ASSERT_EQ(::mkfifo((scratch.path() / "pipe.json").c_str(), 0600), 0);
+    const ProjectFolder folder(scratch.path());
+
+    const struct {
+        const char* why;
+        std::string path;
+        unsigned status;
+    } rows[] = {
+        {"a file", "a/document.json", 200},
+        {"a link that stays inside", "in.json", 200},
+        {"nothing", "gone.json", 404},
+        {"no name", "", 403},
+        {"up", "../secret.json", 403},
+        {"up later", "a/../../secret.json", 403},
+        {"up and back", "a/../a/document.json", 403},
+        {"an absolute path", (outside.path() / "secret.json").string(), 403},
+        {"an absolute path inside", (scratch.path() / "a/document.json").string(), 403},
+        {"a link out", "out.json", 403},
+        {"through a folder that is a link out", "away/secret.json", 403},
+        {"a hidden file", ".env.json", 403},
+        {"another kind of file", "notes.txt", 403},
+        {"a folder", "folder.json", 403},
+        {"a pipe", "pipe.json", 403},
+        {"too large a file", "large.json", 413},
+        {"a name with a zero", std::string("a/document.json\0.txt", 20), 403},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(statusOfReading(folder, row.path), row.status);
+    }
+}
+
+TEST(ProjectFolder, DoesNotTakeAnotherFolderForItself) {
+    const ScratchFolder scratch;
+    scratch.write("one/a.json", "");
+    scratch.write("one-more/b.json", "secret");
+    fs::create_symlink(scratch.path() / "one-more/b.json", scratch.path() / "one/out.json");
+    const ProjectFolder folder(scratch.path() / "one");
+    EXPECT_EQ(statusOfReading(folder, "out.json"), 403);
+}
+
+TEST(ProjectFolder, SavesOnlyOverWhatItHasRead) {
+    const ScratchFolder scratch;
+    scratch.write("a.json", "old");
+    ProjectFolder folder(scratch.path());
+    const std::string revision = folder.read("a.json").revision;
+    const std::string next = folder.save("a.json", "newer", revision);
+    EXPECT_EQ(scratch.read("a.json"), "newer");
+    EXPECT_EQ(folder.read("a.json").revision, next);
+    EXPECT_THROW(folder.save("a.json", "lost", revision), FolderError);
+    EXPECT_THROW(folder.save("new.json", "", ""), FolderError);
+    EXPECT_THROW(folder.save("../a.json", "", next), FolderError);
+    EXPECT_EQ(scratch.read("a.json"), "newer");
+    EXPECT_EQ(paths(folder), std::vector<std::string>{"a.json"}) << "nothing else is left";
+}
+
+TEST(ProjectFolder, UsesPicturesThatAreItsOwn) {
+    const ScratchFolder outside;
+    outside.write("secret.png", "");
+    const ScratchFolder scratch;
+    scratch.write("a/document.json", "");
+    scratch.write("a/pictures/1f", "");
+    scratch.write("b/document.json", "");
+    scratch.write("c/pictures/2f", "");
+    fs::create_symlink(outside.path() / "secret.png", scratch.path() / "c/pictures/3f");
+    fs::create_directory_symlink(outside.path(), scratch.path() / "b/pictures");
+    const ProjectFolder folder(scratch.path());
+    EXPECT_EQ(folder.picturesBeside("a/document.json"), scratch.path() / "a/pictures");
+    EXPECT_EQ(folder.picturesBeside("b/document.json"), std::nullopt);
+    EXPECT_EQ(folder.picturesBeside("c/document.json"), std::nullopt);
+    EXPECT_EQ(folder.picturesBeside("../a/document.json"), std::nullopt);
+}
+
+TEST(ProjectFolder, HasToBeThere) {
+    const ScratchFolder scratch;
+    scratch.write("a.json", "");
+    EXPECT_THROW(ProjectFolder(scratch.path() / "gone"), IOError);
+    EXPECT_THROW(ProjectFolder(scratch.path() / "a.json"), IOError);
+}
+
+TEST(FolderWatch, TellsWhatHasComeChangedAndGone) {
+    EXPECT_EQ(changedPaths({{"a", "1"}, {"b", "1"}, {"c", "1"}}, {{"a", "1"}, {"b", "2"}, {"d", "1"}}),
+              (std::vector<std::string>{"b", "d", "c"}));
+}
+
+}  // namespace
+}  // namespace tavrin::cli

@@ -1,0 +1,76 @@
+#include "tests/preview/requests.h"
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+#include <utility>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+
+#include "cli/file_descriptor.h"
+#include "tavrin/platform/foundation/number_text.h"
+
+namespace tavrin::cli {
+namespace {
+
+std::filesystem::path newFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "tavrin-preview-XXXXXX").string();
+    return ::mkdtemp(name.data());
+}
+
+FileDescriptor connected(std::uint16_t port) {
+    FileDescriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const timeval patience{.tv_sec = 2, .tv_usec = 0};
+    ::setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    // NOLINTNEXTLINE: the interface of sockets
+    ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    return socket;
+}
+
+}  // namespace
+
+ScratchFolder::ScratchFolder() : path_(std::filesystem::canonical(newFolder())) {}
+
+ScratchFolder::~ScratchFolder() { std::filesystem::remove_all(path_); }
+
+void ScratchFolder::write(const std::string& name, std::string_view text) const {
+    std::filesystem::create_directories((path_ / name).parent_path());
+    std::ofstream(path_ / name) << text;
+}
+
+std::string ScratchFolder::read(const std::string& name) const {
+    std::ifstream file(path_ / name);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+RunningServer::RunningServer(HTTPServer::Handler handler)
+    : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler)); }) {}
+
+RunningServer::~RunningServer() {
+    server_.stop();
+    thread_.join();
+}
+
+std::string RunningServer::send(std::string bytes) const {
+    const std::string port = tavrin::toText(std::int64_t{server_.port()});
+    for (std::size_t at = bytes.find("PORT"); at != std::string::npos; at = bytes.find("PORT"))
+        bytes.replace(at, 4, port);
+    const FileDescriptor socket = connected(server_.port());
+    static_cast<void>(writeAll(socket.number(), bytes));
+    std::string answer;
+    std::array<char, 4096> part{};
+    for (ssize_t count = 0; (count = ::read(socket.number(), part.data(), part.size())) > 0;)
+        answer.append(part.data(), static_cast<std::size_t>(count));
+    return answer;
+}
+
+}  // namespace tavrin::cli

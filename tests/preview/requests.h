@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "cli/preview/http_server.h"
+
+namespace tavrin::cli {
+
+/// A folder of its own for each test, removed in the end.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder();
+
+    void write(const std::string& name, std::string_view text) const;
+    [[nodiscard]] std::string read(const std::string& name) const;
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// A server on a free port, on a thread of its own until the end of the scope.
+class RunningServer {
+public:
+    explicit RunningServer(HTTPServer::Handler handler);
+    RunningServer(const RunningServer&) = delete;
+    RunningServer& operator=(const RunningServer&) = delete;
+    ~RunningServer();
+
+    [[nodiscard]] HTTPServer& server() { return server_; }
+    /// Sends bytes and returns all that comes back until the server closes the connection or has been silent for a
+    /// while. "PORT" in them becomes the port.
+    [[nodiscard]] std::string send(std::string bytes) const;
+
+private:
+    HTTPServer server_{0};
+    std::thread thread_;
+};
+
+}  // namespace tavrin::cli

@@ -1,0 +1,170 @@
+#include "cli/preview/routes.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/images/web_image_hasher.h"
+#include "tavrin/json/json.h"
+#include "tests/preview/requests.h"
+
+namespace tavrin::cli {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr std::string_view hello = R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
+
+class RoutesTest : public ::testing::Test {
+protected:
+    [[nodiscard]] HTTPResponse get(const std::string& path, const std::string& query = {}) const {
+        return routes_.answer({.method = "GET", .path = path, .query = query});
+    }
+    [[nodiscard]] HTTPResponse post(const std::string& path, const std::string& body) const {
+        return routes_.answer({.method = "POST", .path = path, .body = body});
+    }
+    [[nodiscard]] HTTPResponse render(std::string_view document, const std::string& more = {}) const {
+        return post("/api/render", drawingOf(document, more));
+    }
+    static std::string drawingOf(std::string_view document, const std::string& more = {}) {
+        return R"({"document": )" + quoted(document) +
+               R"(, "family": "tiny", "width": 40, "height": 20, "scale": 2, "appearance": "dark")"
+               R"(, "date": 1.5e9, "timeZone": "UTC")" +
+               more + "}";
+    }
+
+    ScratchFolder scratch_;
+    ProjectFolder folder_{scratch_.path()};
+    Routes routes_{folder_, FetchPolicy::none};
+
+private:
+    static std::string quoted(std::string_view text) {
+        std::string literal = "\"";
+        for (const char c : text) literal += (c == '"' ? "\\" : "") + std::string(1, c);
+        return literal + "\"";
+    }
+};
+
+TEST_F(RoutesTest, ServeThePage) {
+    const HTTPResponse page = get("/");
+    EXPECT_THAT(page.body, StartsWith("<!doctype html>"));
+    EXPECT_THAT(page.body, HasSubstr("nonce=\"" + page.nonce + "\""));
+    EXPECT_NE(get("/").nonce, page.nonce);
+    EXPECT_THAT(get("/preview.js").contentType, StartsWith("text/javascript"));
+    EXPECT_THAT(get("/preview.css").contentType, StartsWith("text/css"));
+    EXPECT_EQ(get("/other").status, 404);
+    EXPECT_EQ(post("/", "").status, 405);
+}
+
+TEST_F(RoutesTest, ListAndReadFiles) {
+    scratch_.write("a b/document.json", hello);
+    scratch_.write("a b/model.json", "{\"a\": 1}");
+    const JSON files = JSON::parse(get("/api/files").body);
+    const JSON* first = files.find("files")->find(std::int64_t{0});
+    EXPECT_EQ(first->find("path")->description(), "a b/document.json");
+    EXPECT_EQ(first->find("kind")->description(), "document");
+    EXPECT_EQ(files.find("files")->find(std::int64_t{1})->find("kind")->description(), "model");
+    EXPECT_EQ(JSON::parse(get("/api/file", "path=a%20b%2Fdocument.json").body).find("text")->description(), hello);
+    EXPECT_EQ(get("/api/file", "path=..%2Fsecret.json").status, 403);
+    EXPECT_EQ(get("/api/file").status, 403);
+}
+
+TEST_F(RoutesTest, Save) {
+    scratch_.write("a.json", "old");
+    const std::string revision = folder_.read("a.json").revision;
+    const std::string body = R"({"path": "a.json", "text": "new", "revision": ")" + revision + "\"}";
+    EXPECT_EQ(post("/api/save", body).status, 200);
+    EXPECT_EQ(scratch_.read("a.json"), "new");
+    EXPECT_EQ(post("/api/save", body).status, 409);
+    EXPECT_EQ(post("/api/save", R"({"path": "a.json"})").status, 400);
+    EXPECT_EQ(post("/api/save", "{").status, 400);
+}
+
+TEST_F(RoutesTest, Render) {
+    const HTTPResponse drawn = render(hello);
+    EXPECT_EQ(drawn.contentType, "application/octet-stream");
+    EXPECT_THAT(drawn.body, HasSubstr("\n\x89PNG"));
+}
+
+TEST_F(RoutesTest, ExplainWhatIsDrawn) {
+    const JSON explained = JSON::parse(post("/api/explain", drawingOf(hello)).body);
+    EXPECT_EQ(explained.find("layout")->find("view")->description(), "Text");
+    const JSON* const first = explained.find("explanation")->find("views")->find(std::int64_t{0});
+    EXPECT_EQ(first->find("origin")->description(), "nodes.main");
+    EXPECT_NE(JSON::parse(post("/api/explain", drawingOf("{}")).body).find("error"), nullptr);
+}
+
+TEST_F(RoutesTest, Check) {
+    constexpr std::string_view misspelt =
+        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello", "fontsize": 20}}})";
+    const JSON findings = JSON::parse(post("/api/check", drawingOf(misspelt)).body);
+    const JSON* const first = findings.find(std::int64_t{0});
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->find("code")->description(), "unknown-key");
+    EXPECT_EQ(first->find("severity")->description(), "warning");
+}
+
+TEST_F(RoutesTest, ServeTheSchema) { EXPECT_NE(JSON::parse(get("/api/schema").body).find("$defs"), nullptr); }
+
+TEST_F(RoutesTest, TellWhereADocumentFails) {
+    const HTTPResponse failed = render(R"({"version": "1.0", "nodes": {"main": {"type": "texts"}}})");
+    EXPECT_EQ(failed.status, 200);
+    EXPECT_EQ(failed.contentType, "application/json");
+    const JSON answer = JSON::parse(failed.body);
+    EXPECT_EQ(answer.find("error")->find("line")->description(), "1");
+    EXPECT_EQ(answer.find("error")->find("codingPath")->description(), R"(["nodes","main","type"])");
+    EXPECT_EQ(answer.find("error")->find("file")->description(), "document");
+}
+
+TEST_F(RoutesTest, RefuseDrawingsThatAreNone) {
+    EXPECT_EQ(post("/api/render", "[]").status, 400);
+    EXPECT_EQ(render(hello, R"(, "model": 3)").status, 400);
+    const std::string wrong[] = {
+        R"({"document": "{}", "family": "", "width": 1e9, "height": 1, "scale": 1, "date": 0})",
+        R"({"document": "{}", "family": "", "width": 9, "height": 1, "scale": 1, "date": 0,
+                                     "appearance": "light", "timeZone": "Nowhere"})"};
+    for (const std::string& body : wrong) EXPECT_EQ(post("/api/render", body).status, 400) << body;
+}
+
+TEST_F(RoutesTest, DrawThePicturesBesideADocumentAndNoOtherFiles) {
+    const std::filesystem::path source = TAVRIN_SOURCE_DIR "/tests/images/pictures/baseline.jpg";
+    const std::string address = "https://example.com/beside.jpg";
+    std::filesystem::create_directories(scratch_.path() / "a/pictures");
+    std::filesystem::copy(source, scratch_.path() / "a/pictures" / WebImageHasher(address));
+    const Routes online(folder_, FetchPolicy::publicOnly);
+    const auto drawn = [&](const std::string& url, const std::string& more = {}) {
+        const std::string document =
+            R"({"version": "1.2", "nodes": {"main": {"type": "webImage", "url": ")" + url + R"("}}})";
+        const std::string body =
+            online.answer({.method = "POST", .path = "/api/render", .body = drawingOf(document, more)}).body;
+        return body.substr(body.find('\n') + 1);
+    };
+    const std::string nothing = drawn("file:///nowhere.jpg");
+    EXPECT_THAT(nothing, StartsWith("\x89PNG"));
+    EXPECT_NE(drawn(address, R"(, "path": "a/document.json")"), nothing);
+    EXPECT_EQ(drawn("file://" + source.string()), nothing);
+    EXPECT_EQ(drawn("file://" + source.string(), R"(, "path": "a/document.json")"), nothing);
+}
+
+TEST_F(RoutesTest, AreRefusedToOthersThroughTheServer) {
+    scratch_.write("a.json", "{}");
+    RunningServer running([this](const HTTPRequest& request) { return routes_.answer(request); });
+    const std::string end = "Connection: close\r\n\r\n";
+    const std::string files = running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end);
+    EXPECT_THAT(files, StartsWith("HTTP/1.1 200 OK"));
+    EXPECT_THAT(files, HasSubstr("X-Content-Type-Options: nosniff"));
+    EXPECT_THAT(files, HasSubstr("Cross-Origin-Resource-Policy: same-origin"));
+    EXPECT_THAT(files, HasSubstr("a.json"));
+    const std::string rebound = running.send("GET /api/files HTTP/1.1\r\nHost: evil.example:PORT\r\n" + end);
+    EXPECT_THAT(rebound, StartsWith("HTTP/1.1 421"));
+    const std::string foreign =
+        running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\nOrigin: http://evil.example\r\n" + end);
+    EXPECT_THAT(foreign, StartsWith("HTTP/1.1 403"));
+    EXPECT_THAT(running.send("GET /../../etc/passwd HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end),
+                StartsWith("HTTP/1.1 404"));
+}
+
+}  // namespace
+}  // namespace tavrin::cli
