@@ -18,10 +18,7 @@ class Values {
 public:
     explicit Values(const Command& command) : command_(command) {}
 
-    [[nodiscard]] const std::string* find(std::string_view option) const {
-        const auto found = command_.values.find(option);
-        return found == command_.values.end() ? nullptr : &found->second;
-    }
+    [[nodiscard]] const std::string* find(std::string_view option) const { return command_.find(option); }
 
     template <class Read, class Value>
     void read(std::string_view option, Read read, Value& into) const {

@@ -18,6 +18,12 @@ struct Command {
     std::vector<std::string> operands;
     /// The value of each option that is given, by its long name; a flag's is empty.
     std::map<std::string_view, std::string> values;
+
+    /// The value of an option; null where it is not given.
+    [[nodiscard]] const std::string* find(std::string_view option) const {
+        const auto found = values.find(option);
+        return found == values.end() ? nullptr : &found->second;
+    }
 };
 
 /// What `--help` or `--version` print.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -67,12 +66,10 @@ std::string explained(const Arguments& arguments, const Source& document, ImageR
                       const ViewOrigins& origins) {
     const Explanation explanation =
         explainLayout(renderer.layoutTree(), [&](const AnyView& view) { return origins.find(view); });
-    if (!arguments.path && arguments.textFormat == TextFormat::text) return outlineText(explanation);
-    std::vector<std::size_t> chosen(explanation.size());
-    std::iota(chosen.begin(), chosen.end(), std::size_t{0});
-    if (arguments.path) chosen = viewsAtPath(explanation, *arguments.path, document);
-    return arguments.textFormat == TextFormat::json ? explanationJSON(explanation, chosen)
-                                                    : explanationText(explanation, chosen);
+    const bool isJSON = arguments.textFormat == TextFormat::json;
+    if (!arguments.path) return isJSON ? explanationJSON(explanation) : outlineText(explanation);
+    const std::vector<std::size_t> chosen = viewsAtPath(explanation, *arguments.path, document);
+    return isJSON ? explanationJSON(explanation, chosen) : explanationText(explanation, chosen);
 }
 
 }  // namespace tavrin::cli

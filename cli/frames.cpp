@@ -15,11 +15,6 @@ namespace {
 
 using std::filesystem::path;
 
-const std::string* find(const Command& command, std::string_view option) {
-    const auto found = command.values.find(option);
-    return found == command.values.end() ? nullptr : &found->second;
-}
-
 using NumberPlace = Frames::NumberPlace;
 
 /// The first "%d" or "%04d" in a name, from a place on.
@@ -93,10 +88,10 @@ void placeFrames(Frames& frames, const std::string& stem, const std::string& out
 
 void readOutput(Frames& frames, const Command& command) {
     std::string_view word;
-    if (const std::string* format = find(command, "--format"))
+    if (const std::string* format = command.find("--format"))
         word = frameFormatWords[readWord("--format", *format, frameFormatWords)];
     const std::string stem = stemOf(command.operands.front());
-    const std::string* const output = find(command, "--output");
+    const std::string* const output = command.find("--output");
     frames.format = animationFormat(word);
     if (!output) {
         frames.path = stem + "." + std::string(word.empty() ? "png" : word);
@@ -112,12 +107,12 @@ void readOutput(Frames& frames, const Command& command) {
 /// Refuses what does not go together.
 void checkTogether(const Command& command) {
     for (const char* option : {"--every", "--fps"})
-        if (!find(command, "--frames") && find(command, option))
+        if (!command.find("--frames") && command.find(option))
             throw UsageError(std::string(option) + " goes with --frames FROM..TO");
-    if (!find(command, "--frames")) return;
+    if (!command.find("--frames")) return;
     if (command.operands.size() > 1)
         throw UsageError("--frames draws one document, not " + std::to_string(command.operands.size()));
-    if (find(command, "--date")) throw UsageError("--frames says which moments are drawn; leave --date away");
+    if (command.find("--date")) throw UsageError("--frames says which moments are drawn; leave --date away");
 }
 
 }  // namespace
@@ -131,12 +126,12 @@ path Frames::pathOf(std::size_t frame) const {
 
 std::optional<Frames> readFrames(const Command& command) {
     checkTogether(command);
-    const std::string* const moments = find(command, "--frames");
+    const std::string* const moments = command.find("--frames");
     if (!moments) return std::nullopt;
     Frames frames;
     std::tie(frames.span.first, frames.span.last) = readMoments("--frames", *moments);
-    if (const std::string* every = find(command, "--every")) frames.span.step = readSeconds("--every", *every);
-    if (const std::string* rate = find(command, "--fps")) frames.framesPerSecond = readFrameRate("--fps", *rate);
+    if (const std::string* every = command.find("--every")) frames.span.step = readSeconds("--every", *every);
+    if (const std::string* rate = command.find("--fps")) frames.framesPerSecond = readFrameRate("--fps", *rate);
     try {
         static_cast<void>(frames.span.count());
     } catch (const TavrinError& error) {

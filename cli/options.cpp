@@ -77,6 +77,7 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyCheck{Verb::check};
     static constexpr VerbSet onlySnapshot{Verb::snapshot};
     static constexpr VerbSet drawn = onlyRender.with(Verb::snapshot);
+    static constexpr VerbSet looked = drawn.with(Verb::check);
     static constexpr VerbSet laidOut{Verb::render,  Verb::tree,  Verb::layout,  Verb::targets,
                                      Verb::explain, Verb::check, Verb::snapshot};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
@@ -105,10 +106,6 @@ const std::vector<OptionInfo>& options() {
         {"--fix", "", onlyCheck, "Mend what can be mended safely in the documents themselves"},
         {"--strict", "", onlyCheck, "Warnings, too, make the exit status 1"},
         {"--notes", "", onlyCheck, "Print notes, too: what is worth knowing, but no fault"},
-        {"--families", "NAME,...|all", onlyCheck, "Several families, or all that the screen has, instead of one",
-         Completes::words, withAll(listOf(widgetFamilyNames))},
-        {"--appearances", "light,dark|all", onlyCheck, "The appearances that are looked at (all)", Completes::words,
-         withAll(listOf(appearanceWords))},
         {"--format", "text|json", VerbSet(Verb::explain), "As text for people or as JSON for programs (text)",
          Completes::words, listOf(textFormatWords)},
         {"--dir", "DIR", onlySnapshot, "The folder that keeps NAME.png and NAME.json for each picture",
@@ -126,10 +123,10 @@ const std::vector<OptionInfo>& options() {
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
         {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
          listOf(widgetFamilyNames)},
-        {"--families", "NAME,...|all", drawn, "Draw each of several families, or all that the screen has",
-         Completes::words, withAll(listOf(widgetFamilyNames))},
-        {"--appearances", "light,dark|all", drawn, "Draw each of several appearances", Completes::words,
-         withAll(listOf(appearanceWords))},
+        {"--families", "NAME,...|all", looked, "Each of several families, or all that the screen has", Completes::words,
+         withAll(listOf(widgetFamilyNames))},
+        {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
+         Completes::words, withAll(listOf(appearanceWords))},
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
         {"--models", "DIR", drawn, "Draw with each model document (*.json) in a folder", Completes::folder},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/several_options.h"
 #include "tavrin/platform/foundation/date.h"
-#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/ui/environment.h"
 
 namespace tavrin::cli {
@@ -26,10 +26,6 @@ struct Matrix {
         Date date;
         std::string text;  ///< as it is given; empty for the present one
         std::string name;  ///< as for models
-    };
-    struct Room {
-        std::string name;  ///< a family, or a size
-        Size size;
     };
 
     std::vector<Document> documents;

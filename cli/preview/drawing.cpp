@@ -8,8 +8,9 @@
 
 #include "cli/input.h"
 #include "cli/note_logger.h"
-#include "cli/preview/origin_list.h"
+#include "tavrin/dsl/view_origins.h"
 #include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/platform/explain/explanation.h"
 
 namespace tavrin::cli {
 namespace {
@@ -35,8 +36,12 @@ void explainInto(Explained& explained, const Drawing& drawing) {
     Context context;
     context.recordsOrigins = true;
     const AnyView view = load(drawing, context);
-    ImageRenderer renderer(view, drawing.options);
-    explained.explanation = originList(view, *context.origins());
+    RenderOptions options = drawing.options;
+    options.recording = layout::Recording::placements;
+    ImageRenderer renderer(view, std::move(options));
+    const Explanation explanation =
+        explainLayout(renderer.layoutTree(), [&](const AnyView& each) { return context.origins()->find(each); });
+    explained.explanation = explanationJSON(explanation);
     explained.layout = renderer.layoutText();
 }
 

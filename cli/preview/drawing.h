@@ -32,8 +32,9 @@ struct Drawn {
 
 /// What it is made of.
 struct Explained {
-    std::string layout = {};       ///< the laid-out tree, as `tavrin layout` prints it
-    std::string explanation = {};  ///< its views in the same order, with where they come from
+    std::string layout = {};  ///< the laid-out tree, as `tavrin layout` prints it
+    std::string explanation =
+        {};  ///< its views in the same order, with where they come from and why they lie where they do
     std::optional<Failure> failure = std::nullopt;
 };
 

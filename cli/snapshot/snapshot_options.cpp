@@ -6,11 +6,6 @@
 namespace tavrin::cli {
 namespace {
 
-const std::string* find(const Command& command, std::string_view option) {
-    const auto found = command.values.find(option);
-    return found == command.values.end() ? nullptr : &found->second;
-}
-
 int readTolerance(const std::string& text) {
     const auto tolerance = intFromText<int>(text);
     if (!tolerance || *tolerance < 0 || *tolerance > 255)
@@ -21,17 +16,17 @@ int readTolerance(const std::string& text) {
 }  // namespace
 
 SnapshotOptions readSnapshotOptions(const Command& command) {
-    const std::string* const folder = find(command, "--dir");
+    const std::string* const folder = command.find("--dir");
     if (!folder || folder->empty()) throw UsageError("where are they? `tavrin snapshot` wants --dir DIR");
-    const std::string* const failures = find(command, "--output");
+    const std::string* const failures = command.find("--output");
     SnapshotOptions options;
     options.folder = *folder;
     options.failures = failures ? std::filesystem::path(*failures) : options.folder / "failures";
-    options.updates = find(command, "--update") != nullptr;
-    options.isStrict = find(command, "--strict") != nullptr;
+    options.updates = command.find("--update") != nullptr;
+    options.isStrict = command.find("--strict") != nullptr;
     if (options.updates && options.isStrict)
         throw UsageError("--update records what --strict refuses; give one of them");
-    if (const std::string* tolerance = find(command, "--tolerance")) options.tolerance = readTolerance(*tolerance);
+    if (const std::string* tolerance = command.find("--tolerance")) options.tolerance = readTolerance(*tolerance);
     return options;
 }
 

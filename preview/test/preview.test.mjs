@@ -159,7 +159,9 @@ test("highlights the view that the tree looks at, and finds the view under the p
         const chosen = page.locator("[role=treeitem][aria-selected=true]");
         assert.match(await chosen.textContent(), /SATURDAY/);
         await chosen.focus();
-        assert.match(await page.locator("#details").textContent(), /Text.*size.*fontWeight.*nodes\.main/s);
+        const details = await page.locator("#details").textContent();
+        assert.match(details, /Text.*size.*fontWeight.*nodes\.main/s);
+        assert.match(details, /proposed/);  // and why it has its size and place
         const place = await page.$$eval(".marked-place", (marks) => marks.map((mark) => mark.textContent).join(""));
         assert.match(place, /initServerParam\.weekday/);
         await page.keyboard.press("Enter");

@@ -62,5 +62,7 @@ using Explanation = std::vector<ViewExplanation>;
 /// The same as JSON: `{"views": [{"view": …, "origin": …, "frame": [x, y, width, height], …}]}`; lengths that are
 /// absent are null, infinite ones "infinity".
 [[nodiscard]] std::string explanationJSON(const Explanation& explanation, std::span<const std::size_t> chosen);
+/// The same of all views.
+[[nodiscard]] std::string explanationJSON(const Explanation& explanation);
 
 }  // namespace tavrin

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <numeric>
 #include <utility>
 
 #include "tavrin/platform/explain/explanation.h"
@@ -63,6 +64,12 @@ std::string explanationJSON(const Explanation& explanation, std::span<const std:
     for (const std::size_t at : chosen) write(writer, explanation[at]);
     writer.endArray().endObject();
     return std::move(writer).text() + "\n";
+}
+
+std::string explanationJSON(const Explanation& explanation) {
+    std::vector<std::size_t> all(explanation.size());
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    return explanationJSON(explanation, all);
 }
 
 }  // namespace tavrin

@@ -1,0 +1,77 @@
+#include "cli/several_options.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "cli/option_values.h"
+#include "cli/usage_error.h"
+#include "tavrin/platform/ui/widget_family.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr OptionPair families{"--families", "--family"};
+constexpr OptionPair familiesOrSize{"--families", "--size"};
+constexpr OptionPair appearances{"--appearances", "--appearance"};
+
+/// The parts of "a,b", each once.
+std::vector<std::string> partsOf(std::string_view list) {
+    std::vector<std::string> parts;
+    for (;;) {
+        const std::string part(list.substr(0, list.find(',')));
+        if (std::find(parts.begin(), parts.end(), part) == parts.end()) parts.push_back(part);
+        if (part.size() == list.size()) return parts;
+        list.remove_prefix(part.size() + 1);
+    }
+}
+
+bool isAll(const std::vector<std::string>& words) { return words.size() == 1 && words.front() == "all"; }
+
+std::vector<Room> familiesOfScreen(Size screen) {
+    std::vector<Room> rooms;
+    for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i)
+        if (const auto size = widgetSize(static_cast<WidgetFamily>(i), screen))
+            rooms.push_back({std::string(widgetFamilyNames[i]), *size});
+    return rooms;
+}
+
+}  // namespace
+
+void refuseBoth(const Command& command, const OptionPair& pair) {
+    if (command.find(pair.several) && command.find(pair.one))
+        throw UsageError(std::string(pair.several) + " stands instead of " + std::string(pair.one) +
+                         "; give one of them");
+}
+
+std::pair<std::string_view, std::vector<std::string>> wordsOf(const Command& command, const OptionPair& pair) {
+    refuseBoth(command, pair);
+    if (const std::string* list = command.find(pair.several)) return {pair.several, partsOf(*list)};
+    const std::string* const one = command.find(pair.one);
+    return {pair.one, one ? std::vector{*one} : std::vector<std::string>{}};
+}
+
+std::vector<Room> readRooms(const Command& command, Size screen) {
+    refuseBoth(command, familiesOrSize);
+    if (const std::string* size = command.find("--size")) return {{*size, readSize("--size", *size)}};
+    auto [option, words] = wordsOf(command, families);
+    if (words.empty()) words = {"systemMedium"};
+    if (option == families.several && isAll(words)) {
+        if (auto rooms = familiesOfScreen(screen); !rooms.empty()) return rooms;
+        words = {"systemMedium"};  // an unknown screen is reported by it
+    }
+    std::vector<Room> rooms;
+    for (const std::string& word : words) rooms.push_back({word, readFamily(option, word, screen)});
+    return rooms;
+}
+
+std::vector<Appearance> readAppearances(const Command& command, std::vector<Appearance> usual) {
+    const auto& [option, words] = wordsOf(command, appearances);
+    if (words.empty()) return usual;
+    if (option == appearances.several && isAll(words)) return {Appearance::light, Appearance::dark};
+    std::vector<Appearance> list;
+    for (const std::string& word : words)
+        list.push_back(static_cast<Appearance>(readWord(option, word, appearanceWords)));
+    return list;
+}
+
+}  // namespace tavrin::cli

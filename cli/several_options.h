@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/command_line.h"
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/ui/environment.h"
+
+/// Options that ask for several of a kind, `--families`, beside those that ask for one, `--family`.
+namespace tavrin::cli {
+
+/// An option that takes a list, and the one that stands instead of it.
+struct OptionPair {
+    std::string_view several;
+    std::string_view one;
+};
+
+/// A family and its size, or a size by itself.
+struct Room {
+    std::string name;
+    Size size;
+};
+
+/// Throws `UsageError` where both options of a pair are given.
+void refuseBoth(const Command& command, const OptionPair& pair);
+
+/// The words of whichever option of a pair is given, each once, with that option's name.
+[[nodiscard]] std::pair<std::string_view, std::vector<std::string>> wordsOf(const Command& command,
+                                                                            const OptionPair& pair);
+
+/// The families, or the size, that a command asks for. Throws `UsageError`.
+[[nodiscard]] std::vector<Room> readRooms(const Command& command, Size screen);
+
+/// The appearances that a command asks for; `usual` where it names none. Throws `UsageError`.
+[[nodiscard]] std::vector<Appearance> readAppearances(const Command& command, std::vector<Appearance> usual);
+
+}  // namespace tavrin::cli
