@@ -109,6 +109,7 @@ test("completes what the schema knows", () =>
         await cursorBehind(page, '"spacing": 8,');
         await page.keyboard.type('"mod');
         await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
+        await page.waitForTimeout(200); // a list that has just opened does not take keys yet
         await page.keyboard.press("Enter");
         assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /8,"modifiers": \[\]$/);
         await cursorBehind(page, '"alignment": "');
@@ -161,7 +162,7 @@ test("highlights the view that the tree looks at, and finds the view under the p
         await chosen.focus();
         const details = await page.locator("#details").textContent();
         assert.match(details, /Text.*size.*fontWeight.*nodes\.main/s);
-        assert.match(details, /proposed/);  // and why it has its size and place
+        assert.match(details, /passes its proposal on.*It answers.*It lies at/s);
         const place = await page.$$eval(".marked-place", (marks) => marks.map((mark) => mark.textContent).join(""));
         assert.match(place, /initServerParam\.weekday/);
         await page.keyboard.press("Enter");

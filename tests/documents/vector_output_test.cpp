@@ -299,8 +299,7 @@ TEST(VectorOutput, DifferencesAreNoticed) {
         {"another background", "#1F56B8-#2C6BC4-#3676C4", "#1F56B8-#2C6BC4-#5AA5F2"},
         {"a text in the wrong colour", R"({"type": "foregroundColor", "color": {"value": "#FFFFFF"}})",
          R"({"type": "foregroundColor", "color": {"value": "#40FFFFFF"}})"},
-        {"a text that is not faded", R"({"type": "opacity", "opacity": 0.9})",
-         R"({"type": "opacity", "opacity": 0.1})"},
+        {"a text that is faded", R"({"type": "lineLimit", "number": 1})", R"({"type": "opacity", "opacity": 0.1})"},
     };
     RenderOptions options = weather.renderOptions(Appearance::light);
     options.scale = 4;
