@@ -5,6 +5,7 @@
 #include "cli/matrix/matrix_picture.h"
 #include "cli/option_values.h"
 #include "cli/options.h"
+#include "tavrin/platform/foundation/markup_text.h"
 
 namespace tavrin::cli {
 namespace {
@@ -46,21 +47,6 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
 </style>
 )";
 
-std::string escaped(std::string_view text) {
-    std::string safe;
-    for (const char c : text) {
-        switch (c) {
-            case '&': safe += "&amp;"; break;
-            case '<': safe += "&lt;"; break;
-            case '>': safe += "&gt;"; break;
-            case '"': safe += "&quot;"; break;
-            case '\'': safe += "&#39;"; break;
-            default: safe += c;
-        }
-    }
-    return safe;
-}
-
 /// A file's name as a relative address; what means something in one, and in a list of them, is percent-encoded.
 std::string address(std::string_view file) {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/@";
@@ -92,7 +78,7 @@ std::string image(const Matrix& matrix, Pictures scales) {
     }
     if (!densest) return "";
     const Room& room = matrix.rooms[densest->cell.room];
-    const std::string what = escaped(room.name + ", " + std::string(appearanceWord(matrix, densest->cell)));
+    const std::string what = markupText(room.name + ", " + std::string(appearanceWord(matrix, densest->cell)));
     return fmt::format(
         "<a href=\"{0}\"><img src=\"{0}\" srcset=\"{1}\" width=\"{2}\" height=\"{3}\" alt=\"{4}\" "
         "loading=\"lazy\"></a>",
@@ -101,7 +87,7 @@ std::string image(const Matrix& matrix, Pictures scales) {
 
 std::string caption(const Matrix& matrix, Pictures scales) {
     const Room& room = matrix.rooms[scales.front().cell.room];
-    std::string text = fmt::format("<figcaption><b>{}</b> {} · {} × {}", escaped(room.name),
+    std::string text = fmt::format("<figcaption><b>{}</b> {} · {} × {}", markupText(room.name),
                                    appearanceWord(matrix, scales.front().cell), shortNumber(room.size.width),
                                    shortNumber(room.size.height));
     for (const MatrixPicture& picture : scales)
@@ -109,11 +95,11 @@ std::string caption(const Matrix& matrix, Pictures scales) {
             text += fmt::format(" · <a href=\"{}\">@{}x</a>", address(picture.file),
                                 shortNumber(matrix.scales[picture.cell.scale]));
     for (const std::string& warning : scales.front().warnings)
-        text += "<span class=\"warning\">" + escaped(warning) + "</span>";
+        text += "<span class=\"warning\">" + markupText(warning) + "</span>";
     return text + "</figcaption>";
 }
 
-std::string errorBox(const std::string& error) { return "<div class=\"error\">" + escaped(error) + "</div>"; }
+std::string errorBox(const std::string& error) { return "<div class=\"error\">" + markupText(error) + "</div>"; }
 
 std::string figure(const Matrix& matrix, Pictures scales) {
     std::string text = fmt::format("<figure><div class=\"room {}\">", appearanceWord(matrix, scales.front().cell));
@@ -132,7 +118,7 @@ std::string subheading(const Matrix& matrix, const Cell& cell) {
     std::string what;
     if (matrix.models.size() > 1) what = matrix.models[cell.model].name;
     if (matrix.moments.size() > 1) what += (what.empty() ? "" : " · ") + matrix.moments[cell.moment].text;
-    return what.empty() ? "" : "<h3>" + escaped(what) + "</h3>\n";
+    return what.empty() ? "" : "<h3>" + markupText(what) + "</h3>\n";
 }
 
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {
@@ -170,7 +156,7 @@ std::string contactSheet(const Matrix& matrix, Pictures pictures) {
     const std::size_t inDocument = inGroup * matrix.models.size() * matrix.moments.size();
     for (std::size_t at = 0; at < pictures.size(); at += inGroup) {
         const Cell& cell = pictures[at].cell;
-        if (at % inDocument == 0) page += "<h2>" + escaped(matrix.documents[cell.document].name) + "</h2>\n";
+        if (at % inDocument == 0) page += "<h2>" + markupText(matrix.documents[cell.document].name) + "</h2>\n";
         page += subheading(matrix, cell) + group(matrix, pictures.subspan(at, inGroup));
     }
     return page + "</html>\n";

@@ -79,7 +79,7 @@ std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
     std::vector<const DrawnView*> texts;
     for (const DrawnView& view : subject.views) {
         if (subject.tree.node(view.index).kind != ViewKind::text) continue;
-        const Rect seen = commonRect(textBounds(subject, view), view.clip);
+        const Rect seen = layout::commonRect(textBounds(subject, view), view.clip);
         if (seen.size.width > 0 && seen.size.height > 0) texts.push_back(&view);
     }
     return texts;

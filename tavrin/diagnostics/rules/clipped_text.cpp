@@ -8,7 +8,7 @@ void findClippedTexts(const DrawnSubject& subject, DrawnFindings& findings) {
     constexpr double emptyShare = 0.2;
     for (const DrawnView* const text : seenTexts(subject)) {
         const Rect whole = textBounds(subject, *text);
-        const Rect seen = commonRect(whole, text->clip);
+        const Rect seen = layout::commonRect(whole, text->clip);
         const double lines = static_cast<double>(subject.tree.textBlock(text->index).lineCount());
         const double lineHeight = lines > 0 ? whole.size.height / lines : 0;
         const bool isCutAcross = whole.size.width - seen.size.width > aPoint;

@@ -63,7 +63,7 @@ public:
         RGBA color = subject_.tree.inherited(text.index).foregroundColor.resolved(appearance);
         color.opacity *= text.opacity;
         if (!(color.opacity > 0)) return std::nullopt;
-        const Rect seen = commonRect(textBounds(subject_, text), text.clip);
+        const Rect seen = layout::commonRect(textBounds(subject_, text), text.clip);
         std::vector<double> ofGlyphs = contrasts(seen, color, true);
         if (!ofGlyphs.empty()) return worst(ofGlyphs);
         // Either it has the colour of what is behind it, or it is behind something.
@@ -128,7 +128,7 @@ void findLowContrast(const DrawnSubject& subject, DrawnFindings& findings) {
     const ContrastRule rule(subject);
     double looked = 0;
     for (const DrawnView* const text : texts) {
-        const Rect seen = commonRect(textBounds(subject, *text), text->clip);
+        const Rect seen = layout::commonRect(textBounds(subject, *text), text->clip);
         looked += seen.size.width * seen.size.height * subject.scale * subject.scale;
         if (looked > mostPixels) break;
         const std::optional<double> measured = rule.measure(*text);

@@ -6,22 +6,10 @@
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/foundation/markup_text.h"
+
 namespace tavrin::paint {
 namespace {
-
-std::string xmlAttribute(std::string_view text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-            case '&': escaped += "&amp;"; break;
-            case '<': escaped += "&lt;"; break;
-            case '>': escaped += "&gt;"; break;
-            case '"': escaped += "&quot;"; break;
-            default: escaped += c;
-        }
-    }
-    return escaped;
-}
 
 /// `text` with a backslash before each of `characters`.
 std::string backslashed(std::string_view text, std::string_view characters) {
@@ -44,7 +32,7 @@ std::string svgLink(const Rect& area, const URL& destination) {
     return fmt::format(
         "<a href=\"{}\"><rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"none\" "
         "pointer-events=\"all\"/></a>\n",
-        xmlAttribute(destination.string()), area.origin.x, area.origin.y, area.size.width, area.size.height);
+        markupText(destination.string()), area.origin.x, area.origin.y, area.size.width, area.size.height);
 }
 
 std::string pdfLinkAttributes(const Rect& area, const URL& destination) {
