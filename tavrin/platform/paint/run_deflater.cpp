@@ -59,10 +59,9 @@ void RunDeflater::Sum::add(const PixelRun& run) {
     // Each pixel adds its bytes, and to the sum of sums the first ones as often as there are bytes to come.
     const std::uint64_t once = c0 + c1 + c2 + c3;
     const std::uint64_t often = channels * c0 + (channels - 1) * c1 + (channels - 2) * c2 + c3;
-    for (std::uint32_t left = run.repeats ? run.pixels + 1 : 1; left > 0; --left) {
-        sums += channels * bytes + often;
-        bytes += once;
-    }
+    const std::uint64_t pixels = run.repeats ? run.pixels + 1U : 1U;
+    sums += pixels * (channels * bytes + often) + channels * once * (pixels * (pixels - 1) / 2);
+    bytes += pixels * once;
     if (!run.repeats) sums += channels * bytes * run.pixels;
 }
 
