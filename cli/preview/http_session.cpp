@@ -86,7 +86,7 @@ void HTTPSession::answer(HTTPResponse response) {
 
 void HTTPSession::becomeEventStream(const HTTPResponse& response) {
     std::string head = "HTTP/1.1 200 OK\r\nConnection: close\r\n";
-    for (const auto& [name, value] : headersOf(response)) head += name + ": " + value + "\r\n";
+    for (const auto& [name, value] : headersOf(response)) head.append(name).append(": ").append(value).append("\r\n");
     host_.listens(shared_from_this());
     stream_.expires_never();
     noticeEnd();

@@ -4,7 +4,7 @@ namespace tavrin::cli {
 namespace {
 
 std::string contentSecurityPolicy(const std::string& nonce) {
-    const std::string common = "default-src 'none'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+    std::string common = "default-src 'none'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
     if (nonce.empty()) return common;
     // Pictures are shown from memory; the editors make style sheets of their own, and browsers style what is typed.
     return common + "; script-src 'nonce-" + nonce + "'; style-src 'self' 'nonce-" + nonce +
