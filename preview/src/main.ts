@@ -76,7 +76,8 @@ function listen(sources: Sources): void {
     };
 }
 
-function share(state: State, sources: Sources, stage: Stage, inspection: Inspection): void {
+async function share(state: State, sources: Sources, stage: Stage, inspection: Inspection): Promise<void> {
+    await stage.drawUnseen();
     const name = (sources.document.path ?? "widget").replace(/\.json$/, "");
     const texts = { document: sources.document.text, model: sources.model.text };
     const page = sharedPage(name, state, stage.tiles, texts, inspection.root);
@@ -125,7 +126,7 @@ async function start(): Promise<void> {
     });
     const sources = new Sources(state, editors, changed);
     const timeBar = new TimeBar(state, () => stage.invalidate());
-    const shareNow = (): void => share(state, sources, stage, inspection);
+    const shareNow = (): void => void share(state, sources, stage, inspection);
 
     setUpScreens(state, () => stage.build());
     setUpAppearances(state, () => stage.build());

@@ -46,7 +46,7 @@ pre { overflow: auto; padding: 1rem; border-radius: 10px; background: light-dark
   font: 13px/1.5 ui-monospace, monospace; }
 ul { list-style: none; padding-left: 1.1rem; }`;
 
-/** Pictures are those that have been drawn; the tree is the selected one's. */
+/** Pictures are those that could be drawn; the tree is the selected one's. */
 export function sharedPage(
     name: string,
     state: State,

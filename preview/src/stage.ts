@@ -132,6 +132,16 @@ export class Stage {
         }
     }
 
+    /** Draws what is out of date and not seen. The selected picture is always under way by itself. */
+    async drawUnseen(): Promise<void> {
+        const source = this.source();
+        if (!source) return;
+        for (const tile of this.tiles) {
+            if (tile === this.selected || tile.shown === this.change) continue;
+            await this.drawTile(tile, this.drawingOf(tile, source));
+        }
+    }
+
     private async drawSelected(tile: Tile, source: Drawable): Promise<void> {
         this.selectedInFlight = true;
         const drawing = this.drawingOf(tile, source);
