@@ -5,19 +5,20 @@
 #include "cli/destination.h"
 #include "cli/matrix/matrix_options.h"
 #include "cli/option_values.h"
+#include "cli/several_options.h"
 #include "cli/usage_error.h"
 
 namespace tavrin::cli {
 namespace {
 
 constexpr Size defaultScreen{390, 844};
-constexpr std::string_view defaultFamily = "systemMedium";
 
 /// The options' values, read as they are asked for.
 class Values {
 public:
     explicit Values(const Command& command) : command_(command) {}
 
+    [[nodiscard]] const Command& command() const { return command_; }
     [[nodiscard]] const std::string* find(std::string_view option) const { return command_.find(option); }
 
     template <class Read, class Value>
@@ -41,9 +42,9 @@ Size screenOf(const Values& values) {
 }
 
 Size widgetSizeOf(const Values& values) {
+    refuseBoth(values.command(), {"--size", "--family"});
     const std::string* const size = values.find("--size");
     const std::string* const family = values.find("--family");
-    if (size && family) throw UsageError("--size stands instead of --family; give one of them");
     const Size screen = screenOf(values);
     if (size) return readSize("--size", *size);
     return readFamily("--family", family ? *family : defaultFamily, screen);
@@ -92,7 +93,7 @@ void checkStandardInput(const Arguments& arguments) {
 
 FetchPolicy fetchPolicyOf(const Values& values) {
     const bool isOffline = values.find("--offline") != nullptr;
-    if (isOffline && values.find("--fetch")) throw UsageError("--offline stands instead of --fetch; give one of them");
+    refuseBoth(values.command(), {"--offline", "--fetch"});
     FetchPolicy policy = isOffline ? FetchPolicy::none : FetchPolicy::all;
     values.choose("--fetch", fetchWords, policy);
     return policy;

@@ -3,22 +3,14 @@
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
+#include "cli/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {
 
 /// Text as a workflow command may hold it.
 std::string escaped(std::string_view text, std::string_view special) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string safe;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (special.find(c) == std::string_view::npos)
-            safe += c;
-        else
-            safe.append("%").append({digits[byte >> 4], digits[byte & 15]});
-    }
-    return safe;
+    return percentEncoded(text, [&](char c) { return special.find(c) == std::string_view::npos; });
 }
 
 std::string message(std::string_view text) { return escaped(text, "%\r\n"); }

@@ -8,6 +8,7 @@
 #include "cli/usage_error.h"
 
 namespace tavrin::cli {
+
 CheckOptions readCheckOptions(const Command& command, Size screen) {
     CheckOptions options;
     if (const std::string* format = command.find("--format"))

@@ -4,6 +4,7 @@
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
+#include "cli/percent_encoding.h"
 #include "tavrin/diagnostics/rule.h"
 #include "tavrin/platform/foundation/json_writer.h"
 
@@ -14,17 +15,8 @@ std::uint64_t number(std::size_t value) { return value; }
 
 /// A path as a relative or absolute URI reference.
 std::string uriOf(std::string_view path) {
-    constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/";
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string uri = path.starts_with('/') ? "file://" : "";
-    for (const char c : path) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (plain.find(c) != std::string_view::npos)
-            uri += c;
-        else
-            uri.append("%").append({digits[byte >> 4], digits[byte & 15]});
-    }
-    return uri;
+    const auto isKept = [](char c) { return plainInPaths.find(c) != std::string_view::npos; };
+    return (path.starts_with('/') ? "file://" : "") + percentEncoded(path, isKept);
 }
 
 /// One log of version 2.1.0 of the Static Analysis Results Interchange Format, with one run.

@@ -54,10 +54,10 @@ std::vector<Room> readRooms(const Command& command, Size screen) {
     refuseBoth(command, familiesOrSize);
     if (const std::string* size = command.find("--size")) return {{*size, readSize("--size", *size)}};
     auto [option, words] = wordsOf(command, families);
-    if (words.empty()) words = {"systemMedium"};
+    if (words.empty()) words = {std::string(defaultFamily)};
     if (option == families.several && isAll(words)) {
         if (auto rooms = familiesOfScreen(screen); !rooms.empty()) return rooms;
-        words = {"systemMedium"};  // an unknown screen is reported by it
+        words = {std::string(defaultFamily)};  // an unknown screen is reported by it
     }
     std::vector<Room> rooms;
     for (const std::string& word : words) rooms.push_back({word, readFamily(option, word, screen)});

@@ -12,7 +12,10 @@
 /// Options that ask for several of a kind, `--families`, beside those that ask for one, `--family`.
 namespace tavrin::cli {
 
-/// An option that takes a list, and the one that stands instead of it.
+/// The family where none is given.
+inline constexpr std::string_view defaultFamily = "systemMedium";
+
+/// Two options of which one stands instead of the other, such as one for several and one for a single thing.
 struct OptionPair {
     std::string_view several;
     std::string_view one;

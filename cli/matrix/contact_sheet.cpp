@@ -5,6 +5,7 @@
 #include "cli/matrix/matrix_picture.h"
 #include "cli/option_values.h"
 #include "cli/options.h"
+#include "cli/percent_encoding.h"
 #include "tavrin/platform/foundation/markup_text.h"
 
 namespace tavrin::cli {
@@ -49,15 +50,8 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
 
 /// A file's name as a relative address; what means something in one, and in a list of them, is percent-encoded.
 std::string address(std::string_view file) {
-    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/@";
-    std::string encoded;
-    for (const char c : file) {
-        if (plain.find(c) != std::string_view::npos)
-            encoded += c;
-        else
-            encoded += fmt::format("%{:02X}", static_cast<unsigned char>(c));
-    }
-    return "./" + encoded;
+    return "./" +
+           percentEncoded(file, [](char c) { return c == '@' || plainInPaths.find(c) != std::string_view::npos; });
 }
 
 using Pictures = std::span<const MatrixPicture>;
