@@ -1,5 +1,6 @@
 #include "tavrin/platform/paint/pixel_runs.h"
 
+#include <bit>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,16 +13,25 @@ namespace {
 
 using Pixels = std::vector<std::uint32_t>;
 
-/// The runs of a row below black: "d" for the difference, "=n" pixels as above, "xn" repeats.
-std::string runsOf(const Pixels& row, std::size_t shortest) {
-    std::string text;
+/// The runs of a row below black.
+std::vector<PixelRun> runsOf(const Pixels& row, std::size_t shortest) {
     const Pixels above(row.size(), 0);
-    forEachRun(row.data(), above.data(), row.size(), shortest, subtractBytes, [&](const PixelRun& run) {
+    RowDifferences differences;
+    differences.compare(row.data(), above.data(), row.size(), subtractBytes);
+    std::vector<PixelRun> runs(row.size());
+    runs.resize(static_cast<std::size_t>(writeRuns(differences, shortest, runs.data()) - runs.data()));
+    return runs;
+}
+
+/// "d" for a difference, "=n" for pixels as above, "xn" for repeats.
+std::string described(const std::vector<PixelRun>& runs) {
+    std::string text;
+    for (const PixelRun& run : runs) {
         if (!text.empty()) text += ' ';
         text += fmt::format("{:x}", run.difference);
         if (run.pixels > 0) text += fmt::format("{}{}", run.repeats ? 'x' : '=', run.pixels);
         EXPECT_EQ(run.startsRow, text.find(' ') == std::string::npos);
-    });
+    }
     return text;
 }
 
@@ -54,11 +64,45 @@ TEST(PixelRuns, AreADifferenceAndWhatFollows) {
         {"past the pixels that are compared at once", joined({zeros(15), {5, 5}, zeros(16), {6}}), 2,
          "0=14 5x1 0=15 6"},
         {"the last of those", joined({zeros(15), {5}, zeros(16)}), 2, "0=14 5=16"},
+        {"more than a word of them", joined({Pixels(70, 5), zeros(60), {6}}), 2, "5x69 0=59 6"},
+        {"one in each word", joined({{1}, zeros(63), {2}, zeros(63), {3}, zeros(71)}), 2, "1=63 2=63 3=71"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        EXPECT_EQ(runsOf(row.row, row.shortest), row.runs);
+        EXPECT_EQ(described(runsOf(row.row, row.shortest)), row.runs);
     }
+}
+
+/// A row that is above black what runs say.
+Pixels expanded(const std::vector<PixelRun>& runs) {
+    Pixels row;
+    for (const PixelRun& run : runs) {
+        row.push_back(run.difference);
+        row.insert(row.end(), run.pixels, run.repeats ? run.difference : 0);
+    }
+    return row;
+}
+
+TEST(PixelRuns, HoldARowOfAnyKind) {
+    std::minstd_rand random(5);
+    for (int i = 0; i < 2000; ++i) {
+        Pixels row(1 + random() % 300);
+        const auto differing = random() % 101;
+        for (std::uint32_t& pixel : row)
+            pixel = random() % 100 < differing ? 1 + static_cast<std::uint32_t>(random() % 3) : 0;
+        for (const std::size_t shortest : {std::size_t{1}, std::size_t{2}})
+            ASSERT_EQ(expanded(runsOf(row, shortest)), row);
+    }
+}
+
+TEST(PixelRuns, CountOnes) {
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 1000; ++i) {
+        const std::uint64_t bits = random() & random();
+        ASSERT_EQ(countOnes(bits), std::popcount(bits));
+    }
+    EXPECT_EQ(countOnes(~std::uint64_t{0}), 64U);
+    EXPECT_EQ(countOnes(0), 0U);
 }
 
 TEST(PixelRuns, SubtractWithoutCarries) {

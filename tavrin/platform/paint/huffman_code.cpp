@@ -69,12 +69,16 @@ void numberCodes(std::vector<HuffmanCode>& codes, const LengthCounts& counts) {
 }  // namespace
 
 std::vector<HuffmanCode> huffmanCodes(std::span<const std::uint32_t> counts, unsigned longest) {
-    std::vector<std::size_t> symbols;
+    // Each count with its symbol behind it, which keeps the order of those that are alike.
+    constexpr unsigned symbolBits = 32;
+    std::vector<std::uint64_t> weights;
     for (std::size_t symbol = 0; symbol < counts.size(); ++symbol)
-        if (counts[symbol] > 0) symbols.push_back(symbol);
-    std::stable_sort(symbols.begin(), symbols.end(), [&](auto a, auto b) { return counts[a] < counts[b]; });
-    std::vector<std::uint64_t> weights(symbols.size());
-    std::transform(symbols.begin(), symbols.end(), weights.begin(), [&](auto symbol) { return counts[symbol]; });
+        if (counts[symbol] > 0) weights.push_back(std::uint64_t{counts[symbol]} << symbolBits | symbol);
+    std::sort(weights.begin(), weights.end());
+    std::vector<std::uint32_t> symbols(weights.size());
+    std::transform(weights.begin(), weights.end(), symbols.begin(),
+                   [](std::uint64_t weight) { return static_cast<std::uint32_t>(weight); });
+    for (std::uint64_t& weight : weights) weight >>= symbolBits;
 
     LengthCounts lengths = mergedLengths(weights, longest);
     makeFit(lengths);

@@ -50,19 +50,26 @@ struct SubtractStraight {
 }  // namespace
 
 template <std::size_t channels>
-void RunDeflater::Sum::add(const PixelRun& run) {
-    if (run.startsRow) sums += bytes += filterUp;
-    const std::uint64_t c0 = byteOf<0>(run.difference);
-    const std::uint64_t c1 = byteOf<1>(run.difference);
-    const std::uint64_t c2 = byteOf<2>(run.difference);
-    const std::uint64_t c3 = channels == 4 ? byteOf<3>(run.difference) : 0;
-    // Each pixel adds its bytes, and to the sum of sums the first ones as often as there are bytes to come.
-    const std::uint64_t once = c0 + c1 + c2 + c3;
-    const std::uint64_t often = channels * c0 + (channels - 1) * c1 + (channels - 2) * c2 + c3;
-    const std::uint64_t pixels = run.repeats ? run.pixels + 1U : 1U;
-    sums += pixels * (channels * bytes + often) + channels * once * (pixels * (pixels - 1) / 2);
-    bytes += pixels * once;
-    if (!run.repeats) sums += channels * bytes * run.pixels;
+void RunDeflater::Sum::addRow(const RowDifferences& row, std::size_t width) {
+    std::uint64_t ofBytes = 0;
+    std::uint64_t ofPlaces = 0;  // each byte as often as there are pixels to the left
+    std::uint64_t inPixels = 0;  // each byte as often as there are others before it in its pixel
+    for (std::size_t i = 0; i < row.count(); ++i) {
+        const std::uint32_t difference = row.differences()[i];
+        const std::uint32_t c1 = byteOf<1>(difference);
+        const std::uint32_t c2 = byteOf<2>(difference);
+        const std::uint32_t c3 = channels == 4 ? byteOf<3>(difference) : 0;
+        const std::uint32_t once = byteOf<0>(difference) + c1 + c2 + c3;
+        ofBytes += once;
+        ofPlaces += once * row.places()[i];
+        inPixels += c1 + 2 * c2 + 3 * c3;
+    }
+    // A byte is in the sum of sums as often as there are bytes from it to the end.
+    const std::uint64_t pixelBytes = channels * width;
+    sums += (bytes + filterUp) * (pixelBytes + 1) + ofBytes * pixelBytes - channels * ofPlaces - inPixels;
+    bytes += filterUp + ofBytes;
+    bytes %= adlerModulus;
+    sums %= adlerModulus;
 }
 
 RunDeflater::RunDeflater(std::string& out, bool opaque) : out_(out), opaque_(opaque) { out_.append("\x78\x01", 2); }
@@ -80,18 +87,18 @@ void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, 
     // Before a row, so that one is left for the last block.
     if (runCount_ >= runsInBlock) writeBlock<channels>(false);
     runs_.resize(runsInBlock + width);
+    differences_.compare(row, above, width, SubtractStraight<channels>{});
+    sum_.addRow<channels>(differences_, width);
     PixelRun* const begin = runs_.data() + runCount_;
-    PixelRun* end = begin;
-    forEachRun(row, above, width, shortest, SubtractStraight<channels>{},
-               [&end](const PixelRun& run) { *end++ = run; });
-    runCount_ += static_cast<std::size_t>(end - begin);
-
-    Sum sum = sum_;
-    for (const PixelRun& run : std::span(begin, end)) {
-        sum.add<channels>(run);
-        symbolsOf<channels>(run, counter_);
+    PixelRun* const end = writeRuns(differences_, shortest, begin);
+    const auto count = static_cast<std::size_t>(end - begin);
+    // By turns, since the same symbols often follow each other, and each sum has to wait for the one before.
+    for (std::size_t i = 0; i + 1 < count; i += 2) {
+        symbolsOf<channels>(begin[i], counters_[0]);
+        symbolsOf<channels>(begin[i + 1], counters_[1]);
     }
-    sum_ = {sum.bytes % adlerModulus, sum.sums % adlerModulus};
+    if (count % 2 != 0) symbolsOf<channels>(end[-1], counters_[0]);
+    runCount_ += count;
 }
 
 void RunDeflater::finish() {
@@ -108,17 +115,19 @@ void RunDeflater::finish() {
 
 template <std::size_t channels>
 void RunDeflater::writeBlock(bool last) {
-    const std::span<const std::uint32_t> counts = counter_.symbols();
+    std::array<std::uint32_t, symbolCount> counts{};
+    for (const SymbolCounter& counter : counters_) counter.addTo(counts);
+    counts[endOfBlock] = 1;
     const std::vector<HuffmanCode> codes = huffmanCodes(counts, longestCode);
-    std::uint64_t size = counter_.otherBits();
-    for (std::size_t symbol = 0; symbol < codes.size(); ++symbol)
-        size += std::uint64_t{counts[symbol]} * codes[symbol].length;
+    std::uint64_t size = 0;
+    for (std::size_t symbol = 0; symbol < symbolCount; ++symbol)
+        size += std::uint64_t{counts[symbol]} * (codes[symbol].length + bitsAfterSymbol[symbol]);
     const std::size_t begin = out_.size();
     out_.resize(begin + size / 8 + mostOfHeader);
 
     BitWriter bits(out_.data() + begin, pendingBits_, pendingCount_);
     writeHeader(bits, last, codes, channels);
-    SymbolWriter writer(bits, codes);
+    SymbolWriter writer(bits, std::span<const HuffmanCode, symbolCount>(codes));
     for (const PixelRun& run : std::span(runs_).first(runCount_)) symbolsOf<channels>(run, writer);
     bits = writer.bits();
     bits.put(codes[endOfBlock]);
@@ -126,7 +135,7 @@ void RunDeflater::writeBlock(bool last) {
     pendingCount_ = bits.count();
     out_.resize(static_cast<std::size_t>(bits.end() - out_.data()));
     runCount_ = 0;
-    counter_ = {};
+    counters_ = {};
 }
 
 }  // namespace tavrin::paint

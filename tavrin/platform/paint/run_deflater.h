@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,7 +31,7 @@ private:
         std::uint64_t sums = 0;
 
         template <std::size_t channels>
-        void add(const PixelRun& run);
+        void addRow(const RowDifferences& row, std::size_t width);
     };
     template <std::size_t channels>
     void addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
@@ -40,7 +41,8 @@ private:
     std::string& out_;
     bool opaque_;
     Sum sum_;
-    SymbolCounter counter_;
+    RowDifferences differences_;
+    std::array<SymbolCounter, 2> counters_;
     std::vector<PixelRun> runs_;  // the first ones are those of the block that is not written yet
     std::size_t runCount_ = 0;
     unsigned pendingBits_ = 0;

@@ -23,7 +23,9 @@ constexpr unsigned longestMatch = 258;
 /// The number of the filter *Up*, which stands before each row.
 constexpr std::uint8_t filterUp = 2;
 
-/// The symbol of a match's length, and the bits that follow it.
+/// The symbol of a match's length, and the bits that follow it. A match of length 0 is none: it has a symbol of its
+/// own, which is never written.
+constexpr std::size_t noMatch = symbolCount;
 struct MatchLength {
     std::uint16_t symbol;
     std::uint8_t extraBits;
@@ -38,8 +40,26 @@ inline constexpr auto matchLengths = [] {
                          static_cast<std::uint8_t>(over & ((1U << bits) - 1))};
     }
     table[longestMatch] = {285, 0, 0};
+    table[0] = {noMatch, 0, 0};
     return table;
 }();
+
+/// How many bits follow a symbol: for matches the rest of the length and the distance.
+inline constexpr auto bitsAfterSymbol = [] {
+    std::array<std::uint8_t, symbolCount + 1> table{};
+    for (std::size_t length = shortestMatch; length < matchLengths.size(); ++length)
+        table[matchLengths[length].symbol] = static_cast<std::uint8_t>(matchLengths[length].extraBits + 1);
+    return table;
+}();
+
+/// Hands as much of a match to a sink as leaves one that is not too long, which is returned.
+template <class Sink>
+[[gnu::always_inline]] inline std::size_t shortenedMatch(std::size_t left, std::size_t distance, Sink& sink) {
+    for (; left >= longestMatch + shortestMatch; left -= longestMatch) sink.match(longestMatch, distance);
+    if (left <= longestMatch) return left;
+    sink.match(longestMatch - shortestMatch, distance);
+    return left - (longestMatch - shortestMatch);
+}
 
 /// Hands a run to a sink as literals and matches. Inlined, so that what a sink keeps stays in registers.
 template <std::size_t channels, class Sink>
@@ -47,22 +67,17 @@ template <std::size_t channels, class Sink>
     if (run.startsRow) sink.literal(filterUp);
     sink.template pixel<channels>(run.difference);
     std::size_t left = channels * run.pixels;
-    if (left == 0) return;
-    std::size_t distance = channels;
-    if (!run.repeats) {
-        // Zeros, which repeat the byte before them; the first one may have to be written.
-        distance = 1;
-        if (byteOf<channels - 1>(run.difference) != 0) {
-            sink.literal(0);
-            --left;
-        }
+    if (run.repeats) {
+        sink.match(shortenedMatch(left, channels, sink), channels);
+        return;
     }
-    for (; left >= longestMatch + shortestMatch; left -= longestMatch) sink.match(longestMatch, distance);
-    if (left > longestMatch) {
-        sink.match(longestMatch - shortestMatch, distance);
-        left -= longestMatch - shortestMatch;
+    // Zeros, which repeat the byte before them; the first one may have to be written.
+    if (byteOf<channels - 1>(run.difference) != 0 && left > 0) {
+        sink.literal(0);
+        --left;
     }
-    sink.match(left, distance);
+    // Whether anything follows is hard to foresee, so there is always a match.
+    sink.match(shortenedMatch(left, 1, sink), 1);
 }
 
 /// Counts how often each symbol of a block is needed.
@@ -78,33 +93,33 @@ public:
         if constexpr (channels == 4) ++bytes_[3][byteOf<3>(difference)];
     }
 
-    void match(std::size_t length, std::size_t) {
-        ++symbols_[matchLengths[length].symbol];
-        otherBits_ += matchLengths[length].extraBits + 1U;
-    }
+    void match(std::size_t length, std::size_t) { ++symbols_[matchLengths[length].symbol]; }
 
-    std::span<const std::uint32_t> symbols() {
-        for (auto& channel : bytes_) {
-            for (std::size_t byte = 0; byte < channel.size(); ++byte) symbols_[byte] += channel[byte];
-            channel.fill(0);
-        }
-        symbols_[endOfBlock] = 1;
-        return symbols_;
+    /// Adds what was counted to the counts of others.
+    void addTo(std::span<std::uint32_t, symbolCount> counts) const {
+        for (std::size_t symbol = 0; symbol < symbolCount; ++symbol) counts[symbol] += symbols_[symbol];
+        for (const auto& channel : bytes_)
+            for (std::size_t byte = 0; byte < channel.size(); ++byte) counts[byte] += channel[byte];
     }
-    /// The bits of what is no symbol: distances and the rest of lengths.
-    [[nodiscard]] std::uint64_t otherBits() const { return otherBits_; }
 
 private:
-    std::array<std::uint32_t, symbolCount> symbols_{};
+    std::array<std::uint32_t, symbolCount + 1> symbols_{};
     // Apart, since the same byte comes in several channels, and each sum has to wait for the one before.
     std::array<std::array<std::uint32_t, 256>, 4> bytes_{};
-    std::uint64_t otherBits_ = 0;
 };
 
 /// Writes symbols as bits.
 class SymbolWriter {
 public:
-    SymbolWriter(const BitWriter& bits, std::span<const HuffmanCode> codes) : bits_(bits), codes_(codes.data()) {}
+    SymbolWriter(const BitWriter& bits, std::span<const HuffmanCode, symbolCount> codes)
+        : bits_(bits), codes_(codes.data()) {
+        for (std::size_t length = shortestMatch; length < matchLengths.size(); ++length) {
+            const MatchLength& match = matchLengths[length];
+            const HuffmanCode code = codes[match.symbol];
+            matches_[length] = {code.bits | std::uint32_t{match.extra} << code.length,
+                                static_cast<std::uint16_t>(code.length + match.extraBits), 1};
+        }
+    }
 
     [[nodiscard]] const BitWriter& bits() const { return bits_; }
 
@@ -115,20 +130,29 @@ public:
         bits_.add(codes_[byteOf<0>(difference)]);
         bits_.add(codes_[byteOf<1>(difference)]);
         bits_.add(codes_[byteOf<2>(difference)]);
-        if constexpr (channels == 4) bits_.add(codes_[byteOf<3>(difference)]);
-        bits_.flush();
+        // With three channels there is room for the match that follows.
+        if constexpr (channels == 4) {
+            bits_.add(codes_[byteOf<3>(difference)]);
+            bits_.flush();
+        }
     }
 
     void match(std::size_t length, std::size_t distance) {
-        const MatchLength& code = matchLengths[length];
-        bits_.add(codes_[code.symbol]);
-        bits_.add(code.extra, code.extraBits);
-        bits_.put(distance == 1 ? 0 : 1, 1);
+        const Match& match = matches_[length];
+        bits_.add(match.bits, match.count);
+        bits_.put(distance == 1 ? 0 : 1, match.distanceBits);
     }
 
 private:
+    /// The bits of a match's length, and how many its distance has.
+    struct Match {
+        std::uint32_t bits;
+        std::uint16_t count;
+        std::uint16_t distanceBits;
+    };
     BitWriter bits_;
     const HuffmanCode* codes_;
+    std::array<Match, longestMatch + 1> matches_{};
 };
 
 }  // namespace tavrin::paint
