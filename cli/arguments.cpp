@@ -127,7 +127,7 @@ Arguments readArguments(const Command& command) {
     checkStandardInput(arguments);
     arguments.options = renderOptionsOf(values, command.verb);
     values.read("--max-image-size", readSize, arguments.maxImageSize);
-    if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
+    values.read("--image-cache-dir", readFolder, arguments.imageCacheDir);
     if (command.verb == Verb::fetch && !arguments.imageCacheDir)
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
     arguments.fetchPolicy = fetchPolicyOf(values);

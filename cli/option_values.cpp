@@ -61,6 +61,11 @@ std::size_t readWord(std::string_view option, std::string_view value, std::span<
     return static_cast<std::size_t>(found - words.begin());
 }
 
+std::filesystem::path readFolder(std::string_view option, std::string_view value) {
+    if (value.empty()) fail(option, "the name of a folder", value);
+    return value;
+}
+
 Size readSize(std::string_view option, std::string_view value) {
     const std::size_t cross = std::min(value.find('x'), value.size());
     const auto width = positiveNumber(value.substr(0, cross));

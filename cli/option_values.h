@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +22,8 @@ namespace tavrin::cli {
 /// The index of `value` in `words`.
 [[nodiscard]] std::size_t readWord(std::string_view option, std::string_view value,
                                    std::span<const std::string_view> words);
+/// A path that is not empty.
+[[nodiscard]] std::filesystem::path readFolder(std::string_view option, std::string_view value);
 /// "338x158": two positive finite numbers.
 [[nodiscard]] Size readSize(std::string_view option, std::string_view value);
 /// Pixels for each point.

@@ -7,7 +7,7 @@
 #include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/engine/tavrin_engine.h"
-#include "tavrin/values/expression_path.h"
+#include "tavrin/platform/foundation/precondition.h"
 
 namespace tavrin {
 namespace {
@@ -21,12 +21,10 @@ public:
     std::vector<Diagnostic> run() {
         readTexts();
         if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
-        if (!failPrecondition()) {
-            try {
-                draw();
-            } catch (...) {
-                fail(std::current_exception());
-            }
+        try {
+            draw();
+        } catch (...) {
+            fail(std::current_exception());
         }
         if (findings_.dropped() > 0)
             findings_.all().push_back({.severity = Severity::note,
@@ -56,24 +54,6 @@ private:
         addFailure(failure, written_ ? &*written_ : nullptr, bound_ ? &bound_->outline() : nullptr, findings_);
     }
 
-    /// An expression that no one may ask to resolve would end the process. Whether there is one that would be drawn.
-    bool failPrecondition() {
-        if (!written_ || !bound_) return false;
-        bool failed = false;
-        forEachProperty(*written_, [&](const WrittenRecord& record, const WrittenMember& member) {
-            const auto expression = expressionIn(*written_, member);
-            if (failed || !expression || !written_->isDrawn(record.entry)) return;
-            const std::string_view inner = std::string_view(*expression).substr(2, expression->size() - 4);
-            if (!hasReversedBrackets(inner)) return;
-            failed = true;
-            TavrinError error("Precondition", "']' before '[' in the expression " + *expression);
-            error.codingPath = written_->outline().path(member.value);
-            error.isRooted = true;
-            fail(std::make_exception_ptr(std::move(error)));
-        });
-        return failed;
-    }
-
     void draw() {
         Context context;
         context.date = options_.date.value_or(Date::now());
@@ -84,6 +64,7 @@ private:
         context.maximumNodes = options_.maximumNodes;
         context.maximumNesting = options_.maximumNesting;
         context.recordsOrigins = mayRecordOrigins();
+        const ThrowingPreconditions instead;
         const AnyView view = TavrinEngine().loadView(document_, model_, context);
         DrawnFindings drawn;
         try {

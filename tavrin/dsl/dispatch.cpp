@@ -3,6 +3,7 @@
 #include "tavrin/dsl/registry.h"
 #include "tavrin/dsl/render_state.h"
 #include "tavrin/dsl/structure.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 // Decoding a node or a modifier by its "type", and drawing it.
 
@@ -28,7 +29,12 @@ Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
 
 Node::Node() : Node(EmptyViewNode{}) {}
 
-Node Coding<Node>::decode(const Decoder& decoder) { return decodeTagged<Node, NodeType>(decoder, registerNodeType()); }
+Node Coding<Node>::decode(const Decoder& decoder) {
+    if (decoder.depth() > JSONText::maximumDepth)
+        throw TavrinError("Engine",
+                          "nodes are nested deeper than " + toText(JSONText::maximumDepth) + " levels of JSON");
+    return decodeTagged<Node, NodeType>(decoder, registerNodeType());
+}
 
 void Coding<Node>::encode(const Node& node, JSONWriter& writer) { encodeTagged(*node.box_, writer); }
 

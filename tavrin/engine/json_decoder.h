@@ -16,7 +16,7 @@ public:
     /// Throws `DecodingError` or `ConversionError`.
     template <class T>
     [[nodiscard]] T decode(std::string_view text) const {
-        const JSONText parsed(text);
+        const JSONText parsed(text, options_.depth);
         return tavrin::decode<T>(Decoder(parsed.root(), options_));
     }
 

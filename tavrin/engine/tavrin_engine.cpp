@@ -31,7 +31,7 @@ void checkVersion(DSLVersion version) {
 }  // namespace
 
 AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_view> model, Context& context) const {
-    DSLRoot root = JSONDecoder().decode<DSLRoot>(json);
+    DSLRoot root = JSONDecoder({.depth = JSONText::greatestDepth}).decode<DSLRoot>(json);
     RenderState& state = RenderState::of(context);
     state.rootNodes =
         std::allocate_shared<const NodeDictionary>(pool::Allocator<NodeDictionary>(), std::move(root.nodes));

@@ -8,10 +8,12 @@
 
 namespace tavrin {
 
-/// How a decoder treats what JSON has no form for.
+/// What a decoder accepts.
 struct DecodingOptions {
     /// Read the strings "infinity", "-infinity" and "nan" where a floating-point number is asked for.
     bool convertsNonConformingFloats = false;
+    /// How deep the text may be nested. More than `JSONText::maximumDepth` is for records that see to it themselves.
+    std::size_t depth = JSONText::maximumDepth;
 };
 
 /// One JSON value while it is decoded, linked to the value it stands in. The way from the root is spelled out only when
@@ -28,6 +30,8 @@ public:
     [[nodiscard]] JSONKind kind() const { return element_.kind(); }
     [[nodiscard]] const DecodingOptions& options() const { return *options_; }
     [[nodiscard]] CodingPath codingPath() const;
+    /// How many values this one stands in.
+    [[nodiscard]] std::size_t depth() const { return depth_; }
 
     /// Fails unless the value is of that kind.
     void require(JSONKind kind) const {
@@ -43,13 +47,19 @@ public:
 
 private:
     Decoder(JSONElement value, const Decoder* parent, std::string_view key, std::size_t index)
-        : element_(value), options_(parent->options_), parent_(parent), key_(key), index_(index) {}
+        : element_(value),
+          options_(parent->options_),
+          parent_(parent),
+          key_(key),
+          index_(index),
+          depth_(parent->depth_ + 1) {}
 
     JSONElement element_;
     const DecodingOptions* options_;
     const Decoder* parent_ = nullptr;
     std::string_view key_;  // without data for an element of an array
     std::size_t index_ = 0;
+    std::size_t depth_ = 0;
 };
 
 }  // namespace tavrin

@@ -55,8 +55,8 @@ std::optional<std::string> withWideIntegersAsFloating(std::string_view text) {
     return marked.append(text, copied);
 }
 
-[[noreturn]] void refuse(std::string_view text, const char* fallback) {
-    const std::optional<SyntaxFault> fault = findSyntaxFault(text, JSONText::maximumDepth);
+[[noreturn]] void refuse(std::string_view text, std::size_t depth, const char* fallback) {
+    const std::optional<SyntaxFault> fault = findSyntaxFault(text, depth);
     DecodingError error(DecodingError::Kind::dataCorrupted, {},
                         "The given data was not valid JSON: " + (fault ? fault->message : std::string(fallback)));
     if (fault) error.offset = fault->offset;
@@ -99,10 +99,21 @@ struct JSONText::Parser {
     std::string padded;
     JSONTape tape;
 
-    simdjson::error_code parse(std::string_view text) {
+    /// Parses a text that may hold whole numbers of any length.
+    simdjson::error_code parse(std::string_view text, std::size_t depth) {
+        simdjson::error_code error = parseMarked(text, depth);
+        if (error == simdjson::NUMBER_ERROR) {
+            if (const std::optional<std::string> marked = withWideIntegersAsFloating(text))
+                error = parseMarked(*marked, depth);
+        }
+        return error;
+    }
+
+private:
+    simdjson::error_code parseMarked(std::string_view text, std::size_t depth) {
         padded.reserve(text.size() + simdjson::SIMDJSON_PADDING);
         padded.assign(text);
-        constexpr std::size_t depthBound = maximumDepth + 1;  // the first depth that is refused
+        const std::size_t depthBound = depth + 1;  // the first depth that is refused
         if (parser.capacity() < text.size() || parser.max_depth() != depthBound) {
             const std::size_t capacity = std::max<std::size_t>(text.size(), 16 * 1024);
             if (const simdjson::error_code error = parser.allocate(capacity, depthBound)) return error;
@@ -119,18 +130,18 @@ std::unique_ptr<JSONText::Parser>& JSONText::spareParser() {
     return spare;
 }
 
-JSONText::JSONText(std::string_view text)
+JSONText::JSONText(std::string_view text, std::size_t depth)
     : parser_(spareParser() ? std::move(spareParser()) : std::make_unique<Parser>()) {
-    simdjson::error_code error = parser_->parse(text);
-    if (error == simdjson::NUMBER_ERROR) {
-        if (const std::optional<std::string> marked = withWideIntegersAsFloating(text)) error = parser_->parse(*marked);
-    }
-    if (error != simdjson::SUCCESS) refuse(text, simdjson::error_message(error));
+    // Working memory grows with the depth, so no more is asked for than most texts need.
+    simdjson::error_code error = parser_->parse(text, std::min(depth, maximumDepth));
+    if (error == simdjson::DEPTH_ERROR && depth > maximumDepth) error = parser_->parse(text, depth);
+    if (error != simdjson::SUCCESS) refuse(text, depth, simdjson::error_message(error));
 }
 
 JSONText::~JSONText() {
     constexpr std::size_t largestKept = 16 * 1024 * 1024;
-    if (parser_ && parser_->parser.capacity() <= largestKept) spareParser() = std::move(parser_);
+    if (parser_ && parser_->parser.capacity() <= largestKept && parser_->parser.max_depth() <= maximumDepth + 1)
+        spareParser() = std::move(parser_);
 }
 
 JSONElement JSONText::root() const { return {&parser_->tape, 1}; }

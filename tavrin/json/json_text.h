@@ -181,14 +181,17 @@ JSONElement JSONElement::findMember() const {
     return {};
 }
 
-/// A parsed JSON text: UTF-8, strictly JSON grammar, nested at most `maximumDepth` deep, empty arrays and objects not
+/// A parsed JSON text: UTF-8, strictly JSON grammar, nested no deeper than is asked for, empty arrays and objects not
 /// counted.
 class JSONText {
 public:
+    /// How deep a text may be nested for those who follow it all the way down.
     static constexpr std::size_t maximumDepth = 2048;
+    /// How deep it may be for those who see by themselves where they stop.
+    static constexpr std::size_t greatestDepth = 1'000'000;
 
     /// Throws `DecodingError` (dataCorrupted) that says where and why a text is not JSON.
-    explicit JSONText(std::string_view text);
+    explicit JSONText(std::string_view text, std::size_t depth = maximumDepth);
     JSONText(const JSONText&) = delete;
     JSONText& operator=(const JSONText&) = delete;
     ~JSONText();

@@ -33,7 +33,7 @@ LineCap platformValue(ProgressNode::LineCap cap) {
 AnyView ring(const CircularProgressViewStyle& style, double fraction, Size room) {
     const double width = style.lineWidth;
     const double inset = width * 0.5;
-    const double radius = usable(std::min(room.width - width, room.height - width) / 2);
+    const double radius = std::min(room.width - width, room.height - width) / 2;
     const double angle = fraction * 2 * std::numbers::pi * (style.flip ? -1 : 1);
     const auto inside = [inset](AnyView circle) {
         return InsetPadding{.insets = {inset, inset, inset, inset}, .content = std::move(circle)};
@@ -46,9 +46,11 @@ AnyView ring(const CircularProgressViewStyle& style, double fraction, Size room)
     const AnyView upright = RotationEffect{.angle = -std::numbers::pi / 2, .content = arc};
     const AnyView turned = Rotation3DEffect{.angle = flipAngle(style.flip), .axis = verticalAxis, .content = upright};
     ZStack layers{.children = {inside(stroked(Circle{}, styleOf(style.background, Color::gray))), inside(turned)}};
-    if (style.attachment)
+    if (style.attachment) {
+        const double reach = std::isfinite(radius) ? radius : 0;  // where the line is wider than the room, backwards
         layers.children.emplace_back(
-            Offset{.x = radius * std::sin(angle), .y = -radius * std::cos(angle), .content = *style.attachment});
+            Offset{.x = reach * std::sin(angle), .y = -reach * std::cos(angle), .content = *style.attachment});
+    }
     return layers;
 }
 

@@ -77,6 +77,7 @@ TEST(Usage, IsRefused) {
         {"no suffix", {"render", "a.json", "-o", "a"}, "--format says what 'a' is"},
         {"suffix and format", {"render", "a.json", "-o", "a.svg", "--format", "pdf"}, "contradicts"},
         {"no name", {"render", "a.json", "-o", ""}, "not ''"},
+        {"no folder", {"tree", "a.json", "--image-cache-dir", ""}, "takes the name of a folder, not ''"},
         {"several pictures in one file", {"render", "a.json", "b.json", "-o", "c.png"}, "give a folder"},
         {"several pictures on standard output", {"render", "a.json", "b.json", "-o", "-"}, "standard output"},
         {"pictures of one name", {"render", "x/a.json", "y/a.json"}, "would both be drawn to 'a.png'"},

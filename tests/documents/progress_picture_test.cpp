@@ -138,6 +138,14 @@ TEST(ProgressPicture, AttachmentsRideOnTheRing) {
         }
 }
 
+TEST(ProgressPicture, AttachmentsOfALineWiderThanItsRoomAreOppositeToIt) {
+    const Page page{{60, 60}, 2};
+    const PixelBuffer picture =
+        drawn(progress("circular", "0.25", redAndGreen + R"(, "lineWidth": 76)" + attached("center")), page);
+    // Around the middle of what is as wide as the line.
+    expectSamples(picture, page, {{30, 38, black}, {38, 38, white}});
+}
+
 // A bar 80 points wide and 8 high in the middle of a page of 80 x 40.
 TEST(ProgressPicture, BarsFillFromTheLeadingEdge) {
     const struct {

@@ -243,8 +243,24 @@ TEST(LoadView, ReadsHostileTexts) {
     EXPECT_EQ(failureOfLoad(context, documentOf(deep)), "Engine: nodes are nested deeper than 512")
         << "decoded, not drawn";
     for (int i = 0; i < 100; ++i) deep = R"({"type":"zstack","children":[)" + deep + "]}";
-    EXPECT_EQ(failureOfLoad(context, documentOf(deep)),
-              "dataCorrupted at : The given data was not valid JSON: nested deeper than 2048 levels");
+    EXPECT_EQ(failureOfLoad(context, documentOf(deep)), "Engine: nodes are nested deeper than 2048 levels of JSON")
+        << "not even decoded";
+    const auto repeated = [](std::string_view part, int times) {
+        std::string text;
+        for (int i = 0; i < times; ++i) text += part;
+        return text;
+    };
+    for (const int levels : {100'000, 1'000'001}) {
+        const std::string opening = repeated(R"({"type":"zstack","children":[)", levels / 2);
+        const std::string text = opening + R"({"type":"spacer"})" + repeated("]}", levels / 2);
+        EXPECT_EQ(failureOfLoad(context, documentOf(text)),
+                  levels > 1'000'000
+                      ? "dataCorrupted at : The given data was not valid JSON: nested deeper than 1000000 levels"
+                      : "Engine: nodes are nested deeper than 2048 levels of JSON");
+        EXPECT_EQ(textOf(rendered(documentOf(R"({"type": "text", "content": "hi", "unknown": )" +
+                                             repeated("[", levels / 2) + "1" + repeated("]", levels / 2) + "}"))),
+                  "hi");
+    }
 
     std::string model;
     for (int i = 0; i < 2000; ++i) model += "[";

@@ -32,6 +32,12 @@ struct Today {
     }
 };
 
+struct Always {
+    static constexpr std::string_view name = "Always";
+    static constexpr bool readsDate = false;
+    [[nodiscard]] AnyView body(const EnvironmentValues&) const { return framed(1, 1); }
+};
+
 struct PlainStyle {
     [[nodiscard]] AnyView makeBody(const ProgressViewStyleConfiguration&) const { return framed(40, 4); }
     void write(ViewWriter& writer) const { writer.json().value("plain"); }
@@ -58,6 +64,7 @@ TEST(TimedLayout, LaysOutOnlyWhatMayHaveAnotherSize) {
          {0, 1, 2, 3},
          1,
          {true, false, false, false}},
+        {"a body that says so", rowOf({Always{}, Rectangle{}}), {0, 1}, 1, {true, false}},
         {"a clock hand turns", hand(60), {0, 1, 2, 2.5}, 1, {true, true, true, true}},
         {"a clock hand comes round", hand(60), {0, 60, 120}, 1, {true, false, false}},
         {"a clock hand that stands still", hand(0), {0, 1}, 1, {true, false}},

@@ -98,7 +98,8 @@ TEST(PixelRuns, HoldARowOfAnyKind) {
 TEST(PixelRuns, CountOnes) {
     std::mt19937_64 random(7);
     for (int i = 0; i < 1000; ++i) {
-        const std::uint64_t bits = random() & random();
+        std::uint64_t bits = random();
+        bits &= random();
         ASSERT_EQ(countOnes(bits), std::popcount(bits));
     }
     EXPECT_EQ(countOnes(~std::uint64_t{0}), 64U);

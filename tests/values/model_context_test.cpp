@@ -7,6 +7,7 @@
 #include "tavrin/modifiers/aspect_ratio_modifier.h"
 #include "tavrin/nodes/font_weight.h"
 #include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
 namespace {
@@ -207,30 +208,20 @@ TEST(ModelContext, ModelAndEnvironmentCanBeReplaced) {
     EXPECT_EQ(model.resolve<float>("{{initEnvironment.b}}"), 3);
 }
 
-/// Throws what a violated precondition says, for as long as it lives.
-class ThrowingPreconditions {
-public:
-    ThrowingPreconditions()
-        : before_(
-              setPreconditionHandler([](std::string_view message) { throw std::logic_error(std::string(message)); })) {}
-    ThrowingPreconditions(const ThrowingPreconditions&) = delete;
-    ThrowingPreconditions& operator=(const ThrowingPreconditions&) = delete;
-    ~ThrowingPreconditions() { setPreconditionHandler(before_); }
-
-private:
-    PreconditionHandler before_;
-};
-
 TEST(ModelContext, BracketsTheWrongWayRoundViolateAPrecondition) {
     const ThrowingPreconditions handler;
-    for (const char* component : {"a]b[", "]a[0]", "][", "]1["}) {
-        SCOPED_TRACE(component);
-        const std::string expression = "{{initServerParam." + std::string(component) + ".x}}";
-        try {
-            static_cast<void>(sample().resolve<std::string>(expression));
-            FAIL();
-        } catch (const std::logic_error& error) {
-            EXPECT_EQ(error.what(), "']' before '[' in the expression component " + std::string(component));
+    // Wherever they are: components are taken apart before anything is looked up.
+    for (const char* start : {"initServerParam.", "initServerParam.none.", "initEnvironment.none.", "none.", ""}) {
+        for (const char* component : {"a]b[", "]a[0]", "][", "]1["}) {
+            const std::string expression = "{{" + std::string(start) + component + ".x}}";
+            SCOPED_TRACE(expression);
+            try {
+                static_cast<void>(sample().resolve<std::string>(expression));
+                FAIL();
+            } catch (const TavrinError& error) {
+                EXPECT_EQ(error.kind, "Precondition");
+                EXPECT_EQ(error.message, "']' before '[' in the expression component " + std::string(component));
+            }
         }
     }
 }

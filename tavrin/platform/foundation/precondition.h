@@ -13,6 +13,19 @@ using PreconditionHandler = std::function<void(std::string_view message)>;
 /// one line on stderr and ends the process. Not to be called while another thread renders.
 PreconditionHandler setPreconditionHandler(PreconditionHandler handler);
 
+/// While one lives, a precondition violated on its thread throws a `TavrinError` of kind "Precondition", whatever the
+/// handler is.
+class ThrowingPreconditions {
+public:
+    ThrowingPreconditions();
+    ThrowingPreconditions(const ThrowingPreconditions&) = delete;
+    ThrowingPreconditions& operator=(const ThrowingPreconditions&) = delete;
+    ~ThrowingPreconditions();
+
+private:
+    bool outer_;
+};
+
 /// Reports a violated precondition; never returns.
 [[noreturn]] void preconditionFailure(std::string_view message);
 

@@ -81,7 +81,8 @@ std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
     const auto& names = namesOfUTC();
     const auto name = std::find(names.begin(), names.end(), identifier);
     if (name != names.end()) return TimeZone(*name, nullptr);
-    if (identifier.empty()) return std::nullopt;
+    // A database may hold a link to whatever this machine is set to, which names no zone.
+    if (identifier.empty() || identifier == "localtime") return std::nullopt;
     try {
         const date::time_zone* const zone = date::locate_zone(identifier);
         zone->get_info(sys_seconds());  // reads the zone's file, so that nothing can fail later

@@ -12,15 +12,11 @@
 namespace tavrin::layout {
 namespace {
 
-/// Whether a composed view's body may be another at another moment: any may, but for those that are known. What waits
-/// for something outside is waited for once, and so has one body.
-bool mayReadDate(const AnyView& composed) {
-    return !composed.box().loading() && !composed.box().typeName().starts_with("tavrin::ProgressView<");
-}
-
+/// Whether any body may be another at another moment. What waits for something outside is waited for once, and so has
+/// one body.
 bool anyBodyMayReadDate(const LayoutTree& tree) {
     return std::any_of(tree.nodes().begin(), tree.nodes().end(), [](const LayoutNode& node) {
-        return node.kind == ViewKind::composed && mayReadDate(*node.view);
+        return node.kind == ViewKind::composed && node.view->box().mayReadDate() && !node.view->box().loading();
     });
 }
 

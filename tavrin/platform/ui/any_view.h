@@ -39,6 +39,13 @@ concept ComposedView = !PrimitiveView<V> && requires(const V& view, const Enviro
     { view.body(environment) } -> std::convertible_to<AnyView>;
 };
 
+/// A composed view whose body is the same at every moment, and says so: `readsDate` is false. Any other body may read
+/// the environment's date, and is asked for again when that changes.
+template <class V>
+concept TimelessView = ComposedView<V> && requires {
+    { V::readsDate } -> std::convertible_to<bool>;
+} && !V::readsDate;
+
 /// A composed view that waits for something outside, a file or the network, before its body can be told: `loading` says
 /// for what. A tree waits for all such views at once, `body` for its own alone.
 template <class V>
@@ -65,6 +72,8 @@ public:
     [[nodiscard]] virtual AnyView body(const EnvironmentValues& environment) const = 0;
     /// What the view waits for before it has a body; none when it waits for nothing.
     [[nodiscard]] virtual std::optional<Loading> loading() const = 0;
+    /// Whether the view has a body that may be another at another moment.
+    [[nodiscard]] virtual bool mayReadDate() const = 0;
     /// Writes what the view tree shows of a composed view beside its name.
     virtual void write(ViewWriter& writer) const = 0;
     /// Calls `visit` with each view that this one holds, in document order.
@@ -145,6 +154,8 @@ struct AnyView::Box final : ViewBox {
             return {};
         }
     }
+
+    bool mayReadDate() const override { return ComposedView<V> && !TimelessView<V>; }
 
     void write(ViewWriter& writer) const override {
         if constexpr (requires { view.write(writer); }) view.write(writer);

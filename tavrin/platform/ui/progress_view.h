@@ -31,6 +31,7 @@ concept ProgressViewStyle = requires(const Style& style, const ProgressViewStyle
 template <ProgressViewStyle Style>
 struct ProgressView {
     static constexpr std::string_view name = "ProgressView";
+    static constexpr bool readsDate = false;  // a style is told how much is done, and nothing else
 
     double value = 0;
     double total = 1;
