@@ -119,8 +119,9 @@ TEST(Guide, ItsCodeSaysWhatIsWrong) {
     EXPECT_EQ(faultOf("{\"version\": \"1.0\",\n \"nodes\": {\"main\": {\"type\": \"text\"}}}", "{}"),
               "document:2:20: the key \"content\" is missing");
     EXPECT_EQ(faultOf("{\"version\": \"1.0\",\n \"nodes\": nothing}", "{}"),
-              "document:2:12: expected null, found 'nothing'");
-    EXPECT_EQ(faultOf(spacer, "{\n  \"title\": }"), "model:2:12: expected a value, found '}'");
+              "document:2:11: The given data was not valid JSON: expected a value, found 'nothing'");
+    EXPECT_EQ(faultOf(spacer, "{\n  \"title\": }"),
+              "model:2:12: The given data was not valid JSON: expected a value, found '}'");
     EXPECT_EQ(faultOf(title, R"({"titel": ""})"), "document:2:13: key path not found in model: [\"title\"]");
     EXPECT_EQ(faultOf(R"({"version": "1.0", "nodes": {}})", "{}"), "view must have main node");
 }
