@@ -2,10 +2,12 @@
 """Writes docs/reference: make_reference.py PROGRAM [--check]
 
 A page for each node and modifier, made of what `tavrin schema` says and of the document in docs/reference/documents,
-which the program draws. --check writes nothing and fails where pages or pictures are not what would be written.
+which the program draws, and a table of the widget families' sizes. --check writes nothing and fails where pages or
+pictures are not what would be written.
 """
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -108,7 +110,36 @@ def gallery(tags):
     return "<table>\n" + "".join("<tr>\n" + "\n".join(cells) + "\n</tr>\n" for cells in rows) + "</table>\n"
 
 
-def index(schema, folders):
+def completions(program, option):
+    """The words that an option takes."""
+    script = subprocess.run([program, "completion", "fish"], check=True, capture_output=True, text=True).stdout
+    return re.search(rf" -l {option} -x -a '([^']*)'", script)[1].split()
+
+
+def family_sizes(program, screen):
+    """The size of each widget family that the screen has, by its name."""
+    with tempfile.TemporaryDirectory() as folder:
+        subprocess.run([program, "render", REFERENCE / "documents/spacer.json", "-o", folder, "--families", "all",
+                        "--screen", screen, "--scale", "1"], check=True)
+        pictures = json.loads((pathlib.Path(folder) / "index.json").read_text(encoding="utf-8"))
+    return {picture["family"]: "x".join(map(str, picture["size"])) for picture in pictures}
+
+
+def families(program):
+    """A table of the widget families' sizes; screens of the same sizes share a row."""
+    names = completions(program, "family")
+    screens = {}
+    for screen in completions(program, "screen"):
+        sizes = family_sizes(program, screen)
+        screens.setdefault(tuple(sizes.get(name, "–") for name in names), []).append(screen)
+    rows = [["screen", *(f"`{name}`" for name in names)], ["---"] * (len(names) + 1),
+            *([", ".join(sharing), *sizes] for sizes, sharing in screens.items())]
+    return ("What `--family` takes, and the sizes in points that a family has on the screens that `--screen` takes;\n"
+            "`systemMedium` and 390x844 where nothing is said. In C++, `tavrin::widgetSize` tells the same.\n\n"
+            + "".join(f"| {' | '.join(row)} |\n" for row in rows))
+
+
+def index(schema, folders, sizes):
     command = " ".join(["tavrin render documents/text.json -o text.png", *OPTIONS])
     return (f"# Reference\n\n{GENERATED}"
             "Each page has the keys of one node or modifier, a document and its picture, drawn by\n\n"
@@ -117,14 +148,16 @@ def index(schema, folders):
             "`{{initServerParam.title}}` as well, and numbers and booleans also as strings. What does not convert is\n"
             "an error where the key is required and counts as left out where it is not; so does `null`.\n\n"
             f"## Document\n\n{schema['description']}\n\n{table(schema)}\n"
+            f"## Widget families\n\n{sizes}\n"
             + "".join(f"## {folder.capitalize()}\n\n{gallery(tags)}\n" for folder, tags in folders.items())
             ).rstrip("\n") + "\n"
 
 
 def drawn(program, folders, into):
-    """Draws every document and gives the pictures by their file's name."""
+    """Draws every document, of which each must be clean, and gives the pictures by their file's name."""
     tags = [tag for tags in folders.values() for tag in tags]
     documents = [str(REFERENCE / f"documents/{tag}.json") for tag in tags]
+    subprocess.run([program, "check", *documents, "--strict", "--family", "systemSmall", *PICTURES], check=True)
     subprocess.run([program, "render", *documents, "-o", into, *OPTIONS, *SETTINGS, *PICTURES], check=True)
     return {f"pictures/{tag}.png": (pathlib.Path(into) / f"{tag}.png").read_bytes() for tag in tags}
 
@@ -134,7 +167,7 @@ def everything(program):
     folders = {f"{kind}s": schema["$defs"][kind]["properties"]["type"]["enum"] for kind in ("node", "modifier")}
     with tempfile.TemporaryDirectory() as folder:
         files = drawn(program, folders, folder)
-    files["README.md"] = index(schema, folders).encode()
+    files["README.md"] = index(schema, folders, families(program)).encode()
     for folder, tags in folders.items():
         files.update({f"{tag}.md": page(schema, folder, tag).encode() for tag in tags})
     return files

@@ -2,8 +2,8 @@
 """Does what docs/guide.md says: run_guide.py PROGRAM [--check]
 
 A block that names a file is that file; in a console block each line behind "$ " is run where the files are, and what
-it prints stands below it. Rewrites what is printed, and the pictures of the guide that the commands drew. --check
-writes nothing and fails where something else comes out.
+it prints stands below it. A lake.jpg lies there, too. Rewrites what is printed, and the pictures of the guide that the
+commands drew. --check writes nothing and fails where something else comes out.
 """
 import os
 import pathlib
@@ -54,7 +54,7 @@ def main():
     guide = GUIDE.read_text(encoding="utf-8")
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        shutil.copytree(TOP / "examples/photo/pictures", folder / "pictures")
+        shutil.copy(TOP / "examples/photo/pictures/4270d7c", folder / "lake.jpg")
         result = carried_out(guide, folder, program)
         shown = sorted(set(re.findall(r'"guide/([^"]+\.png)"', guide)))
         pictures = {GUIDE.parent / "guide" / picture: (folder / picture).read_bytes() for picture in shown}

@@ -38,7 +38,7 @@ struct ColorNode {
                    .example = R"("bottomTrailing")"}},
         Field{"value", &ColorNode::value,
               Note{.text = "The colour as `#RRGGBB`, or as `#PPRRGGBB` with its opacity in per cent, `00` to `99`; for "
-                           "a gradient several of these, joined by `-`.",
+                           "a gradient several of these, joined by `-`. The `#` may be left out.",
                    .example = R"("#FF8800")"}},
         Field{"dark", &ColorNode::dark,
               Note{.text = "The colour in dark appearance; a gradient ignores it.",

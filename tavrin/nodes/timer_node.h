@@ -23,9 +23,9 @@ struct TimerNode {
 
     static constexpr std::tuple fields{
         Field{"timestamp", &TimerNode::timestamp,
-              Note{.text = "The moment, in seconds since 1970 UTC, rounded to a multiple of 128.",
+              Note{.text = "The moment, counted from the beginning of 1970 UTC and rounded to a multiple of 128.",
                    .unit = Unit::seconds,
-                   .absent = "the moment of drawing",
+                   .absent = "now, when the document is loaded",
                    .example = "1700000128"}},
         Field{"fontSize", &TimerNode::fontSize, fontSizeNote},
         Field{"fontWeight", &TimerNode::fontWeight, fontWeightNote},

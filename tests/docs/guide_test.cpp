@@ -10,8 +10,9 @@ struct DrawnWidget {
     std::vector<tavrin::TapTarget> targets;
 };
 
-DrawnWidget drawWidget(std::string_view document, std::string_view model) {
+DrawnWidget drawWidget(std::string_view document, std::string_view model, tavrin::Date moment) {
     tavrin::TavrinEngine::Context context;
+    context.date = moment;
     context.fetchPolicy = tavrin::FetchPolicy::publicOnly;
     context.linkConverter = [](const tavrin::URL& url) {
         return tavrin::URL::parse("my-app://open?" + url.string()).value_or(url);
@@ -22,24 +23,32 @@ DrawnWidget drawWidget(std::string_view document, std::string_view model) {
     options.size = {158, 158};
     options.widgetURL = context.widgetURL();
     options.environment.appearance = tavrin::Appearance::dark;
-    options.environment.date = tavrin::Date::now();
+    options.environment.date = moment;
     tavrin::ImageRenderer renderer(view, options);
     return {renderer.encode(tavrin::PictureFormat::png), renderer.targets()};
 }
 // [/draw]
 
 // [explain]
-/// What is wrong with a document, as "line:column: why"; empty when nothing is.
-std::string faultOf(std::string_view document) {
+/// Where in a text an error is: where it stops being JSON, or at the value that the error's path leads to.
+tavrin::TextPlace placeOf(const tavrin::PlacedError& error, std::string_view text) {
+    const auto* decoding = dynamic_cast<const tavrin::DecodingError*>(&error);
+    const auto offset = decoding && decoding->offset ? decoding->offset : tavrin::locate(text, error.codingPath);
+    return tavrin::placeAt(text, offset.value_or(0));
+}
+
+/// What is wrong with a widget, as "model:line:column: why"; empty when nothing is.
+std::string faultOf(std::string_view document, std::string_view model) {
     try {
         tavrin::TavrinEngine::Context context;
-        static_cast<void>(tavrin::TavrinEngine().loadView(document, std::nullopt, context));
+        static_cast<void>(tavrin::TavrinEngine().loadView(document, model, context));
         return "";
     } catch (const tavrin::PlacedError& error) {
         if (!error.isRooted) return error.message;
-        const auto offset = tavrin::locate(document, error.codingPath);
-        const auto place = tavrin::placeAt(document, offset.value_or(0));
-        return std::to_string(place.line) + ":" + std::to_string(place.column) + ": " + error.message;
+        const bool isModel = error.role == tavrin::TextRole::model;
+        const auto place = placeOf(error, isModel ? model : document);
+        return (isModel ? "model:" : "document:") + std::to_string(place.line) + ":" + std::to_string(place.column) +
+               ": " + error.message;
     }
 }
 // [/explain]
@@ -88,17 +97,33 @@ TEST(Guide, ShowsTheCodeThatIsCompiledHere) {
 TEST(Guide, ItsCodeDrawsAWidgetThatCanBeTapped) {
     const DrawnWidget drawn = drawWidget(R"({"version": "1.0", "nodes": {"main":
         {"type": "link", "url": "{{initServerParam.url}}", "view": {"type": "text", "content": "Read on"}}}})",
-                                         R"({"url": "https://example.com/1"})");
+                                         R"({"url": "https://example.com/1"})", {});
     EXPECT_THAT(drawn.png, StartsWith("\x89PNG\r\n\x1A\n"));
     ASSERT_THAT(drawn.targets, SizeIs(1));
     EXPECT_EQ(drawn.targets.front().destination.string(), "my-app://open?https://example.com/1");
 }
 
+TEST(Guide, ItsCodeDrawsTheMomentThatItIsGiven) {
+    const std::string timer = R"({"version": "1.1", "nodes": {"main": {"type": "timer"}}})";
+    const std::string clock = R"({"version": "1.2", "nodes": {"main": {"type": "rectangle",
+        "modifiers": [{"type": "clockHandRotationEffect", "period": 60}]}}})";
+    EXPECT_EQ(drawWidget(timer, "{}", {1}).png, drawWidget(timer, "{}", {1'700'000'000}).png) << "counts from there";
+    EXPECT_NE(drawWidget(clock, "{}", {1}).png, drawWidget(clock, "{}", {8}).png);
+}
+
 TEST(Guide, ItsCodeSaysWhatIsWrong) {
-    EXPECT_EQ(faultOf(R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})"), "");
-    EXPECT_EQ(faultOf("{\"version\": \"1.0\",\n \"nodes\": {\"main\": {\"type\": \"text\"}}}"),
-              "2:20: the key \"content\" is missing");
-    EXPECT_EQ(faultOf(R"({"version": "1.0", "nodes": {}})"), "view must have main node");
+    constexpr std::string_view spacer = R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})";
+    constexpr std::string_view title = R"({"version": "1.0", "nodes": {"main": {"type": "text",
+ "content": "{{initServerParam.title}}"}}})";
+    EXPECT_EQ(faultOf(spacer, "{}"), "");
+    EXPECT_EQ(faultOf("{\"version\": \"1.0\",\n \"nodes\": {\"main\": {\"type\": \"text\"}}}", "{}"),
+              "document:2:20: the key \"content\" is missing");
+    EXPECT_EQ(faultOf("{\"version\": \"1.0\",\n \"nodes\": nothing}", "{}"),
+              "document:2:11: The given data was not valid JSON: expected a value, found 'nothing'");
+    EXPECT_EQ(faultOf(spacer, "{\n  \"title\": }"),
+              "model:2:12: The given data was not valid JSON: expected a value, found '}'");
+    EXPECT_EQ(faultOf(title, R"({"titel": ""})"), "document:2:13: key path not found in model: [\"title\"]");
+    EXPECT_EQ(faultOf(R"({"version": "1.0", "nodes": {}})", "{}"), "view must have main node");
 }
 
 TEST(Guide, ItsBadgeIsBlueAroundItsContent) {
