@@ -66,6 +66,7 @@ private:
         context.recordsOrigins = mayRecordOrigins();
         const ThrowingPreconditions instead;
         const AnyView view = TavrinEngine().loadView(document_, model_, context);
+        if (written_) boundEffects_ = boundEffects(*written_);
         DrawnFindings drawn;
         try {
             for (const DiagnosedRoom& room : options_.rooms)
@@ -85,7 +86,7 @@ private:
         options.environment.timeZone = *context.timeZone;
         ImageRenderer renderer(view, std::move(options));
         const layout::LayoutTree& tree = renderer.layoutTree();
-        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get());
+        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get(), boundEffects_);
         findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
         const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
         applyDrawnRules({renderer, tree, views, room.size, options_.scale, mayFetch}, findings);
@@ -109,6 +110,7 @@ private:
     Findings findings_;
     std::optional<WrittenDocument> written_;
     std::optional<BoundModel> bound_;
+    BoundEffects boundEffects_;
 };
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace tavrin {
 
 void applyWrittenRules(const WrittenSubject& subject, Findings& findings) {
-    for (const auto rule : {findUnknownKeys, findDuplicateKeys, findDroppedValues, findMalformedExpressions,
+    for (const auto rule : {findUnknownKeys, findDuplicateKeys, findDroppedValues, findNumbersOutOfRange, findMalformedExpressions,
                             findUnresolvedExpressions, findEmbeddedExpressions, findOddColors, findReferenceModifiers,
                             findNewerFeatures, findRefusedClipShapes, findInvalidURLs, findUnusedNodes})
         if (!findings.isFull()) rule(subject, findings);

@@ -21,6 +21,7 @@ struct WrittenSubject {
 void findUnknownKeys(const WrittenSubject& subject, Findings& findings);
 void findDuplicateKeys(const WrittenSubject& subject, Findings& findings);
 void findDroppedValues(const WrittenSubject& subject, Findings& findings);
+void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings);
 void findMalformedExpressions(const WrittenSubject& subject, Findings& findings);
 void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings);
 void findEmbeddedExpressions(const WrittenSubject& subject, Findings& findings);
