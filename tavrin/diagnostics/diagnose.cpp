@@ -12,6 +12,8 @@
 namespace tavrin {
 namespace {
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// What one call finds out about its texts.
 class Diagnosis {
 public:
@@ -52,6 +54,9 @@ private:
 
     void fail(const std::exception_ptr& failure) {
         addFailure(failure, written_ ? &*written_ : nullptr, bound_ ? &bound_->outline() : nullptr, findings_);
+        Diagnostic& error = findings_.all().back();
+        if (error.role == TextRole::document && document_.starts_with(byteOrderMark))
+            error.fix = {{bytes(0, byteOrderMark.size()), ""}};
     }
 
     void draw() {

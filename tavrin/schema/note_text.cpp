@@ -6,14 +6,11 @@
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
-namespace {
 
 std::string numberText(double number) {
     const auto whole = exactInteger(number);
     return whole ? toText(*whole) : toText(number);
 }
-
-}  // namespace
 
 std::string sensibleRange(const Note& note) {
     if (note.minimum && note.maximum) return "from " + numberText(*note.minimum) + " to " + numberText(*note.maximum);

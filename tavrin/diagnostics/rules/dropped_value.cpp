@@ -59,13 +59,18 @@ std::string expected(const LanguageField& field) {
     return list;
 }
 
+std::string hintFor(const LanguageField& field, std::string_view text) {
+    const bool isNumber = field.kind == ValueKind::number || field.kind == ValueKind::integer;
+    return isNumber ? numberSuggestion(text, field) : keywordSuggestion(text, wordsOf(field));
+}
+
 void reportLiteral(const JSONOutline& outline, const WrittenMember& member, std::string_view text, Findings& findings) {
     const LanguageField& field = *member.field;
     Diagnostic& found =
         findings.add(Rule::droppedValue, outline, member.value,
                      std::string(outline.raw(member.value).substr(0, 80)) + " is " + expected(field) + ", so \"" +
-                         std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
-    if (const auto meant = onlyCloseMatch(text, wordsOf(field)); meant && outline.isString(member.value))
+                         std::string(field.key) + "\" counts as left out" + hintFor(field, text));
+    if (const auto meant = meantKeyword(text, wordsOf(field)); meant && outline.isString(member.value))
         found.fix = {replaceByString(outline, member.value, *meant)};
 }
 
@@ -73,7 +78,7 @@ void reportBound(const JSONOutline& outline, const WrittenMember& member, const 
     const LanguageField& field = *member.field;
     findings.add(Rule::droppedValue, outline, member.value,
                  "the model gives " + inQuotes(text.substr(0, 80)) + ", which is " + expected(field) + ", so \"" +
-                     std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
+                     std::string(field.key) + "\" counts as left out" + hintFor(field, text));
 }
 
 }  // namespace
