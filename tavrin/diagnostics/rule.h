@@ -14,6 +14,8 @@ struct DiagnosticRule {
     Severity severity;
     /// What it means, one sentence.
     std::string_view summary;
+    /// What else is to be known about it, in sentences with words of the language in backticks; may be empty.
+    std::string_view details = {};
 };
 
 /// All rules, errors first. Documentation and other formats list them from here.

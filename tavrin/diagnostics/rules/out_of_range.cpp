@@ -12,21 +12,19 @@ namespace {
 struct Oddity {
     std::string_view key;
     bool (*is)(double number);
-    std::string_view message;  // goes on from the number where it begins with a blank
+    std::string_view message;  // what follows from the number
 };
 
 /// 1 January 5000, in seconds since 1970; as milliseconds, a day in 1973.
 constexpr double year5000 = 95'617'584'000;
 bool isNothing(double number) { return number == 0; }
-bool isFar(double number) { return std::abs(number) >= year5000 && std::isfinite(number); }
+bool isFar(double number) { return number >= year5000 && std::isfinite(number); }
 
 constexpr std::array oddities{
-    Oddity{"fontSize", isNothing, "a text of the size 0 is not drawn"},
-    Oddity{"period", isNothing, "a hand whose period is 0 does not turn"},
-    Oddity{"timestamp", isFar, " seconds is after the year 5000; these are milliseconds, it seems"},
+    Oddity{"fontSize", isNothing, ", so the text is not drawn"},
+    Oddity{"period", isNothing, ", so the hand does not turn"},
+    Oddity{"timestamp", isFar, " seconds, after the year 5000; were milliseconds meant?"},
 };
-
-std::string shorten(std::string_view text) { return std::string(text.substr(0, 80)); }
 
 /// What a share that is given in per cent was meant to be.
 std::string shareHint(const Note& note, double number) {
@@ -37,19 +35,16 @@ std::string shareHint(const Note& note, double number) {
 }
 
 /// What is wrong with a number; empty where nothing is. `text` is how it is written.
-std::string faultOf(const LanguageField& field, const std::string& text) {
+std::string faultOf(const LanguageField& field, const std::string& text, bool isBound) {
     const std::optional<double> number = doubleFromText(text);
     if (!number || std::isnan(*number)) return {};
     const Note& note = field.note;
+    const std::string said = inQuotes(field.key) + " is " + text.substr(0, 80) + (isBound ? " in the model" : "");
     const bool isBelow = note.minimum && *number < *note.minimum;
     const bool isAbove = note.maximum && *number > *note.maximum;
-    if (isBelow || isAbove)
-        return shorten(text) + " for " + inQuotes(field.key) + " is not " + sensibleRange(note) +
-               shareHint(note, *number);
-    for (const Oddity& oddity : oddities) {
-        if (oddity.key != field.key || !oddity.is(*number)) continue;
-        return (oddity.message.starts_with(' ') ? shorten(text) : "") + std::string(oddity.message);
-    }
+    if (isBelow || isAbove) return said + ", not " + sensibleRange(note) + shareHint(note, *number);
+    for (const Oddity& oddity : oddities)
+        if (oddity.key == field.key && oddity.is(*number)) return said + std::string(oddity.message);
     return {};
 }
 
@@ -68,10 +63,8 @@ void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings) {
             text = outline.string(member.value);
         else
             text = outline.raw(member.value);
-        std::string fault = text ? faultOf(field, *text) : std::string();
-        if (!fault.empty())
-            findings.add(Rule::outOfRange, outline, member.value,
-                         (expression ? "the model's " : "") + std::move(fault));
+        const std::string fault = text ? faultOf(field, *text, expression.has_value()) : std::string();
+        if (!fault.empty()) findings.add(Rule::outOfRange, outline, member.value, fault);
     });
 }
 
