@@ -190,8 +190,8 @@ TEST(Ranges, ThatNumbersLeave) {
          "nodes.main.modifiers[0].period: \"period\" is 0, so the hand does not turn"},
         {"a hand that turns backwards", modified(R"("clockHandRotationEffect", "period": -60)"), ""},
         {"milliseconds", timer("1795249105000"),
-         "nodes.main.timestamp: \"timestamp\" is 1795249105000 seconds, after the year 5000; these are milliseconds, "
-         "it seems"},
+         "nodes.main.timestamp: \"timestamp\" is 1795249105000 seconds, after the year 5000; "
+         "were milliseconds meant?"},
         {"seconds", timer("1795249105"), ""},
         {"what is no number", text("\"large\""), ""},
     };
