@@ -69,7 +69,7 @@ private:
         moveTo(entry);
         error_.range = keyRangeOf(outline_, entry);
         error_.fix = {{*error_.range, inQuotes("main")}};
-        hint("; did you mean it by " + inQuotes(*meant) + "?");
+        hint("; should " + inQuotes(*meant) + " be \"main\"?");
     }
 
     void addForReference(const WrittenRecord& reference) {
@@ -120,8 +120,11 @@ private:
             member && outline_.isString(member->value) && !isExpression(outline_.string(member->value));
         return isLiteral ? member : nullptr;
     }
+    /// The names of the document's nodes; none where there are too many to compare.
     [[nodiscard]] std::vector<std::string_view> entryNames() const {
+        constexpr std::size_t enough = 1000;
         std::vector<std::string_view> names;
+        if (document_.entries().size() > enough) return names;
         for (const auto& [name, entry] : document_.entries()) names.emplace_back(name);
         return names;
     }

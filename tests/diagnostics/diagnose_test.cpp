@@ -67,7 +67,7 @@ TEST(Diagnose, SaysWhatWasMeantByWhatLoadingRefuses) {
         {"a reference to nothing like it", nodes(R"("main": {"type": "node", "name": "headr"})"),
          "nodes.main.name: RefNode: node for name: headr not found", ""},
         {"the main node", nodes(R"("mian": {"type": "spacer"}, "row": {"type": "spacer"})"),
-         R"(nodes.mian: Engine: view must have main node; did you mean it by "mian"?)",
+         R"(nodes.mian: Engine: view must have main node; should "mian" be "main"?)",
          nodes(R"("main": {"type": "spacer"}, "row": {"type": "spacer"})")},
         {"no main node", nodes(R"("row": {"type": "spacer"})"), "nodes: Engine: view must have main node", ""},
         {"a keyword", progress(R"("style": "circlar", "value": 0.5)"),
