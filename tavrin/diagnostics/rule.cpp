@@ -9,17 +9,18 @@ constexpr Severity note = Severity::note;
 
 /// In the order of `Rule`.
 constexpr DiagnosticRule rules[] = {
-    {"not-json", error, "The text is not JSON."},
+    {"not-json", error, "The text is not JSON.", "Fixed: a byte order mark is removed."},
     {"missing-key", error, "An object lacks a key that it must have."},
     {"wrong-type", error, "A value is of another type than its key takes."},
     {"unknown-word", error, "A word is none of those that its key takes.", "Fixed where only one word is close."},
-    {"unreadable-value", error, "A text cannot be converted to the type that its key takes."},
+    {"unreadable-value", error, "A text cannot be converted to the type that its key takes.",
+     "Fixed where only one word is close."},
     {"unresolved-expression", warning,
      "An expression leads nowhere in the model, or to a value of another type; an error where it is drawn.",
      "All of them are found, not only the first. Fixed where only one key of the model is close."},
     {"refused", error, "The document cannot be drawn.",
      "Everything else that fails while a document is drawn: no node \"main\", references in a circle, a bound "
-     "that is passed."},
+     "that is passed. Fixed where only one node's name is close, and where a colour has three digits."},
     {"unknown-key", warning, "A key means nothing where it stands; it is ignored.",
      "Fixed where only one key is close. Keys that begin with `$`, `_` or `//` are the author's own."},
     {"duplicate-key", warning, "A key stands twice in one object; only the first counts."},
@@ -42,7 +43,8 @@ constexpr DiagnosticRule rules[] = {
      "The model's colour has the alpha FF, which shifts its digits: another colour is drawn.",
      "Colours of a model are written `#AARRGGBB`, but an opaque one must leave the alpha out."},
     {"odd-color", warning, "A colour, or a part of it, is not read as it is written.",
-     "Also a stop of a gradient, a dark or a border's colour that is none, and so is left out."},
+     "Also a stop of a gradient, a dark or a border's colour that is none, and so is left out. Fixed where a "
+     "colour has three digits."},
     {"reference-modifiers", warning, "A reference's own modifiers are not applied."},
     {"newer-feature", warning, "The document uses what is newer than the version that it names.",
      "It is drawn all the same. Fixed: the version is raised."},
