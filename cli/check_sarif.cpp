@@ -61,6 +61,8 @@ private:
         for (const DiagnosticRule& rule : diagnosticRules()) {
             writer_.beginObject().key("id").value(rule.code);
             writeMessage("shortDescription", rule.summary);
+            const std::string details = rule.details.empty() ? "" : " " + std::string(rule.details);
+            writeMessage("help", std::string(rule.summary) + details);
             writer_.key("defaultConfiguration").beginObject().key("level").value(name(rule.severity)).endObject();
             writer_.endObject();
         }

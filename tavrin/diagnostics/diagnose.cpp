@@ -12,6 +12,8 @@
 namespace tavrin {
 namespace {
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// What one call finds out about its texts.
 class Diagnosis {
 public:
@@ -52,6 +54,9 @@ private:
 
     void fail(const std::exception_ptr& failure) {
         addFailure(failure, written_ ? &*written_ : nullptr, bound_ ? &bound_->outline() : nullptr, findings_);
+        Diagnostic& error = findings_.all().back();
+        if (error.role == TextRole::document && document_.starts_with(byteOrderMark))
+            error.fix = {{bytes(0, byteOrderMark.size()), ""}};
     }
 
     void draw() {
@@ -66,6 +71,7 @@ private:
         context.recordsOrigins = mayRecordOrigins();
         const ThrowingPreconditions instead;
         const AnyView view = TavrinEngine().loadView(document_, model_, context);
+        if (written_) boundEffects_ = boundEffects(*written_);
         DrawnFindings drawn;
         try {
             for (const DiagnosedRoom& room : options_.rooms)
@@ -85,7 +91,7 @@ private:
         options.environment.timeZone = *context.timeZone;
         ImageRenderer renderer(view, std::move(options));
         const layout::LayoutTree& tree = renderer.layoutTree();
-        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get());
+        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get(), boundEffects_);
         findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
         const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
         applyDrawnRules({renderer, tree, views, room.size, options_.scale, mayFetch}, findings);
@@ -109,6 +115,7 @@ private:
     Findings findings_;
     std::optional<WrittenDocument> written_;
     std::optional<BoundModel> bound_;
+    BoundEffects boundEffects_;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tavrin/diagnostics/drawn_rules.h"
 
 #include <algorithm>
+#include <set>
 
 #include "tavrin/platform/foundation/utf8.h"
 #include "tavrin/platform/text/block_contents.h"
@@ -49,8 +50,17 @@ void DrawnFindings::addNote(Rule rule, const CodingPath* origin, std::string mes
     if (found_.size() > before) found.isNote = true;
 }
 
+void DrawnFindings::addUnlessSeen(Rule rule, const CodingPath* origin, std::string message) {
+    put(rule, origin, std::move(message), 0).onlyUnseen = true;
+}
+
 void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const {
+    const bool maySkip = std::any_of(found_.begin(), found_.end(), [](const Found& found) { return found.onlyUnseen; });
+    std::set<std::string> seen;
+    if (maySkip)
+        for (const CodingPath* const origin : seen_) seen.insert(origin ? toText(*origin) : std::string());
     for (const Found& found : found_) {
+        if (found.onlyUnseen && seen.contains(toText(found.path))) continue;
         std::string message = found.message + " (" + joined(found.families, ", ");
         if (found.dependsOnAppearance) message += "; " + joined(found.appearances, " and ");
         message += ")";
@@ -66,6 +76,7 @@ void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
     findContradictoryFrames(subject, findings);
     findTruncatedTexts(subject, findings);
     findClippedTexts(subject, findings);
+    findUnseenTexts(subject, findings);
     findLowContrast(subject, findings);
 }
 
@@ -75,13 +86,14 @@ Rect textBounds(const DrawnSubject& subject, const DrawnView& text) {
     return boundingBox(text.transform, {frame.origin, {std::min(frame.size.width, block.width), frame.size.height}});
 }
 
+bool isInSight(const DrawnSubject& subject, const DrawnView& text) {
+    return !layout::isEmpty(layout::commonRect(textBounds(subject, text), text.clip));
+}
+
 std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
     std::vector<const DrawnView*> texts;
-    for (const DrawnView& view : subject.views) {
-        if (subject.tree.node(view.index).kind != ViewKind::text) continue;
-        const Rect seen = layout::commonRect(textBounds(subject, view), view.clip);
-        if (seen.size.width > 0 && seen.size.height > 0) texts.push_back(&view);
-    }
+    for (const DrawnView& view : subject.views)
+        if (subject.tree.node(view.index).kind == ViewKind::text && isInSight(subject, view)) texts.push_back(&view);
     return texts;
 }
 

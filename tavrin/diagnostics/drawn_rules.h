@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -29,6 +30,11 @@ public:
              bool dependsOnAppearance = false);
     void addNote(Rule rule, const CodingPath* origin, std::string message);
 
+    /// Says that something of a node is seen.
+    void setSeen(const CodingPath* origin) { seen_.insert(origin); }
+    /// Notes something about the view of a node that is true only where the node is seen in none of the drawings.
+    void addUnlessSeen(Rule rule, const CodingPath* origin, std::string message);
+
     /// Puts everything among the other findings.
     void moveTo(Findings& findings, const JSONOutline& outline) const;
 
@@ -40,6 +46,7 @@ private:
         double badness = 0;
         bool dependsOnAppearance = false;
         bool isNote = false;
+        bool onlyUnseen = false;
         std::vector<std::string> families = {};
         std::vector<std::string> appearances = {};
     };
@@ -50,6 +57,7 @@ private:
     std::string appearance_;
     std::vector<Found> found_;
     std::map<std::pair<Rule, std::string>, std::size_t> known_;
+    std::unordered_set<const CodingPath*> seen_;
 };
 
 /// One drawing of a document.
@@ -68,11 +76,14 @@ void findMissingImages(const DrawnSubject& subject, DrawnFindings& findings);
 void findContradictoryFrames(const DrawnSubject& subject, DrawnFindings& findings);
 void findTruncatedTexts(const DrawnSubject& subject, DrawnFindings& findings);
 void findClippedTexts(const DrawnSubject& subject, DrawnFindings& findings);
+void findUnseenTexts(const DrawnSubject& subject, DrawnFindings& findings);
 void findLowContrast(const DrawnSubject& subject, DrawnFindings& findings);
 
 /// All of the above.
 void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings);
 
+/// Whether something of a text may be seen: it does not lie wholly outside what clips it.
+[[nodiscard]] bool isInSight(const DrawnSubject& subject, const DrawnView& text);
 /// The texts among the views that are seen at all.
 [[nodiscard]] std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject);
 /// Where a text's lines stand, in points, effects counted.

@@ -1,14 +1,62 @@
 #include "tavrin/diagnostics/drawn_views.h"
 
+#include <algorithm>
+
+#include "tavrin/dsl/type_tags.h"
 #include "tavrin/images/web_image.h"
+#include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
+namespace {
 
-std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins) {
+bool isClip(ViewKind kind) {
+    return kind == ViewKind::clipped || kind == ViewKind::clipShape || kind == ViewKind::cornerRadius;
+}
+
+bool isEffect(const AnyView& view) {
+    return view.as<Offset>() || view.as<ScaleEffect>() || view.as<RotationEffect>() || view.as<Rotation3DEffect>() ||
+           view.as<ClockHandRotationEffect>();
+}
+
+bool isEffect(const WrittenRecord& record) {
+    constexpr ModifierType effects[] = {ModifierType::offset, ModifierType::scaleEffect, ModifierType::rotationEffect};
+    return record.tag && std::any_of(std::begin(effects), std::end(effects),
+                                     [&](ModifierType effect) { return record.type->name == rawValue(effect); });
+}
+
+/// A view, and what is known of where it stands.
+struct WalkedView : DrawnView {
+    bool isClipped = false;
+};
+
+}  // namespace
+
+BoundEffects boundEffects(const WrittenDocument& document) {
+    BoundEffects bound;
+    const JSONOutline& outline = document.outline();
+    const auto holdsExpression = [&](const WrittenMember& member) {
+        return outline.isString(member.value) && isExpression(outline.string(member.value));
+    };
+    for (const WrittenRecord& record : document.records())
+        if (isEffect(record) && std::any_of(record.members.begin(), record.members.end(), holdsExpression))
+            bound.insert(toText(outline.path(record.object)));
+    return bound;
+}
+
+std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
+                                  const BoundEffects& bound) {
     std::vector<DrawnView> found;
-    layout::walkDrawn<DrawnView>(tree, [&](DrawnView& at) {
-        const AnyView& view = *tree.node(at.index).view;
+    layout::walkDrawn<WalkedView>(tree, [&](WalkedView& at) {
+        const layout::LayoutNode& node = tree.node(at.index);
+        const AnyView& view = *node.view;
         if (const CodingPath* const way = origins ? origins->find(view) : nullptr) at.origin = way;
+        if (isClip(node.kind)) {
+            at.isClipped = true;
+            if (layout::isEmpty(node.frame)) at.mayAppear = true;
+        } else if (isEffect(view)) {
+            const bool isBound = !bound.empty() && at.origin && bound.contains(toText(*at.origin));
+            if (at.isClipped || isBound || view.as<ClockHandRotationEffect>()) at.mayAppear = true;
+        }
         if (view.as<Text>() || view.as<FlexibleFrame>() || view.as<WebImage>()) found.push_back(at);
         return true;
     });

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/diagnostics/failure_hints.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/model_context.h"
@@ -60,12 +60,10 @@ bool foresaw(const Diagnostic& warning, const Failure& failure) {
     return isExpression && failedOnExpression && warning.path == failure.placed->codingPath;
 }
 
-void fixWrongWord(const WrittenDocument& document, JSONOutline::Index place, Diagnostic& error) {
-    const auto wrong = std::find_if(document.wrongWords().begin(), document.wrongWords().end(),
-                                    [&](const WrongWord& word) { return word.value == place; });
-    if (wrong == document.wrongWords().end()) return;
-    if (const auto meant = onlyCloseMatch(document.outline().string(place), wrong->words))
-        error.fix = {replaceByString(document.outline(), place, *meant)};
+/// A message with what the warning that foresaw it says more.
+std::string withForeseen(const std::string& message, const Diagnostic& foreseen) {
+    if (foreseen.message.starts_with(message)) return foreseen.message;
+    return foreseen.code == info(Rule::clipShape).code ? message + "; " + foreseen.message : message;
 }
 
 }  // namespace
@@ -82,8 +80,7 @@ void addFailure(const std::exception_ptr& failure, const WrittenDocument* docume
         const auto foreseen = std::stable_partition(
             all.begin(), all.end(), [&](const Diagnostic& warning) { return !foresaw(warning, described); });
         if (foreseen != all.end()) error.fix = foreseen->fix;
-        // What was foreseen may say more.
-        if (foreseen != all.end() && foreseen->message.starts_with(error.message)) error.message = foreseen->message;
+        if (foreseen != all.end()) error.message = withForeseen(error.message, *foreseen);
         all.erase(foreseen, all.end());
     }
     const JSONOutline* const outline = error.role == TextRole::model ? model
@@ -92,11 +89,9 @@ void addFailure(const std::exception_ptr& failure, const WrittenDocument* docume
     if (described.decoding && described.decoding->offset) {
         error.range = bytes(*described.decoding->offset, *described.decoding->offset);
     } else if (outline && described.placed && described.placed->isRooted) {
-        const JSONOutline::Index place = outline->nearest(error.path);
-        error.range = rangeOf(*outline, place);
-        if (error.role == TextRole::document && described.rule == Rule::unknownWord)
-            fixWrongWord(*document, place, error);
+        error.range = rangeOf(*outline, outline->nearest(error.path));
     }
+    if (document && error.role == TextRole::document && error.fix.empty()) addHints(described.rule, *document, error);
     if (described.rule == Rule::unresolvedExpression)
         for (Diagnostic& warning : all)  // the next ones would fail it as well
             if (warning.code == error.code) warning.severity = Severity::error;

@@ -9,34 +9,64 @@ constexpr Severity note = Severity::note;
 
 /// In the order of `Rule`.
 constexpr DiagnosticRule rules[] = {
-    {"not-json", error, "The text is not JSON."},
+    {"not-json", error, "The text is not JSON.", "Fixed: a byte order mark is removed."},
     {"missing-key", error, "An object lacks a key that it must have."},
     {"wrong-type", error, "A value is of another type than its key takes."},
-    {"unknown-word", error, "A word is none of those that its key takes."},
-    {"unreadable-value", error, "A text cannot be converted to the type that its key takes."},
+    {"unknown-word", error, "A word is none of those that its key takes.", "Fixed where only one word is close."},
+    {"unreadable-value", error, "A text cannot be converted to the type that its key takes.",
+     "Fixed where only one word is close."},
     {"unresolved-expression", warning,
-     "An expression leads nowhere in the model, or to a value of another type; an error where it is drawn."},
-    {"refused", error, "The document cannot be drawn."},
-    {"unknown-key", warning, "A key means nothing where it stands; it is ignored."},
+     "An expression leads nowhere in the model, or to a value of another type; an error where it is drawn.",
+     "All of them are found, not only the first. Fixed where only one key of the model is close."},
+    {"refused", error, "The document cannot be drawn.",
+     "Everything else that fails while a document is drawn: no node \"main\", references in a circle, a bound "
+     "that is passed. Fixed where only one node's name is close, and where a colour has three digits."},
+    {"unknown-key", warning, "A key means nothing where it stands; it is ignored.",
+     "Fixed where only one key is close. Keys that begin with `$`, `_` or `//` are the author's own."},
     {"duplicate-key", warning, "A key stands twice in one object; only the first counts."},
-    {"dropped-value", warning, "An optional value cannot be read; it counts as left out."},
-    {"malformed-expression", warning, "An expression can lead nowhere, whatever the model."},
-    {"embedded-expression", warning, "An expression inside a longer text is shown as it stands."},
-    {"hex-alpha", warning, "A colour's opacity is hexadecimal, not in per cent; the colour is drawn opaque."},
+    {"dropped-value", warning, "An optional value cannot be read; it counts as left out.",
+     "Also a number with a unit, `\"12px\"`, a time zone that is not known, and what comes from the model. "
+     "Fixed where only one word is close."},
+    {"out-of-range", warning, "A number lies outside the range in which it makes sense.",
+     "The reference names the ranges. Also a text of the size 0, a clock's hand with the period 0, and a "
+     "timer's moment that is given in milliseconds."},
+    {"malformed-expression", warning, "An expression can lead nowhere, whatever the model.",
+     "An expression is one path without blanks that begins with `initServerParam`; each key of it may have one "
+     "index. Fixed where blanks or the first word are to blame."},
+    {"embedded-expression", warning, "An expression inside a longer text is shown as it stands.",
+     "Put the whole text into the model, or two texts into an `hstack`. Fixed where there are only blanks "
+     "around it."},
+    {"hex-alpha", warning, "A colour's opacity is hexadecimal, not in per cent; the colour is drawn opaque.",
+     "Colours of a document are written `#PPRRGGBB`, with two decimal digits for the opacity. An alpha without "
+     "a letter, such as `80`, can't be told from per cent. Fixed: the alpha becomes per cent."},
     {"model-alpha-ff", warning,
-     "The model's colour has the alpha FF, which shifts its digits: another colour is drawn."},
-    {"odd-color", warning, "A colour, or a part of it, is not read as it is written."},
+     "The model's colour has the alpha FF, which shifts its digits: another colour is drawn.",
+     "Colours of a model are written `#AARRGGBB`, but an opaque one must leave the alpha out."},
+    {"odd-color", warning, "A colour, or a part of it, is not read as it is written.",
+     "Also a stop of a gradient, a dark or a border's colour that is none, and so is left out. Fixed where a "
+     "colour has three digits."},
     {"reference-modifiers", warning, "A reference's own modifiers are not applied."},
-    {"newer-feature", warning, "The document uses what is newer than the version that it names."},
-    {"clip-shape", warning, "A clip shape will be refused: only bare circles, capsules and rounded rectangles clip."},
+    {"newer-feature", warning, "The document uses what is newer than the version that it names.",
+     "It is drawn all the same. Fixed: the version is raised."},
+    {"clip-shape", warning, "A clip shape will be refused: only bare circles, capsules and rounded rectangles clip.",
+     "Where the node is drawn, it is the error `refused` instead."},
     {"invalid-url", warning, "An address is none, and leads nowhere."},
-    {"missing-image", warning, "A picture cannot be had; nothing is drawn."},
+    {"missing-image", warning, "A picture cannot be had; nothing is drawn.",
+     "With `--image-cache-dir` the file is not there; otherwise the picture cannot be fetched. With `--offline` "
+     "no one asks."},
     {"contradictory-frame", warning, "A frame's minimum is larger than its maximum; the minimum holds."},
     {"truncated-text", warning, "A text does not fit and ends in \"…\"; a note where the author limits its lines."},
     {"clipped-text", warning, "A text reaches past the widget or a clip, and is cut off."},
-    {"low-contrast", warning, "A text can hardly be told from what lies behind it."},
+    {"unseen-text", warning, "A text lies wholly outside the widget or a clip, in every drawing.",
+     "Also one that a full stack pushes over the edge. A text may be hidden on purpose: nothing is said where it "
+     "has no opacity, size or colour, where the model or the clock moves it, or where it is moved inside a clip."},
+    {"low-contrast", warning, "A text can hardly be told from what lies behind it.",
+     "Measured as the Web Content Accessibility Guidelines 2.1 do, between the text's colour and the pixels "
+     "that are drawn behind its letters, in the tenth of them where it is read worst: 4.5:1 is wanted, 3:1 from "
+     "24 points on and, in bold, from 18.66. What is transparent or hidden is not judged, nor are emoji."},
     {"unused-node", note, "A named node is never drawn."},
-    {"not-looked-at", note, "Something was too large to be looked at in full."},
+    {"not-looked-at", note, "Something was too large to be looked at in full.",
+     "A text of more than 64 MiB is only loaded; more than 1,000 findings are only counted."},
 };
 
 }  // namespace

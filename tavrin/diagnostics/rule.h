@@ -14,6 +14,8 @@ struct DiagnosticRule {
     Severity severity;
     /// What it means, one sentence.
     std::string_view summary;
+    /// What else is to be known about it, in sentences with words of the language in backticks; may be empty.
+    std::string_view details = {};
 };
 
 /// All rules, errors first. Documentation and other formats list them from here.
@@ -31,6 +33,7 @@ enum class Rule : unsigned char {
     unknownKey,
     duplicateKey,
     droppedValue,
+    outOfRange,
     malformedExpression,
     embeddedExpression,
     hexAlpha,
@@ -44,6 +47,7 @@ enum class Rule : unsigned char {
     contradictoryFrame,
     truncatedText,
     clippedText,
+    unseenText,
     lowContrast,
     unusedNode,
     notLookedAt,

@@ -2,6 +2,7 @@
 
 #include "tavrin/diagnostics/bound_model.h"
 #include "tavrin/diagnostics/findings.h"
+#include "tavrin/diagnostics/suggestions.h"
 #include "tavrin/diagnostics/written_document.h"
 
 // The rules that look at a document as it is written, and at the model it is bound to. Each stands in a file of its
@@ -21,6 +22,7 @@ struct WrittenSubject {
 void findUnknownKeys(const WrittenSubject& subject, Findings& findings);
 void findDuplicateKeys(const WrittenSubject& subject, Findings& findings);
 void findDroppedValues(const WrittenSubject& subject, Findings& findings);
+void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings);
 void findMalformedExpressions(const WrittenSubject& subject, Findings& findings);
 void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings);
 void findEmbeddedExpressions(const WrittenSubject& subject, Findings& findings);
@@ -44,12 +46,5 @@ void forEachProperty(const WrittenDocument& document, const Visit& visit) {
 
 /// The expression that a property holds, braces included; none for a literal.
 [[nodiscard]] std::optional<std::string> expressionIn(const WrittenDocument& document, const WrittenMember& member);
-
-/// The one of `words` that `word` is meant to be; none where there is a second one as close to it, or none at all.
-[[nodiscard]] std::optional<std::string_view> onlyCloseMatch(std::string_view word,
-                                                             std::span<const std::string_view> words);
-
-/// `; did you mean "vstack"?` where a word is close to one of `words`, else nothing.
-[[nodiscard]] std::string suggestionFor(std::string_view word, std::span<const std::string_view> words);
 
 }  // namespace tavrin

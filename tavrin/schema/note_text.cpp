@@ -6,26 +6,23 @@
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
-namespace {
 
 std::string numberText(double number) {
     const auto whole = exactInteger(number);
     return whole ? toText(*whole) : toText(number);
 }
 
-std::string range(const Note& note) {
+std::string sensibleRange(const Note& note) {
     if (note.minimum && note.maximum) return "from " + numberText(*note.minimum) + " to " + numberText(*note.maximum);
     if (note.minimum) return numberText(*note.minimum) + " or more";
     if (note.maximum) return "at most " + numberText(*note.maximum);
     return {};
 }
 
-}  // namespace
-
 std::string unitAndRange(const Note& note) {
     constexpr std::array<std::string_view, 4> units{"", "points", "degrees", "seconds"};
     std::string text(units[static_cast<std::size_t>(note.unit)]);
-    const std::string sensible = range(note);
+    const std::string sensible = sensibleRange(note);
     if (!text.empty() && !sensible.empty()) text += ", ";
     return text + sensible;
 }

@@ -1,5 +1,6 @@
 #include "tavrin/diagnostics/diagnose.h"
 
+#include <algorithm>
 #include <set>
 #include <thread>
 
@@ -26,7 +27,7 @@ TEST(Diagnose, SaysWhatLoadingRefuses) {
         {"another value", "[]", "{}", {"error wrong-type "}},
         {"a number", "5", "{}", {"error wrong-type "}},
         {"no nodes", R"({"version": "1.0"})", "{}", {"error missing-key "}},
-        {"no main node", R"({"version": "1.0", "nodes": {}})", "{}", {"error refused "}},
+        {"no main node", R"({"version": "1.0", "nodes": {}})", "{}", {"error refused nodes"}},
         {"a word", R"({"version": "2.0", "nodes": {}})", "{}", {"error unknown-word version"}},
         {"a model that is none",
          R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})",
@@ -46,6 +47,69 @@ TEST(Diagnose, SaysWhatLoadingRefuses) {
         const auto found = diagnose(row.document, row.model, quietOptions());
         EXPECT_THAT(linesOf(found), ElementsAreArray(row.found));
         EXPECT_TRUE(!found.empty() && found.front().cause);
+    }
+}
+
+TEST(Diagnose, SaysWhatWasMeantByWhatLoadingRefuses) {
+    const auto nodes = [](const std::string& all) { return R"({"version": "1.2", "nodes": {)" + all + "}}"; };
+    const auto progress = [&](const std::string& keys) {
+        return documentOf(R"({"type": "progressView", "lineWidth": 4, )" + keys + "}");
+    };
+    const struct {
+        const char* why;
+        std::string document;
+        std::string found;  // where, and the whole message
+        std::string fixed;  // empty: nothing
+    } rows[] = {
+        {"a reference", nodes(R"("main": {"type": "node", "name": "headr"}, "header": {"type": "spacer"})"),
+         R"(nodes.main.name: RefNode: node for name: headr not found; did you mean "header"?)",
+         nodes(R"("main": {"type": "node", "name": "header"}, "header": {"type": "spacer"})")},
+        {"a reference to nothing like it", nodes(R"("main": {"type": "node", "name": "headr"})"),
+         "nodes.main.name: RefNode: node for name: headr not found", ""},
+        {"the main node", nodes(R"("mian": {"type": "spacer"}, "row": {"type": "spacer"})"),
+         R"(nodes.mian: Engine: view must have main node; should "mian" be "main"?)",
+         nodes(R"("main": {"type": "spacer"}, "row": {"type": "spacer"})")},
+        {"no main node", nodes(R"("row": {"type": "spacer"})"), "nodes: Engine: view must have main node", ""},
+        {"a keyword", progress(R"("style": "circlar", "value": 0.5)"),
+         R"(nodes.main.style: cannot convert "circlar" to ProgressNode.Style; did you mean "circular"?)",
+         progress(R"("style": "circular", "value": 0.5)")},
+        {"a keyword like none", progress(R"("style": "pie", "value": 0.5)"),
+         R"(nodes.main.style: cannot convert "pie" to ProgressNode.Style; there are "circular", "linear")", ""},
+        {"a share in per cent", progress(R"("style": "linear", "value": "75%")"),
+         R"(nodes.main.value: cannot convert "75%" to Float; did you mean 0.75?)", ""},
+        {"a number with a unit",
+         documentOf(R"({"type": "spacer", "modifiers": [{"type": "offset", "x": "12 px", "y": 0}]})"),
+         R"(nodes.main.modifiers[0].x: cannot convert "12 px" to Float; did you mean 12?)", ""},
+        {"a short colour", documentOf(R"({"type": "color", "value": "#F00"})"),
+         R"(nodes.main.value: ColorNode: invalid color: #F00; did you mean "#FF0000"?)",
+         documentOf(R"({"type": "color", "value": "#FF0000"})")},
+        {"a short colour of a shape", documentOf(R"({"type": "circle", "fillColor": {"value": "abc"}})"),
+         R"(nodes.main.fillColor.value: ColorNode: invalid color: abc; did you mean "#aabbcc"?)",
+         documentOf(R"({"type": "circle", "fillColor": {"value": "#aabbcc"}})")},
+        {"a colour without a model", documentOf(R"({"type": "color", "value": "{{initServerParam.c}}"})"),
+         "nodes.main.value: ColorNode: invalid color: {{initServerParam.c}}; without a model there is no colour", ""},
+        {"a side",
+         documentOf(R"({"type": "spacer", "modifiers": [{"type": "padding", "length": 1, "edges": ["left"]}]})"),
+         R"(nodes.main.modifiers[0].edges[0]: "left" is not an edge; there are "top", "bottom", "leading", "trailing", )"
+         R"("all"; did you mean "leading"?)",
+         documentOf(R"({"type": "spacer", "modifiers": [{"type": "padding", "length": 1, "edges": ["leading"]}]})")},
+        {"a clip",
+         documentOf(R"({"type": "spacer", "modifiers": [{"type": "clipShape", "view": {"type": "rectangle"}}]})"),
+         "nodes.main.modifiers[0]: Invalid Shape: unsupported shape tavrin::Rectangle; a rectangle is no shape to clip "
+         "to; a circle, a capsule or a roundedRectangle is",
+         ""},
+        {"a byte order mark", "\xEF\xBB\xBF" + documentOf(R"({"type": "spacer"})"),
+         ": The given data was not valid JSON: unexpected byte order mark at the start of the document",
+         documentOf(R"({"type": "spacer"})")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const auto found = diagnose(row.document, std::nullopt, quietOptions());
+        const auto error = std::find_if(found.begin(), found.end(), [](const Diagnostic& each) { return each.cause; });
+        ASSERT_NE(error, found.end());
+        EXPECT_EQ(toText(error->path) + ": " + error->message, row.found);
+        const FixedText fixed = applyFixes(row.document, {*error});
+        EXPECT_EQ(fixed.fixed.empty() ? "" : fixed.text, row.fixed);
     }
 }
 

@@ -33,9 +33,6 @@ TEST(DrawnTexts, ThatAreCutOffOrUnreadable) {
          R"({"type": "text", "content": "Hello", "modifiers": [{"type": "frame", "width": 60, "height": 20},
             {"type": "offset", "x": 20, "y": 0}, {"type": "clipped"}]})",
          {"warning clipped-text nodes.main"}},
-        {"is not on the widget at all",
-         R"({"type": "text", "content": "Hello", "modifiers": [{"type": "offset", "x": 900, "y": 0}]})",
-         {}},
         {"pale on white, and on nearly black well",
          R"({"type": "text", "content": "Hello", "modifiers": [{"type": "foregroundColor",
             "color": {"value": "#DDDDDD"}}]})",
@@ -82,6 +79,61 @@ TEST(DrawnTexts, ThatAreCutOffOrUnreadable) {
         SCOPED_TRACE(row.why);
         EXPECT_THAT(linesOf(diagnose(documentOf(row.main), std::nullopt, quietOptions())), ElementsAreArray(row.found));
     }
+}
+
+TEST(DrawnTexts, ThatLieWhollyOutside) {
+    const auto clipped = [](const std::string& inside, const std::string& clip = R"("width": 60, "height": 20)") {
+        return R"({"type": "vstack", "children": [)" + inside +
+               R"(], "modifiers": [{"type": "frame", "alignment": "top",)" + clip + R"(}, {"type": "clipped"}]})";
+    };
+    const auto text = [](const std::string& modifiers, const std::string& content = "Hello") {
+        return R"({"type": "text", "content": ")" + content + R"(", "modifiers": [)" + modifiers + "]}";
+    };
+    const std::string two = text("") + "," + text("");
+    const std::vector<std::string> found{"warning unseen-text nodes.main"};
+    const std::vector<std::string> second{"warning unseen-text nodes.main.children[1]"};
+    const struct {
+        const char* why;
+        std::string main;
+        std::vector<std::string> found;
+    } rows[] = {
+        {"of the widget", text(R"({"type": "offset", "x": 900, "y": 0})"), found},
+        {"of a clip", clipped(two), second},
+        {"hidden by its opacity",
+         text(R"({"type": "offset", "x": 900, "y": 0}, {"type": "opacity", "opacity": 0})"),
+         {}},
+        {"hidden by its colour",
+         text(R"({"type": "foregroundColor", "color": {"value": "#00FFFFFF"}}, {"type": "offset", "x": 900, "y": 0})"),
+         {}},
+        {"hidden by its size", text(R"({"type": "scaleEffect", "x": 0}, {"type": "offset", "x": 900, "y": 0})"), {}},
+        {"hidden by a clip without a size", clipped(two, R"("width": 60, "height": 0)"), {}},
+        {"a strip that is moved inside a clip",
+         clipped(R"({"type": "vstack", "children": [)" + two +
+                 R"(], "modifiers": [{"type": "offset", "x": 0, "y": -28}]})"),
+         {}},
+        {"moved by the model", text(R"({"type": "offset", "x": "{{initServerParam.x}}", "y": 0})"), {}},
+        {"moved by the clock",
+         text(R"({"type": "offset", "x": 900, "y": 0}, {"type": "clockHandRotationEffect", "period": 60})"),
+         {}},
+        {"without letters", text(R"({"type": "offset", "x": 900, "y": 0})", " "), {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_THAT(linesOf(diagnose(documentOf(row.main), R"({"x": 900})", quietOptions())),
+                    ElementsAreArray(row.found));
+    }
+}
+
+TEST(DrawnTexts, ThatAreSeenInOneDrawingAreFine) {
+    const std::string document = R"({"version": "1.0", "nodes": {"main": {"type": "zstack", "children": [
+            {"type": "node", "name": "a"},
+            {"type": "zstack", "children": [{"type": "node", "name": "a"}, {"type": "text", "content": "far"}],
+             "modifiers": [{"type": "offset", "x": 300, "y": 0}]}]}, "a": {"type": "text", "content": "near"}}})";
+    DiagnoseOptions options = quietOptions();
+    const std::vector<std::string> found{"warning unseen-text nodes.main.children[1].children[1]"};
+    EXPECT_THAT(linesOf(diagnose(document, std::nullopt, options)), ElementsAreArray(found));
+    options.rooms.push_back({"wide", {900, 100}});
+    EXPECT_THAT(diagnose(document, std::nullopt, options), ::testing::IsEmpty());
 }
 
 TEST(DrawnTexts, AreFoundOnceForAllRoomsAndUses) {

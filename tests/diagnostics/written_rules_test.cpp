@@ -102,6 +102,14 @@ TEST(DroppedValues, OfOptionalProperties) {
         {"no such keyword",
          R"({"type": "text", "content": "a", "fontWeight": "heavy"})",
          {"warning dropped-value nodes.main.fontWeight"}},
+        {"a side",
+         R"({"type": "vstack", "alignment": "left", "children": []})",
+         {"warning dropped-value nodes.main.alignment"},
+         R"({"type": "vstack", "alignment": "leading", "children": []})"},
+        {"a corner",
+         R"({"type": "spacer", "modifiers": [{"type": "frame", "alignment": "bottomRight"}]})",
+         {"warning dropped-value nodes.main.modifiers[0].alignment"},
+         R"({"type": "spacer", "modifiers": [{"type": "frame", "alignment": "bottomTrailing"}]})"},
         {"a number with a unit",
          R"({"type": "text", "content": "a", "fontSize": "12px"})",
          {"warning dropped-value nodes.main.fontSize"}},
@@ -124,6 +132,16 @@ TEST(DroppedValues, OfOptionalProperties) {
          {"warning dropped-value nodes.main.fontWeight"},
          nullptr,
          R"({"w": "Bold"})"},
+        {"a time zone that is none",
+         R"({"type": "spacer", "modifiers": [{"type": "clockHandRotationEffect", "period": 60,
+            "timeZone": "Europe/Madird"}]})",
+         {"warning dropped-value nodes.main.modifiers[0].timeZone"},
+         R"({"type": "spacer", "modifiers": [{"type": "clockHandRotationEffect", "period": 60,
+            "timeZone": "Europe/Madrid"}]})"},
+        {"a time zone",
+         R"({"type": "spacer", "modifiers": [{"type": "clockHandRotationEffect", "period": 60,
+            "timeZone": "Europe/Paris"}]})",
+         {}},
         {"a model's null is meant",
          R"({"type": "text", "content": "a", "fontSize": "{{initServerParam.w}}"})",
          {},
@@ -131,6 +149,61 @@ TEST(DroppedValues, OfOptionalProperties) {
          R"({"w": null})"},
     };
     for (const Row& row : rows) judge(row);
+}
+
+TEST(Ranges, ThatNumbersLeave) {
+    const auto modified = [](const std::string& modifier) {
+        return R"({"type": "spacer", "modifiers": [{"type": )" + modifier + "}]}";
+    };
+    const auto progress = [](const std::string& value) {
+        return R"({"type": "progressView", "style": "circular", "lineWidth": 4, "value": )" + value + "}";
+    };
+    const auto text = [](const std::string& size) {
+        return R"({"type": "text", "content": "a", "fontSize": )" + size + "}";
+    };
+    const auto timer = [](const std::string& seconds) { return R"({"type": "timer", "timestamp": )" + seconds + "}"; };
+    const struct {
+        const char* why;
+        std::string main;
+        std::string found;  // where, and how the message ends; empty: nothing
+    } rows[] = {
+        {"per cent", progress("75"), "nodes.main.value: \"value\" is 75, not from 0 to 1; did you mean 0.75?"},
+        {"as a text", progress("\"75\""), "nodes.main.value: \"value\" is 75, not from 0 to 1; did you mean 0.75?"},
+        {"too much", progress("1e300"), "nodes.main.value: \"value\" is 1e300, not from 0 to 1"},
+        {"a little too much", progress("1.1"), "nodes.main.value: \"value\" is 1.1, not from 0 to 1"},
+        {"less than nothing", progress("-0.5"), "nodes.main.value: \"value\" is -0.5, not from 0 to 1"},
+        {"the whole", progress("1"), ""},
+        {"nothing", progress("-0.0"), ""},
+        {"from the model", progress("\"{{initServerParam.a}}\""),
+         "nodes.main.value: \"value\" is 80 in the model, not from 0 to 1; did you mean 0.8?"},
+        {"opacity", modified(R"("opacity", "opacity": 50)"),
+         "nodes.main.modifiers[0].opacity: \"opacity\" is 50, not from 0 to 1; did you mean 0.5?"},
+        {"lines", modified(R"("lineLimit", "number": -1)"),
+         "nodes.main.modifiers[0].number: \"number\" is -1, not 1 or more"},
+        {"a negative width", modified(R"("frame", "width": -4)"),
+         "nodes.main.modifiers[0].width: \"width\" is -4, not 0 or more"},
+        {"all that is offered", modified(R"("frame", "maxWidth": "infinity")"), ""},
+        {"no size", text("0"), "nodes.main.fontSize: \"fontSize\" is 0, so the text is not drawn"},
+        {"a negative size", text("-5"), "nodes.main.fontSize: \"fontSize\" is -5, not 0 or more"},
+        {"a small size", text("0.5"), ""},
+        {"a hand that stands still", modified(R"("clockHandRotationEffect", "period": 0)"),
+         "nodes.main.modifiers[0].period: \"period\" is 0, so the hand does not turn"},
+        {"a hand that turns backwards", modified(R"("clockHandRotationEffect", "period": -60)"), ""},
+        {"milliseconds", timer("1795249105000"),
+         "nodes.main.timestamp: \"timestamp\" is 1795249105000 seconds, after the year 5000; "
+         "were milliseconds meant?"},
+        {"seconds", timer("1795249105"), ""},
+        {"what is no number", text("\"large\""), ""},
+    };
+    DiagnoseOptions options = quietOptions();
+    options.rooms = {};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> found;
+        for (const Diagnostic& each : diagnose(documentOf(row.main), R"({"a": 80})", options))
+            if (each.code == "out-of-range") found.push_back(toText(each.path) + ": " + each.message);
+        EXPECT_THAT(found, ElementsAreArray(row.found.empty() ? std::vector<std::string>() : std::vector{row.found}));
+    }
 }
 
 TEST(Expressions, ThatNoModelHas) {
@@ -257,6 +330,10 @@ TEST(Colors, ThatReadOddly) {
          R"({"type": "color", "gradient": true, "start": "top", "end": "bottom", "value": "#112233-red"})",
          {"warning odd-color nodes.main.value"}},
         {"seven digits", R"({"type": "color", "value": "#1122334"})", {"warning odd-color nodes.main.value"}},
+        {"three digits",
+         R"({"type": "color", "value": "#112233", "dark": "#F0a"})",
+         {"warning odd-color nodes.main.dark"},
+         R"({"type": "color", "value": "#112233", "dark": "#FF00aa"})"},
         {"a dark colour that is none",
          R"({"type": "color", "value": "#112233", "dark": "black"})",
          {"warning odd-color nodes.main.dark"}},
@@ -265,7 +342,7 @@ TEST(Colors, ThatReadOddly) {
             "colorNode": {"value": "#112233"}}]})",
          {"warning odd-color nodes.main.modifiers[0].color"}},
         {"good ones", R"({"type": "color", "value": "#50112233", "dark": " 112233 "})", {}},
-        {"refused ones say so themselves", R"({"type": "color", "value": "red"})", {"error refused nodes.main"}},
+        {"refused ones say so themselves", R"({"type": "color", "value": "red"})", {"error refused nodes.main.value"}},
         {"alpha FF in the model",
          R"({"type": "color", "value": "{{initServerParam.c}}"})",
          {"warning model-alpha-ff model:c"},
@@ -295,15 +372,20 @@ TEST(References, ModifiersAreNotApplied) {
 
 TEST(Versions, OlderThanWhatTheDocumentUses) {
     const std::string document =
-        documentOf(R"({"type": "timer", "modifiers": [{"type": "scaleEffect", "x": 2}]})", "1.0");
+        documentOf(R"({"type": "timer", "modifiers": [{"type": "scaleEffect", "x": 1}]})", "1.0");
     const auto found = diagnose(document, std::nullopt, quietOptions());
     EXPECT_THAT(linesOf(found), ElementsAreArray({"warning newer-feature nodes.main.type",
                                                   "warning newer-feature nodes.main.modifiers[0].type"}));
     const FixedText fixed = applyFixes(document, found);
-    EXPECT_EQ(fixed.text, documentOf(R"({"type": "timer", "modifiers": [{"type": "scaleEffect", "x": 2}]})", "1.2"));
+    EXPECT_EQ(fixed.text, documentOf(R"({"type": "timer", "modifiers": [{"type": "scaleEffect", "x": 1}]})", "1.2"));
     EXPECT_EQ(fixed.fixed.size(), 2u);
     EXPECT_THAT(diagnose(documentOf(R"({"type": "timer"})", "1.1"), std::nullopt, quietOptions()),
                 ::testing::IsEmpty());
+}
+
+TEST(Versions, ThatCannotBeReadAreOneError) {
+    const auto found = diagnose(documentOf(R"({"type": "timer"})", "1"), std::nullopt, quietOptions());
+    EXPECT_THAT(linesOf(found), ElementsAreArray({"error unknown-word version"}));
 }
 
 TEST(ClipShapes, ThatWillBeRefused) {

@@ -2,14 +2,20 @@
 
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time_zone_names.h"
 
 namespace tavrin {
 namespace {
 
 constexpr std::string_view truths[] = {"true", "false"};
 
-/// The words that a text for a property may be; empty where there are too many.
+/// Whether a property is a time zone, which counts as left out where it is not known.
+bool isTimeZone(const LanguageField& field) { return field.key == "timeZone"; }
+
+/// The words that a text for a property may be; empty where it takes any.
 std::span<const std::string_view> wordsOf(const LanguageField& field) {
+    if (isTimeZone(field)) return timeZoneNames();
     return field.kind == ValueKind::boolean ? std::span<const std::string_view>(truths) : field.words;
 }
 
@@ -23,6 +29,7 @@ bool isReadable(const LanguageField& field, std::string_view text) {
             const auto words = wordsOf(field);
             return std::find(words.begin(), words.end(), text) != words.end();
         }
+        case ValueKind::text: return !isTimeZone(field) || timeZoneNames().empty() || TimeZone::named(text).has_value();
         default: return true;
     }
 }
@@ -45,10 +52,16 @@ std::optional<std::string> scalarText(const JSONOutline& outline, JSONOutline::I
 std::string expected(const LanguageField& field) {
     if (field.kind == ValueKind::number) return "no number";
     if (field.kind == ValueKind::integer) return "no whole number";
+    if (isTimeZone(field)) return "no time zone that is known";
     std::string list;
     for (const std::string_view word : wordsOf(field))
         list.append(list.empty() ? "none of " : ", ").append(inQuotes(word));
     return list;
+}
+
+std::string hintFor(const LanguageField& field, std::string_view text) {
+    const bool isNumber = field.kind == ValueKind::number || field.kind == ValueKind::integer;
+    return isNumber ? numberSuggestion(text, field) : keywordSuggestion(text, wordsOf(field));
 }
 
 void reportLiteral(const JSONOutline& outline, const WrittenMember& member, std::string_view text, Findings& findings) {
@@ -56,8 +69,8 @@ void reportLiteral(const JSONOutline& outline, const WrittenMember& member, std:
     Diagnostic& found =
         findings.add(Rule::droppedValue, outline, member.value,
                      std::string(outline.raw(member.value).substr(0, 80)) + " is " + expected(field) + ", so \"" +
-                         std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
-    if (const auto meant = onlyCloseMatch(text, wordsOf(field)); meant && outline.isString(member.value))
+                         std::string(field.key) + "\" counts as left out" + hintFor(field, text));
+    if (const auto meant = meantKeyword(text, wordsOf(field)); meant && outline.isString(member.value))
         found.fix = {replaceByString(outline, member.value, *meant)};
 }
 
@@ -65,7 +78,7 @@ void reportBound(const JSONOutline& outline, const WrittenMember& member, const 
     const LanguageField& field = *member.field;
     findings.add(Rule::droppedValue, outline, member.value,
                  "the model gives " + inQuotes(text.substr(0, 80)) + ", which is " + expected(field) + ", so \"" +
-                     std::string(field.key) + "\" counts as left out" + suggestionFor(text, wordsOf(field)));
+                     std::string(field.key) + "\" counts as left out" + hintFor(field, text));
 }
 
 }  // namespace
@@ -74,7 +87,7 @@ void findDroppedValues(const WrittenSubject& subject, Findings& findings) {
     const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
         const LanguageField& field = *member.field;
-        if (!field.isLossless || field.isRequired || field.kind == ValueKind::text) return;
+        if (!field.isLossless || field.isRequired || findings.isFull()) return;
         if (const auto expression = expressionIn(subject.document, member)) {
             if (!subject.model || !isWellFormed(*expression)) return;
             const auto text = subject.model->find(*expression);

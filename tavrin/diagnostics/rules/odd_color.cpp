@@ -39,7 +39,11 @@ std::optional<Fault> faultOf(std::string_view color) {
     std::string_view digits = color.substr(begin, color.find_last_not_of(blanks) - begin + 1);
     const std::string sign = digits.starts_with('#') ? "#" : "";
     digits.remove_prefix(sign.size());
-    if (!colorFromHexString(color)) return Fault{Rule::oddColor, inQuotes(color) + " is no colour"};
+    if (!colorFromHexString(color)) {
+        const std::string meant = longColor(digits);
+        const std::string hint = meant.empty() ? "" : "; did you mean " + inQuotes(meant) + "?";
+        return Fault{Rule::oddColor, inQuotes(color) + " is no colour" + hint, meant};
+    }
     if (digits.size() == rgbDigits) return std::nullopt;
     if (digits.size() == rgbDigits + alphaDigits && areDigits(digits.substr(0, alphaDigits), decimal))
         return std::nullopt;
@@ -106,7 +110,7 @@ private:
         // Loading refuses it, and says so.
         if (!first || (mustBeReadable && !isList && !colorFromHexString(text))) return;
         Diagnostic& found = findings_.add(first->rule, outline, value, first->message, role);
-        if (first->rule == Rule::hexAlpha) found.fix = {replaceByString(outline, value, whole)};
+        if (whole != text) found.fix = {replaceByString(outline, value, whole)};
     }
 
     const WrittenSubject& subject_;

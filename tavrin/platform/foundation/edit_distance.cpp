@@ -45,8 +45,11 @@ std::optional<std::string_view> closestMatch(std::string_view word, std::span<co
     std::size_t least = longestWord + 1;
     for (const std::string_view candidate : candidates) {
         if (candidate.size() > longestWord) continue;
+        const std::size_t longer = std::max(word.size(), candidate.size());
+        const std::size_t most = tolerance(longer);
+        if (longer - std::min(word.size(), candidate.size()) > most) continue;  // so many letters have to be added
         const std::size_t distance = editDistance(word, candidate);
-        if (distance > tolerance(std::max(word.size(), candidate.size())) || distance >= least) continue;
+        if (distance > most || distance >= least) continue;
         least = distance;
         closest = candidate;
     }

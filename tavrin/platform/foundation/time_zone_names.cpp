@@ -1,0 +1,33 @@
+#include "tavrin/platform/foundation/time_zone_names.h"
+
+#include <algorithm>
+#include <exception>
+#include <vector>
+
+#include <date/tz.h>
+
+namespace tavrin {
+namespace {
+
+std::vector<std::string_view> readNames() {
+    std::vector<std::string_view> names;
+    try {
+        for (const date::time_zone& zone : date::get_tzdb().zones) names.emplace_back(zone.name());
+    } catch (const std::exception&) {  // no database
+    }
+    // Folders of the same zones counted otherwise, and a link to whatever this machine is set to.
+    std::erase_if(names, [](std::string_view name) {
+        return name.starts_with("posix/") || name.starts_with("right/") || name == "localtime";
+    });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace
+
+std::span<const std::string_view> timeZoneNames() {
+    static const std::vector<std::string_view> names = readNames();
+    return names;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,21 @@
+#include "tavrin/platform/foundation/time_zone_names.h"
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/platform/foundation/time_zone.h"
+
+namespace tavrin {
+namespace {
+
+TEST(TimeZoneNames, AreThoseOfZones) {
+    const auto names = timeZoneNames();
+    EXPECT_THAT(names, ::testing::IsSupersetOf({"Europe/Madrid", "America/New_York", "UTC"}));
+    EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
+    for (const std::string_view name : names) EXPECT_TRUE(TimeZone::named(name)) << name;
+}
+
+}  // namespace
+}  // namespace tavrin
