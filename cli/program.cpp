@@ -13,6 +13,7 @@
 #include "cli/completion.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
+#include "cli/overwriting.h"
 #include "cli/reporter.h"
 #include "cli/usage_error.h"
 #include "cli/verbs.h"
@@ -35,6 +36,7 @@ std::optional<std::string> printedWithoutDocument(const Command& command) {
 }
 
 int runVerb(const Arguments& arguments, Reporter& reporter) {
+    refuseToOverwriteInputs(arguments);
     if (arguments.documents.size() > 1) reporter.nameDocuments();
     switch (arguments.verb) {
         case Verb::render: return arguments.matrix ? renderMatrix(arguments, reporter) : render(arguments, reporter);

@@ -28,6 +28,9 @@ public:
     /// Runs the program in the folder with `input` as its standard input.
     [[nodiscard]] Finished run(const std::vector<std::string>& words, std::string_view input = {}) const;
 
+    /// The same with one of the folder's files as standard input.
+    [[nodiscard]] Finished runFrom(const std::string& file, const std::vector<std::string>& words) const;
+
     /// Starts the program in the folder and returns its process; what it prints is lost. Descriptors below 0 are
     /// /dev/null.
     [[nodiscard]] pid_t start(const std::vector<std::string>& words, int in = -1, int out = -1, int err = -1) const;
