@@ -39,8 +39,8 @@ std::vector<Matrix::Model> modelsIn(const std::string& folder) {
          entry.increment(error))
         if (entry->path().extension() == ".json")
             list.push_back({entry->path().string(), entry->path().stem().string()});
-    if (error) throw IOError("cannot read '" + folder + "': " + error.message());
-    if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'");
+    if (error) throw IOError("cannot read '" + folder + "': " + error.message(), folder);
+    if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'", folder);
     std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     return list;
 }

@@ -89,6 +89,7 @@ TEST(Snapshot, SaysWhatDiffers) {
         const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept", "-o", "wrong", "--errors", "json"});
         EXPECT_EQ(finished.status, 1);
         EXPECT_EQ(errorText(finished, "type"), "SnapshotDifference");
+        EXPECT_EQ(errorText(finished, "file"), "w.json");
         EXPECT_THAT(errorText(finished, "message"), HasSubstr(row.message));
         EXPECT_TRUE(place.has("wrong/w/systemMedium-light@3x.png"));
     }
