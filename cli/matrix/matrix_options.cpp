@@ -70,10 +70,10 @@ bool asksForMatrix(const Command& command) {
                        [&](std::string_view option) { return command.find(option) != nullptr; });
 }
 
-Matrix readMatrix(const Command& command, Size screen, Date now) {
+Matrix readMatrix(const Command& command, Size screen, Date now, const std::vector<fs::path>& tops) {
     refuseBoth(command, models);
     Matrix matrix;
-    matrix.documents = namedDocuments(command.operands);
+    matrix.documents = namedDocuments(command.operands, tops);
     matrix.moments = momentsOf(command, now);
     matrix.rooms = readRooms(command, screen);
     matrix.appearances = readAppearances(command, {Appearance::light});

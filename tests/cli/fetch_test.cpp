@@ -86,6 +86,15 @@ TEST_F(Fetching, DocumentsWithoutPicturesAreNoFailure) {
     EXPECT_EQ(finished.out, "fetched 0 of 0 pictures, 0.0 MB\n");
 }
 
+TEST_F(Fetching, SaysThatAddressesStandInTheModel) {
+    place.write("a.json", documentOf({R"("url": "{{initServerParam.first}}", "alt": "{{initServerParam.second}}")",
+                                      url("/ok/1")}));
+    const Finished finished = place.run({"fetch", "a.json", "--image-cache-dir", "pictures"});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.err, "warning: 2 addresses stand in the model; give it with --model FILE\n");
+    EXPECT_EQ(finished.out, "fetched 1 of 1 picture, 0.0 MB\n");
+}
+
 TEST_F(Fetching, RenderTellsOfPicturesThatFail) {
     const std::string bad = server.at("/text");
     const std::string failed = "error LoadImageError: Load Image Failed: " + bad + "\n";

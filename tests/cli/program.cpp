@@ -27,7 +27,9 @@ Workplace::Workplace() {
     folder_ = ::mkdtemp(name.data());
 }
 
-Workplace::~Workplace() { std::filesystem::remove_all(folder_); }
+Workplace::~Workplace() {
+    if (isTemporary_) std::filesystem::remove_all(folder_);
+}
 
 pid_t Workplace::start(const std::vector<std::string>& words, int in, int out, int err) const {
     std::vector<std::string> copies{"tavrin"};
@@ -49,6 +51,10 @@ Finished Workplace::run(const std::vector<std::string>& words, std::string_view 
     const Workplace streams;
     streams.write("in", input);
     return runFrom(streams.path("in"), words);
+}
+
+Finished Workplace::runIn(const std::string& folder, const std::vector<std::string>& words) const {
+    return Workplace(path(folder), false).run(words);
 }
 
 Finished Workplace::runFrom(const std::string& file, const std::vector<std::string>& words) const {
