@@ -12,6 +12,7 @@
 #include "cli/explained.h"
 #include "cli/frame_files.h"
 #include "cli/input.h"
+#include "cli/missing_pictures.h"
 #include "cli/note_logger.h"
 #include "cli/ordered_work.h"
 #include "tavrin/engine/tavrin_engine.h"
@@ -42,7 +43,11 @@ std::string product(const Arguments& arguments, const Source& document, const An
     RenderOptions options = renderOptionsFor(arguments, context, notes);
     if (arguments.verb == Verb::explain) options.recording = layout::Recording::placements;
     ImageRenderer renderer(view, std::move(options));
-    if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
+    if (arguments.verb == Verb::render) {
+        std::string picture = renderer.encode(arguments.destination.format);
+        noteMissingPictures(renderer, arguments.fetchPolicy, notes);
+        return picture;
+    }
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
     if (arguments.verb == Verb::explain) return explained(arguments, document, renderer, *context.origins());
     return withLineEnd(renderer.targetsText());

@@ -118,7 +118,12 @@ TEST_F(Fetching, RenderTellsOfPicturesThatFail) {
         words.insert(words.end(), row.options.begin(), row.options.end());
         const Finished finished = place.run(words);
         EXPECT_EQ(finished.status, 0) << "the widget is drawn without";
+        const bool mayFetch = row.requests > 0 || row.options.back() == "public";
         EXPECT_EQ(finished.err.substr(0, row.err.size()), row.err);
+        EXPECT_TRUE(finished.err.ends_with(mayFetch
+                                               ? " missing; `tavrin check` says which\n"
+                                               : "\nwarning: 2 pictures are missing, since nothing may be fetched\n"))
+            << finished.err;
         EXPECT_EQ(server.requests() - before, row.requests);
     }
     place.write("b.json", documentOf({url("/late/20000")}));
