@@ -45,7 +45,8 @@ Diagnostic EditHistory::inOriginal(Diagnostic diagnostic, std::string_view origi
 }
 
 std::size_t EditHistory::originalOffset(std::size_t offset) const {
-    for (auto edits = rounds_.rbegin(); edits != rounds_.rend(); ++edits) offset = offsetBefore(offset, *edits);
+    std::for_each(rounds_.rbegin(), rounds_.rend(),
+                  [&offset](const std::vector<TextEdit>& edits) { offset = offsetBefore(offset, edits); });
     return offset;
 }
 

@@ -40,7 +40,7 @@ std::string excerptText(const Failure::Place& place, bool colored) {
 std::string shortened(const CodingPath& path) {
     constexpr std::size_t longest = 160;
     constexpr std::ptrdiff_t keptSteps = 6;
-    const std::string text = tavrin::toText(path);
+    std::string text = tavrin::toText(path);
     if (text.size() <= longest || path.size() <= 2 * keptSteps) return text;
     return tavrin::toText({path.begin(), path.begin() + keptSteps}) + "…" +
            tavrin::toText({path.end() - keptSteps, path.end()});

@@ -85,7 +85,7 @@ std::size_t addressesInModel(const JSON& value) {
             for (const char* key : {"url", "alt"}) count += std::size_t{isExpression(value.find(key))};
         for (const auto& [key, member] : members->members()) count += addressesInModel(member);
     } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
-        for (std::size_t index = 0; index < elements->size(); ++index) count += addressesInModel((*elements)[index]);
+        for (const JSON& element : *elements) count += addressesInModel(element);
     }
     return count;
 }

@@ -23,9 +23,10 @@ fs::path normalised(const fs::path& path) { return fs::absolute(path).lexically_
 std::string documentName(const std::string& path, const std::vector<fs::path>& tops) {
     if (path == "-") return "stdin";
     const fs::path document = normalised(path);
-    fs::path way = document.lexically_relative(fs::current_path());
-    for (auto top = tops.rbegin(); top != tops.rend(); ++top)
-        if (const fs::path down = document.lexically_relative(*top); *down.begin() != "..") way = down;
+    const auto top = std::find_if(tops.begin(), tops.end(), [&](const fs::path& folder) {
+        return *document.lexically_relative(folder).begin() != "..";
+    });
+    const fs::path way = document.lexically_relative(top == tops.end() ? fs::current_path() : *top);
     fs::path name;
     for (const fs::path& part : way)
         if (part != "..") name /= part;
