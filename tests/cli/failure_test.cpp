@@ -76,8 +76,8 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         std::string document;
         std::string text;
     } rows[] = {
-        {"no place", R"({"version": "1.0", "nodes": {}})",
-         "case.json: error: Engine: view must have main node [refused]\n"},
+        {"the object that lacks something", R"({"version": "1.0", "nodes": {}})",
+         "case.json:1:29: error: Engine: view must have main node [refused]\n"},
         {"a tab stays a tab", "{\"version\": \"1.0\", \"nodes\":\n\t5}",
          "\n    2 | \t5}\n      | \t^\n      at nodes\n"},
         {"the path", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": 7}]}}})",
