@@ -1,8 +1,12 @@
 #include "cli/arguments.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
 
 #include "cli/destination.h"
+#include "cli/io_error.h"
 #include "cli/matrix/matrix_options.h"
 #include "cli/option_values.h"
 #include "cli/several_options.h"
@@ -99,16 +103,46 @@ FetchPolicy fetchPolicyOf(const Values& values) {
     return policy;
 }
 
+bool namesFile(const std::string& output) {
+    return (namesPictureFormat(output) || namesAnimationFormat(output)) && !namesFolder(output);
+}
+
+/// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
+void drawOnlyPicture(const Matrix& matrix, Arguments& arguments) {
+    arguments.options.size = matrix.rooms.front().size;
+    arguments.options.scale = arguments.options.environment.displayScale = matrix.scales.front();
+    arguments.options.environment.appearance = matrix.appearances.front();
+    arguments.options.environment.date = matrix.moments.front().date;
+    arguments.model = matrix.models.front().path;
+}
+
+/// Judges plural options. Where they ask for one picture of each document and no folder is named, it is drawn like
+/// any other.
 void readMatrixArguments(const Command& command, const Values& values, Arguments& arguments) {
-    arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
-    const std::string* const folder = values.find("--output");
-    if (!folder || folder->empty() || *folder == "-")
-        throw UsageError("where to? several pictures of a document want a folder: --output DIR");
     if (values.find("--frames"))
         throw UsageError("--frames draws a span of one picture; give no plural options with it");
+    Matrix matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+    const std::string* const output = values.find("--output");
+    const bool namesNoFolder = !output || output->empty() || *output == "-";
+    if (matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output)))
+        return drawOnlyPicture(matrix, arguments);
+    if (namesNoFolder) throw UsageError("where to? several pictures of a document want a folder: --output DIR");
+    if (namesFile(*output))
+        throw UsageError("several pictures cannot go to one file; give a folder instead of '" + *output + "'");
     if (const std::string* format = values.find("--format"); format && *format != "png")
         throw UsageError("several pictures of a document are drawn as png, not " + *format);
-    arguments.matrixFolder = *folder;
+    arguments.matrix = std::move(matrix);
+    arguments.matrixFolder = *output;
+}
+
+/// Whoever lays out looks for pictures in the folder for them; `fetch` makes it.
+void checkPictureFolder(const Arguments& arguments) {
+    constexpr VerbSet others{Verb::tree, Verb::fetch};
+    if (!arguments.imageCacheDir || others.contains(arguments.verb)) return;
+    std::error_code error;
+    if (std::filesystem::is_directory(*arguments.imageCacheDir, error)) return;
+    const std::string folder = arguments.imageCacheDir->string();
+    throw IOError("cannot read the pictures in '" + folder + "'", error ? error.value() : ENOTDIR, folder);
 }
 
 }  // namespace
@@ -130,6 +164,7 @@ Arguments readArguments(const Command& command) {
     values.read("--image-cache-dir", readFolder, arguments.imageCacheDir);
     if (command.verb == Verb::fetch && !arguments.imageCacheDir)
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
+    checkPictureFolder(arguments);
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", textFormatWords, ignored);
@@ -137,13 +172,14 @@ Arguments readArguments(const Command& command) {
     if (command.verb == Verb::check) arguments.check = readCheckOptions(command, screenOf(values));
     if (command.verb == Verb::snapshot) {
         arguments.snapshot = readSnapshotOptions(command);
-        arguments.matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+        // Wherever one stands, snapshots have the same names.
+        const std::filesystem::path& folder = arguments.snapshot->folder;
+        arguments.matrix =
+            readMatrix(command, screenOf(values), arguments.options.environment.date, {folder, folder / ".."});
         return arguments;
     }
-    if (command.verb == Verb::render && asksForMatrix(command)) {
-        readMatrixArguments(command, values, arguments);
-        return arguments;
-    }
+    if (command.verb == Verb::render && asksForMatrix(command)) readMatrixArguments(command, values, arguments);
+    if (arguments.matrix) return arguments;
     arguments.frames = readFrames(command);
     if (arguments.frames)
         arguments.options.environment.date = arguments.frames->span.first;

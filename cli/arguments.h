@@ -44,7 +44,8 @@ struct Arguments {
     CheckOptions check = {};
 };
 
-/// Judges the values of a command that works on documents. Throws `UsageError`.
+/// Judges the values of a command that works on documents. Throws `UsageError`, and `IOError` for a folder that cannot
+/// be read.
 [[nodiscard]] Arguments readArguments(const Command& command);
 
 /// The format that a command line asks for, whatever else is wrong with it.

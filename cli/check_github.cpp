@@ -23,16 +23,27 @@ public:
 
     void write(const CheckedDocument& checked) override {
         std::string lines;
+        for (const Diagnostic& fixed : checked.fixed)
+            lines += lineOf(fixed, checked.original, "notice", "fixed: " + std::string(fixed.code));
         for (const Diagnostic& found : checked.diagnostics)
-            lines += lineOf(found, sourceOf(found, checked.document, model_));
-        if (checked.unread)
-            lines += "::error file=" + property(checked.document.name) + "::" + message(checked.unread->message) + "\n";
+            lines += lineOf(found, sourceOf(found, checked.document, model_), command(found.severity), found.code);
+        if (checked.unread) lines += lineOf(checked.document.name, *checked.unread);
         writeStandardOutput(lines);
     }
 
+    void fail(const Failure& failure) override { writeStandardOutput(lineOf(failure.file, failure)); }
+
 private:
-    static std::string lineOf(const Diagnostic& found, const Source& source) {
-        const std::string_view command = found.severity == Severity::note ? "notice" : name(found.severity);
+    static std::string_view command(Severity severity) {
+        return severity == Severity::note ? "notice" : name(severity);
+    }
+
+    static std::string lineOf(const std::string& file, const Failure& failure) {
+        return "::error file=" + property(file) + "::" + message(failure.message) + "\n";
+    }
+
+    static std::string lineOf(const Diagnostic& found, const Source& source, std::string_view command,
+                              std::string_view title) {
         std::string line = "::" + std::string(command) + " file=" + property(source.name);
         if (found.range) {
             line += ",line=" + std::to_string(found.range->begin.line);
@@ -40,7 +51,7 @@ private:
             line += ",col=" + std::to_string(found.range->begin.column);
             line += ",endColumn=" + std::to_string(found.range->end.column);
         }
-        return line + ",title=" + property(found.code) + "::" + message(found.message) + "\n";
+        return line + ",title=" + property(title) + "::" + message(found.message) + "\n";
     }
 
     const Source* model_;

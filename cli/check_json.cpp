@@ -18,16 +18,24 @@ public:
         for (const Diagnostic& found : checked.diagnostics) tavrin::write(found, writer_);
         writer_.endArray();
         if (checked.unread) writer_.key("error").value(checked.unread->message);
-        if (!checked.fixed.empty()) writer_.key("fixed").value(std::uint64_t{checked.fixed.size()});
+        if (!checked.fixed.empty()) {
+            writer_.key("fixed").beginArray();
+            for (const Diagnostic& fixed : checked.fixed) tavrin::write(fixed, writer_);
+            writer_.endArray();
+        }
         writer_.endObject();
     }
+    void fail(const Failure& failure) override { error_ = failure.message; }
     void finish() override {
-        writer_.endArray().endObject();
+        writer_.endArray();
+        if (!error_.empty()) writer_.key("error").value(error_);
+        writer_.endObject();
         writeStandardOutput(writer_.text() + "\n");
     }
 
 private:
     JSONWriter writer_{JSONWriter::Style::pretty};
+    std::string error_;
 };
 
 }  // namespace

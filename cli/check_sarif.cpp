@@ -35,8 +35,11 @@ public:
     void write(const CheckedDocument& checked) override {
         for (const Diagnostic& found : checked.diagnostics)
             writeResult(found, sourceOf(found, checked.document, model_));
+        for (const Diagnostic& fixed : checked.fixed) fixed_.emplace_back(checked.original.name, fixed);
         if (checked.unread) unread_.push_back(checked.unread->message);
     }
+
+    void fail(const Failure& failure) override { unread_.push_back(failure.message); }
 
     void finish() override {
         writer_.endArray();
@@ -48,6 +51,7 @@ public:
             writeMessage("message", message);
             writer_.endObject();
         }
+        for (const auto& [file, fixed] : fixed_) writeFixed(file, fixed);
         writer_.endArray().endObject().endArray();
         writer_.endObject().endArray().endObject();
         writeStandardOutput(writer_.text() + "\n");
@@ -73,8 +77,8 @@ private:
         writer_.key(key).beginObject().key("text").value(text).endObject();
     }
 
-    void writeFile(const Source& source) {
-        writer_.key("artifactLocation").beginObject().key("uri").value(uriOf(source.name)).endObject();
+    void writeFile(std::string_view file) {
+        writer_.key("artifactLocation").beginObject().key("uri").value(uriOf(file)).endObject();
     }
 
     void writeRegion(std::string_view key, const TextRange& range) {
@@ -84,14 +88,28 @@ private:
         writer_.endObject();
     }
 
+    void writePlace(std::string_view file, const Diagnostic& found) {
+        writer_.key("physicalLocation").beginObject();
+        writeFile(file);
+        if (found.range) writeRegion("region", *found.range);
+        writer_.endObject();
+    }
+
+    /// What was fixed is no result any more, but something that the run did.
+    void writeFixed(std::string_view file, const Diagnostic& fixed) {
+        writer_.beginObject().key("level").value("note");
+        writer_.key("associatedRule").beginObject().key("id").value(fixed.code).endObject();
+        writeMessage("message", "fixed: " + fixed.message);
+        writer_.key("locations").beginArray().beginObject();
+        writePlace(file, fixed);
+        writer_.endObject().endArray().endObject();
+    }
+
     void writeResult(const Diagnostic& found, const Source& source) {
         writer_.beginObject().key("ruleId").value(found.code).key("level").value(name(found.severity));
         writeMessage("message", found.message);
         writer_.key("locations").beginArray().beginObject();
-        writer_.key("physicalLocation").beginObject();
-        writeFile(source);
-        if (found.range) writeRegion("region", *found.range);
-        writer_.endObject();
+        writePlace(source.name, found);
         if (!found.path.empty())
             writer_.key("logicalLocations")
                 .beginArray()
@@ -107,7 +125,7 @@ private:
 
     void writeFix(const Diagnostic& found, const Source& source) {
         writer_.key("fixes").beginArray().beginObject().key("artifactChanges").beginArray().beginObject();
-        writeFile(source);
+        writeFile(source.name);
         writer_.key("replacements").beginArray();
         for (const TextEdit& edit : found.fix) {
             writer_.beginObject();
@@ -121,6 +139,7 @@ private:
     const Source* model_;
     JSONWriter writer_{JSONWriter::Style::pretty};
     std::vector<std::string> unread_;
+    std::vector<std::pair<std::string, Diagnostic>> fixed_;  // with their files
 };
 
 }  // namespace

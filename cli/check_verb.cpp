@@ -8,6 +8,7 @@
 #include "cli/ordered_work.h"
 #include "cli/output.h"
 #include "cli/progress.h"
+#include "cli/reporter.h"
 #include "cli/verbs.h"
 
 namespace tavrin::cli {
@@ -24,21 +25,28 @@ public:
         : options_(arguments.check),
           reporter_(reporter),
           model_(model),
-          writer_(checkWriter(options_.format, reporter, model)),
+          writer_(checkWriter(options_.format, model)),
           progress_(arguments.documents.size()) {}
 
     void take(const std::string& path, CheckedDocument checked) {
         writeFixed(path, checked);
         if (!checked.diagnostics.empty() || !checked.fixed.empty() || checked.unread) progress_.hide();
-        for (const Diagnostic& fixed : checked.fixed) reporter_.note(fixed, checked.original, "fixed");
-        writer_->write(checked);
+        if (writer_) writer_->write(checked);
         report(checked);
         progress_.advance(path);
     }
 
+    /// Ends the run before any document is checked.
+    int giveUp(const Failure& failure) {
+        if (writer_) writer_->fail(failure);
+        reporter_.report(failure);
+        status_ = 1;
+        return finish();
+    }
+
     int finish() {
         progress_.hide();
-        writer_->finish();
+        if (writer_) writer_->finish();
         return status_;
     }
 
@@ -51,22 +59,33 @@ private:
         } catch (const IOError&) {
             checked.unread = describe(std::current_exception());
             checked.fixed.clear();
+            checked.document = std::move(checked.original);
+            checked.diagnostics = std::move(checked.originalDiagnostics);
         }
     }
 
+    /// Says what makes the run fail and, unless a writer does, what else there is.
     void report(const CheckedDocument& checked) {
-        if (checked.unread) reporter_.report(*checked.unread);
+        if (!writer_)
+            for (const Diagnostic& fixed : checked.fixed) reporter_.note(fixed, checked.original, "fixed");
         for (const Diagnostic& found : checked.diagnostics) {
-            if (found.cause) reporter_.report(describe(found.cause, checked.document, model_));
-            if (isFailing(found, options_)) status_ = 1;
+            const bool fails = isFailing(found, options_);
+            if (fails) {
+                status_ = 1;
+                reporter_.report(found, checked.document, model_);
+            } else if (!writer_) {
+                reporter_.note(found, sourceOf(found, checked.document, model_));
+            }
         }
-        if (checked.unread) status_ = 1;
+        if (!checked.unread) return;
+        reporter_.report(*checked.unread);
+        status_ = 1;
     }
 
     const CheckOptions& options_;
     const Reporter& reporter_;
     const Source* model_;
-    std::unique_ptr<CheckWriter> writer_;
+    std::unique_ptr<CheckWriter> writer_;  // null where people read what is found
     Progress progress_;
     int status_ = 0;
 };
@@ -75,9 +94,14 @@ private:
 
 int check(const Arguments& arguments, const Reporter& reporter) {
     std::optional<Source> model;
-    if (arguments.model) model = Source{displayName(*arguments.model), readInput(*arguments.model)};
+    if (arguments.model) model = Source{displayName(*arguments.model)};
     const Source* const modelSource = model ? &*model : nullptr;
     Check check(arguments, reporter, modelSource);
+    try {
+        if (model) model->text = readInput(*arguments.model);
+    } catch (const IOError&) {
+        return check.giveUp(describe(std::current_exception()));
+    }
     const std::vector<std::string>& documents = arguments.documents;
     const std::size_t threads = std::min<std::size_t>(documents.size(), std::thread::hardware_concurrency());
     inOrder<CheckedDocument>(

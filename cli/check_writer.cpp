@@ -2,14 +2,14 @@
 
 namespace tavrin::cli {
 
-std::unique_ptr<CheckWriter> checkWriter(CheckFormat format, const Reporter& reporter, const Source* model) {
+std::unique_ptr<CheckWriter> checkWriter(CheckFormat format, const Source* model) {
     switch (format) {
         case CheckFormat::json: return jsonCheckWriter();
         case CheckFormat::sarif: return sarifCheckWriter(model);
         case CheckFormat::github: return githubCheckWriter(model);
         case CheckFormat::text: break;
     }
-    return textCheckWriter(reporter, model);
+    return nullptr;
 }
 
 }  // namespace tavrin::cli

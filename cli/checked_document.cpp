@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "cli/edit_history.h"
 #include "tavrin/diagnostics/fixes.h"
 
 namespace tavrin::cli {
@@ -40,6 +41,7 @@ public:
     void run() {
         constexpr int mostRounds = 10;  // one mended error may uncover the next
         checked_.original = checked_.document;
+        checked_.originalDiagnostics = checked_.diagnostics;
         for (int round = 0; round < mostRounds && (tryFixes(checked_.diagnostics) || tryEach()); ++round) {
         }
     }
@@ -52,7 +54,12 @@ private:
         std::vector<Diagnostic> after = diagnose(made.text, model_, options_);
         // What was refused before may be refused for the next reason now.
         if (errorsIn(after) > errorsIn(checked_.diagnostics)) return false;
-        for (const std::size_t index : made.fixed) checked_.fixed.push_back(fixes[index]);
+        std::vector<Diagnostic> fixed;
+        for (const std::size_t index : made.fixed) {
+            fixed.push_back(fixes[index]);
+            checked_.fixed.push_back(history_.inOriginal(fixes[index], checked_.original.text));
+        }
+        history_.add(fixed);
         checked_.document.text = std::move(made.text);
         checked_.diagnostics = std::move(after);
         return true;
@@ -73,6 +80,7 @@ private:
     CheckedDocument& checked_;
     std::optional<std::string_view> model_;
     const DiagnoseOptions& options_;
+    EditHistory history_;
 };
 
 }  // namespace
@@ -88,8 +96,10 @@ CheckedDocument checkDocument(const Arguments& arguments, const Source* model, c
     } catch (...) {
         checked.unread = describe(std::current_exception(), checked.document, model);
     }
+    const auto isNote = [](const Diagnostic& found) { return found.severity == Severity::note; };
     if (!arguments.check.showsNotes)
-        std::erase_if(checked.diagnostics, [](const Diagnostic& found) { return found.severity == Severity::note; });
+        for (auto* diagnostics : {&checked.diagnostics, &checked.originalDiagnostics})
+            std::erase_if(*diagnostics, isNote);
     return checked;
 }
 

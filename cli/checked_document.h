@@ -16,9 +16,11 @@ struct CheckedDocument {
     std::vector<Diagnostic> diagnostics = {};
     /// Where the document could not even be read.
     std::optional<Failure> unread = std::nullopt;
-    /// What was fixed, with places in the text as it was; and the text now, where there is any of these.
-    Source original = {};
+    /// What was fixed, with places in the text as it was; `document` is the text now, where there is any of these.
     std::vector<Diagnostic> fixed = {};
+    /// The text, and what was found in it, before anything was fixed.
+    Source original = {};
+    std::vector<Diagnostic> originalDiagnostics = {};
 };
 
 /// Reads and checks a document, and makes its fixes where that is asked for; they are not written yet. `model` may be

@@ -6,6 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/completion.h"
+#include "cli/option_values.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
 
@@ -62,6 +64,15 @@ const OptionInfo& errorsOption() {
                          [](const auto& option) { return option.name == "--errors"; });
 }
 
+/// The families and screens, of verbs that take them.
+std::string sizesText(Verb verb) {
+    const auto family = std::find_if(options().begin(), options().end(),
+                                     [](const OptionInfo& option) { return option.name == "--family"; });
+    if (!family->takers.contains(verb)) return {};
+    return wrapped("Families: " + joined(family->words, ", "), helpColumns) + "\n" +
+           wrapped("Screens: " + listOfScreens(knownScreens()), helpColumns) + "\n\n";
+}
+
 void addVerb(CLI::App& app, Verb verb) {
     const VerbInfo& info = verbs()[static_cast<std::size_t>(verb)];
     CLI::App& sub = *app.add_subcommand(std::string(info.name), std::string(info.summary));
@@ -71,7 +82,7 @@ void addVerb(CLI::App& app, Verb verb) {
         std::make_shared<HelpFormatter>("tavrin " + std::string(info.name) + " " + std::string(info.operands)));
     for (const OptionInfo& option : options())
         if (option.takers.contains(verb)) addOption(sub, option);
-    sub.footer("Examples:\n" + std::string(info.examples));
+    sub.footer(sizesText(verb) + "Examples:\n" + std::string(info.examples));
 }
 
 void build(CLI::App& app) {
@@ -83,17 +94,11 @@ void build(CLI::App& app) {
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
     app.footer(
-        "`tavrin VERB --help` explains a verb. DOC is a file, or \"-\" for standard input.\n"
+        "`tavrin help VERB` explains a verb. DOC is a file, or \"-\" for standard input.\n"
         "Exit status: 0 success, 1 a document, a model or the drawing failed, 2 the command line is wrong.\n\n"
         "Examples:\n"
         "  tavrin render weather.json --model today.json -o weather.png\n"
         "  tavrin check widgets/*.json");
-}
-
-std::vector<std::string_view> verbNames() {
-    std::vector<std::string_view> names;
-    for (const VerbInfo& verb : verbs()) names.push_back(verb.name);
-    return names;
 }
 
 /// "render, tree or check", of all verbs.
@@ -142,6 +147,14 @@ void checkBeforeVerb(const CLI::App& app) {
     throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
 }
 
+/// Of `tavrin help`, the words that ask for the same.
+std::vector<std::string> askedFor(const std::vector<std::string>& operands) {
+    if (operands.empty()) return {"--help"};
+    if (operands.size() > 1)
+        throw UsageError("`tavrin help` explains one verb, not " + std::to_string(operands.size()));
+    return {std::string(verbs()[readWord("help", operands.front(), verbNames())].name), "--help"};
+}
+
 }  // namespace
 
 std::variant<Command, Information> parseCommandLine(std::span<const std::string> words) {
@@ -173,6 +186,7 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     if (end != words.end()) command.operands.insert(command.operands.end(), end + 1, words.end());
     takeValues(app, command, verb);
     takeValues(sub, command, verb);
+    if (verb == Verb::help) return parseCommandLine(askedFor(command.operands));
     return command;
 }
 

@@ -93,6 +93,10 @@ std::string bashCompletion() {
            "        " +
            compgen("-W '" + joined({shells.begin(), shells.end()}) + "'") +
            "\n"
+           "    elif [[ $verb == help ]]; then\n"
+           "        " +
+           compgen("-W '" + verbWords(" ") + "'") +
+           "\n"
            "    elif [[ $verb != schema ]]; then\n"
            "        compopt -o default 2>/dev/null\n"
            "    fi\n"

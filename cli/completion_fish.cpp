@@ -51,6 +51,8 @@ std::string fishCompletion() {
                   quoted(verb.summary) + "\n";
     for (const OptionInfo& option : options()) script += line(option);
     script += seen("schema") + " -f\n";
+    const auto names = verbNames();
+    script += seen("help") + " -f -a " + quoted(joined({names.begin(), names.end()})) + "\n";
     return script + seen("completion") + " -f -a " + quoted(joined({shells.begin(), shells.end()})) + "\n";
 }
 

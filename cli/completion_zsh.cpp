@@ -45,7 +45,9 @@ std::string branch(Verb verb) {
     for (const OptionInfo& option : options())
         if (option.takers.contains(verb)) text += line(option);
     if (verb == Verb::schema) return text + "\n                ;;\n";
-    const std::string operand = verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
+    const auto names = verbNames();
+    const std::string operand = verb == Verb::help         ? "1:verb:(" + joined({names.begin(), names.end()}) + ")"
+                                : verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
                                 : verb == Verb::tree || verb == Verb::layout || verb == Verb::explain
                                     ? "1:document:_files"
                                     : "*:document:_files";

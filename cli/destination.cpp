@@ -25,6 +25,14 @@ std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
     return std::nullopt;
 }
 
+PictureFormat readFormat(const std::string& word) {
+    const bool isAnimation =
+        std::find(frameFormatWords.begin(), frameFormatWords.end(), word) != frameFormatWords.end();
+    if (isAnimation && word != "png")
+        throw UsageError("--format " + word + " is for animations: say which moments with --frames");
+    return static_cast<PictureFormat>(readWord("--format", word, pictureFormatWords));
+}
+
 Destination fileOrFolder(const std::string& output, std::optional<PictureFormat> format) {
     const std::filesystem::path path = output;
     const std::optional<PictureFormat> named = formatOf(path);
@@ -33,8 +41,10 @@ Destination fileOrFolder(const std::string& output, std::optional<PictureFormat>
     if (named) return {Destination::Kind::file, path, *named};
     if (namesFolder(path)) return {Destination::Kind::folder, path, format.value_or(PictureFormat::png)};
     if (format) return {Destination::Kind::file, path, *format};
+    if (namesAnimationFormat(path))
+        throw UsageError("'" + output + "' is an animation: say which moments with --frames");
     throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output +
-                     "' is");
+                     "' is; the name of a new folder ends in /");
 }
 
 Destination folderForSeveral(const std::string* output, std::optional<PictureFormat> format) {
@@ -71,6 +81,12 @@ bool namesFolder(const std::filesystem::path& path) {
     return !path.has_filename() || std::filesystem::is_directory(path, error);
 }
 
+bool namesAnimationFormat(const std::filesystem::path& path) {
+    const std::string suffix = lowercaseSuffix(path);
+    return std::any_of(frameFormatWords.begin(), frameFormatWords.end(),
+                       [&](std::string_view word) { return suffix == "." + std::string(word); });
+}
+
 std::filesystem::path Destination::pathFor(const std::string& document) const {
     if (kind != Kind::folder) return path;
     const std::filesystem::path name = document == "-" ? "stdin" : std::filesystem::path(document).stem();
@@ -80,7 +96,7 @@ std::filesystem::path Destination::pathFor(const std::string& document) const {
 Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
                             const std::string* format) {
     std::optional<PictureFormat> chosen;
-    if (format) chosen = static_cast<PictureFormat>(readWord("--format", *format, pictureFormatWords));
+    if (format) chosen = readFormat(*format);
     if (output && output->empty()) throw UsageError("--output takes the name of a file or a folder, not ''");
     if (documents.size() > 1) {
         Destination destination = folderForSeveral(output, chosen);

@@ -29,6 +29,8 @@ struct Destination {
 [[nodiscard]] std::string lowercaseSuffix(const std::filesystem::path& path);
 /// Whether a file's suffix is that of a single picture.
 [[nodiscard]] bool namesPictureFormat(const std::filesystem::path& path);
+/// Whether a file's suffix is that of frames: .png, .apng or .webp.
+[[nodiscard]] bool namesAnimationFormat(const std::filesystem::path& path);
 /// Whether a path is that of a folder: it ends in "/", or there is one.
 [[nodiscard]] bool namesFolder(const std::filesystem::path& path);
 

@@ -29,7 +29,9 @@ Failure describeUnplaced(const std::exception_ptr& error) {
     } catch (const UsageError& e) {
         return {"UsageError", e.what()};
     } catch (const IOError& e) {
-        return {"IOError", e.what()};
+        Failure failure{"IOError", e.what()};
+        failure.file = e.file;
+        return failure;
     } catch (const DecodingError& e) {
         return {"DecodingError", e.message, std::string(decodingKinds[static_cast<std::size_t>(e.kind)])};
     } catch (const ConversionError& e) {
@@ -77,7 +79,7 @@ Failure describe(const std::exception_ptr& error, const Source& document, const 
 }
 
 Failure describe(const Diagnostic& diagnostic, const Source& source) {
-    Failure failure{.type = "Diagnostic", .message = diagnostic.message};
+    Failure failure{"Diagnostic", diagnostic.message, std::string(diagnostic.code)};
     failure.codingPath = diagnostic.path;
     failure.file = source.name;
     if (diagnostic.range) {

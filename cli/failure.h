@@ -39,7 +39,12 @@ struct Failure {
 /// An error of loading or drawing a document, with its place in the text it is about. `model` may be null.
 [[nodiscard]] Failure describe(const std::exception_ptr& error, const Source& document, const Source* model);
 
-/// A diagnostic about a text.
+/// The text that a diagnostic is about. `model` may be null.
+[[nodiscard]] inline const Source& sourceOf(const Diagnostic& found, const Source& document, const Source* model) {
+    return found.role == TextRole::model && model ? *model : document;
+}
+
+/// A diagnostic about a text; its code is the kind.
 [[nodiscard]] Failure describe(const Diagnostic& diagnostic, const Source& source);
 
 }  // namespace tavrin::cli

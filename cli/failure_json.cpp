@@ -19,8 +19,13 @@ void write(JSONWriter& writer, const CodingPath& path) {
     writer.endArray();
 }
 
+/// Whether a failure names its file even where there is but one document and no place in it is known.
+bool alwaysNamesFile(const Failure& failure) {
+    return failure.type == "IOError" || failure.type == "SnapshotDifference" || failure.type == "Diagnostic";
+}
+
 void writeFile(JSONWriter& writer, const Failure& failure, bool withFile) {
-    if (failure.file.empty() || !(failure.place || withFile)) return;
+    if (failure.file.empty() || !(failure.place || withFile || alwaysNamesFile(failure))) return;
     writer.key("file").value(failure.file);
     if (!failure.place) return;
     writer.key("line").value(std::uint64_t{failure.place->line});

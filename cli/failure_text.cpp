@@ -16,7 +16,7 @@ std::string painted(const std::string& text, std::string_view color, bool colore
 
 /// "weather.json:12:8", or the program's name where no text is at fault.
 std::string location(const Failure& failure) {
-    if (failure.file.empty()) return "tavrin";
+    if (failure.file.empty() || failure.type == "IOError") return "tavrin";  // whose message names the file
     std::string text = printable(failure.file);
     if (failure.place) text += ":" + std::to_string(failure.place->line) + ":" + std::to_string(failure.place->column);
     return text;
@@ -36,6 +36,16 @@ std::string excerptText(const Failure::Place& place, bool colored) {
            mark + painted("^", green, colored) + "\n";
 }
 
+/// A way of very many steps without those in its middle.
+std::string shortened(const CodingPath& path) {
+    constexpr std::size_t longest = 160;
+    constexpr std::ptrdiff_t keptSteps = 6;
+    std::string text = tavrin::toText(path);
+    if (text.size() <= longest || path.size() <= 2 * keptSteps) return text;
+    return tavrin::toText({path.begin(), path.begin() + keptSteps}) + "…" +
+           tavrin::toText({path.end() - keptSteps, path.end()});
+}
+
 }  // namespace
 
 Label labelOf(const Diagnostic& diagnostic) {
@@ -53,7 +63,7 @@ std::string toText(const Failure& failure, bool colored, const Label& label) {
                        "\n";
     if (failure.place) text += excerptText(*failure.place, colored);
     if (failure.codingPath && !failure.codingPath->empty())
-        text += "      at " + printable(tavrin::toText(*failure.codingPath)) + "\n";
+        text += "      at " + printable(shortened(*failure.codingPath)) + "\n";
     return text;
 }
 

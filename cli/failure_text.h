@@ -20,7 +20,7 @@ struct Label {
 [[nodiscard]] std::string toText(const Failure& failure, bool colored, const Label& label = {});
 
 /// A failure for programs: one line of JSON. `withFile` names the document of every failure, not only where a place in
-/// it is known.
+/// it is known or what it is about is a file.
 [[nodiscard]] std::string toJSONLine(const Failure& failure, bool withFile);
 
 }  // namespace tavrin::cli

@@ -29,8 +29,9 @@ public:
         collect();
         download();
         const std::string failures = failed_ == 0 ? "" : fmt::format("; {} failed", failed_);
-        writeStandardOutput(fmt::format("fetched {} of {} pictures, {:.1f} MB{}\n", fetched_, fetched_ + failed_,
-                                        static_cast<double>(bytes_) / 1e6, failures));
+        writeStandardOutput(fmt::format("fetched {} of {} picture{}, {:.1f} MB{}\n", fetched_, fetched_ + failed_,
+                                        fetched_ + failed_ == 1 ? "" : "s", static_cast<double>(bytes_) / 1e6,
+                                        failures));
         return failed_ == 0 && !documentFailed_ ? 0 : 1;
     }
 

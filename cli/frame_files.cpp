@@ -73,7 +73,7 @@ void checkFrameFolder(const Frames& frames) {
     std::error_code error;
     const bool isOther = std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error);
     if (frames.kind == Frames::Kind::numberedFiles && isOther)
-        throw IOError("cannot write into '" + folder.string() + "'", ENOTDIR);
+        throw IOError("cannot write into '" + folder.string() + "'", ENOTDIR, folder);
 }
 
 void writeFrames(const Frames& frames, const Outcome& outcome) {

@@ -1,6 +1,7 @@
 #include "cli/frames.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -34,6 +35,18 @@ std::optional<NumberPlace> numberPlace(std::string_view name) {
     if (place && nextNumberPlace(name, place->end))
         throw UsageError("'" + std::string(name) + "' has two places for a frame's number");
     return place;
+}
+
+/// Refuses what looks like a place for a number and is none: "%s", "%5d".
+void checkNoOtherPlace(const std::string& name) {
+    for (std::size_t percent = name.find('%'); percent != std::string::npos; percent = name.find('%', percent + 1)) {
+        const std::size_t at = std::min(name.find_first_not_of("0123456789", percent + 1), name.size() - 1);
+        const bool isConversion = std::string_view("diuxXoscn").find(name[at]) != std::string_view::npos;
+        const bool endsThere = at + 1 == name.size() || !std::isalnum(static_cast<unsigned char>(name[at + 1]));
+        if (isConversion && endsThere && at > percent)
+            throw UsageError("a frame's number is written %d or, with zeros in front, %04d, not '" +
+                             name.substr(percent, at - percent + 1) + "' as in '" + name + "'");
+    }
 }
 
 std::string stemOf(const std::string& document) { return document == "-" ? "stdin" : path(document).stem().string(); }
@@ -77,12 +90,13 @@ void placeFrames(Frames& frames, const std::string& stem, const std::string& out
         frames.number = *place;
         return;
     }
+    checkNoOtherPlace(file.filename().string());
     if (!named.empty() && !word.empty() && animationFormat(word) != animationFormat(named))
         throw UsageError("--format " + std::string(word) + " contradicts the suffix of '" + output + "'");
     if (named.empty() && (word.empty() || namesPictureFormat(file)))
         throw UsageError(
-            "--output takes, with --frames, a name that ends in .webp, .png or .apng, a folder, or a "
-            "name such as clock-%04d.png, not '" +
+            "--output takes, with --frames, a name that ends in .webp, .png or .apng, a folder (a new one's name ends "
+            "in /), or a name such as clock-%04d.png, not '" +
             output + "'");
 }
 

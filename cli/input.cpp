@@ -21,14 +21,14 @@ std::string failureText(const std::string& path) {
 }
 
 [[noreturn]] void failTooLarge(const std::string& path) {
-    throw IOError(failureText(path) + ": it is larger than 256 MiB");
+    throw IOError(failureText(path) + ": it is larger than 256 MiB", displayName(path));
 }
 
 /// How much room to begin with: a file's size, and one byte more to see its end.
 std::size_t expectedBytes(int descriptor, const std::string& path) {
     struct stat status {};
-    if (::fstat(descriptor, &status) != 0) throw IOError(failureText(path), errno);
-    if (S_ISDIR(status.st_mode)) throw IOError(failureText(path), EISDIR);
+    if (::fstat(descriptor, &status) != 0) throw IOError(failureText(path), errno, displayName(path));
+    if (S_ISDIR(status.st_mode)) throw IOError(failureText(path), EISDIR, displayName(path));
     if (!S_ISREG(status.st_mode)) return firstBytes;
     const auto size = static_cast<std::size_t>(status.st_size);
     if (size > maximumBytes) failTooLarge(path);
@@ -42,7 +42,7 @@ std::string readAll(int descriptor, const std::string& path) {
         if (size == text.size()) text.resize(std::min(2 * size, maximumBytes + 1));
         const ssize_t count = ::read(descriptor, text.data() + size, text.size() - size);
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) throw IOError(failureText(path), errno);
+        if (count < 0) throw IOError(failureText(path), errno, displayName(path));
         if (count == 0) break;
         size += static_cast<std::size_t>(count);
         if (size > maximumBytes) failTooLarge(path);
@@ -58,7 +58,7 @@ std::string displayName(const std::string& path) { return path == "-" ? "<stdin>
 std::string readInput(const std::string& path) {
     if (path == "-") return readAll(STDIN_FILENO, path);
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    if (!file.isOpen()) throw IOError(failureText(path), errno);
+    if (!file.isOpen()) throw IOError(failureText(path), errno, displayName(path));
     return readAll(file.number(), path);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
@@ -8,9 +9,14 @@ namespace tavrin::cli {
 
 /// Something that cannot be read or written; its message names it and says why.
 struct IOError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    /// The file or folder it is about; empty where it is about none.
+    std::string file;
+
+    explicit IOError(const std::string& message, const std::filesystem::path& file = {})
+        : std::runtime_error(message), file(file.string()) {}
     /// "cannot read weather.json: No such file or directory" for an `errno`.
-    IOError(const std::string& what, int code) : IOError(what + ": " + std::strerror(code)) {}
+    IOError(const std::string& what, int code, const std::filesystem::path& file = {})
+        : IOError(what + ": " + std::strerror(code), file) {}
 };
 
 /// Standard output's reader has gone: nothing is left to do, and no one to tell.

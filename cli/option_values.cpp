@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <optional>
+#include <vector>
 
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
@@ -42,10 +44,11 @@ bool isKnownScreen(Size screen) {
     return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
 }
 
-std::string knownScreenList() {
-    std::string list;
-    for (const Size screen : knownScreens()) list += (list.empty() ? "" : ", ") + toText(screen);
-    return list;
+std::vector<Size> screensThatHave(WidgetFamily family) {
+    std::vector<Size> screens;
+    std::copy_if(knownScreens().begin(), knownScreens().end(), std::back_inserter(screens),
+                 [family](Size screen) { return widgetSize(family, screen).has_value(); });
+    return screens;
 }
 
 }  // namespace
@@ -135,13 +138,20 @@ WidgetBackground readBackground(std::string_view option, std::string_view value)
     return {WidgetBackground::Kind::color, Color::rgb(channel(16), channel(8), channel(0))};
 }
 
-Size readFamily(std::string_view option, std::string_view value, Size screen) {
-    const std::size_t index = readWord(option, value, widgetFamilyNames);
-    if (const auto size = widgetSize(static_cast<WidgetFamily>(index), screen)) return *size;
+std::string listOfScreens(std::span<const Size> screens) {
+    std::string list;
+    for (const Size screen : screens) list += (list.empty() ? "" : ", ") + toText(screen);
+    return list;
+}
+
+Size readFamily(std::string_view option, std::string_view value, Size screen, std::span<const std::string_view> words) {
+    const auto family = static_cast<WidgetFamily>(readWord(option, value, words));
+    if (const auto size = widgetSize(family, screen)) return *size;
     if (!isKnownScreen(screen))
         throw UsageError("no widget sizes are known for a screen of " + toText(screen) + "; give --size, or one of " +
-                         knownScreenList());
-    throw UsageError("a screen of " + toText(screen) + " has no " + std::string(value));
+                         listOfScreens(knownScreens()));
+    throw UsageError("a screen of " + toText(screen) + " has no " + std::string(value) + "; " +
+                     listOfScreens(screensThatHave(family)) + " have; --screen says which");
 }
 
 }  // namespace tavrin::cli

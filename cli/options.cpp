@@ -68,8 +68,15 @@ std::span<const VerbInfo> verbs() {
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
          "  tavrin completion fish >~/.config/fish/completions/tavrin.fish"},
+        {"help", "[VERB]", "Explain the program or a verb", "  tavrin help render"},
     };
     return list;
+}
+
+std::vector<std::string_view> verbNames() {
+    std::vector<std::string_view> names;
+    for (const VerbInfo& verb : verbs()) names.push_back(verb.name);
+    return names;
 }
 
 const std::vector<OptionInfo>& options() {
@@ -82,7 +89,8 @@ const std::vector<OptionInfo>& options() {
                                      Verb::explain, Verb::check, Verb::snapshot};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet shown = laidOut.with(Verb::preview);
-    static constexpr VerbSet all = loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion);
+    static constexpr VerbSet all =
+        loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> list{
         {"--output",
          "OUT",
@@ -170,7 +178,9 @@ const std::vector<OptionInfo>& options() {
         {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
-        {"--errors", "text|json", all, "How a failure is written on standard error (text); warnings come as text only",
+        {"--errors", "text|json", all,
+         "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "
+         "json` does",
          Completes::words, listOf(textFormatWords)},
     };
     return list;

@@ -22,7 +22,8 @@ enum class Verb : unsigned char {
     fetch,
     schema,
     preview,
-    completion
+    completion,
+    help
 };
 
 /// How a verb is explained.
@@ -35,6 +36,8 @@ struct VerbInfo {
 
 /// All verbs, in the order of `Verb`.
 [[nodiscard]] std::span<const VerbInfo> verbs();
+/// Their names, in that order.
+[[nodiscard]] std::vector<std::string_view> verbNames();
 
 /// Some of the verbs.
 class VerbSet {

@@ -23,7 +23,7 @@ std::string failureText(const path& target) { return "cannot write '" + target.s
 class TemporaryFile {
 public:
     explicit TemporaryFile(const path& target) : target_(target), path_(freePath(target)), file_(create(path_)) {
-        if (!file_.isOpen()) throw IOError(failureText(target), errno);
+        if (!file_.isOpen()) throw IOError(failureText(target), errno, target);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -33,15 +33,15 @@ public:
 
     /// Gives the file the permissions of the one it replaces.
     void keepPermissions(mode_t mode) const {
-        if (::fchmod(file_.number(), mode & 07777) != 0) throw IOError(failureText(target_), errno);
+        if (::fchmod(file_.number(), mode & 07777) != 0) throw IOError(failureText(target_), errno, target_);
     }
 
     void write(std::string_view bytes) {
-        if (!writeAll(file_.number(), bytes) || !file_.close()) throw IOError(failureText(target_), errno);
+        if (!writeAll(file_.number(), bytes) || !file_.close()) throw IOError(failureText(target_), errno, target_);
     }
 
     void takeName() {
-        if (std::rename(path_.c_str(), target_.c_str()) != 0) throw IOError(failureText(target_), errno);
+        if (std::rename(path_.c_str(), target_.c_str()) != 0) throw IOError(failureText(target_), errno, target_);
         renamed_ = true;
     }
 
@@ -66,7 +66,8 @@ private:
 
 void writeStraight(const path& target, std::string_view bytes) {
     FileDescriptor file(::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-    if (!file.isOpen() || !writeAll(file.number(), bytes) || !file.close()) throw IOError(failureText(target), errno);
+    if (!file.isOpen() || !writeAll(file.number(), bytes) || !file.close())
+        throw IOError(failureText(target), errno, target);
 }
 
 /// The file that a chain of symbolic links leads to.
@@ -82,8 +83,8 @@ void writeFile(const path& target, std::string_view bytes) {
     const path real = withoutLinks(target);
     struct stat status {};
     const bool exists = ::stat(real.c_str(), &status) == 0;
-    if (exists && S_ISDIR(status.st_mode)) throw IOError(failureText(target), EISDIR);
-    if (exists && ::access(real.c_str(), W_OK) != 0) throw IOError(failureText(target), errno);
+    if (exists && S_ISDIR(status.st_mode)) throw IOError(failureText(target), EISDIR, target);
+    if (exists && ::access(real.c_str(), W_OK) != 0) throw IOError(failureText(target), errno, target);
     if (exists && !S_ISREG(status.st_mode)) return writeStraight(real, bytes);
 
     const BlockedSignals blocked;
@@ -97,7 +98,7 @@ void makeFolder(const path& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (!error && !std::filesystem::is_directory(folder)) error = std::make_error_code(std::errc::not_a_directory);
-    if (error) throw IOError("cannot make the folder '" + folder.string() + "': " + error.message());
+    if (error) throw IOError("cannot make the folder '" + folder.string() + "': " + error.message(), folder);
 }
 
 void writeStandardOutput(std::string_view bytes) {

@@ -7,14 +7,18 @@
 #include <string_view>
 #include <thread>
 #include <utility>
+#include <variant>
 
 #include "cli/explained.h"
 #include "cli/frame_files.h"
 #include "cli/input.h"
+#include "cli/missing_pictures.h"
 #include "cli/note_logger.h"
 #include "cli/ordered_work.h"
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/images/web_image.h"
+#include "tavrin/json/decoding_error.h"
+#include "tavrin/json/json.h"
 #include "tavrin/platform/ui/view_tree.h"
 
 namespace tavrin::cli {
@@ -39,7 +43,11 @@ std::string product(const Arguments& arguments, const Source& document, const An
     RenderOptions options = renderOptionsFor(arguments, context, notes);
     if (arguments.verb == Verb::explain) options.recording = layout::Recording::placements;
     ImageRenderer renderer(view, std::move(options));
-    if (arguments.verb == Verb::render) return renderer.encode(arguments.destination.format);
+    if (arguments.verb == Verb::render) {
+        std::string picture = renderer.encode(arguments.destination.format);
+        noteMissingPictures(renderer, arguments.fetchPolicy, notes);
+        return picture;
+    }
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
     if (arguments.verb == Verb::explain) return explained(arguments, document, renderer, *context.origins());
     return withLineEnd(renderer.targetsText());
@@ -63,6 +71,37 @@ std::vector<URL> pictureAddresses(const AnyView& root) {
     return addresses;
 }
 
+bool isExpression(const JSON* value) {
+    const auto* text = value ? std::get_if<SharedText>(&value->object()) : nullptr;
+    return text && text->view().find("{{") != std::string_view::npos;
+}
+
+/// How many addresses of pictures in a document stand in the model.
+std::size_t addressesInModel(const JSON& value) {
+    std::size_t count = 0;
+    if (const auto* members = std::get_if<JSONObject>(&value.object())) {
+        const JSON* const type = value.find("type");
+        if (type && type->description() == "webImage")
+            for (const char* key : {"url", "alt"}) count += std::size_t{isExpression(value.find(key))};
+        for (const auto& [key, member] : members->members()) count += addressesInModel(member);
+    } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
+        for (const JSON& element : *elements) count += addressesInModel(element);
+    }
+    return count;
+}
+
+/// What `fetch` cannot know without a model.
+void noteAddressesInModel(const Source& document, std::vector<std::string>& notes) {
+    std::size_t count = 0;
+    try {
+        count = addressesInModel(JSON::parse(document.text));
+    } catch (const DecodingError&) {  // nested more deeply, where there are no nodes, than is looked at
+    }
+    if (count == 0) return;
+    const std::string addresses = count == 1 ? "1 address stands" : std::to_string(count) + " addresses stand";
+    notes.push_back("warning: " + addresses + " in the model; give it with --model FILE");
+}
+
 Outcome produce(const Arguments& arguments, const Source* model, const std::string& path) {
     Outcome outcome;
     Source document{displayName(path)};
@@ -72,6 +111,7 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         setUp(context, arguments);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
+        if (arguments.verb == Verb::fetch && !model) noteAddressesInModel(document, outcome.notes);
         if (arguments.verb == Verb::fetch)
             outcome.pictures = pictureAddresses(view);
         else if (arguments.frames)

@@ -1,5 +1,6 @@
 #include "cli/program.h"
 
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "cli/completion.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
+#include "cli/overwriting.h"
 #include "cli/reporter.h"
 #include "cli/usage_error.h"
 #include "cli/verbs.h"
@@ -35,6 +37,7 @@ std::optional<std::string> printedWithoutDocument(const Command& command) {
 }
 
 int runVerb(const Arguments& arguments, Reporter& reporter) {
+    refuseToOverwriteInputs(arguments);
     if (arguments.documents.size() > 1) reporter.nameDocuments();
     switch (arguments.verb) {
         case Verb::render: return arguments.matrix ? renderMatrix(arguments, reporter) : render(arguments, reporter);
@@ -63,6 +66,16 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
     return runVerb(readArguments(command), reporter);
 }
 
+/// Where a command line that is wrong is explained.
+std::string helpFor(std::span<const std::string> words) {
+    const std::vector<std::string_view> names = verbNames();
+    auto word = words.begin();
+    while (word != words.end() && word->starts_with('-')) word += *word == "--errors" && words.end() - word > 1 ? 2 : 1;
+    const bool isVerb = word != words.end() && std::find(names.begin(), names.end(), *word) != names.end();
+    if (isVerb) return "`tavrin " + *word + " --help` explains it.";
+    return "`tavrin --help` and `tavrin help VERB` explain the command line.";
+}
+
 int runReported(std::span<const std::string> words, Reporter& reporter) {
     try {
         return runCommand(words, reporter);
@@ -70,7 +83,7 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
         return failed;
     } catch (const UsageError&) {
         reporter.report(describe(std::current_exception()));
-        reporter.hint("`tavrin --help` and `tavrin VERB --help` explain the command line.");
+        reporter.hint(helpFor(words));
         return wrongCommandLine;
     } catch (...) {
         reporter.report(describe(std::current_exception()));

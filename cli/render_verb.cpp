@@ -27,7 +27,7 @@ void checkFolder(const Destination& destination) {
     if (destination.kind != Destination::Kind::folder || destination.path.empty()) return;
     std::error_code error;
     if (std::filesystem::exists(destination.path, error) && !std::filesystem::is_directory(destination.path, error))
-        throw IOError("cannot write into '" + destination.path.string() + "'", ENOTDIR);
+        throw IOError("cannot write into '" + destination.path.string() + "'", ENOTDIR, destination.path);
 }
 
 void write(const Arguments& arguments, const std::string& document, const Outcome& outcome) {

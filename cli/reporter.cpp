@@ -13,6 +13,16 @@ void Reporter::report(const Failure& failure) const {
     write(isText ? toText(failure, standardErrorHasColor()) : toJSONLine(failure, namesDocuments_));
 }
 
+void Reporter::report(const Diagnostic& diagnostic, const Source& document, const Source* model) const {
+    const Source& source = sourceOf(diagnostic, document, model);
+    // Programs get an error as every verb writes it, people what was found out about it besides.
+    const bool isText = format_ == TextFormat::text;
+    const bool asThrown = diagnostic.cause && !(isText && diagnostic.range);
+    const Failure failure = asThrown ? describe(diagnostic.cause, document, model) : describe(diagnostic, source);
+    write(isText ? toText(failure, standardErrorHasColor(), labelOf(diagnostic))
+                 : toJSONLine(failure, namesDocuments_));
+}
+
 void Reporter::note(const std::string& document, const std::vector<std::string>& lines) const {
     if (format_ == TextFormat::json) return;
     std::string text;

@@ -19,6 +19,8 @@ public:
     void nameDocuments() { namesDocuments_ = true; }
 
     void report(const Failure& failure) const;
+    /// Writes a diagnostic for which a run fails.
+    void report(const Diagnostic& diagnostic, const Source& document, const Source* model) const;
     /// Writes lines about a document that are no failure; in text form only. They name it where there are several.
     void note(const std::string& document, const std::vector<std::string>& lines) const;
     /// Writes a diagnostic; in text form only. `word` stands for its severity where it is given.

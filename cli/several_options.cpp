@@ -1,6 +1,7 @@
 #include "cli/several_options.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "cli/option_values.h"
@@ -25,7 +26,20 @@ std::vector<std::string> partsOf(std::string_view list) {
     }
 }
 
-bool isAll(const std::vector<std::string>& words) { return words.size() == 1 && words.front() == "all"; }
+constexpr std::string_view allWord = "all";
+
+bool areAll(const std::vector<std::string>& words) {
+    return std::find(words.begin(), words.end(), allWord) != words.end();
+}
+
+/// The words that an option of a pair takes.
+template <std::size_t Count>
+std::vector<std::string_view> wordsFor(std::string_view option, const OptionPair& pair,
+                                       const std::array<std::string_view, Count>& words) {
+    std::vector<std::string_view> list(words.begin(), words.end());
+    if (option == pair.several) list.push_back(allWord);
+    return list;
+}
 
 std::vector<Room> familiesOfScreen(Size screen) {
     std::vector<Room> rooms;
@@ -55,22 +69,23 @@ std::vector<Room> readRooms(const Command& command, Size screen) {
     if (const std::string* size = command.find("--size")) return {{*size, readSize("--size", *size)}};
     auto [option, words] = wordsOf(command, families);
     if (words.empty()) words = {std::string(defaultFamily)};
-    if (option == families.several && isAll(words)) {
+    if (option == families.several && areAll(words)) {
         if (auto rooms = familiesOfScreen(screen); !rooms.empty()) return rooms;
         words = {std::string(defaultFamily)};  // an unknown screen is reported by it
     }
     std::vector<Room> rooms;
-    for (const std::string& word : words) rooms.push_back({word, readFamily(option, word, screen)});
+    const std::vector<std::string_view> known = wordsFor(option, families, widgetFamilyNames);
+    for (const std::string& word : words) rooms.push_back({word, readFamily(option, word, screen, known)});
     return rooms;
 }
 
 std::vector<Appearance> readAppearances(const Command& command, std::vector<Appearance> usual) {
     const auto& [option, words] = wordsOf(command, appearances);
     if (words.empty()) return usual;
-    if (option == appearances.several && isAll(words)) return {Appearance::light, Appearance::dark};
+    if (option == appearances.several && areAll(words)) return {Appearance::light, Appearance::dark};
     std::vector<Appearance> list;
-    for (const std::string& word : words)
-        list.push_back(static_cast<Appearance>(readWord(option, word, appearanceWords)));
+    const std::vector<std::string_view> known = wordsFor(option, appearances, appearanceWords);
+    for (const std::string& word : words) list.push_back(static_cast<Appearance>(readWord(option, word, known)));
     return list;
 }
 

@@ -1,6 +1,8 @@
 #include "cli/matrix/matrix.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <map>
 
 #include <fmt/format.h>
@@ -14,11 +16,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A document's path from the working directory, without its suffix and the way out of it: "b/c" of "../b/c.json".
-std::string documentName(const std::string& path) {
+fs::path normalised(const fs::path& path) { return fs::absolute(path).lexically_normal(); }
+
+/// A document's path from a folder that it lies in or the working directory, without its suffix and the way out: "b/c"
+/// of "../b/c.json".
+std::string documentName(const std::string& path, const std::vector<fs::path>& tops) {
     if (path == "-") return "stdin";
+    const fs::path document = normalised(path);
+    const auto top = std::find_if(tops.begin(), tops.end(), [&](const fs::path& folder) {
+        return *document.lexically_relative(folder).begin() != "..";
+    });
+    const fs::path way = document.lexically_relative(top == tops.end() ? fs::current_path() : *top);
     fs::path name;
-    for (const fs::path& part : fs::absolute(path).lexically_relative(fs::current_path()).lexically_normal())
+    for (const fs::path& part : way)
         if (part != "..") name /= part;
     return name.replace_extension().string();
 }
@@ -50,11 +60,13 @@ std::string nameOf(const Matrix& matrix, const Cell& cell) {
     return name;
 }
 
-std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths) {
+std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths, const std::vector<fs::path>& tops) {
     std::vector<Matrix::Document> documents;
     std::map<std::string, std::string> pathsByName;
+    std::vector<fs::path> folders;
+    std::transform(tops.begin(), tops.end(), std::back_inserter(folders), normalised);
     for (const std::string& path : paths) {
-        const std::string name = documentName(path);
+        const std::string name = documentName(path, folders);
         const auto [other, isNew] = pathsByName.emplace(name, path);
         if (!isNew)
             throw UsageError(fmt::format("'{}' and '{}' would both be drawn to '{}/…'", other->second, path, name));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,8 +58,9 @@ struct Cell {
 /// what else is drawn.
 [[nodiscard]] std::string nameOf(const Matrix& matrix, const Cell& cell);
 
-/// Names documents by their paths from the working directory, without suffixes: "widgets/weather". Throws `UsageError`
-/// for two of the same name.
-[[nodiscard]] std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths);
+/// Names documents by their paths from the first folder of `tops` that they lie in, or else from the working directory,
+/// without suffixes: "widgets/weather". Throws `UsageError` for two of the same name.
+[[nodiscard]] std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths,
+                                                           const std::vector<std::filesystem::path>& tops = {});
 
 }  // namespace tavrin::cli

@@ -39,8 +39,8 @@ std::vector<Matrix::Model> modelsIn(const std::string& folder) {
          entry.increment(error))
         if (entry->path().extension() == ".json")
             list.push_back({entry->path().string(), entry->path().stem().string()});
-    if (error) throw IOError("cannot read '" + folder + "': " + error.message());
-    if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'");
+    if (error) throw IOError("cannot read '" + folder + "': " + error.message(), folder);
+    if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'", folder);
     std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     return list;
 }
@@ -70,10 +70,10 @@ bool asksForMatrix(const Command& command) {
                        [&](std::string_view option) { return command.find(option) != nullptr; });
 }
 
-Matrix readMatrix(const Command& command, Size screen, Date now) {
+Matrix readMatrix(const Command& command, Size screen, Date now, const std::vector<fs::path>& tops) {
     refuseBoth(command, models);
     Matrix matrix;
-    matrix.documents = namedDocuments(command.operands);
+    matrix.documents = namedDocuments(command.operands, tops);
     matrix.moments = momentsOf(command, now);
     matrix.rooms = readRooms(command, screen);
     matrix.appearances = readAppearances(command, {Appearance::light});

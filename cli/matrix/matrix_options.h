@@ -1,6 +1,7 @@
 #pragma once
 
-#include <optional>
+#include <filesystem>
+#include <vector>
 
 #include "cli/command_line.h"
 #include "cli/matrix/matrix.h"
@@ -14,7 +15,9 @@ inline constexpr std::size_t maximumCells = 10'000;
 [[nodiscard]] bool asksForMatrix(const Command& command);
 
 /// The matrix that a command's plural options span; where one is left out, its singular form or the default holds.
-/// `now` is the moment where none is given. Throws `UsageError`, and `IOError` for a folder that cannot be read.
-[[nodiscard]] Matrix readMatrix(const Command& command, Size screen, Date now);
+/// `now` is the moment where none is given; documents are named as `namedDocuments` does. Throws `UsageError`, and
+/// `IOError` for a folder that cannot be read.
+[[nodiscard]] Matrix readMatrix(const Command& command, Size screen, Date now,
+                                const std::vector<std::filesystem::path>& tops = {});
 
 }  // namespace tavrin::cli

@@ -121,8 +121,8 @@ std::string ofTrees(const std::string& kept, const std::string& drawn) {
         const auto cause = std::find_if_not(found.begin(), found.end(), isFrame);
         std::string words = inWords(cause == found.end() ? found.front() : *cause, before);
         if (found.size() > 1)
-            words +=
-                fmt::format(", and {}{} more differences", found.size() == most ? "at least " : "", found.size() - 1);
+            words += fmt::format(", and {}{} more difference{}", found.size() == most ? "at least " : "",
+                                 found.size() - 1, found.size() == 2 ? "" : "s");
         return words;
     } catch (const DecodingError&) {
         return "the kept tree cannot be read as one";

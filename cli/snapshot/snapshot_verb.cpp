@@ -125,10 +125,15 @@ private:
         writeFile(files.tree, snapshot.tree);
     }
 
-    /// Takes the picture of a difference away that is there no more.
-    static void removeStale(const std::filesystem::path& failure) {
+    /// Takes the picture of a difference away that is there no more, and the folders that it leaves empty.
+    void removeStale(const std::filesystem::path& failure) const {
         std::error_code error;
-        std::filesystem::remove(failure, error);
+        const std::filesystem::path last = (options_.failures / "").parent_path();
+        bool isRemoved = std::filesystem::remove(failure, error);
+        for (std::filesystem::path folder = failure.parent_path(); isRemoved; folder = folder.parent_path()) {
+            isRemoved = std::filesystem::remove(folder, error);
+            if (folder == last) return;
+        }
     }
 
     const Matrix& matrix_;

@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +17,9 @@ namespace tavrin::cli {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 /// Two warnings with a fix, one without, one about the model and a note.
@@ -64,7 +69,7 @@ TEST_F(Check, WritesWarningsAsCompilersDo) {
     EXPECT_EQ(finished.status, 0) << "a warning is no failure";
     EXPECT_EQ(finished.out, "");
     expectGolden("text.txt", finished.err);
-    EXPECT_EQ(check({"--errors", "json"}).err, "") << "warnings come as text only";
+    EXPECT_EQ(check({"--errors", "json"}).err, "") << "a warning is no failure";
     EXPECT_THAT(check({"--notes"}).err,
                 HasSubstr("a.json:13:5: note: the node \"spare\" is never drawn [unused-node]"));
 }
@@ -132,6 +137,40 @@ TEST_F(Check, FailsOnWarningsWhereItIsStrict) {
     EXPECT_EQ(check({"--strict", "--notes"}).status, 0) << "a note is none";
 }
 
+TEST_F(Check, SaysWhyItFailsWhereItIsStrict) {
+    const Finished asJSON = check({"--strict", "--notes", "--errors", "json"});
+    EXPECT_EQ(asJSON.status, 1);
+    EXPECT_EQ(asJSON.out, "");
+    EXPECT_EQ(std::count(asJSON.err.begin(), asJSON.err.end(), '\n'), 4) << "one line each, no note";
+    EXPECT_THAT(asJSON.err, StartsWith(R"({"error":{"type":"Diagnostic","kind":"unknown-key","codingPath":)"
+                                       R"(["nodes","main","children",0,"fontsize"],"message":"unknown key )"));
+    EXPECT_THAT(asJSON.err, HasSubstr(R"("file":"a.json","line":7,"column":49}})"));
+    EXPECT_EQ(errorText(asJSON, "kind"), "model-alpha-ff");
+    EXPECT_EQ(errorText(asJSON, "file"), "m.json");
+    for (const char* format : {"json", "sarif", "github"}) {
+        SCOPED_TRACE(format);
+        EXPECT_EQ(check({"--strict", "--errors", "json", "--format", format}).err, asJSON.err);
+        EXPECT_THAT(check({"--strict", "--format", format}).err, StartsWith("a.json:7:49: warning: unknown key"));
+    }
+}
+
+TEST_F(Check, WritesEveryErrorInTheOrderOfTheText) {
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [
+{"type": "text", "content": "{{initServerParam.a}}"},
+{"type": "text", "content": "{{initServerParam.b}}"}]}}})");
+    const Finished text = check({});
+    EXPECT_EQ(text.status, 1);
+    const std::size_t first = text.err.find("a.json:2:29: error: key path not found in model: [\"a\"]");
+    const std::size_t second = text.err.find("a.json:3:29: error: ");
+    EXPECT_EQ(first, 0U);
+    EXPECT_LT(first, second);
+    EXPECT_NE(second, std::string::npos);
+    EXPECT_THAT(text.err.substr(0, text.err.find('\n')), EndsWith(" [unresolved-expression]"));
+    const Finished json = check({"--errors", "json"});
+    EXPECT_EQ(std::count(json.err.begin(), json.err.end(), '\n'), 2);
+    EXPECT_THAT(json.err, StartsWith(R"({"error":{"type":"ModelContextError","kind":"ResolveExpression",)"));
+}
+
 TEST_F(Check, FixesInPlace) {
     const mode_t mode = 0640;
     ASSERT_EQ(::chmod(place.path("a.json").c_str(), mode), 0);
@@ -163,6 +202,37 @@ TEST_F(Check, FixesErrorsOneAfterTheOther) {
     EXPECT_EQ(finished.status, 0);
 }
 
+TEST_F(Check, TellsProgramsWhatItFixed) {
+    for (const std::string format : {"json", "sarif", "github"}) {
+        SCOPED_TRACE(format);
+        place.write("a.json", doubtful);
+        const Finished finished = check({"--fix", "--format", format});
+        EXPECT_EQ(finished.status, 0);
+        EXPECT_EQ(finished.err, "");
+        expectGolden("fixed-" + format + ".txt", finished.out);
+    }
+}
+
+TEST_F(Check, SaysWhereFixesWereInTheTextAsItWas) {
+    place.write(
+        "a.json",
+        R"({"version": "1.0", "nodes": {"main": {"type": "vstak", "children": [{"type": "txt", "contents": 1}]}}})");
+    const Finished finished = check({"--fix"});
+    EXPECT_THAT(finished.err, HasSubstr("a.json:1:47: fixed: \"vstak\""));
+    EXPECT_THAT(finished.err, HasSubstr("a.json:1:78: fixed: \"txt\""));
+    EXPECT_THAT(finished.err, HasSubstr("a.json:1:85: fixed: unknown key \"contents\""));
+}
+
+TEST_F(Check, FixesThatCannotBeWrittenAreNone) {
+    place.write("f/a.json", doubtful);
+    if (::geteuid() == 0) GTEST_SKIP() << "root may write everything";
+    ASSERT_EQ(::chmod(place.path("f/a.json").c_str(), 0440), 0);
+    const Finished finished = place.run({"check", "f/a.json", "--fix", "--format", "json"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.out, HasSubstr("unknown-key"));
+    EXPECT_THAT(finished.out, Not(HasSubstr("\"fixed\"")));
+}
+
 TEST_F(Check, LeavesOutAFixThatWouldDoHarm) {
     constexpr std::string_view harmful =
         R"({"version": "1.0", "nodes": {"main": {"type": "progressView", "style": "linear", "value": 1,
@@ -176,12 +246,13 @@ TEST_F(Check, LeavesOutAFixThatWouldDoHarm) {
     EXPECT_THAT(finished.err, HasSubstr("warning: unknown key \"colour\""));
 }
 
-TEST_F(Check, ErrorsComeLastAndAsEver) {
+TEST_F(Check, ErrorsStandInTheirPlace) {
     place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "text", "contents": 1}}})");
     const Finished text = check({});
     EXPECT_EQ(text.status, 1);
-    EXPECT_THAT(text.err, StartsWith("a.json:1:55: warning: unknown key \"contents\""));
-    EXPECT_THAT(text.err, HasSubstr("a.json:1:38: error: "));
+    EXPECT_THAT(text.err, StartsWith("a.json:1:38: error: "));
+    EXPECT_THAT(text.err, HasSubstr(" [missing-key]\n"));
+    EXPECT_THAT(text.err, HasSubstr("a.json:1:55: warning: unknown key \"contents\""));
     for (const char* format : {"text", "json", "sarif", "github"})
         EXPECT_EQ(errorText(check({"--errors", "json", "--format", format}), "kind"), "keyNotFound");
 }
@@ -223,6 +294,36 @@ TEST_F(Check, SaysWhatItCannotReadOrWrite) {
     const Finished json = place.run({"check", "gone.json", "a.json", "--format", "json"});
     EXPECT_EQ(json.status, 1);
     EXPECT_THAT(json.out, HasSubstr("cannot read 'gone.json'"));
+}
+
+TEST_F(Check, ReportsAModelThatIsNone) {
+    place.write("broken.json", "{\n  \"a\": tru\n}");
+    const struct {
+        const char* why;
+        std::string model;
+        const char* json;
+        const char* sarif;
+        const char* github;
+    } rows[] = {
+        {"missing", "gone.json", "\"error\": \"cannot read 'gone.json': No such file or directory\"",
+         "\"text\": \"cannot read 'gone.json': No such file or directory\"",
+         "::error file=gone.json::cannot read 'gone.json': No such file or directory\n"},
+        {"no JSON", "broken.json", "\"code\": \"not-json\"", "\"uri\": \"broken.json\"",
+         "::error file=broken.json,line=2,"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        for (const auto& [format, part] : {std::pair{"json", row.json}, {"sarif", row.sarif}, {"github", row.github}}) {
+            SCOPED_TRACE(format);
+            const Finished finished = place.run({"check", "a.json", "--model", row.model, "--format", format});
+            EXPECT_EQ(finished.status, 1);
+            EXPECT_THAT(finished.out, HasSubstr(part));
+            if (std::string_view(format) != "github") {
+                EXPECT_NO_THROW(static_cast<void>(JSON::parse(finished.out)));
+            }
+            EXPECT_THAT(finished.err, HasSubstr("error: "));
+        }
+    }
 }
 
 }  // namespace

@@ -70,6 +70,7 @@ TEST(Completion, OfBash) {
         {"options of fetch", "tavrin fetch a.json --f", "--fetch"},
         {"screens", "tavrin tree a.json --screen 428", "428x926"},
         {"shells", "tavrin completion z", "zsh"},
+        {"verbs to explain", "tavrin help re", "render"},
         {"no files where there is no document", "tavrin schema a", ""},
         {"files are bash's own", "tavrin tree a", ""},
     };

@@ -76,7 +76,8 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         std::string document;
         std::string text;
     } rows[] = {
-        {"no place", R"({"version": "1.0", "nodes": {}})", "case.json: error: Engine: view must have main node\n"},
+        {"the object that lacks something", R"({"version": "1.0", "nodes": {}})",
+         "case.json:1:29: error: Engine: view must have main node [refused]\n"},
         {"a tab stays a tab", "{\"version\": \"1.0\", \"nodes\":\n\t5}",
          "\n    2 | \t5}\n      | \t^\n      at nodes\n"},
         {"the path", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": 7}]}}})",
@@ -87,7 +88,7 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         {"an expression that leads nowhere",
          "{\"version\": \"1.0\", \"nodes\": {\"main\": {\"type\": \"text\",\n  \"content\": "
          "\"{{initServerParam.a}}\"}}}",
-         "case.json:2:14: error: key path not found in model: [\"a\"]\n    2 |   \"content\": "
+         "case.json:2:14: error: key path not found in model: [\"a\"] [unresolved-expression]\n    2 |   \"content\": "
          "\"{{initServerParam.a}}\"}}}\n"},
         {"columns are characters", "{\"version\": \"1.0\", \"é\": 1, \"nodes\": 5}",
          "\n    1 | {\"version\": \"1.0\", \"é\": 1, \"nodes\": 5}\n      | " + std::string(36, ' ') + "^\n"},
@@ -106,6 +107,18 @@ TEST(Failures, AreWrittenAsCompilersDo) {
         EXPECT_THAT(finished.err, HasSubstr(row.text));
         EXPECT_THAT(finished.err, Not(HasSubstr("\x1b")));
     }
+}
+
+TEST(Failures, ShortenAWayOfManySteps) {
+    const Workplace place;
+    std::string children = R"({"type": "spacr"})";
+    for (int level = 0; level < 50; ++level) children = R"({"type": "vstack", "children": [)" + children + "]}";
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": )" + children + "}}");
+    EXPECT_THAT(place.run({"tree", "a.json"}).err,
+                HasSubstr("      at nodes.main.children[0].children[0]…[0].children[0].children[0].type\n"));
+    EXPECT_EQ(std::get<JSONArray>(errorMember(place.run({"tree", "a.json", "--errors", "json"}), "codingPath").object())
+                  .size(),
+              2U + 2 * 50 + 1);
 }
 
 TEST(Failures, NameStandardInput) {
@@ -134,6 +147,8 @@ TEST(Failures, OfReading) {
         {"too large", {"layout", "huge.json"}, "larger than 256 MiB"},
         {"no name", {"check", ""}, "cannot read ''"},
     };
+    EXPECT_EQ(errorText(place.run({"tree", "b.json", "--errors", "json"}), "file"), "b.json");
+    EXPECT_EQ(errorText(place.run({"tree", "a.json", "--model", "b.json", "--errors", "json"}), "file"), "b.json");
     for (auto row : rows) {
         SCOPED_TRACE(row.why);
         EXPECT_THAT(place.run(row.words).err, HasSubstr(std::string("tavrin: error: cannot read ")));

@@ -86,6 +86,15 @@ TEST_F(Fetching, DocumentsWithoutPicturesAreNoFailure) {
     EXPECT_EQ(finished.out, "fetched 0 of 0 pictures, 0.0 MB\n");
 }
 
+TEST_F(Fetching, SaysThatAddressesStandInTheModel) {
+    place.write("a.json", documentOf({R"("url": "{{initServerParam.first}}", "alt": "{{initServerParam.second}}")",
+                                      url("/ok/1")}));
+    const Finished finished = place.run({"fetch", "a.json", "--image-cache-dir", "pictures"});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.err, "warning: 2 addresses stand in the model; give it with --model FILE\n");
+    EXPECT_EQ(finished.out, "fetched 1 of 1 picture, 0.0 MB\n");
+}
+
 TEST_F(Fetching, RenderTellsOfPicturesThatFail) {
     const std::string bad = server.at("/text");
     const std::string failed = "error LoadImageError: Load Image Failed: " + bad + "\n";
@@ -109,7 +118,12 @@ TEST_F(Fetching, RenderTellsOfPicturesThatFail) {
         words.insert(words.end(), row.options.begin(), row.options.end());
         const Finished finished = place.run(words);
         EXPECT_EQ(finished.status, 0) << "the widget is drawn without";
+        const bool mayFetch = row.requests > 0 || row.options.back() == "public";
         EXPECT_EQ(finished.err.substr(0, row.err.size()), row.err);
+        EXPECT_TRUE(finished.err.ends_with(mayFetch
+                                               ? " missing; `tavrin check` says which\n"
+                                               : "\nwarning: 2 pictures are missing, since nothing may be fetched\n"))
+            << finished.err;
         EXPECT_EQ(server.requests() - before, row.requests);
     }
     place.write("b.json", documentOf({url("/late/20000")}));

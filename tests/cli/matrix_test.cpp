@@ -53,6 +53,30 @@ TEST(Matrix, DrawsWhatASingleRenderDraws) {
     EXPECT_FALSE(place.has("out/w/systemExtraLarge-dark@2x.png")) << "a family that the screen has not";
 }
 
+TEST(Matrix, OnePictureNeedsNoFolder) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("v.json", hello);
+    place.write("m/only.json", R"({"a": "Sun"})");
+    const std::vector<std::string> one{
+        "--families", "systemSmall", "--appearances",       "dark", "--scales", "2", "--models",
+        "m",          "--dates",     "2026-03-01T09:41:00Z"};
+    const auto render = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), "render");
+        words.insert(words.end(), one.begin(), one.end());
+        return place.run(words);
+    };
+    const Finished single = place.run({"render", "w.json", "-o", "-", "--family", "systemSmall", "--appearance", "dark",
+                                       "--scale", "2", "--model", "m/only.json"});
+    EXPECT_EQ(render({"w.json", "-o", "-"}).out, single.out);
+    EXPECT_EQ(render({"w.json", "-o", "x.png"}).status, 0);
+    EXPECT_EQ(place.read("x.png"), single.out);
+    EXPECT_EQ(render({"w.json", "v.json"}).status, 0);
+    EXPECT_EQ(place.read("w.png"), single.out);
+    EXPECT_EQ(render({"w.json", "--format", "svg"}).status, 0);
+    EXPECT_THAT(place.files(), ElementsAre("m/only.json", "v.json", "v.png", "w.json", "w.png", "w.svg", "x.png"));
+}
+
 TEST(Matrix, IndexTellsEverything) {
     const Workplace place;
     place.write("w.json", hello);
@@ -145,8 +169,8 @@ TEST(Matrix, IsRefused) {
         int status;
         const char* message;
     } rows[] = {
-        {"no folder", {"--scales", "1"}, 2, "where to?"},
-        {"standard output", {"--scales", "1", "-o", "-"}, 2, "where to?"},
+        {"no folder", {"--scales", "1,2"}, 2, "where to?"},
+        {"standard output", {"--scales", "1,2", "-o", "-"}, 2, "where to?"},
         {"families and a family", {"--families", "all", "--family", "systemSmall"}, 2, "instead of --family;"},
         {"families and a size", {"--families", "all", "--size", "1x1"}, 2, "instead of --size;"},
         {"scales and a scale", {"--scales", "1", "--scale", "1"}, 2, "instead of --scale;"},

@@ -27,7 +27,9 @@ Workplace::Workplace() {
     folder_ = ::mkdtemp(name.data());
 }
 
-Workplace::~Workplace() { std::filesystem::remove_all(folder_); }
+Workplace::~Workplace() {
+    if (isTemporary_) std::filesystem::remove_all(folder_);
+}
 
 pid_t Workplace::start(const std::vector<std::string>& words, int in, int out, int err) const {
     std::vector<std::string> copies{"tavrin"};
@@ -48,12 +50,21 @@ pid_t Workplace::start(const std::vector<std::string>& words, int in, int out, i
 Finished Workplace::run(const std::vector<std::string>& words, std::string_view input) const {
     const Workplace streams;
     streams.write("in", input);
-    const auto open = [&](const char* name, int flags) {
-        return ::open(streams.path(name).c_str(), flags | O_CLOEXEC, 0600);
+    return runFrom(streams.path("in"), words);
+}
+
+Finished Workplace::runIn(const std::string& folder, const std::vector<std::string>& words) const {
+    return Workplace(path(folder), false).run(words);
+}
+
+Finished Workplace::runFrom(const std::string& file, const std::vector<std::string>& words) const {
+    const Workplace streams;
+    const auto open = [](const std::filesystem::path& path, int flags) {
+        return ::open(path.c_str(), flags | O_CLOEXEC, 0600);
     };
-    const int in = open("in", O_RDONLY);
-    const int out = open("out", O_WRONLY | O_CREAT);
-    const int err = open("err", O_WRONLY | O_CREAT);
+    const int in = open(path(file), O_RDONLY);
+    const int out = open(streams.path("out"), O_WRONLY | O_CREAT);
+    const int err = open(streams.path("err"), O_WRONLY | O_CREAT);
     const int status = waitFor(start(words, in, out, err));
     for (const int descriptor : {in, out, err}) ::close(descriptor);
     return {status, streams.read("out"), streams.read("err")};

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include "tavrin/json/json.h"
@@ -28,6 +29,12 @@ public:
     /// Runs the program in the folder with `input` as its standard input.
     [[nodiscard]] Finished run(const std::vector<std::string>& words, std::string_view input = {}) const;
 
+    /// The same with one of the folder's files as standard input.
+    [[nodiscard]] Finished runFrom(const std::string& file, const std::vector<std::string>& words) const;
+
+    /// Runs the program in a folder below.
+    [[nodiscard]] Finished runIn(const std::string& folder, const std::vector<std::string>& words) const;
+
     /// Starts the program in the folder and returns its process; what it prints is lost. Descriptors below 0 are
     /// /dev/null.
     [[nodiscard]] pid_t start(const std::vector<std::string>& words, int in = -1, int out = -1, int err = -1) const;
@@ -40,7 +47,10 @@ public:
     [[nodiscard]] std::filesystem::path path(const std::string& name) const { return folder_ / name; }
 
 private:
+    Workplace(std::filesystem::path folder, bool isTemporary) : folder_(std::move(folder)), isTemporary_(isTemporary) {}
+
     std::filesystem::path folder_;
+    bool isTemporary_ = true;
 };
 
 /// Waits for a process; see `Finished::status`.

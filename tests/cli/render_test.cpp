@@ -178,6 +178,46 @@ TEST(Render, LeavesNothingBehindAFailure) {
     EXPECT_EQ(place.read("b.png"), "as it was");
 }
 
+TEST(Render, NeverWritesOverWhatItReads) {
+    const struct {
+        const char* why;
+        std::vector<std::string> words;
+    } rows[] = {
+        {"the document", {"render", "a.json", "--format", "png", "-o", "a.json"}},
+        {"the document by another way", {"render", "a.json", "--format", "svg", "-o", "sub/../a.json"}},
+        {"a link to the document", {"render", "a.json", "-o", "link.png"}},
+        {"a document that is a link", {"render", "link.png", "--format", "png", "-o", "a.json"}},
+        {"a link that leads nowhere else", {"render", "link.png"}},
+        {"the model", {"render", "b.json", "--model", "m.json", "--format", "pdf", "-o", "m.json"}},
+        {"standard input", {"render", "-", "-o", "in.png"}},
+        {"one of several", {"render", "b.json", "link.png", "-o", "."}},
+        {"an animation",
+         {"render", "a.json", "--frames", "2026-03-01T09:41:00Z..2026-03-01T09:41:01Z", "-o", "link.png"}},
+        {"numbered frames",
+         {"render", "a.json", "--frames", "2026-03-01T09:41:00Z..2026-03-01T09:41:01Z", "-o", "f%d.png"}},
+        {"an index", {"render", "index.json", "--scales", "1,2", "-o", "."}},
+        {"a model of several", {"render", "b.json", "--models", ".", "--scales", "1,2", "-o", "."}},
+        {"a snapshot", {"snapshot", "b.json", "b/systemMedium-light@3x.json", "--dir", "."}},
+    };
+    const Workplace place;
+    for (const char* name : {"a.json", "b.json", "index.json", "in.png", "b/systemMedium-light@3x.json"})
+        place.write(name, hello);
+    place.write("m.json", "{}");
+    place.write("sub/readme", "");
+    for (const char* link : {"link.png", "f2.png"}) std::filesystem::create_symlink("a.json", place.path(link));
+    const std::vector<std::string> before = place.files();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const Finished finished = place.runFrom("in.png", row.words);
+        EXPECT_EQ(finished.status, 2);
+        EXPECT_THAT(finished.err, HasSubstr("would be written over the "));
+        EXPECT_EQ(place.files(), before);
+        for (const char* name : {"a.json", "b.json", "index.json", "in.png"}) EXPECT_EQ(place.read(name), hello);
+        EXPECT_EQ(place.read("m.json"), "{}");
+    }
+    EXPECT_EQ(place.run({"render", "a.json", "-o", "/dev/null", "--format", "png"}).status, 0);
+}
+
 TEST(Render, AFullDiskIsAFailure) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
     const Workplace place;

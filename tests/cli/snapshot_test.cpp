@@ -47,8 +47,26 @@ TEST(Snapshot, IsRecordedComparedAndUpdated) {
     const Finished updated = place.run(updating);
     EXPECT_EQ(updated.status, 0);
     EXPECT_EQ(updated.out, "2 snapshots: 2 updated\n");
-    EXPECT_FALSE(place.has("kept/failures/w/systemMedium-light@2x.png")) << "nothing differs any more";
+    EXPECT_FALSE(place.has("kept/failures")) << "nothing differs any more";
     EXPECT_EQ(place.run(updating).out, "2 snapshots: 2 the same\n");
+}
+
+TEST(Snapshot, HasOneNameHoweverItsDocumentIsWritten) {
+    const Workplace place;
+    place.write("widgets/w.json", hello);
+    place.write("deep/er/readme", "");
+    EXPECT_EQ(place.run({"snapshot", "widgets/w.json", "--dir", "kept"}).out, "1 snapshot: 1 new\n");
+    const std::string top = place.path("x").parent_path().filename().string();
+    for (const std::string& document : {std::string("./widgets/../widgets/w.json"), "../" + top + "/widgets/w.json",
+                                        place.path("widgets/w.json").string()}) {
+        SCOPED_TRACE(document);
+        EXPECT_EQ(place.run({"snapshot", document, "--dir", "kept"}).out, "1 snapshot: 1 the same\n");
+    }
+    EXPECT_EQ(place.runIn("widgets", {"snapshot", "w.json", "--dir", "../kept"}).out, "1 snapshot: 1 the same\n");
+    EXPECT_EQ(place.run({"snapshot", "widgets/w.json", "--dir", "deep/er"}).status, 0);
+    EXPECT_TRUE(place.has("deep/er/widgets/w/systemMedium-light@3x.png")) << "not below the snapshots' parent";
+    EXPECT_EQ(place.run({"snapshot", "widgets/w.json", "--dir", "."}).status, 0);
+    EXPECT_TRUE(place.has("widgets/w/systemMedium-light@3x.png"));
 }
 
 TEST(Snapshot, ShowsAlwaysTheSameMoment) {
@@ -89,6 +107,7 @@ TEST(Snapshot, SaysWhatDiffers) {
         const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept", "-o", "wrong", "--errors", "json"});
         EXPECT_EQ(finished.status, 1);
         EXPECT_EQ(errorText(finished, "type"), "SnapshotDifference");
+        EXPECT_EQ(errorText(finished, "file"), "w.json");
         EXPECT_THAT(errorText(finished, "message"), HasSubstr(row.message));
         EXPECT_TRUE(place.has("wrong/w/systemMedium-light@3x.png"));
     }

@@ -44,7 +44,9 @@ TEST(Usage, IsRefused) {
         {"no such family",
          {"tree", "a.json", "--family", "huge"},
          "accessoryRectangular or accessoryInline, not 'huge'"},
-        {"a family that the screen has not", {"tree", "a.json", "--family", "systemExtraLarge"}, "390x844 has no"},
+        {"a family that the screen has not",
+         {"tree", "a.json", "--family", "systemExtraLarge"},
+         "390x844 has no systemExtraLarge; "},
         {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give --size, or one of 428x926"},
         {"a screen that is no size", {"tree", "a.json", "--screen", "phone"}, "such as 338x158"},
         {"a size and a family", {"tree", "a.json", "--size", "1x1", "--family", "systemSmall"}, "instead of --family"},
@@ -119,6 +121,19 @@ TEST(Usage, IsRefused) {
         {"numbered pictures as WebP", framesWith({"-o", "a-%d.png", "--format", "webp"}), "numbered frames are PNGs"},
         {"frames with two numbers", framesWith({"-o", "%d-%02d.png"}), "two places for a frame's number"},
         {"another verb's option", {"layout", "a.json", "--frames", "x"}, "no option --frames"},
+        {"frames numbered as letters", framesWith({"-o", "c%s.png"}),
+         "written %d or, with zeros in front, %04d, not '%s'"},
+        {"frames numbered with blanks", framesWith({"-o", "c%5d.webp"}), "not '%5d'"},
+        {"frames in a folder that is new", framesWith({"-o", "dirx"}), "a new one's name ends in /"},
+        {"a picture in a folder that is new", {"render", "a.json", "-o", "dirx"}, "the name of a new folder ends in /"},
+        {"a WebP without frames", {"render", "a.json", "-o", "a.webp"}, "say which moments with --frames"},
+        {"a format of frames", {"render", "a.json", "--format", "webp"}, "say which moments with --frames"},
+        {"several pictures in one file", {"render", "a.json", "--scales", "1,2", "-o", "a.png"}, "instead of 'a.png'"},
+        {"several pictures in an animation", {"render", "a.json", "--scales", "1,2", "-o", "a.webp"}, "give a folder"},
+        {"all is a word", {"check", "a.json", "--families", "huge"}, "accessoryInline or all, not 'huge'"},
+        {"all is one of the appearances", {"check", "a.json", "--appearances", "al"}, "did you mean 'all'?"},
+        {"the help of nothing", {"help", "rendr"}, "did you mean 'render'?"},
+        {"help of two verbs", {"help", "render", "tree"}, "one verb, not 2"},
         {"no shell", {"completion"}, "takes one shell"},
         {"a schema of something", {"schema", "a.json"}, "takes no document"},
         {"an unknown shell", {"completion", "fihs"}, "did you mean 'fish'?"},
@@ -177,6 +192,11 @@ TEST(Usage, IsExplained) {
         {{"render", "--help"}, "--offline"},
         {{"schema", "--help"}, "Usage: tavrin schema"},
         {{"completion", "--help"}, "bash|zsh|fish"},
+        {{"help"}, "Usage: tavrin VERB"},
+        {{"help", "render"}, "Usage: tavrin render DOC"},
+        {{"help", "help"}, "Usage: tavrin help [VERB]"},
+        {{"tree", "--help"}, "Families: systemSmall, systemMedium,"},
+        {{"tree", "--help"}, "Screens: 428x926, "},
         {{"--version"}, "tavrin "},
     };
     for (const auto& row : rows) {
@@ -188,6 +208,52 @@ TEST(Usage, IsExplained) {
         EXPECT_TRUE(finished.out.ends_with('\n'));
     }
     EXPECT_THAT(place.run({"tree", "--help"}).out, Not(HasSubstr("--rounded")));
+}
+
+TEST(Usage, ErrorsLeadToTheHelpOfTheVerb) {
+    const Workplace place;
+    const struct {
+        std::vector<std::string> words;
+        const char* hint;
+    } rows[] = {
+        {{"render", "a.json", "-o", "a.jpg"}, "\n`tavrin render --help` explains it.\n"},
+        {{"--errors", "text", "tree"}, "\n`tavrin tree --help` explains it.\n"},
+        {{"tere", "tree"}, "\n`tavrin --help` and `tavrin help VERB` explain the command line.\n"},
+        {{}, "\n`tavrin --help` and `tavrin help VERB` explain the command line.\n"},
+    };
+    for (const auto& row : rows) EXPECT_TRUE(place.run(row.words).err.ends_with(row.hint)) << row.hint;
+}
+
+TEST(Usage, OnlyCloseWordsAreSuggested) {
+    const Workplace place;
+    const struct {
+        const char* word;
+        bool isClose;
+    } rows[] = {{"night", false}, {"lihgt", true}, {"ilght", true}, {"ight", true}, {"llight", true}, {"Light", true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.word);
+        const std::string text = place.run({"tree", "a.json", "--appearance", row.word}).err;
+        EXPECT_EQ(text.find("did you mean 'light'?") != std::string::npos, row.isClose);
+    }
+}
+
+TEST(Usage, AFolderOfPicturesMustBeThere) {
+    const Workplace place;
+    place.write("a.json", hello);
+    for (const char* verb : {"render", "layout", "targets", "explain", "check", "snapshot"}) {
+        SCOPED_TRACE(verb);
+        std::vector<std::string> words{verb, "a.json", "--image-cache-dir", "gone", "--errors", "json"};
+        if (std::string_view(verb) == "snapshot") words.insert(words.end(), {"--dir", "kept"});
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_EQ(errorText(finished, "type"), "IOError");
+        EXPECT_EQ(errorText(finished, "message"), "cannot read the pictures in 'gone': No such file or directory");
+        EXPECT_EQ(errorText(finished, "file"), "gone");
+    }
+    EXPECT_THAT(place.run({"check", "a.json", "--image-cache-dir", "a.json"}).err, HasSubstr("Not a directory"));
+    EXPECT_EQ(place.run({"tree", "a.json", "--image-cache-dir", "gone"}).status, 0) << "it reads no pictures";
+    EXPECT_EQ(place.run({"fetch", "a.json", "--image-cache-dir", "gone"}).status, 0) << "it makes the folder";
+    EXPECT_TRUE(place.has("gone"));
 }
 
 TEST(Usage, DocumentsBehindTwoDashesMayLookLikeOptions) {

@@ -1,0 +1,35 @@
+#include "cli/missing_pictures.h"
+
+#include <cstddef>
+
+#include "tavrin/images/web_image.h"
+#include "tavrin/platform/layout/drawing_walk.h"
+#include "tavrin/platform/ui/views.h"
+
+namespace tavrin::cli {
+namespace {
+
+bool isMissing(const layout::LayoutTree& tree, layout::LayoutTree::Index index) {
+    const auto* const image = tree.node(index).view->as<WebImage>();
+    if (!image || !(image->url || image->alt)) return false;
+    const auto* const drawn = tree.node(tree.content(index)).view->as<Image>();
+    return drawn && !drawn->bitmap;
+}
+
+}  // namespace
+
+void noteMissingPictures(ImageRenderer& renderer, FetchPolicy policy, std::vector<std::string>& notes) {
+    const layout::LayoutTree& tree = renderer.layoutTree();
+    std::size_t count = 0;
+    layout::walkDrawn<layout::DrawnPlace>(tree, [&](const layout::DrawnPlace& at) {
+        count += std::size_t{isMissing(tree, at.index)};
+        return true;
+    });
+    if (count == 0) return;
+    const std::string pictures = count == 1 ? "1 picture is" : std::to_string(count) + " pictures are";
+    const char* const reason =
+        policy == FetchPolicy::none ? ", since nothing may be fetched" : "; `tavrin check` says which";
+    notes.push_back("warning: " + pictures + " missing" + reason);
+}
+
+}  // namespace tavrin::cli

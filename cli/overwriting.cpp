@@ -1,0 +1,98 @@
+#include "cli/overwriting.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+#include "cli/input.h"
+#include "cli/snapshot/snapshot.h"
+#include "cli/usage_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+/// What tells a file from all others, whatever it is called.
+using Identity = std::pair<dev_t, ino_t>;
+
+std::optional<Identity> identityOf(const struct stat& status) {
+    if (!S_ISREG(status.st_mode)) return std::nullopt;  // a device or pipe may be both
+    return Identity{status.st_dev, status.st_ino};
+}
+
+std::optional<Identity> identityOf(const std::string& input) {
+    struct stat status {};
+    const int failed = input == "-" ? ::fstat(STDIN_FILENO, &status) : ::stat(input.c_str(), &status);
+    return failed == 0 ? identityOf(status) : std::nullopt;
+}
+
+/// The files that are read.
+class Inputs {
+public:
+    explicit Inputs(const Arguments& arguments) : option_(arguments.snapshot ? "--dir" : "--output") {
+        for (const std::string& document : arguments.documents) add(document, "document");
+        if (arguments.model) add(*arguments.model, "model");
+        if (!arguments.matrix) return;
+        for (const Matrix::Model& model : arguments.matrix->models)
+            if (model.path) add(*model.path, "model");
+    }
+
+    void refuse(const std::filesystem::path& output) const {
+        const auto identity = identityOf(output.string());
+        const auto input = identity ? inputs_.find(*identity) : inputs_.end();
+        if (input == inputs_.end()) return;
+        throw UsageError("'" + output.string() + "' would be written over the " + input->second + "; give another " +
+                         option_);
+    }
+
+private:
+    void add(const std::string& path, const char* role) {
+        if (const auto identity = identityOf(path))
+            inputs_.emplace(*identity, std::string(role) + " '" + displayName(path) + "'");
+    }
+
+    std::string option_;  // that says where outputs go
+    std::map<Identity, std::string> inputs_;
+};
+
+using Visit = std::function<void(const std::filesystem::path&)>;
+
+void forEachOutput(const Frames& frames, const Visit& visit) {
+    if (frames.kind == Frames::Kind::file) visit(frames.path);
+    if (frames.kind != Frames::Kind::numberedFiles) return;
+    for (std::size_t frame = 1; frame <= frames.span.count(); ++frame) visit(frames.pathOf(frame));
+}
+
+void forEachCell(const Matrix& matrix, const std::function<void(const std::string& name)>& visit) {
+    for (std::size_t index = 0; index < matrix.count(); ++index) visit(nameOf(matrix, cellAt(matrix, index)));
+}
+
+void forEachOutput(const Arguments& arguments, const Visit& visit) {
+    if (arguments.snapshot) {
+        forEachCell(*arguments.matrix, [&](const std::string& name) {
+            const SnapshotFiles files(arguments.snapshot->folder, name);
+            visit(files.png);
+            visit(files.tree);
+        });
+    } else if (arguments.matrix) {
+        for (const char* name : {"index.json", "index.html"}) visit(arguments.matrixFolder / name);
+        forEachCell(*arguments.matrix,
+                    [&](const std::string& name) { visit(arguments.matrixFolder / (name + ".png")); });
+    } else if (arguments.frames) {
+        forEachOutput(*arguments.frames, visit);
+    } else if (arguments.verb == Verb::render && arguments.destination.kind != Destination::Kind::standardOutput) {
+        for (const std::string& document : arguments.documents) visit(arguments.destination.pathFor(document));
+    }
+}
+
+}  // namespace
+
+void refuseToOverwriteInputs(const Arguments& arguments) {
+    const Inputs inputs(arguments);
+    forEachOutput(arguments, [&](const std::filesystem::path& output) { inputs.refuse(output); });
+}
+
+}  // namespace tavrin::cli
