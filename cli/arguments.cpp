@@ -1,7 +1,6 @@
 #include "cli/arguments.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -135,16 +134,6 @@ void readMatrixArguments(const Command& command, const Values& values, Arguments
     arguments.matrixFolder = *output;
 }
 
-/// Whoever lays out looks for pictures in the folder for them; `fetch` makes it.
-void checkPictureFolder(const Arguments& arguments) {
-    constexpr VerbSet others{Verb::tree, Verb::fetch};
-    if (!arguments.imageCacheDir || others.contains(arguments.verb)) return;
-    std::error_code error;
-    if (std::filesystem::is_directory(*arguments.imageCacheDir, error)) return;
-    const std::string folder = arguments.imageCacheDir->string();
-    throw IOError("cannot read the pictures in '" + folder + "'", error ? error.value() : ENOTDIR, folder);
-}
-
 }  // namespace
 
 Arguments readArguments(const Command& command) {
@@ -164,7 +153,6 @@ Arguments readArguments(const Command& command) {
     values.read("--image-cache-dir", readFolder, arguments.imageCacheDir);
     if (command.verb == Verb::fetch && !arguments.imageCacheDir)
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
-    checkPictureFolder(arguments);
     arguments.fetchPolicy = fetchPolicyOf(values);
     std::size_t ignored = 0;
     values.choose("--errors", textFormatWords, ignored);

@@ -1,6 +1,8 @@
 #include "cli/missing_pictures.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 #include "tavrin/images/web_image.h"
 #include "tavrin/platform/layout/drawing_walk.h"
@@ -16,9 +18,18 @@ bool isMissing(const layout::LayoutTree& tree, layout::LayoutTree::Index index) 
     return drawn && !drawn->bitmap;
 }
 
+/// What can be said of all of them at once.
+std::string reasonOf(const Arguments& arguments) {
+    std::error_code error;
+    if (arguments.imageCacheDir && !std::filesystem::is_directory(*arguments.imageCacheDir, error))
+        return ", since there is no folder '" + arguments.imageCacheDir->string() + "'";
+    if (!arguments.imageCacheDir && arguments.fetchPolicy == FetchPolicy::none) return ", since nothing may be fetched";
+    return "; `tavrin check` says which";
+}
+
 }  // namespace
 
-void noteMissingPictures(ImageRenderer& renderer, FetchPolicy policy, std::vector<std::string>& notes) {
+void noteMissingPictures(ImageRenderer& renderer, const Arguments& arguments, std::vector<std::string>& notes) {
     const layout::LayoutTree& tree = renderer.layoutTree();
     std::size_t count = 0;
     layout::walkDrawn<layout::DrawnPlace>(tree, [&](const layout::DrawnPlace& at) {
@@ -27,9 +38,7 @@ void noteMissingPictures(ImageRenderer& renderer, FetchPolicy policy, std::vecto
     });
     if (count == 0) return;
     const std::string pictures = count == 1 ? "1 picture is" : std::to_string(count) + " pictures are";
-    const char* const reason =
-        policy == FetchPolicy::none ? ", since nothing may be fetched" : "; `tavrin check` says which";
-    notes.push_back("warning: " + pictures + " missing" + reason);
+    notes.push_back("warning: " + pictures + " missing" + reasonOf(arguments));
 }
 
 }  // namespace tavrin::cli

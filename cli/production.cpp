@@ -45,7 +45,7 @@ std::string product(const Arguments& arguments, const Source& document, const An
     ImageRenderer renderer(view, std::move(options));
     if (arguments.verb == Verb::render) {
         std::string picture = renderer.encode(arguments.destination.format);
-        noteMissingPictures(renderer, arguments.fetchPolicy, notes);
+        noteMissingPictures(renderer, arguments, notes);
         return picture;
     }
     if (arguments.verb == Verb::layout) return withLineEnd(renderer.layoutText());
