@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -61,6 +62,9 @@ private:
     using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
     using Message = boost::beast::http::response<boost::beast::http::string_body>;
 
+    /// What is read and not understood yet: a head, or the line before a chunk. Bodies are taken out as they come.
+    static constexpr std::size_t maximumBuffer = std::size_t{128} << 10;
+
     void waitForRequest(std::chrono::seconds patience);
     void readHead();
     void readBody();
@@ -74,7 +78,7 @@ private:
 
     boost::beast::tcp_stream stream_;
     HTTPSessionHost& host_;
-    boost::beast::flat_buffer buffer_;
+    boost::beast::flat_buffer buffer_{maximumBuffer};
     std::optional<Parser> parser_;
     Message message_;
     bool goesOn_ = true;   // whether another request may follow

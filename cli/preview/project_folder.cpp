@@ -109,6 +109,7 @@ ProjectText ProjectFolder::read(const std::string& path) const {
 }
 
 std::string ProjectFolder::save(const std::string& path, std::string_view text, const std::string& revision) {
+    if (text.size() > maximumBytes) throw FolderError(tooLarge, "a text of more than 8 MiB is not saved");
     const std::lock_guard lock(saving_);
     const ProjectText present = read(path);
     if (present.revision != revision) throw FolderError(conflict, quoted(path) + " has changed on disk meanwhile");

@@ -12,7 +12,8 @@ constexpr unsigned misdirected = 421;
 constexpr unsigned wrongType = 415;
 
 bool isOwnHost(const std::string& host, std::uint16_t port) {
-    const std::string behind = ":" + tavrin::toText(std::int64_t{port});
+    constexpr std::uint16_t usualPort = 80;  // which browsers leave out
+    const std::string behind = port == usualPort ? "" : ":" + tavrin::toText(std::int64_t{port});
     return host == "127.0.0.1" + behind || host == "localhost" + behind;
 }
 

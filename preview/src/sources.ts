@@ -79,7 +79,7 @@ export class Sources {
         byId("save").addEventListener("click", () => void this.save());
         byId("reload").addEventListener("click", () => void this.reloadAll());
         byId("keep").addEventListener("click", () => (byId("changed-on-disk").hidden = true));
-        window.addEventListener("hashchange", () => void this.choose(decodeURIComponent(location.hash.slice(1))));
+        window.addEventListener("hashchange", () => void this.choose(wantedPath()));
         window.addEventListener("beforeunload", (event) => this.isChanged && event.preventDefault());
     }
 
@@ -98,7 +98,7 @@ export class Sources {
     /** Lists the folder's documents and opens the one that the address names, or the first. */
     async start(): Promise<void> {
         this.list();
-        const wanted = decodeURIComponent(location.hash.slice(1));
+        const wanted = wantedPath();
         const documents = this.state.files.filter((file) => file.kind === "document");
         const first = documents.find((file) => file.path === wanted) ?? documents[0];
         if (first) await this.open(first.path);
@@ -211,6 +211,15 @@ export class Sources {
         }
         byId<HTMLButtonElement>("save").disabled = !this.isChanged;
         document.title = `${this.isChanged ? "• " : ""}${this.document.path ?? this.state.project.name} – Tavrin`;
+    }
+}
+
+/** The document that the address names; nothing where it is no text. */
+function wantedPath(): string {
+    try {
+        return decodeURIComponent(location.hash.slice(1));
+    } catch {
+        return "";
     }
 }
 

@@ -38,6 +38,13 @@ TEST(HTTPServer, AnswersOneRequestAfterTheOther) {
                      "Connection: close\r\n\r\nbody");
     EXPECT_THAT(answers, HasSubstr("GET /a b é "));
     EXPECT_THAT(answers, HasSubstr("POST /c  body"));
+    const std::string text(std::size_t{5} << 20, 'x');
+    const std::string end = "Connection: close\r\nContent-Type: application/json\r\n";
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Content-Length: 5242880\r\n\r\n" + text),
+                EndsWith(text));
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Transfer-Encoding: chunked\r\n\r\n500000\r\n" +
+                             text + "\r\n0\r\n\r\n"),
+                EndsWith(text));
 }
 
 TEST(HTTPServer, RefusesWhatIsTooLargeOrNoRequest) {
@@ -52,6 +59,9 @@ TEST(HTTPServer, RefusesWhatIsTooLargeOrNoRequest) {
     EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Content-Length: 17825792\r\n\r\n" + body),
                 StartsWith("HTTP/1.1 413"))
         << "also to one that goes on sending";
+    const std::string chunk = "1;" + std::string(std::size_t{1} << 20, 'x');
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Transfer-Encoding: chunked\r\n\r\n" + chunk),
+                StartsWith("HTTP/1.1 400"));
 }
 
 TEST(HTTPServer, AnswersHeadAsGetWithoutTheBody) {

@@ -122,6 +122,7 @@ TEST(ProjectFolder, SavesOnlyOverWhatItHasRead) {
     EXPECT_EQ(folder.read("a.json").revision, next);
     EXPECT_THROW(folder.save("a.json", "lost", revision), FolderError);
     EXPECT_THROW(folder.save("new.json", "", ""), FolderError);
+    EXPECT_THROW(folder.save("a.json", std::string(ProjectFolder::maximumBytes + 1, ' '), next), FolderError);
     EXPECT_THROW(folder.save("../a.json", "", next), FolderError);
     EXPECT_EQ(scratch.read("a.json"), "newer");
     EXPECT_EQ(paths(folder), std::vector<std::string>{"a.json"}) << "nothing else is left";

@@ -57,5 +57,11 @@ TEST(RequestGuard, LetsOnlyTheOwnPageAsk) {
     }
 }
 
+TEST(RequestGuard, KnowsThePortThatBrowsersLeaveOut) {
+    EXPECT_FALSE(refusal({.method = "GET", .path = "/", .host = "localhost"}, 80));
+    EXPECT_TRUE(refusal({.method = "GET", .path = "/", .host = "localhost"}, 8080));
+    EXPECT_TRUE(refusal({.method = "GET", .path = "/", .host = "evil.example"}, 80));
+}
+
 }  // namespace
 }  // namespace tavrin::cli
