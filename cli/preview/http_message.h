@@ -8,7 +8,7 @@ namespace tavrin::cli {
 
 /// What the preview reads of a request.
 struct HTTPRequest {
-    std::string method;
+    std::string method;          ///< "HEAD" is asked as "GET"; the server leaves the body out
     std::string path;            ///< decoded, without the query
     std::string query = {};      ///< what stands behind "?", as it was sent
     std::string host = {};       ///< the header of that name; empty where it is missing, like those below
@@ -28,6 +28,8 @@ struct HTTPResponse {
     std::string body = {};
     /// Scripts and styles with this nonce may run in the page; empty for what is no page.
     std::string nonce = {};
+    /// The methods that the path does understand, with status 405.
+    std::string allow = {};
     /// Whether the connection stays open for the server's events.
     bool isEventStream = false;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <exception>
@@ -12,6 +13,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/asio/thread_pool.hpp>
 
 #include "cli/io_error.h"
@@ -26,6 +28,8 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 
 constexpr std::size_t maximumSessions = 64;
+constexpr std::size_t maximumListeners = 16;
+constexpr std::chrono::milliseconds pauseAfterFailure{100};
 constexpr std::size_t handlerThreads = 4;
 constexpr unsigned internalError = 500;
 
@@ -95,12 +99,18 @@ public:
     }
 
     void listens(const std::shared_ptr<HTTPSession>& session) override {
+        if (listeners_.size() == maximumListeners) {
+            if (const auto oldest = listeners_.front().lock()) oldest->close();
+            listeners_.erase(listeners_.begin());
+        }
         listeners_.push_back(session);
         listenerCount_ = listeners_.size();
     }
 
-    void ended(HTTPSession&) override {
-        --sessions_;
+    void begun(HTTPSession& session) override { sessions_.push_back(&session); }
+
+    void ended(HTTPSession& session) override {
+        std::erase(sessions_, &session);
         std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
         listenerCount_ = listeners_.size();
     }
@@ -108,23 +118,42 @@ public:
 private:
     void accept() {
         acceptor_.async_accept([this](boost::system::error_code error, tcp::socket socket) {
-            if (!error && sessions_ < maximumSessions) {
-                ++sessions_;
+            if (error) return acceptLater();
+            if (sessions_.size() < maximumSessions || closeOldestIdle()) {
                 socket.set_option(tcp::no_delay(true), error);
-                std::make_shared<HTTPSession>(std::move(socket), *this)->read();
+                std::make_shared<HTTPSession>(std::move(socket), *this)->start();
             }
             accept();
         });
     }
 
+    /// Where there is no room for another connection even in the process, asking again at once would not help.
+    void acceptLater() {
+        closeOldestIdle();
+        pause_.expires_after(pauseAfterFailure);
+        pause_.async_wait([this](boost::system::error_code) { accept(); });
+    }
+
+    /// Makes room for a new connection. False where every other one is busy.
+    bool closeOldestIdle() {
+        HTTPSession* oldest = nullptr;
+        for (HTTPSession* const session : sessions_) {
+            if (!session->idleSince()) continue;
+            if (oldest == nullptr || *session->idleSince() < *oldest->idleSince()) oldest = session;
+        }
+        if (oldest != nullptr) oldest->close();
+        return oldest != nullptr;
+    }
+
     // Sessions stand in the context's queue and call this object when they end, so all they use stands above it.
-    std::size_t sessions_ = 0;
+    std::vector<HTTPSession*> sessions_;
     std::vector<std::weak_ptr<HTTPSession>> listeners_;
     std::atomic<std::size_t> listenerCount_ = 0;
     Handler handler_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
     asio::signal_set signals_{context_};
+    asio::steady_timer pause_{context_};
     asio::thread_pool handlers_{handlerThreads};
 };
 

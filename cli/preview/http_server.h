@@ -11,7 +11,8 @@ namespace tavrin::cli {
 
 /// An HTTP server on 127.0.0.1. One thread talks to all connections; handlers run on a few others.
 ///
-/// Bounded: 64 connections, bodies of 16 MiB, heads of 16 KiB, 30 seconds for a request to arrive.
+/// Bounded: 64 connections, of which the one that has been idle longest makes room for a new one; 16 pages that listen;
+/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive.
 class HTTPServer {
 public:
     /// Answers a request; called by several threads at once. What it throws becomes status 500.

@@ -16,10 +16,14 @@ namespace {
 
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
+using boost::asio::ip::tcp;
 
 constexpr std::uint64_t maximumBody = std::uint64_t{16} << 20;
 constexpr std::uint32_t maximumHead = 16 << 10;
-constexpr std::chrono::seconds patience{30};
+constexpr std::size_t firstBytes = 4096;
+constexpr std::chrono::seconds headPatience{5};
+constexpr std::chrono::seconds bodyPatience{30};  // also for answers: the port may be forwarded over a slow line
+constexpr std::chrono::seconds betweenRequests{30};
 constexpr std::size_t maximumUnsent = 256;
 constexpr unsigned tooLarge = 413;
 constexpr unsigned badRequest = 400;
@@ -28,7 +32,7 @@ std::string text(beast::string_view view) { return {view.data(), view.size()}; }
 
 HTTPRequest requestOf(http::request<http::string_body>&& message) {
     HTTPRequest request;
-    request.method = text(message.method_string());
+    request.method = message.method() == http::verb::head ? "GET" : text(message.method_string());
     const std::string target = text(message.target());
     const std::size_t mark = std::min(target.find('?'), target.size());
     request.path = percentDecoded(std::string_view(target).substr(0, mark));
@@ -49,38 +53,74 @@ bool isAboutMessage(beast::error_code error) {
 
 }  // namespace
 
-void HTTPSession::read() {
+void HTTPSession::start() { waitForRequest(headPatience); }
+
+void HTTPSession::waitForRequest(std::chrono::seconds time) {
+    idleSince_ = Clock::now();
+    if (buffer_.size() > 0) return readHead();
+    stream_.expires_after(time);
+    stream_.async_read_some(buffer_.prepare(firstBytes),
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                if (error) return self->close();
+                                self->buffer_.commit(count);
+                                self->readHead();
+                            });
+}
+
+void HTTPSession::readHead() {
     parser_.emplace();
     parser_->body_limit(maximumBody);
     parser_->header_limit(maximumHead);
-    stream_.expires_after(patience);
+    isHead_ = false;
+    stream_.expires_after(headPatience);
+    http::async_read_header(stream_, buffer_, *parser_,
+                            [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                error ? self->refuseBroken(error) : self->readBody();
+                            });
+}
+
+void HTTPSession::readBody() {
+    stream_.expires_after(bodyPatience);
     http::async_read(stream_, buffer_, *parser_, [self = shared_from_this()](beast::error_code error, std::size_t) {
-        if (!error) return self->take();
-        if (!isAboutMessage(error)) return self->close();
-        const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
-        self->goesOn_ = false;
-        self->answer(HTTPResponse::failure(isTooLarge ? tooLarge : badRequest,
-                                           isTooLarge ? "the request is too large" : "this is no HTTP request"));
+        error ? self->refuseBroken(error) : self->take();
     });
 }
 
 void HTTPSession::take() {
     stream_.expires_never();  // a handler takes the time it takes
-    goesOn_ = parser_->keep_alive();
+    idleSince_ = std::nullopt;
+    const auto& message = parser_->get();
+    goesOn_ = message.keep_alive();
+    isHead_ = message.method() == http::verb::head;
+    if (message.count(http::field::host) > 1) return refuse(badRequest, "a request names one Host");
     host_.handle(shared_from_this(), requestOf(parser_->release()));
 }
 
+void HTTPSession::refuseBroken(boost::system::error_code error) {
+    if (!isAboutMessage(error)) return close();
+    const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
+    refuse(isTooLarge ? tooLarge : badRequest, isTooLarge ? "the request is too large" : "this is no HTTP request");
+}
+
+void HTTPSession::refuse(unsigned status, std::string_view message) {
+    goesOn_ = false;
+    answer(HTTPResponse::failure(status, message));
+}
+
 void HTTPSession::answer(HTTPResponse response) {
-    if (response.isEventStream) return becomeEventStream(response);
+    if (response.isEventStream && !isHead_) return becomeEventStream(response);
     message_ = {};
     message_.result(response.status);
     for (const auto& [name, value] : headersOf(response)) message_.set(name, value);
     message_.body() = std::move(response.body);
     message_.keep_alive(goesOn_);
     message_.prepare_payload();
-    stream_.expires_after(patience);
+    if (isHead_) message_.body().clear();  // after its length was taken
+    idleSince_ = Clock::now();
+    stream_.expires_after(bodyPatience);
     http::async_write(stream_, message_, [self = shared_from_this()](beast::error_code error, std::size_t) {
-        !error && self->goesOn_ ? self->read() : self->close();
+        if (error) return self->close();
+        self->goesOn_ ? self->waitForRequest(betweenRequests) : self->endAnswer();
     });
 }
 
@@ -89,15 +129,8 @@ void HTTPSession::becomeEventStream(const HTTPResponse& response) {
     for (const auto& [name, value] : headersOf(response)) head.append(name).append(": ").append(value).append("\r\n");
     host_.listens(shared_from_this());
     stream_.expires_never();
-    noticeEnd();
+    skipToEnd();
     send(head + "\r\n");
-}
-
-void HTTPSession::noticeEnd() {
-    stream_.async_read_some(boost::asio::buffer(&ignored_, 1),
-                            [self = shared_from_this()](beast::error_code error, std::size_t) {
-                                error ? self->close() : self->noticeEnd();
-                            });
 }
 
 void HTTPSession::send(std::string text) {
@@ -115,9 +148,25 @@ void HTTPSession::sendNext() {
                              });
 }
 
-void HTTPSession::close() {
+void HTTPSession::endAnswer() {
+    // What the other side still sends is read: a connection that is closed over it takes the answer along.
     beast::error_code ignored;
-    stream_.socket().shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
+    stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
+    stream_.expires_after(headPatience);
+    skipToEnd();
+}
+
+void HTTPSession::skipToEnd() {
+    stream_.async_read_some(boost::asio::buffer(skipped_),
+                            [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                error ? self->close() : self->skipToEnd();
+                            });
+}
+
+void HTTPSession::close() {
+    idleSince_ = std::nullopt;
+    beast::error_code ignored;
+    stream_.socket().shutdown(tcp::socket::shutdown_both, ignored);
     stream_.close();
 }
 

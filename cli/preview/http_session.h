@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <chrono>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
@@ -27,41 +31,61 @@ public:
     /// Has a request answered on another thread; the answer comes back through `HTTPSession::answer`.
     virtual void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) = 0;
     virtual void listens(const std::shared_ptr<HTTPSession>& session) = 0;
+    virtual void begun(HTTPSession& session) = 0;
     virtual void ended(HTTPSession& session) = 0;
 };
 
 /// One connection: reads a request, has it answered, writes the answer, and again. Lives as long as an operation of its
-/// own is under way.
+/// own is under way. Whoever is to send or to take something has a few seconds for it.
 class HTTPSession : public std::enable_shared_from_this<HTTPSession> {
 public:
-    HTTPSession(boost::asio::ip::tcp::socket socket, HTTPSessionHost& host) : stream_(std::move(socket)), host_(host) {}
+    using Clock = std::chrono::steady_clock;
+
+    HTTPSession(boost::asio::ip::tcp::socket socket, HTTPSessionHost& host) : stream_(std::move(socket)), host_(host) {
+        host_.begun(*this);
+    }
     HTTPSession(const HTTPSession&) = delete;
     HTTPSession& operator=(const HTTPSession&) = delete;
     ~HTTPSession() { host_.ended(*this); }
 
-    void read();
+    /// Waits for the first request.
+    void start();
     void answer(HTTPResponse response);
     /// Sends text to a page that listens for events. One that reads too slowly is let go.
     void send(std::string text);
+    void close();
+    /// Since when it waits for the other side's request or for the other side to take the answer; none while it is
+    /// answered, hears events or is closed.
+    [[nodiscard]] std::optional<Clock::time_point> idleSince() const { return idleSince_; }
 
 private:
     using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
     using Message = boost::beast::http::response<boost::beast::http::string_body>;
 
+    /// What is read and not understood yet: a head, or the line before a chunk. Bodies are taken out as they come.
+    static constexpr std::size_t maximumBuffer = std::size_t{128} << 10;
+
+    void waitForRequest(std::chrono::seconds patience);
+    void readHead();
+    void readBody();
     void take();
+    void refuseBroken(boost::system::error_code error);
+    void refuse(unsigned status, std::string_view message);
     void becomeEventStream(const HTTPResponse& response);
-    void noticeEnd();
     void sendNext();
-    void close();
+    void endAnswer();
+    void skipToEnd();
 
     boost::beast::tcp_stream stream_;
     HTTPSessionHost& host_;
-    boost::beast::flat_buffer buffer_;
+    boost::beast::flat_buffer buffer_{maximumBuffer};
     std::optional<Parser> parser_;
     Message message_;
-    bool goesOn_ = true;  // whether another request may follow
+    bool goesOn_ = true;   // whether another request may follow
+    bool isHead_ = false;  // whether the answer's body is left out
+    std::optional<Clock::time_point> idleSince_;
     std::deque<std::string> unsent_;
-    char ignored_ = 0;
+    std::array<char, 4096> skipped_{};
 };
 
 }  // namespace tavrin::cli

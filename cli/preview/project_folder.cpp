@@ -6,11 +6,13 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/excerpt.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
 #include "cli/preview/folder_error.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/utf8.h"
 
 namespace tavrin::cli {
 namespace {
@@ -21,6 +23,8 @@ constexpr unsigned forbidden = 403;
 constexpr unsigned notFound = 404;
 constexpr unsigned conflict = 409;
 constexpr unsigned tooLarge = 413;
+
+std::string quoted(const std::string& path) { return "'" + printable(path) + "'"; }
 
 bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
 
@@ -35,8 +39,8 @@ std::string revisionOf(const struct stat& status) {
 
 struct stat statusOf(const fs::path& file, const std::string& path) {
     struct stat status {};
-    if (::stat(file.c_str(), &status) != 0) throw FolderError(notFound, "there is no '" + path + "'");
-    if (!S_ISREG(status.st_mode)) throw FolderError(forbidden, "'" + path + "' is no plain file");
+    if (::stat(file.c_str(), &status) != 0) throw FolderError(notFound, "there is no " + quoted(path));
+    if (!S_ISREG(status.st_mode)) throw FolderError(forbidden, quoted(path) + " is no plain file");
     return status;
 }
 
@@ -56,15 +60,18 @@ ProjectFolder::ProjectFolder(const fs::path& folder) {
     std::error_code error;
     root_ = fs::canonical(folder, error);
     if (!error && !fs::is_directory(root_, error) && !error) error = std::make_error_code(std::errc::not_a_directory);
+    // The one folder that must be readable; those in it may be others'.
+    if (!error) static_cast<void>(fs::directory_iterator(root_, error));
+    if (!error) static_cast<void>(fs::status(root_ / ".", error));
     if (error) throw IOError("cannot open the folder '" + folder.string() + "'", error.value());
 }
 
 fs::path ProjectFolder::inside(const std::string& path) const {
-    if (!leadsDown(path)) throw FolderError(forbidden, "'" + path + "' is no path in the folder");
+    if (!leadsDown(path)) throw FolderError(forbidden, quoted(path) + " is no path in the folder");
     std::error_code error;
     fs::path real = fs::canonical(root_ / path, error);
-    if (error) throw FolderError(notFound, "there is no '" + path + "'");
-    if (!standsIn(real, root_)) throw FolderError(forbidden, "'" + path + "' leads out of the folder");
+    if (error) throw FolderError(notFound, "there is no " + quoted(path));
+    if (!standsIn(real, root_)) throw FolderError(forbidden, quoted(path) + " leads out of the folder");
     return real;
 }
 
@@ -91,21 +98,23 @@ std::vector<ProjectFile> ProjectFolder::files() const {
 
 ProjectText ProjectFolder::read(const std::string& path) const {
     const fs::path file = inside(path);
-    if (file.extension() != ".json") throw FolderError(forbidden, "'" + path + "' is no JSON file");
+    if (file.extension() != ".json") throw FolderError(forbidden, quoted(path) + " is no JSON file");
     const struct stat status = statusOf(file, path);
     if (static_cast<std::size_t>(status.st_size) > maximumBytes)
-        throw FolderError(tooLarge, "'" + path + "' is larger than 8 MiB");
+        throw FolderError(tooLarge, quoted(path) + " is larger than 8 MiB");
     FileContents contents = readFile(file, maximumBytes);
     if (!contents.error.empty()) throw FolderError(notFound, contents.error);
-    return {std::move(contents.bytes), revisionOf(status)};
+    if (isValidUtf8(contents.bytes)) return {std::move(contents.bytes), revisionOf(status)};
+    return {sanitizedUtf8(contents.bytes), revisionOf(status), false};
 }
 
 std::string ProjectFolder::save(const std::string& path, std::string_view text, const std::string& revision) {
+    if (text.size() > maximumBytes) throw FolderError(tooLarge, "a text of more than 8 MiB is not saved");
     const std::lock_guard lock(saving_);
+    const ProjectText present = read(path);
+    if (present.revision != revision) throw FolderError(conflict, quoted(path) + " has changed on disk meanwhile");
+    if (!present.isUtf8) throw FolderError(conflict, quoted(path) + " is not UTF-8 and was left as it is");
     const fs::path file = inside(path);
-    if (file.extension() != ".json") throw FolderError(forbidden, "'" + path + "' is no JSON file");
-    if (revisionOf(statusOf(file, path)) != revision)
-        throw FolderError(conflict, "'" + path + "' has changed on disk meanwhile");
     writeFile(file, text);
     return revisionOf(statusOf(file, path));
 }

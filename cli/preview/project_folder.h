@@ -20,8 +20,9 @@ struct ProjectFile {
 
 /// A file's text as it was at a revision.
 struct ProjectText {
-    std::string text;
+    std::string text;  ///< UTF-8, where need be with U+FFFD for what is none
     std::string revision;
+    bool isUtf8 = true;  ///< whether the text is all of the file, so that it may be edited and saved
 };
 
 /// The folder that a preview shows, and the only one it reads or writes. Names come from outside: a path that leads out
@@ -42,7 +43,7 @@ public:
     /// Throws `FolderError`, like `save`.
     [[nodiscard]] ProjectText read(const std::string& path) const;
     /// Replaces the text of a JSON file that is there, whole or not at all, unless it has changed since `revision`.
-    /// Returns its new revision.
+    /// Returns its new revision. A file that is not UTF-8 is left as it is: who has read it has not seen all of it.
     std::string save(const std::string& path, std::string_view text, const std::string& revision);
     /// The folder "pictures" beside a document, where there is one that holds plain files only.
     [[nodiscard]] std::optional<std::filesystem::path> picturesBeside(const std::string& document) const;

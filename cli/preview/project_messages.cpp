@@ -62,7 +62,8 @@ std::string filesMessage(const ProjectFolder& folder) {
 
 std::string fileMessage(const ProjectText& file) {
     JSONWriter writer(JSONWriter::Style::compact);
-    writer.beginObject().key("text").value(file.text).key("revision").value(file.revision).endObject();
+    writer.beginObject().key("text").value(file.text).key("revision").value(file.revision);
+    writer.key("isUtf8").value(file.isUtf8).endObject();
     return std::move(writer).text();
 }
 

@@ -10,7 +10,7 @@ namespace tavrin::cli {
 [[nodiscard]] std::string projectMessage(const ProjectFolder& folder);
 /// `{"files": [{"path", "revision", "kind"}, …]}`, where the kind of a file is "document" or "model".
 [[nodiscard]] std::string filesMessage(const ProjectFolder& folder);
-/// `{"text", "revision"}`
+/// `{"text", "revision", "isUtf8"}`
 [[nodiscard]] std::string fileMessage(const ProjectText& file);
 /// `{"revision"}`
 [[nodiscard]] std::string savedMessage(const std::string& revision);

@@ -8,12 +8,12 @@ namespace tavrin::cli {
 namespace {
 
 constexpr unsigned forbidden = 403;
-constexpr unsigned wrongMethod = 405;
 constexpr unsigned misdirected = 421;
 constexpr unsigned wrongType = 415;
 
 bool isOwnHost(const std::string& host, std::uint16_t port) {
-    const std::string behind = ":" + tavrin::toText(std::int64_t{port});
+    constexpr std::uint16_t usualPort = 80;  // which browsers leave out
+    const std::string behind = port == usualPort ? "" : ":" + tavrin::toText(std::int64_t{port});
     return host == "127.0.0.1" + behind || host == "localhost" + behind;
 }
 
@@ -31,8 +31,6 @@ std::optional<HTTPResponse> refusal(const HTTPRequest& request, std::uint16_t po
     if (!isOwnHost(request.host, port)) return HTTPResponse::failure(misdirected, "this server has another name");
     if (comesFromElsewhere(request))
         return HTTPResponse::failure(forbidden, "only the preview's own page may ask this");
-    if (request.method != "GET" && request.method != "POST")
-        return HTTPResponse::failure(wrongMethod, "only GET and POST are understood");
     if (request.method == "POST" && !request.contentType.starts_with("application/json"))
         return HTTPResponse::failure(wrongType, "what is posted must be application/json");
     return std::nullopt;

@@ -14,7 +14,7 @@ std::string contentSecurityPolicy(const std::string& nonce) {
 }  // namespace
 
 std::vector<std::pair<std::string, std::string>> headersOf(const HTTPResponse& response) {
-    return {
+    std::vector<std::pair<std::string, std::string>> headers{
         {"Content-Type", response.isEventStream ? "text/event-stream" : response.contentType},
         {"Cache-Control", "no-store"},
         {"Content-Security-Policy", contentSecurityPolicy(response.nonce)},
@@ -24,6 +24,8 @@ std::vector<std::pair<std::string, std::string>> headersOf(const HTTPResponse& r
         {"X-Content-Type-Options", "nosniff"},
         {"X-Frame-Options", "DENY"},
     };
+    if (!response.allow.empty()) headers.emplace_back("Allow", response.allow);
+    return headers;
 }
 
 }  // namespace tavrin::cli

@@ -20,6 +20,12 @@ constexpr unsigned notFound = 404;
 constexpr unsigned wrongMethod = 405;
 constexpr unsigned internalError = 500;
 
+HTTPResponse notAllowed(std::string_view method) {
+    HTTPResponse response = HTTPResponse::failure(wrongMethod, "this is asked by " + std::string(method));
+    response.allow = method == "GET" ? "GET, HEAD" : method;
+    return response;
+}
+
 }  // namespace
 
 HTTPResponse Routes::answer(const HTTPRequest& request) const {
@@ -45,7 +51,7 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
     try {
         for (const Route& route : routes) {
             if (route.path != request.path) continue;
-            if (route.method != request.method) return HTTPResponse::failure(wrongMethod, "this is asked another way");
+            if (route.method != request.method) return notAllowed(route.method);
             return (this->*route.answer)(request);
         }
         return HTTPResponse::failure(notFound, "there is nothing here");

@@ -23,6 +23,8 @@ export interface ProjectFile {
 export interface FileText {
     text: string;
     revision: string;
+    /** Whether the text is all of the file; one that is not is never saved. */
+    isUtf8: boolean;
 }
 export type Appearance = "light" | "dark";
 

@@ -40,6 +40,10 @@ export function acceptDrops(take: (role: Role, name: string, text: string) => vo
 
 async function read(file: File, take: (role: Role, name: string, text: string) => void): Promise<void> {
     if (file.size > largest) return announce(`${file.name} is larger than 8 MiB`);
-    const text = await file.text();
-    take(roleOf(text), file.name, text);
+    try {
+        const text = new TextDecoder("utf-8", { fatal: true, ignoreBOM: true }).decode(await file.arrayBuffer());
+        take(roleOf(text), file.name, text);
+    } catch {
+        announce(`${file.name} is not UTF-8`);
+    }
 }

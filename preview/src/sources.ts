@@ -15,6 +15,9 @@ class Source {
     name = "";
     saved = "";
     revision = "";
+    isUtf8 = true;
+    /** What ends the file's lines; in editors it is always "\n". */
+    private lineEnd = "\n";
     /** A text that is to be drawn before the editor shows it. */
     private coming: string | null = null;
 
@@ -31,14 +34,32 @@ class Source {
         return this.text !== this.saved;
     }
 
-    take(path: string | null, { text, revision }: FileText): void {
+    get textOfFile(): string {
+        return this.text.replaceAll("\n", this.lineEnd);
+    }
+
+    take(path: string | null, file: FileText): void {
         const name = path?.slice(path.lastIndexOf("/") + 1) ?? "none";
-        Object.assign(this, { path, name, saved: text, revision, coming: text });
+        Object.assign(this, { path, name });
+        this.coming = this.read(file);
+    }
+
+    private read({ text, revision, isUtf8 }: FileText): string {
+        this.lineEnd = text.includes("\r\n") ? "\r\n" : "\n";
+        this.saved = text.replaceAll(/\r\n?/g, "\n");
+        Object.assign(this, { revision, isUtf8 });
+        return this.saved;
     }
 
     open(): void {
         if (this.coming !== null) this.editor.open(this.coming);
         this.coming = null;
+    }
+
+    /** Takes the file's text over, in place of what is in the editor. */
+    async reload(): Promise<void> {
+        if (!this.path) return;
+        this.editor.replace(this.read(await fetchFile(this.path)));
     }
 }
 
@@ -58,7 +79,7 @@ export class Sources {
         byId("save").addEventListener("click", () => void this.save());
         byId("reload").addEventListener("click", () => void this.reloadAll());
         byId("keep").addEventListener("click", () => (byId("changed-on-disk").hidden = true));
-        window.addEventListener("hashchange", () => void this.choose(decodeURIComponent(location.hash.slice(1))));
+        window.addEventListener("hashchange", () => void this.choose(wantedPath()));
         window.addEventListener("beforeunload", (event) => this.isChanged && event.preventDefault());
     }
 
@@ -77,7 +98,7 @@ export class Sources {
     /** Lists the folder's documents and opens the one that the address names, or the first. */
     async start(): Promise<void> {
         this.list();
-        const wanted = decodeURIComponent(location.hash.slice(1));
+        const wanted = wantedPath();
         const documents = this.state.files.filter((file) => file.kind === "document");
         const first = documents.find((file) => file.path === wanted) ?? documents[0];
         if (first) await this.open(first.path);
@@ -109,7 +130,7 @@ export class Sources {
             const model = modelOf(path, this.state.files);
             const [text, modelText] = await Promise.all([fetchFile(path), model && fetchFile(model.path)]);
             this.document.take(path, text);
-            this.model.take(model?.path ?? null, modelText ?? { text: "", revision: "" });
+            this.model.take(model?.path ?? null, modelText ?? { text: "", revision: "", isUtf8: true });
             this.changed();
             this.document.open();
             this.model.open();
@@ -138,7 +159,7 @@ export class Sources {
             if (!source.path || !source.isChanged) continue;
             const { text } = source;
             try {
-                source.revision = await saveFile(source.path, text, source.revision);
+                source.revision = await saveFile(source.path, source.textOfFile, source.revision);
                 source.saved = text;
                 announce(`Saved ${source.path}`);
             } catch (error) {
@@ -167,25 +188,21 @@ export class Sources {
             byId("changed-on-disk").hidden = false;
             return;
         }
-        const { text, revision } = await fetchFile(path);
-        Object.assign(source, { saved: text, revision });
-        source.editor.replace(text);
+        await source.reload();
         this.update();
     }
 
     private async reloadAll(): Promise<void> {
-        for (const source of [this.document, this.model]) {
-            if (!source.path) continue;
-            const { text, revision } = await fetchFile(source.path);
-            Object.assign(source, { saved: text, revision });
-            source.editor.replace(text);
-        }
+        for (const source of [this.document, this.model]) await source.reload();
         byId("changed-on-disk").hidden = true;
         this.update();
     }
 
-    /** Shows which texts are not saved. */
+    /** Shows which texts are not saved, and which cannot be. */
     update(): void {
+        const broken = [this.document, this.model].filter((source) => source.path !== null && !source.isUtf8);
+        byId("not-utf8-name").textContent = broken.map((source) => source.path).join(", ");
+        byId("not-utf8").hidden = broken.length === 0;
         for (const source of [this.document, this.model]) {
             const tab = byId(`${source.role}-tab`);
             const isChanged = source.path !== null && source.isChanged;
@@ -194,6 +211,15 @@ export class Sources {
         }
         byId<HTMLButtonElement>("save").disabled = !this.isChanged;
         document.title = `${this.isChanged ? "• " : ""}${this.document.path ?? this.state.project.name} – Tavrin`;
+    }
+}
+
+/** The document that the address names; nothing where it is no text. */
+function wantedPath(): string {
+    try {
+        return decodeURIComponent(location.hash.slice(1));
+    } catch {
+        return "";
     }
 }
 

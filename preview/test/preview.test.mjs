@@ -1,6 +1,6 @@
 // The preview in a real browser, on a copy of the examples: node --test preview/test
 import assert from "node:assert/strict";
-import { readFile, writeFile } from "node:fs/promises";
+import { readFile, rm, writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { cursorBehind, drawn, examples, launch, open, picture, redrawn, selected, serve } from "./place.mjs";
@@ -239,6 +239,44 @@ test("saves, and not over a change of others", () =>
         );
         assert.equal(await readFile(path, "utf8"), text);
     }));
+
+test("shows what is not UTF-8, and never saves it", async () => {
+    const path = join(place.folder, "latin1.json");
+    const document = `{"version": "1.0", "nodes": {"main": {"type": "text", "content": "caf\u00e9"}}}`;
+    await writeFile(path, document, "latin1");
+    await on("latin1.json", async (page) => {
+        const banner = page.locator("#not-utf8");
+        assert.match(await banner.textContent(), /latin1\.json is not UTF-8.*nothing is\s+saved/s);
+        assert.ok(await banner.isVisible());
+        await page.click("#document-panel .cm-content");
+        await page.keyboard.press("Control+End");
+        await page.keyboard.type(" ");
+        await page.keyboard.press("Control+s");
+        await page.waitForFunction(() => document.querySelector("#announcement").textContent.includes("is not UTF-8"));
+        assert.equal(await readFile(path, "latin1"), document);
+        await writeFile(path, document);
+        await page.waitForSelector("#changed-on-disk:not([hidden])");
+        await redrawn(page, () => page.click("#reload"));
+        assert.equal(await banner.isVisible(), false);
+    });
+    await rm(path);
+});
+
+test("leaves the ends of lines as they are", async () => {
+    const path = join(place.folder, "lines.json");
+    const document = `{"version": "1.0",\r\n"nodes": {"main": {"type": "text", "content": "Hello"}}}\r\n`;
+    await writeFile(path, document);
+    await on("lines.json", async (page) => {
+        assert.ok(await page.isDisabled("#save"), "nothing has changed");
+        await page.click("#document-panel .cm-content");
+        await page.keyboard.press("Control+Home");
+        await page.keyboard.type(" ");
+        await page.keyboard.press("Control+s");
+        await page.waitForSelector("#save:disabled");
+        assert.equal(await readFile(path, "utf8"), ` ${document}`);
+    });
+    await rm(path);
+});
 
 test("takes a dropped model", () =>
     on("agenda/document.json", async (page) => {

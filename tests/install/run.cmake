@@ -1,4 +1,5 @@
-# Installs what is built into an empty prefix, builds a host program against it and runs both programs.
+# Installs what is built into an empty prefix, builds a host program against it and runs both programs. Configures
+# another one for which something is missing.
 function(run)
   execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -13,6 +14,12 @@ run(${CMAKE_COMMAND}
     -D CMAKE_CXX_FLAGS=${FLAGS}
     -D CMAKE_PREFIX_PATH=${SCRATCH}/prefix
     -D TAVRIN_WANTED=${VERSION})
+run(${CMAKE_COMMAND}
+    -G Ninja
+    -S ${HOST}/lacking
+    -B ${SCRATCH}/lacking
+    -D CMAKE_CXX_COMPILER=${COMPILER}
+    -D CMAKE_PREFIX_PATH=${SCRATCH}/prefix)
 run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
 run(${SCRATCH}/build/host)
 run(${SCRATCH}/prefix/bin/tavrin check ${HOST}/widget.json)

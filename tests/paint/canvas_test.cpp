@@ -369,6 +369,7 @@ TEST(Canvas, DocumentsHaveThePagesSizeAndTheSameBytesEachTime) {
     const std::string picture = svg();
     EXPECT_NE(picture.find("<svg "), std::string::npos);
     EXPECT_NE(picture.find("viewBox=\"0 0 100.5 50\""), std::string::npos) << picture.substr(0, 300);
+    EXPECT_NE(picture.find("width=\"100.5px\" height=\"50px\""), std::string::npos) << picture.substr(0, 300);
     EXPECT_TRUE(picture.ends_with("</svg>\n"));
     EXPECT_EQ(svg(), picture);
 

@@ -1,10 +1,13 @@
 #include "cli/preview/http_server.h"
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -16,7 +19,9 @@
 namespace tavrin::cli {
 namespace {
 
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 const std::string host = "Host: 127.0.0.1:PORT\r\n";
@@ -33,6 +38,13 @@ TEST(HTTPServer, AnswersOneRequestAfterTheOther) {
                      "Connection: close\r\n\r\nbody");
     EXPECT_THAT(answers, HasSubstr("GET /a b é "));
     EXPECT_THAT(answers, HasSubstr("POST /c  body"));
+    const std::string text(std::size_t{5} << 20, 'x');
+    const std::string end = "Connection: close\r\nContent-Type: application/json\r\n";
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Content-Length: 5242880\r\n\r\n" + text),
+                EndsWith(text));
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Transfer-Encoding: chunked\r\n\r\n500000\r\n" +
+                             text + "\r\n0\r\n\r\n"),
+                EndsWith(text));
 }
 
 TEST(HTTPServer, RefusesWhatIsTooLargeOrNoRequest) {
@@ -42,6 +54,68 @@ TEST(HTTPServer, RefusesWhatIsTooLargeOrNoRequest) {
                 StartsWith("HTTP/1.1 413"));
     EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Content-Length: 99999999\r\n\r\n"),
                 StartsWith("HTTP/1.1 413"));
+    EXPECT_THAT(running.send("GET / HTTP/1.1\r\n" + host + host + "\r\n"), StartsWith("HTTP/1.1 400"));
+    const std::string body(std::size_t{17} << 20, 'x');
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Content-Length: 17825792\r\n\r\n" + body),
+                StartsWith("HTTP/1.1 413"))
+        << "also to one that goes on sending";
+    const std::string chunk = "1;" + std::string(std::size_t{1} << 20, 'x');
+    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Transfer-Encoding: chunked\r\n\r\n" + chunk),
+                StartsWith("HTTP/1.1 400"));
+}
+
+TEST(HTTPServer, AnswersHeadAsGetWithoutTheBody) {
+    const RunningServer running(echo);
+    const std::string get = running.send("GET /a HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    const std::string both =
+        running.send("HEAD /a HTTP/1.1\r\n" + host + "\r\nGET /a HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    EXPECT_THAT(get, HasSubstr("Content-Length: 8"));
+    const std::size_t second = both.find("HTTP/1.1", 1);
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_THAT(both.substr(0, second), HasSubstr("Content-Length: 8"));
+    EXPECT_THAT(both.substr(0, second), EndsWith("\r\n\r\n"));
+    EXPECT_EQ(both.substr(second), get);
+}
+
+TEST(HTTPServer, SaysWhichMethodsAreAllowed) {
+    const RunningServer running([](const HTTPRequest&) { return HTTPResponse{.status = 405, .allow = "POST"}; });
+    EXPECT_THAT(running.send("GET / HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"), HasSubstr("Allow: POST\r\n"));
+}
+
+TEST(HTTPServer, IsNeverFull) {
+    const RunningServer running(echo);
+    const std::string whole = "GET /whole HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(running.port()) + "\r\n\r\n";
+    const std::string_view kinds[] = {"", "GET / HT", "POST / HTTP/1.1\r\nContent-Length: 9\r\n\r\nbody", whole};
+    std::vector<FileDescriptor> idle;
+    for (int i = 0; i < 200; ++i) idle.push_back(running.begin(kinds[i % 4]));
+    EXPECT_THAT(running.send("GET /page HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"), HasSubstr("GET /page"));
+    EXPECT_EQ(received(idle.front(), std::chrono::seconds(2)), "") << "the oldest has gone";
+}
+
+TEST(HTTPServer, WaitsAFewSecondsForARequest) {
+    const RunningServer running(echo);
+    const auto begin = std::chrono::steady_clock::now();
+    const FileDescriptor silent = running.begin("");
+    const FileDescriptor half = running.begin("GET / HTTP/1.1\r\nHost: 127");
+    EXPECT_EQ(received(silent, std::chrono::seconds(10)), "");
+    EXPECT_EQ(received(half, std::chrono::seconds(10)), "");
+    const auto time = std::chrono::steady_clock::now() - begin;
+    EXPECT_GT(time, std::chrono::seconds(2));
+    EXPECT_LT(time, std::chrono::seconds(9));
+}
+
+TEST(HTTPServer, LetsTheOldestOfTooManyListenersGo) {
+    RunningServer running([](const HTTPRequest&) { return HTTPResponse{.isEventStream = true}; });
+    const std::string request = "GET / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(running.port()) + "\r\n\r\n";
+    std::vector<FileDescriptor> listeners;
+    for (int i = 0; i < 17; ++i) {
+        listeners.push_back(running.begin(request));
+        std::array<char, 16> head{};
+        ASSERT_EQ(::read(listeners.back().number(), head.data(), head.size()), 16);
+    }
+    EXPECT_THAT(received(listeners.front(), std::chrono::seconds(5)), Not(HasSubstr("data:")));
+    running.server().broadcast("{}");
+    EXPECT_THAT(received(listeners.back(), std::chrono::seconds(1)), HasSubstr("data: {}"));
 }
 
 TEST(HTTPServer, TellsWhatAHandlerThrows) {

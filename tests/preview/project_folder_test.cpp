@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -31,6 +32,22 @@ unsigned statusOfReading(const ProjectFolder& folder, const std::string& path) {
         return error.status;
     }
 }
+
+/// While it lives, files are opened by a user whom permissions concern: root, who may run the tests, passes them all.
+class AnyoneElse {
+public:
+    AnyoneElse() {
+        if (::geteuid() == 0) become(65534);
+    }
+    AnyoneElse(const AnyoneElse&) = delete;
+    AnyoneElse& operator=(const AnyoneElse&) = delete;
+    ~AnyoneElse() {
+        if (::getuid() == 0) become(0);
+    }
+
+private:
+    static void become(uid_t user) { EXPECT_EQ(::seteuid(user), 0); }
+};
 
 TEST(ProjectFolder, ListsJSONFilesAndNothingHidden) {
     const ScratchFolder scratch;
@@ -105,9 +122,26 @@ TEST(ProjectFolder, SavesOnlyOverWhatItHasRead) {
     EXPECT_EQ(folder.read("a.json").revision, next);
     EXPECT_THROW(folder.save("a.json", "lost", revision), FolderError);
     EXPECT_THROW(folder.save("new.json", "", ""), FolderError);
+    EXPECT_THROW(folder.save("a.json", std::string(ProjectFolder::maximumBytes + 1, ' '), next), FolderError);
     EXPECT_THROW(folder.save("../a.json", "", next), FolderError);
     EXPECT_EQ(scratch.read("a.json"), "newer");
     EXPECT_EQ(paths(folder), std::vector<std::string>{"a.json"}) << "nothing else is left";
+}
+
+TEST(ProjectFolder, ShowsButNeverWritesWhatIsNotUTF8) {
+    const ScratchFolder scratch;
+    const std::string latin1 = "{\"name\": \"caf\xe9\"}";
+    scratch.write("a.json", latin1);
+    scratch.write("b.json", "{\"name\": \"caf\u00e9\"}");
+    ProjectFolder folder(scratch.path());
+    EXPECT_TRUE(folder.read("b.json").isUtf8);
+    const ProjectText shown = folder.read("a.json");
+    EXPECT_FALSE(shown.isUtf8);
+    EXPECT_EQ(shown.text, "{\"name\": \"caf\uFFFD\"}");
+    EXPECT_THROW(folder.save("a.json", shown.text, shown.revision), FolderError);
+    EXPECT_EQ(scratch.read("a.json"), latin1);
+    scratch.write("a.json", "{}");
+    EXPECT_NO_THROW(folder.save("a.json", "{ }", folder.read("a.json").revision)) << "once it is UTF-8";
 }
 
 TEST(ProjectFolder, UsesPicturesThatAreItsOwn) {
@@ -132,6 +166,39 @@ TEST(ProjectFolder, HasToBeThere) {
     scratch.write("a.json", "");
     EXPECT_THROW(ProjectFolder(scratch.path() / "gone"), IOError);
     EXPECT_THROW(ProjectFolder(scratch.path() / "a.json"), IOError);
+}
+
+TEST(ProjectFolder, HasToBeReadable) {
+    const AnyoneElse anyone;
+    const ScratchFolder scratch;
+    for (const fs::perms missing : {fs::perms::owner_read, fs::perms::owner_exec}) {
+        fs::create_directory(scratch.path() / "a");
+        fs::permissions(scratch.path() / "a", fs::perms::owner_all & ~missing);
+        EXPECT_THROW(ProjectFolder(scratch.path() / "a"), IOError);
+        fs::remove(scratch.path() / "a");
+    }
+}
+
+TEST(ProjectFolder, TellsOfOddPaths) {
+    const ScratchFolder scratch;
+    const ProjectFolder folder(scratch.path());
+    const struct {
+        std::string path;
+        std::string message;
+    } rows[] = {
+        {std::string("\0", 1), "'\uFFFD' is no path in the folder"},
+        {std::string("a\nb\xff.json\0", 10), "'a\uFFFDb\uFFFD.json\uFFFD' is no path in the folder"},
+        {"a\x1b[1m.json", "there is no 'a\uFFFD[1m.json'"},
+        {std::string(5000, 'a') + ".json", "there is no '" + std::string(5000, 'a') + ".json'"},
+    };
+    for (const auto& row : rows) {
+        try {
+            static_cast<void>(folder.read(row.path));
+            FAIL() << row.message;
+        } catch (const FolderError& error) {
+            EXPECT_EQ(error.what(), row.message);
+        }
+    }
 }
 
 TEST(FolderWatch, TellsWhatHasComeChangedAndGone) {

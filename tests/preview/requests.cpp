@@ -12,7 +12,6 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
-#include "cli/file_descriptor.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin::cli {
@@ -25,8 +24,6 @@ std::filesystem::path newFolder() {
 
 FileDescriptor connected(std::uint16_t port) {
     FileDescriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const timeval patience{.tv_sec = 2, .tv_usec = 0};
-    ::setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
@@ -52,6 +49,16 @@ std::string ScratchFolder::read(const std::string& name) const {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string received(const FileDescriptor& socket, std::chrono::seconds patience) {
+    const timeval time{.tv_sec = patience.count(), .tv_usec = 0};
+    ::setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
+    std::string answer;
+    std::array<char, 4096> part{};
+    for (ssize_t count = 0; (count = ::read(socket.number(), part.data(), part.size())) > 0;)
+        answer.append(part.data(), static_cast<std::size_t>(count));
+    return answer;
+}
+
 RunningServer::RunningServer(HTTPServer::Handler handler)
     : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler)); }) {}
 
@@ -64,13 +71,13 @@ std::string RunningServer::send(std::string bytes) const {
     const std::string port = tavrin::toText(std::int64_t{server_.port()});
     for (std::size_t at = bytes.find("PORT"); at != std::string::npos; at = bytes.find("PORT"))
         bytes.replace(at, 4, port);
-    const FileDescriptor socket = connected(server_.port());
+    return received(begin(bytes), std::chrono::seconds(2));
+}
+
+FileDescriptor RunningServer::begin(std::string_view bytes) const {
+    FileDescriptor socket = connected(server_.port());
     static_cast<void>(writeAll(socket.number(), bytes));
-    std::string answer;
-    std::array<char, 4096> part{};
-    for (ssize_t count = 0; (count = ::read(socket.number(), part.data(), part.size())) > 0;)
-        answer.append(part.data(), static_cast<std::size_t>(count));
-    return answer;
+    return socket;
 }
 
 }  // namespace tavrin::cli

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <thread>
 
+#include "cli/file_descriptor.h"
 #include "cli/preview/http_server.h"
 
 namespace tavrin::cli {
@@ -26,6 +28,9 @@ private:
     std::filesystem::path path_;
 };
 
+/// What comes from a connection until the other side closes it or has been silent for so long.
+[[nodiscard]] std::string received(const FileDescriptor& socket, std::chrono::seconds patience);
+
 /// A server on a free port, on a thread of its own until the end of the scope.
 class RunningServer {
 public:
@@ -35,9 +40,12 @@ public:
     ~RunningServer();
 
     [[nodiscard]] HTTPServer& server() { return server_; }
+    [[nodiscard]] std::uint16_t port() const { return server_.port(); }
     /// Sends bytes and returns all that comes back until the server closes the connection or has been silent for a
     /// while. "PORT" in them becomes the port.
     [[nodiscard]] std::string send(std::string bytes) const;
+    /// A connection on which these bytes were sent, and no more.
+    [[nodiscard]] FileDescriptor begin(std::string_view bytes) const;
 
 private:
     HTTPServer server_{0};

@@ -55,7 +55,14 @@ TEST_F(RoutesTest, ServeThePage) {
     EXPECT_THAT(get("/preview.js").contentType, StartsWith("text/javascript"));
     EXPECT_THAT(get("/preview.css").contentType, StartsWith("text/css"));
     EXPECT_EQ(get("/other").status, 404);
+}
+
+TEST_F(RoutesTest, NameTheMethodThatIsUnderstood) {
     EXPECT_EQ(post("/", "").status, 405);
+    EXPECT_EQ(post("/", "").allow, "GET, HEAD");
+    EXPECT_EQ(get("/api/save").status, 405);
+    EXPECT_EQ(get("/api/save").allow, "POST");
+    EXPECT_EQ(routes_.answer({.method = "DELETE", .path = "/api/file"}).status, 405);
 }
 
 TEST_F(RoutesTest, ListAndReadFiles) {

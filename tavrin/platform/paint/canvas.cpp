@@ -83,6 +83,8 @@ Canvas Canvas::svg(Size size) {
     auto state = std::make_unique<State>();
     state->surface.reset(
         cairo_svg_surface_create_for_stream(appendToDocument, &state->document, size.width, size.height));
+    // A browser shows a widget's point as a CSS pixel; what SVG calls a point is a third more.
+    cairo_svg_surface_set_document_unit(state->surface.get(), CAIRO_SVG_UNIT_PX);
     Canvas canvas(std::move(state));
     canvas.state_->level().clip = {0, 0, 1, 1};
     return canvas;
