@@ -11,9 +11,11 @@ namespace tavrin::paint {
 static_assert(std::endian::native == std::endian::little, "bits are written as little-endian words");
 
 /// Writes bits to memory, the lowest of a byte first. It writes words, so there must be eight bytes more than it will
-/// fill; up to 56 bits may be added before they are flushed.
+/// fill; up to `room` bits may be added before they are flushed.
 class BitWriter {
 public:
+    static constexpr unsigned room = 56;
+
     /// Starts with `count` bits, fewer than eight.
     BitWriter(char* out, unsigned bits, unsigned count) : out_(out), bits_(bits), count_(count) {}
 

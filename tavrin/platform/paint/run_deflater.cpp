@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::size_t runsInBlock = std::size_t{1} << 14;
 constexpr unsigned adlerModulus = 65521;
-/// The codes of a pixel's bytes and the bits of an unfinished byte fit in one word.
-constexpr unsigned longestCode = 12;
 constexpr unsigned longestLengthCode = 7;
 /// In the order in which deflate wants the lengths of their own codes.
 constexpr std::array<std::uint8_t, 19> codeLengths{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};

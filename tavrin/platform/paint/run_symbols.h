@@ -20,6 +20,10 @@ constexpr std::size_t symbolCount = 286;
 constexpr unsigned shortestMatch = 3;
 constexpr unsigned longestMatch = 258;
 
+// What is left to who writes. The codes of a pixel's bytes and the bits of an unfinished byte fit in one word.
+constexpr unsigned longestCode = 12;
+constexpr unsigned longestMatchBits = longestCode + 5 + 1;  // with the rest of the length and the distance
+
 /// The number of the filter *Up*, which stands before each row.
 constexpr std::uint8_t filterUp = 2;
 
@@ -130,10 +134,12 @@ public:
         bits_.add(codes_[byteOf<0>(difference)]);
         bits_.add(codes_[byteOf<1>(difference)]);
         bits_.add(codes_[byteOf<2>(difference)]);
-        // With three channels there is room for the match that follows.
+        // There is room for the match that follows, but for a fourth channel only where that is as short as it mostly
+        // is.
         if constexpr (channels == 4) {
-            bits_.add(codes_[byteOf<3>(difference)]);
-            bits_.flush();
+            const HuffmanCode code = codes_[byteOf<3>(difference)];
+            bits_.add(code);
+            if (code.length > BitWriter::room - 3 * longestCode - longestMatchBits) bits_.flush();
         }
     }
 
