@@ -30,7 +30,7 @@ Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
 Node::Node() : Node(EmptyViewNode{}) {}
 
 Node Coding<Node>::decode(const Decoder& decoder) {
-    if (decoder.depth() > JSONText::maximumDepth)
+    if (decoder.isTooDeep())
         throw TavrinError("Engine",
                           "nodes are nested deeper than " + toText(JSONText::maximumDepth) + " levels of JSON");
     return decodeTagged<Node, NodeType>(decoder, registerNodeType());

@@ -17,7 +17,9 @@ public:
     template <class T>
     [[nodiscard]] T decode(std::string_view text) const {
         const JSONText parsed(text, options_.depth);
-        return tavrin::decode<T>(Decoder(parsed.root(), options_));
+        DecodingOptions options = options_;
+        options.depth = parsed.depth();
+        return tavrin::decode<T>(Decoder(parsed.root(), options));
     }
 
 private:

@@ -17,6 +17,12 @@ std::string quoted(std::string_view text) {
 
 }  // namespace
 
+std::size_t Decoder::depth() const {
+    std::size_t depth = 0;
+    for (const Decoder* step = parent_; step != nullptr; step = step->parent_) ++depth;
+    return depth;
+}
+
 CodingPath Decoder::codingPath() const {
     CodingPath path;
     for (const Decoder* step = this; step->parent_ != nullptr; step = step->parent_) {

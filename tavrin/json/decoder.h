@@ -12,7 +12,8 @@ namespace tavrin {
 struct DecodingOptions {
     /// Read the strings "infinity", "-infinity" and "nan" where a floating-point number is asked for.
     bool convertsNonConformingFloats = false;
-    /// How deep the text may be nested. More than `JSONText::maximumDepth` is for records that see to it themselves.
+    /// How deep the text may be nested, or is known to be. More than `JSONText::maximumDepth` is for records that see
+    /// to it themselves.
     std::size_t depth = JSONText::maximumDepth;
 };
 
@@ -30,8 +31,10 @@ public:
     [[nodiscard]] JSONKind kind() const { return element_.kind(); }
     [[nodiscard]] const DecodingOptions& options() const { return *options_; }
     [[nodiscard]] CodingPath codingPath() const;
-    /// How many values this one stands in.
-    [[nodiscard]] std::size_t depth() const { return depth_; }
+    /// Whether the value stands in more others than those may be who follow a text all the way down.
+    [[nodiscard]] bool isTooDeep() const {
+        return options_->depth > JSONText::maximumDepth && depth() > JSONText::maximumDepth;
+    }
 
     /// Fails unless the value is of that kind.
     void require(JSONKind kind) const {
@@ -46,20 +49,15 @@ public:
     [[noreturn]] void failConversion(std::string_view text, std::string_view type) const;
 
 private:
+    [[nodiscard]] std::size_t depth() const;
     Decoder(JSONElement value, const Decoder* parent, std::string_view key, std::size_t index)
-        : element_(value),
-          options_(parent->options_),
-          parent_(parent),
-          key_(key),
-          index_(index),
-          depth_(parent->depth_ + 1) {}
+        : element_(value), options_(parent->options_), parent_(parent), key_(key), index_(index) {}
 
     JSONElement element_;
     const DecodingOptions* options_;
     const Decoder* parent_ = nullptr;
     std::string_view key_;  // without data for an element of an array
     std::size_t index_ = 0;
-    std::size_t depth_ = 0;
 };
 
 }  // namespace tavrin

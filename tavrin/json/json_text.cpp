@@ -131,10 +131,14 @@ std::unique_ptr<JSONText::Parser>& JSONText::spareParser() {
 }
 
 JSONText::JSONText(std::string_view text, std::size_t depth)
-    : parser_(spareParser() ? std::move(spareParser()) : std::make_unique<Parser>()) {
+    : parser_(spareParser() ? std::move(spareParser()) : std::make_unique<Parser>()),
+      depth_(std::min(depth, maximumDepth)) {
     // Working memory grows with the depth, so no more is asked for than most texts need.
-    simdjson::error_code error = parser_->parse(text, std::min(depth, maximumDepth));
-    if (error == simdjson::DEPTH_ERROR && depth > maximumDepth) error = parser_->parse(text, depth);
+    simdjson::error_code error = parser_->parse(text, depth_);
+    if (error == simdjson::DEPTH_ERROR && depth > maximumDepth) {
+        depth_ = depth;
+        error = parser_->parse(text, depth_);
+    }
     if (error != simdjson::SUCCESS) refuse(text, depth, simdjson::error_message(error));
 }
 

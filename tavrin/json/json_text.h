@@ -197,12 +197,15 @@ public:
     ~JSONText();
 
     [[nodiscard]] JSONElement root() const;
+    /// How deep the text is nested at most: `maximumDepth`, or what was asked for where that was not enough.
+    [[nodiscard]] std::size_t depth() const { return depth_; }
 
 private:
     struct Parser;
     static std::unique_ptr<Parser>& spareParser();
 
     std::unique_ptr<Parser> parser_;
+    std::size_t depth_;
 };
 
 }  // namespace tavrin

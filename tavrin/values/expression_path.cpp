@@ -6,30 +6,12 @@
 #include "tavrin/platform/foundation/precondition.h"
 
 namespace tavrin {
-namespace {
-
-/// The first component with "]" before "[".
-std::optional<std::string_view> reversedComponent(std::string_view inner) {
-    while (!inner.empty()) {
-        const std::string_view component = inner.substr(0, inner.find('.'));
-        inner.remove_prefix(std::min(component.size() + 1, inner.size()));
-        const std::size_t open = component.find('[');
-        if (open != std::string_view::npos && component.find(']') < open) return component;
-    }
-    return std::nullopt;
-}
-
-}  // namespace
-
-void ExpressionWalk::requireOrderedBrackets(std::string_view inner) {
-    if (const auto component = reversedComponent(inner))
-        preconditionFailure("']' before '[' in the expression component " + std::string(*component));
-}
 
 void ExpressionWalk::splitIndex() {
     const std::size_t open = key_.find('[');
     const std::size_t close = open == none ? none : key_.find(']');
     if (close == none) return;
+    if (close < open) preconditionFailure("']' before '[' in the expression component " + std::string(key_));
     const auto index = intFromText<std::int64_t>(key_.substr(open + 1, close - open - 1));
     if (!index) return;
     index_ = *index;
@@ -50,6 +32,14 @@ std::vector<JSONKey> expressionPath(std::string_view inner) {
     return path;
 }
 
-bool hasReversedBrackets(std::string_view inner) { return reversedComponent(inner).has_value(); }
+bool hasReversedBrackets(std::string_view inner) {
+    while (!inner.empty()) {
+        const std::string_view component = inner.substr(0, inner.find('.'));
+        inner.remove_prefix(std::min(component.size() + 1, inner.size()));
+        const std::size_t open = component.find('[');
+        if (open != std::string_view::npos && component.find(']') < open) return true;
+    }
+    return false;
+}
 
 }  // namespace tavrin

@@ -11,14 +11,12 @@
 namespace tavrin {
 
 /// Goes through the path of an expression, step by step, within its text, which is given without its braces. A
-/// component with "]" before "[", wherever it is, is a violated precondition.
+/// component with "]" before "[" is a violated precondition.
 class ExpressionWalk {
     static constexpr std::size_t none = std::string_view::npos;
 
 public:
-    explicit ExpressionWalk(std::string_view inner) : rest_(inner), hasIndices_(inner.find('[') != none) {
-        if (hasIndices_) requireOrderedBrackets(inner);
-    }
+    explicit ExpressionWalk(std::string_view inner) : rest_(inner), hasIndices_(inner.find('[') != none) {}
 
     /// Goes to the next step; false after the last.
     bool next() {
@@ -40,7 +38,6 @@ public:
     [[nodiscard]] std::string_view key() const { return key_; }
 
 private:
-    static void requireOrderedBrackets(std::string_view inner);
     /// Leaves the key of a component with brackets; an index between them is the next step.
     void splitIndex();
 

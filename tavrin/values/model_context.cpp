@@ -66,6 +66,8 @@ ModelContext::Found ModelContext::find(std::string_view expression) const {
         } while (walk.next());
         return {value, false};
     }
+    for (ExpressionWalk rest = walk; rest.next();) {  // a violated precondition there comes before any error
+    }
     if (store == "initEnvironment") {
         if (walk.isIndex())
             throw ModelContextError("Environment Variable Key must be stirng, got " + toText(walk.index()));
