@@ -1,11 +1,9 @@
 #include "cli/arguments.h"
 
 #include <algorithm>
-#include <system_error>
 #include <utility>
 
 #include "cli/destination.h"
-#include "cli/io_error.h"
 #include "cli/matrix/matrix_options.h"
 #include "cli/option_values.h"
 #include "cli/several_options.h"

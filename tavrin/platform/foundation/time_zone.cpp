@@ -11,6 +11,8 @@
 
 #include <date/tz.h>
 
+#include "tavrin/platform/foundation/time_zone_names.h"
+
 namespace tavrin {
 namespace {
 
@@ -81,8 +83,7 @@ std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
     const auto& names = namesOfUTC();
     const auto name = std::find(names.begin(), names.end(), identifier);
     if (name != names.end()) return TimeZone(*name, nullptr);
-    // A database may hold a link to whatever this machine is set to, which names no zone.
-    if (identifier.empty() || identifier == "localtime") return std::nullopt;
+    if (identifier.empty() || identifier == linkToSystemZone) return std::nullopt;
     try {
         const date::time_zone* const zone = date::locate_zone(identifier);
         zone->get_info(sys_seconds());  // reads the zone's file, so that nothing can fail later

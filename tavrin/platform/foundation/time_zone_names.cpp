@@ -15,9 +15,9 @@ std::vector<std::string_view> readNames() {
         for (const date::time_zone& zone : date::get_tzdb().zones) names.emplace_back(zone.name());
     } catch (const std::exception&) {  // no database
     }
-    // Folders of the same zones counted otherwise, and a link to whatever this machine is set to.
+    // Also folders of the same zones counted otherwise.
     std::erase_if(names, [](std::string_view name) {
-        return name.starts_with("posix/") || name.starts_with("right/") || name == "localtime";
+        return name.starts_with("posix/") || name.starts_with("right/") || name == linkToSystemZone;
     });
     std::sort(names.begin(), names.end());
     return names;
