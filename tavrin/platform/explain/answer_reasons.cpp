@@ -10,6 +10,7 @@
 #include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/layout/stack_children.h"
 
 namespace tavrin::explain {
 namespace {
@@ -102,8 +103,6 @@ Reason paddingReason(const PlacedTree& placed, Index index) {
                                            inWords(placed.answer(index)), inWords(placed.answer(index + 1)), rule)};
 }
 
-bool isStack(ViewKind kind) { return kind == ViewKind::vstack || kind == ViewKind::hstack || kind == ViewKind::zstack; }
-
 /// What a modifier that layout does not see does instead.
 std::string drawingInWords(const AnyView& view) {
     switch (view.kind()) {
@@ -130,18 +129,27 @@ std::string drawingInWords(const AnyView& view) {
     }
 }
 
+/// Whether some children of a stack yield, and others do not.
+bool hasBoth(const PlacedTree& placed, Index stack) {
+    bool isFound[2] = {false, false};
+    for (const Index child : placed.tree().children(stack))
+        if (!placed.node(child).absent) isFound[placed.node(child).yields ? 1 : 0] = true;
+    return isFound[0] && isFound[1];
+}
+
 }  // namespace
 
 Reason reasonOfAnswer(const PlacedTree& placed, Index index) {
     const AnyView& view = placed.view(index);
-    if (placed.tree().children(index).empty() && !isStack(view.kind())) return reasonOfLeaf(placed, index);
+    if (placed.tree().children(index).empty() && !layout::isStack(view.kind())) return reasonOfLeaf(placed, index);
     const std::string answer = inWords(placed.answer(index));
     switch (view.kind()) {
         case ViewKind::vstack: return stackReason(placed, index, Axis::vertical);
         case ViewKind::hstack: return stackReason(placed, index, Axis::horizontal);
         case ViewKind::zstack:
             return {"around its children",
-                    fmt::format("It answers {}: as wide as its widest and as high as its highest child.", answer)};
+                    fmt::format("It answers {}: as wide as its widest and as high as its highest child{}.", answer,
+                                hasBoth(placed, index) ? "; those that yield do not count" : "")};
         case ViewKind::fixedFrame: return fixedFrameReason(placed, index);
         case ViewKind::flexibleFrame: return flexibleFrameReason(placed, index);
         case ViewKind::padding:

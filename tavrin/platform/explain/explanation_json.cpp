@@ -36,6 +36,7 @@ void writeShare(JSONWriter& writer, const std::optional<layout::StackShare>& sha
         return;
     }
     writer.beginObject().key("turn").value(std::uint64_t{share->turn}).key("of").value(std::uint64_t{share->count});
+    writer.key("yields").value(share->yields).key("setAside").value(share->setAside);
     writer.key("remainder").value(share->remainder).key("flexibility");
     write(writer, share->flexibility);
     writer.endObject();

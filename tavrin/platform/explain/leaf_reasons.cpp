@@ -29,7 +29,7 @@ Reason textReason(const PlacedTree& placed, Index index) {
                             inWords(proposal.width.value_or(HUGE_VAL)), why)};
     }
     const bool isTimer = std::holds_alternative<Date>(placed.view(index).as<Text>()->content);
-    if (isTimer && proposal.width && std::isfinite(*proposal.width))
+    if (isTimer && proposal.width)
         return {"a timer takes all its width",
                 fmt::format("It answers {}: a timer takes all the width that it is proposed.", answer)};
     if (block.lineCount() > 1 && proposal.width && std::isfinite(*proposal.width))

@@ -3,9 +3,11 @@
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/explain/distance_reasons.h"
 #include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/layout/stack_children.h"
 
 namespace tavrin::explain {
 namespace {
@@ -24,12 +26,6 @@ Reason aligned(const PlacedTree& placed, Index index, Alignment alignment, Size 
                         sticksOut ? ", out of which it sticks" : "")};
 }
 
-bool hasGivenSpacing(const AnyView& stack) {
-    const auto* vertical = stack.as<VStack>();
-    const auto given = vertical ? vertical->spacing : stack.as<HStack>()->spacing;
-    return given && std::isfinite(*given);
-}
-
 std::string_view alignmentAcross(const AnyView& stack) {
     const auto* vertical = stack.as<VStack>();
     return vertical ? name(vertical->alignment) : name(stack.as<HStack>()->alignment);
@@ -43,9 +39,8 @@ Reason placeInStack(const PlacedTree& placed, Index stack, Index index, Axis axi
     std::string order = "first";
     if (rank > 0) {
         const double spacing = placed.spacingBefore(index);
-        const std::string_view why = hasGivenSpacing(placed.view(stack)) ? "as given"
-                                     : spacing == 0                      ? "none beside a spacer"
-                                                                         : "the default";
+        const std::string why =
+            layout::givenSpacing(placed.view(stack)) ? "as given" : reasonOfDistance(placed, index, axis);
         order = fmt::format("{} after the view before it ({})", inWords(spacing), why);
     }
     const double room = extent(placed.answer(stack), cross);
@@ -57,7 +52,7 @@ Reason placeInStack(const PlacedTree& placed, Index stack, Index index, Axis axi
         across = fmt::format("aligned {} in its {} of {}", alignment, lengthAlong(cross), inWords(room));
     const layout::StackShare* const share = placed.share(index);
     std::string brief = ordinal(rank + 1);
-    if (share) brief += fmt::format(" of {}", share->count);
+    if (share) brief += fmt::format(" of {}", share->siblings);
     brief += axis == Axis::vertical ? " in the VStack" : " in the HStack";
     if (extent(placed.answer(index), cross) != room) brief += fmt::format(", {}", alignment);
     return {brief, fmt::format("It lies at {}: {} in {}, {}.", at, order, placed.called(stack), across)};

@@ -1,7 +1,7 @@
 #include "tavrin/platform/explain/placed_tree.h"
 
 #include "tavrin/platform/foundation/precondition.h"
-#include "tavrin/platform/layout/tree_builder.h"
+#include "tavrin/platform/layout/stack_children.h"
 
 namespace tavrin::explain {
 namespace {

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::size_t rank(Index index) const { return siblings_[index].rank; }
     /// The room between the node and the view before it in its vertical or horizontal stack; the node is not the first.
     [[nodiscard]] double spacingBefore(Index index) const;
+    /// The view before the node in its stack; the node is not the first.
+    [[nodiscard]] Index previous(Index index) const { return siblings_[index].previous; }
     /// Whether the node is the view behind or in front of its parent's content.
     [[nodiscard]] bool isSecondary(Index index) const;
 

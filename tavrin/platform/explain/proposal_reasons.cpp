@@ -32,14 +32,18 @@ Reason unsharedReason(const PlacedTree& placed, Index stack, Axis axis, const Pr
         fmt::format("{} is offered infinite {} and offers it to each child: {}.", stacked, length, inWords(proposal))};
 }
 
-/// What a child that has its turn finds: "322 points of width (338 less 16 of spacing)".
+/// What a child that has its turn finds: "322 points of width (338 less 16 of spacing and 8 set aside)".
 std::string roomInWords(const PlacedTree& placed, Index stack, Axis axis, const layout::StackShare& share) {
     std::string text = fmt::format("{} points of {}", inWords(share.remainder), lengthAlong(axis));
+    if (share.turn > 0) return text;
+    if (share.yields)
+        return share.setAside > 0 ? fmt::format("{} ({} of them set aside for it)", text, inWords(share.setAside))
+                                  : text;
+    std::string taken;
+    if (share.spacing != 0) append(taken, " and ", inWords(share.spacing) + " of spacing");
+    if (share.setAside > 0) append(taken, " and ", inWords(share.setAside) + " set aside for what yields");
     const double room = extent(placed.proposal(stack), axis).value_or(0);
-    const double spacing = room - share.remainder;
-    if (share.turn == 0 && spacing > 0 && share.remainder > 0)
-        text += fmt::format(" ({} less {} of spacing)", inWords(room), inWords(spacing));
-    return text;
+    return taken.empty() ? text : fmt::format("{} ({} less {})", text, inWords(room), taken);
 }
 
 std::string flexibilityInWords(double flexibility, Axis axis) {
@@ -48,24 +52,35 @@ std::string flexibilityInWords(double flexibility, Axis axis) {
     return fmt::format("its {} may vary by {}", lengthAlong(axis), inWords(flexibility));
 }
 
+/// When a child has its turn, and why then.
+std::string turnInWords(const std::string& stacked, const layout::StackShare& share, Axis axis) {
+    const std::string_view length = lengthAlong(axis);
+    std::string group;
+    if (share.yields && share.count < share.siblings)
+        group = fmt::format("{} offers its {} to its other children first, since this one yields. ", stacked, length);
+    else if (!share.yields && share.count < share.siblings)
+        group = fmt::format("{} offers its {} to this child before those that yield. ", stacked, length);
+    if (share.count == 1 || !share.flexibility) return group;
+    return group + fmt::format("{} deals out its {}, the least flexible child first; this one ({}) comes {} of {}. ",
+                               stacked, length, flexibilityInWords(*share.flexibility, axis), ordinal(share.turn + 1),
+                               share.count);
+}
+
 Reason shareReason(const PlacedTree& placed, Index stack, Index index, Axis axis) {
     const Proposal& proposal = placed.proposal(index);
     const layout::StackShare* const share = placed.share(index);
     if (!share) return unsharedReason(placed, stack, axis, proposal);
 
     const std::string stacked = capitalized(placed.called(stack));
-    if (share->count == 1)
+    if (share->siblings == 1)
         return {"",
                 fmt::format("{} has only this child and proposes it all its room: {}.", stacked, inWords(proposal))};
+    const std::string turn = turnInWords(stacked, *share, axis);
+    if (share->remainder <= 0)
+        return {"", fmt::format("{}{} has no {} left for it: {} is proposed.", turn,
+                                turn.empty() ? stacked : "The stack", lengthAlong(axis), inWords(proposal))};
     const std::size_t left = share->count - share->turn;
     const std::string room = roomInWords(placed, stack, axis, *share);
-    std::string turn;
-    if (share->flexibility)
-        turn = fmt::format("{} deals out its {}, the least flexible child first; this one ({}) comes {} of {}. ",
-                           stacked, lengthAlong(axis), flexibilityInWords(*share->flexibility, axis),
-                           ordinal(share->turn + 1), share->count);
-    else
-        turn = fmt::format("{} has no {} left beside its spacing. ", stacked, lengthAlong(axis));
     const std::string divided = left == 1 ? fmt::format("It gets all that is left, {}", room)
                                           : fmt::format("It gets an equal share of {} for {} children", room, left);
     const double proposed = extent(proposal, axis).value_or(0);
@@ -76,29 +91,26 @@ Reason shareReason(const PlacedTree& placed, Index stack, Index index, Axis axis
             fmt::format("{}{}: {} is proposed.", turn, divided, inWords(proposal))};
 }
 
-/// What a flexible frame makes of one dimension of its proposal, where it changes it.
-std::string clampInWords(std::string_view length, const std::optional<double>& proposed,
-                         const std::optional<double>& inside) {
-    if (!proposed || !inside || *proposed == *inside) return {};
-    return fmt::format("the {} proposed to it, {}, is {} its {}{} of {}", length, inWords(*proposed),
-                       *inside > *proposed ? "raised to" : "lowered to", *inside > *proposed ? "min" : "max",
-                       length == "width" ? "Width" : "Height", inWords(*inside));
-}
-
-Reason frameReason(const PlacedTree& placed, Index frame, Index index) {
-    const Proposal& outside = placed.proposal(frame);
+Reason flexibleFrameReason(const PlacedTree& placed, Index frame, Index index) {
     const Proposal& inside = placed.proposal(index);
     const std::string framed = capitalized(placed.called(frame));
+    if (!inside.width && !inside.height)
+        return {"", fmt::format("{} was proposed no size, and no bound decides one: it proposes {}.", framed,
+                                inWords(inside))};
+    std::string unknown;
+    if (!inside.width || !inside.height)
+        unknown = fmt::format("; no {0}, since it was proposed none and no bound decides it",
+                              inside.width ? "height" : "width");
+    return {"", fmt::format("{} proposes its own size: {}{}.", framed, inWords(inside), unknown)};
+}
+
+Reason fixedFrameReason(const PlacedTree& placed, Index frame, Index index) {
+    const Proposal& inside = placed.proposal(index);
+    const std::string framed = capitalized(placed.called(frame));
+    const Proposal given = layout::proposalInside(*placed.view(frame).as<FixedFrame>(), {});
     std::string changes;
-    if (const auto* fixed = placed.view(frame).as<FixedFrame>()) {
-        const Proposal given = layout::proposalInside(*fixed, {});
-        if (given.width) append(changes, " and ", "its width of " + inWords(*given.width));
-        if (given.height) append(changes, " and ", "its height of " + inWords(*given.height));
-    } else {
-        append(changes, ", and ", clampInWords("width", outside.width, inside.width));
-        append(changes, ", and ", clampInWords("height", outside.height, inside.height));
-        if (!changes.empty()) return {"", fmt::format("{} proposes {}: {}.", framed, inWords(inside), changes)};
-    }
+    if (given.width) append(changes, " and ", "its width of " + inWords(*given.width));
+    if (given.height) append(changes, " and ", "its height of " + inWords(*given.height));
     if (changes.empty()) return {"", fmt::format("{} passes its proposal on: {}.", framed, inWords(inside))};
     return {"", fmt::format("{} proposes {}: {}.", framed, inWords(inside), changes)};
 }
@@ -110,11 +122,10 @@ Reason ratioReason(const PlacedTree& placed, Index modifier, Index index) {
     const std::string called = capitalized(placed.called(modifier));
     if (outside == inside) return {"", fmt::format("{} passes its proposal on: {}.", called, inWords(inside))};
     const std::string kept = ratio ? "ratio " + inWords(*ratio) : "its content's own ratio";
-    const bool bothFinite =
-        outside.width && outside.height && std::isfinite(*outside.width) && std::isfinite(*outside.height);
-    const std::string rule = bothFinite ? mode == ContentMode::fit ? "the largest such size inside its proposal of"
+    const std::string rule = outside.width && outside.height ? mode == ContentMode::fit
+                                                                   ? "the largest such size inside its proposal of"
                                                                    : "the smallest such size around its proposal of"
-                                        : "as far as its proposal leads to one, out of";
+                                                             : "as far as its proposal leads to one, out of";
     return {"", fmt::format("{} keeps {} ({}): it proposes {}, {} {}.", called, kept, name(mode), inWords(inside), rule,
                             inWords(outside))};
 }
@@ -130,11 +141,11 @@ Reason reasonOfProposal(const PlacedTree& placed, Index index) {
         case ViewKind::vstack: return shareReason(placed, *parent, index, Axis::vertical);
         case ViewKind::hstack: return shareReason(placed, *parent, index, Axis::horizontal);
         case ViewKind::zstack:
-            return {"", fmt::format("{} passes its proposal on to each child: {}.", called, proposed)};
+            return {"", fmt::format("{} proposes its own size to each child: {}.", called, proposed)};
         case ViewKind::geometryReader:
             return {"", fmt::format("{} proposes its size to its content: {}.", called, proposed)};
-        case ViewKind::fixedFrame:
-        case ViewKind::flexibleFrame: return frameReason(placed, *parent, index);
+        case ViewKind::fixedFrame: return fixedFrameReason(placed, *parent, index);
+        case ViewKind::flexibleFrame: return flexibleFrameReason(placed, *parent, index);
         case ViewKind::padding:
         case ViewKind::insetPadding:
             return {"", fmt::format("{} takes its insets off {} and proposes {}.", called,

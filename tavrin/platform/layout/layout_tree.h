@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/layout/edge_distances.h"
 #include "tavrin/platform/layout/placements.h"
 #include "tavrin/platform/layout/proposal.h"
 #include "tavrin/platform/text/text_engine.h"
@@ -46,9 +47,13 @@ struct LayoutNode {
     std::uint32_t inherited = 0;
     /// Where the tree keeps more about a text, a stack, a spacer or a geometry reader.
     std::uint32_t detail = 0;
+    /// Where the tree keeps how far its edges stay from others.
+    EdgeTable::Id edges = EdgeTable::none;
     ViewKind kind = ViewKind::emptyView;
     /// No view at all: an `EmptyView`, every modifier around one, and what those modifiers hold.
     bool absent = false;
+    /// A spacer or an empty stack, also in modifiers that leave layout as it is: others come first.
+    bool yields = false;
 };
 
 /// A view tree unrolled into one list of nodes, in pre-order, each in its place. Composed views stand for themselves,
@@ -119,6 +124,8 @@ public:
     /// The lines of a text, broken for its place. Of absent texts: no lines.
     [[nodiscard]] const text::TextBlock& textBlock(Index text) const { return texts_[nodes_[text].detail].block; }
 
+    [[nodiscard]] const ViewEdges& edges(Index index) const { return edges_[nodes_[index].edges]; }
+
     [[nodiscard]] const Inherited& inherited(Index index) const { return inherited_[nodes_[index].inherited]; }
 
     /// The environment of the root; appearance, date and scale hold everywhere.
@@ -138,6 +145,7 @@ private:
                              Recording);
     friend class TimedLayout;
     friend class TreeBuilder;
+    friend class StackChildren;
     friend class Measurer;
     friend class Placer;
 
@@ -181,6 +189,7 @@ private:
     std::deque<AnyView> views_;  // the root and the bodies of composed views: what the nodes point into
     std::vector<LayoutNode> nodes_;
     std::vector<Inherited> inherited_;
+    EdgeTable edges_;
     std::vector<TextItem> texts_;
     std::vector<TimerItem> timers_;
     std::vector<Index> clockHands_;

@@ -93,22 +93,28 @@ Size Measurer::containerAnswer(Index container, const Proposal& proposal) {
 
 Proposal Measurer::proposalInside(Index aspectRatio, const Proposal& proposal) {
     const auto& [givenRatio, mode, content] = *tree_.node(aspectRatio).view->as<AspectRatio>();
-    const bool anyFinite = finite(proposal.width) || finite(proposal.height);
-    const bool bothInfinite = !anyFinite && proposal.width && proposal.height;
-    if (bothInfinite || (givenRatio && !isRatio(*givenRatio))) return proposal;
-    if (givenRatio && anyFinite) return withRatio(*givenRatio, mode, proposal);
-
-    const Size own = answer(aspectRatio + 1, {});
-    const double ratio = givenRatio.value_or(own.width / own.height);
-    if (!isRatio(ratio)) return proposal;
-    if (anyFinite) return withRatio(ratio, mode, proposal);
-    const bool ownIsFinite = std::isfinite(own.width) || std::isfinite(own.height);
-    return ownIsFinite ? withRatio(ratio, mode, Proposal::of(own)) : proposal;
+    if (!proposal.width && !proposal.height) return proposal;
+    if (!givenRatio && isMissingPicture(aspectRatio + 1)) return proposal;
+    const double ratio = givenRatio ? *givenRatio : ratioOf(answer(aspectRatio + 1, {}));
+    return isRatio(ratio) ? withRatio(ratio, mode, proposal) : proposal;
 }
 
+/// A picture that is not there has no ratio of its own, though it answers 0 x 0.
+bool Measurer::isMissingPicture(Index index) const {
+    while (isTransparentToLayout(tree_.node(index).kind)) index = tree_.content(index);
+    const auto* image = tree_.node(index).view->as<Image>();
+    return image && !image->bitmap;
+}
+
+/// Passes its proposal to its children and is as large as those of the highest priority: what yields counts only where
+/// there is nothing else.
 Size Measurer::layeredAnswer(Index zstack, const Proposal& proposal) {
+    const std::span<const Index> children = tree_.presentChildren(zstack);
+    const bool allYield =
+        std::all_of(children.begin(), children.end(), [&](Index child) { return tree_.node(child).yields; });
     Size size;
-    for (const Index child : tree_.presentChildren(zstack)) {
+    for (const Index child : children) {
+        if (tree_.node(child).yields && !allYield) continue;
         const Size answered = answer(child, proposal);
         size = {std::max(size.width, answered.width), std::max(size.height, answered.height)};
     }
@@ -119,19 +125,17 @@ Size Measurer::textAnswer(Index text, const Proposal& proposal) {
     const text::TextBlock block = textBlock(text, proposal);
     Size size = block.size();
     if (!proposal.width) return size;
-    const bool takesAll = size.width > *proposal.width || (isTimer(text) && std::isfinite(*proposal.width));
-    if (takesAll) size.width = *proposal.width;
+    if (isTimer(text) || size.width > *proposal.width) size.width = *proposal.width;
     return size;
 }
 
 text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
-    const Proposal room{finite(proposal.width), finite(proposal.height)};
-    const bool fits = fitsUnbroken(text, room);
+    const bool fits = fitsUnbroken(text, proposal);
     if (fits && !isTimer(text)) return ideal(text);
     AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
-    if (const text::TextBlock* known = memory.find(room)) return *known;
-    text::TextBlock block = fits ? ideal(text) : broken(text, {.width = room.width, .height = room.height});
-    memory.keep(room, block);
+    if (const text::TextBlock* known = memory.find(proposal)) return *known;
+    text::TextBlock block = fits ? ideal(text) : broken(text, proposal);
+    memory.keep(proposal, block);
     return block;
 }
 
@@ -139,21 +143,21 @@ bool Measurer::renewTimer(Index timer) {
     TextMemory& memory = textMemories_[tree_.node(timer).detail];
     memory.idealKnown = false;
     bool isSame = !memory.broken.isFull();  // what is forgotten cannot be compared
-    memory.broken.forEach([&](const Proposal& room, text::TextBlock& block) {
+    memory.broken.forEach([&](const Proposal& proposal, text::TextBlock& block) {
         const Size before = block.size();
-        block = fitsUnbroken(timer, room) ? ideal(timer) : broken(timer, {.width = room.width, .height = room.height});
+        block = fitsUnbroken(timer, proposal) ? ideal(timer) : broken(timer, proposal);
         const Size now = block.size();
-        const bool takesRoom = room.width.has_value();  // whatever the block's own width
-        isSame = isSame && now.height == before.height && (takesRoom || now.width == before.width);
+        const bool takesAll = proposal.width.has_value();  // whatever the block's own width
+        isSame = isSame && now.height == before.height && (takesAll || now.width == before.width);
     });
     return isSame;
 }
 
 bool Measurer::isTimer(Index text) const { return tree_.texts_[tree_.node(text).detail].timer != LayoutTree::noTimer; }
 
-bool Measurer::fitsUnbroken(Index text, const Proposal& room) {
+bool Measurer::fitsUnbroken(Index text, const Proposal& proposal) {
     const Size size = ideal(text).size();
-    return room.width.value_or(size.width) >= size.width && room.height.value_or(size.height) >= size.height;
+    return proposal.width.value_or(size.width) >= size.width && proposal.height.value_or(size.height) >= size.height;
 }
 
 const text::TextBlock& Measurer::ideal(Index text) {
@@ -165,13 +169,13 @@ const text::TextBlock& Measurer::ideal(Index text) {
     return memory.ideal;
 }
 
-text::TextBlock Measurer::broken(Index text, const text::TextRoom& room) {
+text::TextBlock Measurer::broken(Index text, const Proposal& proposal) {
     const LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
     countAnswer(item.bytes / 64);  // so that long texts asked often are bounded too
-    text::TextRoom whole = room;
-    whole.lineLimit = tree_.inherited(text).lineLimit;
-    whole.scale = tree_.environment().displayScale;
-    return texts_.fit(item.shaped, whole);
+    return texts_.fit(item.shaped, {.width = finite(proposal.width),
+                                    .height = finite(proposal.height),
+                                    .lineLimit = tree_.inherited(text).lineLimit,
+                                    .scale = tree_.environment().displayScale});
 }
 
 }  // namespace tavrin::layout

@@ -20,7 +20,10 @@ public:
     struct Share {
         std::optional<double> proposed;
         Size size;
-        double flexibility = 0;
+        double least = 0;        ///< its answer to 0, where it was asked; an infinite one counts as 0
+        double flexibility = 0;  ///< by how much it can be longer; known where its group has turns
+        bool hasTurn = false;    ///< whether the children of its group were dealt shares by flexibility
+        double remainder = 0;    ///< what was divided by the number of children left in its group
     };
 
     Measurer(LayoutTree& tree, text::TextEngine& texts);
@@ -44,12 +47,13 @@ public:
     /// `share(first + k)` with the returned `first` until `release(first)`; sharings are released last first.
     std::size_t shareOut(Index stack, const Proposal& proposal);
     [[nodiscard]] const Share& share(std::size_t at) const { return shares_[at]; }
-    /// Which child, counted in document order, was dealt a share after so many others: for `first + turn`.
+    /// Which child, counted in document order, was dealt a share after so many others: for `first + turn`. Those that
+    /// yield come last.
     [[nodiscard]] std::uint32_t childInTurn(std::size_t at) const { return order_[at]; }
     void release(std::size_t first);
 
 private:
-    /// What a text answers where it need not be broken, and elsewhere; of a timer, wherever it was asked.
+    /// What a text answers where it need not be broken, and elsewhere; of a timer, to all that it was proposed.
     struct TextMemory {
         text::TextBlock ideal;
         bool idealKnown = false;
@@ -60,14 +64,23 @@ private:
     Size textAnswer(Index text, const Proposal& proposal);
     Size containerAnswer(Index container, const Proposal& proposal);
     Size stackAnswer(Index stack, const Proposal& proposal);
+    [[nodiscard]] bool isMissingPicture(Index index) const;
     Size layeredAnswer(Index zstack, const Proposal& proposal);
     [[nodiscard]] bool isTimer(Index text) const;
-    bool fitsUnbroken(Index text, const Proposal& room);
+    bool fitsUnbroken(Index text, const Proposal& proposal);
     const text::TextBlock& ideal(Index text);
-    text::TextBlock broken(Index text, const text::TextRoom& room);
+    text::TextBlock broken(Index text, const Proposal& proposal);
     double extentAlong(Axis axis, Index index, const Proposal& proposal);
-    void findFlexibilities(std::size_t first, Index stack, const Proposal& proposal);
-    void dealOut(std::size_t first, Index stack, const Proposal& proposal, double remainder);
+    std::size_t putYieldingLast(std::size_t first, Index stack);
+    double leastAlong(Axis axis, Index index, const Proposal& proposal);
+    /// Children that share out some room among them: `order_[begin]` up to `order_[end]`, of the shares from `first`.
+    struct Group {
+        std::size_t first;
+        std::size_t begin;
+        std::size_t end;
+    };
+    void sortByFlexibility(const Group& group, Index stack, const Proposal& proposal);
+    double dealOut(const Group& group, Index stack, const Proposal& proposal, double remainder);
 
     LayoutTree& tree_;
     text::TextEngine& texts_;

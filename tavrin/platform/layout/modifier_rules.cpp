@@ -38,9 +38,16 @@ struct Bounds {
         return proposed ? std::optional(clamp(*proposed)) : std::nullopt;
     }
 
+    [[nodiscard]] std::optional<double> placedInside(const std::optional<double>& proposed, double own) const {
+        const bool isBetween = (!least || *least < own) && (!greatest || own < *greatest);
+        return !proposed && isBetween ? std::nullopt : std::optional(own);
+    }
+
+    [[nodiscard]] bool isEmpty() const { return !least && !greatest; }
+
     [[nodiscard]] double around(const std::optional<double>& proposed, double content) const {
         if (!proposed) return clamp(content);
-        if (!least && !greatest) return content;
+        if (isEmpty()) return content;
         const double lowest = least ? *least : std::min(content, *greatest);
         const double highest = greatest ? *greatest : std::max(content, *least);
         return std::clamp(*proposed, lowest, highest);
@@ -72,6 +79,11 @@ Size answerAround(const FixedFrame& frame, Size content) {
 
 Proposal proposalInside(const FlexibleFrame& frame, const Proposal& proposal) {
     return {widthBounds(frame).inside(proposal.width), heightBounds(frame).inside(proposal.height)};
+}
+
+Proposal placedProposalInside(const FlexibleFrame& frame, const Proposal& proposal, Size own) {
+    return {widthBounds(frame).placedInside(proposal.width, own.width),
+            heightBounds(frame).placedInside(proposal.height, own.height)};
 }
 
 Size answerAround(const FlexibleFrame& frame, const Proposal& proposal, Size content) {
@@ -108,14 +120,74 @@ Size answerAround(const EdgeInsets& insets, Size content) {
             atLeastZero(content.height + (insets.top + insets.bottom))};
 }
 
+bool isTransparentToLayout(ViewKind kind) {
+    switch (kind) {
+        case ViewKind::link:
+        case ViewKind::offset:
+        case ViewKind::scaleEffect:
+        case ViewKind::rotationEffect:
+        case ViewKind::rotation3DEffect:
+        case ViewKind::clockHandRotationEffect:
+        case ViewKind::lineLimit:
+        case ViewKind::zIndex:
+        case ViewKind::foregroundColor:
+        case ViewKind::background:
+        case ViewKind::overlay:
+        case ViewKind::border:
+        case ViewKind::clipShape:
+        case ViewKind::clipped:
+        case ViewKind::cornerRadius:
+        case ViewKind::opacity:
+        case ViewKind::widgetURL:
+        case ViewKind::composed: return true;
+        case ViewKind::emptyView:
+        case ViewKind::spacer:
+        case ViewKind::text:
+        case ViewKind::image:
+        case ViewKind::color:
+        case ViewKind::linearGradient:
+        case ViewKind::circle:
+        case ViewKind::rectangle:
+        case ViewKind::roundedRectangle:
+        case ViewKind::capsule:
+        case ViewKind::trimmedShape:
+        case ViewKind::filledShape:
+        case ViewKind::strokedShape:
+        case ViewKind::vstack:
+        case ViewKind::hstack:
+        case ViewKind::zstack:
+        case ViewKind::geometryReader:
+        case ViewKind::fixedFrame:
+        case ViewKind::flexibleFrame:
+        case ViewKind::padding:
+        case ViewKind::insetPadding:
+        case ViewKind::aspectRatio: return false;
+    }
+    return false;
+}
+
+Edges movedEdges(const AnyView& modifier) {
+    const auto sides = [](bool horizontal, bool vertical) { return Edges{vertical, horizontal, vertical, horizontal}; };
+    const auto insetSides = [](const EdgeInsets& insets) {
+        return Edges{insets.top != 0, insets.leading != 0, insets.bottom != 0, insets.trailing != 0};
+    };
+    if (const auto* frame = modifier.as<FixedFrame>())
+        return sides(fixed(frame->width).has_value(), fixed(frame->height).has_value());
+    if (const auto* frame = modifier.as<FlexibleFrame>())
+        return sides(!widthBounds(*frame).isEmpty(), !heightBounds(*frame).isEmpty());
+    if (const auto* padding = modifier.as<Padding>()) return insetSides(insetsOf(*padding));
+    if (const auto* padding = modifier.as<InsetPadding>()) return insetSides(insetsOf(*padding));
+    return {};
+}
+
+double ratioOf(Size size) { return size.width == size.height ? 1 : size.width / size.height; }
+
 bool isRatio(double ratio) { return std::isfinite(ratio) && ratio > 0; }
 
 Proposal withRatio(double ratio, ContentMode mode, const Proposal& proposal) {
-    const bool widthKnown = isFinite(proposal.width);
-    const bool heightKnown = isFinite(proposal.height);
-    if (!widthKnown && !heightKnown) return proposal;
-    if (!widthKnown) return {*proposal.height * ratio, proposal.height};
-    if (!heightKnown) return {proposal.width, *proposal.width / ratio};
+    if (!proposal.width && !proposal.height) return proposal;
+    if (!proposal.width) return {*proposal.height * ratio, proposal.height};
+    if (!proposal.height) return {proposal.width, *proposal.width / ratio};
     const bool tooWide = *proposal.width > *proposal.height * ratio;
     if (tooWide == (mode == ContentMode::fit)) return {*proposal.height * ratio, proposal.height};
     return {proposal.width, *proposal.width / ratio};

@@ -15,6 +15,9 @@ Size answerAround(const FixedFrame& frame, Size content);
 
 Proposal proposalInside(const FlexibleFrame& frame, const Proposal& proposal);
 Size answerAround(const FlexibleFrame& frame, const Proposal& proposal, Size content);
+/// What the content is proposed when it is placed in a frame of the size `own`, which answered to `proposal`: that
+/// size, but nothing in a dimension in which nothing was proposed and no bound decided.
+Proposal placedProposalInside(const FlexibleFrame& frame, const Proposal& proposal, Size own);
 /// Whether a minimum is larger than its maximum, which then counts as the minimum.
 bool isContradictory(const FlexibleFrame& frame);
 
@@ -24,10 +27,17 @@ EdgeInsets insetsOf(const InsetPadding& padding);
 Proposal proposalInside(const EdgeInsets& insets, const Proposal& proposal);
 Size answerAround(const EdgeInsets& insets, Size content);
 
+/// Whether a modifier leaves layout as it is: proposals, answers, edges and priority pass through it.
+bool isTransparentToLayout(ViewKind kind);
+/// Which edges of a view a modifier moves, so that they become plain; of any other view none.
+Edges movedEdges(const AnyView& modifier);
+
+/// The ratio of a view's own size; 1 where its sides are equal, also when both are 0 or infinite.
+double ratioOf(Size size);
 /// Whether a ratio can be kept: positive and finite.
 bool isRatio(double ratio);
-/// The size of a ratio that `proposal` leads to: inside it (fit) or around it (fill) when both dimensions are finite,
-/// else the other dimension follows from the finite one. Without a finite one the proposal itself.
+/// The size of a ratio that `proposal` leads to: the largest inside it (fit) or the smallest around it (fill) where
+/// both dimensions are given, also infinite ones; else the other dimension follows from the one given.
 Proposal withRatio(double ratio, ContentMode mode, const Proposal& proposal);
 
 /// What lies before a view that is aligned in a room; 0 when either is infinite.

@@ -1,9 +1,10 @@
 #include "tavrin/platform/layout/placer.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "tavrin/platform/layout/modifier_rules.h"
-#include "tavrin/platform/layout/tree_builder.h"
+#include "tavrin/platform/layout/stack_children.h"
 
 namespace tavrin::layout {
 namespace {
@@ -52,7 +53,7 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
         switch (node.kind) {
             case ViewKind::vstack:
             case ViewKind::hstack: return placeRow(index, proposal, frame);
-            case ViewKind::zstack: return placeLayers(index, proposal, frame);
+            case ViewKind::zstack: return placeLayers(index, frame);
             case ViewKind::text: return placeText(index, proposal);
             case ViewKind::background:
             case ViewKind::overlay:
@@ -66,7 +67,7 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
             }
             case ViewKind::flexibleFrame: {
                 const auto& room = *node.view->as<FlexibleFrame>();
-                proposal = proposalInside(room, proposal);
+                proposal = placedProposalInside(room, proposal, frame.size);
                 return placeAligned(content, proposal, frame, room.alignment);
             }
             case ViewKind::padding:
@@ -98,13 +99,14 @@ void Placer::placeSecondary(Index modifier, const Rect& frame) {
     placeAligned(secondary, Proposal::of(frame.size), frame, secondaryAlignment(*tree_.node(modifier).view));
 }
 
-void Placer::placeLayers(Index zstack, const Proposal& proposal, const Rect& frame) {
+void Placer::placeLayers(Index zstack, const Rect& frame) {
     const Alignment alignment = tree_.node(zstack).view->as<ZStack>()->alignment;
-    for (const Index child : tree_.presentChildren(zstack)) placeAligned(child, proposal, frame, alignment);
+    for (const Index child : tree_.presentChildren(zstack))
+        placeAligned(child, Proposal::of(frame.size), frame, alignment);
 }
 
 void Placer::placeRow(Index stack, const Proposal& proposal, const Rect& frame) {
-    const Axis axis = tree_.node(stack).kind == ViewKind::vstack ? Axis::vertical : Axis::horizontal;
+    const Axis axis = mainAxis(tree_.node(stack).kind);
     const double fractionBefore = fractionAcross(*tree_.node(stack).view);
     const std::span<const Index> children = tree_.presentChildren(stack);
     const std::size_t first = measurer_.shareOut(stack, proposal);
@@ -131,14 +133,24 @@ void Placer::note(Index index, const Proposal& proposal) {
 void Placer::noteShares(Index stack, const std::optional<double>& room, std::size_t first) {
     if (!room || std::isinf(*room)) return;  // nothing is shared out then
     const std::span<const Index> children = tree_.presentChildren(stack);
-    const double spacing = tree_.container(stack).totalSpacing;
-    const bool hasTurns = *room > spacing && children.size() > 1;
+    const auto yields = [&](Index child) { return tree_.node(child).yields; };
+    const auto yielding = static_cast<std::size_t>(std::count_if(children.begin(), children.end(), yields));
+    const std::size_t ordinary = children.size() - yielding;
+    double setAside = 0;
+    for (std::size_t at = 0; at < children.size(); ++at)
+        if (yields(children[at])) setAside += measurer_.share(first + at).least;
     for (std::size_t turn = 0; turn < children.size(); ++turn) {
         const std::uint32_t at = measurer_.childInTurn(first + turn);
         const Measurer::Share& share = measurer_.share(first + at);
-        const double remainder = *share.proposed * static_cast<double>(children.size() - turn);
-        tree_.placements_->shares[children[at]] = {turn, children.size(), remainder,
-                                                   hasTurns ? std::optional(share.flexibility) : std::nullopt};
+        StackShare& noted = tree_.placements_->shares[children[at]];
+        noted.yields = turn >= ordinary;
+        noted.turn = noted.yields ? turn - ordinary : turn;
+        noted.count = noted.yields ? yielding : ordinary;
+        noted.siblings = children.size();
+        noted.spacing = tree_.container(stack).totalSpacing;
+        noted.setAside = setAside;
+        noted.remainder = share.remainder;
+        if (share.hasTurn) noted.flexibility = share.flexibility;
     }
 }
 

@@ -27,7 +27,7 @@ public:
 private:
     void place(Index index, Proposal proposal, Rect frame);
     void placeText(Index text, const Proposal& proposal);
-    void placeLayers(Index zstack, const Proposal& proposal, const Rect& frame);
+    void placeLayers(Index zstack, const Rect& frame);
     void placeRow(Index stack, const Proposal& proposal, const Rect& frame);
     void placeSecondary(Index modifier, const Rect& frame);
     void note(Index index, const Proposal& proposal);

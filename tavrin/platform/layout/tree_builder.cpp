@@ -8,6 +8,7 @@
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/layout/stack_children.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
@@ -29,8 +30,6 @@ void forEachChild(const AnyView& view, const Visit& visit) {
     });
 }
 
-bool isStack(ViewKind kind) { return kind == ViewKind::vstack || kind == ViewKind::hstack || kind == ViewKind::zstack; }
-
 SpacerAxes axesInside(ViewKind kind, SpacerAxes outside) {
     switch (kind) {
         case ViewKind::vstack: return SpacerAxes::vertical;
@@ -49,32 +48,12 @@ std::optional<std::int64_t> atLeastOne(std::optional<std::int64_t> lines) {
     return lines ? std::optional(std::max<std::int64_t>(1, *lines)) : std::nullopt;
 }
 
-/// The view that stands behind a chain of modifiers.
-const LayoutNode& unmodified(const LayoutTree& tree, LayoutTree::Index index) {
-    while (!isStack(tree.node(index).kind) && !tree.children(index).empty()) index = tree.content(index);
-    return tree.node(index);
-}
-
-std::optional<double> givenSpacing(const AnyView& stack) {
-    const VStack* vertical = stack.as<VStack>();
-    const auto given = vertical ? vertical->spacing : stack.as<HStack>()->spacing;
-    return given && std::isfinite(*given) ? given : std::nullopt;
-}
-
 }  // namespace
 
 Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
     Font font = text.font.value_or(environment.font);
     if (text.fontWeight) font.weight = *text.fontWeight;
     return font;
-}
-
-double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,
-                      LayoutTree::Index after) {
-    if (const auto given = givenSpacing(*tree.node(stack).view)) return *given;
-    const bool besideSpacer = unmodified(tree, before).kind == ViewKind::spacer ||  //
-                              unmodified(tree, after).kind == ViewKind::spacer;
-    return besideSpacer ? 0 : 8;
 }
 
 void TreeBuilder::addRoot(const AnyView& root) {
@@ -103,8 +82,7 @@ void TreeBuilder::unroll(const Pending& root) {
         addNode(next);
     }
     closeSubtrees(first);
-    spreadAbsence(first);
-    listChildren(first);
+    StackChildren(tree_).prepare(first);
 }
 
 void TreeBuilder::addNode(const Pending& pending) {
@@ -121,7 +99,7 @@ void TreeBuilder::addNode(const Pending& pending) {
     node.kind = kind;
     node.inherited = pending.inherited;
     if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
-    if (kind == ViewKind::text) node.detail = addText(pending, index);
+    if (kind == ViewKind::text) addText(pending, index);
     if (kind == ViewKind::clockHandRotationEffect) tree_.clockHands_.push_back(index);
     if (isStack(kind) || kind == ViewKind::aspectRatio) node.detail = addContainer();
     if (kind == ViewKind::geometryReader) node.detail = addReader(pending);
@@ -171,7 +149,7 @@ std::uint32_t TreeBuilder::inheritedInside(const Pending& pending) {
     return static_cast<std::uint32_t>(tree_.inherited_.size() - 1);
 }
 
-std::uint32_t TreeBuilder::addText(const Pending& pending, Index index) {
+void TreeBuilder::addText(const Pending& pending, Index index) {
     const Text& text = *pending.view->as<Text>();
     const Font font = effectiveFont(text, tree_.environment_);
     LayoutTree::TextItem item;
@@ -186,8 +164,10 @@ std::uint32_t TreeBuilder::addText(const Pending& pending, Index index) {
         item.bytes = shown.size();
         item.shaped = shown.size() < longText ? texts_.shape(shown, font) : shapeLongText(shown, font);
     }
+    LayoutNode& node = tree_.nodes_[index];
+    node.detail = static_cast<std::uint32_t>(tree_.texts_.size());
+    node.edges = tree_.edges_.idOf(edgesOf(textDistances(font, tree_.environment_.displayScale)));
     tree_.texts_.push_back(std::move(item));
-    return static_cast<std::uint32_t>(tree_.texts_.size() - 1);
 }
 
 std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const SharedText& shown, const Font& font) {
@@ -226,59 +206,6 @@ void TreeBuilder::closeSubtrees(Index first) {
         const bool changesContent = !isStack(node.kind) && !tree_.children(index).empty();
         node.absent = node.kind == ViewKind::emptyView || (changesContent && tree_.node(tree_.content(index)).absent);
     }
-}
-
-/// What an absent modifier holds is not there either: the view behind nothing, say.
-void TreeBuilder::spreadAbsence(Index first) {
-    for (Index index = first; index < tree_.nodes_.size();) {
-        if (!tree_.nodes_[index].absent) {
-            ++index;
-            continue;
-        }
-        for (const Index end = tree_.nodes_[index].end; index < end; ++index) tree_.nodes_[index].absent = true;
-    }
-}
-
-void TreeBuilder::listChildren(Index first) {
-    for (Index index = first; index < tree_.nodes_.size(); ++index)
-        if (isStack(tree_.nodes_[index].kind) && !tree_.nodes_[index].absent) listChildrenOf(index);
-}
-
-void TreeBuilder::listChildrenOf(Index stack) {
-    LayoutTree::ContainerItem& item = tree_.containers_[tree_.nodes_[stack].detail];
-    const auto first = static_cast<Index>(tree_.childLists_.size());
-    item.inDocumentOrder = item.inDrawingOrder = first;
-    const bool spaced = tree_.nodes_[stack].kind != ViewKind::zstack;
-    for (const Index child : tree_.children(stack)) {
-        if (tree_.nodes_[child].absent) continue;
-        if (spaced && tree_.childLists_.size() > first)
-            item.totalSpacing += spacingBetween(tree_, stack, tree_.childLists_.back(), child);
-        tree_.childLists_.push_back(child);
-    }
-    item.count = static_cast<Index>(tree_.childLists_.size()) - first;
-    sortForDrawing(item);
-}
-
-/// Gives a stack a list of its own for drawing, unless its children are drawn in document order.
-void TreeBuilder::sortForDrawing(LayoutTree::ContainerItem& stack) {
-    std::vector<std::pair<double, Index>> byDepth;
-    byDepth.reserve(stack.count);
-    for (const Index child : std::span(tree_.childLists_).subspan(stack.inDocumentOrder, stack.count))
-        byDepth.emplace_back(zIndex(child), child);
-    if (std::is_sorted(byDepth.begin(), byDepth.end())) return;
-    std::sort(byDepth.begin(), byDepth.end());
-    stack.inDrawingOrder = static_cast<Index>(tree_.childLists_.size());
-    for (const auto& [depth, child] : byDepth) tree_.childLists_.push_back(child);
-}
-
-/// The depth of a stack's child: that of the innermost `ZIndex` around it, 0 when there is none or it is not a number.
-double TreeBuilder::zIndex(Index child) const {
-    double depth = 0;
-    while (!isStack(tree_.node(child).kind) && !tree_.children(child).empty()) {
-        if (const auto* index = tree_.node(child).view->as<ZIndex>()) depth = index->value;
-        child = tree_.content(child);
-    }
-    return std::isnan(depth) ? 0 : depth;
 }
 
 }  // namespace tavrin::layout

@@ -12,7 +12,8 @@
 namespace tavrin::layout {
 
 /// Unrolls a view tree into the nodes of a `LayoutTree`: evaluates bodies, shapes texts, finds out what is absent and
-/// in which order stacks draw. Sizes and places come later, and after them the contents of geometry readers.
+/// what stacks have to know of their children. Sizes and places come later, and after them the contents of geometry
+/// readers.
 class TreeBuilder {
 public:
     /// More views than this are an error: a few shared ones can stand for any number.
@@ -43,17 +44,12 @@ private:
     void addChildren(const Pending& pending, Index index);
     void addBody(const Pending& pending, Index index);
     std::uint32_t inheritedInside(const Pending& pending);
-    std::uint32_t addText(const Pending& pending, Index index);
+    void addText(const Pending& pending, Index index);
     std::uint32_t addContainer();
     std::uint32_t addReader(const Pending& pending);
     void report(const AnyView& view);
 
     void closeSubtrees(Index first);
-    void spreadAbsence(Index first);
-    void listChildren(Index first);
-    void listChildrenOf(Index stack);
-    void sortForDrawing(LayoutTree::ContainerItem& stack);
-    [[nodiscard]] double zIndex(Index child) const;
 
     /// A text that is shaped once however often it stands in the tree.
     struct LongText {
@@ -75,9 +71,5 @@ private:
 
 /// The font that a text is drawn in.
 Font effectiveFont(const Text& text, const EnvironmentValues& environment);
-
-/// The room between two neighbours in a vertical or horizontal stack: as given, else 8, and 0 beside a spacer.
-double spacingBetween(const LayoutTree& tree, LayoutTree::Index stack, LayoutTree::Index before,
-                      LayoutTree::Index after);
 
 }  // namespace tavrin::layout

@@ -24,6 +24,11 @@ bool isWhite(char32_t c) {
     return c == ' ' || c == 0x1680 || (c >= 0x2000 && c <= 0x200B && c != 0x2007) || c == 0x205F || c == 0x3000;
 }
 
+/// The blank between words, also where it keeps them together.
+bool isWordBlank(char32_t c) { return c == ' ' || c == 0xA0; }
+
+bool isDigit(char32_t c) { return c >= '0' && c <= '9'; }
+
 std::uint32_t utf8Length(char32_t c) { return c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4; }
 
 }  // namespace
@@ -111,10 +116,21 @@ void ParagraphShaper::beginUnit(std::uint32_t character, std::uint32_t glyph) {
     unitCharacters_.push_back(character);
 }
 
-/// Sets the units' widths, with tracking, and whether they are white.
+/// What a character gets beyond its glyphs, in points.
+float ParagraphShaper::spacingAfter(char32_t character) const {
+    double spacing = letterSpacing(shaped_.size, font_.weight);
+    if (isWordBlank(character)) spacing -= blankNarrowing(shaped_.size, font_.weight);
+    if (isDigit(character) && font_.family == Font::Family::monospacedDigitSystem)
+        spacing -= tabularDigitNarrowing(shaped_.size);
+    return static_cast<float>(spacing);
+}
+
+/// Sets the units' widths, with the spacing after them, and whether they are white.
 void ParagraphShaper::measureUnits(const Item& item, std::size_t firstUnit) {
-    const bool isTracked = !item.emoji && !joinsLetters(item.script);
-    const auto gap = static_cast<float>(isTracked ? tracking(shaped_.size) : 0);
+    const bool isSpaced = !item.emoji && !joinsLetters(item.script);
+    const float ofLetter = isSpaced ? spacingAfter('a') : 0;
+    const float ofBlank = isSpaced ? spacingAfter(' ') : 0;
+    const float ofDigit = isSpaced ? spacingAfter('0') : 0;
     for (std::size_t n = 0; n < unitCharacters_.size(); ++n) {
         Unit& unit = shaped_.units[firstUnit + n];
         const std::uint32_t begin = unitCharacters_[n];
@@ -124,8 +140,10 @@ void ParagraphShaper::measureUnits(const Item& item, std::size_t firstUnit) {
         float advance = 0;
         for (std::uint32_t i = 0; i < unit.glyphCount; ++i) advance += glyphs[i].advance;
         if (advance > 0) {
-            glyphs[unit.glyphCount - 1].advance += gap;
-            advance += gap;
+            const char32_t character = characters_[begin];
+            const float spacing = isWordBlank(character) ? ofBlank : isDigit(character) ? ofDigit : ofLetter;
+            glyphs[unit.glyphCount - 1].advance += spacing;
+            advance += spacing;
         }
         unit.advance = advance;
         unit.white = end - begin == 1 && isWhite(characters_[begin]);

@@ -52,12 +52,14 @@ struct Line {
     std::uint32_t unitBegin = 0;
     std::uint32_t unitEnd = 0;  ///< without the white space that hangs
     bool ellipsis = false;
-    double width = 0;  ///< in points, with the ellipsis
+    double width = 0;  ///< of what is drawn, in points, with the ellipsis
+    double blank = 0;  ///< of the white space that hangs
 };
 
 struct BrokenText {
     std::vector<Line> lines;
     Size size;
+    double firstBaseline = 0;  ///< from the top, in points; a pixel's edge
     bool truncated = false;
 };
 
@@ -66,7 +68,8 @@ class ShapedText {
 public:
     double size = 0;
     double lineHeight = 0;
-    std::string utf8;  ///< valid, without line breaks
+    double leading = 0;  ///< between two lines
+    std::string utf8;    ///< valid, without line breaks
     std::vector<ShapedParagraph> paragraphs;
     std::vector<Run> runs;
     std::vector<Unit> units;
@@ -76,6 +79,8 @@ public:
 
     /// An estimate of the memory it takes, with what it remembers.
     [[nodiscard]] std::size_t bytes() const;
+    /// From one baseline to the next, in points.
+    [[nodiscard]] double linePitch() const { return lineHeight + leading; }
     [[nodiscard]] std::size_t endByte(std::size_t unit) const {
         return unit + 1 < units.size() ? units[unit + 1].byte : utf8.size();
     }

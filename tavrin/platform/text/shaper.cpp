@@ -13,6 +13,7 @@ std::shared_ptr<const ShapedText> Shaper::shape(std::string_view text, const Fon
     auto shaped = std::make_shared<ShapedText>();
     shaped->size = drawnSize(font.size);
     shaped->lineHeight = shaped->size * lineHeightOfSize;
+    shaped->leading = drawnLeading(font.leading);
     if (shaped->size == 0) return shaped;
 
     setEllipsis(font, *shaped);
@@ -35,7 +36,8 @@ void Shaper::setEllipsis(const Font& font, ShapedText& shaped) {
     const FontFace& face = faces_.face(shaped.ellipsisFont);
     shaped.ellipsis.id = face.glyphOf(ellipsis);
     const double units = hb_font_get_glyph_h_advance(face.shaper(), shaped.ellipsis.id);
-    shaped.ellipsis.advance = static_cast<float>(units * shaped.size / face.unitsPerEm() + tracking(shaped.size));
+    shaped.ellipsis.advance =
+        static_cast<float>(units * shaped.size / face.unitsPerEm() + letterSpacing(shaped.size, font.weight));
 }
 
 }  // namespace tavrin::text

@@ -106,15 +106,15 @@ void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText&
 
     // Only the lines that may reach into the clip.
     const auto count = static_cast<double>(broken.lines.size());
-    const double first = (target.clip.origin.y - origin.y) / text.lineHeight - overshoot - 1;
-    const double last = first + target.clip.size.height / text.lineHeight + 2 * overshoot + 2;
+    const double first = (target.clip.origin.y - origin.y) / text.linePitch() - overshoot - 1;
+    const double last = first + target.clip.size.height / text.linePitch() + 2 * overshoot + 2;
     const auto begin = static_cast<std::size_t>(std::clamp(first, 0.0, count));
     const auto end = static_cast<std::size_t>(std::clamp(std::ceil(last), 0.0, count));
     for (std::size_t i = begin; i < end; ++i) {
         const Line& line = broken.lines[i];
         const bool isTrailing = text.paragraphs[line.paragraph].level % 2 != 0 && std::isfinite(width);
         const double x = origin.x + (isTrailing ? width - line.width : 0);
-        const double y = origin.y + static_cast<double>(i) * text.lineHeight + ascentOfSize * text.size;
+        const double y = origin.y + broken.firstBaseline + static_cast<double>(i) * text.linePitch();
         placePieces(text, line, pieces_);
         drawLine(target, text, {x, y});
     }

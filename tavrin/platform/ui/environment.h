@@ -16,7 +16,7 @@ namespace tavrin {
 /// What a view inherits from what holds it, and from the device. Composed views read it in their `body`.
 struct EnvironmentValues {
     /// The font and weight of texts that name none.
-    Font font = Font::system(17);
+    Font font = Font::body();
     /// How many lines a text may have; absent: any number.
     std::optional<std::int64_t> lineLimit = std::nullopt;
     /// The colour of texts and bare shapes.

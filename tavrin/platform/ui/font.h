@@ -15,14 +15,18 @@ struct Font {
     Family family = Family::system;
     double size = 17;
     Weight weight = Weight::regular;
+    /// What lies between two lines beyond their height, in points; a font that is asked for by its size has none.
+    double leading = 0;
 
+    /// What texts are set in that name no font.
+    static constexpr Font body() { return {Family::system, 17, Weight::regular, 1.712891}; }
     /// The system font. A text's own weight replaces `weight`.
     static constexpr Font system(double size, Weight weight = Weight::regular) {
-        return {Family::system, size, weight};
+        return {Family::system, size, weight, 0};
     }
     /// The system font with tabular digits.
     static constexpr Font monospacedDigitSystem(double size, Weight weight) {
-        return {Family::monospacedDigitSystem, size, weight};
+        return {Family::monospacedDigitSystem, size, weight, 0};
     }
 
     friend bool operator==(const Font&, const Font&) = default;

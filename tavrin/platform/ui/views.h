@@ -32,7 +32,7 @@ struct EmptyView {
     static constexpr std::tuple<> fields{};
 };
 
-/// Room that takes what is left over along its stack's axis.
+/// Room that takes what its stack's other children leave along its axis, at least `minLength` (absent: 8).
 struct Spacer {
     static constexpr ViewKind kind = ViewKind::spacer;
     static constexpr std::string_view name = "Spacer";
@@ -181,7 +181,8 @@ struct StrokedShape {
         Field{"lineJoin", &StrokedShape::lineJoin},   Field{"miterLimit", &StrokedShape::miterLimit}};
 };
 
-/// Children from top to bottom. An absent spacing is the platform's: 8, and 0 beside a spacer.
+/// Children from top to bottom. An absent spacing is the distance that suits each two neighbours: 8 between shapes, what
+/// font metrics ask for beside texts, 0 beside a spacer.
 struct VStack {
     static constexpr ViewKind kind = ViewKind::vstack;
     static constexpr std::string_view name = "VStack";
