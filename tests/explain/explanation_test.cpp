@@ -83,9 +83,11 @@ TEST(Explanation, AsJSON) {
     EXPECT_EQ(text.find("title")->description(), "Text \"a \" b\"");
     EXPECT_EQ(text.find("depth")->description(), "1");
     EXPECT_EQ(text.find("share")->find("turn")->description(), "0");
-    EXPECT_EQ(text.find("share")->find("of")->description(), "2");
-    EXPECT_EQ(text.find("share")->find("remainder")->description(), "338");
-    EXPECT_EQ(text.find("proposed")->description(), "[169,158]");
+    EXPECT_EQ(text.find("share")->find("of")->description(), "1");
+    EXPECT_EQ(text.find("share")->find("yields")->description(), "false");
+    EXPECT_EQ(text.find("share")->find("setAside")->description(), "8");
+    EXPECT_EQ(text.find("share")->find("remainder")->description(), "330");
+    EXPECT_EQ(text.find("proposed")->description(), "[330,158]");
 }
 
 TEST(Explanation, FindsViewsByTheirPath) {

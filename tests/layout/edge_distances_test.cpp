@@ -73,7 +73,7 @@ TEST(EdgeDistances, PassThroughModifiersAndStacks) {
          Link{.destination = *URL::parse("a:b"), .label = AspectRatio{.content = text}}, above},
         {"padding makes the edge plain on which it lies", box,
          Padding{.edges = {.top = true}, .length = 3, .content = text}, 8},
-        {"but not another", box, Padding{.edges = {.bottom = true, .leading = true}, .length = 3, .content = text},
+        {"but not another", box, Padding{.edges = {.leading = true, .bottom = true}, .length = 3, .content = text},
          above},
         {"nor one that it does not move", box, Padding{.length = 0, .content = text}, above},
         {"negative padding moves it", Padding{.edges = {.bottom = true}, .length = -3, .content = text}, box, 8},

@@ -76,7 +76,8 @@ TEST(GeometryReader, HandsOnWhatItInherits) {
     const auto last = static_cast<LayoutTree::Index>(tree.nodes().size() - 1);
     EXPECT_EQ(tree.inherited(last).foregroundColor, Color::blue);
     EXPECT_EQ(tree.inherited(last).lineLimit, 2);
-    EXPECT_NEAR(tree.textBlock(last).size().height, 2 * 17 * 1.193359, 1.0 / 3) << "two lines, on whole pixels";
+    EXPECT_NEAR(tree.textBlock(last).size().height, 2 * 17 * 1.193359 + 1.712891, 1.0 / 3)
+        << "two lines and their leading, on whole pixels";
 }
 
 TEST(GeometryReader, KnowsInfiniteRoom) {

@@ -92,6 +92,32 @@ TEST(Modifiers, FlexibleFramesAlign) {
     });
 }
 
+TEST(Modifiers, FlexibleFramesProposeTheirOwnSizeWhenPlaced) {
+    const struct {
+        const char* why;
+        std::optional<double> least, greatest, proposed;
+        double own;
+        std::optional<double> inside;
+    } rows[] = {
+        {"what it was proposed", {}, infinity, 100, 100, 100},
+        {"its content's size, where it is no larger", {}, {}, 100, 30, 30},
+        {"its bound", {}, 60, 100, 60, 60},
+        {"nothing where nothing was proposed", 20, 60, absent, 30, absent},
+        {"also without bounds", {}, {}, absent, 30, absent},
+        {"but a bound that decided", 20, 60, absent, 20, 20},
+        {"on either side", 20, 60, absent, 60, 60},
+        {"an endless bound decides nothing", {}, infinity, absent, 30, absent},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const FlexibleFrame frame{.minWidth = row.least, .maxWidth = row.greatest};
+        EXPECT_EQ(placedProposalInside(frame, {row.proposed, 5}, {row.own, 5}), (Proposal{row.inside, 5}));
+    }
+    expectFrames({{"a circle is square in its frame's own width",
+                   FlexibleFrame{.maxHeight = 40, .content = Circle{}},
+                   {{149, 59, 40, 40}, {149, 59, 40, 40}}}});
+}
+
 TEST(Modifiers, ReportContradictoryFramesOnce) {
     const AnyView contradictory = FlexibleFrame{.minWidth = 90, .maxWidth = 50, .content = Rectangle{}};
     const AnyView fine = FlexibleFrame{.minWidth = 50, .maxWidth = 90, .minHeight = nan, .maxHeight = -1};
@@ -147,10 +173,16 @@ TEST(Modifiers, AspectRatio) {
         {"of a content without one",
          shaped(absent, fit, framed(0, 20)),
          {{169, 69, 0, 20}, {169, 69, 0, 20}, {169, 69, 0, 20}}},
-        {"a ratio inside is the content's own",
+        {"a ratio inside changes no ideal size, which is square",
          shaped(absent, fit, shaped(2, fit)),
-         {{11, 0, 316, 158}, {11, 0, 316, 158}, {11, 0, 316, 158}}},
-        {"no ratio of what is nothing", shaped(absent, fit, VStack{}), {{169, 79, 0, 0}, {169, 79, 0, 0}}},
+         {{90, 39.5, 158, 79}, {90, 39.5, 158, 79}, {90, 39.5, 158, 79}}},
+        {"equal sides are square, also of nothing",
+         shaped(absent, fit, FlexibleFrame{.maxWidth = infinity, .maxHeight = infinity, .content = framed(0, 0)}),
+         {{90, 0, 158, 158}, {90, 0, 158, 158}, {169, 79, 0, 0}, {169, 79, 0, 0}}},
+        {"a picture that is missing has no ratio", shaped(absent, fit, Image{}), {{0, 0, 338, 158}, {0, 0, 338, 158}}},
+        {"nor in modifiers",
+         shaped(absent, fill, Opacity{.content = Image{}}),
+         {{0, 0, 338, 158}, {0, 0, 338, 158}, {0, 0, 338, 158}}},
         {"a ratio of 0 passes on", shaped(0, fit), {{0, 0, 338, 158}, {0, 0, 338, 158}}},
         {"as does a negative one", shaped(-1, fill), {{0, 0, 338, 158}, {0, 0, 338, 158}}},
         {"an infinite one", shaped(infinity, fill), {{0, 0, 338, 158}, {0, 0, 338, 158}}},
@@ -171,11 +203,14 @@ TEST(Modifiers, RatiosOfProposals) {
         {"fill takes the height of what is too high", 2, fill, {100, 90}, {180, 90}},
         {"fill takes the width of what is too wide", 2, fill, {100, 20}, {100, 50}},
         {"the height follows from the width", 2, fit, {100, absent}, {100, 50}},
-        {"an infinite height too", 2, fill, {100, infinity}, {100, 50}},
+        {"the largest in endless height", 2, fit, {100, infinity}, {100, 50}},
+        {"around endless height all is endless", 2, fill, {100, infinity}, {infinity, infinity}},
+        {"endless in both", 2, fit, {infinity, infinity}, {infinity, infinity}},
+        {"what follows from endless is endless", 2, fit, {infinity, absent}, {infinity, infinity}},
         {"the width follows from the height", 2, fill, {absent, 30}, {60, 30}},
         {"nothing fits in nothing", 2, fit, {0, 30}, {0, 0}},
         {"nothing is filled around nothing", 2, fill, {0, 0}, {0, 0}},
-        {"without a finite dimension nothing changes", 2, fit, {infinity, absent}, {infinity, absent}},
+        {"nothing follows from nothing", 2, fit, {absent, absent}, {absent, absent}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -184,14 +219,14 @@ TEST(Modifiers, RatiosOfProposals) {
 }
 
 TEST(Modifiers, RatiosWithoutAProposal) {
-    // A ratio around a ratio asks for its ideal size: the shape's 10 x 10, adjusted.
+    // A ratio around a ratio asks for its ideal size, which the inner one passes on: the shape's 10 x 10.
     const auto ideal = [](ContentMode mode) {
         const AnyView inner = AspectRatio{.ratio = 4, .contentMode = mode, .content = Rectangle{}};
         return laidOut(AspectRatio{.content = HStack{.spacing = 0, .children = {inner, framed(10, 1)}}}, {1000, 1000});
     };
-    // fit: 10 x 2.5, so the row's ratio is 20 : 2.5 and its height 125; fill: 40 x 10, so it is 50 : 10, 200 high.
-    EXPECT_EQ(ideal(ContentMode::fit).node(2).frame.size, (Size{500, 125}));
-    EXPECT_EQ(ideal(ContentMode::fill).node(2).frame.size, (Size{800, 200}));
+    // So the row is 20 x 10 and its height 500, of which it offers 990 x 500 to the inner one.
+    EXPECT_EQ(ideal(ContentMode::fit).node(2).frame.size, (Size{990, 247.5}));
+    EXPECT_EQ(ideal(ContentMode::fill).node(2).frame.size, (Size{2000, 500}));
 }
 
 TEST(Modifiers, ChangeNoSize) {

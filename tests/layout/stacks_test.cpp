@@ -70,8 +70,12 @@ TEST(Stacks, SpaceTheirChildren) {
         {"none beside a spacer", std::nullopt, {box, framed(5, 5, Spacer{}), box}, 25},
         {"nor beside a spacer in modifiers",
          std::nullopt,
+         {box, Opacity{.content = Offset{.x = 1, .content = framed(5, 5, Spacer{})}}, box},
+         25},
+        {"what is padded has spacing",
+         std::nullopt,
          {box, Opacity{.content = Padding{.length = 1, .content = framed(5, 5, Spacer{})}}, box},
-         27},
+         43},
         {"a stack around a spacer is no spacer",
          std::nullopt,
          {box, framed(5, 5, HStack{.children = {Spacer{}}}), box},
@@ -145,18 +149,19 @@ TEST(Stacks, NestFlexibly) {
         VStack{.alignment = HorizontalAlignment::leading,
                .children = {framed(70, std::nullopt), Spacer{},
                             Padding{.edges = {.top = true}, .length = 5, .content = framed(30, std::nullopt)}}};
+    // The right column offers all but the spacer's 8 to its two boxes.
     expectFrames(laidOut(HStack{.spacing = 12, .children = {left, right}}, {338, 354}), {{0, 0, 338, 354},
                                                                                          {0, 0, 256, 354},
                                                                                          {0, 0, 256, 326},
                                                                                          {0, 334, 256, 20},
                                                                                          {0, 334, 256, 20},
                                                                                          {268, 0, 70, 354},
-                                                                                         {268, 0, 70, 118},
-                                                                                         {268, 0, 70, 118},
-                                                                                         {268, 118, 0, 118},
-                                                                                         {268, 236, 30, 118},
-                                                                                         {268, 241, 30, 113},
-                                                                                         {268, 241, 30, 113}});
+                                                                                         {268, 0, 70, 173},
+                                                                                         {268, 0, 70, 173},
+                                                                                         {268, 173, 0, 8},
+                                                                                         {268, 181, 30, 173},
+                                                                                         {268, 186, 30, 168},
+                                                                                         {268, 186, 30, 168}});
 }
 
 TEST(Stacks, DrawInOrderOfDepth) {

@@ -24,6 +24,9 @@ AnyView hand(double period) {
 AnyView stackOf(ViewList children) { return VStack{.children = std::move(children)}; }
 AnyView rowOf(ViewList children) { return HStack{.children = std::move(children)}; }
 
+/// Asks what it holds for its own size.
+AnyView ideal(AnyView content) { return AspectRatio{.content = std::move(content)}; }
+
 /// A composed view of the kind that hosts make.
 struct Today {
     static constexpr std::string_view name = "Today";
@@ -71,14 +74,19 @@ TEST(TimedLayout, LaysOutOnlyWhatMayHaveAnotherSize) {
         {"even digits", stackOf({timer(600), Rectangle{}}), {0, 1, 2}, 1, {true, true, true}},
         {"parts of a second", stackOf({timer(600)}), {0, 0.25, 0.5, 1, 1.25}, 1, {true, false, false, true, false}},
         {"from 1:00:00 to 59:59",
-         rowOf({timer(3602), Rectangle{}}),
+         ideal(rowOf({timer(3602), Rectangle{}})),
          {0, 1, 2, 3, 4},
          2,
          {true, true, true, true, true}},
         {"digits of their own widths, in a row",
-         rowOf({timer(612, false), Rectangle{}}),
+         ideal(rowOf({timer(612, false), Rectangle{}})),
          {0, 1, 2},
          3,
+         {true, true, true}},
+        {"which do not matter where a width is proposed",
+         rowOf({timer(612, false), Rectangle{}}),
+         {0, 1, 2},
+         1,
          {true, true, true}},
         {"the same where all of a width is taken",
          framed(100, 30, timer(600, false)),
@@ -151,7 +159,7 @@ struct Slow {
 TEST(TimedLayout, WaitsOnce) {
     int loads = 0;
     int bodies = 0;
-    const AnyView view = rowOf({timer(612, false), Slow{&loads, &bodies}});
+    const AnyView view = ideal(rowOf({timer(612, false), Slow{&loads, &bodies}}));
     TimedLayout layout(view, mediumWidget, {}, text::TextEngine::ofThisThread());
     for (double moment = 0; moment < 5; ++moment) layout.moveTo({noon + moment});
     EXPECT_GT(layout.layoutCount(), 2U);
@@ -162,7 +170,7 @@ TEST(TimedLayout, WaitsOnce) {
 TEST(TimedLayout, ReportsOnce) {
     int reports = 0;
     const AnyView doubtful = FlexibleFrame{.minWidth = 2, .maxWidth = 1, .content = Rectangle{}};
-    TimedLayout layout(rowOf({timer(612, false), doubtful}), mediumWidget, {}, text::TextEngine::ofThisThread(),
+    TimedLayout layout(ideal(rowOf({timer(612, false), doubtful})), mediumWidget, {}, text::TextEngine::ofThisThread(),
                        [&](std::string_view) { ++reports; });
     for (double moment = 0; moment < 3; ++moment) layout.moveTo({noon + moment});
     EXPECT_GT(layout.layoutCount(), 2U);

@@ -91,12 +91,76 @@ TEST(TextFit, WidthIsInWholePixelsAndNeverMoreThanProposed) {
     EXPECT_EQ(fit("W", room(-5)).size().width, 0);
 }
 
-TEST(TextFit, TrackingDependsOnSize) {
-    // All of a text but its tracking grows with the size.
+TEST(TextFit, LeadingLiesBetweenLines) {
+    const struct {
+        const char* why;
+        std::string text;
+        Font font;
+        std::optional<double> given;
+        double height;
+        std::size_t lines;
+    } rows[] = {
+        {"none around one line", "a", Font::body(), {}, 61.0 / 3, 1},
+        {"22 from line to line", "a\nb\nc", Font::body(), {}, 193.0 / 3, 3},
+        {"none in a font of its own size", "a\nb\nc", Font::system(17), {}, 61, 3},
+        {"two lines fit with one leading", "a\nb\nc", Font::body(), 42.29, 127.0 / 3, 2},
+        {"but not in less", "a\nb\nc", Font::body(), 42.28, 61.0 / 3, 1},
+        {"nonsense is none", "a\nb", {.size = 17, .leading = -5}, {}, 122.0 / 3, 2},
+        {"nonsense is none", "a\nb", {.size = 17, .leading = std::nan("")}, {}, 122.0 / 3, 2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const TextBlock block = fit(row.text, room({}, {}, row.given), row.font);
+        EXPECT_NEAR(block.size().height, row.height, 1e-9);
+        EXPECT_EQ(block.lineCount(), row.lines);
+    }
+}
+
+TEST(TextFit, TheFirstBaselineLiesOnAPixel) {
+    for (const auto& [size, scale, baseline] : {std::tuple{17.0, 3.0, 49 / 3.0}, std::tuple{17.0, 1.0, 16.0},
+                                                std::tuple{13.0, 2.0, 12.5}, std::tuple{10.0, -1.0, 9.52148}}) {
+        TextRoom given;
+        given.scale = scale;
+        EXPECT_NEAR(fit("a\nb", given, Font::system(size)).lines()->broken->firstBaseline, baseline, 1e-9);
+    }
+}
+
+TEST(TextFit, SpacingFollowsSizeAndWeight) {
+    const struct {
+        Font::Weight weight;
+        double size, spacing;
+    } rows[] = {
+        {Font::Weight::regular, 13, 13 * (-0.0473 + 0.0806 / 2)},
+        {Font::Weight::regular, 400, 400 * -0.0473},
+        {Font::Weight::semibold, 12.5, 12.5 * (-0.0342 + 0.0783 / 2)},
+        {Font::Weight::bold, 13.5, 13.5 * (-0.0268 + 0.0673 / 2)},
+        {Font::Weight::bold, 1e-9, 1e-9 * (-0.0268 + 0.0673 / (1 + std::exp(-13.5 / 2.75)))},
+    };
+    for (const auto& row : rows) EXPECT_NEAR(letterSpacing(row.size, row.weight), row.spacing, 1e-9);
+
+    const auto blank = [](double size, Font::Weight weight = Font::Weight::regular) {
+        const Font font = Font::system(size, weight);
+        return (naturalWidth("n n", font) - naturalWidth("nn", font) - letterSpacing(size, weight)) / size;
+    };
+    EXPECT_NEAR(blank(17) - blank(20), 0.025, 1e-4) << "narrower from 20 points on";
+    EXPECT_NEAR(blank(17) - blank(18.5), 0.0125, 1e-4) << "half of it half way";
+    EXPECT_NEAR(blank(17) - blank(40), 0.025, 1e-4);
+    EXPECT_NEAR(blank(17, Font::Weight::bold), blank(40, Font::Weight::bold), 1e-4) << "only regular ones";
+    EXPECT_NEAR(naturalWidth("n\u00A0n", Font::system(40)), naturalWidth("n n", Font::system(40)), 1e-3);
+    const Font tabular = Font::monospacedDigitSystem(40, Font::Weight::semibold);
+    const Font wide = Font::monospacedDigitSystem(1000, Font::Weight::semibold);
+    const auto unspaced = [](const Font& font) {
+        return (naturalWidth("000", font) / 3 - letterSpacing(font.size, font.weight)) / font.size;
+    };
+    EXPECT_NEAR(unspaced(tabular), unspaced(wide), 1e-4) << "a part of the size";
+}
+
+TEST(TextFit, LetterSpacingIsAddedAfterEachGlyph) {
+    // All of a text but its spacing grows with the size.
     const double at10 = naturalWidth("nnnnnnnnnn", Font::system(10)) / 10;
     const double at40 = naturalWidth("nnnnnnnnnn", Font::system(40)) / 40;
-    EXPECT_NEAR(at10 - at40, tracking(10) - tracking(40) / 4, 1e-4);
-    EXPECT_NEAR(tracking(17), (-0.0223 + 0.185 * std::exp(-0.1745 * 17)) * 17, 1e-12);
+    EXPECT_NEAR(at10 - at40, letterSpacing(10, Font::Weight::regular) - letterSpacing(40, Font::Weight::regular) / 4,
+                1e-4);
     const double joined10 = naturalWidth("سسسس", Font::system(10)) / 10;
     const double joined40 = naturalWidth("سسسس", Font::system(40)) / 40;
     EXPECT_NEAR(joined10, joined40, 1e-4) << "joined letters have none";
@@ -128,7 +192,8 @@ TEST(TextFit, LinesAreBroken) {
         {"no width", "Hello wonderful world", {}, {"Hello wonderful world"}},
         {"between words", "Hello wonderful world", word, {"Hello", "wonderful", "world"}},
         {"white space hangs", "wonderful   world", word, {"wonderful", "world"}},
-        {"and does not count at the end", "wonderful    ", word, {"wonderful"}},
+        {"and breaks nothing at the end", "wonderful    ", word, {"wonderful"}},
+        {"a blank before a character has no line in no width", "  a b", 0, {"  a", "b"}},
         {"a long word is broken between characters", "mmmm", naturalWidth("mm") + 0.01, {"mm", "mm"}},
         {"after what stands before it", "a mmmm", naturalWidth("mm") + 0.01, {"a", "mm", "mm"}},
         {"a non-breaking space does not break", "a\u00A0b c", naturalWidth("a\u00A0b"), {"a\u00A0b", "c"}},
@@ -144,6 +209,62 @@ TEST(TextFit, LinesAreBroken) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(linesOf(fit(row.text, room(row.width))), row.lines);
+    }
+}
+
+TEST(TextFit, BlanksCountInTheWidthButNeedNotFit) {
+    const double blank = naturalWidth("n n") - naturalWidth("nn");
+    const double words = naturalWidth("one two");
+    EXPECT_NEAR(naturalWidth("one two "), words + blank, 1e-4);
+    EXPECT_NEAR(naturalWidth("one two  "), words + 2 * blank, 1e-4);
+    EXPECT_NEAR(naturalWidth("one two \nx"), words + blank, 1e-4) << "also at the end of a paragraph";
+    TextRoom given = room(words + 0.01);
+    given.scale = 0;
+    const TextBlock narrow = fit("one two ", given);
+    EXPECT_EQ(narrow.lineCount(), 1U);
+    EXPECT_EQ(narrow.size().width, words + 0.01) << "never more than proposed";
+    given.width = naturalWidth("wonderful") + blank / 2;
+    EXPECT_NEAR(fit("wonderful world", given).size().width, *given.width, 1e-4) << "the blank between two lines";
+}
+
+TEST(TextFit, NoWordIsLeftAloneWhereLinesComeOutMoreEven) {
+    using Lines = std::vector<std::string>;
+    const double twoWords = naturalWidth("Layout must") + 0.5;
+    const double threeWords = naturalWidth("Layout must wrap") + 0.5;
+    const struct {
+        const char* why;
+        const char* text;
+        TextRoom given;
+        Lines lines;
+    } rows[] = {
+        {"the last word of the first line goes with it",
+         "Layout must wrap it",
+         room(threeWords),
+         {"Layout must", "wrap it"}},
+        {"not where that is less even", "Layout must sentences", room(twoWords), {"Layout must", "sentences"}},
+        {"not where it does not fit",
+         "a moved wonderful",
+         room(naturalWidth("moved wonderful") - 1),
+         {"a moved", "wonderful"}},
+        {"one word stays", "Layouts it", room(naturalWidth("Layouts") + 1), {"Layouts", "it"}},
+        {"two words are not alone", "Layout must wrap it so", room(threeWords), {"Layout must wrap", "it so"}},
+        {"nor is one of three lines",
+         "Layout must Layout must it",
+         room(twoWords),
+         {"Layout must", "Layout must", "it"}},
+        {"blanks at the end count for nothing", "Layout must wrap it  ", room(threeWords), {"Layout must", "wrap it"}},
+        {"each paragraph for itself",
+         "a\nLayout must wrap it\nb",
+         room(threeWords),
+         {"a", "Layout must", "wrap it", "b"}},
+        {"not where it is cut off", "Layout must wrap it\nb", room(threeWords, 2), {"Layout must wrap", "it…"}},
+        {"nor in the one line shown", "Layout must wrap it", room(threeWords, 1), {"Layout must wr…"}},
+        {"a limit that is kept cuts nothing", "Layout must wrap it", room(threeWords, 2), {"Layout must", "wrap it"}},
+        {"a broken word is no word", "mmmm", room(naturalWidth("mmm") + 0.01), {"mmm", "m"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(linesOf(fit(row.text, row.given)), row.lines);
     }
 }
 

@@ -37,8 +37,7 @@ std::string roomInWords(const PlacedTree& placed, Index stack, Axis axis, const 
     std::string text = fmt::format("{} points of {}", inWords(share.remainder), lengthAlong(axis));
     if (share.turn > 0) return text;
     if (share.yields)
-        return share.setAside > 0 ? fmt::format("{} ({} of them set aside for it)", text, inWords(share.setAside))
-                                  : text;
+        return share.setAside > 0 ? fmt::format("{} ({} of them were set aside)", text, inWords(share.setAside)) : text;
     std::string taken;
     if (share.spacing != 0) append(taken, " and ", inWords(share.spacing) + " of spacing");
     if (share.setAside > 0) append(taken, " and ", inWords(share.setAside) + " set aside for what yields");
@@ -55,15 +54,15 @@ std::string flexibilityInWords(double flexibility, Axis axis) {
 /// When a child has its turn, and why then.
 std::string turnInWords(const std::string& stacked, const layout::StackShare& share, Axis axis) {
     const std::string_view length = lengthAlong(axis);
-    std::string group;
-    if (share.yields && share.count < share.siblings)
-        group = fmt::format("{} offers its {} to its other children first, since this one yields. ", stacked, length);
-    else if (!share.yields && share.count < share.siblings)
-        group = fmt::format("{} offers its {} to this child before those that yield. ", stacked, length);
-    if (share.count == 1 || !share.flexibility) return group;
-    return group + fmt::format("{} deals out its {}, the least flexible child first; this one ({}) comes {} of {}. ",
-                               stacked, length, flexibilityInWords(*share.flexibility, axis), ordinal(share.turn + 1),
-                               share.count);
+    const bool isAlone = share.count == share.siblings;
+    const std::string_view group = isAlone        ? ""
+                                   : share.yields ? " to what yields, after the others"
+                                                  : " before anything that yields";
+    if (share.count == 1 || !share.flexibility)
+        return isAlone ? "" : fmt::format("{} offers its {}{}. ", stacked, length, group);
+    return fmt::format("{} deals out its {}{}, the least flexible child first; this one ({}) comes {} of {}. ", stacked,
+                       length, group, flexibilityInWords(*share.flexibility, axis), ordinal(share.turn + 1),
+                       share.count);
 }
 
 Reason shareReason(const PlacedTree& placed, Index stack, Index index, Axis axis) {
@@ -77,8 +76,8 @@ Reason shareReason(const PlacedTree& placed, Index stack, Index index, Axis axis
                 fmt::format("{} has only this child and proposes it all its room: {}.", stacked, inWords(proposal))};
     const std::string turn = turnInWords(stacked, *share, axis);
     if (share->remainder <= 0)
-        return {"", fmt::format("{}{} has no {} left for it: {} is proposed.", turn,
-                                turn.empty() ? stacked : "The stack", lengthAlong(axis), inWords(proposal))};
+        return {"", fmt::format("{}{} has no {} left: {} is proposed.", turn, turn.empty() ? stacked : "The stack",
+                                lengthAlong(axis), inWords(proposal))};
     const std::size_t left = share->count - share->turn;
     const std::string room = roomInWords(placed, stack, axis, *share);
     const std::string divided = left == 1 ? fmt::format("It gets all that is left, {}", room)
