@@ -66,12 +66,14 @@ ViewEdges withPlain(const ViewEdges& edges, const Edges& sides) {
             sides.bottom ? plainOnes.bottom : edges.bottom, sides.trailing ? plainOnes.trailing : edges.trailing};
 }
 
-EdgeTable::EdgeTable() : edges_{{}, plainEdges()}, ids_{{edges_[none], none}, {edges_[plain], plain}} {}
-
 EdgeTable::Id EdgeTable::idOf(const ViewEdges& edges) {
-    const auto [entry, isNew] = ids_.try_emplace(edges, static_cast<Id>(edges_.size()));
-    if (isNew) edges_.push_back(edges);
-    return entry->second;
+    const auto end = edges_.begin() + static_cast<std::ptrdiff_t>(std::min(edges_.size(), looked));
+    const auto found = std::find(edges_.begin(), end, edges);
+    if (found != end) return static_cast<Id>(found - edges_.begin());
+    const auto next = static_cast<Id>(edges_.size());
+    const Id id = next < looked ? next : further_.try_emplace(edges, next).first->second;
+    if (id == next) edges_.push_back(edges);
+    return id;
 }
 
 std::size_t EdgeTable::Hash::operator()(const ViewEdges& edges) const {

@@ -98,7 +98,7 @@ public:
     static constexpr Id none = 0;
     static constexpr Id plain = 1;
 
-    EdgeTable();
+    EdgeTable() : edges_{{}, plainEdges()} {}
     [[nodiscard]] const ViewEdges& operator[](Id id) const { return edges_[id]; }
     [[nodiscard]] Id idOf(const ViewEdges& edges);
 
@@ -106,9 +106,11 @@ private:
     struct Hash {
         std::size_t operator()(const ViewEdges& edges) const;
     };
+    /// So many are found by looking at each, which is quicker than hashing; further ones by hash.
+    static constexpr std::size_t looked = 16;
 
     std::vector<ViewEdges> edges_;
-    std::unordered_map<ViewEdges, Id, Hash> ids_;
+    std::unordered_map<ViewEdges, Id, Hash> further_;
 };
 
 }  // namespace tavrin::layout

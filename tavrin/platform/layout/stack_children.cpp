@@ -57,24 +57,27 @@ void StackChildren::describe(Index index) {
 
 void StackChildren::describeStack(Index stack) {
     LayoutNode& node = tree_.nodes_[stack];
+    std::optional<EdgeTable::Id> first;
+    EdgeTable::Id last = EdgeTable::none;
+    bool areAlike = true;
     ViewEdges edges;
-    std::optional<Index> first;
-    Index last = 0;
     for (const Index child : tree_.children(stack)) {
         if (tree_.nodes_[child].absent) continue;
         const EdgeTable::Id id = tree_.nodes_[child].edges;
-        edges = unionOf(edges, tree_.edges_[id]);
-        if (!first) first = child;
-        last = child;
+        if (!first || id != last) edges = unionOf(edges, tree_.edges_[id]);
+        if (!first) first = id;
+        areAlike = areAlike && id == *first;
+        last = id;
     }
     node.yields = !first;
-    if (!first) return;
+    node.edges = last;
+    if (areAlike) return;
     if (node.kind == ViewKind::vstack) {
-        edges.top = tree_.edges(*first).top;
-        edges.bottom = tree_.edges(last).bottom;
+        edges.top = tree_.edges_[*first].top;
+        edges.bottom = tree_.edges_[last].bottom;
     } else if (node.kind == ViewKind::hstack) {
-        edges.leading = tree_.edges(*first).leading;
-        edges.trailing = tree_.edges(last).trailing;
+        edges.leading = tree_.edges_[*first].leading;
+        edges.trailing = tree_.edges_[last].trailing;
     }
     node.edges = tree_.edges_.idOf(edges);
 }

@@ -166,8 +166,17 @@ void TreeBuilder::addText(const Pending& pending, Index index) {
     }
     LayoutNode& node = tree_.nodes_[index];
     node.detail = static_cast<std::uint32_t>(tree_.texts_.size());
-    node.edges = tree_.edges_.idOf(edgesOf(textDistances(font, tree_.environment_.displayScale)));
+    node.edges = edgesOfText(font);
     tree_.texts_.push_back(std::move(item));
+}
+
+/// Where the tree keeps the edges of a text; neighbours often have one font.
+EdgeTable::Id TreeBuilder::edgesOfText(const Font& font) {
+    if (!lastFont_ || *lastFont_ != font) {
+        lastFont_ = font;
+        lastEdges_ = tree_.edges_.idOf(edgesOf(textDistances(font, tree_.environment_.displayScale)));
+    }
+    return lastEdges_;
 }
 
 std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const SharedText& shown, const Font& font) {

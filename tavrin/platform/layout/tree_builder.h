@@ -44,6 +44,7 @@ private:
     void addChildren(const Pending& pending, Index index);
     void addBody(const Pending& pending, Index index);
     std::uint32_t inheritedInside(const Pending& pending);
+    EdgeTable::Id edgesOfText(const Font& font);
     void addText(const Pending& pending, Index index);
     std::uint32_t addContainer();
     std::uint32_t addReader(const Pending& pending);
@@ -59,6 +60,8 @@ private:
     };
     std::shared_ptr<const text::ShapedText> shapeLongText(const SharedText& shown, const Font& font);
 
+    std::optional<Font> lastFont_;
+    EdgeTable::Id lastEdges_ = EdgeTable::none;
     std::vector<LongText> longTexts_;
     std::size_t longTextBytes_ = 0;
     LayoutTree& tree_;
