@@ -172,9 +172,10 @@ TEST(WidgetURLModifier, TheFirstAddressIsTheWidgets) {
         const char* outer;  ///< what the outermost view is marked with
     } rows[] = {
         {"an address", mark("app:a"), "app:a", "app:a"},
+        {"what an address may not hold is encoded", mark("app:a b"), "app:a%20b", "app:a%20b"},
         {"two", mark("app:a") + "," + mark("app:b"), "app:a", "app:b"},
-        {"what is no address leaves it unset", mark("a b"), "", ""},
-        {"for the next", mark("a b") + "," + mark("app:b"), "app:b", "app:b"},
+        {"what is no address leaves it unset", mark("a b:"), "", ""},
+        {"for the next", mark("a b:") + "," + mark("app:b"), "app:b", "app:b"},
         {"and takes nothing away", mark("app:a") + "," + mark(""), "app:a", ""},
         {"an expression that is not bound", mark("{{initServerParam.u}}"), "", ""},
     };
