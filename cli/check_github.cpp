@@ -3,7 +3,7 @@
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
-#include "cli/percent_encoding.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
-#include "cli/percent_encoding.h"
 #include "tavrin/diagnostics/rule.h"
 #include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {
@@ -15,7 +15,7 @@ std::uint64_t number(std::size_t value) { return value; }
 
 /// A path as a relative or absolute URI reference.
 std::string uriOf(std::string_view path) {
-    const auto isKept = [](char c) { return plainInPaths.find(c) != std::string_view::npos; };
+    const auto isKept = [](char c) { return c == '/' || unreservedInURLs.find(c) != std::string_view::npos; };
     return (path.starts_with('/') ? "file://" : "") + percentEncoded(path, isKept);
 }
 

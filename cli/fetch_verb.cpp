@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -14,10 +15,15 @@
 #include "cli/production.h"
 #include "cli/progress.h"
 #include "cli/verbs.h"
-#include "tavrin/images/web_image_hasher.h"
 
 namespace tavrin::cli {
 namespace {
+
+/// An address as a line can show it: a picture may stand in it.
+std::string shown(const URL& url) {
+    constexpr std::size_t longest = 200;
+    return url.string().size() > longest ? url.string().substr(0, longest) + "…" : url.string();
+}
 
 /// What has been fetched and what has not.
 class Fetch {
@@ -46,42 +52,46 @@ private:
                 reporter_.report(*outcome.failure);
                 documentFailed_ = true;
             }
-            for (const URL& url : outcome.pictures) add(url);
+            for (const NamedPicture& picture : outcome.pictures) add(picture);
         });
     }
 
-    void add(const URL& url) {
-        const auto [known, isNew] = byName_.try_emplace(WebImageHasher(url.string()), url);
+    void add(const NamedPicture& picture) {
+        const auto [known, isNew] = byName_.try_emplace(picture.fileName, picture.url);
         if (isNew)
-            urls_.push_back(url);
-        else if (known->second != url)
-            fail(url, "its name in the folder, " + known->first + ", is that of '" + known->second.string() + "' too");
+            pictures_.push_back(picture);
+        else if (known->second != picture.url)
+            fail(picture.url,
+                 "its name in the folder, " + known->first + ", is that of '" + shown(known->second) + "' too");
     }
 
     void download() {
-        Progress progress(urls_.size());
-        PictureDownloads downloads(urls_, arguments_.fetchPolicy);
-        while (const auto picture = downloads.next()) {
-            if (!picture->error.empty()) {
+        Progress progress(pictures_.size());
+        std::vector<URL> urls;
+        for (const NamedPicture& picture : pictures_) urls.push_back(picture.url);
+        PictureDownloads downloads(std::move(urls), arguments_.fetchPolicy);
+        while (const auto download = downloads.next()) {
+            const NamedPicture& picture = pictures_[download->index];
+            if (!download->error.empty()) {
                 progress.hide();
-                fail(picture->url, picture->error);
+                fail(picture.url, download->error);
             } else {
-                writeFile(folder() / WebImageHasher(picture->url.string()), picture->bytes);
+                writeFile(folder() / picture.fileName, download->bytes);
                 ++fetched_;
-                bytes_ += picture->bytes.size();
+                bytes_ += download->bytes.size();
             }
-            progress.advance(picture->url.string());
+            progress.advance(shown(picture.url));
         }
     }
 
     void fail(const URL& url, const std::string& reason) {
         ++failed_;
-        reporter_.report(describe(std::make_exception_ptr(IOError("cannot fetch '" + url.string() + "': " + reason))));
+        reporter_.report(describe(std::make_exception_ptr(IOError("cannot fetch '" + shown(url) + "': " + reason))));
     }
 
     const Arguments& arguments_;
     const Reporter& reporter_;
-    std::vector<URL> urls_;
+    std::vector<NamedPicture> pictures_;
     std::unordered_map<std::string, URL> byName_;
     std::size_t fetched_ = 0;
     std::size_t failed_ = 0;

@@ -121,7 +121,7 @@ Date readDate(std::string_view option, std::string_view value) {
 
 TimeZone readTimeZone(std::string_view option, std::string_view value) {
     const auto zone = TimeZone::named(value);
-    if (!zone) fail(option, "the name of a time zone such as Europe/Madrid", value);
+    if (!zone) fail(option, "the name of a time zone such as Europe/Madrid, CET or GMT+2", value);
     return *zone;
 }
 

@@ -147,7 +147,7 @@ const std::vector<OptionInfo>& options() {
          "The moment that is drawn, such as 2026-03-01T09:41:00Z (now; of snapshots that one, so that they "
          "can be repeated)"},
         {"--time-zone", "ID", laidOut,
-         "The device's time zone, such as Europe/Madrid (the system's; of snapshots UTC)"},
+         "The device's time zone, such as Europe/Madrid, CET or GMT+2 (the system's; of snapshots UTC)"},
         {"--image-cache-dir", "DIR", loaded,
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
          "them",

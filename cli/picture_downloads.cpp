@@ -66,7 +66,8 @@ std::optional<PictureDownload> PictureDownloads::next() {
                 {attempt.index, attempt.number + 1, Clock::now() + firstPause * (1 << (attempt.number - 1))});
             continue;
         }
-        return PictureDownload{url, fault.empty() ? std::move(response.data) : std::string(), std::move(fault)};
+        return PictureDownload{attempt.index, fault.empty() ? std::move(response.data) : std::string(),
+                               std::move(fault)};
     }
 }
 

@@ -14,7 +14,7 @@ namespace tavrin::cli {
 
 /// A picture's bytes, or why there are none.
 struct PictureDownload {
-    URL url;
+    std::size_t index;  ///< of its address
     std::string bytes = {};
     std::string error = {};
 };

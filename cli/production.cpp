@@ -17,6 +17,7 @@
 #include "cli/ordered_work.h"
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/images/web_image.h"
+#include "tavrin/images/web_image_hasher.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json.h"
 #include "tavrin/platform/ui/view_tree.h"
@@ -53,22 +54,22 @@ std::string product(const Arguments& arguments, const Source& document, const An
     return withLineEnd(renderer.targetsText());
 }
 
-/// The addresses of the pictures in a view tree, in document order.
-std::vector<URL> pictureAddresses(const AnyView& root) {
-    std::vector<URL> addresses;
+/// The pictures that a view tree names, in document order.
+std::vector<NamedPicture> namedPictures(const AnyView& root) {
+    std::vector<NamedPicture> pictures;
     std::vector<AnyView> pending{root};
     while (!pending.empty()) {
         const AnyView view = std::move(pending.back());
         pending.pop_back();
         if (const auto* image = view.as<WebImage>()) {
-            for (const auto* address : {&image->url, &image->alt})
-                if (*address) addresses.push_back(**address);
+            if (image->url) pictures.push_back({*image->url, WebImageHasher(image->written)});
+            if (image->alt) pictures.push_back({*image->alt, WebImageHasher(image->writtenAlt)});
         }
         const auto first = static_cast<std::ptrdiff_t>(pending.size());
         view.box().forEachInside([&](const AnyView& inside) { pending.push_back(inside); });
         std::reverse(pending.begin() + first, pending.end());
     }
-    return addresses;
+    return pictures;
 }
 
 bool isExpression(const JSON* value) {
@@ -113,7 +114,7 @@ Outcome produce(const Arguments& arguments, const Source* model, const std::stri
         const AnyView view = TavrinEngine().loadView(document.text, modelText, context);
         if (arguments.verb == Verb::fetch && !model) noteAddressesInModel(document, outcome.notes);
         if (arguments.verb == Verb::fetch)
-            outcome.pictures = pictureAddresses(view);
+            outcome.pictures = namedPictures(view);
         else if (arguments.frames)
             drawFrames(*arguments.frames, view, renderOptionsFor(arguments, context, outcome.notes), path, outcome);
         else

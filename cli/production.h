@@ -13,6 +13,12 @@
 
 namespace tavrin::cli {
 
+/// A picture that a document names.
+struct NamedPicture {
+    URL url;
+    std::string fileName;  ///< what it is called in a folder of pictures
+};
+
 /// What a verb makes of one document.
 struct Outcome {
     /// The picture or the text; empty for a failure.
@@ -21,8 +27,8 @@ struct Outcome {
     std::vector<std::shared_ptr<const std::string>> frames = {};
     /// What was doubtful, a line each.
     std::vector<std::string> notes = {};
-    /// For `fetch`: the addresses of the pictures that the document names.
-    std::vector<URL> pictures = {};
+    /// For `fetch`: the pictures that the document names.
+    std::vector<NamedPicture> pictures = {};
     std::optional<Failure> failure = std::nullopt;
 };
 

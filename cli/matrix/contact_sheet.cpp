@@ -5,8 +5,8 @@
 #include "cli/matrix/matrix_picture.h"
 #include "cli/option_values.h"
 #include "cli/options.h"
-#include "cli/percent_encoding.h"
 #include "tavrin/platform/foundation/markup_text.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {
@@ -50,8 +50,9 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
 
 /// A file's name as a relative address; what means something in one, and in a list of them, is percent-encoded.
 std::string address(std::string_view file) {
-    return "./" +
-           percentEncoded(file, [](char c) { return c == '@' || plainInPaths.find(c) != std::string_view::npos; });
+    return "./" + percentEncoded(file, [](char c) {
+               return c == '@' || c == '/' || unreservedInURLs.find(c) != std::string_view::npos;
+           });
 }
 
 using Pictures = std::span<const MatrixPicture>;

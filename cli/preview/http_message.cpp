@@ -1,25 +1,12 @@
 #include "cli/preview/http_message.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 
 #include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
 
 namespace tavrin::cli {
-
-std::string percentDecoded(std::string_view text) {
-    std::string decoded;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        unsigned char byte = 0;
-        const char* const digits = text.data() + at + 1;
-        const bool isEscape =
-            text[at] == '%' && at + 2 < text.size() && std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
-        decoded += isEscape ? static_cast<char>(byte) : text[at];
-        if (isEscape) at += 2;
-    }
-    return decoded;
-}
 
 std::string HTTPRequest::parameter(std::string_view name) const {
     std::string_view rest = query;

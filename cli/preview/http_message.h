@@ -40,7 +40,4 @@ struct HTTPResponse {
     [[nodiscard]] static HTTPResponse failure(unsigned status, std::string_view message);
 };
 
-/// "%41" becomes "A". Escapes that are none stay as they are.
-[[nodiscard]] std::string percentDecoded(std::string_view text);
-
 }  // namespace tavrin::cli

@@ -10,6 +10,7 @@
 #include <boost/asio/write.hpp>
 
 #include "cli/preview/response_headers.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {

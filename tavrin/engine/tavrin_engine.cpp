@@ -37,7 +37,7 @@ AnyView TavrinEngine::loadView(std::string_view json, std::optional<std::string_
         std::allocate_shared<const NodeDictionary>(pool::Allocator<NodeDictionary>(), std::move(root.nodes));
     if (model) state.modelContext = decodeModel(*model);
     checkVersion(root.version);
-    WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, {context.fetchPolicy, context.maxImageSize});
+    WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, context.fetchPolicy);
     const auto main = state.rootNodes->find("main");
     if (main == state.rootNodes->end()) throw TavrinError("Engine", "view must have main node");
     const RenderState::Recording recording(state, context);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <stop_token>
 #include <string_view>
 
 #include "tavrin/images/image_decoder.h"
@@ -15,9 +16,9 @@ using Picture = std::shared_ptr<const Bitmap>;
 /// Whether a file may declare so many pixels.
 bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height);
 
-Picture decodePng(std::string_view bytes, const ImageBounds& bounds);
-Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds);
-Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds);
-Picture decodeGif(std::string_view bytes, const ImageBounds& bounds);
+Picture decodePng(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+Picture decodeGif(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
 
 }  // namespace tavrin::images

@@ -60,7 +60,8 @@ Palette paletteOf(const ColorMapObject& colors, int transparentIndex) {
 }
 
 /// Reads the frame's rows in the order of the file, top to bottom or in the four passes of an interlaced one.
-bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target, std::size_t stride) {
+bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target, std::size_t stride,
+               const std::stop_token& stop) {
     struct Pass {
         int first;
         int step;
@@ -71,7 +72,7 @@ bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target,
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     const auto readRows = [&](const Pass& pass) {
         for (int y = pass.first; y < frame.Height; y += pass.step) {
-            if (DGifGetLine(file, indices.data(), frame.Width) != GIF_OK) return false;
+            if (stop.stop_requested() || DGifGetLine(file, indices.data(), frame.Width) != GIF_OK) return false;
             std::transform(indices.begin(), indices.end(), target + static_cast<std::size_t>(y) * stride,
                            [&](GifPixelType index) { return palette[index]; });
         }
@@ -83,7 +84,7 @@ bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target,
 
 }  // namespace
 
-Picture decodeGif(std::string_view bytes, const ImageBounds& bounds) {
+Picture decodeGif(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
     const GifFile file(DGifOpen(&bytes, readBytes, nullptr));
     if (!file) return nullptr;
     const std::optional<int> transparentIndex = transparentIndexOfFirstFrame(file.get());
@@ -99,7 +100,7 @@ Picture decodeGif(std::string_view bytes, const ImageBounds& bounds) {
     const auto stride = static_cast<std::size_t>(width);
     std::vector<std::uint32_t> pixels(stride * static_cast<std::size_t>(height));
     std::uint32_t* target = pixels.data() + static_cast<std::size_t>(frame.Top) * stride + frame.Left;
-    if (!readFrame(file.get(), paletteOf(*colors, *transparentIndex), target, stride)) return nullptr;
+    if (!readFrame(file.get(), paletteOf(*colors, *transparentIndex), target, stride, stop)) return nullptr;
     return std::make_shared<const Bitmap>(width, height, std::move(pixels));
 }
 

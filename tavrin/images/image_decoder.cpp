@@ -37,7 +37,7 @@ private:
     }
 };
 
-using Decode = Picture (*)(std::string_view bytes, const ImageBounds& bounds);
+using Decode = Picture (*)(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
 
 /// The decoder of the format that a file begins like; null when it is none of them.
 Decode decoderOf(std::string_view bytes) {
@@ -51,12 +51,14 @@ Decode decoderOf(std::string_view bytes) {
 }  // namespace
 }  // namespace images
 
-std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds) {
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds,
+                                          const std::stop_token& stop) {
     const images::Decode decode = images::decoderOf(bytes);
     if (decode == nullptr) return nullptr;
     const images::DecodingPlace place;
+    if (stop.stop_requested()) return nullptr;
     try {
-        return decode(bytes, bounds);
+        return decode(bytes, bounds, stop);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }

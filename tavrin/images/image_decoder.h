@@ -2,30 +2,28 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
+#include <stop_token>
 #include <string_view>
 
 #include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/geometry.h"
 
 namespace tavrin {
 
-/// How large a picture may be, and how large it need be.
+/// How large a picture may be.
 struct ImageBounds {
     /// A picture whose file declares more pixels is refused before anything is allocated for them.
     std::size_t maximumPixels = 64'000'000;
     /// A picture is refused while all bitmaps of the process, this one included, would take more, in bytes: documents
     /// may name any number of pictures.
     std::size_t maximumBytesInUse = std::size_t{1} << 30;
-    /// The size, in pixels, that the picture will be made to fit in (`ImageProcesser`). A large JPEG is then decoded at
-    /// a half, a quarter or an eighth, never smaller than what fits. Other formats are decoded in full.
-    std::optional<Size> wanted = std::nullopt;
 };
 
 /// The picture that a file's bytes hold: PNG, JPEG, WebP or GIF (of an animation the first frame), told apart by
 /// content. A JPEG is turned as its EXIF orientation says; colour profiles are not applied. Null when the bytes hold no
-/// picture, a damaged or cut off one, or one beyond `bounds`. Any thread; as many pictures are decoded at once as there
-/// are processors, others wait.
-std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds = {});
+/// picture, a damaged or cut off one, or one beyond `bounds`; also when `stop` asks for it: it is looked at before the
+/// picture is begun and, but for WebP, at every row. Any thread; as many pictures are decoded at once as there are
+/// processors, others wait.
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds = {},
+                                          const std::stop_token& stop = {});
 
 }  // namespace tavrin

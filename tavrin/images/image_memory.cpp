@@ -6,35 +6,28 @@
 namespace tavrin {
 namespace {
 
-/// Whether a picture that was decoded for one size does for another.
-bool serves(const std::optional<Size>& decodedFor, const std::optional<Size>& wanted) {
-    if (!decodedFor) return true;
-    return wanted && wanted->width <= decodedFor->width && wanted->height <= decodedFor->height;
-}
-
 /// What an entry takes: also small pictures take some memory.
 std::size_t costOf(const URL& url, const Bitmap& image) {
     constexpr std::size_t bookkeeping = 256;
-    return image.byteCount() + 2 * url.string().size() + bookkeeping;
+    return image.byteCount() + url.string().size() + bookkeeping;
 }
 
 }  // namespace
 
-std::shared_ptr<const Bitmap> ImageMemory::find(const URL& url, const std::optional<Size>& wanted) {
+std::shared_ptr<const Bitmap> ImageMemory::find(const URL& url) {
     const std::lock_guard lock(mutex_);
     const auto found = byURL_.find(url);
-    if (found == byURL_.end() || !serves(found->second->decodedFor, wanted)) return nullptr;
+    if (found == byURL_.end()) return nullptr;
     entries_.splice(entries_.begin(), entries_, found->second);
     return found->second->image;
 }
 
-bool ImageMemory::holds(const URL& url, const std::optional<Size>& wanted) const {
+bool ImageMemory::holds(const URL& url) const {
     const std::lock_guard lock(mutex_);
-    const auto found = byURL_.find(url);
-    return found != byURL_.end() && serves(found->second->decodedFor, wanted);
+    return byURL_.contains(url);
 }
 
-void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image, const std::optional<Size>& decodedFor) {
+void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image) {
     Entries dropped;  // destroyed last, when the lock is gone
     const std::lock_guard lock(mutex_);
     if (const auto found = byURL_.find(url); found != byURL_.end()) {
@@ -45,7 +38,7 @@ void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image, cons
     const std::size_t cost = costOf(url, *image);
     if (cost > maximumBytes_) return;
     bytes_ += cost;
-    entries_.push_front({url, std::move(image), decodedFor});
+    entries_.push_front({url, std::move(image)});
     byURL_.emplace(url, entries_.begin());
     dropped.splice(dropped.end(), evict());
 }

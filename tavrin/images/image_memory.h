@@ -4,11 +4,9 @@
 #include <list>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <unordered_map>
 
 #include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {
@@ -19,13 +17,12 @@ class ImageMemory {
 public:
     explicit ImageMemory(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
 
-    /// The picture of an address, or null. `wanted` as in `ImageBounds`: a picture that was decoded small is not found
-    /// for a larger one.
-    [[nodiscard]] std::shared_ptr<const Bitmap> find(const URL& url, const std::optional<Size>& wanted);
+    /// The picture of an address, or null.
+    [[nodiscard]] std::shared_ptr<const Bitmap> find(const URL& url);
     /// Whether `find` would find one; does not count as asking for it.
-    [[nodiscard]] bool holds(const URL& url, const std::optional<Size>& wanted) const;
-    /// Keeps a picture in place of what its address had. `decodedFor`: the size it was decoded small for, if it was.
-    void keep(const URL& url, std::shared_ptr<const Bitmap> image, const std::optional<Size>& decodedFor);
+    [[nodiscard]] bool holds(const URL& url) const;
+    /// Keeps a picture in place of what its address had.
+    void keep(const URL& url, std::shared_ptr<const Bitmap> image);
 
     void setMaximumBytes(std::size_t bytes);
     [[nodiscard]] std::size_t maximumBytes() const;
@@ -36,7 +33,6 @@ private:
     struct Entry {
         URL url;
         std::shared_ptr<const Bitmap> image;
-        std::optional<Size> decodedFor;
     };
     using Entries = std::list<Entry>;  // the last asked for first
 

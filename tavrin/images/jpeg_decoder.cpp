@@ -12,7 +12,6 @@
 
 #include "tavrin/images/decoders.h"
 #include "tavrin/images/exif_orientation.h"
-#include "tavrin/images/fitted_size.h"
 #include "tavrin/platform/foundation/pixels.h"
 
 namespace tavrin::images {
@@ -31,7 +30,7 @@ bool isHarmless(int warning) {
 /// The library's state. It reports errors by a jump to `failed`, which `readHeader` and `readPixels` set: nothing in
 /// them has a destructor.
 struct Reader {
-    explicit Reader(std::string_view bytes);
+    Reader(std::string_view bytes, const std::stop_token& stop);
     ~Reader() { jpeg_destroy_decompress(&info); }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
@@ -41,6 +40,7 @@ struct Reader {
     jpeg_progress_mgr progress{};
     std::jmp_buf failed{};
     std::string_view source;
+    const std::stop_token& stop;
 };
 
 Reader& readerOf(j_common_ptr info) { return *static_cast<Reader*>(info->client_data); }
@@ -51,18 +51,20 @@ void failOnDamage(j_common_ptr info, int level) {
     if (level < 0 && !isHarmless(info->err->msg_code)) fail(info);
 }
 
-void failOnManyScans(j_common_ptr info) {
+/// Called before every row of blocks and of pixels.
+void monitor(j_common_ptr info) {
+    if (readerOf(info).stop.stop_requested()) fail(info);
     const jpeg_decompress_struct& picture = readerOf(info).info;
     const std::int64_t scan = picture.input_scan_number;
     if (scan > mostScans || scan * picture.image_width * picture.image_height > mostScannedPixels) fail(info);
 }
 
-Reader::Reader(std::string_view bytes) : source(bytes) {
+Reader::Reader(std::string_view bytes, const std::stop_token& stop) : source(bytes), stop(stop) {
     info.err = jpeg_std_error(&errors);
     errors.error_exit = fail;
     errors.emit_message = failOnDamage;
     errors.output_message = [](j_common_ptr) {};
-    progress.progress_monitor = failOnManyScans;
+    progress.progress_monitor = monitor;
     info.client_data = this;
 }
 
@@ -99,16 +101,6 @@ Orientation orientationOf(const Reader& reader) {
     return Orientation::upright;
 }
 
-/// The largest divisor of the sides that leaves at least what will fit in `wanted`.
-unsigned divisorFor(Size stored, Size wanted, Orientation orientation) {
-    if (swapsSides(orientation)) std::swap(wanted.width, wanted.height);
-    if (!(wanted.width > 0 && wanted.height > 0)) return 1;
-    const Size fitted = fittedSize(stored, wanted);
-    for (const unsigned divisor : {8U, 4U, 2U})
-        if (stored.width / divisor >= fitted.width && stored.height / divisor >= fitted.height) return divisor;
-    return 1;
-}
-
 /// Words of four inks to pixels. Adobe's programs, which mark their files, store how much of each ink is left out.
 void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
     const std::uint32_t inverted = reader.info.saw_Adobe_marker ? 0 : 0xFFFFFFFF;
@@ -120,13 +112,11 @@ void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
 
 }  // namespace
 
-Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds) {
-    Reader reader(bytes);
+Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
+    Reader reader(bytes, stop);
     jpeg_decompress_struct& info = reader.info;
     if (!readHeader(reader) || !isWithin(bounds, info.image_width, info.image_height)) return nullptr;
     const Orientation orientation = orientationOf(reader);
-    const Size stored{static_cast<double>(info.image_width), static_cast<double>(info.image_height)};
-    if (bounds.wanted) info.scale_denom = divisorFor(stored, *bounds.wanted, orientation);
     const bool inks = info.num_components == 4;
     if (inks)
         info.out_color_space = JCS_CMYK;
@@ -140,11 +130,10 @@ Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds) {
     if (!readPixels(reader, reinterpret_cast<std::uint8_t*>(pixels.data()), std::size_t{info.output_width} * 4))
         return nullptr;
     if (inks) convertInks(reader, pixels);
-    if (orientation == Orientation::upright)
-        return std::make_shared<const Bitmap>(width, height, std::move(pixels), stored);
+    if (orientation == Orientation::upright) return std::make_shared<const Bitmap>(width, height, std::move(pixels));
     pixels = uprightPixels(pixels, width, height, orientation);
-    if (!swapsSides(orientation)) return std::make_shared<const Bitmap>(width, height, std::move(pixels), stored);
-    return std::make_shared<const Bitmap>(height, width, std::move(pixels), Size{stored.height, stored.width});
+    return swapsSides(orientation) ? std::make_shared<const Bitmap>(height, width, std::move(pixels))
+                                   : std::make_shared<const Bitmap>(width, height, std::move(pixels));
 }
 
 }  // namespace tavrin::images

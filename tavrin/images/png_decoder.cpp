@@ -14,9 +14,23 @@ namespace {
 /// What texts, profiles and the like may take, unpacked; they are read only to see that the file is whole.
 constexpr std::size_t mostMetadata = 16U << 20;
 
+/// Reads every row, of an interlaced picture once for each pass that it has pixels in.
+bool readRows(spng_ctx* context, std::uint32_t* pixels, std::size_t width, const std::stop_token& stop) {
+    if (spng_decode_image(context, nullptr, 0, SPNG_FMT_RGBA8, SPNG_DECODE_TRNS | SPNG_DECODE_PROGRESSIVE) != SPNG_OK)
+        return false;
+    spng_row_info row{};
+    int outcome = SPNG_OK;
+    while (outcome == SPNG_OK && !stop.stop_requested()) {
+        outcome = spng_get_row_info(context, &row);
+        if (outcome == SPNG_OK)
+            outcome = spng_decode_row(context, pixels + row.row_num * width, width * sizeof(pixels[0]));
+    }
+    return outcome == SPNG_EOI;
+}
+
 }  // namespace
 
-Picture decodePng(std::string_view bytes, const ImageBounds& bounds) {
+Picture decodePng(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
     const Handle<spng_ctx, spng_ctx_free> context(spng_ctx_new(0));
     spng_ihdr header{};
     if (!context || spng_set_png_buffer(context.get(), bytes.data(), bytes.size()) != SPNG_OK ||
@@ -27,9 +41,7 @@ Picture decodePng(std::string_view bytes, const ImageBounds& bounds) {
         return nullptr;
 
     std::vector<std::uint32_t> pixels(std::size_t{header.width} * header.height);
-    if (spng_decode_image(context.get(), pixels.data(), pixels.size() * sizeof(pixels[0]), SPNG_FMT_RGBA8,
-                          SPNG_DECODE_TRNS) != SPNG_OK ||
-        spng_decode_chunks(context.get()) != SPNG_OK)
+    if (!readRows(context.get(), pixels.data(), header.width, stop) || spng_decode_chunks(context.get()) != SPNG_OK)
         return nullptr;
     premultiplyPixels(reinterpret_cast<const std::uint8_t*>(pixels.data()), pixels.data(), pixels.size());
     return std::make_shared<const Bitmap>(static_cast<int>(header.width), static_cast<int>(header.height),

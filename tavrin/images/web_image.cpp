@@ -6,20 +6,18 @@
 #include "tavrin/images/log_record.h"
 #include "tavrin/images/web_image_cache.h"
 #include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/ui/views.h"
 
 namespace tavrin {
 namespace {
 
-ImageLoadOptions optionsOf(const WebImage& image) { return {image.fetchPolicy, image.maxImageSize}; }
-
 /// Whether the picture is known without waiting for anything.
 bool isReady(const WebImage& image) {
-    const bool mayWait = image.local == true || image.fetchPolicy != FetchPolicy::none;
     for (const auto* address : {&image.url, &image.alt}) {
         if (!*address) continue;
-        if (WebImageCache::shared().holds(**address, optionsOf(image))) return true;
-        if (mayWait) return false;
+        if (WebImageCache::shared().holds(**address)) return true;
+        if (image.local == true || !refusal(**address, image.fetchPolicy)) return false;
     }
     return true;
 }
@@ -28,7 +26,9 @@ bool isReady(const WebImage& image) {
 std::string keyOf(const WebImage& image) {
     std::string key = (image.url ? image.url->string() : "") + ' ' + (image.alt ? image.alt->string() : "");
     key += image.local == true ? " local " : " remote ";
-    return key + keyOf(optionsOf(image));
+    key += toText(static_cast<int>(image.fetchPolicy));
+    if (image.maxImageSize) key += ' ' + toText(image.maxImageSize->width) + 'x' + toText(image.maxImageSize->height);
+    return key;
 }
 
 }  // namespace
@@ -57,8 +57,8 @@ std::shared_ptr<const Bitmap> WebImage::load(Logger* listener) const {
 
 std::shared_ptr<const Bitmap> WebImage::load(const URL& address, Logger* listener) const {
     WebImageCache& cache = WebImageCache::shared();
-    std::shared_ptr<const Bitmap> picture = local == true ? cache.loadImageFromFile(address, listener, optionsOf(*this))
-                                                          : cache.loadImageSync(address, listener, optionsOf(*this));
+    std::shared_ptr<const Bitmap> picture = local == true ? cache.loadImageFromFile(address, listener)
+                                                          : cache.loadImageSync(address, listener, fetchPolicy);
     if (picture && maxImageSize) return ImageProcesser(*maxImageSize).fit(picture);
     return picture;
 }

@@ -9,6 +9,7 @@
 #include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
+#include "tavrin/platform/foundation/shared_text.h"
 #include "tavrin/platform/foundation/url.h"
 #include "tavrin/platform/ui/any_view.h"
 
@@ -32,6 +33,9 @@ struct WebImage {
     std::shared_ptr<Logger> logger = nullptr;
     /// What may be fetched. Files that are `local` are the host's own and always read.
     FetchPolicy fetchPolicy = FetchPolicy::all;
+    /// Both addresses as the document or its model writes them, by which `WebImageHasher` names files.
+    SharedText written = {};
+    SharedText writtenAlt = {};
 
     [[nodiscard]] Loading loading() const;
     [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }

@@ -1,34 +1,16 @@
 #include "tavrin/images/web_image_cache.h"
 
-#include <condition_variable>
 #include <exception>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
-#include "tavrin/images/image_decoder.h"
+#include "tavrin/images/image_loads.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/main_queue.h"
-#include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
-
-/// A picture, or none, and how it was decoded.
-struct WebImageCache::Decoded {
-    std::shared_ptr<const Bitmap> image = nullptr;
-    /// The size it was decoded small for, if it was.
-    std::optional<Size> decodedFor = std::nullopt;
-};
-
-/// Where a download leaves its picture for who waits for it.
-struct WebImageCache::Slot {
-    std::mutex mutex;
-    std::condition_variable filled;
-    bool isFilled = false;
-    Decoded decoded;
-    std::optional<URLError> error;
-};
-
 namespace {
 
 void logError(Logger* logger, std::string_view code, const std::string& message) {
@@ -43,17 +25,17 @@ void logFailure(Logger* logger, const URL& url) {
     logError(logger, "LoadImageError", "Load Image Failed: " + url.string());
 }
 
-bool isSmallCopy(const Bitmap& image) {
-    return image.sourceSize() != Size{static_cast<double>(image.width()), static_cast<double>(image.height())};
+ImageLoads::Outcome readPicture(const URL& url) noexcept {
+    try {
+        FileContents file = readFile(url.filePath(), WebImageCache::maximumFileBytes);
+        if (!file.error.empty()) return {nullptr, URLError{URLError::Code::failed, std::move(file.error)}};
+        return ImageLoads::decoded({std::move(file.bytes), 0, std::nullopt}, {});
+    } catch (const std::exception&) {  // there is not enough memory for it
+        return {};
+    }
 }
 
 }  // namespace
-
-std::string keyOf(const ImageLoadOptions& options) {
-    std::string key = toText(static_cast<int>(options.fetchPolicy));
-    if (options.wanted) key += ' ' + toText(options.wanted->width) + 'x' + toText(options.wanted->height);
-    return key;
-}
 
 WebImageCache& WebImageCache::shared() {
     // Downloads may still end while the process does.
@@ -61,101 +43,50 @@ WebImageCache& WebImageCache::shared() {
     return cache;
 }
 
-WebImageCache::Decoded WebImageCache::decode(const URLResponse& response, const std::optional<Size>& wanted) noexcept {
-    try {
-        if (response.error) return {};
-        Decoded decoded{decodeImage(response.data, {.wanted = wanted})};
-        if (decoded.image && isSmallCopy(*decoded.image)) decoded.decodedFor = wanted;
-        return decoded;
-    } catch (const std::exception&) {  // there is not enough memory for it
-        return {};
-    }
-}
+WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(std::make_shared<ImageLoads>()) {}
 
-void WebImageCache::keep(const URL& url, const Decoded& decoded) {
-    if (decoded.image) cache_.keep(url, decoded.image, decoded.decodedFor);
-}
-
-std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger,
-                                                           const ImageLoadOptions& options) {
-    if (std::shared_ptr<const Bitmap> known = cache_.find(url, options.wanted)) return known;
-    if (const std::optional<std::string> reason = refusal(url, options.fetchPolicy)) {
+std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger, FetchPolicy policy) {
+    const auto end = std::chrono::steady_clock::now() + timeLimit;
+    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) return known;
+    if (const std::optional<std::string> reason = refusal(url, policy)) {
         logRefusal(logger, url, *reason);
         logFailure(logger, url);
         return nullptr;
     }
-    const auto end = std::chrono::steady_clock::now() + timeLimit;
-    const auto slot = std::make_shared<Slot>();
-    const auto task = session_.dataTask({url, options.fetchPolicy, true},
-                                        [slot, wanted = options.wanted](const URLResponse& response) {
-                                            Decoded decoded = decode(response, wanted);
-                                            const std::lock_guard lock(slot->mutex);
-                                            slot->decoded = std::move(decoded);
-                                            slot->error = response.error;
-                                            slot->isFilled = true;
-                                            slot->filled.notify_one();
-                                        });
-
-    std::unique_lock lock(slot->mutex);
-    const bool isInTime = slot->filled.wait_until(lock, end, [&] { return slot->isFilled; });
-    const Decoded decoded = std::move(slot->decoded);
-    const std::optional<URLError> error = slot->error;
-    lock.unlock();
-    if (!isInTime) {
-        task->cancel();
-        logError(logger, "LoadImageTimeOut", "Load Image Timeout: " + url.string());
-    }
-    keep(url, decoded);
-    if (decoded.image) return decoded.image;
-    if (error && error->code == URLError::Code::refused) logRefusal(logger, url, error->message);
+    // What stands in the document itself never comes late: the same document is the same picture.
+    const auto limit = url.isData() ? std::nullopt : std::optional(end);
+    ImageLoads::Outcome outcome = loads_->wait({url, policy}, session_, limit);
+    if (outcome.image) return std::move(outcome.image);
+    if (!outcome.isInTime) logError(logger, "LoadImageTimeOut", "Load Image Timeout: " + url.string());
+    if (outcome.error && outcome.error->code == URLError::Code::refused)
+        logRefusal(logger, url, outcome.error->message);
     logFailure(logger, url);
     return nullptr;
 }
 
-std::shared_ptr<const Bitmap> WebImageCache::loadImageFromFile(const URL& url, Logger* logger,
-                                                               const ImageLoadOptions& options) {
-    if (std::shared_ptr<const Bitmap> known = cache_.find(url, options.wanted)) return known;
-    FileContents file = readFile(url.filePath(), maximumFileBytes);
-    if (!file.error.empty()) {
-        logError(logger, "LoadImageError", "Load local file error: " + file.error);
-        return nullptr;
-    }
-    const Decoded decoded = decode({std::move(file.bytes), 0, std::nullopt}, options.wanted);
-    keep(url, decoded);
-    return decoded.image;
+std::shared_ptr<const Bitmap> WebImageCache::loadImageFromFile(const URL& url, Logger* logger) {
+    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) return known;
+    ImageLoads::Outcome outcome = loads_->make({.url = url, .isLocal = true}, [&url] { return readPicture(url); });
+    if (outcome.error) logError(logger, "LoadImageError", "Load local file error: " + outcome.error->message);
+    return std::move(outcome.image);
 }
 
-void WebImageCache::cacheImages(const std::vector<URL>& urls, std::function<void()> compeletion,
-                                const ImageLoadOptions& options) {
+void WebImageCache::cacheImages(const std::vector<URL>& urls, std::function<void()> compeletion, FetchPolicy policy) {
     if (urls.empty() && !compeletion) return;
-    const Group group(nullptr, [compeletion = std::move(compeletion)](void*) {
+    const ImageLoads::Prefetch prefetch(nullptr, [compeletion = std::move(compeletion)](void*) {
         if (compeletion) MainQueue::shared().post(compeletion);
     });
     std::unordered_set<std::string_view> seen;
     for (const URL& url : urls)
-        if (seen.insert(url.string()).second && !cache_.holds(url, options.wanted) &&
-            !refusal(url, options.fetchPolicy))
-            prefetch(url, group, options);
+        if (seen.insert(url.string()).second && !refusal(url, policy)) loads_->begin({url, policy}, session_, prefetch);
 }
 
-void WebImageCache::prefetch(const URL& url, const Group& group, const ImageLoadOptions& options) {
-    // Only a prefetch that is alike may stand for another. No address holds a blank.
-    std::string key = url.string() + ' ' + keyOf(options);
-    {
-        const std::lock_guard lock(mutex_);
-        const auto [underWay, isNew] = prefetches_.try_emplace(key);
-        underWay->second.push_back(group);
-        if (!isNew) return;
-    }
-    const auto end = [this, url, key = std::move(key), wanted = options.wanted](const URLResponse& response) {
-        keep(url, decode(response, wanted));
-        std::vector<Group> groups;
-        const std::lock_guard lock(mutex_);
-        const auto underWay = prefetches_.find(key);
-        groups.swap(underWay->second);
-        prefetches_.erase(underWay);
-    };
-    session_.dataTask({url, options.fetchPolicy}, end);
-}
+bool WebImageCache::holds(const URL& url) const { return loads_->memory.holds(url); }
+
+void WebImageCache::setMaximumBytes(std::size_t bytes) { loads_->memory.setMaximumBytes(bytes); }
+
+std::size_t WebImageCache::maximumBytes() const { return loads_->memory.maximumBytes(); }
+
+std::size_t WebImageCache::bytes() const { return loads_->memory.bytes(); }
 
 }  // namespace tavrin

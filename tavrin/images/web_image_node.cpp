@@ -24,7 +24,9 @@ AnyView WebImageNode::render(Context& context) const {
                    .local = context.imageCacheDir.has_value(),
                    .maxImageSize = context.maxImageSize,
                    .logger = context.logger(),
-                   .fetchPolicy = context.fetchPolicy};
+                   .fetchPolicy = context.fetchPolicy,
+                   .written = first,
+                   .writtenAlt = second.value_or(SharedText())};
     return applyModifiers(*this, std::move(image), context);
 }
 

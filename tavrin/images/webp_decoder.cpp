@@ -23,7 +23,7 @@ bool isInside(const WebPIterator& frame, std::uint32_t width, std::uint32_t heig
 
 }  // namespace
 
-Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds) {
+Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& /*stop*/) {
     const WebPData data{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
     const Handle<WebPDemuxer, WebPDemuxDelete> demuxer(WebPDemux(&data));
     if (!demuxer) return nullptr;

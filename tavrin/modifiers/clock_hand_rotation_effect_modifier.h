@@ -25,10 +25,13 @@ struct ClockHandRotationEffectModifier {
                            "turns backwards.",
                    .unit = Unit::seconds,
                    .example = "43200"}},
-        Field{"timeZone", &ClockHandRotationEffectModifier::timeZone,
-              Note{.text = "The name of the clock's time zone.",
-                   .absent = "the device's, which also stands for a name that is not known",
-                   .example = R"("Europe/Paris")"}},
+        Field{
+            "timeZone", &ClockHandRotationEffectModifier::timeZone,
+            Note{
+                .text =
+                    "The name of the clock's time zone, its abbreviation, or how far it is from Greenwich: `GMT+0530`.",
+                .absent = "the device's, which also stands for a name that is not known",
+                .example = R"("Europe/Paris")"}},
         Field{"anchor", &ClockHandRotationEffectModifier::anchor, anchorNote}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;

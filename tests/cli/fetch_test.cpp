@@ -54,6 +54,34 @@ TEST_F(Fetching, FillsAFolderThatRenderDrawsFrom) {
     EXPECT_EQ(server.requests(), before) << "pictures come from the folder";
 }
 
+const std::string pixelInAddress = "data:image/gif;base64,R0lGODlhAQABAIAAAP///wAAACH5BAAAAAAALAAAAAABAAEAAAICRAEAOw==";
+const std::string cutOffInAddress = "data:image/gif;base64,R0lGODlh";
+
+TEST_F(Fetching, NamesFilesByTheAddressAsItIsWritten) {
+    place.write("a.json", documentOf({url("/ok/a b"), url("/ok/a%20b"), R"("url": ")" + pixelInAddress + "\"",
+                                      R"("url": ")" + cutOffInAddress + "\""}));
+    const Finished fetched = place.run({"fetch", "a.json", "--image-cache-dir", "pictures"});
+    EXPECT_EQ(fetched.status, 1);
+    EXPECT_EQ(fetched.out, "fetched 3 of 4 pictures, 0.0 MB; 1 failed\n");
+    EXPECT_EQ(fetched.err, "tavrin: error: cannot fetch '" + cutOffInAddress + "': there is no picture\n");
+    EXPECT_EQ(place.read(fileOf("/ok/a b")), smallPicture());
+    EXPECT_EQ(place.read(fileOf("/ok/a%20b")), smallPicture());
+    EXPECT_TRUE(place.read("pictures/" + WebImageHasher(pixelInAddress)).starts_with("GIF89a"));
+    const Finished drawn = place.run({"render", "a.json", "--image-cache-dir", "pictures", "-o", "a.png"});
+    EXPECT_THAT(drawn.err, HasSubstr("warning: 1 picture is missing"));
+}
+
+TEST_F(Fetching, DrawsWhatStandsInAnAddressWithoutFetching) {
+    place.write("a.json", documentOf({R"("url": ")" + pixelInAddress + "\""}));
+    for (const char* verb : {"layout", "check"}) {
+        const Finished finished = place.run({verb, "a.json", "--offline"});
+        EXPECT_EQ(finished.status, 0);
+        EXPECT_EQ(finished.err, "") << verb;
+    }
+    place.write("b.json", documentOf({R"("url": ")" + cutOffInAddress + "\""}));
+    EXPECT_THAT(place.run({"check", "b.json", "--offline"}).err, HasSubstr("no picture could be had from"));
+}
+
 TEST_F(Fetching, SaysWhatFailed) {
     place.write("a.json", documentOf({url("/text"), url("/ok/1"), url("/reset"), R"("url": "relative")",
                                       R"("url": "not a url:")"}));

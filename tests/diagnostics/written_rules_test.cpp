@@ -425,10 +425,10 @@ TEST(ClipShapes, ThatWillBeRefused) {
 TEST(Addresses, ThatAreNone) {
     const Row rows[] = {
         {"a picture's",
-         R"({"type": "webImage", "url": "not an address", "alt": "a"})",
+         R"({"type": "webImage", "url": "not an address:", "alt": "a"})",
          {"warning invalid-url nodes.main.url"}},
         {"a link's",
-         R"({"type": "link", "url": "ü", "view": {"type": "spacer"}})",
+         R"({"type": "link", "url": "http://ü:b/", "view": {"type": "spacer"}})",
          {"warning invalid-url nodes.main.url"}},
         {"the widget's",
          R"({"type": "spacer", "modifiers": [{"type": "widgetURL", "url": ""}]})",
@@ -437,8 +437,9 @@ TEST(Addresses, ThatAreNone) {
          R"({"type": "webImage", "url": "{{initServerParam.a}}"})",
          {"warning invalid-url nodes.main.url"},
          nullptr,
-         R"({"a": "b c"})"},
+         R"({"a": "b c:"})"},
         {"good ones", R"({"type": "link", "url": "app:/a", "view": {"type": "spacer"}})", {}},
+        {"what is encoded is good", R"({"type": "link", "url": "http://ü/a b", "view": {"type": "spacer"}})", {}},
     };
     for (const Row& row : rows) judge(row);
 }

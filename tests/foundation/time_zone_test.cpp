@@ -80,6 +80,48 @@ TEST(TimeZone, KnowsTheDifferenceFromUTC) {
     }
 }
 
+TEST(TimeZone, IsKnownByOtherNames) {
+    const double hour = 3600;
+    const struct {
+        const char* why;
+        const char* name;
+        const char* identifier;
+        double winter;
+        double summer;
+    } rows[] = {
+        {"an abbreviation has its zone's daylight saving", "EST", "America/New_York", -5 * hour, -4 * hour},
+        {"also that of summer in winter", "EDT", "America/New_York", -5 * hour, -4 * hour},
+        {"one that is the database's too", "CET", "Europe/Paris", 1 * hour, 2 * hour},
+        {"one that the database has without daylight saving", "MST", "America/Denver", -7 * hour, -6 * hour},
+        {"of three countries", "CST", "America/Chicago", -6 * hour, -5 * hour},
+        {"of four letters", "WEST", "Europe/Lisbon", 0, 1 * hour},
+        {"half an hour", "IST", "Asia/Kolkata", 5.5 * hour, 5.5 * hour},
+        {"the islands'", "BST", "Europe/London", 0, 1 * hour},
+        {"southern", "NZST", "Pacific/Auckland", 13 * hour, 12 * hour},
+        {"the last one", "WIT", "Asia/Jakarta", 7 * hour, 7 * hour},
+        {"the first one", "ADT", "America/Halifax", -4 * hour, -3 * hour},
+        {"hours", "GMT+8", "GMT+0800", 8 * hour, 8 * hour},
+        {"in two digits", "GMT+08", "GMT+0800", 8 * hour, 8 * hour},
+        {"and minutes", "GMT+0530", "GMT+0530", 5.5 * hour, 5.5 * hour},
+        {"behind a colon", "GMT-03:30", "GMT-0330", -3.5 * hour, -3.5 * hour},
+        {"behind a colon and one digit", "GMT-3:30", "GMT-0330", -3.5 * hour, -3.5 * hour},
+        {"the most", "GMT+18", "GMT+1800", 18 * hour, 18 * hour},
+        {"the least", "GMT-1800", "GMT-1800", -18 * hour, -18 * hour},
+        {"nothing", "GMT-0", "GMT", 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const auto zone = TimeZone::named(row.name);
+        ASSERT_TRUE(zone.has_value());
+        EXPECT_EQ(zone->identifier(), row.identifier);
+        EXPECT_EQ(zone->secondsFromUTC(at("2026-01-01T00:00:00Z")), row.winter);
+        EXPECT_EQ(zone->secondsFromUTC(at("2026-07-01T00:00:00Z")), row.summer);
+        EXPECT_EQ(TimeZone::named(row.identifier), zone) << "it is known by its identifier too";
+    }
+    EXPECT_EQ(TimeZone::named("GMT+8"), TimeZone::named("GMT+08:00"));
+    EXPECT_NE(TimeZone::named("GMT+8"), TimeZone::named("GMT-8"));
+}
+
 TEST(TimeZone, TakesAnyDate) {
     const TimeZone zone = TimeZone::named("America/New_York").value();
     for (const double seconds : {-1e300, -1e18, -1e12, 1e12, 1e18, 1e300, std::numeric_limits<double>::infinity(),
@@ -107,6 +149,24 @@ TEST(TimeZone, RefusesWhatIsNoZone) {
         {"NUL behind", std::string_view("Europe/Madrid\0", 14)},
         {"NUL within", std::string_view("UTC\0x", 5)},
         {"not UTF-8", "\xff\xfe"},
+        {"an abbreviation in small letters", "est"},
+        {"an abbreviation that no one knows", "XST"},
+        {"a sign alone", "GMT+"},
+        {"no sign", "GMT8"},
+        {"two signs", "GMT+-8"},
+        {"a blank", "GMT+ 8"},
+        {"more than 18 hours", "GMT+19"},
+        {"a minute more", "GMT-1801"},
+        {"sixty minutes", "GMT+0160"},
+        {"three digits", "GMT+530"},
+        {"five digits", "GMT+05300"},
+        {"three digits before a colon", "GMT+005:30"},
+        {"no minutes behind a colon", "GMT+5:"},
+        {"one digit of minutes", "GMT+5:3"},
+        {"no hours before a colon", "GMT+:30"},
+        {"two colons", "GMT+5:30:00"},
+        {"letters", "GMT+a"},
+        {"counted from another name", "UTC+8"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

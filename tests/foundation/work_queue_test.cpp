@@ -3,6 +3,7 @@
 #include <atomic>
 #include <future>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -33,6 +34,26 @@ TEST(WorkQueueThreads, RunUrgentBlocksFirst) {
     go.set_value();
     queue.finish();
     EXPECT_THAT(order, ElementsAre("urgent", "first", "second"));
+}
+
+TEST(WorkQueueThreads, KeepAThreadFreeForUrgentBlocks) {
+    std::promise<void> go;
+    const std::shared_future<void> until = go.get_future().share();
+    std::atomic<int> running = 0;
+    std::promise<void> ran;
+    WorkQueue queue(3);
+    for (int i = 0; i < 10; ++i)
+        queue.post([&] {
+            ++running;
+            until.wait();
+        });
+    queue.post([&] { ran.set_value(); }, true);
+    ran.get_future().wait();  // while the others still wait
+    while (running < 2) std::this_thread::yield();
+    EXPECT_EQ(running, 2) << "two of three threads";
+    go.set_value();
+    queue.finish();
+    EXPECT_EQ(running, 10);
 }
 
 TEST(WorkQueueThreads, RunAtOnceWhenThereAreNoThreads) {

@@ -1,13 +1,18 @@
 #include "tavrin/images/image_decoder.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tavrin/platform/paint/png_encoder.h"
 #include "tests/images/pictures.h"
 
 namespace tavrin {
@@ -145,35 +150,6 @@ TEST(ImageDecoder, ReadsLossyFormats) {
     }
 }
 
-TEST(ImageDecoder, DecodesLargeJpegsAsSmallAsIsEnough) {
-    const struct {
-        const char* why;
-        const char* file;
-        Size wanted;
-        int width;
-    } rows[] = {
-        {"all of it", "large.jpg", {480, 320}, 480},
-        {"just more than a half", "large.jpg", {241, 161}, 480},
-        {"a half", "large.jpg", {240, 160}, 240},
-        {"a quarter", "large.jpg", {120, 1000}, 120},
-        {"height decides", "large.jpg", {1000, 80}, 120},
-        {"an eighth", "large.jpg", {60, 40}, 60},
-        {"never less than an eighth", "large.jpg", {1, 1}, 60},
-        {"no room at all is no reason", "large.jpg", {0, 40}, 480},
-        {"nor less than that", "large.jpg", {-5, -5}, 480},
-        {"turned by a quarter: its sides as they are shown", "orientation6.jpg", {24, 100}, 24},
-        {"turned by a quarter and bound by its height", "orientation8.jpg", {100, 8}, 12},
-        {"other formats in full", "lossy.webp", {6, 4}, 48},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.why);
-        const auto picture = decodeImage(pictureFile(row.file), {.wanted = row.wanted});
-        ASSERT_NE(picture, nullptr);
-        EXPECT_EQ(picture->width(), row.width);
-        expectTiles(*picture, tiles, 6);
-    }
-}
-
 TEST(ImageDecoder, RefusesWhatIsNoPicture) {
     const struct {
         const char* why;
@@ -251,8 +227,6 @@ TEST(ImageDecoder, RefusesMorePixelsThanItMay) {
     const std::string jpeg = pictureFile("large.jpg");
     EXPECT_NE(decodeImage(jpeg, {.maximumPixels = 480 * 320}), nullptr);
     EXPECT_EQ(decodeImage(jpeg, {.maximumPixels = 480 * 320 - 1}), nullptr);
-    EXPECT_EQ(decodeImage(jpeg, {.maximumPixels = 480 * 320 - 1, .wanted = Size{10, 10}}), nullptr)
-        << "however small it is wanted";
 }
 
 TEST(ImageDecoder, CountsWhatAllPicturesTake) {
@@ -336,6 +310,52 @@ TEST(ImageDecoder, IgnoresFaultyOrientations) {
     std::string bytes = upright;
     bytes[tiff + 18] = '\1';
     EXPECT_GT(difference(decodeImage(bytes)->row(8)[8], tiles[0]), 50) << "what is stored is mirrored";
+}
+
+/// A gray JPEG of `side` pixels a side, a multiple of 8: each block is two bits, "no difference" and "nothing more".
+std::string largeJpeg(unsigned side) {
+    const auto bytes = [](std::initializer_list<unsigned> values) {
+        std::string text;
+        for (const unsigned value : values) text += static_cast<char>(value);
+        return text;
+    };
+    const auto code = [&](unsigned kind) {  // of one bit, for the symbol 0
+        return bytes({0xFF, 0xC4, 0, 20, kind, 1}) + std::string(15 + 1, '\0');
+    };
+    const std::size_t blocks = std::size_t{side} / 8 * (side / 8);
+    return bytes({0xFF, 0xD8, 0xFF, 0xDB, 0, 67, 0}) + std::string(64, '\1') +
+           bytes({0xFF, 0xC0, 0, 11, 8, side >> 8, side & 255, side >> 8, side & 255, 1, 1, 0x11, 0}) + code(0) +
+           code(0x10) + bytes({0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0}) + std::string(blocks / 4, '\0') +
+           bytes({0xFF, 0xD9});
+}
+
+std::string largePng(int side) { return paint::encodePng(paint::PixelBuffer(side, side)); }
+
+TEST(ImageDecoder, DoesNotBeginWhatNobodyWants) {
+    std::stop_source source;
+    source.request_stop();
+    for (const char* name : {"rgba8.png", "baseline.jpg", "plain.gif", "lossy.webp"}) {
+        EXPECT_NE(decodeImage(pictureFile(name), {}, std::stop_token()), nullptr) << name;
+        EXPECT_EQ(decodeImage(pictureFile(name), {}, source.get_token()), nullptr) << name;
+    }
+}
+
+TEST(ImageDecoderThreads, StopBetweenRows) {
+    const struct {
+        const char* why;
+        std::string bytes;
+    } rows[] = {{"JPEG", largeJpeg(4000)}, {"PNG", largePng(4000)}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        ASSERT_NE(decodeImage(row.bytes), nullptr);
+        std::stop_source source;
+        std::shared_ptr<const Bitmap> picture;
+        std::jthread decoding([&] { picture = decodeImage(row.bytes, {}, source.get_token()); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        source.request_stop();
+        decoding.join();
+        EXPECT_EQ(picture, nullptr);
+    }
 }
 
 }  // namespace

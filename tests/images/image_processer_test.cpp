@@ -59,14 +59,6 @@ TEST(ImageProcesser, FitsPicturesInASize) {
     }
 }
 
-TEST(ImageProcesser, KeepsTheRatioOfWhatWasDecodedSmall) {
-    const auto eighth =
-        std::make_shared<const Bitmap>(201, 101, std::vector<std::uint32_t>(201 * 101), Size{1605, 801});
-    const auto fitted = ImageProcesser({100, 100}).fit(eighth);
-    EXPECT_EQ(fitted->width(), 100);
-    EXPECT_EQ(fitted->height(), 50) << "not 51, as of the rounded copy";
-}
-
 TEST(ImageProcesser, LeavesNoPictureAlone) { EXPECT_EQ(ImageProcesser({10, 10}).fit(nullptr), nullptr); }
 
 }  // namespace

@@ -105,6 +105,8 @@ TEST(EffectModifiers, TurnClockHandsInTheirZone) {
         {"an unknown one", R"("period": 60, "timeZone": "Mars/Olympus")", "America/New_York", 60},
         {"an empty one", R"("period": 60, "timeZone": "")", "America/New_York", 60},
         {"letter case counts", R"("period": 60, "timeZone": "asia/tokyo")", "America/New_York", 60},
+        {"an abbreviation", R"("period": 60, "timeZone": "CEST")", "Europe/Paris", 60},
+        {"hours from Greenwich", R"("period": 60, "timeZone": "GMT-3:30")", "GMT-0330", 60},
         {"an expression that is not bound", R"("period": "{{initServerParam.p}}", "timeZone": "{{initServerParam.z}}")",
          "America/New_York", 0},
         {"periods are held in single precision", R"("period": 0.1)", "America/New_York", double{0.1F}},
@@ -172,9 +174,10 @@ TEST(WidgetURLModifier, TheFirstAddressIsTheWidgets) {
         const char* outer;  ///< what the outermost view is marked with
     } rows[] = {
         {"an address", mark("app:a"), "app:a", "app:a"},
+        {"what an address may not hold is encoded", mark("app:a b"), "app:a%20b", "app:a%20b"},
         {"two", mark("app:a") + "," + mark("app:b"), "app:a", "app:b"},
-        {"what is no address leaves it unset", mark("a b"), "", ""},
-        {"for the next", mark("a b") + "," + mark("app:b"), "app:b", "app:b"},
+        {"what is no address leaves it unset", mark("a b:"), "", ""},
+        {"for the next", mark("a b:") + "," + mark("app:b"), "app:b", "app:b"},
         {"and takes nothing away", mark("app:a") + "," + mark(""), "app:a", ""},
         {"an expression that is not bound", mark("{{initServerParam.u}}"), "", ""},
     };

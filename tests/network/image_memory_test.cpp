@@ -19,64 +19,41 @@ std::shared_ptr<const Bitmap> picture() {
 /// What such a picture takes in memory; addresses of one digit.
 std::size_t cost() {
     ImageMemory memory(10'000);
-    memory.keep(urlOf(0), picture(), std::nullopt);
+    memory.keep(urlOf(0), picture());
     return memory.bytes();
 }
 
 TEST(ImageMemories, DropWhatWasNotAskedForTheLongest) {
     EXPECT_GE(cost(), 4000U);
     ImageMemory memory(3 * cost());
-    for (int i = 0; i < 3; ++i) memory.keep(urlOf(i), picture(), std::nullopt);
+    for (int i = 0; i < 3; ++i) memory.keep(urlOf(i), picture());
     EXPECT_EQ(memory.bytes(), 3 * cost());
-    EXPECT_NE(memory.find(urlOf(0), std::nullopt), nullptr);
-    EXPECT_TRUE(memory.holds(urlOf(1), std::nullopt)) << "which is not asking for it";
-    memory.keep(urlOf(3), picture(), std::nullopt);
-    EXPECT_EQ(memory.find(urlOf(1), std::nullopt), nullptr);
-    for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i), std::nullopt), nullptr) << i;
+    EXPECT_NE(memory.find(urlOf(0)), nullptr);
+    EXPECT_TRUE(memory.holds(urlOf(1))) << "which is not asking for it";
+    memory.keep(urlOf(3), picture());
+    EXPECT_EQ(memory.find(urlOf(1)), nullptr);
+    for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i)), nullptr) << i;
     memory.setMaximumBytes(2 * cost());
     EXPECT_EQ(memory.bytes(), 2 * cost());
-    EXPECT_FALSE(memory.holds(urlOf(0), std::nullopt));
+    EXPECT_FALSE(memory.holds(urlOf(0)));
     memory.setMaximumBytes(0);
     EXPECT_EQ(memory.bytes(), 0U);
 }
 
 TEST(ImageMemories, KeepNothingLargerThanTheyMay) {
     ImageMemory memory(cost() - 1);
-    memory.keep(urlOf(0), picture(), std::nullopt);
-    EXPECT_EQ(memory.find(urlOf(0), std::nullopt), nullptr);
+    memory.keep(urlOf(0), picture());
+    EXPECT_EQ(memory.find(urlOf(0)), nullptr);
     EXPECT_EQ(memory.bytes(), 0U);
 }
 
 TEST(ImageMemories, KeepOnePictureOfAnAddress) {
     ImageMemory memory(10'000);
-    memory.keep(urlOf(0), picture(), std::nullopt);
+    memory.keep(urlOf(0), picture());
     const auto second = picture();
-    memory.keep(urlOf(0), second, std::nullopt);
-    EXPECT_EQ(memory.find(urlOf(0), std::nullopt), second);
+    memory.keep(urlOf(0), second);
+    EXPECT_EQ(memory.find(urlOf(0)), second);
     EXPECT_EQ(memory.bytes(), cost());
-}
-
-TEST(ImageMemories, DoNotServeSmallOnesForLarge) {
-    ImageMemory memory(10'000);
-    memory.keep(urlOf(0), picture(), Size{50, 40});
-    const struct {
-        const char* why;
-        std::optional<Size> wanted;
-        bool isFound;
-    } rows[] = {
-        {"the same", Size{50, 40}, true},
-        {"smaller", Size{20, 40}, true},
-        {"wider", Size{51, 40}, false},
-        {"higher", Size{50, 41}, false},
-        {"the whole picture", std::nullopt, false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_EQ(memory.holds(urlOf(0), row.wanted), row.isFound);
-        EXPECT_EQ(memory.find(urlOf(0), row.wanted) != nullptr, row.isFound);
-    }
-    memory.keep(urlOf(0), picture(), std::nullopt);
-    for (const auto& row : rows) EXPECT_TRUE(memory.holds(urlOf(0), row.wanted)) << row.why;
 }
 
 TEST(ImageMemoryThreads, ManyKeepAndFind) {
@@ -86,11 +63,11 @@ TEST(ImageMemoryThreads, ManyKeepAndFind) {
         threads.emplace_back([&memory, thread] {
             for (int i = 0; i < 2000; ++i) {
                 const URL url = urlOf((i * 7 + thread) % 30);
-                const auto found = memory.find(url, std::nullopt);
+                const auto found = memory.find(url);
                 if (found) {
                     EXPECT_EQ(found->width(), 10);
                 } else {
-                    memory.keep(url, picture(), std::nullopt);
+                    memory.keep(url, picture());
                 }
             }
         });

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <mutex>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -71,6 +72,9 @@ TEST_F(URLSessions, LoadOrFail) {
         {"too slow", server.at("/stall/5000"), "timedOut", ""},
         {"no scheme", "a.png", "unsupported", "unsupported URL"},
         {"another scheme", "ftp://127.0.0.1/a.png", "unsupported", "unsupported URL"},
+        {"data in the address", "data:,picture", "0", ""},
+        {"data that are none", "data:;base64,?", "unsupported", "cannot be read"},
+        {"more data than may come", "data:," + std::string(1'000'001, '.'), "tooLarge", "1000000 bytes"},
     };
     std::vector<std::future<URLResponse>> responses;
     for (const auto& row : rows) responses.push_back(begin(session, requestOf(row.url)));
@@ -139,6 +143,7 @@ TEST_F(URLSessions, ReachOnlyWhatThePolicyAllows) {
         {"another by its IPv6 form", "http://[::ffff:127.0.0.2]/", FetchPolicy::publicOnly, "refused", "is not public"},
         {"another as one number", "http://2130706434/ok/number", FetchPolicy::publicOnly, "refused", "127.0.0.2"},
         {"a file", "file:///etc/hostname", FetchPolicy::publicOnly, "refused", "files are not public"},
+        {"data in the address, which are not fetched", "data:,a", FetchPolicy::none, "0", ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -214,6 +219,55 @@ TEST_F(URLSessionThreads, ManyRequestsTakeFewConnections) {
     for (int i = 0; i < 500; ++i) responses.push_back(begin(session, requestOf(server.at("/ok/" + std::to_string(i)))));
     for (auto& response : responses) EXPECT_EQ(textOf(response.get()), "200 picture");
     EXPECT_LE(server.mostConnections(), 8);
+}
+
+TEST_F(URLSessionThreads, ThoseThatBecomeUrgentGoFirst) {
+    const WebServer server;
+    std::mutex mutex;
+    std::vector<int> order;
+    URLSession session(URLSession::Configuration{.maximumTransfersPerHost = 1});
+    std::vector<std::shared_ptr<URLSession::Task>> tasks;
+    std::vector<std::future<void>> ended;
+    for (int i = 0; i < 5; ++i) {
+        const auto promise = std::make_shared<std::promise<void>>();
+        ended.push_back(promise->get_future());
+        tasks.push_back(session.dataTask(requestOf(server.at("/late/100/" + std::to_string(i))),
+                                         [&, i, promise](const URLResponse& response) {
+                                             EXPECT_EQ(textOf(response), "200 picture");
+                                             const std::lock_guard lock(mutex);
+                                             order.push_back(i);
+                                             promise->set_value();
+                                         }));
+    }
+    while (server.requests() == 0) std::this_thread::sleep_for(1ms);
+    tasks[4]->hurry();
+    tasks[4]->hurry();
+    for (const auto& end : ended) end.wait();
+    EXPECT_THAT(order, ::testing::ElementsAre(0, 4, 1, 2, 3));
+    tasks[2]->hurry();
+    EXPECT_EQ(server.requests(), 5) << "each is loaded once";
+}
+
+TEST_F(URLSessionThreads, UrgentCompletionsDoNotWaitForTheOthers) {
+    std::promise<void> go;
+    const std::shared_future<void> until = go.get_future().share();
+    URLSession session;
+    std::vector<std::future<void>> ended;
+    const auto begin = [&](bool waits) {
+        const auto promise = std::make_shared<std::promise<void>>();
+        ended.push_back(promise->get_future());
+        return session.dataTask(requestOf("data:,a"), [until, waits, promise](const URLResponse&) {
+            if (waits) until.wait();
+            promise->set_value();
+        });
+    };
+    for (int i = 0; i < 100; ++i) begin(true);  // more than there are threads
+    const auto last = begin(false);
+    EXPECT_EQ(ended.back().wait_for(100ms), std::future_status::timeout) << "it stands behind the others";
+    last->hurry();
+    ended.back().wait();
+    go.set_value();
+    for (const auto& end : ended) end.wait();
 }
 
 TEST_F(URLSessionThreads, UrgentOnesDoNotWaitForTheOthers) {

@@ -1,8 +1,11 @@
 #include "tavrin/images/web_image.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -160,6 +163,88 @@ TEST_F(WebImages, ScaleDownToTheGreatestSize) {
     Context unbounded;
     EXPECT_EQ(picturesOf(load(unbounded, nodeOf(server.at("/ok/scaled")))).at(0)->width(), 8);
     EXPECT_EQ(server.requests("/ok/scaled"), 1) << "memory has it as it came";
+}
+
+using Pixels = std::vector<std::uint32_t>;
+
+/// The width, then the pixels.
+Pixels pixelsOf(const Bitmap& picture) {
+    Pixels pixels{static_cast<std::uint32_t>(picture.width())};
+    pixels.insert(pixels.end(), picture.row(0), picture.row(0) + picture.byteCount() / sizeof(std::uint32_t));
+    return pixels;
+}
+
+/// Empties the process's cache.
+void forgetPictures() {
+    WebImageCache& cache = WebImageCache::shared();
+    const std::size_t room = cache.maximumBytes();
+    cache.setMaximumBytes(0);
+    cache.setMaximumBytes(room);
+}
+
+// Whatever was drawn before, and at what size.
+TEST_F(WebImages, AreTheSamePixelsInAnyOrder) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    const std::optional<Size> sizes[] = {std::nullopt,   Size{60, 40},  Size{61, 1000}, Size{120, 80},
+                                         Size{240, 160}, Size{479, 77}, Size{480, 320}, Size{infinite, infinite},
+                                         Size{1, 1},     Size{0, 40}};
+    const std::string picture = URL::fileURL(TAVRIN_SOURCE_DIR "/tests/images/pictures/large.jpg").string();
+    const auto drawn = [&](const std::optional<Size>& size) {
+        Context sized;
+        sized.maxImageSize = size;
+        const auto found = picturesOf(load(sized, nodeOf(picture))).at(0);
+        return found ? pixelsOf(*found) : Pixels();
+    };
+    std::vector<Pixels> alone;
+    for (const auto& size : sizes) {
+        forgetPictures();
+        alone.push_back(drawn(size));
+        ASSERT_GT(alone.back().size(), 1U);
+    }
+    std::mt19937 random(7);
+    for (int i = 0; i < 200; ++i) {
+        if (random() % 10 == 0) forgetPictures();
+        const std::size_t which = random() % std::size(sizes);
+        ASSERT_EQ(drawn(sizes[which]), alone[which]) << "draw " << i << ", size " << which;
+    }
+}
+
+/// A picture of one pixel.
+const std::string pixelInAddress = "data:image/gif;base64,R0lGODlhAQABAIAAAP///wAAACH5BAAAAAAALAAAAAABAAEAAAICRAEAOw==";
+
+TEST_F(WebImages, DrawWhatStandsInTheirAddress) {
+    context.fetchPolicy = FetchPolicy::none;
+    const std::string cutOff = "data:image/gif;base64,R0lGODlh";
+    const std::string main = stackOf({nodeOf(pixelInAddress), nodeOf(cutOff, R"(, "alt": ")" + pixelInAddress + "\"")});
+    const auto drawn = picturesOf(load(context, main));
+    ASSERT_EQ(drawn.size(), 2U);
+    EXPECT_NE(drawn[0], nullptr);
+    EXPECT_EQ(drawn[1], drawn[0]);
+    EXPECT_THAT(listener->errors(), ElementsAre(failure(cutOff)));
+    EXPECT_EQ(picturesOf(load(context, main)).at(0), drawn[0]) << "from memory";
+
+    context.imageCacheDir = URL::fileURL("/pictures");
+    const AnyView local = load(context, nodeOf(pixelInAddress));
+    EXPECT_EQ(local.as<WebImage>()->url->string(), "file:///pictures/" + WebImageHasher(pixelInAddress));
+}
+
+TEST_F(WebImages, NameFilesByTheAddressAsItIsWritten) {
+    const std::string main = nodeOf("http://a/b c", R"(, "alt": "http://a/%zz")");
+    EXPECT_EQ(load(context, main).as<WebImage>()->url->string(), "http://a/b%20c");
+    EXPECT_EQ(load(context, main).as<WebImage>()->alt->string(), "http://a/%25zz");
+    context.imageCacheDir = URL::fileURL("/pictures");
+    EXPECT_EQ(load(context, main).as<WebImage>()->url->string(), "file:///pictures/" + WebImageHasher("http://a/b c"));
+    EXPECT_EQ(load(context, main).as<WebImage>()->alt->string(), "file:///pictures/" + WebImageHasher("http://a/%zz"));
+}
+
+TEST_F(WebImageThreads, AnAddressThatStandsFirstAndSecondLoadsOnce) {
+    const std::string good = server.at("/late/300/shared"), bad = server.at("/text/shared");
+    const std::string second = R"(, "alt": ")" + good + "\"";
+    layOut(load(context, stackOf({nodeOf(good), nodeOf("not a url:", second), nodeOf(bad, second)})));
+    ASSERT_EQ(pictures.size(), 3U);
+    for (const auto& picture : pictures) EXPECT_EQ(picture, pictures[0]);
+    EXPECT_NE(pictures[0], nullptr);
+    EXPECT_EQ(server.requests("/late/300/shared"), 1);
 }
 
 TEST_F(WebImageThreads, AllPicturesOfATreeLoadAtOnce) {

@@ -23,8 +23,14 @@ TEST(LinkNode, LeadsToAnAddress) {
     }
 }
 
+TEST(LinkNode, EncodesWhatAnAddressMayNotHold) {
+    const AnyView view = renderedNode(linkTo("https://m\u00fcnchen.de/a b"));
+    ASSERT_NE(view.as<Link>(), nullptr);
+    EXPECT_EQ(view.as<Link>()->destination.string(), "https://xn--mnchen-3ya.de/a%20b");
+}
+
 TEST(LinkNode, IsItsLabelWithoutAnAddress) {
-    for (const char* url : {"", "a b", "not a url:", "https://a[b", "{{initServerParam.u}}"})
+    for (const char* url : {"", "not a url:", "https://a[b", "https://a:b/", "{{initServerParam.u}}"})
         EXPECT_NE(renderedNode(linkTo(url)).as<Circle>(), nullptr) << url;
     const AnyView modified =
         renderedNode(R"({"type": "link", "url": "", "view": {"type": "circle"}, "modifiers": [{"type": "clipped"}]})");
@@ -40,7 +46,7 @@ TEST(LinkNode, AsksTheHostsConverter) {
     EXPECT_EQ(view.as<Link>()->destination.string(), "https://example.com/a/from-widget");
 
     context.linkConverter = [](const URL&) -> URL { throw TavrinError("Host", "what is no address is not converted"); };
-    EXPECT_NO_THROW(static_cast<void>(TavrinEngine().loadView(documentOf(linkTo("a b")), std::nullopt, context)));
+    EXPECT_NO_THROW(static_cast<void>(TavrinEngine().loadView(documentOf(linkTo("a b:")), std::nullopt, context)));
     EXPECT_EQ(failureOf([&] { return TavrinEngine().loadView(documentOf(linkTo("a")), std::nullopt, context); }),
               "Host: what is no address is not converted");
 }

@@ -6,7 +6,9 @@ namespace tavrin {
 namespace {
 
 std::string describe(const std::optional<URL>& address, bool isLocal) {
-    return isLocal ? "the file " + inQuotes(address->filePath().string()) : inQuotes(address->string());
+    constexpr std::size_t longest = 200;  // a picture may stand in the address
+    return isLocal ? "the file " + inQuotes(address->filePath().string())
+                   : inQuotes(address->string().substr(0, longest));
 }
 
 }  // namespace
@@ -16,7 +18,10 @@ void findMissingImages(const DrawnSubject& subject, DrawnFindings& findings) {
         const auto* const image = subject.tree.node(view.index).view->as<WebImage>();
         if (!image || !(image->url || image->alt)) continue;
         const bool isLocal = image->local == true;
-        if (!isLocal && !subject.mayFetch) continue;
+        const auto isUnasked = [&](const std::optional<URL>& address) {
+            return address && !isLocal && !subject.mayFetch && !address->isData();
+        };
+        if (isUnasked(image->url) || isUnasked(image->alt)) continue;
         const auto* const drawn = subject.tree.node(subject.tree.content(view.index)).view->as<Image>();
         if (!drawn || drawn->bitmap) continue;
         std::string message = "no picture could be had from ";

@@ -20,10 +20,9 @@ std::atomic<std::size_t>& usedBytes() {
 
 }  // namespace
 
-Bitmap::Bitmap(int width, int height, std::vector<std::uint32_t> pixels, std::optional<Size> source)
+Bitmap::Bitmap(int width, int height, std::vector<std::uint32_t> pixels)
     : width_(width),
       height_(height),
-      sourceSize_(source.value_or(Size{static_cast<double>(width), static_cast<double>(height)})),
       opaque_(allOpaque(pixels.data(), pixels.size())),
       identity_(nextIdentity()),
       pixels_(std::move(pixels)) {

@@ -2,10 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
-
-#include "tavrin/platform/foundation/geometry.h"
 
 namespace tavrin {
 
@@ -14,9 +11,8 @@ namespace tavrin {
 /// `std::shared_ptr<const Bitmap>`.
 class Bitmap {
 public:
-    /// Takes `pixels` over, `width` times `height` of them; both sides are at least 1. `source` is the size in pixels
-    /// of a picture of which this is a smaller copy; left out, this is the picture itself.
-    Bitmap(int width, int height, std::vector<std::uint32_t> pixels, std::optional<Size> source = std::nullopt);
+    /// Takes `pixels` over, `width` times `height` of them; both sides are at least 1.
+    Bitmap(int width, int height, std::vector<std::uint32_t> pixels);
     ~Bitmap();
     Bitmap(const Bitmap&) = delete;
     Bitmap& operator=(const Bitmap&) = delete;
@@ -24,8 +20,6 @@ public:
     /// In pixels.
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
-    /// In pixels, before it was made smaller while it was decoded.
-    [[nodiscard]] Size sourceSize() const { return sourceSize_; }
     /// The pixels of row `y`, counted from 0 at the top.
     [[nodiscard]] const std::uint32_t* row(int y) const {
         return pixels_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
@@ -42,7 +36,6 @@ public:
 private:
     int width_;
     int height_;
-    Size sourceSize_;
     bool opaque_;
     std::uint64_t identity_;
     std::vector<std::uint32_t> pixels_;

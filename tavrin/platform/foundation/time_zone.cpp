@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include <date/tz.h>
+#include <fmt/format.h>
 
 #include "tavrin/platform/foundation/time_zone_names.h"
 
@@ -21,9 +22,15 @@ using date::sys_seconds;
 using date::year_month_day;
 
 /// Zones known without the database, whose first use takes milliseconds.
-const std::array<std::string, 3>& namesOfUTC() {
-    static const std::array<std::string, 3> names{"UTC", "GMT", "Etc/UTC"};
-    return names;
+constexpr std::array<std::string_view, 3> namesOfUTC{"UTC", "GMT", "Etc/UTC"};
+
+/// "GMT", or "GMT+0530" and the like.
+std::string identifierOf(int minutesFromGMT) {
+    if (minutesFromGMT == 0) return "GMT";
+    constexpr int minutesOfHour = 60;
+    const int minutes = std::abs(minutesFromGMT);
+    return fmt::format("GMT{}{:02}{:02}", minutesFromGMT < 0 ? '-' : '+', minutes / minutesOfHour,
+                       minutes % minutesOfHour);
 }
 
 /// What the system's zone is called, as its link into the database says; empty when that is not how it is set.
@@ -79,10 +86,15 @@ TimeZone TimeZone::current() {
     }
 }
 
-std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
-    const auto& names = namesOfUTC();
-    const auto name = std::find(names.begin(), names.end(), identifier);
-    if (name != names.end()) return TimeZone(*name, nullptr);
+std::optional<TimeZone> TimeZone::named(std::string_view name) {
+    if (const auto zone = zoneOfAbbreviation(name)) return ofDatabase(*zone);
+    if (const auto minutes = minutesFromGMT(name)) return TimeZone(identifierOf(*minutes), nullptr, *minutes);
+    return ofDatabase(name);
+}
+
+std::optional<TimeZone> TimeZone::ofDatabase(std::string_view identifier) {
+    if (std::find(namesOfUTC.begin(), namesOfUTC.end(), identifier) != namesOfUTC.end())
+        return TimeZone(std::string(identifier), nullptr);
     if (identifier.empty() || identifier == linkToSystemZone) return std::nullopt;
     try {
         const date::time_zone* const zone = date::locate_zone(identifier);
@@ -93,10 +105,8 @@ std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
     }
 }
 
-const std::string& TimeZone::identifier() const { return identifier_ ? *identifier_ : namesOfUTC().front(); }
-
 double TimeZone::secondsFromUTC(Date date) const {
-    if (!zone_) return 0;
+    if (!zone_) return minutes_ * 60.0;
     return static_cast<double>(offsetOf(*zone_, secondsOf(date)).count());
 }
 

@@ -5,61 +5,84 @@
 
 #include <uriparser/Uri.h>
 
+#include "tavrin/platform/foundation/idna_library.h"
+#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/url_parts.h"
+#include "tavrin/platform/foundation/utf8.h"
+
 namespace tavrin {
 namespace {
 
-/// A URI reference taken apart; the views look into its text.
-struct Parts {
-    std::string_view scheme;
-    std::string_view authority;
-    std::string_view path;
-};
-
-/// Takes a well-formed reference apart as RFC 3986, appendix B, does.
-Parts split(std::string_view text) {
-    Parts parts;
-    const std::size_t colon = text.find_first_of(":/?#");
-    if (colon != std::string_view::npos && text[colon] == ':') {
-        parts.scheme = text.substr(0, colon);
-        text.remove_prefix(colon + 1);
-    }
-    if (text.starts_with("//")) {
-        text.remove_prefix(2);
-        parts.authority = text.substr(0, text.find_first_of("/?#"));
-        text.remove_prefix(parts.authority.size());
-    }
-    parts.path = text.substr(0, text.find_first_of("?#"));
-    return parts;
+bool isReference(std::string_view text) {
+    UriUriA uri;
+    const char* errorPosition = nullptr;
+    if (uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorPosition) != URI_SUCCESS) return false;
+    uriFreeUriMembersA(&uri);
+    return true;
 }
 
-bool isLetterOrDigit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
-
-/// Percent-encodes what a path may not hold; also ":", which could end a scheme.
-std::string percentEncoded(std::string_view path) {
-    constexpr std::string_view hex = "0123456789ABCDEF";
-    constexpr std::string_view plain = "/-._~!$&'()*+,;=@";
-    std::string encoded;
-    for (const char c : path) {
-        if (isLetterOrDigit(c) || plain.find(c) != std::string_view::npos) {
-            encoded += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        encoded += {'%', hex[byte >> 4], hex[byte & 0xF]};
+/// The bytes that a part of a reference may hold as they are: what is unreserved, the sub-delimiters and `more`.
+class Allowed {
+public:
+    explicit constexpr Allowed(std::string_view more) {
+        for (const std::string_view bytes : {unreservedInURLs, std::string_view("!$&'()*+,;="), more})
+            for (const char c : bytes) isAllowed_[static_cast<unsigned char>(c)] = true;
     }
+    constexpr bool operator()(char c) const { return isAllowed_[static_cast<unsigned char>(c)]; }
+
+private:
+    bool isAllowed_[256] = {};
+};
+
+constexpr Allowed inUser(":");
+constexpr Allowed inHost("");
+constexpr Allowed inPath("/:@");
+constexpr Allowed inQuery("/:@?");
+
+/// A part of a reference with everything else, and each "%" that begins no escape, percent-encoded.
+std::string encodedPart(std::string_view part, const Allowed& allowed) {
+    return percentEncoded(part, [&](const char& c) {
+        return allowed(c) || isEscapeAt(part, static_cast<std::size_t>(&c - part.data()));
+    });
+}
+
+/// A host as a reference may hold it; none where it can not be made one.
+std::optional<std::string> encodedHost(std::string_view host) {
+    // What stands in brackets must be an address of IPv6, and brackets stand nowhere else.
+    if (host.find_first_of("[]") != std::string_view::npos) return std::string(host);
+    const auto isASCII = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(host.begin(), host.end(), isASCII)) return encodedPart(host, inHost);
+    std::optional<std::string> ascii = asciiHost(host);
+    // The mapping makes ordinary ones of wide "/", ":" and the like, with which another host would be meant.
+    if (!ascii || ascii->empty() || !std::all_of(ascii->begin(), ascii->end(), inHost)) return std::nullopt;
+    return ascii;
+}
+
+/// A reference with what RFC 3986 does not allow encoded in each part; none where a host can not be. What no encoding
+/// helps, a scheme or a port, is as it was.
+std::optional<std::string> encodedReference(std::string_view text) {
+    const URLParts parts = urlParts(text);
+    std::string encoded;
+    encoded.reserve(text.size() + text.size() / 8);
+    if (parts.scheme) encoded.append(*parts.scheme).append(":");
+    if (parts.authority) {
+        const auto [user, host, port] = authorityParts(*parts.authority);
+        const std::optional<std::string> allowed = encodedHost(host);
+        if (!allowed) return std::nullopt;
+        encoded += "//";
+        if (user) encoded.append(encodedPart(*user, inUser)).append("@");
+        encoded += *allowed;
+        if (port) encoded.append(":").append(*port);
+    }
+    encoded += encodedPart(parts.path, inPath);
+    if (parts.query) encoded.append("?").append(encodedPart(*parts.query, inQuery));
+    if (parts.fragment) encoded.append("#").append(encodedPart(*parts.fragment, inQuery));
     return encoded;
 }
 
-int hexDigit(char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; }
-
-std::string percentDecoded(std::string_view path) {
-    std::string decoded;
-    for (std::size_t at = 0; at < path.size(); ++at) {
-        const bool isEncoded = path[at] == '%' && at + 2 < path.size();
-        decoded += isEncoded ? static_cast<char>(hexDigit(path[at + 1]) * 16 + hexDigit(path[at + 2])) : path[at];
-        if (isEncoded) at += 2;
-    }
-    return decoded;
+/// Percent-encodes a path that no URL has been made of yet; also ":", which could end a scheme.
+std::string encodedPath(std::string_view path) {
+    return percentEncoded(path, [](char c) { return inPath(c) && c != ':'; });
 }
 
 std::string lowerCase(std::string_view text) {
@@ -72,48 +95,51 @@ std::string lowerCase(std::string_view text) {
 }  // namespace
 
 std::optional<URL> URL::parse(std::string_view text) {
+    // 1. What RFC 3986 allows is a URL as it is written; nothing is not, though it allows that, too.
     if (text.empty()) return std::nullopt;
-    UriUriA uri;
-    const char* errorPosition = nullptr;
-    if (uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorPosition) != URI_SUCCESS)
-        return std::nullopt;
-    uriFreeUriMembersA(&uri);
-    return URL(std::string(text));
+    if (isReference(text)) return URL(std::string(text));
+    // 2. Else what it does not allow is encoded in each part.
+    if (!isValidUtf8(text)) return std::nullopt;
+    std::optional<std::string> encoded = encodedReference(text);
+    // 3. What is still not allowed can not be mended: a colon before any scheme, a port, a bracket.
+    if (!encoded || !isReference(*encoded)) return std::nullopt;
+    return URL(*std::move(encoded));
 }
 
 URL URL::fileURL(const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    return URL("file://" + percentEncoded((error ? path : absolute).string()));
+    return URL("file://" + encodedPath((error ? path : absolute).string()));
 }
 
-std::string URL::scheme() const { return lowerCase(split(text_).scheme); }
+std::string URL::scheme() const { return lowerCase(schemeOf(string()).value_or("")); }
 
 std::string URL::host() const {
-    std::string_view host = split(text_).authority;
-    host.remove_prefix(host.rfind('@') + 1);  // npos + 1 is 0
-    if (host.starts_with('[')) return std::string(host.substr(1, host.find(']') - 1));
-    return std::string(host.substr(0, host.find(':')));
+    std::string_view host = authorityParts(urlParts(string()).authority.value_or("")).host;
+    if (host.starts_with('[')) host = host.substr(1, host.size() - 2);
+    return std::string(host);
 }
 
-std::string URL::path() const { return std::string(split(text_).path); }
+std::string URL::path() const { return std::string(urlParts(string()).path); }
 
 bool URL::isFile() const { return scheme() == "file"; }
+
+bool URL::isData() const { return scheme() == "data"; }
 
 std::filesystem::path URL::filePath() const {
     const std::string machine = lowerCase(host());
     if (!isFile() || !(machine.empty() || machine == "localhost")) return {};
-    std::string path = percentDecoded(split(text_).path);
+    std::string path = percentDecoded(urlParts(string()).path);
     if (path.find('\0') != std::string::npos) return {};
     return path;
 }
 
 URL URL::appendingPathComponent(std::string_view component) const {
     component.remove_prefix(std::min(component.find_first_not_of('/'), component.size()));
-    const std::string_view path = split(text_).path;
-    const auto end = static_cast<std::size_t>(path.data() + path.size() - text_.data());
-    std::string text = text_;
-    text.insert(end, (path.ends_with('/') ? "" : "/") + percentEncoded(component));
+    const std::string_view path = urlParts(string()).path;
+    const auto end = static_cast<std::size_t>(path.data() + path.size() - string().data());
+    std::string text = string();
+    text.insert(end, (path.ends_with('/') ? "" : "/") + encodedPath(component));
     return URL(std::move(text));
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/blocked_signals.h"
+#include "tavrin/platform/foundation/data_url.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/transfer_queue.h"
 #include "tavrin/platform/foundation/url_transfer.h"
@@ -30,6 +31,13 @@ bool isHTTP(const URL& url) {
 
 URLResponse failed(URLError::Code code, std::string message) { return {{}, 0, URLError{code, std::move(message)}}; }
 
+URLResponse readDataURL(const URL& url, std::size_t maximumBytes) {
+    std::optional<std::string> data = dataOf(url);
+    if (!data) return failed(URLError::Code::unsupported, "its data cannot be read");
+    if (data->size() > maximumBytes) return {{}, 0, URLError::tooLarge(maximumBytes)};
+    return {*std::move(data), 0, std::nullopt};
+}
+
 URLResponse readFileURL(const URL& url, std::size_t maximumBytes) {
     FileContents contents = readFile(url.filePath(), maximumBytes);
     if (!contents.error.empty()) return failed(URLError::Code::failed, std::move(contents.error));
@@ -39,6 +47,7 @@ URLResponse readFileURL(const URL& url, std::size_t maximumBytes) {
 }  // namespace
 
 std::optional<std::string> refusal(const URL& url, FetchPolicy policy) {
+    if (policy == FetchPolicy::all || url.isData()) return std::nullopt;
     if (policy == FetchPolicy::none) return "nothing may be fetched";
     if (policy == FetchPolicy::publicOnly && url.isFile()) return "files are not public";
     return std::nullopt;
@@ -47,6 +56,8 @@ std::optional<std::string> refusal(const URL& url, FetchPolicy policy) {
 /// The threads of a session and what they work on. Only `run` touches transfers; everything else it is handed.
 class URLSession::Loop : public std::enable_shared_from_this<Loop> {
 public:
+    class Load;
+
     explicit Loop(Configuration configuration)
         : configuration_(configuration),
           waiting_(configuration.maximumTransfers, configuration.maximumTransfersPerHost) {}
@@ -58,6 +69,8 @@ public:
 
     std::shared_ptr<Task> begin(URLRequest request, Completion completion);
     void stop();
+    /// Puts a load that has become urgent before others.
+    void hurry(const std::shared_ptr<Load>& load);
     /// Makes the loop look at what has changed.
     void wake() {
         const std::lock_guard lock(mutex_);
@@ -65,7 +78,6 @@ public:
     }
 
 private:
-    class Load;
     using LoadPtr = std::shared_ptr<Load>;
     struct Active {
         LoadPtr load;
@@ -88,8 +100,8 @@ private:
     void end(CURL* handle, const std::function<URLResponse(URLTransfer&)>& response);
 
     /// Calls a load's completion, on another thread, with what `response` makes there; unless it is cancelled.
-    void complete(LoadPtr load, std::function<URLResponse()> response, std::function<void()> afterwards = {});
-    void complete(LoadPtr load, URLError::Code code, std::string message);
+    void complete(const LoadPtr& load, std::function<URLResponse()> response, std::function<void()> afterwards = {});
+    void complete(const LoadPtr& load, URLError::Code code, std::string message);
 
     const Configuration configuration_;
     std::atomic<bool> isStopping_ = false;
@@ -98,7 +110,7 @@ private:
     const CurlLibrary* curl_ = nullptr;
     CURLM* multi_ = nullptr;
     std::thread thread_;
-    std::vector<LoadPtr> added_;
+    std::vector<LoadPtr> added_;  // also once more those that have become urgent
     std::vector<std::string> finishedHosts_;
 
     TransferQueue<LoadPtr> waiting_;
@@ -106,21 +118,41 @@ private:
     WorkQueue completions_{completionThreads()};
 };
 
-class URLSession::Loop::Load final : public Task {
+class URLSession::Loop::Load final : public Task, public std::enable_shared_from_this<Load> {
 public:
     Load(std::weak_ptr<Loop> loop, URLRequest wanted, Completion whenDone)
-        : request(std::move(wanted)), completion(std::move(whenDone)), loop_(std::move(loop)) {}
+        : request(std::move(wanted)),
+          completion(std::move(whenDone)),
+          isUrgent(request.isUrgent),
+          loop_(std::move(loop)) {}
 
     void cancel() override {
         isCancelled = true;
         if (const std::shared_ptr<Loop> loop = loop_.lock()) loop->wake();
     }
 
+    void hurry() override {
+        if (isUrgent.exchange(true)) return;
+        if (const std::shared_ptr<Loop> loop = loop_.lock()) loop->hurry(shared_from_this());
+    }
+
+    /// Calls the completion by `end`, which is set by now, the first time.
+    void finish() {
+        if (!isFinished_.exchange(true)) std::exchange(end, nullptr)();
+    }
+
     const URLRequest request;
     Completion completion;
     std::atomic<bool> isCancelled = false;
+    std::atomic<bool> isUrgent;
+    /// Whether its transfer has begun, or never will. The loop's thread's own.
+    bool isTaken = false;
+    /// What calls the completion, once `isEnding`.
+    std::function<void()> end;
+    std::atomic<bool> isEnding = false;
 
 private:
+    std::atomic<bool> isFinished_ = false;
     std::weak_ptr<Loop> loop_;
 };
 
@@ -131,6 +163,8 @@ std::shared_ptr<URLSession::Task> URLSession::Loop::begin(URLRequest request, Co
         complete(load, URLError::Code::refused, *std::move(reason));
     } else if (url.isFile()) {
         complete(load, [this, load] { return readFileURL(load->request.url, configuration_.maximumBytes); });
+    } else if (url.isData()) {
+        complete(load, [this, load] { return readDataURL(load->request.url, configuration_.maximumBytes); });
     } else if (!isHTTP(url)) {
         complete(load, URLError::Code::unsupported, "unsupported URL");
     } else if (!add(load)) {
@@ -145,6 +179,16 @@ bool URLSession::Loop::add(const LoadPtr& load) {
     added_.push_back(load);
     curl_->multiWakeup(multi_);
     return true;
+}
+
+void URLSession::Loop::hurry(const LoadPtr& load) {
+    // It stands in the queues twice from now on; who comes to it second finds it done. Either the one who ends it sees
+    // that it is urgent, or it is seen here that it ends.
+    if (load->isEnding) return completions_.post([load] { load->finish(); }, true);
+    const std::lock_guard lock(mutex_);
+    if (!thread_.joinable()) return;
+    added_.push_back(load);
+    curl_->multiWakeup(multi_);
 }
 
 bool URLSession::Loop::start() {
@@ -199,8 +243,10 @@ bool URLSession::Loop::takeChanges() {
     }
     for (const std::string& host : finished) waiting_.finished(host);
     for (LoadPtr& load : added) {
+        if (load->isTaken) continue;
+        const bool isUrgent = load->isUrgent;
         const URLRequest& request = load->request;
-        waiting_.add(request.url.host(), std::move(load), request.isUrgent);
+        waiting_.add(request.url.host(), std::move(load), isUrgent);
     }
     return !isStopping_;
 }
@@ -210,6 +256,7 @@ void URLSession::Loop::beginTransfers() {
 }
 
 void URLSession::Loop::beginTransfer(const LoadPtr& load) {
+    if (std::exchange(load->isTaken, true)) return waiting_.finished(load->request.url.host());
     std::unique_ptr<URLTransfer> transfer;
     if (!load->isCancelled) transfer = std::make_unique<URLTransfer>(*curl_, load->request, configuration_);
     if (!transfer || !transfer->handle() || curl_->multiAddHandle(multi_, transfer->handle()) != CURLM_OK) {
@@ -237,7 +284,8 @@ void URLSession::Loop::cancelTransfers() {
 
 void URLSession::Loop::cancelAll() {
     while (!active_.empty()) end(active_.begin()->first, [](URLTransfer&) { return URLResponse(); });
-    for (LoadPtr& load : waiting_.takeAll()) complete(std::move(load), URLError::Code::cancelled, "cancelled");
+    for (const LoadPtr& load : waiting_.takeAll())
+        if (!std::exchange(load->isTaken, true)) complete(load, URLError::Code::cancelled, "cancelled");
 }
 
 void URLSession::Loop::end(CURL* handle, const std::function<URLResponse(URLTransfer&)>& response) {
@@ -253,22 +301,24 @@ void URLSession::Loop::end(CURL* handle, const std::function<URLResponse(URLTran
     };
     auto body = std::make_shared<URLResponse>(response(*ended.transfer));
     complete(
-        std::move(ended.load), [body] { return std::move(*body); }, std::move(giveBack));
+        ended.load, [body] { return std::move(*body); }, std::move(giveBack));
 }
 
-void URLSession::Loop::complete(LoadPtr load, std::function<URLResponse()> response, std::function<void()> afterwards) {
-    const bool isUrgent = load->request.isUrgent;
-    auto block = [this, load = std::move(load), response = std::move(response), afterwards = std::move(afterwards)] {
+void URLSession::Loop::complete(const LoadPtr& load, std::function<URLResponse()> response,
+                                std::function<void()> afterwards) {
+    // The load holds this until it is called, and this the load.
+    load->end = [this, load, response = std::move(response), afterwards = std::move(afterwards)] {
         const bool isCancelled = isStopping_ || load->isCancelled;
         const Completion completion = std::exchange(load->completion, nullptr);
         completion(isCancelled ? failed(URLError::Code::cancelled, "cancelled") : response());
         if (afterwards) afterwards();
     };
-    completions_.post(std::move(block), isUrgent);
+    load->isEnding = true;
+    completions_.post([load] { load->finish(); }, load->isUrgent);
 }
 
-void URLSession::Loop::complete(LoadPtr load, URLError::Code code, std::string message) {
-    complete(std::move(load), [code, message = std::move(message)] { return failed(code, message); });
+void URLSession::Loop::complete(const LoadPtr& load, URLError::Code code, std::string message) {
+    complete(load, [code, message = std::move(message)] { return failed(code, message); });
 }
 
 URLSession& URLSession::shared() {

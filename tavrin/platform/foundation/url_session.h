@@ -21,11 +21,15 @@ struct URLError {
         timedOut,
         tooLarge,     ///< beyond the session's bound
         refused,      ///< by the fetch policy
-        unsupported,  ///< another scheme than `http`, `https` and `file`
+        unsupported,  ///< another scheme than `http`, `https`, `file` and `data`, or a `data` URL that cannot be read
         failed,       ///< everything else: no such host, a reset connection, a file that cannot be read
     };
     Code code = Code::failed;
     std::string message = {};
+
+    static URLError tooLarge(std::size_t maximumBytes) {
+        return {Code::tooLarge, "larger than " + std::to_string(maximumBytes) + " bytes"};
+    }
 };
 
 /// What a data task came to: a body, whatever the status, or an error.
@@ -45,12 +49,12 @@ struct URLRequest {
 };
 
 /// Why a policy refuses an address before any name is resolved; none when it does not. Under `publicOnly` the address
-/// that a name resolves to may still be refused later.
+/// that a name resolves to may still be refused later. For a `data` URL nothing is fetched, and so none refuses it.
 [[nodiscard]] std::optional<std::string> refusal(const URL& url, FetchPolicy policy);
 
 /// Loads what URLs stand for: `http` and `https`, with HTTP/2 where the server offers it, at most 10 redirects, proxies
-/// from the environment and connections that are used again; and `file`, for regular files on this machine. After a
-/// fork the child can load nothing: it has none of the threads.
+/// from the environment and connections that are used again; `file`, for regular files on this machine; and `data`.
+/// After a fork the child can load nothing: it has none of the threads.
 ///
 /// One thread does all transfers, a few others call the completions; both start with the first task. At most 64
 /// transfers are under way, 32 of them with one host; the others wait, hosts taking turns. Thread-safe.
@@ -78,6 +82,10 @@ public:
 
         /// Ends the load soon, where it has not ended yet; its completion is then told so. Any thread.
         virtual void cancel() = 0;
+
+        /// Makes the load urgent, also its completion: somebody waits for it from now on. Any thread; where the session
+        /// has no threads, the completion may be called from here.
+        virtual void hurry() = 0;
     };
 
     /// The process's session. It ends with the process: its tasks are then cancelled.

@@ -106,8 +106,7 @@ URLResponse URLTransfer::response(CURLcode outcome) {
 URLError URLTransfer::error(CURLcode outcome) const {
     using Code = URLError::Code;
     if (!refusedAddress_.empty()) return {Code::refused, "the address " + refusedAddress_ + " is not public"};
-    if (isTooLarge_ || outcome == CURLE_FILESIZE_EXCEEDED)
-        return {Code::tooLarge, "larger than " + std::to_string(maximumBytes_) + " bytes"};
+    if (isTooLarge_ || outcome == CURLE_FILESIZE_EXCEEDED) return URLError::tooLarge(maximumBytes_);
     const char* const message = message_[0] != '\0' ? message_ : curl_.easyStrerror(outcome);
     return {outcome == CURLE_OPERATION_TIMEDOUT ? Code::timedOut : Code::failed, message};
 }

@@ -40,16 +40,21 @@ void WorkQueue::work() {
     std::unique_lock lock(mutex_);
     for (;;) {
         ++idle_;
-        changed_.wait(lock, [this] { return finishing_ || !urgent_.empty() || !others_.empty(); });
+        changed_.wait(lock, [this] { return !urgent_.empty() || (others_.empty() ? finishing_ : hasRoomForOthers()); });
         --idle_;
-        std::deque<std::function<void()>>& next = urgent_.empty() ? others_ : urgent_;
+        const bool isUrgent = !urgent_.empty();
+        std::deque<std::function<void()>>& next = isUrgent ? urgent_ : others_;
         if (next.empty()) return;
         std::function<void()> block = std::move(next.front());
         next.pop_front();
+        if (!isUrgent) ++othersRunning_;
         lock.unlock();
         block();
         block = nullptr;  // what it holds ends outside the lock
         lock.lock();
+        if (isUrgent) continue;
+        --othersRunning_;
+        if (!others_.empty()) changed_.notify_one();  // this thread may have something urgent to do first
     }
 }
 

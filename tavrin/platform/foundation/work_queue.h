@@ -10,8 +10,9 @@
 
 namespace tavrin {
 
-/// Blocks that a few threads of its own run; urgent ones first, else in their order. Threads start when there is work
-/// for them. Thread-safe.
+/// Blocks that a few threads of its own run; urgent ones first, else in their order. One thread, where there are
+/// several, is kept free of blocks that are not urgent: they never hold up one that is. Threads start when there is
+/// work for them. Thread-safe.
 class WorkQueue {
 public:
     explicit WorkQueue(std::size_t maximumThreads) : maximumThreads_(maximumThreads) {}
@@ -27,6 +28,10 @@ public:
 
 private:
     void work();
+    /// Whether one more block that is not urgent may run beside those that do.
+    [[nodiscard]] bool hasRoomForOthers() const {
+        return othersRunning_ + 1 < maximumThreads_ || othersRunning_ == 0 || finishing_;
+    }
 
     const std::size_t maximumThreads_;
     std::mutex mutex_;
@@ -35,6 +40,7 @@ private:
     std::deque<std::function<void()>> others_;
     std::vector<std::thread> threads_;
     std::size_t idle_ = 0;
+    std::size_t othersRunning_ = 0;
     bool finishing_ = false;
 };
 
