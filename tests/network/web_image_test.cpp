@@ -119,6 +119,13 @@ TEST_F(WebImages, ViewsKnowWherePicturesAre) {
     EXPECT_EQ(image->local, true);
 }
 
+TEST_F(WebImages, AnExpressionThatNothingResolvesIsNoAddress) {
+    const AnyView view = load(context, nodeOf("{{initServerParam.a}}", R"(, "alt": "{{initServerParam.b}}")"));
+    EXPECT_EQ(view.as<WebImage>()->url, std::nullopt);
+    EXPECT_EQ(view.as<WebImage>()->alt, std::nullopt);
+    EXPECT_TRUE(RenderState::of(context).webImageURLs.empty());
+}
+
 TEST_F(WebImages, EachRenderRecordsTheFirstAddress) {
     context.fetchPolicy = FetchPolicy::none;
     const std::string main = stackOf({nodeOf("http://a/1", R"(, "alt": "http://a/2")"), nodeOf("not a url:")});
