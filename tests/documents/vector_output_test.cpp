@@ -74,7 +74,7 @@ struct Rasteriser {
 constexpr Rasteriser rasterisers[] = {
     {"rsvg-convert", PictureFormat::svg, {2, 24}, {0.5, 3}},
     {"pdftocairo", PictureFormat::pdf, {2.5, 42}, {0.5, 3}},
-    {"pdftoppm", PictureFormat::pdf, {6, 55}, {0.6, 5}},
+    {"pdftoppm", PictureFormat::pdf, {6, 55}, {0.9, 5}},
 };
 
 Apart apart(const PixelBuffer& a, const PixelBuffer& b) {
@@ -146,6 +146,17 @@ TEST(VectorOutput, ExamplesAreTheirPictures) {
 const std::string square = color("#0000FF", frame(30, 30));
 const std::string corner = R"("gradient": true, "start": "topLeading", "end": "bottomTrailing", "value": )";
 
+/// Two squares that overlap, with the same faded on top, so many times.
+std::string layersInLayers(int depth) {
+    std::string main;
+    for (int i = 0; i < depth; ++i) {
+        const std::string inside = main.empty() ? "" : "," + main;
+        const std::string moved = color(i % 2 == 0 ? "#FF0000" : "#00A000", frame(30, 30) + "," + offset(15, 10));
+        main = node("zstack", "\"children\": [" + square + "," + moved + inside + "]", opacity(0.9));
+    }
+    return main;
+}
+
 TEST(VectorOutput, ShapesAndAppearancesAreTheirPictures) {
     const struct {
         const char* why;
@@ -173,6 +184,7 @@ TEST(VectorOutput, ShapesAndAppearancesAreTheirPictures) {
                        opacity(0.5)) +
                   "]",
               opacity(0.5))},
+        {"many layers in layers", layersInLayers(20), true},
         {"a faded gradient", node("color", corner + "\"#FF0000-#0000FF\"", opacity(0.4))},
         {"a cut gradient",
          node("color", corner + "\"#FF0000-#0000FF\"", R"({"type": "clipShape", "view": {"type": "circle"}})")},

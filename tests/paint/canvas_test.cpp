@@ -85,7 +85,7 @@ TEST(Canvas, ColoursAreClampedAndRoundedAlikeOnEveryPath) {
     }
 }
 
-TEST(Canvas, GradientsRunStraightThroughTheirColours) {
+TEST(Canvas, GradientsRunThroughTheirColours) {
     const struct {
         const char* why;
         Gradient gradient;
@@ -94,12 +94,12 @@ TEST(Canvas, GradientsRunStraightThroughTheirColours) {
     } rows[] = {
         {"before the start", {{red, blue}, {20, 0}, {80, 0}}, {5, 5}, 0xFFFF0000},
         {"after the end", {{red, blue}, {20, 0}, {80, 0}}, {95, 5}, 0xFF0000FF},
-        {"in the middle", {{red, blue}, {0, 0}, {100, 0}}, {50, 5}, 0xFF7F0080},
-        {"downwards", {{black, white}, {0, 0}, {0, 100}}, {5, 25}, 0xFF404040},
-        {"across", {{black, white}, {0, 0}, {100, 100}}, {75, 75}, 0xFFC0C0C0},
-        {"the other way", {{black, white}, {100, 100}, {0, 0}}, {75, 75}, 0xFF3F3F3F},
-        {"slanted", {{black, white}, {0, 0}, {100, 50}}, {80, 20}, 0xFFB8B8B8},
-        {"the second of three", {{black, red, white}, {0, 0}, {100, 0}}, {50, 5}, 0xFFFF0000},
+        {"in the middle", {{red, blue}, {0, 0}, {100, 0}}, {50, 5}, 0xFF8C53A2},
+        {"downwards", {{black, white}, {0, 0}, {0, 100}}, {5, 25}, 0xFF222222},
+        {"across", {{black, white}, {0, 0}, {100, 100}}, {75, 75}, 0xFFAEAEAE},
+        {"the other way", {{black, white}, {100, 100}, {0, 0}}, {75, 75}, 0xFF222222},
+        {"slanted", {{black, white}, {0, 0}, {100, 50}}, {80, 20}, 0xFFA4A4A4},
+        {"the second of three", {{black, RGBA{0.5, 0.5, 0.5, 1}, white}, {0, 0}, {100, 0}}, {50, 5}, 0xFF808080},
         {"premultiplied", {{red, RGBA{0, 0, 1, 0}}, {0, 0}, {100, 0}}, {50, 5}, 0x80800000},
         {"without length", {{red, blue}, {50, 50}, {50, 50}}, {50, 5}, 0xFF0000FF},
         {"a NaN colour", {{red, RGBA{0, nan, 0, 1}}, {0, 0}, {100, 0}}, {50, 5}, 0},
@@ -189,6 +189,33 @@ TEST(Canvas, ClipsWithoutAntialiasingHaveNoMixedPixels) {
                 inside += pixel != 0;
             }
         EXPECT_NEAR(inside, std::numbers::pi * 400, 25);
+    }
+}
+
+TEST(Canvas, StripsAreTheWhole) {
+    const auto scene = [](Canvas& canvas) {
+        canvas.clip(Circle{}, {{3, 2}, {37, 40}});
+        canvas.beginLayer();
+        canvas.fill(Rect{{0, 0}, {30, 50}}, Gradient{{red, blue}, {0, 0}, {30, 50}});
+        canvas.translate(20, 20);
+        canvas.transform({0.8, 0.6, -0.6, 0.8, 0, 0});
+        canvas.fill(RoundedRectangle{5}, Rect{{-9, -9}, {30, 18}}, black);
+        canvas.endLayer(0.5);
+    };
+    const PixelBuffer whole = drawn({50, 50}, 2, scene);
+    for (const std::int64_t pixels : {1'000'000, 2'000, 500, 1, 0}) {
+        int strips = 0;
+        const PixelBuffer picture = drawn({50, 50}, 2, [&](Canvas& canvas) {
+            canvas.inStrips(pixels, [&] {
+                ++strips;
+                canvas.save();
+                scene(canvas);
+                canvas.restore();
+            });
+        });
+        EXPECT_EQ(strips, pixels >= 10'000 ? 1 : pixels == 2'000 ? 5 : pixels == 500 ? 20 : 100);
+        for (int y = 0; y < 100; ++y)
+            for (int x = 0; x < 100; ++x) ASSERT_LE(distance(picture.row(y)[x], whole.row(y)[x]), 1) << x << ", " << y;
     }
 }
 

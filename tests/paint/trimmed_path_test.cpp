@@ -60,8 +60,10 @@ TEST(TrimmedPath, RunsBetweenTwoFractions) {
         {"nearly all", Circle{}, 0, 0.999, {40, 30}, {39.9998, 29.937}, 0.999},
         {"a rectangle begins at its corner", Rectangle{}, 0, 0.5, {10, 20}, {50, 40}, 0.5},
         {"within an edge", Rectangle{}, 1.0 / 12, 0.25, {20, 20}, {40, 20}, 1.0 / 6},
-        {"round corners count with their length", RoundedRectangle{10}, 0.5, 1, {20, 40}, {40, 20}, 0.5},
-        {"a capsule", Capsule{}, 0.5, 1, {20, 40}, {40, 20}, 0.5},
+        {"round corners begin at the trailing side's middle", RoundedRectangle{5}, 0.5, 1, {10, 30}, {50, 30}, 0.5},
+        {"and count with their length", RoundedRectangle{10}, 0, 0.25, {50, 30}, {30, 40}, 0.25},
+        {"a capsule", Capsule{}, 0.5, 1, {10, 30}, {50, 30}, 0.5},
+        {"a continuous one", Capsule{RoundedCornerStyle::continuous}, 0.25, 0.5, {30, 40}, {10, 30}, 0.25},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

@@ -164,6 +164,18 @@ void Canvas::endLayer(double opacity) {
     cairo_set_source_rgb(cairo(), 0, 0, 0);
 }
 
+void Canvas::inStrips(std::int64_t pixels, const std::function<void()>& draw) {
+    const PixelRect visible = state_->level().clip;
+    if (!state_->raster || visible.empty() || pixels >= std::int64_t{visible.width()} * visible.height()) return draw();
+    const int height = static_cast<int>(std::max<std::int64_t>(1, pixels / visible.width()));
+    for (int top = visible.y0; top < visible.y1; top += height) {
+        save();
+        state_->clip({visible.x0, top, visible.x1, std::min(top + height, visible.y1)});
+        draw();
+        restore();
+    }
+}
+
 const PixelBuffer& Canvas::pixels() const {
     cairo_surface_flush(state_->surface.get());
     return state_->pixels;

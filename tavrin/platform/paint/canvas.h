@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -87,6 +89,11 @@ public:
     /// restored within it.
     void beginLayer();
     void endLayer(double opacity);
+
+    /// Calls `draw` for one strip of what is visible after another, from top to bottom; each is as high as it may be
+    /// with `pixels` in it, at least one row, and `draw` is clipped to it. Once where all of it fits, and on a
+    /// document.
+    void inStrips(std::int64_t pixels, const std::function<void()>& draw);
 
     /// The picture as it is by now. Only on a raster, and not within a layer.
     [[nodiscard]] const PixelBuffer& pixels() const;

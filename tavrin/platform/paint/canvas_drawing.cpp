@@ -37,9 +37,7 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
     if (!box) return state_->hide();
 
     State::Level& level = state_->level();
-    const cairo_matrix_t matrix = state_->matrix();
     const PixelRect touched = state_->touchedPixels(outlineBounds(shape, *box));
-    cairo_new_path(cairo());
     if (state_->wholePixels(*box)) {
         // Only the bounds clip; what is drawn past the outline within them is taken back in the end.
         const State::Pieces pieces = state_->pieces(shape, *box);
@@ -49,18 +47,16 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
                 if (const PixelRect area = intersection(piece, target.bounds()); !area.empty())
                     level.backdrops.emplace_back(target, state_->coverage(area, shape, *box, antialiased));
         }
-        cairo_identity_matrix(cairo());
-        cairo_rectangle(cairo(), touched.x0, touched.y0, touched.width(), touched.height());
-        cairo_clip(cairo());
-        cairo_set_matrix(cairo(), &matrix);
+        state_->clip(touched);
     } else {
+        cairo_new_path(cairo());
         cairo_set_antialias(cairo(), antialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
         appendOutline(cairo(), shape, *box);
         cairo_clip(cairo());
         cairo_set_antialias(cairo(), CAIRO_ANTIALIAS_DEFAULT);
         level.outlinedClip = true;
+        if (state_->raster) level.clip = intersection(level.clip, touched);
     }
-    if (state_->raster) level.clip = intersection(level.clip, touched);
 }
 
 void Canvas::fill(const Rect& rect, const Paint& paint) { fill(Rectangle{}, rect, paint); }

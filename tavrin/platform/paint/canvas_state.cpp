@@ -40,6 +40,16 @@ void Canvas::State::popLevel() {
     levels.pop_back();
 }
 
+void Canvas::State::clip(const PixelRect& area) {
+    const cairo_matrix_t before = matrix();
+    cairo_new_path(cairo.get());
+    cairo_identity_matrix(cairo.get());
+    cairo_rectangle(cairo.get(), area.x0, area.y0, area.width(), area.height());
+    cairo_clip(cairo.get());
+    cairo_set_matrix(cairo.get(), &before);
+    level().clip = intersection(level().clip, area);
+}
+
 void Canvas::State::hide() {
     cairo_new_path(cairo.get());
     cairo_clip(cairo.get());

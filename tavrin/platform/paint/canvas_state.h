@@ -50,6 +50,8 @@ struct Canvas::State {
     [[nodiscard]] Level& level() { return levels.back(); }
     void pushLevel();
     void popLevel();
+    /// Clips a raster to whole pixels until the level ends.
+    void clip(const PixelRect& area);
     /// Nothing is drawn any more until the level ends.
     void hide();
     void finish();

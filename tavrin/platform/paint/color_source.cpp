@@ -7,21 +7,13 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/paint/gradient_stops.h"
 
 namespace tavrin::paint {
 namespace {
 
-/// Cairo blends colours that are not premultiplied; between two opacities so many stops more bring it close.
-constexpr int stopsBetweenOpacities = 16;
-
-RGBA premultipliedMix(const RGBA& a, const RGBA& b, double share) {
-    const double opacity = std::lerp(a.opacity, b.opacity, share);
-    if (opacity <= 0) return {0, 0, 0, 0};
-    const auto channel = [&](double first, double second) {
-        return std::lerp(first * a.opacity, second * b.opacity, share) / opacity;
-    };
-    return {channel(a.red, b.red), channel(a.green, b.green), channel(a.blue, b.blue), opacity};
-}
+/// What viewers may differ from a gradient's colours by, less what they round. A raster's own gradients are closer.
+constexpr double documentTolerance = 1.0 / 255;
 
 void setColor(cairo_t* cairo, const RGBA& color, bool raster) {
     if (!raster) return cairo_set_source_rgba(cairo, color.red, color.green, color.blue, color.opacity);
@@ -32,24 +24,12 @@ void setColor(cairo_t* cairo, const RGBA& color, bool raster) {
     cairo_set_source_rgba(cairo, channel(16), channel(8), channel(0), alpha / 255);
 }
 
-void setGradient(cairo_t* cairo, const Gradient& gradient, const std::vector<RGBA>& colors) {
+void setGradient(cairo_t* cairo, const Gradient& gradient, const std::vector<RGBA>& colors, bool raster) {
     const std::unique_ptr<cairo_pattern_t, decltype(&cairo_pattern_destroy)> pattern(
         cairo_pattern_create_linear(gradient.start.x, gradient.start.y, gradient.end.x, gradient.end.y),
         &cairo_pattern_destroy);
-    const auto addStop = [&](double offset, const RGBA& color) {
-        cairo_pattern_add_color_stop_rgba(pattern.get(), offset, color.red, color.green, color.blue, color.opacity);
-    };
-    const auto segments = static_cast<double>(colors.size() - 1);
-    for (std::size_t i = 0; i + 1 < colors.size(); ++i) {
-        const RGBA& from = colors[i];
-        const RGBA& to = colors[i + 1];
-        const int steps = from.opacity == to.opacity ? 1 : stopsBetweenOpacities;
-        for (int step = 0; step < steps; ++step) {
-            const double share = static_cast<double>(step) / steps;
-            addStop((static_cast<double>(i) + share) / segments, step == 0 ? from : premultipliedMix(from, to, share));
-        }
-    }
-    addStop(1, colors.back());
+    for (const auto& [place, color] : gradientStops(colors, raster ? rasterTolerance : documentTolerance))
+        cairo_pattern_add_color_stop_rgba(pattern.get(), place, color.red, color.green, color.blue, color.opacity);
     cairo_set_source(cairo, pattern.get());
 }
 
@@ -97,7 +77,7 @@ bool setSource(cairo_t* cairo, const Paint& paint, bool raster) {
     if (colors.size() == 1)
         setColor(cairo, colors.front(), raster);
     else
-        setGradient(cairo, gradient, colors);
+        setGradient(cairo, gradient, colors, raster);
     return true;
 }
 

@@ -11,6 +11,9 @@ typedef struct _cairo cairo_t;
 
 namespace tavrin::paint {
 
+/// What a gradient on a raster may differ from its colours by (of 1): less than can come to be another level.
+inline constexpr double rasterTolerance = 0.25 / 255;
+
 /// A colour with channels and opacity within 0…1; nothing when one of them is NaN.
 [[nodiscard]] std::optional<RGBA> clamped(const RGBA& color);
 

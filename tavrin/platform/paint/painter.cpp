@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -16,9 +17,9 @@ using layout::LayoutTree;
 using layout::pointIn;
 using Index = LayoutTree::Index;
 
-/// How many opacity layers may be open at once; each is as large as what is clipped to. Deeper ones fade their views
-/// one by one.
-constexpr int maximumLayers = 8;
+/// How many pixels of a raster may be held at once by layers and outlined clips within each other; what would take more
+/// is drawn strip by strip.
+constexpr std::int64_t maximumHeldPixels = 32'000'000;
 
 bool isFinite(const Rect& rect) {
     return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
@@ -139,10 +140,10 @@ private:
         if (!(opacity.value > 0)) return;
         const Index content = tree_.content(index);
         const double before = std::exchange(opacity_, opacity_ * std::min(opacity.value, 1.0));
-        if (opacity_ >= 1 || layers_ >= maximumLayers || isFadedAlike(content))
+        if (opacity_ >= 1 || isFadedAlike(content))
             paint(content);
         else
-            paintAsLayer(content);
+            drawWhole(index, [&] { paintAsLayer(content); });
         opacity_ = before;
     }
 
@@ -198,19 +199,41 @@ private:
 
     template <class Clip>
     void drawClipped(Index index, Clip clip) {
-        canvas_.save();
-        clip();
-        if (!canvas_.hidden()) paint(tree_.content(index));
-        canvas_.restore();
+        drawWhole(index, [&] {
+            canvas_.save();
+            clip();
+            if (!canvas_.hidden()) paint(tree_.content(index));
+            canvas_.restore();
+        });
+    }
+
+    /// Draws what is composed or cut as a whole, the outermost such view with all within it in no more memory than
+    /// there may be.
+    template <class Draw>
+    void drawWhole(Index index, Draw draw) {
+        if (isInWhole_) return draw();
+        isInWhole_ = true;
+        canvas_.inStrips(maximumHeldPixels / nestedWholes(index), draw);
+        isInWhole_ = false;
+    }
+
+    /// How many views that are composed or cut as a whole lie within each other at most, the outermost included.
+    [[nodiscard]] std::int64_t nestedWholes(Index outermost) const {
+        std::vector<Index> ends;
+        std::size_t most = 0;
+        for (Index index = outermost; index < tree_.node(outermost).end; ++index) {
+            while (!ends.empty() && ends.back() <= index) ends.pop_back();
+            if (isWhole(tree_.node(index).kind)) ends.push_back(tree_.node(index).end);
+            most = std::max(most, ends.size());
+        }
+        return static_cast<std::int64_t>(most);
     }
 
     /// Draws a subtree as a whole with the present opacity.
     void paintAsLayer(Index content) {
         const double whole = std::exchange(opacity_, 1);
         canvas_.beginLayer();
-        ++layers_;
         paint(content);
-        --layers_;
         canvas_.endLayer(whole);
         opacity_ = whole;
     }
@@ -285,7 +308,7 @@ private:
     bool isInStillPart_;  // nothing that goes with the time has been drawn
     bool isKnown_;        // and what is drawn has been drawn before
     double opacity_ = 1;
-    int layers_ = 0;
+    bool isInWhole_ = false;
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "tavrin/platform/foundation/pixels.h"
 #include "tavrin/platform/paint/color_source.h"
+#include "tavrin/platform/paint/gradient_stops.h"
 
 namespace tavrin::paint {
 namespace {
@@ -28,25 +29,24 @@ constexpr double steepestSlide = 4;
 /// Beyond, sums are no longer sure to be numbers.
 constexpr double farthest = 1e100;
 
-std::uint32_t mix(const RGBA& a, const RGBA& b, double share) {
-    const double opacity = std::lerp(a.opacity, b.opacity, share);
-    const auto channel = [&](double first, double second) {
-        return static_cast<std::uint32_t>(std::lerp(first * a.opacity, second * b.opacity, share) * 255 + 0.5);
-    };
-    const auto alpha = static_cast<std::uint32_t>(opacity * 255 + 0.5);
-    return packPixel(alpha, std::min(channel(a.red, b.red), alpha), std::min(channel(a.green, b.green), alpha),
-                     std::min(channel(a.blue, b.blue), alpha));
-}
-
 std::vector<std::uint32_t> rampOf(const std::vector<RGBA>& colors) {
     if (colors.size() == 1) return {pixelOf(colors.front())};
-    const std::size_t segments = colors.size() - 1;
-    std::vector<std::uint32_t> ramp(std::min(segments * stepsPerSegment, maxSteps));
-    for (std::size_t i = 0; i < ramp.size(); ++i) {
-        const double place =
-            (static_cast<double>(i) + 0.5) / static_cast<double>(ramp.size()) * static_cast<double>(segments);
-        const auto segment = std::min(static_cast<std::size_t>(place), segments - 1);
-        ramp[i] = mix(colors[segment], colors[segment + 1], place - static_cast<double>(segment));
+    std::vector<std::uint32_t> ramp(std::min((colors.size() - 1) * stepsPerSegment, maxSteps));
+    const auto size = static_cast<double>(ramp.size());
+    const std::vector<GradientStop> stops = gradientStops(colors, rasterTolerance);
+    std::size_t i = 0;
+    for (std::size_t next = 1; next < stops.size(); ++next) {
+        const auto& [place, color] = stops[next - 1];
+        const RGBA& to = stops[next].color;
+        const double length = stops[next].place - place;
+        // Steps whose middles lie before the next stop.
+        const std::size_t end = std::min(static_cast<std::size_t>(stops[next].place * size + 0.5), ramp.size());
+        for (; i < end; ++i) {
+            const double share = ((static_cast<double>(i) + 0.5) / size - place) / length;
+            const auto channel = [&](double a, double b) { return a + share * (b - a); };
+            ramp[i] = pixelOf({channel(color.red, to.red), channel(color.green, to.green), channel(color.blue, to.blue),
+                               channel(color.opacity, to.opacity)});
+        }
     }
     // What lies before and after has the end colours themselves.
     ramp.front() = pixelOf(colors.front());

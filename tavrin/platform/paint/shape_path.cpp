@@ -5,7 +5,6 @@
 #include <cmath>
 #include <concepts>
 #include <cstddef>
-#include <numbers>
 #include <optional>
 #include <type_traits>
 
@@ -16,64 +15,30 @@
 namespace tavrin::paint {
 namespace {
 
-/// A corner in units of its radius: distances from the corner, along the edge that comes in and the edge that goes out.
-/// The leaving point, a curve, a line, two curves that meet on the diagonal, and a curve to the other leaving point.
-using CornerPoints = std::array<Point, 14>;
-constexpr std::size_t diagonal = 7;
+/// How a corner's curve leaves a side: distances from the corner, in radii, of the leaving point and of the two handles
+/// after it.
+struct Leaving {
+    double point;
+    double first;
+    double second;
+};
 
-constexpr double continuousReach = 1.528665;
+constexpr Leaving roomy{1.528665, 1.088490, 0.868407};
+/// Where half the side is just one radius.
+constexpr Leaving tight{1, 0.96, 0.82};
+/// The rest of a continuous corner: a curve between two points that mirror one another on the diagonal. Distances from
+/// the corner along the side that is near and the other one.
+constexpr Point nearSide{0.631494, 0.0749114};
+constexpr Point nearSideHandle{0.372824, 0.169060};
 
-constexpr Point middle(Point a, Point b) { return {(a.x + b.x) / 2, (a.y + b.y) / 2}; }
+/// The length, in radii, of the handles of a cubic that is nearly a quarter circle.
+constexpr double kappa = 0.5522847;
 
-constexpr CornerPoints continuousCorner = [] {
-    // The curve across the diagonal, cut in half.
-    constexpr Point from{0.631494, 0.074911};
-    constexpr Point handle{0.372824, 0.169060};
-    constexpr Point otherHandle{0.169060, 0.372824};
-    constexpr Point to{0.074911, 0.631494};
-    constexpr Point between = middle(handle, otherHandle);
-    constexpr Point before = middle(middle(from, handle), between);
-    constexpr Point after = middle(between, middle(otherHandle, to));
-    return CornerPoints{{{continuousReach, 0},
-                         {1.088493, 0},
-                         {0.868407, 0},
-                         {0.669934, 0.065496},
-                         from,
-                         middle(from, handle),
-                         before,
-                         middle(before, after),
-                         after,
-                         middle(otherHandle, to),
-                         to,
-                         {0, 0.868407},
-                         {0, 1.088493},
-                         {0, continuousReach}}};
-}();
-
-/// A point of the quarter circle, by the angle turned since it left the first edge.
-Point onCircle(double angle) { return {1 - std::sin(angle), 1 - std::cos(angle)}; }
-
-/// The handle of a curve along the quarter circle at one of its ends, for a curve that turns by `span` from there.
-Point circleHandle(double angle, double span) {
-    const double length = 4.0 / 3 * std::tan(span / 4);
-    const Point point = onCircle(angle);
-    return {point.x - length * std::cos(angle), point.y + length * std::sin(angle)};
-}
-
-constexpr double rightAngle = std::numbers::pi / 2;
-
-/// The quarter circle in the pieces of a continuous corner, which turns into it where it has no room.
-const CornerPoints& circularCorner() {
-    static const CornerPoints points = [] {
-        const double a = std::acos(1 - continuousCorner[4].y);
-        const double b = rightAngle / 2;
-        const double c = rightAngle - a;
-        return CornerPoints{{onCircle(0), circleHandle(0, a), circleHandle(a, -a), onCircle(a), onCircle(a),
-                             circleHandle(a, b - a), circleHandle(b, a - b), onCircle(b), circleHandle(b, c - b),
-                             circleHandle(c, b - c), onCircle(c), circleHandle(c, a), circleHandle(rightAngle, -a),
-                             onCircle(rightAngle)}};
-    }();
-    return points;
+/// `room`: half the side, in radii, at least 1.
+Leaving leavingWithin(double room) {
+    const double share = std::min((room - tight.point) / (roomy.point - tight.point), 1.0);
+    return {std::min(room, roomy.point), std::lerp(tight.first, roomy.first, share),
+            std::lerp(tight.second, roomy.second, share)};
 }
 
 /// Where a corner lies, and the unit vectors from it along the edges that come in and go out, with half their lengths.
@@ -85,6 +50,7 @@ struct Corner {
     double outRoom;
 };
 
+/// Clockwise from the bottom trailing one.
 std::array<Corner, 4> cornersOf(const Rect& bounds) {
     const double left = bounds.origin.x;
     const double top = bounds.origin.y;
@@ -92,10 +58,10 @@ std::array<Corner, 4> cornersOf(const Rect& bounds) {
     const double bottom = top + bounds.size.height;
     const double halfWidth = bounds.size.width / 2;
     const double halfHeight = bounds.size.height / 2;
-    return {{{{right, top}, {-1, 0}, {0, 1}, halfWidth, halfHeight},
-             {{right, bottom}, {0, -1}, {-1, 0}, halfHeight, halfWidth},
+    return {{{{right, bottom}, {0, -1}, {-1, 0}, halfHeight, halfWidth},
              {{left, bottom}, {1, 0}, {0, -1}, halfWidth, halfHeight},
-             {{left, top}, {0, 1}, {1, 0}, halfHeight, halfWidth}}};
+             {{left, top}, {0, 1}, {1, 0}, halfHeight, halfWidth},
+             {{right, top}, {-1, 0}, {0, 1}, halfWidth, halfHeight}}};
 }
 
 Point place(const Corner& corner, Point point, double radius) {
@@ -120,39 +86,21 @@ private:
 };
 
 template <class Path>
-void appendCircularCorner(Path& path, const Corner& corner, double radius) {
-    const auto at = [&](Point point) { return place(corner, point, radius); };
-    path.line(at(onCircle(0)));
-    for (const double angle : {0.0, rightAngle / 2}) {
-        const double next = angle + rightAngle / 2;
-        path.curve(at(circleHandle(angle, rightAngle / 2)), at(circleHandle(next, -rightAngle / 2)),
-                   at(onCircle(next)));
+void appendCorner(Path& path, const Corner& corner, double radius, RoundedCornerStyle style) {
+    const auto at = [&](double in, double out) { return place(corner, {in, out}, radius); };
+    if (style == RoundedCornerStyle::circular) {
+        path.line(at(1, 0));
+        path.curve(at(1 - kappa, 0), at(0, 1 - kappa), at(0, 1));
+        return;
     }
-}
-
-/// The continuous corner; its half beside an edge that is too short for it is blended towards the circular one.
-CornerPoints fitted(const Corner& corner, double radius) {
-    const auto share = [&](double room) { return std::clamp((room / radius - 1) / (continuousReach - 1), 0.0, 1.0); };
-    const double in = share(corner.inRoom);
-    const double out = share(corner.outRoom);
-    CornerPoints points = circularCorner();
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const double part = i < diagonal ? in : i > diagonal ? out : (in + out) / 2;
-        points[i].x += part * (continuousCorner[i].x - points[i].x);
-        points[i].y += part * (continuousCorner[i].y - points[i].y);
-    }
-    return points;
-}
-
-template <class Path>
-void appendContinuousCorner(Path& path, const Corner& corner, double radius) {
-    const CornerPoints points = fitted(corner, radius);
-    const auto at = [&](std::size_t i) { return place(corner, points[i], radius); };
-    path.line(at(0));
-    path.curve(at(1), at(2), at(3));
-    path.line(at(4));
-    for (const std::size_t i : {std::size_t{5}, std::size_t{8}, std::size_t{11}})
-        path.curve(at(i), at(i + 1), at(i + 2));
+    const Leaving in = leavingWithin(corner.inRoom / radius);
+    const Leaving out = leavingWithin(corner.outRoom / radius);
+    const auto& [along, across] = nearSide;
+    const auto& [handleAlong, handleAcross] = nearSideHandle;
+    path.line(at(in.point, 0));
+    path.curve(at(in.first, 0), at(in.second, 0), at(along, across));
+    path.curve(at(handleAlong, handleAcross), at(handleAcross, handleAlong), at(across, along));
+    path.curve(at(0, out.second), at(0, out.first), at(0, out.point));
 }
 
 Rect squareIn(const Rect& bounds) {
@@ -166,8 +114,6 @@ struct Outline {
     Rect bounds;
     double radius = 0;
     RoundedCornerStyle style = RoundedCornerStyle::circular;
-    /// Which of `cornersOf` it begins with.
-    std::size_t firstCorner = 0;
 };
 
 std::optional<Outline> outlineOf(const ClosedShape& shape, const Rect& bounds) {
@@ -178,8 +124,7 @@ std::optional<Outline> outlineOf(const ClosedShape& shape, const Rect& bounds) {
     if (!finite || size.width <= 0 || size.height <= 0) return std::nullopt;
 
     const double largest = std::min(size.width, size.height) / 2;
-    if (std::holds_alternative<Circle>(shape))
-        return Outline{squareIn(bounds), largest, RoundedCornerStyle::circular, 1};
+    if (std::holds_alternative<Circle>(shape)) return Outline{squareIn(bounds), largest};
     if (const auto* capsule = std::get_if<Capsule>(&shape)) return Outline{bounds, largest, capsule->style};
     if (const auto* rounded = std::get_if<RoundedRectangle>(&shape)) {
         const double radius = rounded->cornerRadius > 0 ? std::min(rounded->cornerRadius, largest) : 0;
@@ -188,23 +133,17 @@ std::optional<Outline> outlineOf(const ClosedShape& shape, const Rect& bounds) {
     return Outline{bounds};
 }
 
-/// Writes the closed outline of bounds that have an area.
+/// Writes the closed outline of bounds that have an area, clockwise: from the top leading corner, or where that is
+/// round from the middle of the trailing side.
 template <class Path>
 void append(Path& path, const Outline& outline) {
-    const auto& [box, radius, style, firstCorner] = outline;
-    const std::array<Corner, 4> corners = cornersOf(box);
+    const auto& [box, radius, style] = outline;
+    const auto corners = cornersOf(box);
     if (radius == 0) {
-        path.line(corners[3].place);
-        for (std::size_t i = 0; i < 3; ++i) path.line(corners[i].place);
+        for (const std::size_t i : {2U, 3U, 0U, 1U}) path.line(corners[i].place);
     } else {
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            const Corner& corner = corners[(firstCorner + i) % corners.size()];
-            if (style == RoundedCornerStyle::continuous) {
-                appendContinuousCorner(path, corner, radius);
-            } else {
-                appendCircularCorner(path, corner, radius);
-            }
-        }
+        path.line({box.origin.x + box.size.width, box.origin.y + box.size.height / 2});
+        for (const Corner& corner : corners) appendCorner(path, corner, radius, style);
     }
     path.close();
 }
@@ -241,7 +180,7 @@ Size cornerExtent(const Shape& shape, const Rect& bounds) {
     // What is between the ends of a part may be anywhere.
     if (std::holds_alternative<TrimmedShape>(shape)) return {bounds.size.width / 2, bounds.size.height / 2};
     const double reach =
-        outline->style == RoundedCornerStyle::continuous ? continuousReach * outline->radius : outline->radius;
+        outline->style == RoundedCornerStyle::continuous ? roomy.point * outline->radius : outline->radius;
     return {std::min(reach, outline->bounds.size.width / 2), std::min(reach, outline->bounds.size.height / 2)};
 }
 

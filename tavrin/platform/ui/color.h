@@ -55,7 +55,7 @@ private:
     RGBA dark_;
 };
 
-inline constexpr Color Color::blue{Source::blue, {0, 0x7A / 255.0, 1, 1}, {0x0A / 255.0, 0x84 / 255.0, 1, 1}};
+inline constexpr Color Color::blue{Source::blue, {0, 0x88 / 255.0, 1, 1}, {0, 0x91 / 255.0, 1, 1}};
 inline constexpr Color Color::gray{
     Source::gray, {0x8E / 255.0, 0x8E / 255.0, 0x93 / 255.0, 1}, {0x8E / 255.0, 0x8E / 255.0, 0x93 / 255.0, 1}};
 inline constexpr Color Color::white{Source::white, {1, 1, 1, 1}, {1, 1, 1, 1}};
