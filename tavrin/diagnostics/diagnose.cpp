@@ -95,7 +95,17 @@ private:
         const std::vector<DrawnView> views = drawnViews(tree, context.origins().get(), boundEffects_);
         findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
         const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
-        applyDrawnRules({renderer, tree, views, room.size, options_.scale, mayFetch}, findings);
+        // Without fonts of the host's own the renderer's texts are this thread's.
+        applyDrawnRules({.renderer = renderer,
+                         .tree = tree,
+                         .texts = text::TextEngine::ofThisThread(),
+                         .views = views,
+                         .size = room.size,
+                         .scale = options_.scale,
+                         .mayFetch = mayFetch,
+                         .linksCanBeTapped = room.linksCanBeTapped,
+                         .hasWidgetURL = context.widgetURL().has_value()},
+                        findings);
     }
 
     /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.
