@@ -42,18 +42,18 @@ Size screenOf(const Values& values) {
     return screen;
 }
 
-Size widgetSizeOf(const Values& values) {
+WidgetRoom roomOf(const Values& values) {
     refuseBoth(values.command(), {"--size", "--family"});
     const std::string* const size = values.find("--size");
     const std::string* const family = values.find("--family");
     const Size screen = screenOf(values);
-    if (size) return readSize("--size", *size);
+    if (size) return {.name = *size, .size = readSize("--size", *size)};
     return readFamily("--family", family ? *family : defaultFamily, screen);
 }
 
 RenderOptions renderOptionsOf(const Values& values, Verb verb) {
     RenderOptions options;
-    options.size = widgetSizeOf(values);
+    options.setRoom(roomOf(values));
     values.read("--scale", readScale, options.scale);
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
@@ -106,7 +106,7 @@ bool namesFile(const std::string& output) {
 
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
 void drawOnlyPicture(const Matrix& matrix, Arguments& arguments) {
-    arguments.options.size = matrix.rooms.front().size;
+    arguments.options.setRoom(matrix.rooms.front());
     arguments.options.scale = arguments.options.environment.displayScale = matrix.scales.front();
     arguments.options.environment.appearance = matrix.appearances.front();
     arguments.options.environment.date = matrix.moments.front().date;

@@ -1,7 +1,6 @@
 #include "cli/check_options.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "cli/option_values.h"
 #include "cli/several_options.h"
@@ -16,7 +15,7 @@ CheckOptions readCheckOptions(const Command& command, Size screen) {
     options.fixes = command.find("--fix") != nullptr;
     options.isStrict = command.find("--strict") != nullptr;
     options.showsNotes = command.find("--notes") != nullptr;
-    for (auto& [name, size] : readRooms(command, screen)) options.rooms.push_back({std::move(name), size});
+    options.rooms = readRooms(command, screen);
     options.appearances = readAppearances(command, {Appearance::light, Appearance::dark});
     if (options.fixes && std::find(command.operands.begin(), command.operands.end(), "-") != command.operands.end())
         throw UsageError("--fix changes files; standard input (\"-\") is none");

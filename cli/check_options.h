@@ -18,7 +18,7 @@ struct CheckOptions {
     /// Whether a warning makes the run fail.
     bool isStrict = false;
     bool showsNotes = false;
-    std::vector<DiagnosedRoom> rooms = {};
+    std::vector<WidgetRoom> rooms = {};
     std::vector<Appearance> appearances = {};
 };
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "cli/suggestion.h"
@@ -144,9 +145,10 @@ std::string listOfScreens(std::span<const Size> screens) {
     return list;
 }
 
-Size readFamily(std::string_view option, std::string_view value, Size screen, std::span<const std::string_view> words) {
+WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
+                      std::span<const std::string_view> words) {
     const auto family = static_cast<WidgetFamily>(readWord(option, value, words));
-    if (const auto size = widgetSize(family, screen)) return *size;
+    if (auto room = widgetRoom(family, screen)) return *std::move(room);
     if (!isKnownScreen(screen))
         throw UsageError("no widget sizes are known for a screen of " + toText(screen) + "; give --size, or one of " +
                          listOfScreens(knownScreens()));

@@ -40,9 +40,9 @@ namespace tavrin::cli {
 [[nodiscard]] TimeZone readTimeZone(std::string_view option, std::string_view value);
 /// "auto", "none" or a colour of six hexadecimal digits.
 [[nodiscard]] WidgetBackground readBackground(std::string_view option, std::string_view value);
-/// The size on a screen of the family of that name, which is one of `words`: all families' names and maybe more.
-[[nodiscard]] Size readFamily(std::string_view option, std::string_view value, Size screen,
-                              std::span<const std::string_view> words = widgetFamilyNames);
+/// The room on a screen of the family of that name, which is one of `words`: all families' names and maybe more.
+[[nodiscard]] WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
+                                    std::span<const std::string_view> words = widgetFamilyNames);
 /// "390x844, 375x812".
 [[nodiscard]] std::string listOfScreens(std::span<const Size> screens);
 

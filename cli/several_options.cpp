@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "cli/option_values.h"
 #include "cli/usage_error.h"
@@ -41,11 +42,10 @@ std::vector<std::string_view> wordsFor(std::string_view option, const OptionPair
     return list;
 }
 
-std::vector<Room> familiesOfScreen(Size screen) {
-    std::vector<Room> rooms;
+std::vector<WidgetRoom> familiesOfScreen(Size screen) {
+    std::vector<WidgetRoom> rooms;
     for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i)
-        if (const auto size = widgetSize(static_cast<WidgetFamily>(i), screen))
-            rooms.push_back({std::string(widgetFamilyNames[i]), *size});
+        if (auto room = widgetRoom(static_cast<WidgetFamily>(i), screen)) rooms.push_back(*std::move(room));
     return rooms;
 }
 
@@ -64,7 +64,7 @@ std::pair<std::string_view, std::vector<std::string>> wordsOf(const Command& com
     return {pair.one, one ? std::vector{*one} : std::vector<std::string>{}};
 }
 
-std::vector<Room> readRooms(const Command& command, Size screen) {
+std::vector<WidgetRoom> readRooms(const Command& command, Size screen) {
     refuseBoth(command, familiesOrSize);
     if (const std::string* size = command.find("--size")) return {{*size, readSize("--size", *size)}};
     auto [option, words] = wordsOf(command, families);
@@ -73,9 +73,9 @@ std::vector<Room> readRooms(const Command& command, Size screen) {
         if (auto rooms = familiesOfScreen(screen); !rooms.empty()) return rooms;
         words = {std::string(defaultFamily)};  // an unknown screen is reported by it
     }
-    std::vector<Room> rooms;
+    std::vector<WidgetRoom> rooms;
     const std::vector<std::string_view> known = wordsFor(option, families, widgetFamilyNames);
-    for (const std::string& word : words) rooms.push_back({word, readFamily(option, word, screen, known)});
+    for (const std::string& word : words) rooms.push_back(readFamily(option, word, screen, known));
     return rooms;
 }
 

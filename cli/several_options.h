@@ -8,6 +8,7 @@
 #include "cli/command_line.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/ui/environment.h"
+#include "tavrin/platform/ui/widget_family.h"
 
 /// Options that ask for several of a kind, `--families`, beside those that ask for one, `--family`.
 namespace tavrin::cli {
@@ -21,12 +22,6 @@ struct OptionPair {
     std::string_view one;
 };
 
-/// A family and its size, or a size by itself.
-struct Room {
-    std::string name;
-    Size size;
-};
-
 /// Throws `UsageError` where both options of a pair are given.
 void refuseBoth(const Command& command, const OptionPair& pair);
 
@@ -35,7 +30,7 @@ void refuseBoth(const Command& command, const OptionPair& pair);
                                                                             const OptionPair& pair);
 
 /// The families, or the size, that a command asks for. Throws `UsageError`.
-[[nodiscard]] std::vector<Room> readRooms(const Command& command, Size screen);
+[[nodiscard]] std::vector<WidgetRoom> readRooms(const Command& command, Size screen);
 
 /// The appearances that a command asks for; `usual` where it names none. Throws `UsageError`.
 [[nodiscard]] std::vector<Appearance> readAppearances(const Command& command, std::vector<Appearance> usual);

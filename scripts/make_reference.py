@@ -157,7 +157,7 @@ def drawn(program, folders, into):
     """Draws every document, of which each must be clean, and gives the pictures by their file's name."""
     tags = [tag for tags in folders.values() for tag in tags]
     documents = [str(REFERENCE / f"documents/{tag}.json") for tag in tags]
-    subprocess.run([program, "check", *documents, "--strict", "--family", "systemSmall", *PICTURES], check=True)
+    subprocess.run([program, "check", *documents, "--strict", "--size", "158x158", *PICTURES], check=True)
     subprocess.run([program, "render", *documents, "-o", into, *OPTIONS, *SETTINGS, *PICTURES], check=True)
     return {f"pictures/{tag}.png": (pathlib.Path(into) / f"{tag}.png").read_bytes() for tag in tags}
 

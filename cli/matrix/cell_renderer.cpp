@@ -89,7 +89,7 @@ void CellRenderer::load(const Cell& cell, Loaded& loaded) {
 
 RenderOptions CellRenderer::optionsFor(const Cell& cell, const Loaded& loaded, std::vector<std::string>& notes) const {
     RenderOptions options = arguments_.options;
-    options.size = matrix_.rooms[cell.room].size;
+    options.setRoom(matrix_.rooms[cell.room]);
     options.scale = matrix_.scales[cell.scale];
     options.environment.appearance = matrix_.appearances[cell.appearance];
     options.environment.date = matrix_.moments[cell.moment].date;

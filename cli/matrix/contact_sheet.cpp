@@ -72,7 +72,7 @@ std::string image(const Matrix& matrix, Pictures scales) {
         if (!densest || scale > matrix.scales[densest->cell.scale]) densest = &picture;
     }
     if (!densest) return "";
-    const Room& room = matrix.rooms[densest->cell.room];
+    const WidgetRoom& room = matrix.rooms[densest->cell.room];
     const std::string what = markupText(room.name + ", " + std::string(appearanceWord(matrix, densest->cell)));
     return fmt::format(
         "<a href=\"{0}\"><img src=\"{0}\" srcset=\"{1}\" width=\"{2}\" height=\"{3}\" alt=\"{4}\" "
@@ -81,7 +81,7 @@ std::string image(const Matrix& matrix, Pictures scales) {
 }
 
 std::string caption(const Matrix& matrix, Pictures scales) {
-    const Room& room = matrix.rooms[scales.front().cell.room];
+    const WidgetRoom& room = matrix.rooms[scales.front().cell.room];
     std::string text = fmt::format("<figcaption><b>{}</b> {} · {} × {}", markupText(room.name),
                                    appearanceWord(matrix, scales.front().cell), shortNumber(room.size.width),
                                    shortNumber(room.size.height));

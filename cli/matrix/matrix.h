@@ -32,7 +32,7 @@ struct Matrix {
     std::vector<Document> documents;
     std::vector<Model> models;
     std::vector<Moment> moments;
-    std::vector<Room> rooms;
+    std::vector<WidgetRoom> rooms;
     std::vector<Appearance> appearances;
     std::vector<double> scales;
 

@@ -18,7 +18,7 @@ void writeText(JSONWriter& writer, std::string_view key, const std::string& text
 
 void write(JSONWriter& writer, const Matrix& matrix, const MatrixPicture& picture) {
     const Cell& cell = picture.cell;
-    const Room& room = matrix.rooms[cell.room];
+    const WidgetRoom& room = matrix.rooms[cell.room];
     writer.beginObject();
     writeText(writer, "file", picture.file);
     writer.key("document").value(matrix.documents[cell.document].path);

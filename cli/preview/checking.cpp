@@ -9,7 +9,7 @@ namespace tavrin::cli {
 
 std::string checked(const Drawing& drawing) {
     DiagnoseOptions options;
-    options.rooms = {{drawing.family, drawing.options.size}};
+    options.rooms = {{drawing.family, drawing.options.size, drawing.options.linksCanBeTapped}};
     options.appearances = {drawing.options.environment.appearance};
     options.scale = drawing.options.scale;
     options.date = drawing.options.environment.date;

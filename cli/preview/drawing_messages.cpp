@@ -4,6 +4,7 @@
 
 #include "cli/failure_text.h"
 #include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::cli {
 namespace {
@@ -27,6 +28,7 @@ Drawing drawingOf(const RequestFields& fields) {
         .document = fields.text("document"), .model = fields.optionalText("model"), .family = fields.text("family")};
     RenderOptions& options = drawing.options;
     options.size = {fields.number("width", leastSide, mostSide), fields.number("height", leastSide, mostSide)};
+    if (const auto family = widgetFamily(drawing.family)) options.linksCanBeTapped = linksCanBeTapped(*family);
     options.scale = fields.number("scale", leastScale, mostScale);
     options.rounded = fields.flag("rounded");
     options.environment.appearance = fields.text("appearance") == "dark" ? Appearance::dark : Appearance::light;

@@ -74,7 +74,7 @@ private:
         if (written_) boundEffects_ = boundEffects(*written_);
         DrawnFindings drawn;
         try {
-            for (const DiagnosedRoom& room : options_.rooms)
+            for (const WidgetRoom& room : options_.rooms)
                 for (const Appearance appearance : options_.appearances) draw(view, context, room, appearance, drawn);
         } catch (...) {
             fail(std::current_exception());
@@ -82,9 +82,10 @@ private:
         if (written_) drawn.moveTo(findings_, written_->outline());
     }
 
-    void draw(const AnyView& view, const Context& context, const DiagnosedRoom& room, Appearance appearance,
+    void draw(const AnyView& view, const Context& context, const WidgetRoom& room, Appearance appearance,
               DrawnFindings& findings) {
-        RenderOptions options{.size = room.size, .scale = options_.scale};
+        RenderOptions options{.scale = options_.scale};
+        options.setRoom(room);
         if (options_.background) options.background = {WidgetBackground::Kind::color, *options_.background};
         options.environment.appearance = appearance;
         options.environment.date = *context.date;
@@ -94,7 +95,17 @@ private:
         const std::vector<DrawnView> views = drawnViews(tree, context.origins().get(), boundEffects_);
         findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
         const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
-        applyDrawnRules({renderer, tree, views, room.size, options_.scale, mayFetch}, findings);
+        // Without fonts of the host's own the renderer's texts are this thread's.
+        applyDrawnRules({.renderer = renderer,
+                         .tree = tree,
+                         .texts = text::TextEngine::ofThisThread(),
+                         .views = views,
+                         .size = room.size,
+                         .scale = options_.scale,
+                         .mayFetch = mayFetch,
+                         .linksCanBeTapped = room.linksCanBeTapped,
+                         .hasWidgetURL = context.widgetURL().has_value()},
+                        findings);
     }
 
     /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.

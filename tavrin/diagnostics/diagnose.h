@@ -13,21 +13,14 @@
 #include "tavrin/platform/foundation/time_zone.h"
 #include "tavrin/platform/foundation/url.h"
 #include "tavrin/platform/ui/color.h"
+#include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin {
-
-/// A room that a document is drawn in.
-struct DiagnosedRoom {
-    /// What messages call it: a family, or a size.
-    std::string name = "systemMedium";
-    /// In points.
-    Size size = {338, 158};
-};
 
 /// What a document is looked at for.
 struct DiagnoseOptions {
     /// The rooms that it is drawn in, each in every appearance. Without any it is not laid out.
-    std::vector<DiagnosedRoom> rooms = {DiagnosedRoom{}};
+    std::vector<WidgetRoom> rooms = {WidgetRoom{}};
     std::vector<Appearance> appearances = {Appearance::light, Appearance::dark};
     /// Pixels for each point.
     double scale = 3;

@@ -23,9 +23,10 @@ std::string joined(const std::vector<std::string>& words, std::string_view last)
 
 }  // namespace
 
-DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, std::string message, double badness) {
+DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, std::string message, double badness,
+                                         std::string_view what) {
     CodingPath path = origin ? *origin : CodingPath{};
-    const auto [known, isNew] = known_.try_emplace({rule, toText(path)}, found_.size());
+    const auto [known, isNew] = known_.try_emplace({rule, toText(path), std::string(what)}, found_.size());
     if (isNew) found_.push_back({rule, std::move(path), message, badness});
     Found& found = found_[known->second];
     if (badness > found.badness) {
@@ -50,6 +51,10 @@ void DrawnFindings::addNote(Rule rule, const CodingPath* origin, std::string mes
     if (found_.size() > before) found.isNote = true;
 }
 
+void DrawnFindings::addOneOf(Rule rule, const CodingPath* origin, std::string_view what, std::string message) {
+    put(rule, origin, std::move(message), 0, what);
+}
+
 void DrawnFindings::addUnlessSeen(Rule rule, const CodingPath* origin, std::string message) {
     put(rule, origin, std::move(message), 0).onlyUnseen = true;
 }
@@ -72,7 +77,9 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
 }
 
 void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
+    findUntappableLinks(subject, findings);
     findMissingImages(subject, findings);
+    findMissingGlyphs(subject, findings);
     findContradictoryFrames(subject, findings);
     findTruncatedTexts(subject, findings);
     findClippedTexts(subject, findings);

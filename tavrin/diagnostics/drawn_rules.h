@@ -2,6 +2,8 @@
 
 #include <map>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -29,6 +31,8 @@ public:
     void add(Rule rule, const CodingPath* origin, std::string message, double badness = 0,
              bool dependsOnAppearance = false);
     void addNote(Rule rule, const CodingPath* origin, std::string message);
+    /// Notes one of several things about the view of a node, each of which is a finding of its own.
+    void addOneOf(Rule rule, const CodingPath* origin, std::string_view what, std::string message);
 
     /// Says that something of a node is seen.
     void setSeen(const CodingPath* origin) { seen_.insert(origin); }
@@ -51,12 +55,12 @@ private:
         std::vector<std::string> appearances = {};
     };
 
-    Found& put(Rule rule, const CodingPath* origin, std::string message, double badness);
+    Found& put(Rule rule, const CodingPath* origin, std::string message, double badness, std::string_view what = {});
 
     std::string family_;
     std::string appearance_;
     std::vector<Found> found_;
-    std::map<std::pair<Rule, std::string>, std::size_t> known_;
+    std::map<std::tuple<Rule, std::string, std::string>, std::size_t> known_;  // by rule, path and what it is about
     std::unordered_set<const CodingPath*> seen_;
 };
 
@@ -64,15 +68,22 @@ private:
 struct DrawnSubject {
     ImageRenderer& renderer;
     const layout::LayoutTree& tree;
+    /// What shaped the tree's texts.
+    text::TextEngine& texts;
     const std::vector<DrawnView>& views;
     /// How large the picture is, in points and in pixels for each of them.
     Size size;
     double scale;
     /// Whether what is not in memory or in a folder was asked for at all.
     bool mayFetch = true;
+    /// Whether links can be tapped, and whether the widget as a whole leads anywhere.
+    bool linksCanBeTapped = true;
+    bool hasWidgetURL = false;
 };
 
+void findUntappableLinks(const DrawnSubject& subject, DrawnFindings& findings);
 void findMissingImages(const DrawnSubject& subject, DrawnFindings& findings);
+void findMissingGlyphs(const DrawnSubject& subject, DrawnFindings& findings);
 void findContradictoryFrames(const DrawnSubject& subject, DrawnFindings& findings);
 void findTruncatedTexts(const DrawnSubject& subject, DrawnFindings& findings);
 void findClippedTexts(const DrawnSubject& subject, DrawnFindings& findings);

@@ -57,7 +57,7 @@ std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrig
             const bool isBound = !bound.empty() && at.origin && bound.contains(toText(*at.origin));
             if (at.isClipped || isBound || view.as<ClockHandRotationEffect>()) at.mayAppear = true;
         }
-        if (view.as<Text>() || view.as<FlexibleFrame>() || view.as<WebImage>()) found.push_back(at);
+        if (view.as<Text>() || view.as<FlexibleFrame>() || view.as<WebImage>() || view.as<Link>()) found.push_back(at);
         return true;
     });
     return found;

@@ -11,7 +11,7 @@
 
 namespace tavrin {
 
-/// A text, picture or frame of a laid-out tree, and how it is drawn.
+/// A text, picture, frame or link of a laid-out tree, and how it is drawn.
 struct DrawnView : layout::DrawnPlace {
     /// The way to the node that drew it, or to the nearest one around it that is known; null where none is.
     const CodingPath* origin = nullptr;
@@ -24,8 +24,8 @@ struct DrawnView : layout::DrawnPlace {
 using BoundEffects = std::set<std::string, std::less<>>;
 [[nodiscard]] BoundEffects boundEffects(const WrittenDocument& document);
 
-/// The texts, web images and flexible frames of a tree, as far as they are drawn at all, in the order in which they
-/// are drawn. `origins` may be null.
+/// The texts, web images, flexible frames and links of a tree, as far as they are drawn at all, in the order in which
+/// they are drawn. `origins` may be null.
 [[nodiscard]] std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
                                                 const BoundEffects& bound);
 

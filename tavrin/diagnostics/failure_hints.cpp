@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -78,7 +79,7 @@ private:
         const std::string wrong = outline_.string(name->value);
         if (document_.entries().contains(wrong)) return;  // something else is wrong
         moveTo(name->value);
-        const std::vector<std::string_view> names = entryNames();
+        const std::vector<std::string_view> names = entryNames(document_.entriesThatDraw(reference.entry));
         hint(suggestionFor(wrong, names));
         if (const auto meant = onlyCloseMatch(wrong, names)) fixBy(name->value, *meant);
     }
@@ -120,12 +121,13 @@ private:
             member && outline_.isString(member->value) && !isExpression(outline_.string(member->value));
         return isLiteral ? member : nullptr;
     }
-    /// The names of the document's nodes; none where there are too many to compare.
-    [[nodiscard]] std::vector<std::string_view> entryNames() const {
+    /// The names of the document's nodes but for some; none where there are too many to compare.
+    [[nodiscard]] std::vector<std::string_view> entryNames(const std::set<Index>& without = {}) const {
         constexpr std::size_t enough = 1000;
         std::vector<std::string_view> names;
         if (document_.entries().size() > enough) return names;
-        for (const auto& [name, entry] : document_.entries()) names.emplace_back(name);
+        for (const auto& [name, entry] : document_.entries())
+            if (!without.contains(entry)) names.emplace_back(name);
         return names;
     }
 

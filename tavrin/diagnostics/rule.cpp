@@ -51,9 +51,15 @@ constexpr DiagnosticRule rules[] = {
     {"clip-shape", warning, "A clip shape will be refused: only bare circles, capsules and rounded rectangles clip.",
      "Where the node is drawn, it is the error `refused` instead."},
     {"invalid-url", warning, "An address is none, and leads nowhere."},
+    {"untappable-link", warning, "A link cannot be tapped in the family, and the widget has no address of its own.",
+     "In `systemSmall` and the accessory families only the widget's own address opens, wherever it is tapped. A note "
+     "where the modifier `widgetURL` names one."},
     {"missing-image", warning, "A picture cannot be had; nothing is drawn.",
      "With `--image-cache-dir` the file is not there; otherwise the picture cannot be fetched. With `--offline` "
      "no one asks."},
+    {"missing-glyph", warning, "No font has a character; a box is drawn.",
+     "Each such character is a finding of its own, of a text up to 100. Characters for private use are shown by "
+     "no font but the one that they were made for."},
     {"contradictory-frame", warning, "A frame's minimum is larger than its maximum; the minimum holds."},
     {"truncated-text", warning, "A text does not fit and ends in \"…\"; a note where the author limits its lines."},
     {"clipped-text", warning, "A text reaches past the widget or a clip, and is cut off."},

@@ -42,6 +42,8 @@ std::optional<std::string_view> meantKeyword(std::string_view word, std::span<co
 }
 
 std::string keywordSuggestion(std::string_view word, std::span<const std::string_view> words) {
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    if (std::none_of(word.begin(), word.end(), isLetter)) return {};  // numbers are all alike
     const auto meant = meantKeyword(word, words);
     return meant ? "; did you mean " + inQuotes(*meant) + "?" : suggestionFor(word, words);
 }

@@ -29,6 +29,33 @@ const LanguageField* findField(const LanguageRecord& record, std::string_view ke
     return found == record.fields.end() ? nullptr : &*found;
 }
 
+/// The entries that references lead to from one of them, itself included.
+std::set<JSONOutline::Index> reached(JSONOutline::Index start,
+                                     const std::map<JSONOutline::Index, std::vector<JSONOutline::Index>>& references) {
+    std::set<JSONOutline::Index> found;
+    std::vector<JSONOutline::Index> pending{start};
+    while (!pending.empty()) {
+        const JSONOutline::Index entry = pending.back();
+        pending.pop_back();
+        if (!found.insert(entry).second) continue;
+        const auto next = references.find(entry);
+        if (next != references.end()) pending.insert(pending.end(), next->second.begin(), next->second.end());
+    }
+    return found;
+}
+
+/// The tags that have a record.
+std::span<const std::string_view> tagsOf(bool areNodes) {
+    const auto namesOf = [](const std::vector<LanguageRecord>& records) {
+        std::vector<std::string_view> names;
+        for (const LanguageRecord& record : records) names.emplace_back(record.name);
+        return names;
+    };
+    static const std::vector<std::string_view> nodes = namesOf(documentLanguage().nodes);
+    static const std::vector<std::string_view> modifiers = namesOf(documentLanguage().modifiers);
+    return areNodes ? nodes : modifiers;
+}
+
 }  // namespace
 
 /// An object that is to be read as a record.
@@ -64,9 +91,7 @@ void WrittenDocument::read(const Pending& pending, std::vector<Pending>& more) {
         const bool isNode = pending.kind == ValueKind::node;
         const Language& language = documentLanguage();
         record.type = find(isNode ? language.nodes : language.modifiers, outline_.string(*record.tag));
-        const std::span<const std::string_view> words =
-            isNode ? std::span<const std::string_view>(Keywords<NodeType>::raw) : Keywords<ModifierType>::raw;
-        if (!record.type) return wrongWords_.push_back({*record.tag, words});
+        if (!record.type) return wrongWords_.push_back({*record.tag, tagsOf(isNode)});
     }
     readMembers(record, more);
     recordByObject_[record.object] = static_cast<std::uint32_t>(records_.size() + 1);
@@ -114,25 +139,23 @@ const WrittenRecord* WrittenDocument::recordAt(Index object) const {
 bool WrittenDocument::isDrawn(Index entry) const { return drawn_[entry]; }
 
 void WrittenDocument::findDrawn() {
-    std::map<Index, std::vector<Index>> references;  // from each entry to those it draws
     for (const WrittenRecord& record : records_) {
         if (record.type->name != rawValue(NodeType::node) || !record.tag) continue;
         const WrittenMember* const name = memberOf(record, "name");
         if (!name || !outline_.isString(name->value)) continue;
         const auto entry = entries_.find(outline_.string(name->value));
-        if (entry != entries_.end()) references[record.entry].push_back(entry->second);
+        if (entry != entries_.end()) references_[record.entry].push_back(entry->second);
     }
     const auto main = entries_.find("main");
     if (main == entries_.end()) return;
-    std::vector<Index> pending{main->second};
-    while (!pending.empty()) {
-        const Index entry = pending.back();
-        pending.pop_back();
-        if (drawn_[entry]) continue;
-        drawn_[entry] = true;
-        const auto found = references.find(entry);
-        if (found != references.end()) pending.insert(pending.end(), found->second.begin(), found->second.end());
-    }
+    for (const Index entry : reached(main->second, references_)) drawn_[entry] = true;
+}
+
+std::set<JSONOutline::Index> WrittenDocument::entriesThatDraw(Index entry) const {
+    References backwards;
+    for (const auto& [from, to] : references_)
+        for (const Index drawn : to) backwards[drawn].push_back(from);
+    return reached(entry, backwards);
 }
 
 const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,9 +59,13 @@ public:
     [[nodiscard]] const WrittenRecord* recordAt(Index object) const;
     /// Whether drawing "main" comes to a named node.
     [[nodiscard]] bool isDrawn(Index entry) const;
+    /// The named nodes that draw a given one, which is one of them: a reference from it to any of these is a circle.
+    [[nodiscard]] std::set<Index> entriesThatDraw(Index entry) const;
 
 private:
     struct Pending;
+    /// From each named node to those that it draws.
+    using References = std::map<Index, std::vector<Index>>;
 
     void read(const Pending& pending, std::vector<Pending>& more);
     void readMembers(WrittenRecord& record, std::vector<Pending>& more);
@@ -72,6 +77,7 @@ private:
     std::vector<std::uint32_t> recordByObject_;  // 0 is none, else the record's index and 1
     std::vector<WrongWord> wrongWords_;
     std::map<std::string, Index, std::less<>> entries_;
+    References references_;
     std::vector<bool> drawn_;  // by entry
 };
 

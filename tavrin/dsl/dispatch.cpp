@@ -1,3 +1,7 @@
+#include <optional>
+#include <string_view>
+#include <vector>
+
 #include "tavrin/dsl/context.h"
 #include "tavrin/dsl/node.h"
 #include "tavrin/dsl/registry.h"
@@ -12,6 +16,16 @@ namespace {
 
 constexpr std::array<std::string_view, 1> typeKey{"type"};
 
+template <class Tag, class Registry>
+Tag decodeTag(const Decoder& decoder, const Registry& registry) {
+    decoder.require(JSONKind::string);
+    if (const std::optional<Tag> tag = fromRawValue<Tag>(decoder.value().string())) return *tag;
+    std::vector<std::string_view> words;  // a reserved one would be refused next
+    for (std::size_t i = 0; i < registry.size(); ++i)
+        if (registry[i]) words.push_back(Keywords<Tag>::raw[i]);
+    failUnknownKeyword(decoder, Keywords<Tag>::typeName, words);
+}
+
 /// Decodes the tag and then, from the same object, the record that is registered for it. Some tags are reserved and
 /// have none.
 template <class Tagged, class Tag, class Registry>
@@ -20,7 +34,7 @@ Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
     const JSONElement type = decoder.value().findMember<typeKey>();
     if (!type.exists()) decoder.failKeyNotFound(typeKey[0]);
     const Decoder typeDecoder = decoder.member(typeKey[0], type);
-    const Tag tag = decode<Tag>(typeDecoder);
+    const Tag tag = decodeTag<Tag>(typeDecoder, registry);
     if (const auto decodeRecord = registry[static_cast<std::size_t>(tag)]) return decodeRecord(decoder);
     typeDecoder.failDataCorrupted("Type unsupported");
 }

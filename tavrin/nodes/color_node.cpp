@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "tavrin/nodes/color_string.h"
+#include "tavrin/platform/foundation/graphemes.h"
 #include "tavrin/platform/ui/views.h"
 
 namespace tavrin {
@@ -13,11 +14,15 @@ TavrinError invalidColor(const SharedText& value) { return {"ColorNode", "invali
 /// The colours of a list joined by "-"; what is no colour is skipped.
 std::vector<Color> colorsOf(std::string_view list) {
     std::vector<Color> colors;
-    while (!list.empty()) {
-        const std::size_t dash = list.find('-');
-        if (const std::optional<Color> color = colorFromHexString(list.substr(0, dash))) colors.push_back(*color);
-        list.remove_prefix(dash == std::string_view::npos ? list.size() : dash + 1);
-    }
+    std::size_t begin = 0;
+    const auto take = [&](std::size_t end) {
+        if (const std::optional<Color> color = colorFromHexString(list.substr(begin, end - begin)))
+            colors.push_back(*color);
+        begin = end + 1;
+    };
+    for (GraphemeWalk walk(list); walk.next();)
+        if (walk.character() == "-") take(walk.offset());
+    take(list.size());
     return colors;
 }
 

@@ -1,12 +1,13 @@
 #include "tavrin/nodes/color_string.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <vector>
 
+#include "tavrin/platform/foundation/graphemes.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
@@ -15,24 +16,46 @@ namespace {
 constexpr std::size_t rgbDigits = 6;
 constexpr std::size_t opacityDigits = 2;
 
-/// A string as its characters: every rule here counts characters, not bytes.
-std::vector<std::string_view> charactersOf(std::string_view text) {
-    std::vector<std::string_view> characters;
-    for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t end = begin + 1;
-        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) ++end;
-        characters.push_back(text.substr(begin, end - begin));
-        begin = end;
+/// The first characters of a string: every rule here counts characters as readers do, and none counts further.
+class FirstCharacters {
+public:
+    explicit FirstCharacters(std::string_view text) {
+        for (GraphemeWalk walk(text); count_ < characters_.size() && walk.next();)
+            characters_[count_++] = walk.character();
     }
-    return characters;
-}
 
-bool isWhiteSpace(std::string_view character) {
+    [[nodiscard]] std::size_t count() const { return count_ - next_; }
+    [[nodiscard]] std::string_view first() const { return characters_[next_]; }
+    /// Takes that many off the front.
+    std::string take(std::size_t count) {
+        std::string text;
+        for (const std::size_t end = next_ + count; next_ < end; ++next_) text += characters_[next_];
+        return text;
+    }
+
+private:
+    std::array<std::string_view, 10> characters_;
+    std::size_t count_ = 0;
+    std::size_t next_ = 0;
+};
+
+/// A text without the white space around it, which goes by code points.
+std::string_view trimmed(std::string_view text) {
     constexpr std::string_view spaces[] = {"\t",     "\n",     "\v",     "\f",     "\r",     " ",      "\u0085",
                                            "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
                                            "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u2028",
                                            "\u2029", "\u202F", "\u205F", "\u3000"};
-    return std::find(std::begin(spaces), std::end(spaces), character) != std::end(spaces);
+    const auto find = [&](auto stands) { return std::find_if(std::begin(spaces), std::end(spaces), stands); };
+    for (;;) {
+        const auto* const space = find([&](std::string_view each) { return text.starts_with(each); });
+        if (space == std::end(spaces)) break;
+        text.remove_prefix(space->size());
+    }
+    for (;;) {
+        const auto* const space = find([&](std::string_view each) { return text.ends_with(each); });
+        if (space == std::end(spaces)) return text;
+        text.remove_suffix(space->size());
+    }
 }
 
 /// An optional sign and hexadecimal digits, nothing else.
@@ -53,38 +76,29 @@ double channel(std::int32_t rgb, int shift) { return ((rgb >> shift) & 0xFF) / 2
 
 std::optional<Color> colorFromHexString(std::optional<std::string_view> hexString) {
     if (!hexString) return std::nullopt;
-    const std::vector<std::string_view> characters = charactersOf(*hexString);
-    auto begin = std::find_if_not(characters.begin(), characters.end(), isWhiteSpace);
-    auto end = characters.end();
-    while (end != begin && isWhiteSpace(*(end - 1))) --end;
-    const auto remaining = [&] { return static_cast<std::size_t>(end - begin); };
-    const auto take = [&](std::size_t count) {
-        std::string text;
-        for (const auto stop = begin + static_cast<std::ptrdiff_t>(count); begin != stop; ++begin) text += *begin;
-        return text;
-    };
-
-    if (remaining() < rgbDigits) return std::nullopt;
-    if (*begin == "#") ++begin;
+    FirstCharacters rest(trimmed(*hexString));
+    if (rest.count() < rgbDigits) return std::nullopt;
+    if (rest.first() == "#") rest.take(1);
     double opacity = 1;
-    if (remaining() >= opacityDigits + rgbDigits)
-        opacity = static_cast<double>(intFromText<std::int64_t>(take(opacityDigits)).value_or(100)) / 100;
-    const std::optional<std::int32_t> rgb = hexadecimal(take(std::min(remaining(), rgbDigits)));
+    if (rest.count() >= opacityDigits + rgbDigits)
+        opacity = static_cast<double>(intFromText<std::int64_t>(rest.take(opacityDigits)).value_or(100)) / 100;
+    const std::optional<std::int32_t> rgb = hexadecimal(rest.take(std::min(rest.count(), rgbDigits)));
     if (!rgb) return std::nullopt;
     return Color::rgb(channel(*rgb, 16), channel(*rgb, 8), channel(*rgb, 0), opacity);
 }
 
 SharedText convertARGB(const SharedText& value) {
     constexpr std::size_t argbCharacters = 9;
-    const std::vector<std::string_view> characters = charactersOf(value);
-    if (characters.size() != argbCharacters) return value;
-    const std::string alphaText = std::string(characters[1]) + std::string(characters[2]);
+    FirstCharacters rest(value);
+    if (rest.count() != argbCharacters) return value;
+    const std::size_t begin = rest.take(1).size();
+    const std::string alphaText = rest.take(2);
     const auto alpha = static_cast<float>(hexadecimal(alphaText).value_or(255));
     const int percent = static_cast<int>(alpha / 255.0F * 100.0F);
     char digits[16];
     std::snprintf(digits, sizeof digits, "%02d", percent);
     std::string converted(value);
-    return converted.replace(characters[0].size(), alphaText.size(), digits);
+    return converted.replace(begin, alphaText.size(), digits);
 }
 
 std::optional<Color> dynamicColor(const Color& light, const Color& dark) {

@@ -11,7 +11,9 @@ namespace tavrin {
 struct LinkNode {
     static constexpr NodeType type = NodeType::link;
     static constexpr DSLVersion version = DSLVersion::v1;
-    static constexpr std::string_view summary = "Makes another node lead to an address when it is tapped.";
+    static constexpr std::string_view summary =
+        "Makes another node lead to an address when it is tapped. In `systemSmall` and the accessory families nothing "
+        "but a `widgetURL` opens.";
 
     LosslessDSLValue<SharedText> url = {};
     DSLValue<Node> view = {};

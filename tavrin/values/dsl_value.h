@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -57,6 +58,10 @@ private:
     SharedText expression_;
 };
 
+/// What stands in code for a literal of the document: a number, a boolean or a string literal, unless it is a `T`.
+template <class Literal, class T>
+concept LiteralOf = (std::is_arithmetic_v<Literal> || std::same_as<Literal, const char*>)&&!std::same_as<Literal, T>;
+
 /// A property that the document gives as a literal of any scalar type or as an expression `{{…}}` over the model.
 template <LosslessDefault T>
 class LosslessDSLValue {
@@ -69,10 +74,17 @@ public:
     LosslessDSLValue(T&& wrappedValue) : box(std::move(wrappedValue)) {}  // NOLINT(google-explicit-constructor)
     LosslessDSLValue(const Expr& expr) : box(expr) {}                     // NOLINT(google-explicit-constructor)
     explicit LosslessDSLValue(ExprText expr) : box(expr) {}
+    /// Holds a value of a type that is taken for the property's own wherever one is asked for: any text for a text, a
+    /// keyword for an optional one.
+    template <class Value>
+        requires(!std::same_as<std::remove_cvref_t<Value>, LosslessDSLValue> &&
+                 !std::same_as<std::remove_cvref_t<Value>, T> && !LiteralOf<std::decay_t<Value>, T> &&
+                 std::convertible_to<Value, T>)
+    LosslessDSLValue(Value&& value)  // NOLINT(google-explicit-constructor,bugprone-forwarding-reference-overload)
+        : box(static_cast<T>(std::forward<Value>(value))) {}
 
     /// A literal in code: the type built from the literal's text, its default where that fails.
-    template <class Literal>
-        requires((std::is_arithmetic_v<Literal> || std::same_as<Literal, const char*>)&&!std::same_as<Literal, T>)
+    template <LiteralOf<T> Literal>
     LosslessDSLValue(Literal literal)  // NOLINT(google-explicit-constructor)
         : box(tavrin::fromText<T>(literalText(literal)).value_or(LosslessStringConvertible<T>::defaultValue())) {}
 
@@ -121,7 +133,20 @@ private:
 template <class T>
 struct DSLValue {
     T wrappedValue{};
-    friend bool operator==(const DSLValue&, const DSLValue&) = default;
+
+    DSLValue() = default;
+    DSLValue(T value) : wrappedValue(std::move(value)) {}  // NOLINT(google-explicit-constructor)
+    /// Holds what is taken for a `T` wherever one is asked for: a record for a node.
+    template <class Value>
+        requires(!std::same_as<std::remove_cvref_t<Value>, DSLValue> && std::convertible_to<Value, T>)
+    DSLValue(Value&& value)  // NOLINT(google-explicit-constructor,bugprone-forwarding-reference-overload)
+        : wrappedValue(std::forward<Value>(value)) {}
+    /// The elements of a list.
+    template <class Element>
+        requires std::constructible_from<T, std::vector<Element>> DSLValue(std::initializer_list<Element> elements)
+            : wrappedValue(std::vector<Element>(elements)) {}
+
+        friend bool operator==(const DSLValue&, const DSLValue&) = default;
 };
 
 /// A type with a value that stands where its key is missing: a list is empty then.
@@ -142,6 +167,8 @@ public:
     // NOLINTNEXTLINE(google-explicit-constructor): a list is a property in code
     DSLValueWithDefault(const List& values)
         : list_(values.empty() ? SharedArray<T>() : SharedArray<T>::copyOf(values)) {}
+    /// The elements, each of what is taken for one: records for nodes and modifiers.
+    DSLValueWithDefault(std::initializer_list<T> values) : DSLValueWithDefault(List(values)) {}
 
     [[nodiscard]] std::span<const T> wrappedValue() const { return list_.span(); }
 
@@ -187,7 +214,7 @@ private:
 
 template <class T>
 struct Coding<DSLValue<T>> {
-    static DSLValue<T> decode(const Decoder& decoder) { return {tavrin::decode<T>(decoder)}; }
+    static DSLValue<T> decode(const Decoder& decoder) { return tavrin::decode<T>(decoder); }
     static void encode(const DSLValue<T>& value, JSONWriter& writer) { tavrin::encode(value.wrappedValue, writer); }
 };
 

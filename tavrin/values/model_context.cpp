@@ -64,22 +64,24 @@ ModelContext::Found ModelContext::find(std::string_view expression) const {
             value = memberOf(*value, walk);
             if (value == nullptr) failPath("key path not found in model: ", inner, 1);
         } while (walk.next());
-        return {value, false};
+        return {.inModel = value};
     }
     for (ExpressionWalk rest = walk; rest.next();) {  // a violated precondition there comes before any error
     }
     if (store == "initEnvironment") {
         if (walk.isIndex())
             throw ModelContextError("Environment Variable Key must be stirng, got " + toText(walk.index()));
-        if (const auto entry = environment.find(walk.key()); entry != environment.end()) return {&entry->second, true};
+        if (const auto entry = environment.find(walk.key()); entry != environment.end())
+            return {.inEnvironment = &entry->second};
         throw ModelContextError("Environment Variable not exist for key: " + std::string(walk.key()));
     }
     throw ModelContextError("Invalid keypath store: " + std::string(store));
 }
 
 void ModelContext::failConversion(const Found& found, const std::string& type) {
-    throw ModelContextError((found.inEnvironment ? "Env unable to convert value " : "unable to convert value ") +
-                            found.value->description() + " to " + type);
+    throw ModelContextError(found.inEnvironment
+                                ? "Env unable to convert value " + found.inEnvironment->description() + " to " + type
+                                : "unable to convert value " + found.inModel->description() + " to " + type);
 }
 
 }  // namespace tavrin

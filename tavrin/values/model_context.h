@@ -13,6 +13,7 @@
 
 #include "tavrin/json/json.h"
 #include "tavrin/platform/foundation/placed_error.h"
+#include "tavrin/values/environment_value.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
@@ -43,9 +44,9 @@ concept JSONSubscriptType = std::integral<T> || std::convertible_to<T, std::stri
 /// `{{initEnvironment.…}}` against the host's environment. Resolving only reads; not locked.
 class ModelContext {
 public:
-    using Environment = std::map<std::string, JSON, std::less<>>;
+    /// The host's own values by name.
+    using Environment = std::map<std::string, EnvironmentValue, std::less<>>;
 
-    /// `environment` holds scalars: strings, numbers and booleans.
     ModelContext(JSON model, Environment environment) : model(std::move(model)), environment(std::move(environment)) {}
 
     /// Resolves an expression, braces included, to a value of type `T`. Throws `ModelContextError`.
@@ -59,10 +60,10 @@ public:
     Environment environment;
 
 private:
-    /// A value that an expression leads to, and which store it was found in.
+    /// The value that an expression leads to, in one of the stores.
     struct Found {
-        const JSON* value;
-        bool inEnvironment;
+        const JSON* inModel = nullptr;
+        const EnvironmentValue* inEnvironment = nullptr;
     };
     [[nodiscard]] Found find(std::string_view expression) const;
     [[noreturn]] static void failConversion(const Found& found, const std::string& type);
@@ -71,7 +72,8 @@ private:
 template <LosslessDefault T>
 T ModelContext::resolve(std::string_view expression) const {
     const Found found = find(expression);
-    if (std::optional<T> value = convert<T>(*found.value)) return *std::move(value);
+    std::optional<T> value = found.inModel ? convert<T>(*found.inModel) : found.inEnvironment->as<T>();
+    if (value) return *std::move(value);
     failConversion(found, LosslessStringConvertible<T>::typeName());
 }
 

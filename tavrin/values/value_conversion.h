@@ -64,7 +64,7 @@ template <class T>
     }
 }
 
-/// Converts a text of the model or the environment, which is shared where a text is asked for.
+/// Converts a text of the model, which is shared where a text is asked for.
 template <class T>
 [[nodiscard]] std::optional<T> convertText(const SharedText& text) {
     if constexpr (std::convertible_to<const SharedText&, T>) {
@@ -74,7 +74,7 @@ template <class T>
     }
 }
 
-/// Converts a value of the model or the environment; null, arrays and dictionaries go through their text form.
+/// Converts a value of the model; null, arrays and dictionaries go through their text form.
 template <class T>
 [[nodiscard]] std::optional<T> convert(const JSON& value) {
     const JSON::Value& untyped = value.object();

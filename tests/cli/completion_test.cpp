@@ -68,7 +68,7 @@ TEST(Completion, OfBash) {
         {"formats of findings", "tavrin check a.json --format s", "sarif"},
         {"policies", "tavrin render a.json --fetch p", "public"},
         {"options of fetch", "tavrin fetch a.json --f", "--fetch"},
-        {"screens", "tavrin tree a.json --screen 428", "428x926"},
+        {"screens", "tavrin tree a.json --screen 97", "970x1389"},
         {"shells", "tavrin completion z", "zsh"},
         {"verbs to explain", "tavrin help re", "render"},
         {"no files where there is no document", "tavrin schema a", ""},

@@ -58,6 +58,40 @@ TEST(Print, Targets) {
     EXPECT_EQ(place.run({"targets", "a.json", "b.json"}).status, 2);
 }
 
+TEST(Print, TargetsAreThoseOfTheFamily) {
+    const Workplace place;
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "link", "url": "app:b",
+        "view": {"type": "color", "value": "#336699"}, "modifiers": [{"type": "widgetURL", "url": "app:a"}]}}})");
+    const struct {
+        std::vector<std::string> words;
+        bool linksCanBeTapped;
+        const char* widget;  // which the widget's own address covers
+    } rows[] = {
+        {{}, true, "[0, 0, 338, 158]"},
+        {{"--family", "systemSmall"}, false, "[0, 0, 158, 158]"},
+        {{"--size", "158x158"}, true, "[0, 0, 158, 158]"},
+        {{"--family", "systemLarge"}, true, "[0, 0, 338, 354]"},
+        {{"--family", "systemExtraLarge", "--screen", "834x1112"}, true, "[0, 0, 682, 327.5]"},
+        {{"--family", "accessoryCircular"}, false, "[0, 0, 72, 72]"},
+        {{"--family", "accessoryRectangular", "--screen", "375x667"}, false, "[0, 0, 153, 68]"},
+        {{"--family", "accessoryInline"}, false, "[0, 0, 234, 26]"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::PrintToString(row.words));
+        const auto outputOf = [&](std::vector<std::string> words) {
+            words.insert(words.end(), row.words.begin(), row.words.end());
+            return place.run(words).out;
+        };
+        const std::string targets = outputOf({"targets", "a.json"});
+        EXPECT_THAT(targets, HasSubstr("\"destination\": \"app:a\",\n      \"frame\": " + std::string(row.widget)));
+        EXPECT_EQ(targets.find("\"link\"") != std::string::npos, row.linksCanBeTapped);
+        EXPECT_EQ(targets.find("\"widgetURL\"") != std::string::npos, row.linksCanBeTapped);
+        const std::string svg = outputOf({"render", "a.json", "-o", "-", "--format", "svg"});
+        EXPECT_THAT(svg, HasSubstr("href=\"app:a\""));
+        EXPECT_EQ(svg.find("href=\"app:b\"") != std::string::npos, row.linksCanBeTapped);
+    }
+}
+
 TEST(Print, ClockHandsTurnInTheDevicesZone) {
     const Workplace place;
     const Finished tree = place.run({"tree", "-", "--time-zone", "Asia/Tokyo"},

@@ -46,8 +46,11 @@ TEST(Usage, IsRefused) {
          "accessoryRectangular or accessoryInline, not 'huge'"},
         {"a family that the screen has not",
          {"tree", "a.json", "--family", "systemExtraLarge"},
-         "390x844 has no systemExtraLarge; "},
-        {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give --size, or one of 428x926"},
+         "390x844 has no systemExtraLarge; 1192x1590, "},
+        {"an accessory on a tablet",
+         {"tree", "a.json", "--family", "accessoryInline", "--screen", "1024x1366"},
+         "1024x1366 has no accessoryInline; 440x956, "},
+        {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give --size, or one of 440x956"},
         {"a screen that is no size", {"tree", "a.json", "--screen", "phone"}, "such as 338x158"},
         {"a size and a family", {"tree", "a.json", "--size", "1x1", "--family", "systemSmall"}, "instead of --family"},
         {"one number", {"tree", "a.json", "--size", "338"}, "--size takes a width and a height"},
@@ -196,7 +199,7 @@ TEST(Usage, IsExplained) {
         {{"help", "render"}, "Usage: tavrin render DOC"},
         {{"help", "help"}, "Usage: tavrin help [VERB]"},
         {{"tree", "--help"}, "Families: systemSmall, systemMedium,"},
-        {{"tree", "--help"}, "Screens: 428x926, "},
+        {{"tree", "--help"}, "Screens: 440x956, "},
         {{"--version"}, "tavrin "},
     };
     for (const auto& row : rows) {

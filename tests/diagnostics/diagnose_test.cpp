@@ -1,7 +1,10 @@
 #include "tavrin/diagnostics/diagnose.h"
 
 #include <algorithm>
+#include <cstring>
+#include <optional>
 #include <set>
+#include <string>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -110,6 +113,77 @@ TEST(Diagnose, SaysWhatWasMeantByWhatLoadingRefuses) {
         EXPECT_EQ(toText(error->path) + ": " + error->message, row.found);
         const FixedText fixed = applyFixes(row.document, {*error});
         EXPECT_EQ(fixed.fixed.empty() ? "" : fixed.text, row.fixed);
+    }
+}
+
+/// The word that a message proposes in quotes; none where it proposes nothing.
+std::optional<std::string> proposedBy(const std::string& message) {
+    constexpr std::string_view start = "did you mean \"";
+    const std::size_t begin = message.find(start);
+    if (begin == std::string::npos) return std::nullopt;
+    const std::size_t word = begin + start.size();
+    return message.substr(word, message.find('"', word) - word);
+}
+
+std::optional<std::string> failureOf(const std::string& document) {
+    try {
+        Context context;
+        static_cast<void>(TavrinEngine().loadView(document, std::nullopt, context));
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
+TEST(Diagnose, ProposesNothingThatIsRefusedNext) {
+    const auto node = [](const std::string& type) { return documentOf(R"({"type": ")" + type + R"("})"); };
+    const auto modifier = [](const std::string& type, const std::string& keys = "") {
+        return documentOf(R"({"type": "spacer", "modifiers": [{"type": ")" + type + "\"" + keys + "}]}");
+    };
+    const auto entries = [](const std::string& nodes) { return R"({"version": "1.0", "nodes": {)" + nodes + "}}"; };
+    const struct {
+        const char* why;
+        std::string document;
+        const char* wrong;
+        const char* proposed;  // null: nothing
+    } rows[] = {
+        {"a node", node("spacr"), "spacr", "spacer"},
+        {"a node in capitals", node("EmptyView"), "EmptyView", "emptyView"},
+        {"a modifier is no node", node("clipped"), "clipped", nullptr},
+        {"nor one that is nearly one", node("zIndx"), "zIndx", nullptr},
+        {"a modifier", modifier("cliped"), "cliped", "clipped"},
+        {"a node is no modifier", modifier("capsule"), "capsule", nullptr},
+        {"a reserved modifier", modifier("animation"), "animation", nullptr},
+        {"one that is nearly reserved", modifier("animaton"), "animaton", nullptr},
+        {"in capitals", modifier("Transition"), "Transition", nullptr},
+        {"with a letter more", modifier("contentTransitions"), "contentTransitions", nullptr},
+        {"a version", R"({"version": "v1.2", "nodes": {"main": {"type": "spacer"}}})", "v1.2", "1.2"},
+        {"a version that is not there yet", R"({"version": "1.3", "nodes": {"main": {"type": "spacer"}}})", "1.3",
+         nullptr},
+        {"an edge", modifier("padding", R"(, "length": 1, "edges": ["botom"])"), "botom", "bottom"},
+        {"a keyword", documentOf(R"({"type": "progressView", "style": "cirular", "value": 0.5, "lineWidth": 3})"),
+         "cirular", "circular"},
+        {"a name", entries(R"("main": {"type": "node", "name": "rwo"}, "row": {"type": "spacer"})"), "rwo", "row"},
+        {"its own name", entries(R"("main": {"type": "node", "name": "mian"})"), "mian", nullptr},
+        {"the name of what draws it",
+         entries(R"("main": {"type": "node", "name": "row"}, "row": {"type": "node", "name": "maim"})"), "maim",
+         nullptr},
+        {"another one beside it", entries(R"("main": {"type": "node", "name": "mail"}, "mall": {"type": "spacer"})"),
+         "mail", "mall"},
+        {"a colour", documentOf(R"({"type": "color", "value": "#abc"})"), "#abc", "#aabbcc"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        ASSERT_TRUE(failureOf(row.document).has_value());
+        const auto found = diagnose(row.document, std::nullopt, quietOptions());
+        const auto error = std::find_if(found.begin(), found.end(), [](const Diagnostic& each) { return each.cause; });
+        ASSERT_NE(error, found.end());
+        const std::optional<std::string> proposed = proposedBy(error->message);
+        EXPECT_EQ(proposed, row.proposed ? std::optional<std::string>(row.proposed) : std::nullopt);
+        if (!proposed) continue;
+        std::string mended = row.document;
+        mended.replace(mended.find(row.wrong), std::strlen(row.wrong), *proposed);
+        EXPECT_EQ(failureOf(mended), std::nullopt);
     }
 }
 

@@ -44,9 +44,11 @@ std::string wholeDocument(const std::string& example) {
     return "{\"version\": \"1.2\", \"nodes\": {\"row\": {\"type\": \"spacer\"}, \"main\": " + example + "}}";
 }
 
-std::set<std::string_view> codesOf(const std::string& example, const std::optional<std::string>& model) {
+std::set<std::string_view> codesOf(const std::string& example, const std::optional<std::string>& model,
+                                   const WidgetRoom& room) {
     DiagnoseOptions options = quietOptions();
     options.imageCacheDir = URL::fileURL("/nonexistent");
+    options.rooms = {room};
     std::set<std::string_view> codes;
     for (const Diagnostic& found : diagnose(wholeDocument(example), model, options)) codes.insert(found.code);
     return codes;
@@ -66,13 +68,15 @@ TEST(DiagnosticDocs, ExplainEveryRuleWithExamples) {
         std::string_view blocks = section;
         std::optional<std::string> model;
         if (section.find("With this model") != std::string::npos) model = take(blocks, "```json\n", "\n```");
+        const bool isSmall = section.find("\nIn the family `systemSmall`:\n") != std::string::npos;
+        const WidgetRoom room = isSmall ? widgetRoom(WidgetFamily::systemSmall, {390, 844}).value() : WidgetRoom{};
         const std::string before = take(blocks, "```json\n", "\n```");
         const bool isBetter = blocks.find("\nBetter:\n") != std::string_view::npos;
         const std::string after = isBetter ? take(blocks, "Better:\n\n```json\n", "\n```") : "";
         if (rule.code == "not-looked-at") continue;  // its example would be 64 MiB large
-        EXPECT_THAT(codesOf(before, model), Contains(rule.code));
+        EXPECT_THAT(codesOf(before, model, room), Contains(rule.code));
         if (isBetter) {
-            EXPECT_THAT(codesOf(after, model), Not(Contains(rule.code)));
+            EXPECT_THAT(codesOf(after, model, room), Not(Contains(rule.code)));
         }
     }
     EXPECT_EQ(rest.find("\n## "), std::string_view::npos) << "no section without a rule";

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/platform/foundation/utf8.h"
 #include "tests/diagnostics/diagnosed.h"
 
 namespace tavrin {
@@ -163,6 +164,91 @@ TEST(DrawnTexts, NameTheAppearanceThatTheyAreUnreadableIn) {
     DiagnoseOptions dark = quietOptions();
     dark.appearances = {Appearance::dark};
     EXPECT_THAT(diagnose(document, std::nullopt, dark), ::testing::IsEmpty());
+}
+
+TEST(DrawnTexts, WithCharactersThatNoFontHas) {
+    const struct {
+        const char* why;
+        const char* content;
+        std::vector<std::string> missing;
+    } rows[] = {
+        {"none", "Rain 雨 🌧️ مطر", {}},
+        {"for private use", "a\\uF8F0b", {"U+F8F0"}},
+        {"beyond the first plane", "\U0010FFFD", {"U+10FFFD"}},
+        {"not assigned", "\u0378", {"U+0378"}},
+        {"each once, in their order", "\\uF8F1\\uF8F0\\uF8F1 \\uF8F0", {"U+F8F1", "U+F8F0"}},
+        {"a mark that belongs to nothing around it", "x\\uF8F0\u0301", {"U+F8F0"}},
+        {"in right-to-left text", "مطر \\uF8F0 مطر", {"U+F8F0"}},
+        {"not what draws nothing", "a\u200Db\u2060c\uFE0F\u00ADd", {}},
+        {"not what is no text", "a\\u0007\\tb", {}},
+        {"not the sign for broken text, which fonts have", "\uFFFD", {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const auto found = diagnose(documentOf(R"({"type": "vstack", "children": [{"type": "text", "content": ")" +
+                                               std::string(row.content) + R"("}]})"),
+                                    std::nullopt, quietOptions());
+        ASSERT_EQ(found.size(), row.missing.size());
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            EXPECT_EQ(found[i].message, "no font has " + row.missing[i] + "; a box is drawn (systemMedium)");
+            EXPECT_EQ(linesOf(found)[i], "warning missing-glyph nodes.main.children[0]");
+        }
+    }
+}
+
+TEST(DrawnTexts, ThatAreNoTextsAreFoundInBounds) {
+    std::string content;
+    for (char32_t i = 0; i < 300; ++i) appendUtf8(content, 0x100000 + i);
+    const auto found =
+        diagnose(documentOf(R"({"type": "text", "content": ")" + content + R"("})"), std::nullopt, quietOptions());
+    EXPECT_EQ(std::count_if(found.begin(), found.end(), [](const auto& each) { return each.code == "missing-glyph"; }),
+              100);
+}
+
+TEST(DrawnLinks, ThatCannotBeTapped) {
+    const std::vector<WidgetRoom> medium{WidgetRoom{}};
+    const std::vector<WidgetRoom> sized{{"158x158", {158, 158}}};
+    std::vector<WidgetRoom> all;
+    for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i)
+        if (auto room = widgetRoom(static_cast<WidgetFamily>(i), {390, 844})) all.push_back(*std::move(room));
+    const std::vector<WidgetRoom> small{all.front()};
+    const std::string link = R"({"type": "link", "url": "a:b", "view": {"type": "color", "value": "#336699"})";
+    const struct {
+        const char* why;
+        std::string main;
+        std::vector<WidgetRoom> rooms;
+        const char* found;
+        const char* families;
+    } rows[] = {
+        {"they can", link + "}", medium, nullptr, nullptr},
+        {"also in a size of one's own", link + "}", sized, nullptr, nullptr},
+        {"a small widget", link + "}", small, "warning untappable-link nodes.main", "(systemSmall)"},
+        {"once for all families", link + "}", all, "warning untappable-link nodes.main",
+         "(systemSmall, accessoryCircular, accessoryRectangular, accessoryInline)"},
+        {"with modifiers of its own", link + R"(, "modifiers": [{"type": "padding", "length": 4}]})", small,
+         "warning untappable-link nodes.main", "(systemSmall)"},
+        {"inside", R"({"type": "zstack", "children": [)" + link + "}]}", small,
+         "warning untappable-link nodes.main.children[0]", "(systemSmall)"},
+        {"the widget leads somewhere", link + R"(, "modifiers": [{"type": "widgetURL", "url": "a:c"}]})", small,
+         "note untappable-link nodes.main", "(systemSmall)"},
+        {"none that is not seen", link + R"(, "modifiers": [{"type": "offset", "x": 900, "y": 0}]})", small, nullptr,
+         nullptr},
+        {"none of a text that is no address",
+         R"({"type": "link", "url": "a b:", "view": {"type": "color", "value": "#336699"}})", small,
+         "warning invalid-url nodes.main.url", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        DiagnoseOptions options = quietOptions();
+        options.rooms = row.rooms;
+        const auto found = diagnose(documentOf(row.main), std::nullopt, options);
+        const std::vector<std::string> expected =
+            row.found ? std::vector<std::string>{row.found} : std::vector<std::string>{};
+        EXPECT_THAT(linesOf(found), ElementsAreArray(expected));
+        if (row.found && !found.empty()) {
+            EXPECT_THAT(found.front().message, ::testing::EndsWith(row.families));
+        }
+    }
 }
 
 TEST(DrawnPictures, ThatAreNotInTheFolder) {

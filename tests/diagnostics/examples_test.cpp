@@ -19,11 +19,11 @@ std::string contents(const path& file) {
 }
 
 /// The families that an example is meant for.
-std::vector<DiagnosedRoom> roomsOf(const path& example) {
-    std::vector<DiagnosedRoom> rooms;
+std::vector<WidgetRoom> roomsOf(const path& example) {
+    std::vector<WidgetRoom> rooms;
     std::istringstream names(contents(example / "families.txt"));
     for (std::string name; names >> name;)
-        if (const auto family = widgetFamily(name)) rooms.push_back({name, *widgetSize(*family, {390, 844})});
+        if (const auto family = widgetFamily(name)) rooms.push_back(widgetRoom(*family, {390, 844}).value());
     return rooms;
 }
 

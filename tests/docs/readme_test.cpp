@@ -9,7 +9,7 @@ std::string renderWidget(std::string_view document, std::string_view model) {
     const tavrin::AnyView view = tavrin::TavrinEngine().loadView(document, model, context);
 
     tavrin::RenderOptions options;
-    options.size = *tavrin::widgetSize(tavrin::WidgetFamily::systemMedium, {390, 844});
+    options.setRoom(tavrin::widgetRoom(tavrin::WidgetFamily::systemMedium, {390, 844}).value());
     options.environment.date = tavrin::Date::now();
     return tavrin::ImageRenderer(view, options).encode(tavrin::PictureFormat::png);
 }

@@ -60,7 +60,7 @@ struct GoldenCase {
         if (const auto zone = given.find("--time-zone"); zone != given.end())
             render.environment.timeZone = *TimeZone::named(zone->second);
         if (const auto name = given.find("--family"); name != given.end())
-            render.size = widgetSize(widgetFamily(name->second).value(), {390, 844}).value();
+            render.setRoom(widgetRoom(widgetFamily(name->second).value(), {390, 844}).value());
         if (const auto background = given.find("--background");
             background != given.end() && background->second == "none")
             render.background.kind = WidgetBackground::Kind::none;

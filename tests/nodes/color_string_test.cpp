@@ -54,6 +54,12 @@ TEST(ColorString, IsRead) {
          "9102030",
          bytes(0x10, 0x20, 0x30)},
         {"and is left out once at the end", "102030\xE2\x82\xAC", bytes(0x10, 0x20, 0x30)},
+        {"a digit with an accent is one character, and no digit", "#5\u03010102030", bytes(0x10, 0x20, 0x30)},
+        {"CR LF is one character", "#\r\n1102030", bytes(0x10, 0x20, 0x30)},
+        {"so is an emoji of several parts", "#\U0001F468\u200D\U0001F4695102030", bytes(0x10, 0x20, 0x30)},
+        {"and a flag", "#\U0001F1E9\U0001F1EA5102030", bytes(0x10, 0x20, 0x30)},
+        {"an accent left out with its character", "#50FF0000A\u0301\u0301", bytes(0xFF, 0, 0, 0.5)},
+        {"blanks go by code points", "#00FF00 \r\n\u2028\r", bytes(0, 0xFF, 0)},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -93,6 +99,15 @@ TEST(ColorString, IsNoColour) {
         {"a blank that is none",
          "\xE2\x80\x8B"
          "FF0000"},
+        {"a sign of base sixteen after a hash", "#0x1020"},
+        {"or after a pair", "#500xFF00"},
+        {"a sixth digit with an accent",
+         "#10203"
+         "0\u0301"},
+        {"a first digit with one", "1\u030102030"},
+        {"a hash with an accent is no hash", "#\u0301102030"},
+        {"an accent is no blank", "10203 \u0301"},
+        {"five characters, one of them CR LF", "10\r\n30"},
         {"a null character", std::string_view("FF\0"
                                               "000",
                                               6)},
@@ -139,6 +154,12 @@ TEST(ConvertARGB, TurnsAlphaIntoPerCent) {
          "102030",
          "#100102030"},
         {"at the end", "#8010203\xF0\x9F\x8C\x88", "#5010203\xF0\x9F\x8C\x88"},
+        {"an accent belongs to its digit", "#80102030\u0301", "#50102030\u0301"},
+        {"also in the pair", "#8\u03010102030", "#100102030"},
+        {"CR LF is one character", "#80 so\r\nso", "#50 so\r\nso"},
+        {"an emoji of several parts, too", "#8010203\U0001F468\u200D\U0001F469", "#5010203\U0001F468\u200D\U0001F469"},
+        {"nine code points of eight characters stay", "#8010203\u0301", "#8010203\u0301"},
+        {"a sign of base sixteen is no number", "#0x102030", "#100102030"},
         {"eight characters stay", "80102030", "80102030"},
         {"seven", "#102030", "#102030"},
         {"ten", "#100102030", "#100102030"},

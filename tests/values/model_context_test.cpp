@@ -1,6 +1,10 @@
 #include "tavrin/values/model_context.h"
 
+#include <concepts>
+#include <limits>
+#include <optional>
 #include <stdexcept>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -8,8 +12,31 @@
 #include "tavrin/nodes/font_weight.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/values/alignment_dsl.h"
 
 namespace tavrin {
+namespace {
+
+/// A type of the host's own.
+struct Celsius {
+    int degrees = 0;
+    friend bool operator==(const Celsius&, const Celsius&) = default;
+};
+
+}  // namespace
+
+template <>
+struct LosslessStringConvertible<Celsius> {
+    static std::optional<Celsius> fromText(std::string_view text) {
+        const auto degrees = intFromText<int>(text.substr(0, text.find(' ')));
+        return degrees ? std::optional(Celsius{*degrees}) : std::nullopt;
+    }
+    static std::string description(Celsius value) { return toText(value.degrees) + " degrees"; }
+    static Celsius defaultValue() { return {}; }
+    static std::string typeName() { return "Celsius"; }
+    static std::string readableName() { return "a temperature"; }
+};
+
 namespace {
 
 const ModelContext& sample() {
@@ -26,7 +53,24 @@ const ModelContext& sample() {
                                      {"ratio", 0.25},
                                      {"tenth", 0.1F},
                                      {"text", "12"},
-                                     {"nested", JSON::parse(R"({"a": 1})")}});
+                                     {"large", 3e7F},
+                                     {"odd", 16777218.0F},
+                                     {"whole", 16777216.0F},
+                                     {"small", 0.0001F},
+                                     {"tiny", 1e-5F},
+                                     {"endless", std::numeric_limits<float>::infinity()},
+                                     {"double", 3e7},
+                                     {"byte", std::uint8_t{200}},
+                                     {"most", std::numeric_limits<std::uint64_t>::max()},
+                                     {"string", std::string("text")},
+                                     {"view", std::string_view("text")},
+                                     {"shared", SharedText("text")},
+                                     {"corner", AlignmentDSL::topLeading},
+                                     {"weight", FontWeight::bold},
+                                     {"some", std::optional<float>(0.1F)},
+                                     {"none", std::optional<float>()},
+                                     {"no text", std::optional<std::string>()},
+                                     {"own", Celsius{21}}});
     return model;
 }
 
@@ -162,7 +206,34 @@ TEST(ModelContext, ResolvesTheEnvironment) {
         {"text for a number", resolved<std::int64_t>("{{initEnvironment.text}}"), "12"},
         {"further elements are ignored", resolved<std::string>("{{initEnvironment.name.x[3]}}"), "Ann"},
         {"also an index behind the name", resolved<std::string>("{{initEnvironment.name[0]}}"), "Ann"},
-        {"also inside a dictionary", resolved<std::string>("{{initEnvironment.nested.a}}"), R"({"a":1})"},
+        {"its own fewest digits", resolved<std::string>("{{initEnvironment.large}}"), "3e+07"},
+        {"which read back as the same float", resolved<std::string>("{{initEnvironment.odd}}"), "1.6777218e+07"},
+        {"decimal up to its last exact integer", resolved<std::string>("{{initEnvironment.whole}}"), "16777216.0"},
+        {"and down to a ten thousandth", resolved<std::string>("{{initEnvironment.small}}"), "0.0001"},
+        {"but not below", resolved<std::string>("{{initEnvironment.tiny}}"), "1e-05"},
+        {"infinity", resolved<std::string>("{{initEnvironment.endless}}"), "inf"},
+        {"a float for a double goes through its text", resolved<double>("{{initEnvironment.tenth}}"), "0.1"},
+        {"a float for an integer, too", resolved<std::int64_t>("{{initEnvironment.whole}}"),
+         "! Env unable to convert value 16777216.0 to Int"},
+        {"a double has more digits before an exponent", resolved<std::string>("{{initEnvironment.double}}"),
+         "30000000.0"},
+        {"a small integer", resolved<std::string>("{{initEnvironment.byte}}"), "200"},
+        {"the largest integer", resolved<std::uint64_t>("{{initEnvironment.most}}"), "18446744073709551615"},
+        {"out of range for another", resolved<std::int64_t>("{{initEnvironment.most}}"),
+         "! Env unable to convert value 18446744073709551615 to Int"},
+        {"a string", resolved<SharedText>("{{initEnvironment.string}}"), "text"},
+        {"a view of one", resolved<std::string>("{{initEnvironment.view}}"), "text"},
+        {"a shared text", resolved<std::optional<SharedText>>("{{initEnvironment.shared}}"), "text"},
+        {"a keyword", resolved<AlignmentDSL>("{{initEnvironment.corner}}"), "topLeading"},
+        {"a keyword as text", resolved<std::string>("{{initEnvironment.corner}}"), "topLeading"},
+        {"a keyword for an optional", resolved<std::optional<FontWeight>>("{{initEnvironment.weight}}"), "bold"},
+        {"a keyword that the other type has not", resolved<std::optional<FontWeight>>("{{initEnvironment.corner}}"),
+         ""},
+        {"an optional that is there", resolved<float>("{{initEnvironment.some}}"), "0.1"},
+        {"one that is not, as text", resolved<std::string>("{{initEnvironment.none}}"), ""},
+        {"as a number", resolved<float>("{{initEnvironment.none}}"), "! Env unable to convert value  to Float"},
+        {"a host's own type", resolved<std::string>("{{initEnvironment.own}}"), "21 degrees"},
+        {"for itself", resolved<Celsius>("{{initEnvironment.own}}"), "21 degrees"},
         {"no such key", resolved<std::string>("{{initEnvironment.x}}"), "! Environment Variable not exist for key: x"},
         {"an index", resolved<std::string>("{{initEnvironment[0]}}"),
          "! Environment Variable Key must be stirng, got 0"},
@@ -176,6 +247,15 @@ TEST(ModelContext, ResolvesTheEnvironment) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(row.found, row.expected);
     }
+}
+
+TEST(ModelContext, AnAbsentValueOfTheEnvironmentStaysAbsent) {
+    EXPECT_EQ(sample().resolve<std::optional<SharedText>>("{{initEnvironment.no text}}"), std::nullopt);
+    EXPECT_EQ(sample().resolve<std::optional<std::string>>("{{initEnvironment.no text}}"), std::nullopt);
+    EXPECT_EQ(sample().resolve<std::optional<std::string>>("{{initEnvironment.string}}"), "text");
+    EXPECT_EQ(sample().resolve<std::optional<float>>("{{initEnvironment.none}}"), std::nullopt);
+    EXPECT_EQ(sample().resolve<SharedText>("{{initEnvironment.no text}}"), "");
+    static_assert(!std::convertible_to<std::vector<int>, EnvironmentValue>, "which has no text form");
 }
 
 TEST(ModelContext, PathsAreMadeOfTextsAndWholeNumbers) {

@@ -1,5 +1,7 @@
 #include "tavrin/platform/paint/image_renderer.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "tavrin/platform/foundation/json_writer.h"
@@ -32,9 +34,10 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
 std::string ImageRenderer::layoutText() { return layout::layoutTreeText(layoutTree()); }
 
 std::vector<TapTarget> ImageRenderer::targets() {
-    std::vector<TapTarget> targets = layout::tapTargets(layoutTree());
+    std::vector<TapTarget> targets;
     if (options_.widgetURL)
-        targets.insert(targets.begin(), {TapTarget::Kind::widget, *options_.widgetURL, {{}, layoutTree().widget()}});
+        targets.push_back({TapTarget::Kind::widget, *options_.widgetURL, {{}, layoutTree().widget()}});
+    if (options_.linksCanBeTapped) std::ranges::copy(layout::tapTargets(layoutTree()), std::back_inserter(targets));
     return targets;
 }
 

@@ -31,8 +31,9 @@ public:
     [[nodiscard]] const layout::LayoutTree& layoutTree();
     /// The laid-out tree as JSON: every view with its frame in points.
     [[nodiscard]] std::string layoutText();
-    /// Where the widget can be tapped: the whole widget first, if it leads anywhere, then the links and marked views in
-    /// the order in which they are drawn. The last one that contains a point is the one that is tapped there.
+    /// Where the widget can be tapped: the whole widget first, if it leads anywhere, then, where they can be tapped,
+    /// the links and marked views in the order in which they are drawn. The last one that contains a point is the one
+    /// that is tapped there.
     [[nodiscard]] std::vector<TapTarget> targets();
     /// The same as JSON: `{"targets": [{"kind": …, "destination": …, "frame": [x, y, width, height]}, …]}`.
     [[nodiscard]] std::string targetsText();

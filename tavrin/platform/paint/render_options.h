@@ -10,6 +10,7 @@
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/color.h"
 #include "tavrin/platform/ui/environment.h"
+#include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin {
 
@@ -42,10 +43,18 @@ struct RenderOptions {
     std::shared_ptr<const text::FontLibrary> fonts = nullptr;
     /// What opens when the widget is tapped where nothing else leads anywhere: `Context::widgetURL` after `loadView`.
     std::optional<URL> widgetURL = std::nullopt;
+    /// Whether anything but `widgetURL` opens; not so in widgets of some families.
+    bool linksCanBeTapped = true;
     /// Whether layout notes why each view lies where it does, for `explainLayout`.
     layout::Recording recording = layout::Recording::none;
     /// Hears what is doubtful in the view but no error.
     layout::Diagnostics diagnostics = {};
+
+    /// Draws in a room: in its size, with links that lead anywhere only where they can be tapped.
+    void setRoom(const WidgetRoom& room) {
+        size = room.size;
+        linksCanBeTapped = room.linksCanBeTapped;
+    }
 };
 
 }  // namespace tavrin

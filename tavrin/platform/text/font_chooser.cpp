@@ -12,12 +12,6 @@ constexpr std::size_t rememberedCharacters = 8192;
 /// More characters than this of one grapheme do not sway the choice.
 constexpr std::size_t judgedCharacters = 16;
 
-bool isIgnorable(char32_t c) {
-    return c == 0xAD || c == 0x034F || c == 0x061C || c == 0x180E || c == 0xFEFF || (c >= 0x180B && c <= 0x180F) ||
-           (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) ||
-           (c >= 0xFE00 && c <= 0xFE0F) || (c >= 0xE0000 && c <= 0xE0FFF);
-}
-
 bool isSpace(char32_t c) {
     return c == ' ' || c == '\t' || c == 0xA0 || (c >= 0x2000 && c <= 0x200A) || c == 0x202F || c == 0x205F;
 }
@@ -70,6 +64,12 @@ bool coversAll(const FontFace& font, std::u32string_view grapheme) {
 }
 
 }  // namespace
+
+bool isIgnorable(char32_t c) {
+    return c == 0xAD || c == 0x034F || c == 0x061C || c == 0x180E || c == 0xFEFF || (c >= 0x180B && c <= 0x180F) ||
+           (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) ||
+           (c >= 0xFE00 && c <= 0xFE0F) || (c >= 0xE0000 && c <= 0xE0FFF);
+}
 
 HanFace hanFaceOf(std::u32string_view paragraph) {
     HanFace found = HanFace::chinese;

@@ -12,6 +12,9 @@
 
 namespace tavrin::text {
 
+/// Whether a character is one that draws nothing by itself, such as a joiner or a direction mark.
+[[nodiscard]] bool isIgnorable(char32_t character);
+
 /// Which shapes ideographs take, by the writing of the paragraph they stand in.
 enum class HanFace : unsigned char { chinese, japanese, korean, traditional };
 

@@ -4,6 +4,7 @@
 
 #include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/text/line_breaker.h"
+#include "tavrin/platform/text/missing_characters.h"
 #include "tavrin/platform/text/shape_cache.h"
 #include "tavrin/platform/text/shaped_text.h"
 #include "tavrin/platform/text/shaper.h"
@@ -65,6 +66,11 @@ TextBlock TextEngine::fit(const std::shared_ptr<const ShapedText>& text, const T
         text->remember(room, broken);
     }
     return TextBlock(std::make_shared<const TextBlock::Lines>(TextBlock::Lines{text, std::move(broken)}));
+}
+
+std::vector<char32_t> TextEngine::missingCharacters(const TextBlock& block) {
+    const auto* const lines = block.lines();
+    return lines && lines->text ? text::missingCharacters(*lines->text, state().faces) : std::vector<char32_t>();
 }
 
 void TextEngine::draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color) {

@@ -104,6 +104,10 @@ public:
     /// Breaks a shaped text into lines for a room.
     TextBlock fit(const std::shared_ptr<const ShapedText>& text, const TextRoom& room);
 
+    /// The characters of a block's text, also of what did not fit, for which an empty box is drawn since no font has
+    /// them; each once.
+    std::vector<char32_t> missingCharacters(const TextBlock& block);
+
     /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
     /// trailing in right-to-left paragraphs). `cairo`'s user space is points.
     void draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color);

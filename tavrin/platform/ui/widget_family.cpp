@@ -2,44 +2,41 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <vector>
 
 namespace tavrin {
 namespace {
 
-/// One row of widget sizes; screens of the same sizes share it. Phones have no extra large widgets.
+constexpr Size none{};
+
+/// Screens that share all widget sizes.
 struct ScreenSizes {
-    Size small;
-    Size medium;
-    Size large;
-    std::optional<Size> extraLarge = std::nullopt;
+    std::array<Size, 3> screens;  // `none` behind the last
+    std::array<Size, widgetFamilyNames.size()> sizes;
 };
 
-constexpr std::array<ScreenSizes, 9> sizes{{
-    {{170, 170}, {364, 170}, {364, 382}},
-    {{158, 158}, {338, 158}, {338, 354}},
-    {{169, 169}, {360, 169}, {360, 379}},
-    {{155, 155}, {329, 155}, {329, 345}},
-    {{157, 157}, {348, 157}, {348, 351}},
-    {{148, 148}, {321, 148}, {321, 324}},
-    {{141, 141}, {292, 141}, {292, 311}},
-    {{170, 170}, {379, 170}, {379, 379}, Size{795, 379}},
-    {{155, 155}, {342, 155}, {342, 342}, Size{716, 342}},
-}};
-
-constexpr std::array<Size, 11> screens{{{428, 926},
-                                        {430, 932},
-                                        {390, 844},
-                                        {393, 852},
-                                        {414, 896},
-                                        {375, 812},
-                                        {414, 736},
-                                        {375, 667},
-                                        {320, 568},
-                                        {1024, 1366},
-                                        {834, 1194}}};
-constexpr std::array<std::size_t, 11> rowOfScreen{0, 0, 1, 1, 2, 3, 4, 5, 6, 7, 8};
-
-bool isTablet(const ScreenSizes& row) { return row.extraLarge.has_value(); }
+/// Only tablets have extra large widgets, and only lock screens of phones accessories.
+constexpr ScreenSizes rows[] = {
+    // phones
+    {{{{440, 956}, {430, 932}, {428, 926}}},
+     {{{170, 170}, {364, 170}, {364, 382}, none, {76, 76}, {172, 76}, {257, 26}}}},
+    {{{{414, 896}}}, {{{169, 169}, {360, 169}, {360, 379}, none, {76, 76}, {160, 72}, {248, 26}}}},
+    {{{{402, 874}}}, {{{162, 162}, {344, 162}, {344, 366}, none, {72, 72}, {160, 72}, {234, 26}}}},
+    {{{{393, 852}, {390, 844}}}, {{{158, 158}, {338, 158}, {338, 354}, none, {72, 72}, {160, 72}, {234, 26}}}},
+    {{{{414, 736}}}, {{{157, 157}, {348, 157}, {348, 351}, none, {76, 76}, {170, 76}, {248, 26}}}},
+    {{{{375, 812}, {360, 780}}}, {{{155, 155}, {329, 155}, {329, 345}, none, {72, 72}, {157, 72}, {225, 26}}}},
+    {{{{375, 667}}}, {{{148, 148}, {321, 148}, {321, 324}, none, {68, 68}, {153, 68}, {225, 26}}}},
+    {{{{320, 568}}}, {{{141, 141}, {292, 141}, {292, 311}, none, none, none, none}}},
+    // tablets
+    {{{{1192, 1590}}}, {{{188, 188}, {412, 188}, {412, 412}, {860, 412}, none, none, none}}},
+    {{{{1024, 1366}}}, {{{170, 170}, {378.5, 170}, {378.5, 378.5}, {795, 378.5}, none, none, none}}},
+    {{{{970, 1389}, {954, 1373}}}, {{{162, 162}, {350, 162}, {350, 350}, {726, 350}, none, none, none}}},
+    {{{{834, 1194}, {820, 1180}}}, {{{155, 155}, {342, 155}, {342, 342}, {715.5, 342}, none, none, none}}},
+    {{{{834, 1112}}}, {{{150, 150}, {327.5, 150}, {327.5, 327.5}, {682, 327.5}, none, none, none}}},
+    {{{{810, 1080}}}, {{{146, 146}, {320.5, 146}, {320.5, 320.5}, {669, 320.5}, none, none, none}}},
+    {{{{744, 1133}, {768, 1024}}}, {{{141, 141}, {305.5, 141}, {305.5, 305.5}, {634.5, 305.5}, none, none, none}}},
+};
 
 }  // namespace
 
@@ -49,22 +46,31 @@ std::optional<WidgetFamily> widgetFamily(std::string_view name) {
     return static_cast<WidgetFamily>(found - widgetFamilyNames.begin());
 }
 
-const std::array<Size, 11>& knownScreens() { return screens; }
+std::span<const Size> knownScreens() {
+    static const std::vector<Size> screens = [] {
+        std::vector<Size> list;
+        for (const ScreenSizes& row : rows)
+            std::copy_if(row.screens.begin(), row.screens.end(), std::back_inserter(list),
+                         [](Size screen) { return screen != none; });
+        return list;
+    }();
+    return screens;
+}
 
 std::optional<Size> widgetSize(WidgetFamily family, Size screen) {
-    const auto found = std::find(screens.begin(), screens.end(), screen);
-    if (found == screens.end()) return std::nullopt;
-    const ScreenSizes& row = sizes[rowOfScreen[static_cast<std::size_t>(found - screens.begin())]];
-    switch (family) {
-        case WidgetFamily::systemSmall: return row.small;
-        case WidgetFamily::systemMedium: return row.medium;
-        case WidgetFamily::systemLarge: return row.large;
-        case WidgetFamily::systemExtraLarge: return row.extraLarge;
-        case WidgetFamily::accessoryCircular: return isTablet(row) ? std::nullopt : std::optional(Size{72, 72});
-        case WidgetFamily::accessoryRectangular: return isTablet(row) ? std::nullopt : std::optional(Size{160, 72});
-        case WidgetFamily::accessoryInline: return isTablet(row) ? std::nullopt : std::optional(Size{234, 26});
-    }
-    return std::nullopt;
+    const auto row = std::find_if(std::begin(rows), std::end(rows), [screen](const ScreenSizes& each) {
+        return screen != none && std::find(each.screens.begin(), each.screens.end(), screen) != each.screens.end();
+    });
+    if (row == std::end(rows)) return std::nullopt;
+    const Size size = row->sizes[static_cast<std::size_t>(family)];
+    return size == none ? std::nullopt : std::optional(size);
+}
+
+std::optional<WidgetRoom> widgetRoom(WidgetFamily family, Size screen) {
+    const std::optional<Size> size = widgetSize(family, screen);
+    if (!size) return std::nullopt;
+    return WidgetRoom{std::string(widgetFamilyNames[static_cast<std::size_t>(family)]), *size,
+                      linksCanBeTapped(family)};
 }
 
 }  // namespace tavrin
