@@ -66,6 +66,14 @@ TEST(Yielding, TiesAmongTheEndlesslyFlexible) {
     EXPECT_THAT(lengthsOf({atLeast(0), atLeast(80), atLeast(60), spacer}, 100), testing::ElementsAre(0, 80, 60, 8));
 }
 
+TEST(Yielding, EqualFlexibilitiesKeepTheirOrder) {
+    // Both circles can be as long as the row is high, but 20 / 3 + 32 - 32 is not 20 / 3.
+    const AnyView padded = Padding{.edges = {.leading = true, .trailing = true}, .length = 16, .content = Circle{}};
+    const LayoutTree tree = laidOut(HStack{.spacing = 0, .children = {Circle{}, padded}}, {20, 20.0 / 3});
+    EXPECT_NEAR(tree.node(1).frame.size.width, 20.0 / 3, 1e-9) << "the first one is offered its half first";
+    EXPECT_NEAR(tree.node(0).frame.size.width, 20.0 / 3 + 32, 1e-9);
+}
+
 TEST(Yielding, LayersAreAsLargeAsWhatDoesNotYield) {
     expectFrames({
         {"a spacer does not make them larger",

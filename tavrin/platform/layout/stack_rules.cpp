@@ -22,6 +22,17 @@
 // The stack is as long as its children and its spacing, and as wide across as its widest child.
 
 namespace tavrin::layout {
+namespace {
+
+/// A flexibility as it is compared: differences that only arithmetic makes would put equal children out of order.
+double compared(double flexibility) {
+    constexpr double precision = 1e6;
+    constexpr double coarse = 1e9;  // from here on, numbers are not that precise
+    return std::abs(flexibility) < coarse ? std::round(flexibility * precision) / precision : flexibility;
+}
+
+}  // namespace
+
 Size Measurer::stackAnswer(Index stack, const Proposal& proposal) {
     const Axis axis = mainAxis(tree_.node(stack).kind);
     const std::size_t first = shareOut(stack, proposal);
@@ -97,7 +108,7 @@ void Measurer::sortByFlexibility(const Group& group, Index stack, const Proposal
         const double least = leastAlong(axis, child, proposal);  // asking may move the shares
         Share& share = shares_[group.first + order_[turn]];
         share.least = least;
-        share.flexibility = longest - least;
+        share.flexibility = compared(longest - least);
         share.hasTurn = true;
     }
     const auto at = [this](std::size_t place) { return order_.begin() + static_cast<std::ptrdiff_t>(place); };
