@@ -106,12 +106,12 @@ test("warns of what is meant otherwise, and mends it", () =>
 
 test("completes what the schema knows", () =>
     on("agenda/document.json", async (page) => {
-        await cursorBehind(page, '"spacing": 8,');
-        await page.keyboard.type('"mod');
+        await cursorBehind(page, '{"type": "spacer"');
+        await page.keyboard.type(', "mod');
         await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
         await page.waitForTimeout(200); // a list that has just opened does not take keys yet
         await page.keyboard.press("Enter");
-        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /8,"modifiers": \[\]$/);
+        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /"spacer", "modifiers": \[\]\},$/);
         await cursorBehind(page, '"alignment": "');
         await page.keyboard.press("Control+Space");
         const labels = page.locator(".cm-completionLabel");

@@ -98,7 +98,7 @@ void ImageLoads::request(const Key& key, const LoadPtr& load, URLSession& sessio
         load->task = task;
         const bool isWaitedFor = load->waiting > 0;
         lock.unlock();
-        if (isWaitedFor) task->hurry();  // for those who came before there was a task
+        if (isWaitedFor) task->hurry();      // for those who came before there was a task
     } catch (const std::exception& error) {  // nobody may wait for what never began
         finish(key, *load, {nullptr, URLError{URLError::Code::failed, error.what()}});
     }

@@ -167,7 +167,8 @@ TEST(Print, Explanations) {
     EXPECT_TRUE(outline.out.ends_with("(nodes.main.children[1])\n"));
 
     const Finished one = place.run({"explain", "a.json", "nodes.main.children[0]"});
-    EXPECT_THAT(one.out, HasSubstr("Text \"Hello\" from nodes.main.children[0]\n  The HStack at nodes.main deals out"));
+    EXPECT_THAT(one.out, HasSubstr("Text \"Hello\" from nodes.main.children[0]\n  The HStack at nodes.main offers its "
+                                   "width before anything that yields."));
     EXPECT_THAT(one.out, HasSubstr("\n  It lies at 0, 68.83: first in the HStack"));
 
     const Finished json = place.run({"explain", "a.json", "nodes.main.children", "--format", "json"});

@@ -110,7 +110,7 @@ TEST(DrawnTexts, ThatLieWhollyOutside) {
         {"hidden by a clip without a size", clipped(two, R"("width": 60, "height": 0)"), {}},
         {"a strip that is moved inside a clip",
          clipped(R"({"type": "vstack", "children": [)" + two +
-                 R"(], "modifiers": [{"type": "offset", "x": 0, "y": -28}]})"),
+                 R"(], "modifiers": [{"type": "offset", "x": 0, "y": -22}]})"),
          {}},
         {"moved by the model", text(R"({"type": "offset", "x": "{{initServerParam.x}}", "y": 0})"), {}},
         {"moved by the clock",

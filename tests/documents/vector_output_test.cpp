@@ -73,7 +73,7 @@ struct Rasteriser {
 
 constexpr Rasteriser rasterisers[] = {
     {"rsvg-convert", PictureFormat::svg, {2, 24}, {0.5, 3}},
-    {"pdftocairo", PictureFormat::pdf, {2.5, 42}, {0.5, 3}},
+    {"pdftocairo", PictureFormat::pdf, {2.5, 44}, {0.5, 3}},
     {"pdftoppm", PictureFormat::pdf, {6, 55}, {0.9, 5}},
 };
 

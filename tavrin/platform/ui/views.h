@@ -181,8 +181,8 @@ struct StrokedShape {
         Field{"lineJoin", &StrokedShape::lineJoin},   Field{"miterLimit", &StrokedShape::miterLimit}};
 };
 
-/// Children from top to bottom. An absent spacing is the distance that suits each two neighbours: 8 between shapes, what
-/// font metrics ask for beside texts, 0 beside a spacer.
+/// Children from top to bottom. An absent spacing is the distance that suits each two neighbours: 8 between shapes,
+/// what font metrics ask for beside texts, 0 beside a spacer.
 struct VStack {
     static constexpr ViewKind kind = ViewKind::vstack;
     static constexpr std::string_view name = "VStack";
