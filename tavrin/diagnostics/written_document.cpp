@@ -48,6 +48,7 @@ std::set<JSONOutline::Index> reached(JSONOutline::Index start,
 std::span<const std::string_view> tagsOf(bool areNodes) {
     const auto namesOf = [](const std::vector<LanguageRecord>& records) {
         std::vector<std::string_view> names;
+        names.reserve(records.size());
         for (const LanguageRecord& record : records) names.emplace_back(record.name);
         return names;
     };
