@@ -20,7 +20,6 @@ namespace {
 /// A type of the host's own.
 struct Celsius {
     int degrees = 0;
-    friend bool operator==(const Celsius&, const Celsius&) = default;
 };
 
 }  // namespace
