@@ -116,21 +116,15 @@ void ParagraphShaper::beginUnit(std::uint32_t character, std::uint32_t glyph) {
     unitCharacters_.push_back(character);
 }
 
-/// What a character gets beyond its glyphs, in points.
-float ParagraphShaper::spacingAfter(char32_t character) const {
-    double spacing = letterSpacing(shaped_.size, font_.weight);
-    if (isWordBlank(character)) spacing -= blankNarrowing(shaped_.size, font_.weight);
-    if (isDigit(character) && font_.family == Font::Family::monospacedDigitSystem)
-        spacing -= tabularDigitNarrowing(shaped_.size);
-    return static_cast<float>(spacing);
-}
-
 /// Sets the units' widths, with the spacing after them, and whether they are white.
 void ParagraphShaper::measureUnits(const Item& item, std::size_t firstUnit) {
     const bool isSpaced = !item.emoji && !joinsLetters(item.script);
-    const float ofLetter = isSpaced ? spacingAfter('a') : 0;
-    const float ofBlank = isSpaced ? spacingAfter(' ') : 0;
-    const float ofDigit = isSpaced ? spacingAfter('0') : 0;
+    const bool isTabular = font_.family == Font::Family::monospacedDigitSystem;
+    const double spacing = letterSpacing(shaped_.size, font_.weight);
+    const auto narrowedBy = [&](double length) { return isSpaced ? static_cast<float>(spacing - length) : 0; };
+    const float afterLetter = narrowedBy(0);
+    const float afterBlank = narrowedBy(blankNarrowing(shaped_.size, font_.weight));
+    const float afterDigit = narrowedBy(isTabular ? tabularDigitNarrowing(shaped_.size) : 0);
     for (std::size_t n = 0; n < unitCharacters_.size(); ++n) {
         Unit& unit = shaped_.units[firstUnit + n];
         const std::uint32_t begin = unitCharacters_[n];
@@ -141,9 +135,9 @@ void ParagraphShaper::measureUnits(const Item& item, std::size_t firstUnit) {
         for (std::uint32_t i = 0; i < unit.glyphCount; ++i) advance += glyphs[i].advance;
         if (advance > 0) {
             const char32_t character = characters_[begin];
-            const float spacing = isWordBlank(character) ? ofBlank : isDigit(character) ? ofDigit : ofLetter;
-            glyphs[unit.glyphCount - 1].advance += spacing;
-            advance += spacing;
+            const float after = isWordBlank(character) ? afterBlank : isDigit(character) ? afterDigit : afterLetter;
+            glyphs[unit.glyphCount - 1].advance += after;
+            advance += after;
         }
         unit.advance = advance;
         unit.white = end - begin == 1 && isWhite(characters_[begin]);

@@ -25,7 +25,6 @@ private:
     std::uint32_t addGlyphs(double pointsPerUnit);
     void addUnits(const Item& item, std::uint32_t firstGlyph);
     void beginUnit(std::uint32_t character, std::uint32_t glyph);
-    [[nodiscard]] float spacingAfter(char32_t character) const;
     void measureUnits(const Item& item, std::size_t firstUnit);
 
     FontFaces& faces_;
