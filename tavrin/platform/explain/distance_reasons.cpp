@@ -17,19 +17,6 @@ using layout::DistanceCategory;
 using layout::EdgeDistances;
 using Index = PlacedTree::Index;
 
-constexpr DistanceCategory categories[] = {DistanceCategory::plain, DistanceCategory::belowText,
-                                           DistanceCategory::aboveText, DistanceCategory::textToText};
-
-/// The category that decides the distance of two edges; none where they share none.
-std::optional<DistanceCategory> decidingCategory(const EdgeDistances& before, const EdgeDistances& after) {
-    const double distance = distanceBetween(before, after);
-    for (const DistanceCategory category : categories) {
-        const bool isShared = before[category] != EdgeDistances::none && after[category] != EdgeDistances::none;
-        if (isShared && (before[category] == distance || after[category] == distance)) return category;
-    }
-    return std::nullopt;
-}
-
 /// The text by which the top or bottom edge of a view holds a distance.
 std::optional<Index> textBehind(const PlacedTree& placed, Index index, bool atTop, DistanceCategory category) {
     const auto held = [&](Index at) {

@@ -23,14 +23,22 @@ EdgeDistances EdgeDistances::unionWith(const EdgeDistances& other) const {
     return larger;
 }
 
-double distanceBetween(const EdgeDistances& before, const EdgeDistances& after) {
-    double largest = 0;
-    for (std::size_t at = 0; at < before.values_.size(); ++at) {
-        const double a = before.values_[at];
-        const double b = after.values_[at];
-        if (a != EdgeDistances::none && b != EdgeDistances::none) largest = std::max({largest, a, b});
+std::optional<DistanceCategory> decidingCategory(const EdgeDistances& before, const EdgeDistances& after) {
+    std::optional<DistanceCategory> deciding;
+    double largest = EdgeDistances::none;
+    for (const DistanceCategory category : distanceCategories) {
+        const bool isShared = before[category] != EdgeDistances::none && after[category] != EdgeDistances::none;
+        const double distance = std::max(before[category], after[category]);
+        if (!isShared || distance <= largest) continue;
+        deciding = category;
+        largest = distance;
     }
-    return largest;
+    return deciding;
+}
+
+double distanceBetween(const EdgeDistances& before, const EdgeDistances& after) {
+    const std::optional<DistanceCategory> category = decidingCategory(before, after);
+    return category ? std::max(before[*category], after[*category]) : 0;
 }
 
 const ViewEdges& plainEdges() {
@@ -79,7 +87,7 @@ EdgeTable::Id EdgeTable::idOf(const ViewEdges& edges) {
 std::size_t EdgeTable::Hash::operator()(const ViewEdges& edges) const {
     std::size_t hash = 0;
     for (const EdgeDistances* edge : {&edges.top, &edges.leading, &edges.bottom, &edges.trailing})
-        for (const DistanceCategory category : {DistanceCategory::plain, belowText, aboveText, textToText})
+        for (const DistanceCategory category : distanceCategories)
             hash = hash * 31 + std::hash<double>()((*edge)[category]);
     return hash;
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -28,6 +29,9 @@ enum class DistanceCategory : unsigned char {
     textToText,  ///< from a text down to another
 };
 
+inline constexpr std::array distanceCategories{DistanceCategory::plain, DistanceCategory::belowText,
+                                               DistanceCategory::aboveText, DistanceCategory::textToText};
+
 /// What one edge holds, in points.
 class EdgeDistances {
 public:
@@ -47,11 +51,12 @@ public:
     friend bool operator==(const EdgeDistances&, const EdgeDistances&) = default;
 
 private:
-    friend double distanceBetween(const EdgeDistances&, const EdgeDistances&);
-
-    std::array<double, 4> values_{none, none, none, none};
+    std::array<double, distanceCategories.size()> values_{none, none, none, none};
 };
 
+/// The category that decides the distance of two edges that meet: of those that both hold the one with the largest;
+/// none where they share none.
+[[nodiscard]] std::optional<DistanceCategory> decidingCategory(const EdgeDistances& before, const EdgeDistances& after);
 /// The distance of two edges that meet, in points.
 [[nodiscard]] double distanceBetween(const EdgeDistances& before, const EdgeDistances& after);
 
