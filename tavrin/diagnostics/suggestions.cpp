@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tavrin/diagnostics/findings.h"
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/edit_distance.h"
 #include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/schema/note_text.h"
@@ -42,8 +43,7 @@ std::optional<std::string_view> meantKeyword(std::string_view word, std::span<co
 }
 
 std::string keywordSuggestion(std::string_view word, std::span<const std::string_view> words) {
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    if (std::none_of(word.begin(), word.end(), isLetter)) return {};  // numbers are all alike
+    if (std::none_of(word.begin(), word.end(), isLetter<char>)) return {};  // numbers are all alike
     const auto meant = meantKeyword(word, words);
     return meant ? "; did you mean " + inQuotes(*meant) + "?" : suggestionFor(word, words);
 }

@@ -5,15 +5,14 @@
 #include <vector>
 
 #include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/foundation/utf8.h"
 
 namespace tavrin {
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
-bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isInWord(char c) { return isLetter(c) || isDigit(c) || c == '_'; }
 
 std::string hexCode(std::uint32_t number, std::size_t digits) {
     std::string code(digits, '0');
@@ -64,7 +63,7 @@ private:
     [[nodiscard]] std::string found() const {
         constexpr std::size_t longestWord = 20;
         std::size_t wordEnd = at_;
-        while (wordEnd < text_.size() && (isLetter(text_[wordEnd]) || isDigit(text_[wordEnd]))) ++wordEnd;
+        while (wordEnd < text_.size() && (isInWord(text_[wordEnd]))) ++wordEnd;
         if (wordEnd - at_ > longestWord) return "'" + std::string(text_.substr(at_, longestWord)) + "…'";
         if (wordEnd > at_) return "'" + std::string(text_.substr(at_, wordEnd - at_)) + "'";
         const Utf8Step step = decodeUtf8(text_, at_);
@@ -135,7 +134,7 @@ private:
         if (at('-') || atDigit()) return number();
         for (const std::string_view word : {"true", "false", "null"}) {
             const std::size_t end = at_ + word.size();
-            const bool goesOn = end < text_.size() && (isLetter(text_[end]) || isDigit(text_[end]));
+            const bool goesOn = end < text_.size() && isInWord(text_[end]);
             if (text_.substr(at_).starts_with(word) && !goesOn) {
                 at_ = end;
                 return true;

@@ -10,12 +10,11 @@
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
 namespace {
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool fitsIn64Bits(std::string_view digits, bool isNegative) {
     const std::optional<std::uint64_t> magnitude = intFromText<std::uint64_t>(digits);

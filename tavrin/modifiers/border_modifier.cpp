@@ -8,7 +8,7 @@
 namespace tavrin {
 namespace {
 
-std::optional<Color> plainColor(const ColorNode& node, Context& context) {
+std::optional<Color> colorOf(const ColorNode& node, Context& context) {
     try {
         const AnyView rendered = node.render(context);
         const Color* color = mirrorKeyPath("storage.view", rendered).as<Color>();
@@ -22,7 +22,7 @@ std::optional<Color> plainColor(const ColorNode& node, Context& context) {
 }
 
 Color borderColor(const BorderModifier& border, Context& context) {
-    if (const std::optional<Color> color = plainColor(border.colorNode.wrappedValue, context)) return *color;
+    if (const std::optional<Color> color = colorOf(border.colorNode.wrappedValue, context)) return *color;
     return colorFromHexString(border.color.wrappedValue()).value_or(Color::white);
 }
 

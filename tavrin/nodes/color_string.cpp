@@ -59,7 +59,7 @@ std::string_view trimmed(std::string_view text) {
 }
 
 /// An optional sign and hexadecimal digits, nothing else.
-std::optional<std::int32_t> hexadecimal(std::string_view digits) {
+std::optional<std::int32_t> fromHexDigits(std::string_view digits) {
     if (digits.starts_with('+')) {
         digits.remove_prefix(1);
         if (digits.starts_with('-')) return std::nullopt;
@@ -82,7 +82,7 @@ std::optional<Color> colorFromHexString(std::optional<std::string_view> hexStrin
     double opacity = 1;
     if (rest.count() >= opacityDigits + rgbDigits)
         opacity = static_cast<double>(intFromText<std::int64_t>(rest.take(opacityDigits)).value_or(100)) / 100;
-    const std::optional<std::int32_t> rgb = hexadecimal(rest.take(std::min(rest.count(), rgbDigits)));
+    const std::optional<std::int32_t> rgb = fromHexDigits(rest.take(std::min(rest.count(), rgbDigits)));
     if (!rgb) return std::nullopt;
     return Color::rgb(channel(*rgb, 16), channel(*rgb, 8), channel(*rgb, 0), opacity);
 }
@@ -93,7 +93,7 @@ SharedText convertARGB(const SharedText& value) {
     if (rest.count() != argbCharacters) return value;
     const std::size_t begin = rest.take(1).size();
     const std::string alphaText = rest.take(2);
-    const auto alpha = static_cast<float>(hexadecimal(alphaText).value_or(255));
+    const auto alpha = static_cast<float>(fromHexDigits(alphaText).value_or(255));
     const int percent = static_cast<int>(alpha / 255.0F * 100.0F);
     char digits[16];
     std::snprintf(digits, sizeof digits, "%02d", percent);

@@ -11,7 +11,7 @@ constexpr std::string_view hexadecimal = R"(0[xX](?:[0-9a-fA-F]+\.?[0-9a-fA-F]*|
 constexpr std::string_view notFinite = "[iI][nN][fF](?:[iI][nN][iI][tT][yY])?|[nN][aA][nN]";
 constexpr std::string_view expression = R"(\{\{[\s\S]*\}\})";
 
-std::string joined(std::initializer_list<std::string_view> pieces) {
+std::string concatenated(std::initializer_list<std::string_view> pieces) {
     std::string text;
     for (const std::string_view piece : pieces) text += piece;
     return text;
@@ -28,7 +28,7 @@ const std::array<Convertible, 3>& convertibles() {
     static const std::array<Convertible, 3> list{{
         {ValueKind::boolean, "boolean", "true|false"},
         {ValueKind::integer, "integer", "[+-]?[0-9]+"},
-        {ValueKind::number, "number", joined({"[+-]?(?:", decimal, "|", hexadecimal, "|", notFinite, ")"})},
+        {ValueKind::number, "number", concatenated({"[+-]?(?:", decimal, "|", hexadecimal, "|", notFinite, ")"})},
     }};
     return list;
 }
@@ -107,11 +107,11 @@ JSONMembers valueDefinitions(const Language& language) {
         definitions.emplace_back(scalar.type,
                                  object({{"$comment", "Also as a string, or an expression."},
                                          {"type", list({scalar.type, "string"})},
-                                         {"pattern", joined({"^(?:", scalar.strings, "|", expression, ")$"})}}));
+                                         {"pattern", concatenated({"^(?:", scalar.strings, "|", expression, ")$"})}}));
     }
     definitions.emplace_back("expression", object({{"$comment", "Looked up in the model."},
                                                    {"type", "string"},
-                                                   {"pattern", joined({"^", expression, "$"})}}));
+                                                   {"pattern", concatenated({"^", expression, "$"})}}));
     definitions.emplace_back("leftOut", object({{"$comment", "An expression, or a scalar that counts as left out."},
                                                 {"not", object({{"type", list({"array", "object"})}})}}));
     return definitions;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/edit_distance.h"
 
 namespace tavrin {
@@ -11,12 +12,11 @@ void failUnknownKeyword(const Decoder& decoder, std::string_view type, std::span
     constexpr std::size_t longestShown = 40;
     constexpr std::size_t mostListed = 5;
     const auto quoted = [](std::string_view text) { return '"' + std::string(text) + '"'; };
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
     std::string message = word.size() <= longestShown ? quoted(word) + " is not " : "not ";
     message += std::string_view("aeiou").find(type.front()) == std::string_view::npos ? "a " : "an ";
     message += type;
     // Numbers are all alike; for words the nearest is the likely one.
-    const bool isWord = std::any_of(word.begin(), word.end(), isLetter);
+    const bool isWord = std::any_of(word.begin(), word.end(), isLetter<char>);
     if (const auto meant = isWord ? closestMatch(word, words) : std::nullopt) {
         message += "; did you mean " + quoted(*meant) + "?";
     } else if (words.size() <= mostListed) {

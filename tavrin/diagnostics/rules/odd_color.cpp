@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t rgbDigits = 6;
 constexpr std::size_t alphaDigits = 2;
 
-struct Fault {
+struct Oddness {
     Rule rule;
     std::string message;
     /// The colour as it was probably meant; empty where that is not known.
@@ -31,7 +31,7 @@ std::string inPercent(std::string_view digits) {
 }
 
 /// What is odd about a colour string as documents write it.
-std::optional<Fault> faultOf(std::string_view color) {
+std::optional<Oddness> oddnessOf(std::string_view color) {
     constexpr std::string_view decimal = "0123456789";
     constexpr std::string_view hexadecimal = "0123456789abcdefABCDEF";
     constexpr std::string_view blanks = " \t\n\v\f\r";
@@ -42,21 +42,22 @@ std::optional<Fault> faultOf(std::string_view color) {
     if (!colorFromHexString(color)) {
         const std::string meant = longColor(digits);
         const std::string hint = meant.empty() ? "" : "; did you mean " + inQuotes(meant) + "?";
-        return Fault{Rule::oddColor, inQuotes(color) + " is no colour" + hint, meant};
+        return Oddness{Rule::oddColor, inQuotes(color) + " is no colour" + hint, meant};
     }
     if (digits.size() == rgbDigits) return std::nullopt;
     if (digits.size() == rgbDigits + alphaDigits && areDigits(digits.substr(0, alphaDigits), decimal))
         return std::nullopt;
     if (digits.size() == rgbDigits + alphaDigits && areDigits(digits, hexadecimal)) {
         const std::string meant = sign + inPercent(digits);
-        return Fault{Rule::hexAlpha,
-                     "the opacity of " + inQuotes(color) +
-                         " is no number of per cent, so the colour is opaque; its alpha is written " + inQuotes(meant),
-                     meant};
+        return Oddness{Rule::hexAlpha,
+                       "the opacity of " + inQuotes(color) +
+                           " is no number of per cent, so the colour is opaque; its alpha is written " +
+                           inQuotes(meant),
+                       meant};
     }
-    return Fault{Rule::oddColor, inQuotes(color) +
-                                     " is read in part: a colour has six digits, or eight of which the "
-                                     "first two are its opacity in per cent"};
+    return Oddness{Rule::oddColor, inQuotes(color) +
+                                       " is read in part: a colour has six digits, or eight of which the "
+                                       "first two are its opacity in per cent"};
 }
 
 class ColorRule {
@@ -98,10 +99,10 @@ private:
     void judgeText(const JSONOutline& outline, JSONOutline::Index value, const std::string& text, bool isList,
                    bool mustBeReadable, TextRole role) {
         std::string whole;
-        std::optional<Fault> first;
+        std::optional<Oddness> first;
         for (std::string_view rest = text; !rest.empty() || whole.empty();) {
             const std::string_view part = isList ? rest.substr(0, rest.find('-')) : rest;
-            const std::optional<Fault> fault = faultOf(part);
+            const std::optional<Oddness> fault = oddnessOf(part);
             if (fault && !first) first = fault;
             whole.append(whole.empty() ? "" : "-").append(fault && !fault->meant.empty() ? fault->meant : part);
             if (part.size() >= rest.size()) break;

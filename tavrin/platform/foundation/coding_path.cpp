@@ -4,17 +4,16 @@
 #include <string_view>
 #include <utility>
 
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/json_writer.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
 namespace {
 
-bool isPlain(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
-}
+bool isPlain(char c) { return isLetter(c) || isDigit(c) || c == '_' || c == '-'; }
 
-std::string quoted(std::string_view key) {
+std::string inJSONQuotes(std::string_view key) {
     JSONWriter writer(JSONWriter::Style::compact);
     writer.value(key);
     return std::move(writer).text();
@@ -31,7 +30,7 @@ std::string toText(const CodingPath& path) {
         }
         const std::string& key = std::get<std::string>(step);
         if (key.empty() || !std::ranges::all_of(key, isPlain))
-            text += "[" + quoted(key) + "]";
+            text += "[" + inJSONQuotes(key) + "]";
         else
             text += (text.empty() ? "" : ".") + key;
     }

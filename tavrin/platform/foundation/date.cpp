@@ -5,14 +5,13 @@
 #include <cmath>
 #include <cstdint>
 
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin {
 namespace {
 
 using namespace std::chrono_literals;
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Takes fields off the front of an RFC 3339 text; once something is missing, `ok` stays false.
 struct Reader {

@@ -4,13 +4,13 @@
 #include <array>
 #include <cstddef>
 
+#include "tavrin/platform/foundation/ascii.h"
+
 namespace tavrin {
 namespace {
 
 /// No keyword is longer, and the cost grows with the square.
 constexpr std::size_t longestWord = 64;
-
-char lowerCase(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter; }
 
 /// Letters to add, leave out, replace or swap with their neighbour to get from `a` to `b`; both at most `longestWord`.
 std::size_t editDistance(std::string_view a, std::string_view b) {

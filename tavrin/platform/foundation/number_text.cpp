@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "tavrin/platform/foundation/ascii.h"
+
 namespace tavrin {
 namespace {
 
@@ -34,8 +36,8 @@ void appendFloat(std::string& out, Float value) {
     if (out.find('.', start) == std::string::npos) out += ".0";
 }
 
-bool equalsInAnyCase(std::string_view text, std::string_view lowerCase) {
-    return std::ranges::equal(text, lowerCase, [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
+bool equalsInAnyCase(std::string_view text, std::string_view word) {
+    return std::ranges::equal(text, word, {}, lowerCase);
 }
 
 /// Whether unsigned number text that is out of a floating point type's range is too large for it, not too small.

@@ -5,6 +5,7 @@
 
 #include <uriparser/Uri.h>
 
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/foundation/idna_library.h"
 #include "tavrin/platform/foundation/percent_encoding.h"
 #include "tavrin/platform/foundation/url_parts.h"
@@ -85,10 +86,9 @@ std::string encodedPath(std::string_view path) {
     return percentEncoded(path, [](char c) { return inPath(c) && c != ':'; });
 }
 
-std::string lowerCase(std::string_view text) {
+std::string inLowerCase(std::string_view text) {
     std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+    std::ranges::transform(lower, lower.begin(), lowerCase);
     return lower;
 }
 
@@ -112,7 +112,7 @@ URL URL::fileURL(const std::filesystem::path& path) {
     return URL("file://" + encodedPath((error ? path : absolute).string()));
 }
 
-std::string URL::scheme() const { return lowerCase(schemeOf(string()).value_or("")); }
+std::string URL::scheme() const { return inLowerCase(schemeOf(string()).value_or("")); }
 
 std::string URL::host() const {
     std::string_view host = authorityParts(urlParts(string()).authority.value_or("")).host;
@@ -127,7 +127,7 @@ bool URL::isFile() const { return scheme() == "file"; }
 bool URL::isData() const { return scheme() == "data"; }
 
 std::filesystem::path URL::filePath() const {
-    const std::string machine = lowerCase(host());
+    const std::string machine = inLowerCase(host());
     if (!isFile() || !(machine.empty() || machine == "localhost")) return {};
     std::string path = percentDecoded(urlParts(string()).path);
     if (path.find('\0') != std::string::npos) return {};

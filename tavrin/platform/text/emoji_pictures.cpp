@@ -11,7 +11,7 @@
 namespace tavrin::text {
 namespace {
 
-constexpr std::size_t mostBytes = 8U << 20;
+constexpr std::size_t mostPictureBytes = 8U << 20;
 
 struct PngReader {
     const char* rest;
@@ -85,7 +85,7 @@ cairo_surface_t* EmojiPictures::scaled(FontId font, std::uint32_t glyph, int wid
 }
 
 cairo_surface_t* EmojiPictures::keep(const Key& key, Picture picture) {
-    if (bytes_ > mostBytes) {
+    if (bytes_ > mostPictureBytes) {
         pictures_.clear();
         bytes_ = 0;
     }

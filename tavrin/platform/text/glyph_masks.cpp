@@ -7,7 +7,7 @@
 namespace tavrin::text {
 namespace {
 
-constexpr std::size_t mostBytes = 8U << 20;
+constexpr std::size_t mostMaskBytes = 8U << 20;
 constexpr int subpixels = 64;  // of FreeType's coordinates
 
 int floorPixel(FT_Pos position) { return static_cast<int>(position >> 6); }
@@ -70,7 +70,7 @@ SizedMasks& GlyphMasks::sized(FontId font, double pixelsPerEm) {
 }
 
 void GlyphMasks::trim() {
-    if (bytes_ <= mostBytes) return;
+    if (bytes_ <= mostMaskBytes) return;
     sizes_.clear();
     bytes_ = 0;
 }

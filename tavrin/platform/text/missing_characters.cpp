@@ -9,11 +9,11 @@
 namespace tavrin::text {
 namespace {
 
-constexpr std::uint32_t box = 0;  // the glyph that every font has for what it lacks
+constexpr std::uint32_t missingGlyph = 0;  // the glyph that every font has for what it lacks
 
 bool hasBox(const ShapedText& text, const Unit& unit) {
     const auto first = text.glyphs.begin() + unit.glyph;
-    return std::any_of(first, first + unit.glyphCount, [](const Glyph& glyph) { return glyph.id == box; });
+    return std::any_of(first, first + unit.glyphCount, [](const Glyph& glyph) { return glyph.id == missingGlyph; });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tavrin/platform/foundation/ascii.h"
 #include "tavrin/platform/text/font_metrics.h"
 
 namespace tavrin::text {
@@ -26,8 +27,6 @@ bool isWhite(char32_t c) {
 
 /// The blank between words, also where it keeps them together.
 bool isWordBlank(char32_t c) { return c == ' ' || c == 0xA0; }
-
-bool isDigit(char32_t c) { return c >= '0' && c <= '9'; }
 
 std::uint32_t utf8Length(char32_t c) { return c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4; }
 
