@@ -9,11 +9,26 @@ FUZZ_SECONDS ?= 60
 help: ## this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-15s %s\n", $$1, $$2 }' Makefile
 
-setup: ## install the Debian packages that are missing
-	@scripts/setup.sh
+setup: ## install the Debian packages of everything below
+	@scripts/setup.sh program tests checks
 
-# A folder is configured once; after that the build itself notices what has to be configured again.
-build/%/build.ninja: | setup
+# What a target needs is set up when it is first asked for.
+.PHONY: setup-program setup-tests setup-checks
+setup-program:
+	@scripts/setup.sh program
+setup-tests:
+	@scripts/setup.sh program tests
+setup-checks:
+	@scripts/setup.sh program tests checks
+
+# A folder is configured once; after that the build itself notices what has to be configured again. The program is
+# configured alone as long as nobody has asked for its tests.
+build/release/build.ninja: | setup-program
+	cmake --preset release -D TAVRIN_TESTS=OFF -D TAVRIN_BENCH=OFF
+build/release/with-tests: | setup-tests
+	cmake --preset release
+	@touch $@
+build/%/build.ninja: | setup-checks
 	cmake --preset $*
 
 build: build/release/build.ninja ## the program, build/release/tavrin
@@ -22,18 +37,18 @@ build: build/release/build.ninja ## the program, build/release/tavrin
 demo: build ## render every example into out/, with a page that shows them
 	@scripts/demo.py build/release/tavrin
 
-test: build/release/build.ninja ## build everything and run all tests
+test: build/release/with-tests ## build everything and run all tests
 	cmake --build --preset release
 	ctest --preset release --parallel $(JOBS)
 
-bench: build/release/build.ninja ## run the benchmarks
+bench: build/release/with-tests ## run the benchmarks
 	cmake --build --preset release --target tavrin_bench
 	build/release/bench/tavrin_bench
 
-bench/peers/node_modules/.package-lock.json: bench/peers/package-lock.json | setup
+bench/peers/node_modules/.package-lock.json: bench/peers/package-lock.json | setup-tests
 	cd bench/peers && npm ci
 
-bench-peers: build/release/build.ninja bench/peers/node_modules/.package-lock.json ## one scene against two npm packages
+bench-peers: build/release/with-tests bench/peers/node_modules/.package-lock.json ## one scene against two npm packages
 	cmake --build --preset release --target tavrin_program tavrin_peer_bench
 	bench/peers/compare.py build/release out/peers
 
@@ -42,14 +57,14 @@ lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 	scripts/check_includes.py
 	scripts/tidy.py build/lint
 
-format: setup ## format every source in place
+format: setup-checks ## format every source in place
 	scripts/format.sh -i
 
 docs: build ## rewrite what is generated in docs: the reference, the outputs of the guide
 	scripts/make_reference.py build/release/tavrin
 	scripts/run_guide.py build/release/tavrin
 
-update-goldens: build/release/build.ninja ## rewrite the expected pictures and texts; review the difference
+update-goldens: build/release/with-tests ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release
 	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex Golden
 	scripts/demo.py build/release/tavrin

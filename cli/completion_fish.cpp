@@ -4,7 +4,7 @@
 namespace tavrin::cli {
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string inFishQuotes(std::string_view text) {
     std::string safe = "'";
     for (const char c : text) {
         if (c == '\'' || c == '\\') safe += '\\';
@@ -17,7 +17,7 @@ std::string quoted(std::string_view text) {
 std::string value(const OptionInfo& option) {
     if (option.value.empty()) return "";
     switch (option.completes) {
-        case Completes::words: return " -x -a " + quoted(joined(option.words));
+        case Completes::words: return " -x -a " + inFishQuotes(joined(option.words));
         case Completes::file: return " -r -F";
         case Completes::folder: return " -x -a '(__fish_complete_directories)'";
         case Completes::nothing: break;
@@ -29,13 +29,13 @@ std::string seen(const std::string& verbNames) {
     return "complete -c tavrin -n '__fish_seen_subcommand_from " + verbNames + "'";
 }
 
-std::string line(const OptionInfo& option) {
+std::string completeLine(const OptionInfo& option) {
     std::vector<std::string> takers;
     for (std::size_t verb = 0; verb < verbs().size(); ++verb)
         if (option.takers.contains(static_cast<Verb>(verb))) takers.emplace_back(verbs()[verb].name);
     const std::string shortName = option.shortName.empty() ? "" : " -s " + std::string(option.shortName.substr(1));
     return seen(joined(takers)) + shortName + " -l " + std::string(option.name.substr(2)) + value(option) + " -d " +
-           quoted(option.help) + "\n";
+           inFishQuotes(option.help) + "\n";
 }
 
 }  // namespace
@@ -48,12 +48,12 @@ std::string fishCompletion() {
         "complete -c tavrin -s h -l help -d 'Print help'\n";
     for (const VerbInfo& verb : verbs())
         script += "complete -c tavrin -n __fish_use_subcommand -a " + std::string(verb.name) + " -d " +
-                  quoted(verb.summary) + "\n";
-    for (const OptionInfo& option : options()) script += line(option);
+                  inFishQuotes(verb.summary) + "\n";
+    for (const OptionInfo& option : options()) script += completeLine(option);
     script += seen("schema") + " -f\n";
     const auto names = verbNames();
-    script += seen("help") + " -f -a " + quoted(joined({names.begin(), names.end()})) + "\n";
-    return script + seen("completion") + " -f -a " + quoted(joined({shells.begin(), shells.end()})) + "\n";
+    script += seen("help") + " -f -a " + inFishQuotes(joined({names.begin(), names.end()})) + "\n";
+    return script + seen("completion") + " -f -a " + inFishQuotes(joined({shells.begin(), shells.end()})) + "\n";
 }
 
 }  // namespace tavrin::cli

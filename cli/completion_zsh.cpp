@@ -29,7 +29,7 @@ std::string action(const OptionInfo& option) {
 }
 
 /// The line of `_arguments` for one option.
-std::string line(const OptionInfo& option) {
+std::string argumentLine(const OptionInfo& option) {
     const std::string help = "[" + escaped(option.help) + "]";
     const std::string value = option.value.empty() ? "" : ":" + escaped(option.value) + ":" + action(option);
     const std::string name(option.name);
@@ -43,7 +43,7 @@ std::string branch(Verb verb) {
     const std::string name(verbs()[static_cast<std::size_t>(verb)].name);
     std::string text = "            " + name + ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
     for (const OptionInfo& option : options())
-        if (option.takers.contains(verb)) text += line(option);
+        if (option.takers.contains(verb)) text += argumentLine(option);
     if (verb == Verb::schema) return text + "\n                ;;\n";
     const auto names = verbNames();
     const std::string operand = verb == Verb::help         ? "1:verb:(" + joined({names.begin(), names.end()}) + ")"

@@ -24,7 +24,7 @@ bool alwaysNamesFile(const Failure& failure) {
     return failure.type == "IOError" || failure.type == "SnapshotDifference" || failure.type == "Diagnostic";
 }
 
-void writeFile(JSONWriter& writer, const Failure& failure, bool withFile) {
+void writePlace(JSONWriter& writer, const Failure& failure, bool withFile) {
     if (failure.file.empty() || !(failure.place || withFile || alwaysNamesFile(failure))) return;
     writer.key("file").value(failure.file);
     if (!failure.place) return;
@@ -44,7 +44,7 @@ std::string toJSONLine(const Failure& failure, bool withFile) {
     if (failure.codingPath) write(writer, *failure.codingPath);
     if (failure.key) writer.key("key").value(*failure.key);
     writer.key("message").value(failure.message);
-    writeFile(writer, failure, withFile);
+    writePlace(writer, failure, withFile);
     writer.endObject().endObject();
     return std::move(writer).text() + "\n";
 }

@@ -14,7 +14,7 @@ namespace tavrin::cli {
 namespace {
 
 /// All numbered frames of one span wait in memory until the last is drawn.
-constexpr std::uint64_t maximumBytes = 0x7FFFFFFF;
+constexpr std::uint64_t maximumFileBytes = 0x7FFFFFFF;
 
 void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompression compression, Outcome& outcome,
                   const std::function<void()>& advance) {
@@ -27,8 +27,8 @@ void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompres
             outcome.frames.push_back(std::make_shared<const std::string>(paint::encodePng(*picture, compression)));
             bytes += outcome.frames.back()->size();
         }
-        if (bytes > maximumBytes)
-            throw TavrinError("Render", "the frames take more than " + std::to_string(maximumBytes) + " bytes");
+        if (bytes > maximumFileBytes)
+            throw TavrinError("Render", "the frames take more than " + std::to_string(maximumFileBytes) + " bytes");
         advance();
     });
 }

@@ -13,7 +13,7 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr std::size_t maximumBytes = std::size_t{256} << 20;
+constexpr std::size_t maximumInputBytes = std::size_t{256} << 20;
 constexpr std::size_t firstBytes = std::size_t{64} << 10;
 
 std::string failureText(const std::string& path) {
@@ -31,7 +31,7 @@ std::size_t expectedBytes(int descriptor, const std::string& path) {
     if (S_ISDIR(status.st_mode)) throw IOError(failureText(path), EISDIR, displayName(path));
     if (!S_ISREG(status.st_mode)) return firstBytes;
     const auto size = static_cast<std::size_t>(status.st_size);
-    if (size > maximumBytes) failTooLarge(path);
+    if (size > maximumInputBytes) failTooLarge(path);
     return size + 1;
 }
 
@@ -39,13 +39,13 @@ std::string readAll(int descriptor, const std::string& path) {
     std::string text(expectedBytes(descriptor, path), '\0');
     std::size_t size = 0;
     for (;;) {
-        if (size == text.size()) text.resize(std::min(2 * size, maximumBytes + 1));
+        if (size == text.size()) text.resize(std::min(2 * size, maximumInputBytes + 1));
         const ssize_t count = ::read(descriptor, text.data() + size, text.size() - size);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw IOError(failureText(path), errno, displayName(path));
         if (count == 0) break;
         size += static_cast<std::size_t>(count);
-        if (size > maximumBytes) failTooLarge(path);
+        if (size > maximumInputBytes) failTooLarge(path);
     }
     text.resize(size);
     return text;

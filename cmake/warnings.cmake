@@ -5,8 +5,8 @@ target_compile_options(
   INTERFACE -Wall
             -Wextra
             -Wpedantic
-            # A constructor's parameter may have its member's name.
-            $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>
+            # A constructor's parameter may have its member's name, and a variable one of another source.
+            $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,$<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow>>
             -Wconversion
             -Wsign-conversion
             -Wnon-virtual-dtor

@@ -18,6 +18,7 @@
 
 #include "cli/io_error.h"
 #include "cli/preview/http_session.h"
+#include "cli/preview/http_status.h"
 #include "cli/preview/request_guard.h"
 #include "tavrin/platform/foundation/number_text.h"
 
@@ -31,16 +32,15 @@ constexpr std::size_t maximumSessions = 64;
 constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
 constexpr std::size_t handlerThreads = 4;
-constexpr unsigned internalError = 500;
 
 HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler, std::uint16_t port) {
     try {
         if (auto refused = refusal(request, port)) return std::move(*refused);
         return handler(request);
     } catch (const std::exception& error) {
-        return HTTPResponse::failure(internalError, error.what());
+        return HTTPResponse::failure(http_status::internalError, error.what());
     } catch (...) {
-        return HTTPResponse::failure(internalError, "an unknown error");
+        return HTTPResponse::failure(http_status::internalError, "an unknown error");
     }
 }
 

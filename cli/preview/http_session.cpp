@@ -9,6 +9,7 @@
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
 
+#include "cli/preview/http_status.h"
 #include "cli/preview/response_headers.h"
 #include "tavrin/platform/foundation/percent_encoding.h"
 
@@ -26,8 +27,6 @@ constexpr std::chrono::seconds headPatience{5};
 constexpr std::chrono::seconds bodyPatience{30};  // also for answers: the port may be forwarded over a slow line
 constexpr std::chrono::seconds betweenRequests{30};
 constexpr std::size_t maximumUnsent = 256;
-constexpr unsigned tooLarge = 413;
-constexpr unsigned badRequest = 400;
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
 
@@ -93,14 +92,15 @@ void HTTPSession::take() {
     const auto& message = parser_->get();
     goesOn_ = message.keep_alive();
     isHead_ = message.method() == http::verb::head;
-    if (message.count(http::field::host) > 1) return refuse(badRequest, "a request names one Host");
+    if (message.count(http::field::host) > 1) return refuse(http_status::badRequest, "a request names one Host");
     host_.handle(shared_from_this(), requestOf(parser_->release()));
 }
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
     if (!isAboutMessage(error)) return close();
     const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
-    refuse(isTooLarge ? tooLarge : badRequest, isTooLarge ? "the request is too large" : "this is no HTTP request");
+    refuse(isTooLarge ? http_status::tooLarge : http_status::badRequest,
+           isTooLarge ? "the request is too large" : "this is no HTTP request");
 }
 
 void HTTPSession::refuse(unsigned status, std::string_view message) {

@@ -10,6 +10,7 @@
 #include "cli/io_error.h"
 #include "cli/output.h"
 #include "cli/preview/folder_error.h"
+#include "cli/preview/http_status.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/number_text.h"
 #include "tavrin/platform/foundation/utf8.h"
@@ -18,11 +19,6 @@ namespace tavrin::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr unsigned forbidden = 403;
-constexpr unsigned notFound = 404;
-constexpr unsigned conflict = 409;
-constexpr unsigned tooLarge = 413;
 
 std::string quoted(const std::string& path) { return "'" + printable(path) + "'"; }
 
@@ -39,8 +35,8 @@ std::string revisionOf(const struct stat& status) {
 
 struct stat statusOf(const fs::path& file, const std::string& path) {
     struct stat status {};
-    if (::stat(file.c_str(), &status) != 0) throw FolderError(notFound, "there is no " + quoted(path));
-    if (!S_ISREG(status.st_mode)) throw FolderError(forbidden, quoted(path) + " is no plain file");
+    if (::stat(file.c_str(), &status) != 0) throw FolderError(http_status::notFound, "there is no " + quoted(path));
+    if (!S_ISREG(status.st_mode)) throw FolderError(http_status::forbidden, quoted(path) + " is no plain file");
     return status;
 }
 
@@ -67,11 +63,11 @@ ProjectFolder::ProjectFolder(const fs::path& folder) {
 }
 
 fs::path ProjectFolder::inside(const std::string& path) const {
-    if (!leadsDown(path)) throw FolderError(forbidden, quoted(path) + " is no path in the folder");
+    if (!leadsDown(path)) throw FolderError(http_status::forbidden, quoted(path) + " is no path in the folder");
     std::error_code error;
     fs::path real = fs::canonical(root_ / path, error);
-    if (error) throw FolderError(notFound, "there is no " + quoted(path));
-    if (!standsIn(real, root_)) throw FolderError(forbidden, quoted(path) + " leads out of the folder");
+    if (error) throw FolderError(http_status::notFound, "there is no " + quoted(path));
+    if (!standsIn(real, root_)) throw FolderError(http_status::forbidden, quoted(path) + " leads out of the folder");
     return real;
 }
 
@@ -98,22 +94,23 @@ std::vector<ProjectFile> ProjectFolder::files() const {
 
 ProjectText ProjectFolder::read(const std::string& path) const {
     const fs::path file = inside(path);
-    if (file.extension() != ".json") throw FolderError(forbidden, quoted(path) + " is no JSON file");
+    if (file.extension() != ".json") throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
     const struct stat status = statusOf(file, path);
     if (static_cast<std::size_t>(status.st_size) > maximumBytes)
-        throw FolderError(tooLarge, quoted(path) + " is larger than 8 MiB");
+        throw FolderError(http_status::tooLarge, quoted(path) + " is larger than 8 MiB");
     FileContents contents = readFile(file, maximumBytes);
-    if (!contents.error.empty()) throw FolderError(notFound, contents.error);
+    if (!contents.error.empty()) throw FolderError(http_status::notFound, contents.error);
     if (isValidUtf8(contents.bytes)) return {std::move(contents.bytes), revisionOf(status)};
     return {sanitizedUtf8(contents.bytes), revisionOf(status), false};
 }
 
 std::string ProjectFolder::save(const std::string& path, std::string_view text, const std::string& revision) {
-    if (text.size() > maximumBytes) throw FolderError(tooLarge, "a text of more than 8 MiB is not saved");
+    if (text.size() > maximumBytes) throw FolderError(http_status::tooLarge, "a text of more than 8 MiB is not saved");
     const std::lock_guard lock(saving_);
     const ProjectText present = read(path);
-    if (present.revision != revision) throw FolderError(conflict, quoted(path) + " has changed on disk meanwhile");
-    if (!present.isUtf8) throw FolderError(conflict, quoted(path) + " is not UTF-8 and was left as it is");
+    if (present.revision != revision)
+        throw FolderError(http_status::conflict, quoted(path) + " has changed on disk meanwhile");
+    if (!present.isUtf8) throw FolderError(http_status::conflict, quoted(path) + " is not UTF-8 and was left as it is");
     const fs::path file = inside(path);
     writeFile(file, text);
     return revisionOf(statusOf(file, path));

@@ -2,14 +2,11 @@
 
 #include <string>
 
+#include "cli/preview/http_status.h"
 #include "tavrin/platform/foundation/number_text.h"
 
 namespace tavrin::cli {
 namespace {
-
-constexpr unsigned forbidden = 403;
-constexpr unsigned misdirected = 421;
-constexpr unsigned wrongType = 415;
 
 bool isOwnHost(const std::string& host, std::uint16_t port) {
     constexpr std::uint16_t usualPort = 80;  // which browsers leave out
@@ -28,11 +25,12 @@ bool comesFromElsewhere(const HTTPRequest& request) {
 }  // namespace
 
 std::optional<HTTPResponse> refusal(const HTTPRequest& request, std::uint16_t port) {
-    if (!isOwnHost(request.host, port)) return HTTPResponse::failure(misdirected, "this server has another name");
+    if (!isOwnHost(request.host, port))
+        return HTTPResponse::failure(http_status::misdirected, "this server has another name");
     if (comesFromElsewhere(request))
-        return HTTPResponse::failure(forbidden, "only the preview's own page may ask this");
+        return HTTPResponse::failure(http_status::forbidden, "only the preview's own page may ask this");
     if (request.method == "POST" && !request.contentType.starts_with("application/json"))
-        return HTTPResponse::failure(wrongType, "what is posted must be application/json");
+        return HTTPResponse::failure(http_status::wrongType, "what is posted must be application/json");
     return std::nullopt;
 }
 

@@ -7,6 +7,7 @@
 #include "cli/preview/checking.h"
 #include "cli/preview/drawing_messages.h"
 #include "cli/preview/folder_error.h"
+#include "cli/preview/http_status.h"
 #include "cli/preview/page.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"
@@ -15,13 +16,8 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr unsigned badRequest = 400;
-constexpr unsigned notFound = 404;
-constexpr unsigned wrongMethod = 405;
-constexpr unsigned internalError = 500;
-
 HTTPResponse notAllowed(std::string_view method) {
-    HTTPResponse response = HTTPResponse::failure(wrongMethod, "this is asked by " + std::string(method));
+    HTTPResponse response = HTTPResponse::failure(http_status::wrongMethod, "this is asked by " + std::string(method));
     response.allow = method == "GET" ? "GET, HEAD" : method;
     return response;
 }
@@ -54,13 +50,13 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
             if (route.method != request.method) return notAllowed(route.method);
             return (this->*route.answer)(request);
         }
-        return HTTPResponse::failure(notFound, "there is nothing here");
+        return HTTPResponse::failure(http_status::notFound, "there is nothing here");
     } catch (const FolderError& error) {
         return HTTPResponse::failure(error.status, error.what());
     } catch (const RequestError& error) {
-        return HTTPResponse::failure(badRequest, error.what());
+        return HTTPResponse::failure(http_status::badRequest, error.what());
     } catch (const IOError& error) {
-        return HTTPResponse::failure(internalError, error.what());
+        return HTTPResponse::failure(http_status::internalError, error.what());
     }
 }
 

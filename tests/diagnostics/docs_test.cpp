@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -17,7 +18,7 @@ using ::testing::EndsWith;
 using ::testing::Not;
 
 std::string page() {
-    std::ifstream file(std::string(TAVRIN_SOURCE_DIR) + "/docs/diagnostics.md");
+    std::ifstream file(std::filesystem::path(TAVRIN_SOURCE_DIR) / "docs/diagnostics.md");
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
