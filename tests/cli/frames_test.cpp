@@ -13,8 +13,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-constexpr std::string_view pngStart = "\x89PNG\r\n\x1a\n";
-
 /// A document with a timer.
 constexpr std::string_view countdown =
     R"({"version": "1.0", "nodes": {"main": {"type": "timer", "timestamp": 1772358016}}})";

@@ -63,6 +63,9 @@ inline constexpr std::string_view hello =
 inline constexpr std::string_view broken =
     "{\n  \"version\": \"1.0\",\n  \"nodes\": {\n\t\"main\": {\"type\": \"text\", \"content\": 1.5e}\n  }\n}\n";
 
+/// What every PNG file starts with.
+inline constexpr std::string_view pngStart = "\x89PNG\r\n\x1a\n";
+
 /// The member of the error object that the program printed as the last line; null where there is none.
 [[nodiscard]] JSON errorMember(const Finished& finished, std::string_view key);
 [[nodiscard]] std::string errorText(const Finished& finished, std::string_view key);

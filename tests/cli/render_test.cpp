@@ -15,7 +15,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-constexpr std::string_view pngStart = "\x89PNG\r\n\x1a\n";
 constexpr std::string_view pngEnd = "IEND\xAE\x42\x60\x82";
 
 bool isWholePng(std::string_view bytes) { return bytes.starts_with(pngStart) && bytes.ends_with(pngEnd); }

@@ -10,11 +10,6 @@
 namespace tavrin {
 namespace {
 
-constexpr std::uint32_t white = 0xFFFFFFFF;
-constexpr std::uint32_t black = 0xFF000000;
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t green = 0xFF00FF00;
-constexpr std::uint32_t blue = 0xFF0000FF;
 /// Red at half opacity over white.
 constexpr std::uint32_t pink = 0xFFFF7F7F;
 

@@ -12,6 +12,14 @@
 
 namespace tavrin {
 
+// Pixels as they are in pictures.
+inline constexpr std::uint32_t white = 0xFFFFFFFF;
+inline constexpr std::uint32_t black = 0xFF000000;
+inline constexpr std::uint32_t red = 0xFFFF0000;
+inline constexpr std::uint32_t green = 0xFF00FF00;
+inline constexpr std::uint32_t blue = 0xFF0000FF;
+inline constexpr std::uint32_t systemBlue = 0xFF0088FF;
+
 /// How a document is drawn; white lies behind.
 struct Page {
     Size size = {100, 60};

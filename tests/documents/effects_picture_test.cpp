@@ -6,9 +6,6 @@
 namespace tavrin {
 namespace {
 
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t white = 0xFFFFFFFF;
-
 /// A red box of some size in the middle of a page of 100 x 60, with modifiers behind its frame.
 std::string box(double width, double height, std::string_view modifiers) {
     return color("#FF0000", frame(width, height) + (modifiers.empty() ? "" : ", ") + std::string(modifiers));

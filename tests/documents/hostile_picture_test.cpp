@@ -8,9 +8,6 @@
 namespace tavrin {
 namespace {
 
-constexpr std::uint32_t white = 0xFFFFFFFF;
-constexpr std::uint32_t red = 0xFFFF0000;
-
 constexpr const char* numbers[] = {"0",   "-0.0", "-1",   "-1e30", "0.001",   "1e-30",    "1e6",
                                    "2e9", "1e30", "3e38", "1e300", "\"inf\"", "\"-inf\"", "\"nan\""};
 

@@ -10,11 +10,6 @@
 namespace tavrin {
 namespace {
 
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t green = 0xFF00FF00;
-constexpr std::uint32_t white = 0xFFFFFFFF;
-constexpr std::uint32_t black = 0xFF000000;
-constexpr std::uint32_t blue = 0xFF0088FF;
 constexpr std::uint32_t gray = 0xFF8E8E93;
 
 const std::string redAndGreen = R"("color": {"value": "#FF0000"}, "background": {"value": "#00FF00"})";
@@ -104,16 +99,16 @@ TEST(ProgressPicture, ColoursAreBlueOnGrayUnlessPlainOrGradients) {
     const auto ring = [&](const std::string& members) {
         return drawn(progress("circular", "0.5", R"("lineWidth": 8)" + members), page);
     };
-    expectSamples(ring(""), page, {onRing(3, blue), onRing(9, gray)});
+    expectSamples(ring(""), page, {onRing(3, systemBlue), onRing(9, gray)});
     const std::string faded = R"({"value": "#FF0000", "modifiers": [{"type": "opacity", "opacity": 0.5}]})";
     expectSamples(ring(R"(, "color": )" + faded + R"(, "background": )" + faded), page,
-                  {onRing(3, blue), onRing(9, gray)});
+                  {onRing(3, systemBlue), onRing(9, gray)});
     // The gradient lies over the arc's bounds and is turned with it: what was at its leading edge is at the top.
     const PixelBuffer ramp =
         ring(R"(, "color": {"value": "#FF0000-#0000FF", "gradient": true, "start": "leading", "end": "trailing"})");
     const auto shade = [&](double hour) { return at(ramp, page, onRing(hour, 0).x, onRing(hour, 0).y); };
     EXPECT_GT(channel(shade(5.5), 16), 230) << "red below";
-    EXPECT_GT(channel(shade(0.5), 0), 230) << "blue above";
+    EXPECT_GT(channel(shade(0.5), 0), 230) << "systemBlue above";
     EXPECT_LE(distance(shade(3), 0xFF8C53A2), 4) << "both halfway: " << std::hex << shade(3);
 }
 

@@ -8,6 +8,7 @@
 #include "tavrin/dsl/render_state.h"
 #include "tavrin/engine/json_decoder.h"
 #include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/nodes/color_string.h"
 
 // What the tests of the document language share: decoding and drawing from JSON text, and failures as one line.
 
@@ -33,6 +34,8 @@ inline AnyView rendered(std::string_view document, std::optional<std::string_vie
 inline AnyView renderedNode(std::string_view main, std::optional<std::string_view> model = std::nullopt) {
     return rendered(documentOf(main), model);
 }
+
+inline Color hex(std::string_view text) { return colorFromHexString(text).value(); }
 
 /// What `action` throws, as one line: "typeMismatch at nodes.main: expected …", "RefNode: …"; empty when nothing.
 template <class Action>

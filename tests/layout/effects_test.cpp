@@ -5,12 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/layout/laid_out.h"
+
 namespace tavrin::layout {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr Rect frame{{10, 20}, {40, 10}};
 
 void expectNear(Point a, Point b) {

@@ -6,8 +6,6 @@
 namespace tavrin::layout {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
 GeometryReader reader(const AnyView& content) {
     return {[content](const GeometryProxy&) { return content; }};
 }

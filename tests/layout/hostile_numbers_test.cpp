@@ -42,7 +42,6 @@ public:
     }
 
     double length() {
-        constexpr double infinity = std::numeric_limits<double>::infinity();
         constexpr double lengths[] = {std::numeric_limits<double>::quiet_NaN(),
                                       infinity,
                                       -infinity,

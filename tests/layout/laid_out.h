@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <iomanip>
+#include <limits>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -27,6 +28,10 @@ inline void PrintTo(const Rect& rect, std::ostream* out) {
 namespace tavrin::layout {
 
 inline constexpr Size mediumWidget{338, 158};
+inline constexpr double infinity = std::numeric_limits<double>::infinity();
+inline constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+/// A dimension that is not proposed or not given.
+inline constexpr std::nullopt_t absent = std::nullopt;
 
 inline LayoutTree laidOut(const AnyView& root, Size widget = mediumWidget, const EnvironmentValues& environment = {}) {
     return layOut(root, widget, environment, text::TextEngine::ofThisThread());

@@ -6,10 +6,6 @@
 namespace tavrin::layout {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
-constexpr std::nullopt_t absent = std::nullopt;
-
 TEST(Leaves, ShapesAnswer) {
     const struct {
         const char* why;

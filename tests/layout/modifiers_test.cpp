@@ -6,10 +6,6 @@
 namespace tavrin::layout {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
-constexpr std::nullopt_t absent = std::nullopt;
-
 TEST(Modifiers, FixedFrames) {
     expectFrames({
         {"centred in the widget", framed(100, 50), {{119, 54, 100, 50}, {119, 54, 100, 50}}},

@@ -6,9 +6,6 @@
 namespace tavrin::layout {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
-
 TEST(Stacks, ShareTheirRoom) {
     expectFrames({
         {"equally among equals",

@@ -21,7 +21,7 @@ AnyView hand(double period) {
     return ClockHandRotationEffect{.period = ClockHandPeriod::custom(period), .content = framed(2, 20)};
 }
 
-AnyView stackOf(ViewList children) { return VStack{.children = std::move(children)}; }
+AnyView columnOf(ViewList children) { return VStack{.children = std::move(children)}; }
 AnyView rowOf(ViewList children) { return HStack{.children = std::move(children)}; }
 
 /// Asks what it holds for its own size.
@@ -71,8 +71,8 @@ TEST(TimedLayout, LaysOutOnlyWhatMayHaveAnotherSize) {
         {"a clock hand turns", hand(60), {0, 1, 2, 2.5}, 1, {true, true, true, true}},
         {"a clock hand comes round", hand(60), {0, 60, 120}, 1, {true, false, false}},
         {"a clock hand that stands still", hand(0), {0, 1}, 1, {true, false}},
-        {"even digits", stackOf({timer(600), Rectangle{}}), {0, 1, 2}, 1, {true, true, true}},
-        {"parts of a second", stackOf({timer(600)}), {0, 0.25, 0.5, 1, 1.25}, 1, {true, false, false, true, false}},
+        {"even digits", columnOf({timer(600), Rectangle{}}), {0, 1, 2}, 1, {true, true, true}},
+        {"parts of a second", columnOf({timer(600)}), {0, 0.25, 0.5, 1, 1.25}, 1, {true, false, false, true, false}},
         {"from 1:00:00 to 59:59",
          ideal(rowOf({timer(3602), Rectangle{}})),
          {0, 1, 2, 3, 4},
@@ -93,8 +93,8 @@ TEST(TimedLayout, LaysOutOnlyWhatMayHaveAnotherSize) {
          {0, 1, 2},
          1,
          {true, true, true}},
-        {"back in time", stackOf({timer(600)}), {5, 0, 5}, 1, {true, true, true}},
-        {"the same moment", stackOf({timer(600)}), {0, 0}, 1, {true, false}},
+        {"back in time", columnOf({timer(600)}), {5, 0, 5}, 1, {true, true, true}},
+        {"the same moment", columnOf({timer(600)}), {0, 0}, 1, {true, false}},
         {"a body that may read the date", Today{}, {1, 2, 3}, 3, {true, true, true}},
         {"a progress view, which does not",
          ProgressView<PlainStyle>{.value = 0.5, .style = {}},

@@ -7,7 +7,6 @@
 namespace tavrin::layout {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
 const AnyView spacer = Spacer{};
 const AnyView box = Rectangle{};
 

@@ -4,21 +4,14 @@
 
 #include "tavrin/nodes/color_string.h"
 #include "tavrin/platform/ui/view_modifiers.h"
-#include "tests/dsl/rendered.h"
+#include "tests/modifiers/modified.h"
 
 namespace tavrin {
 namespace {
 
-/// A spacer with one modifier, drawn with or without a model.
-AnyView modified(std::string_view modifier, std::optional<std::string_view> model = std::nullopt) {
-    return renderedNode("{\"type\": \"spacer\", \"modifiers\": [" + std::string(modifier) + "]}", model);
-}
-
 std::string failure(std::string_view modifier, std::optional<std::string_view> model = std::nullopt) {
     return failureOf([&] { return modified(modifier, model); });
 }
-
-Color hex(std::string_view text) { return colorFromHexString(text).value(); }
 
 constexpr const char* gradientNode =
     R"({"type": "color", "gradient": true, "start": "top", "end": "bottom", "value": "#FF0000-#0000FF"})";

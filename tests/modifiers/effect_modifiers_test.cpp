@@ -9,18 +9,10 @@
 #include "tavrin/modifiers/scale_effect_modifier.h"
 #include "tavrin/modifiers/widget_url_modifier.h"
 #include "tavrin/platform/ui/view_modifiers.h"
-#include "tests/dsl/rendered.h"
+#include "tests/modifiers/modified.h"
 
 namespace tavrin {
 namespace {
-
-std::string spacerWith(std::string_view modifiers) {
-    return documentOf("{\"type\": \"spacer\", \"modifiers\": [" + std::string(modifiers) + "]}");
-}
-
-AnyView modified(std::string_view modifier, std::optional<std::string_view> model = std::nullopt) {
-    return rendered(spacerWith(modifier), model);
-}
 
 TEST(EffectModifiers, DeclareTheVersionThatBroughtThem) {
     EXPECT_EQ(ScaleEffectModifier::version, DSLVersion::v1_2);

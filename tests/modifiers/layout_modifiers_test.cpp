@@ -7,15 +7,10 @@
 #include "tavrin/modifiers/padding_modifier.h"
 #include "tavrin/modifiers/z_index_modifier.h"
 #include "tavrin/platform/ui/view_modifiers.h"
-#include "tests/dsl/rendered.h"
+#include "tests/modifiers/modified.h"
 
 namespace tavrin {
 namespace {
-
-/// A spacer with one modifier, drawn with or without a model.
-AnyView modified(std::string_view modifier, std::optional<std::string_view> model = std::nullopt) {
-    return renderedNode("{\"type\": \"spacer\", \"modifiers\": [" + std::string(modifier) + "]}", model);
-}
 
 TEST(FrameModifier, AppliesBothFrames) {
     const AnyView view = modified(R"({"type": "frame", "width": 100})");

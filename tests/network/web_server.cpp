@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_literals;
 
-const std::string picture =
+const std::string servedPicture =
     "\x89\x50\x4E\x47\x0D\x0A\x1A\x0A\x00\x00\x00\x0D\x49\x48\x44\x52\x00\x00\x00\x08\x00\x00\x00\x04"
     "\x08\x02\x00\x00\x00\x3C\xAF\xE9\xA7\x00\x00\x00\x11\x49\x44\x41\x54\x78\xDA\x63\xF8\x3F\x95\x01"
     "\x2B\x62\xA0\x9E\x04\x00\xFD\xCB\x32\x81\x5A\xC0\x16\xBD\x00\x00\x00\x00\x49\x45\x4E\x44\xAE\x42"
@@ -36,7 +36,7 @@ std::string head(std::string_view status, std::size_t length, const std::string&
 }
 
 bool sendPicture(int connection, std::string_view status = "200 OK") {
-    return send(connection, head(status, picture.size()) + picture);
+    return send(connection, head(status, servedPicture.size()) + servedPicture);
 }
 
 bool redirect(int connection, const std::string& target) {
@@ -64,7 +64,7 @@ int number(std::string_view text) {
 
 }  // namespace
 
-std::string_view smallPicture() { return picture; }
+std::string_view smallPicture() { return servedPicture; }
 
 void useNoProxy() { ::setenv("no_proxy", "*", 1); }
 
@@ -166,13 +166,13 @@ bool WebServer::misbehave(int connection, std::string_view kind, std::string_vie
         return sendPicture(connection);
     }
     if (kind == "stall") {
-        const std::size_t half = picture.size() / 2;
-        send(connection, head("200 OK", picture.size()) + picture.substr(0, half));
+        const std::size_t half = servedPicture.size() / 2;
+        send(connection, head("200 OK", servedPicture.size()) + servedPicture.substr(0, half));
         sleep(number(rest));
-        return send(connection, picture.substr(half));
+        return send(connection, servedPicture.substr(half));
     }
     if (kind == "short") {
-        send(connection, head("200 OK", picture.size() + 10) + picture);
+        send(connection, head("200 OK", servedPicture.size() + 10) + servedPicture);
         ::shutdown(connection, SHUT_RDWR);
     } else if (kind == "reset") {
         const linger now{1, 0};

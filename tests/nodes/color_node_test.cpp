@@ -9,16 +9,14 @@
 namespace tavrin {
 namespace {
 
-/// A colour with the given members, drawn.
-AnyView drawn(std::string_view members, std::optional<std::string_view> model = std::nullopt) {
+/// A colour with the given members, drawnColor.
+AnyView drawnColor(std::string_view members, std::optional<std::string_view> model = std::nullopt) {
     return renderedNode("{\"type\": \"color\", " + std::string(members) + "}", model);
 }
 
 std::string failure(std::string_view members, std::optional<std::string_view> model = std::nullopt) {
-    return failureOf([&] { return drawn(members, model); });
+    return failureOf([&] { return drawnColor(members, model); });
 }
-
-Color hex(std::string_view text) { return colorFromHexString(text).value(); }
 
 Color darkened(std::string_view light, std::string_view dark) { return *dynamicColor(hex(light), hex(dark)); }
 
@@ -95,7 +93,7 @@ TEST(ColorNode, IsSolid) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        const AnyView view = drawn(row.members, model);
+        const AnyView view = drawnColor(row.members, model);
         ASSERT_NE(view.as<Color>(), nullptr);
         EXPECT_EQ(*view.as<Color>(), row.color);
     }
@@ -140,7 +138,7 @@ TEST(ColorNode, IsAGradient) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        const AnyView view = drawn(row.members, model);
+        const AnyView view = drawnColor(row.members, model);
         const LinearGradient* drawnGradient = view.as<LinearGradient>();
         ASSERT_NE(drawnGradient, nullptr);
         EXPECT_EQ(drawnGradient->colors, row.colors);
@@ -200,7 +198,7 @@ TEST(ColorNode, IsConvertedOnceOnly) {
 }
 
 TEST(ColorNode, AppliesItsModifiers) {
-    const AnyView view = drawn(R"("value": "#102030", "modifiers": [{"type": "opacity", "opacity": 0.5}])");
+    const AnyView view = drawnColor(R"("value": "#102030", "modifiers": [{"type": "opacity", "opacity": 0.5}])");
     ASSERT_NE(view.as<Opacity>(), nullptr);
     EXPECT_EQ(*view.as<Opacity>()->content.as<Color>(), hex("#102030"));
     EXPECT_EQ(failure(R"("value": "no", "modifiers": [{"type": "foregroundColor", "color": {"value": "nor"}}])"),

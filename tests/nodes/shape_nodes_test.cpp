@@ -21,11 +21,10 @@ const struct {
     {"capsule", "", Capsule{}},
 };
 
-AnyView drawn(std::string_view type, std::string_view members, std::optional<std::string_view> model = std::nullopt) {
+AnyView drawnShape(std::string_view type, std::string_view members,
+                   std::optional<std::string_view> model = std::nullopt) {
     return renderedNode("{\"type\": \"" + std::string(type) + "\"" + std::string(members) + "}", model);
 }
-
-Color hex(std::string_view text) { return colorFromHexString(text).value(); }
 
 std::optional<Shape> bareShape(const AnyView& view) {
     if (const auto* circle = view.as<Circle>()) return *circle;
@@ -43,7 +42,7 @@ TEST(ShapeNodes, StandBare) {
               R"(, "lineWidth": 4)", R"(, "strokeColor": {"value": "nonsense"})", R"(, "fillColor": null)",
               R"(, "modifiers": [])"}) {
             SCOPED_TRACE(std::string(shape.type) + members);
-            EXPECT_EQ(bareShape(drawn(shape.type, std::string(shape.members) + members)), shape.outline);
+            EXPECT_EQ(bareShape(drawnShape(shape.type, std::string(shape.members) + members)), shape.outline);
         }
     }
 }
@@ -84,7 +83,7 @@ TEST(ShapeNodes, AreStroked) {
     for (const auto& shape : shapes) {
         for (const auto& row : rows) {
             SCOPED_TRACE(std::string(shape.type) + ": " + row.why);
-            const AnyView view = drawn(shape.type, std::string(shape.members) + ", " + row.members, model);
+            const AnyView view = drawnShape(shape.type, std::string(shape.members) + ", " + row.members, model);
             const StrokedShape* stroked = view.as<StrokedShape>();
             ASSERT_NE(stroked, nullptr);
             EXPECT_EQ(stroked->shape, shape.outline);
@@ -118,7 +117,7 @@ TEST(ShapeNodes, AreFilled) {
     for (const auto& shape : shapes) {
         for (const auto& row : rows) {
             SCOPED_TRACE(std::string(shape.type) + ": " + row.why);
-            const AnyView view = drawn(shape.type, std::string(shape.members) + ", " + row.members);
+            const AnyView view = drawnShape(shape.type, std::string(shape.members) + ", " + row.members);
             const FilledShape* filled = view.as<FilledShape>();
             ASSERT_NE(filled, nullptr);
             EXPECT_EQ(filled->shape, shape.outline);
@@ -151,13 +150,13 @@ TEST(ShapeNodes, HaveCorners) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        EXPECT_EQ(bareShape(drawn(row.type, std::string(", ") + row.members)), row.outline);
+        EXPECT_EQ(bareShape(drawnShape(row.type, std::string(", ") + row.members)), row.outline);
     }
 }
 
 TEST(ShapeNodes, Fail) {
     const auto failure = [](std::string_view type, std::string_view members) {
-        return failureOf([&] { return drawn(type, members); });
+        return failureOf([&] { return drawnShape(type, members); });
     };
     for (const auto& shape : shapes) {
         SCOPED_TRACE(shape.type);
@@ -185,7 +184,7 @@ TEST(ShapeNodes, BindInTheOrderOfTheirKeys) {
         "stroke": "{{initServerParam.stroke}}", "style": "{{initServerParam.style}}",
         "cornerRadius": "{{initServerParam.cornerRadius}}")";
     const auto failure = [&](const std::string& model) {
-        return failureOf([&] { return drawn("roundedRectangle", expressions, "{" + model + "}"); });
+        return failureOf([&] { return drawnShape("roundedRectangle", expressions, "{" + model + "}"); });
     };
     std::string model;
     const std::vector<std::pair<std::string, std::string>> keys{
@@ -204,8 +203,8 @@ TEST(ShapeNodes, ApplyTheirModifiers) {
     for (const auto& shape : shapes) {
         SCOPED_TRACE(shape.type);
         const AnyView view =
-            drawn(shape.type, std::string(shape.members) +
-                                  R"(, "fillColor": {"value": "#102030"}, "modifiers": [{"type": "clipped"}])");
+            drawnShape(shape.type, std::string(shape.members) +
+                                       R"(, "fillColor": {"value": "#102030"}, "modifiers": [{"type": "clipped"}])");
         ASSERT_NE(view.as<Clipped>(), nullptr);
         EXPECT_NE(view.as<Clipped>()->content.as<FilledShape>(), nullptr);
     }

@@ -8,16 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tests/paint/colors.h"
 
 namespace tavrin::paint {
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr RGBA black{0, 0, 0, 1};
-constexpr RGBA white{1, 1, 1, 1};
-constexpr RGBA red{1, 0, 0, 1};
-constexpr RGBA blue{0, 0, 1, 1};
 
 template <class Draw>
 PixelBuffer drawn(Size size, double scale, Draw draw) {

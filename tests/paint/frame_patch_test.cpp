@@ -18,11 +18,11 @@ inline void PrintTo(const PixelRect& rect, std::ostream* out) {
 namespace tavrin::paint {
 namespace {
 
-constexpr std::uint32_t white = 0xFFFFFFFF;
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t translucent = 0x80000000;
+constexpr std::uint32_t whitePixel = 0xFFFFFFFF;
+constexpr std::uint32_t redPixel = 0xFFFF0000;
+constexpr std::uint32_t translucentPixel = 0x80000000;
 
-PixelBuffer plain(int width, int height, std::uint32_t color = white) {
+PixelBuffer plain(int width, int height, std::uint32_t color = whitePixel) {
     PixelBuffer picture(width, height);
     for (int y = 0; y < height; ++y) std::fill_n(picture.row(y), width, color);
     return picture;
@@ -30,7 +30,7 @@ PixelBuffer plain(int width, int height, std::uint32_t color = white) {
 
 struct Dot {
     int x, y;
-    std::uint32_t color = red;
+    std::uint32_t color = redPixel;
 };
 
 PixelBuffer with(PixelBuffer picture, const std::vector<Dot>& dots) {
@@ -67,13 +67,13 @@ TEST(FramePatch, LeavesOutWhatStays) {
 
 TEST(FramePatch, ReplacesWhereSomethingBecomesTranslucent) {
     const PixelBuffer before = plain(8, 6);
-    const FramePatch patch = patchOf(before, with(before, {{1, 1}, {3, 3, translucent}}), {1, 1, 4, 4});
+    const FramePatch patch = patchOf(before, with(before, {{1, 1}, {3, 3, translucentPixel}}), {1, 1, 4, 4});
     EXPECT_FALSE(patch.isBlended);
-    EXPECT_EQ(patch.pixels, with(plain(3, 3), {{0, 0}, {2, 2, translucent}}));
+    EXPECT_EQ(patch.pixels, with(plain(3, 3), {{0, 0}, {2, 2, translucentPixel}}));
 }
 
 TEST(FramePatch, TranslucentPixelsThatStayDoNotMatter) {
-    const PixelBuffer before = plain(8, 6, translucent);
+    const PixelBuffer before = plain(8, 6, translucentPixel);
     const FramePatch patch = patchOf(before, with(before, {{1, 1}, {3, 3}}), {1, 1, 4, 4});
     EXPECT_TRUE(patch.isBlended);
     EXPECT_EQ(patch.pixels, with(PixelBuffer(3, 3), {{0, 0}, {2, 2}}));

@@ -9,7 +9,7 @@
 namespace tavrin {
 namespace {
 
-constexpr double noon = 1'795'262'400;
+constexpr double begin = 1'795'262'400;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
@@ -31,10 +31,10 @@ TEST(FrameSpan, HasItsMoments) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        const FrameSpan span{{noon}, {noon + row.seconds}, row.step};
+        const FrameSpan span{{begin}, {begin + row.seconds}, row.step};
         ASSERT_EQ(span.count(), row.count);
-        EXPECT_EQ(span.moment(0), Date{noon});
-        EXPECT_EQ(span.moment(row.count - 1), Date{noon + row.last});
+        EXPECT_EQ(span.moment(0), Date{begin});
+        EXPECT_EQ(span.moment(row.count - 1), Date{begin + row.last});
     }
 }
 
@@ -55,7 +55,7 @@ TEST(FrameSpan, RefusesWhatIsNone) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        const FrameSpan span{{noon}, {noon + row.seconds}, row.step};
+        const FrameSpan span{{begin}, {begin + row.seconds}, row.step};
         EXPECT_THROW(static_cast<void>(span.count()), TavrinError);
     }
 }

@@ -6,14 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/paint/oklab.h"
+#include "tests/paint/colors.h"
 
 namespace tavrin::paint {
 namespace {
-
-constexpr RGBA red{1, 0, 0, 1};
-constexpr RGBA green{0, 1, 0, 1};
-constexpr RGBA blue{0, 0, 1, 1};
-constexpr RGBA clear{0, 0, 0, 0};
 
 /// How far what a viewer interpolates is from the gradient at a place, in levels of 255.
 double apart(const std::vector<GradientStop>& stops, const std::vector<RGBA>& colors, double place) {

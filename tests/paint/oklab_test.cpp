@@ -2,15 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/paint/colors.h"
+
 namespace tavrin::paint {
 namespace {
-
-constexpr RGBA red{1, 0, 0, 1};
-constexpr RGBA green{0, 1, 0, 1};
-constexpr RGBA blue{0, 0, 1, 1};
-constexpr RGBA yellow{1, 1, 0, 1};
-constexpr RGBA black{0, 0, 0, 1};
-constexpr RGBA white{1, 1, 1, 1};
 
 RGBA faded(RGBA color, double opacity) {
     color.opacity = opacity;

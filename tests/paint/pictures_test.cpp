@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/paint/canvas.h"
+#include "tests/paint/colors.h"
 
 // Bitmaps drawn on a raster canvas.
 
@@ -15,11 +16,6 @@ namespace tavrin::paint {
 namespace {
 
 using Picture = std::shared_ptr<const Bitmap>;
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr RGBA white{1, 1, 1, 1};
-constexpr RGBA black{0, 0, 0, 1};
 
 template <class ColorAt>
 Picture bitmap(int width, int height, ColorAt colorAt) {

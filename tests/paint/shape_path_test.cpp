@@ -9,11 +9,11 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include "tests/paint/colors.h"
+
 namespace tavrin::paint {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr auto continuous = RoundedCornerStyle::continuous;
 
 using Context = std::unique_ptr<cairo_t, decltype(&cairo_destroy)>;

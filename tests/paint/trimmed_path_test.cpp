@@ -8,11 +8,11 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/paint/shape_path.h"
+#include "tests/paint/colors.h"
 
 namespace tavrin::paint {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr Rect bounds{{10, 20}, {40, 20}};
 
 /// The outline as a chain of short lines; empty when nothing is appended.
