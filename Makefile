@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
@@ -55,6 +56,7 @@ bench-peers: build/release/with-tests bench/peers/node_modules/.package-lock.jso
 lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 	scripts/format.sh --dry-run --Werror
 	scripts/check_includes.py
+	scripts/check_licence_lines.sh
 	scripts/tidy.py build/lint
 
 format: setup-checks ## format every source in place
@@ -66,7 +68,7 @@ docs: build ## rewrite what is generated in docs: the reference, the outputs of 
 
 update-goldens: build/release/with-tests ## rewrite the expected pictures and texts; review the difference
 	cmake --build --preset release
-	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex Golden
+	TAVRIN_UPDATE_GOLDENS=1 ctest --preset release --parallel $(JOBS) --tests-regex '^(Golden|Explanation|Check)\.'
 	scripts/demo.py build/release/tavrin
 	scripts/contact_sheet.py out docs
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/check_writer.h"
 
 namespace tavrin::cli {

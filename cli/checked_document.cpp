@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/checked_document.h"
 
 #include <algorithm>

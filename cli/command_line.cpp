@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/command_line.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/completion.h"
+#include "cli/licenses.h"
 #include "cli/option_values.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
@@ -90,6 +92,7 @@ void build(CLI::App& app) {
     app.require_subcommand(0, 1);
     app.set_help_flag("-h,--help", "Print this help and exit");
     addOption(app, {"--version", "", VerbSet(), "Print the version and exit"});
+    addOption(app, {"--licenses", "", VerbSet(), "Print the licences of the program and its parts and exit"});
     addOption(app, errorsOption());
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
@@ -142,7 +145,7 @@ void takeValues(const CLI::App& app, Command& command, Verb verb) {
 void checkBeforeVerb(const CLI::App& app) {
     const std::vector<std::string> unknown = app.remaining();
     if (unknown.empty()) return;
-    constexpr std::string_view known[] = {"--help", "--version", "--errors"};
+    constexpr std::string_view known[] = {"--help", "--version", "--licenses", "--errors"};
     if (isOption(unknown.front())) failUnknownOption(unknown.front(), known);
     throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
 }
@@ -175,6 +178,7 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
         throw UsageError(error.what());
     }
     if (app.count("--version") > 0) return Information{std::string(versionText)};
+    if (app.count("--licenses") > 0) return Information{std::string(licenses())};
     checkBeforeVerb(app);
     if (app.get_subcommands().empty()) throw UsageError("a verb is missing: " + verbList());
 

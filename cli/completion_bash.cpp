@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <algorithm>
 
 #include "cli/completion.h"
@@ -81,7 +82,7 @@ std::string bashCompletion() {
         "    esac\n"
         "    case $verb in\n"
         "        '') words='" +
-        verbWords(" ") + " --help --version' ;;\n";
+        verbWords(" ") + " --help --version --licenses' ;;\n";
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += optionBranch(static_cast<Verb>(verb));
     return script +
            "    esac\n"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/completion.h"
 #include "cli/options.h"
 
@@ -45,6 +46,7 @@ std::string fishCompletion() {
         "# fish completion for tavrin\n"
         "complete -c tavrin -n __fish_use_subcommand -f\n"
         "complete -c tavrin -n __fish_use_subcommand -l version -d 'Print the version'\n"
+        "complete -c tavrin -n __fish_use_subcommand -l licenses -d 'Print the licences of the program and its parts'\n"
         "complete -c tavrin -s h -l help -d 'Print help'\n";
     for (const VerbInfo& verb : verbs())
         script += "complete -c tavrin -n __fish_use_subcommand -a " + std::string(verb.name) + " -d " +

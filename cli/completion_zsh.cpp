@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/completion.h"
 #include "cli/options.h"
 
@@ -67,7 +68,8 @@ std::string zshCompletion() {
         script += "        '" + std::string(verb.name) + ":" + escaped(verb.summary) + "'\n";
     script +=
         "    )\n"
-        "    _arguments -C '(-h --help)'{-h,--help}'[Print help]' '--version[Print the version]' '1:verb:->verb' "
+        "    _arguments -C '(-h --help)'{-h,--help}'[Print help]' '--version[Print the version]' '--licenses[Print the "
+        "licences]' '1:verb:->verb' "
         "'*::argument:->argument'\n"
         "    case $state in\n"
         "    verb)\n"

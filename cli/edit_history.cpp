@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/edit_history.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/excerpt.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/failure_text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/frame_files.h"
 
 #include <cerrno>

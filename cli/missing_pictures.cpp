@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/missing_pictures.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/picture_downloads.h"
 
 #include <condition_variable>

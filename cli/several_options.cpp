@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/several_options.h"
 
 #include <algorithm>

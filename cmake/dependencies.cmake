@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the library is made with. The users of the installed package link it too, and so this is read there as well:
 # what is missing is gathered in `tavrin_missing`, each with the Debian package that has it.
 set(tavrin_missing)

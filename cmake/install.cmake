@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -12,6 +13,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/tavrinConfigVersion.cmake
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/tavrinConfig.cmake ${PROJECT_SOURCE_DIR}/cmake/dependencies.cmake
               ${PROJECT_BINARY_DIR}/tavrinConfigVersion.cmake DESTINATION ${package_dir})
 
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 if(TAVRIN_PROGRAM)
   install(TARGETS tavrin_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${PROJECT_BINARY_DIR}/LICENSES.txt DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Bundles the page of `tavrin preview` into preview_page_files. Its packages are installed when their lock changes.
 find_program(TAVRIN_NODE NAMES node nodejs REQUIRED)
 find_program(TAVRIN_NPM npm REQUIRED)
@@ -10,7 +11,8 @@ if(NOT TAVRIN_TESTS)
   list(APPEND page_install --omit=dev)
 endif()
 set(page_folder ${CMAKE_CURRENT_BINARY_DIR}/page)
-set(preview_page_files ${page_folder}/index.html ${page_folder}/preview.js ${page_folder}/preview.css)
+set(preview_page_files ${page_folder}/index.html ${page_folder}/preview.js ${page_folder}/preview.css
+                       ${page_folder}/licenses.txt)
 file(GLOB page_sources CONFIGURE_DEPENDS ${page_source}/src/*.ts ${page_source}/*.html ${page_source}/style/*.css)
 
 add_custom_command(

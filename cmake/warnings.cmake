@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Flags of this project's own targets; a host that links the library does not inherit them.
 add_library(tavrin_warnings INTERFACE)
 target_compile_options(

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """check_includes.py lets through what the table allows and names what it does not."""
 import pathlib
 import tempfile

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Puts the pictures that demo.py drew on one sheet, light and dark: contact_sheet.py OUT SHEETS
 
 OUT is where demo.py drew; SHEETS gets gallery.jpg and gallery-dark.jpg. Large and medium pictures fill three columns,

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws every example in each of its families, light and dark, and a page that shows them: demo.py PROGRAM [OUT]
 
 A folder examples/NAME holds document.json and families.txt, the widget families that the document is meant for, and

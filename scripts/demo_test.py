@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """demo.py reads the families as they are written, README.md lists them, and the page escapes what it shows."""
 import json
 import pathlib

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs clang-format over every source with the given arguments: -i, or --dry-run --Werror
 set -euo pipefail
 

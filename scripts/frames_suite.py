@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws moments of examples as animations and compares each frame with the picture of its moment alone:
 frames_suite.py PROGRAM EXAMPLES
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """frames_suite.py must notice damaged animations."""
 import pathlib
 import tempfile

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs every fuzz target, so that all together take about SECONDS: fuzz.sh BUILD_DIR SECONDS
 # Inputs that are found are kept in BUILD_DIR/corpus; a crash leaves its input in BUILD_DIR and ends the run with an error.
 set -euo pipefail

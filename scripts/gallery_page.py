@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The page of all examples, made by demo.py: pictures, document, model and view tree side by side.
 
 It needs nothing but the pictures beside it, and everything that comes from an example is escaped.

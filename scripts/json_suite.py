@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Hand every text of a JSON parsing suite to a tavrin program: json_suite.py PROGRAM DIR
 
 Files named y_… are JSON, n_… are not, i_… may be either. Each is tried as a model, where its name says what must

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """json_suite.py tells a right end of a run from a wrong one."""
 import json
 import signal

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Draws the pictures of the examples: make_example_pictures.py [TOP]
 
 Each goes to examples/NAME/pictures, under the name that `tavrin fetch` gives to what it fetches from the address in

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Makes the small pictures that the decoders are tested with: make_pictures.py [TOP]
 
 They go to tests/images/pictures, those that are worth mutating to fuzz/corpus/decode_image, and larger ones to

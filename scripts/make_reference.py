@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes docs/reference: make_reference.py PROGRAM [--check]
 
 A page for each node and modifier, made of what `tavrin schema` says and of the document in docs/reference/documents,

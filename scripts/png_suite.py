@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Decodes a suite of PNGs and compares each pixel with a decoder written here: png_suite.py PROGRAM FOLDER
 
 PROGRAM is build/release/tests/decode_picture. A file in a folder named "corrupt" must yield no picture, any other .png

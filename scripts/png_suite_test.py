@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """png_suite.py tells right pixels from wrong ones."""
 import pathlib
 import unittest

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Does what docs/guide.md says: run_guide.py PROGRAM [--check]
 
 A block that names a file is that file; in a console block each line behind "$ " is run where the files are, and what

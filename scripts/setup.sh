@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs what is missing of the named lists: setup.sh [program] [tests] [checks]. Silent and quick when nothing is;
 # else says first what it fetches. Of a package marked "command" its command will do, wherever it comes from.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Run clang-tidy over the sources of a compile database: tidy.py BUILD_DIR
 
 A source is looked at again only when it, a project header it includes, its command or .clang-tidy has changed.

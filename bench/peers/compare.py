@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws one scene by turns with Tavrin, Takumi and Satori, and compares them: compare.py BUILD OUT
 
 What comes of it: a table on standard output, and in the folder OUT the same as Markdown and as JSON, the pictures, and

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // node draw.mjs PEER FILE    draws the scene once, into FILE
 // node draw.mjs PEER         for every number on a line of standard input draws as many pictures, one text changed
 //                            each time, and answers with their milliseconds, on the clock and of the processor

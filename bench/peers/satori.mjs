@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import { Resvg } from '@resvg/resvg-js';
 import satori from 'satori';
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The scene of document.json and model.json as a tree of boxes, texts and pictures, in points, for the peers to draw.
 import fs from 'node:fs';
 

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Puts pictures below each other: side_by_side.py FOLDER NAME...   reads NAME.png, writes side-by-side.png"""
 import pathlib
 import sys

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import { Renderer } from '@takumi-rs/core';
 
 import * as scene from './scene.mjs';

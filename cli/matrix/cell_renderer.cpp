@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/matrix/cell_renderer.h"
 
 #include <exception>

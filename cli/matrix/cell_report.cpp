@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/matrix/cell_report.h"
 
 #include "cli/failure_text.h"

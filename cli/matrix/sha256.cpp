@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/matrix/sha256.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/drawing_messages.h"
 
 #include <utility>

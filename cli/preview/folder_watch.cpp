@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/folder_watch.h"
 
 #include <chrono>

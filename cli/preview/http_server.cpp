@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/http_server.h"
 
 #include <algorithm>

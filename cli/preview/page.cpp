@@ -1,34 +1,25 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/page.h"
 
-#include <array>
-#include <cstddef>
 #include <random>
 
-// The bundler's files, taken in as they are.
-#define TAVRIN_PAGE_FILE(name, file)                                                                          \
-    __asm__(".section .rodata\n.global tavrin_page_" #name                                                    \
-            "\n"                                                                                              \
-            "tavrin_page_" #name ":\n.incbin \"" TAVRIN_PAGE_FOLDER "/" file "\"\n.global tavrin_page_" #name \
-            "_end\ntavrin_page_" #name "_end:\n.byte 0\n.previous");                                          \
-    extern "C" const char tavrin_page_##name[];                                                               \
-    extern "C" const char tavrin_page_##name##_end[]
+#include "cli/embedded_file.h"
 
-TAVRIN_PAGE_FILE(html, "index.html");
-TAVRIN_PAGE_FILE(script, "preview.js");
-TAVRIN_PAGE_FILE(style, "preview.css");
+// The bundler's files.
+TAVRIN_EMBEDDED_FILE(pageHtml, TAVRIN_PAGE_FOLDER "/index.html")
+TAVRIN_EMBEDDED_FILE(pageScript, TAVRIN_PAGE_FOLDER "/preview.js")
+TAVRIN_EMBEDDED_FILE(pageStyle, TAVRIN_PAGE_FOLDER "/preview.css")
 
 namespace tavrin::cli {
 namespace {
 
 constexpr std::string_view placeholder = "NONCE";
 
-std::string_view between(const char* begin, const char* end) { return {begin, static_cast<std::size_t>(end - begin)}; }
-
 }  // namespace
 
-const std::string_view Page::html = between(tavrin_page_html, tavrin_page_html_end);
-const std::string_view Page::script = between(tavrin_page_script, tavrin_page_script_end);
-const std::string_view Page::style = between(tavrin_page_style, tavrin_page_style_end);
+const std::string_view Page::html = pageHtml();
+const std::string_view Page::script = pageScript();
+const std::string_view Page::style = pageStyle();
 
 std::string pageWithNonce(std::string_view nonce) {
     std::string page(Page::html);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/request_fields.h"
 
 #include <cstdint>

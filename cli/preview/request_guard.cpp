@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/request_guard.h"
 
 #include <string>

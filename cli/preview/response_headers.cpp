@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/response_headers.h"
 
 namespace tavrin::cli {

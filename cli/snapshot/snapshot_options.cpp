@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/snapshot/snapshot_options.h"
 
 #include "cli/usage_error.h"

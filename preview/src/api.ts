@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the server can be asked; cli/preview/routes.h has the same list.
 
 export interface Family {

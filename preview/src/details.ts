@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What is known of the selected view.
 import { element } from "./dom";
 import type { Node } from "./view_tree";

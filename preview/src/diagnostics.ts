@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Where in the editors a failure is shown.
 import type { Diagnostic } from "@codemirror/lint";
 import type { EditorState } from "@codemirror/state";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Completion and explanations in the document, from the schema and the model.
 import type { Completion, CompletionContext, CompletionResult, CompletionSource } from "@codemirror/autocomplete";
 import { syntaxTree } from "@codemirror/language";

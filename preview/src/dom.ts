@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Small helpers over the document.
 
 export function byId<T extends HTMLElement = HTMLElement>(id: string): T {

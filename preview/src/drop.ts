@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A document or a model that is dragged onto the page.
 import { announce, byId } from "./dom";
 import type { Role } from "./sources";

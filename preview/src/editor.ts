@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One JSON editor.
 import { autocompletion, closeBrackets, closeBracketsKeymap, completionKeymap } from "@codemirror/autocomplete";
 import type { CompletionSource } from "@codemirror/autocomplete";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The tree, the picture and the text look at the same view: what one points at, the others show.
 import { syntaxTree } from "@codemirror/language";
 import type { Drawing } from "./api";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Ways through a JSON text: from a path of keys and indices to its place, and back.
 import { ensureSyntaxTree, syntaxTree } from "@codemirror/language";
 import type { EditorState } from "@codemirror/state";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Puts the page together.
 import { fetchFiles, fetchProject } from "./api";
 import { documentCompletion, documentHover } from "./document_help";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The list of what is wrong, below the editors.
 import { byId, element } from "./dom";
 

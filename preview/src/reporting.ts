@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Shows what drawing and checking found: squiggles in the editors and the list of problems.
 import type { Diagnostic } from "@codemirror/lint";
 import type { Drawing, Drawn, Failure, Finding } from "./api";

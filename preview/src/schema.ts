@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Looks up what a JSON Schema (2020-12) says of a place in a document. Only what documents' schema uses is understood:
 // references, `allOf` with conditions on "type", `anyOf`, properties, items.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One HTML file that shows the widget without this program: pictures, texts and the tree.
 import type { Node } from "./view_tree";
 import { nameOf, short, summaryOf } from "./view_tree";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Keys that work everywhere on the page, and the list of them.
 import { byId, element } from "./dom";
 

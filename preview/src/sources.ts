@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The two texts that are edited, the files they come from, and how both stay together.
 import type { Drawing, FileText, ProjectFile } from "./api";
 import { fetchFile, fetchFiles, saveFile } from "./api";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The widget in every family, light and dark: keeps all pictures up to date, the selected one first.
 import type { Drawing, Drawn } from "./api";
 import { draw } from "./api";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the page shows: one object that its parts share.
 import type { Appearance, Family, Project, ProjectFile, Screen } from "./api";
 

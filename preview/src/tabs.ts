@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The two editors' tabs, as ARIA describes them.
 import { byId, neighbour } from "./dom";
 import type { Role } from "./sources";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One picture of the stage: a family in an appearance.
 import type { Appearance, Drawn, Family } from "./api";
 import { element } from "./dom";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The moment that is drawn: a slider over its day, a field, a time zone, and a clock that can run.
 import { byId, element } from "./dom";
 import type { State } from "./state";

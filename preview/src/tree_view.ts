@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The tree of views as rows.
 import type { Explained } from "./api";
 import { element } from "./dom";

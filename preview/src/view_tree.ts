@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The laid-out tree with what is known of its views: names them, and finds them by place and by origin.
 import type { Explained, LayoutView, Step, ViewExplanation } from "./api";
 import { pathFromText } from "./json_places";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Clock arithmetic of time zones, from the browser's own tables.
 
 const formats = new Map<string, Intl.DateTimeFormat>();

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Where the tests work: a copy of the examples, the program that shows it, a browser that opens it.
 import { spawn } from "node:child_process";
 import { createHash } from "node:crypto";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The preview in a real browser, on a copy of the examples: node --test preview/test
 import assert from "node:assert/strict";
 import { readFile, rm, writeFile } from "node:fs/promises";

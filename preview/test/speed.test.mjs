@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // How fast the preview is. Prints what it measures; what is slow on a busy machine fails no test.
 import assert from "node:assert/strict";
 import { test } from "node:test";

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The photo of the day: dusk over a mountain lake."""
 import math
 import random

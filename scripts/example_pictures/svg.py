@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Drawings as SVG text, and what several of them share."""
 import io
 import random

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Square pictures that stand beside headlines."""
 import math
 import random

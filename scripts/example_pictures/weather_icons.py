@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Icons of the sky, 256 pixels square, on nothing."""
 import math
 

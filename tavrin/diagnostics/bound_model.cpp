@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/bound_model.h"
 
 #include <utility>

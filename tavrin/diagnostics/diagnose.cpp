@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/diagnose.h"
 
 #include <memory>

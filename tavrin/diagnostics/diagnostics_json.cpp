@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/diagnose.h"
 #include "tavrin/diagnostics/write_diagnostic.h"
 #include "tavrin/platform/foundation/json_writer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/drawn_views.h"
 
 #include <algorithm>

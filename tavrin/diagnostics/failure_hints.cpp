@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/failure_hints.h"
 
 #include <algorithm>

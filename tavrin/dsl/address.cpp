@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/address.h"
 
 #include "tavrin/dsl/context.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/render_state.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/structure.h"
 
 #include "tavrin/dsl/render_state.h"

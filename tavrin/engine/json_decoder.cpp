@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/engine/json_decoder.h"
 
 namespace tavrin {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/registry.h"
 #include "tavrin/engine/record_types.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/engine/tavrin_engine.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/images/exif_orientation.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/images/image_processer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/images/web_image_node.h"
 
 #include "tavrin/dsl/address.h"

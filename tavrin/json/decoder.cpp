@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/json/decoder.h"
 
 #include <algorithm>

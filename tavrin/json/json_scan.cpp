@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/json/json_scan.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/modifiers/border_modifier.h"
 
 #include "tavrin/nodes/color_string.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/modifiers/clip_shape_modifier.h"
 
 #include "tavrin/platform/ui/view_modifiers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
 
 #include "tavrin/dsl/render_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/modifiers/kel_clock_widget_kit.h"
 
 namespace tavrin::KelClockWidgetKit {

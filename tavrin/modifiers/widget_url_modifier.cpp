@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/modifiers/widget_url_modifier.h"
 
 #include "tavrin/dsl/address.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/link_node.h"
 
 #include "tavrin/dsl/address.h"

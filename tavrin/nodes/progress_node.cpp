@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/progress_node.h"
 
 #include "tavrin/nodes/progress_styles.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/text_node.h"
 
 #include "tavrin/platform/ui/views.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/timer_node.h"
 
 #include "tavrin/dsl/render_state.h"

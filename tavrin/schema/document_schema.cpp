@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/schema/document_schema.h"
 
 #include <string_view>

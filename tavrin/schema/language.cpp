@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/schema/language.h"
 
 #include <concepts>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/schema/note_text.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/schema/value_schema.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/mirror_key_path.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/value_conversion.h"
 
 #include <bit>

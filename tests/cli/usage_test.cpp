@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <algorithm>
 
 #include <gmock/gmock.h>
@@ -201,6 +202,9 @@ TEST(Usage, IsExplained) {
         {{"tree", "--help"}, "Families: systemSmall, systemMedium,"},
         {{"tree", "--help"}, "Screens: 440x956, "},
         {{"--version"}, "tavrin "},
+        {{"--licenses"}, "Copyright 2026 The Tavrin authors"},
+        {{"--licenses"}, "\n---- libcli11-dev\n"},
+        {{"--licenses"}, "\n---- @codemirror/view "},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.part);

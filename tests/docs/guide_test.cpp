@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // [draw]
 #include <string>
 #include <string_view>

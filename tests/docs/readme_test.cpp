@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // [README]
 #include <string>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/dsl_root.h"
 
 #include <gtest/gtest.h>

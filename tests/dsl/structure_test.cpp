@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/structure.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <concepts>
 #include <optional>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <random>
 
 #include <gtest/gtest.h>

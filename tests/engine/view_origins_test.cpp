@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/view_origins.h"
 
 #include <gtest/gtest.h>

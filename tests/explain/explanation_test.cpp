@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/explain/explanation.h"
 
 #include <numeric>

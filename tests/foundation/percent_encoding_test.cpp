@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/percent_encoding.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/public_address.h"
 
 #include <gtest/gtest.h>

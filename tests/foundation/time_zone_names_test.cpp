@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/time_zone_names.h"
 
 #include <algorithm>

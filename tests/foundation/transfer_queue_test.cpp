@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/transfer_queue.h"
 
 #include <gmock/gmock.h>

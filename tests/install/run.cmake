@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs what is built into an empty prefix, builds a host program against it and runs both programs. Configures
 # another one for which something is missing.
 function(run)

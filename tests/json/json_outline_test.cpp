@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/json/json_outline.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tests/layout/laid_out.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <memory>
 
 #include "tavrin/platform/foundation/tavrin_error.h"

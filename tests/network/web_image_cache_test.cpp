@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/images/web_image_cache.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/network/web_server.h"
 
 #include <algorithm>

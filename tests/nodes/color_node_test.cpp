@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/color_node.h"
 
 #include <gtest/gtest.h>

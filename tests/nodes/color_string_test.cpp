@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/color_string.h"
 
 #include <gtest/gtest.h>

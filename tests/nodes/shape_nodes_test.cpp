@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/nodes/shape_nodes.h"
 
 #include <gtest/gtest.h>

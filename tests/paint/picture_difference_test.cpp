@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/picture_difference.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/preview/project_folder.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/preview/requests.h"
 
 #include <array>

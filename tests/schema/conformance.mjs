@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Whether `tavrin schema` says what `tavrin check` does: conformance.mjs PROGRAM [FOLDER_OF_CASES]
 //
 // Both judge the examples, the goldens, the reference, cases.json, every key with every kind of value (probes.mjs)

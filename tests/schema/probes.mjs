@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Documents that vary each key of the language, one at a time: left out, or with every kind of value.
 
 const usual = [

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // decode_picture FILE: the picture as a line "WIDTH HEIGHT" and then bytes R, G, B, A, channels premultiplied; nothing
 // when the file holds no picture. For scripts that compare with another decoder.
 

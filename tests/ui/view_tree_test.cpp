@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/ui/view_tree.h"
 
 #include <algorithm>

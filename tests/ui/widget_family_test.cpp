@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/ui/widget_family.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/dsl_value.h"
 
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/expression_path.h"
 
 #include <gtest/gtest.h>

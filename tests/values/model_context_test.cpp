@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/model_context.h"
 
 #include <concepts>

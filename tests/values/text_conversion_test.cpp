@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/values/text_conversion.h"
 
 #include <cmath>

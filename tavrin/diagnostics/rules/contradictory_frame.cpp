@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/platform/layout/modifier_rules.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/explain/placed_tree.h"
 
 #include "tavrin/platform/foundation/precondition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/coding_path.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/curl_library.h"
 
 #include <optional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/edit_distance.h"
 
 #include <algorithm>

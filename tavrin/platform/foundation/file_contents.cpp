@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/file_contents.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/graphemes.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/pool_allocator.h"
 
 namespace tavrin::pool {

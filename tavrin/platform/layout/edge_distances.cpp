@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/edge_distances.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/leaf_rules.h"
 
 #include <algorithm>

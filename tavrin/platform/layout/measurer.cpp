@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/measurer.h"
 
 #include <algorithm>

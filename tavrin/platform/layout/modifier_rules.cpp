@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/modifier_rules.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/stack_children.h"
 
 #include <algorithm>

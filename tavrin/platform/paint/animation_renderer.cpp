@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/animation_renderer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/canvas_state.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/gradient_stops.h"
 
 #include <algorithm>

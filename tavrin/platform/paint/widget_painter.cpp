@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/widget_painter.h"
 
 #include "tavrin/platform/ui/widget_family.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/emoji_pictures.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/font_patterns.h"
 
 #include <algorithm>

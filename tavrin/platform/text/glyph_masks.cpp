@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/glyph_masks.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/shaper.h"
 
 #include "tavrin/platform/text/font_metrics.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/ui/any_view.h"
 
 #include <cstdlib>

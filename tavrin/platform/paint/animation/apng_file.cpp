@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/animation/apng_file.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/animation/frame_patch.h"
 
 #include <algorithm>

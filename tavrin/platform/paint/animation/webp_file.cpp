@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/animation/webp_file.h"
 
 #include <algorithm>
