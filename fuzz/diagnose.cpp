@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -5,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "tavrin/tavrin.h"
+#include "tavrin/diagnostics.h"
 
 // A document and, behind a line of three dashes, a model: everything that is said about them, and its fixes. Nothing
 // may be thrown; there is no precondition handler, so that a violated one ends the process.

@@ -1,14 +1,10 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
-/// The one header a host includes.
+/// The one header that a host needs to draw documents. Beside it: `tavrin/records.h` to build documents in code,
+/// `tavrin/diagnostics.h` to find what is wrong or doubtful in them.
 
-#include "tavrin/diagnostics/diagnose.h"
-#include "tavrin/diagnostics/fixes.h"
-#include "tavrin/diagnostics/rule.h"
-#include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/view_origins.h"
-#include "tavrin/engine/json_decoder.h"
-#include "tavrin/engine/record_types.h"
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/images/image_decoder.h"
 #include "tavrin/images/image_processer.h"

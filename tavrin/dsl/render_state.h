@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstddef>
@@ -9,7 +10,7 @@
 
 #include "tavrin/dsl/context.h"
 #include "tavrin/dsl/node_dictionary.h"
-#include "tavrin/dsl/view_origins.h"
+#include "tavrin/dsl/origin_recorder.h"
 #include "tavrin/platform/foundation/url.h"
 
 namespace tavrin {

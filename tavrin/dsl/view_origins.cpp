@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/dsl/view_origins.h"
 
 #include "tavrin/dsl/node.h"
+#include "tavrin/dsl/origin_recorder.h"
 
 namespace tavrin {
 namespace {

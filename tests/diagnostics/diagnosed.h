@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tavrin/diagnostics.h"
 #include "tavrin/tavrin.h"
 
 namespace tavrin {

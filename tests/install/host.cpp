@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A host as small as can be: it sees the installed headers and the package's target, nothing of the source tree.
 #include <cstdio>
 #include <exception>
@@ -6,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "tavrin/diagnostics.h"
+#include "tavrin/records.h"
 #include "tavrin/tavrin.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/images/web_image.h"
 #include "tavrin/platform/ui/views.h"
@@ -7,8 +8,7 @@ namespace {
 
 std::string describe(const std::optional<URL>& address, bool isLocal) {
     constexpr std::size_t longest = 200;  // a picture may stand in the address
-    return isLocal ? "the file " + inQuotes(address->filePath().string())
-                   : inQuotes(address->string().substr(0, longest));
+    return isLocal ? "the file " + inQuotes(address->filePath()) : inQuotes(address->string().substr(0, longest));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/url.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <system_error>
 
 #include <uriparser/Uri.h>
@@ -106,10 +108,10 @@ std::optional<URL> URL::parse(std::string_view text) {
     return URL(*std::move(encoded));
 }
 
-URL URL::fileURL(const std::filesystem::path& path) {
+URL URL::fileURL(const std::string& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    return URL("file://" + encodedPath((error ? path : absolute).string()));
+    return URL("file://" + encodedPath((error ? path : absolute.string())));
 }
 
 std::string URL::scheme() const { return inLowerCase(schemeOf(string()).value_or("")); }
@@ -126,7 +128,7 @@ bool URL::isFile() const { return scheme() == "file"; }
 
 bool URL::isData() const { return scheme() == "data"; }
 
-std::filesystem::path URL::filePath() const {
+std::string URL::filePath() const {
     const std::string machine = inLowerCase(host());
     if (!isFile() || !(machine.empty() || machine == "localhost")) return {};
     std::string path = percentDecoded(urlParts(string()).path);

@@ -1,8 +1,7 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,7 +21,7 @@ public:
     [[nodiscard]] static std::optional<URL> parse(std::string_view text);
 
     /// The `file://` URL of `path`, percent-encoded; a relative path is taken from the working directory.
-    [[nodiscard]] static URL fileURL(const std::filesystem::path& path);
+    [[nodiscard]] static URL fileURL(const std::string& path);
 
     [[nodiscard]] const std::string& string() const { return *text_; }
     /// In lower case; empty in a relative reference.
@@ -36,7 +35,7 @@ public:
     [[nodiscard]] bool isData() const;
 
     /// The percent-decoded path of a `file:` URL on this machine; empty for any other URL.
-    [[nodiscard]] std::filesystem::path filePath() const;
+    [[nodiscard]] std::string filePath() const;
 
     /// This URL with `component` percent-encoded behind its path, one "/" between; "/" in `component` is kept.
     [[nodiscard]] URL appendingPathComponent(std::string_view component) const;

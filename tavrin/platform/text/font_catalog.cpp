@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/font_catalog.h"
 
 #include <algorithm>
@@ -81,8 +82,8 @@ FontCatalog::FontCatalog(const FontLibrary::Options& options) : config_(makePriv
     if (!config_) throw TavrinError("Font", "the list of installed fonts cannot be read");
     std::vector<FontPattern> hostFonts;
     for (const auto& file : options.fontFiles) {
-        const std::vector<FontPattern> fonts = readFontFile(file.string(), hostPatterns_.emplace_back());
-        if (fonts.empty()) throw TavrinError("Font", "\"" + file.string() + "\" cannot be read as a font");
+        const std::vector<FontPattern> fonts = readFontFile(file, hostPatterns_.emplace_back());
+        if (fonts.empty()) throw TavrinError("Font", "\"" + file + "\" cannot be read as a font");
         hostFonts.insert(hostFonts.end(), fonts.begin(), fonts.end());
     }
     addHostFamilies(hostFonts);

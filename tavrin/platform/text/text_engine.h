@@ -1,8 +1,8 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,7 +61,7 @@ public:
         /// The family that stands for the system font.
         std::string systemFamily = "Inter";
         /// Font files of the host's own, which come before the installed fallbacks.
-        std::vector<std::filesystem::path> fontFiles = {};
+        std::vector<std::string> fontFiles = {};
     };
 
     /// The library every renderer uses unless it is given another. Throws `TavrinError` of kind "Font" when the
