@@ -5,19 +5,11 @@
 
 #include "tavrin/dsl/type_tags.h"
 #include "tavrin/images/web_image.h"
+#include "tavrin/platform/ui/primitive_views.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
 namespace {
-
-bool isClip(ViewKind kind) {
-    return kind == ViewKind::clipped || kind == ViewKind::clipShape || kind == ViewKind::cornerRadius;
-}
-
-bool isEffect(const AnyView& view) {
-    return view.as<Offset>() || view.as<ScaleEffect>() || view.as<RotationEffect>() || view.as<Rotation3DEffect>() ||
-           view.as<ClockHandRotationEffect>();
-}
 
 bool isEffect(const WrittenRecord& record) {
     constexpr ModifierType effects[] = {ModifierType::offset, ModifierType::scaleEffect, ModifierType::rotationEffect};
@@ -51,10 +43,10 @@ std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrig
         const layout::LayoutNode& node = tree.node(at.index);
         const AnyView& view = *node.view;
         if (const CodingPath* const way = origins ? origins->find(view) : nullptr) at.origin = way;
-        if (isClip(node.kind)) {
+        if (traitsOf(node.kind).clips) {
             at.isClipped = true;
             if (layout::isEmpty(node.frame)) at.mayAppear = true;
-        } else if (isEffect(view)) {
+        } else if (traitsOf(node.kind).isEffect) {
             const bool isBound = !bound.empty() && at.origin && bound.contains(toText(*at.origin));
             if (at.isClipped || isBound || view.as<ClockHandRotationEffect>()) at.mayAppear = true;
         }

@@ -3,6 +3,7 @@
 
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/layout/stack_children.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::explain {
 namespace {
@@ -66,8 +67,8 @@ double PlacedTree::spacingBefore(Index index) const {
 bool PlacedTree::isSecondary(Index index) const {
     const std::optional<Index> outer = parent(index);
     if (!outer) return false;
-    const ViewKind kind = node(*outer).kind;
-    return (kind == ViewKind::background || kind == ViewKind::overlay) && tree_.secondary(*outer) == index;
+    const bool hasSecond = traitsOf(node(*outer).kind).holds == ViewTraits::Holds::contentAndSecond;
+    return hasSecond && tree_.secondary(*outer) == index;
 }
 
 std::string PlacedTree::called(Index index) const {

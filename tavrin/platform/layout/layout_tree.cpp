@@ -6,6 +6,7 @@
 #include "tavrin/platform/layout/layout_steps.h"
 #include "tavrin/platform/layout/placer.h"
 #include "tavrin/platform/layout/tree_builder.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
 namespace {
@@ -20,8 +21,8 @@ LayoutTree::LayoutTree(Size widget, const EnvironmentValues& environment)
 LayoutTree::Index LayoutTree::content(Index modifier) const {
     const ViewKind kind = nodes_[modifier].kind;
     if (kind == ViewKind::geometryReader) return readers_[nodes_[modifier].detail].content;
-    const bool isSecond = kind == ViewKind::background || kind == ViewKind::overlay;
-    return isSecond ? nodes_[modifier + 1].end : modifier + 1;
+    const bool hasSecond = traitsOf(kind).holds == ViewTraits::Holds::contentAndSecond;
+    return hasSecond ? nodes_[modifier + 1].end : modifier + 1;
 }
 
 LayoutTree::Index LayoutTree::secondary(Index modifier) const { return modifier + 1; }

@@ -8,6 +8,7 @@
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/leaf_rules.h"
 #include "tavrin/platform/layout/modifier_rules.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
 namespace {
@@ -102,7 +103,7 @@ Proposal Measurer::proposalInside(Index aspectRatio, const Proposal& proposal) {
 
 /// A picture that is not there has no ratio of its own, though it answers 0 x 0.
 bool Measurer::isMissingPicture(Index index) const {
-    while (isTransparentToLayout(tree_.node(index).kind)) index = tree_.content(index);
+    while (traitsOf(tree_.node(index).kind).isTransparentToLayout) index = tree_.content(index);
     const auto* image = tree_.node(index).view->as<Image>();
     return image && !image->bitmap;
 }

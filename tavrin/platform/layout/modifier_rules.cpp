@@ -121,52 +121,6 @@ Size answerAround(const EdgeInsets& insets, Size content) {
             atLeastZero(content.height + (insets.top + insets.bottom))};
 }
 
-bool isTransparentToLayout(ViewKind kind) {
-    switch (kind) {
-        case ViewKind::link:
-        case ViewKind::offset:
-        case ViewKind::scaleEffect:
-        case ViewKind::rotationEffect:
-        case ViewKind::rotation3DEffect:
-        case ViewKind::clockHandRotationEffect:
-        case ViewKind::lineLimit:
-        case ViewKind::zIndex:
-        case ViewKind::foregroundColor:
-        case ViewKind::background:
-        case ViewKind::overlay:
-        case ViewKind::border:
-        case ViewKind::clipShape:
-        case ViewKind::clipped:
-        case ViewKind::cornerRadius:
-        case ViewKind::opacity:
-        case ViewKind::widgetURL:
-        case ViewKind::composed: return true;
-        case ViewKind::emptyView:
-        case ViewKind::spacer:
-        case ViewKind::text:
-        case ViewKind::image:
-        case ViewKind::color:
-        case ViewKind::linearGradient:
-        case ViewKind::circle:
-        case ViewKind::rectangle:
-        case ViewKind::roundedRectangle:
-        case ViewKind::capsule:
-        case ViewKind::trimmedShape:
-        case ViewKind::filledShape:
-        case ViewKind::strokedShape:
-        case ViewKind::vstack:
-        case ViewKind::hstack:
-        case ViewKind::zstack:
-        case ViewKind::geometryReader:
-        case ViewKind::fixedFrame:
-        case ViewKind::flexibleFrame:
-        case ViewKind::padding:
-        case ViewKind::insetPadding:
-        case ViewKind::aspectRatio: return false;
-    }
-    return false;
-}
-
 Edges movedEdges(const AnyView& modifier) {
     const auto sides = [](bool horizontal, bool vertical) { return Edges{vertical, horizontal, vertical, horizontal}; };
     const auto insetSides = [](const EdgeInsets& insets) {

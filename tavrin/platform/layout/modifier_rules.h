@@ -28,8 +28,6 @@ EdgeInsets insetsOf(const InsetPadding& padding);
 Proposal proposalInside(const EdgeInsets& insets, const Proposal& proposal);
 Size answerAround(const EdgeInsets& insets, Size content);
 
-/// Whether a modifier leaves layout as it is: proposals, answers, edges and priority pass through it.
-bool isTransparentToLayout(ViewKind kind);
 /// Which edges of a view a modifier moves, so that they become plain; of any other view none.
 Edges movedEdges(const AnyView& modifier);
 

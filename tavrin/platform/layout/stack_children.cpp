@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "tavrin/platform/layout/modifier_rules.h"
-#include "tavrin/platform/ui/view_modifiers.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
 std::optional<double> givenSpacing(const AnyView& stack) {
@@ -86,7 +86,7 @@ void StackChildren::describeStack(Index stack) {
 void StackChildren::describeContainer(Index modifier) {
     LayoutNode& node = tree_.nodes_[modifier];
     const LayoutNode& content = tree_.nodes_[tree_.content(modifier)];
-    node.yields = content.yields && isTransparentToLayout(node.kind);
+    node.yields = content.yields && traitsOf(node.kind).isTransparentToLayout;
     node.edges = content.edges;
     const bool isFrame = node.kind == ViewKind::fixedFrame || node.kind == ViewKind::flexibleFrame;
     if (isFrame && content.kind == ViewKind::spacer) return;

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "tavrin/platform/layout/layout_tree.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
 
-[[nodiscard]] constexpr bool isStack(ViewKind kind) {
-    return kind == ViewKind::vstack || kind == ViewKind::hstack || kind == ViewKind::zstack;
-}
+[[nodiscard]] constexpr bool isStack(ViewKind kind) { return traitsOf(kind).holds == ViewTraits::Holds::children; }
 
 /// Along which axis a vertical or horizontal stack lays its children.
 [[nodiscard]] constexpr Axis mainAxis(ViewKind stack) {

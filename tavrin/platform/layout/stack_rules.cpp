@@ -6,6 +6,7 @@
 #include "tavrin/platform/layout/measurer.h"
 #include "tavrin/platform/layout/modifier_rules.h"
 #include "tavrin/platform/layout/stack_children.h"
+#include "tavrin/platform/ui/primitive_views.h"
 
 // How vertical and horizontal stacks share out their room.
 //
@@ -152,7 +153,7 @@ double Measurer::extentAlong(Axis axis, Index index, const Proposal& proposal) {
             const double given = extent(answerAround(*frame, unknown), axis);
             if (given >= 0) return given;
         }
-        if (!isTransparentToLayout(node.kind)) return extent(answer(index, proposal), axis);
+        if (!traitsOf(node.kind).isTransparentToLayout) return extent(answer(index, proposal), axis);
         index = tree_.content(index);
     }
 }

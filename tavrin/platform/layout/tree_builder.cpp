@@ -122,8 +122,8 @@ void TreeBuilder::addChildren(const Pending& pending, Index index) {
         if (pending_.size() >= maximumNodes) return;  // the bound is reported by the next node
         pending_.push_back({&child, index, inherited, pending.depth + 1, axes});
     });
-    // The second view of these two comes before the content; it is in no stack.
-    if (kind == ViewKind::background || kind == ViewKind::overlay) pending_[first].axes = SpacerAxes::both;
+    // A second view comes before the content; it is in no stack.
+    if (traitsOf(kind).holds == ViewTraits::Holds::contentAndSecond) pending_[first].axes = SpacerAxes::both;
     // The last to be pushed is the first to be taken.
     std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }

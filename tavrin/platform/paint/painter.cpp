@@ -163,10 +163,7 @@ private:
     }
 
     /// What is composed or cut as a whole cannot be drawn in two parts.
-    static bool isWhole(ViewKind kind) {
-        return kind == ViewKind::opacity || kind == ViewKind::clipShape || kind == ViewKind::clipped ||
-               kind == ViewKind::cornerRadius;
-    }
+    static bool isWhole(ViewKind kind) { return traitsOf(kind).clips || traitsOf(kind).composes; }
 
     [[nodiscard]] bool endsStillPart(Index index) const {
         const auto next = std::lower_bound(moving_.begin(), moving_.end(), index);
@@ -243,39 +240,19 @@ private:
     /// an opacity of its own, which then counts both.
     [[nodiscard]] bool isFadedAlike(Index index) const {
         while (!tree_.node(index).absent) {
-            switch (tree_.node(index).kind) {
-                case ViewKind::vstack:
-                case ViewKind::hstack:
-                case ViewKind::zstack: {
+            const ViewTraits& traits = traitsOf(tree_.node(index).kind);
+            if (traits.composes) return true;
+            if (traits.drawsBesideContent) return false;
+            switch (traits.holds) {
+                case ViewTraits::Holds::nothing: return true;
+                case ViewTraits::Holds::content: index = tree_.content(index); break;
+                case ViewTraits::Holds::contentAndSecond: return false;
+                case ViewTraits::Holds::children: {
                     const auto drawn = tree_.drawingOrder(index);
                     if (drawn.size() != 1) return drawn.empty();
                     index = drawn.front();
                     break;
                 }
-                case ViewKind::background:
-                case ViewKind::overlay:
-                case ViewKind::border: return false;
-                case ViewKind::fixedFrame:
-                case ViewKind::flexibleFrame:
-                case ViewKind::padding:
-                case ViewKind::insetPadding:
-                case ViewKind::offset:
-                case ViewKind::scaleEffect:
-                case ViewKind::rotationEffect:
-                case ViewKind::rotation3DEffect:
-                case ViewKind::clockHandRotationEffect:
-                case ViewKind::aspectRatio:
-                case ViewKind::lineLimit:
-                case ViewKind::zIndex:
-                case ViewKind::foregroundColor:
-                case ViewKind::clipShape:
-                case ViewKind::clipped:
-                case ViewKind::cornerRadius:
-                case ViewKind::widgetURL:
-                case ViewKind::link:
-                case ViewKind::geometryReader:
-                case ViewKind::composed: index = tree_.content(index); break;
-                default: return true;
             }
         }
         return true;

@@ -32,6 +32,7 @@ using ViewList = std::vector<AnyView, pool::Allocator<AnyView>>;
 template <class V>
 concept PrimitiveView = requires {
     { V::kind } -> std::convertible_to<ViewKind>;
+    { V::traits } -> std::convertible_to<ViewTraits>;
 };
 
 /// A view that is made of other views: `body` says of which, when the tree is laid out.

@@ -16,6 +16,7 @@ enum class Appearance : unsigned char { light, dark };
 class Color {
 public:
     static constexpr ViewKind kind = ViewKind::color;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Color";
 
     enum class Source : unsigned char {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <utility>
 
 #include "tavrin/platform/ui/any_view.h"
@@ -54,6 +56,32 @@ decltype(auto) visitPrimitive(const AnyView& view, Visit&& visit) {
         case ViewKind::composed: break;
     }
     return visit(EmptyView{});
+}
+
+namespace detail {
+
+template <PrimitiveView... Views>
+consteval auto viewTraits() {
+    constexpr auto count = static_cast<std::size_t>(ViewKind::composed);
+    static_assert(sizeof...(Views) == count, "a primitive view is missing in the list of all");
+    std::array<ViewTraits, count + 1> traits;
+    ((traits[static_cast<std::size_t>(Views::kind)] = Views::traits), ...);
+    traits[count] = {.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};  // a body
+    return traits;
+}
+
+inline constexpr auto allViewTraits =
+    viewTraits<EmptyView, Spacer, Text, Image, Color, LinearGradient, Circle, Rectangle, RoundedRectangle, Capsule,
+               TrimmedShape, FilledShape, StrokedShape, VStack, HStack, ZStack, GeometryReader, Link, FixedFrame,
+               FlexibleFrame, Padding, InsetPadding, Offset, ScaleEffect, RotationEffect, Rotation3DEffect,
+               ClockHandRotationEffect, AspectRatio, LineLimit, ZIndex, ForegroundColor, Background, Overlay, Border,
+               ClipShape, Clipped, CornerRadius, Opacity, WidgetURL>();
+
+}  // namespace detail
+
+/// Of primitive and composed views.
+[[nodiscard]] constexpr const ViewTraits& traitsOf(ViewKind kind) {
+    return detail::allViewTraits[static_cast<std::size_t>(kind)];
 }
 
 /// Whether a view type changes one content, and so is printed as a modifier.

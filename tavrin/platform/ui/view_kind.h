@@ -50,4 +50,27 @@ enum class ViewKind : unsigned char {
     composed,
 };
 
+/// What follows from a view's kind, beyond the rules that layout and painting have for it alone. Each primitive view
+/// says it in its struct; who asks reads it with `traitsOf` instead of listing kinds.
+struct ViewTraits {
+    enum class Holds : unsigned char {
+        nothing,
+        content,           ///< one view
+        contentAndSecond,  ///< one view, and before it another that is proposed the first one's size
+        children,          ///< a list of views; the view is a stack
+    };
+
+    Holds holds = Holds::nothing;
+    /// Layout leaves it as it is: proposals, answers, edges and priority pass through to its content.
+    bool isTransparentToLayout = false;
+    /// Its content is drawn moved, scaled or turned.
+    bool isEffect = false;
+    /// What of its content lies outside a shape is cut off.
+    bool clips = false;
+    /// Its content is composed by itself before it is drawn.
+    bool composes = false;
+    /// It draws something beside its content.
+    bool drawsBesideContent = false;
+};
+
 }  // namespace tavrin

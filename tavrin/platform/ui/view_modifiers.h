@@ -11,6 +11,7 @@ namespace tavrin {
 /// A room of fixed size; an absent dimension is the content's own.
 struct FixedFrame {
     static constexpr ViewKind kind = ViewKind::fixedFrame;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "frame";
 
     std::optional<double> width = std::nullopt;
@@ -26,6 +27,7 @@ struct FixedFrame {
 /// A room between bounds; an absent bound is the content's.
 struct FlexibleFrame {
     static constexpr ViewKind kind = ViewKind::flexibleFrame;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "flexFrame";
 
     std::optional<double> minWidth = std::nullopt;
@@ -56,6 +58,7 @@ inline constexpr Edges Edges::all{true, true, true, true};
 /// The same inset at each of some edges; a negative length lets the content stick out.
 struct Padding {
     static constexpr ViewKind kind = ViewKind::padding;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "padding";
 
     Edges edges = Edges::all;
@@ -79,6 +82,7 @@ struct EdgeInsets {
 /// An inset of its own at each edge; a negative one lets the content stick out.
 struct InsetPadding {
     static constexpr ViewKind kind = ViewKind::insetPadding;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "padding";
 
     EdgeInsets insets = {};
@@ -94,6 +98,8 @@ struct InsetPadding {
 /// Draws its content elsewhere; its place stays.
 struct Offset {
     static constexpr ViewKind kind = ViewKind::offset;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "offset";
 
     double x = 0;
@@ -107,6 +113,8 @@ struct Offset {
 /// Draws its content larger or smaller, around an anchor; a negative scale mirrors, and 0 draws nothing.
 struct ScaleEffect {
     static constexpr ViewKind kind = ViewKind::scaleEffect;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "scaleEffect";
 
     double x = 1;
@@ -121,6 +129,8 @@ struct ScaleEffect {
 /// Draws its content turned around an anchor, clockwise by an angle in radians.
 struct RotationEffect {
     static constexpr ViewKind kind = ViewKind::rotationEffect;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "rotationEffect";
 
     double angle = 0;
@@ -145,6 +155,8 @@ struct Axis3D {
 /// nothing.
 struct Rotation3DEffect {
     static constexpr ViewKind kind = ViewKind::rotation3DEffect;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "rotation3DEffect";
 
     double angle = 0;
@@ -181,6 +193,8 @@ constexpr std::string_view name(ClockHandPeriod::Hand hand) {
 /// period.
 struct ClockHandRotationEffect {
     static constexpr ViewKind kind = ViewKind::clockHandRotationEffect;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "clockHandRotationEffect";
 
     ClockHandPeriod period = {};
@@ -199,6 +213,7 @@ constexpr std::string_view name(ContentMode mode) { return mode == ContentMode::
 /// Proposes a size of one ratio (width / height) to its content; an absent ratio is the content's own.
 struct AspectRatio {
     static constexpr ViewKind kind = ViewKind::aspectRatio;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "aspectRatio";
 
     std::optional<double> ratio = std::nullopt;
@@ -213,6 +228,7 @@ struct AspectRatio {
 /// How many lines each text inside may have; absent: any number. Below 1 counts as 1.
 struct LineLimit {
     static constexpr ViewKind kind = ViewKind::lineLimit;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "lineLimit";
 
     std::optional<std::int64_t> number = std::nullopt;
@@ -224,6 +240,7 @@ struct LineLimit {
 /// When its content is drawn among the children of a stack: ascending, document order among equals.
 struct ZIndex {
     static constexpr ViewKind kind = ViewKind::zIndex;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "zIndex";
 
     double value = 0;
@@ -235,6 +252,7 @@ struct ZIndex {
 /// The colour of text and bare shapes inside; the innermost wins.
 struct ForegroundColor {
     static constexpr ViewKind kind = ViewKind::foregroundColor;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "foregroundColor";
 
     Color color = Color::primary;
@@ -247,6 +265,7 @@ struct ForegroundColor {
 /// A second view behind its content, of the content's size.
 struct Background {
     static constexpr ViewKind kind = ViewKind::background;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::contentAndSecond, .isTransparentToLayout = true};
     static constexpr std::string_view name = "background";
 
     Alignment alignment = Alignment::center;
@@ -261,6 +280,7 @@ struct Background {
 /// A second view in front of its content, of the content's size.
 struct Overlay {
     static constexpr ViewKind kind = ViewKind::overlay;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::contentAndSecond, .isTransparentToLayout = true};
     static constexpr std::string_view name = "overlay";
 
     Alignment alignment = Alignment::center;
@@ -274,6 +294,8 @@ struct Overlay {
 /// A line along the inside of the content's bounds.
 struct Border {
     static constexpr ViewKind kind = ViewKind::border;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .drawsBesideContent = true};
     static constexpr std::string_view name = "border";
 
     Color color = Color::primary;
@@ -287,6 +309,8 @@ struct Border {
 /// Cuts its content to a shape that fills its bounds.
 struct ClipShape {
     static constexpr ViewKind kind = ViewKind::clipShape;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "clipShape";
 
     Shape shape;
@@ -300,6 +324,8 @@ struct ClipShape {
 /// Cuts its content to its bounds.
 struct Clipped {
     static constexpr ViewKind kind = ViewKind::clipped;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "clipped";
 
     bool antialiased = false;
@@ -312,6 +338,8 @@ struct Clipped {
 /// Cuts its content to a rectangle with circular corners.
 struct CornerRadius {
     static constexpr ViewKind kind = ViewKind::cornerRadius;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "cornerRadius";
 
     double radius = 0;
@@ -326,6 +354,8 @@ struct CornerRadius {
 /// Fades its content as one layer; values outside 0…1 are clamped when drawn.
 struct Opacity {
     static constexpr ViewKind kind = ViewKind::opacity;
+    static constexpr ViewTraits traits{
+        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .composes = true};
     static constexpr std::string_view name = "opacity";
 
     double value = 1;
@@ -337,6 +367,7 @@ struct Opacity {
 /// Marks its content with the address that opens when the widget is tapped there; absent: none.
 struct WidgetURL {
     static constexpr ViewKind kind = ViewKind::widgetURL;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "widgetURL";
 
     std::optional<URL> url = std::nullopt;

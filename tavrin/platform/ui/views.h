@@ -29,6 +29,7 @@ namespace tavrin {
 /// No view at all: takes no room and no spacing, and modifiers around it draw nothing.
 struct EmptyView {
     static constexpr ViewKind kind = ViewKind::emptyView;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "EmptyView";
     static constexpr std::tuple<> fields{};
 };
@@ -36,6 +37,7 @@ struct EmptyView {
 /// Room that takes what its stack's other children leave along its axis, at least `minLength` (absent: 8).
 struct Spacer {
     static constexpr ViewKind kind = ViewKind::spacer;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Spacer";
 
     std::optional<double> minLength = std::nullopt;
@@ -49,6 +51,7 @@ using TextContent = std::variant<SharedText, Date>;
 /// A text. An absent font or weight is the environment's.
 struct Text {
     static constexpr ViewKind kind = ViewKind::text;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Text";
 
     TextContent content;
@@ -63,6 +66,7 @@ struct Text {
 /// nothing. The view tree does not print the pixels.
 struct Image {
     static constexpr ViewKind kind = ViewKind::image;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Image";
     static constexpr std::tuple<> fields{};
 
@@ -72,6 +76,7 @@ struct Image {
 /// A ramp of evenly spaced colours between two unit points, padded at both ends.
 struct LinearGradient {
     static constexpr ViewKind kind = ViewKind::linearGradient;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "LinearGradient";
 
     std::vector<Color> colors;
@@ -91,6 +96,7 @@ constexpr std::string_view name(RoundedCornerStyle style) {
 
 struct Circle {
     static constexpr ViewKind kind = ViewKind::circle;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Circle";
     static constexpr std::tuple<> fields{};
     friend bool operator==(const Circle&, const Circle&) = default;
@@ -98,6 +104,7 @@ struct Circle {
 
 struct Rectangle {
     static constexpr ViewKind kind = ViewKind::rectangle;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Rectangle";
     static constexpr std::tuple<> fields{};
     friend bool operator==(const Rectangle&, const Rectangle&) = default;
@@ -105,6 +112,7 @@ struct Rectangle {
 
 struct RoundedRectangle {
     static constexpr ViewKind kind = ViewKind::roundedRectangle;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "RoundedRectangle";
 
     double cornerRadius = 0;
@@ -117,6 +125,7 @@ struct RoundedRectangle {
 
 struct Capsule {
     static constexpr ViewKind kind = ViewKind::capsule;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Capsule";
 
     RoundedCornerStyle style = RoundedCornerStyle::circular;
@@ -133,6 +142,7 @@ using ClosedShape = std::variant<Circle, Rectangle, RoundedRectangle, Capsule>;
 /// this order or not numbers.
 struct TrimmedShape {
     static constexpr ViewKind kind = ViewKind::trimmedShape;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "TrimmedShape";
 
     ClosedShape shape;
@@ -151,6 +161,7 @@ using ShapeStyle = std::variant<Color, LinearGradient>;
 
 struct FilledShape {
     static constexpr ViewKind kind = ViewKind::filledShape;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "FilledShape";
 
     Shape shape;
@@ -167,6 +178,7 @@ constexpr std::string_view name(LineJoin) { return "miter"; }
 /// An outline drawn with a pen centred on it.
 struct StrokedShape {
     static constexpr ViewKind kind = ViewKind::strokedShape;
+    static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "StrokedShape";
 
     Shape shape;
@@ -186,6 +198,7 @@ struct StrokedShape {
 /// what font metrics ask for beside texts, 0 beside a spacer.
 struct VStack {
     static constexpr ViewKind kind = ViewKind::vstack;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
     static constexpr std::string_view name = "VStack";
 
     HorizontalAlignment alignment = HorizontalAlignment::center;
@@ -199,6 +212,7 @@ struct VStack {
 /// Children from leading to trailing, spaced as in a `VStack`.
 struct HStack {
     static constexpr ViewKind kind = ViewKind::hstack;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
     static constexpr std::string_view name = "HStack";
 
     VerticalAlignment alignment = VerticalAlignment::center;
@@ -212,6 +226,7 @@ struct HStack {
 /// Children on top of each other.
 struct ZStack {
     static constexpr ViewKind kind = ViewKind::zstack;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
     static constexpr std::string_view name = "ZStack";
 
     Alignment alignment = Alignment::center;
@@ -230,6 +245,7 @@ struct GeometryProxy {
 /// the tree is laid out, when that is known. The content is offered that size and lies at the top leading corner.
 struct GeometryReader {
     static constexpr ViewKind kind = ViewKind::geometryReader;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
     static constexpr std::string_view name = "GeometryReader";
 
     std::function<AnyView(const GeometryProxy&)> content;
@@ -240,6 +256,7 @@ struct GeometryReader {
 /// A label that leads to an address when it is tapped; it looks and is laid out as the label alone.
 struct Link {
     static constexpr ViewKind kind = ViewKind::link;
+    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "Link";
 
     URL destination;
