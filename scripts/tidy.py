@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Run clang-tidy over the sources of a compile database: tidy.py BUILD_DIR
 
-A source is looked at again only when it, a project header it includes, its command or .clang-tidy has changed.
+A source is looked at again only when it, a project file it includes, its command or its settings have changed. Most
+sources are compiled, and so looked at, together with others of their folder.
 """
 import concurrent.futures
 import functools
@@ -35,10 +36,20 @@ def with_headers(source):
     return sorted(seen)
 
 
+def config_of(source):
+    """The settings of the folder that a source, or the first that it includes for the build, stands in."""
+    included = INCLUDE.search(text_of(source)) if source.is_relative_to(TOP / "build") else None
+    folder = pathlib.Path(included.group(1).decode() if included else source).parent
+    while not (folder / ".clang-tidy").exists():
+        folder = folder.parent
+    return folder / ".clang-tidy"
+
+
 def fingerprint(entry):
     """The same wherever the checkout lies."""
     command = entry["command"].replace(str(TOP), "")
-    digest = hashlib.sha256(text_of(TOP / ".clang-tidy") + command.encode())
+    settings = text_of(TOP / ".clang-tidy") + text_of(config_of(pathlib.Path(entry["file"])))
+    digest = hashlib.sha256(settings + command.encode())
     for path in with_headers(pathlib.Path(entry["file"])):
         digest.update(path.relative_to(TOP).as_posix().encode() + b"\0" + text_of(path))
     return digest.hexdigest()
@@ -49,7 +60,9 @@ def tidy(build, entry):
     passed = build / "tidy" / fingerprint(entry)
     if passed.exists():
         return ""
-    done = subprocess.run(["clang-tidy", "--quiet", "-p", build, entry["file"]], capture_output=True, text=True)
+    config = config_of(pathlib.Path(entry["file"]))
+    command = ["clang-tidy", "--quiet", "-p", build, f"--config-file={config}", entry["file"]]
+    done = subprocess.run(command, capture_output=True, text=True)
     if done.returncode == 0:
         passed.touch()
         return ""
