@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/url.h"
 
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
