@@ -4,11 +4,13 @@ find_program(TAVRIN_NODE NAMES node nodejs REQUIRED)
 find_program(TAVRIN_NPM npm REQUIRED)
 
 set(page_source ${PROJECT_SOURCE_DIR}/preview)
-set(page_packages ${page_source}/node_modules/.installed)
-# The browser's driver and the type checker come only with the tests.
+# The browser's driver and the type checker come only with the tests. All builds share the folder, and each installation
+# empties it: a build sees by the mark whether what is there is its own.
 set(page_install ${TAVRIN_NPM} ci --no-progress --loglevel=error)
+set(page_packages ${page_source}/node_modules/.installed)
 if(NOT TAVRIN_TESTS)
   list(APPEND page_install --omit=dev)
+  set(page_packages ${page_source}/node_modules/.installed-without-dev)
 endif()
 set(page_folder ${CMAKE_CURRENT_BINARY_DIR}/page)
 set(preview_page_files ${page_folder}/index.html ${page_folder}/preview.js ${page_folder}/preview.css
