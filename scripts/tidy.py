@@ -24,8 +24,8 @@ def text_of(path):
     return path.read_bytes()
 
 
-def with_headers(source):
-    """A source and every project header that it includes, directly or not."""
+def with_included(source):
+    """A source and every file of the project that it includes, directly or not."""
     seen, pending = set(), [source]
     while pending:
         path = pending.pop()
@@ -45,22 +45,22 @@ def config_of(source):
     return folder / ".clang-tidy"
 
 
-def fingerprint(entry):
+def fingerprint(entry, config):
     """The same wherever the checkout lies."""
     command = entry["command"].replace(str(TOP), "")
-    settings = text_of(TOP / ".clang-tidy") + text_of(config_of(pathlib.Path(entry["file"])))
+    settings = text_of(TOP / ".clang-tidy") + text_of(config)
     digest = hashlib.sha256(settings + command.encode())
-    for path in with_headers(pathlib.Path(entry["file"])):
+    for path in with_included(pathlib.Path(entry["file"])):
         digest.update(path.relative_to(TOP).as_posix().encode() + b"\0" + text_of(path))
     return digest.hexdigest()
 
 
 def tidy(build, entry):
     """What clang-tidy says about one source, or nothing."""
-    passed = build / "tidy" / fingerprint(entry)
+    config = config_of(pathlib.Path(entry["file"]))
+    passed = build / "tidy" / fingerprint(entry, config)
     if passed.exists():
         return ""
-    config = config_of(pathlib.Path(entry["file"]))
     command = ["clang-tidy", "--quiet", "-p", build, f"--config-file={config}", entry["file"]]
     done = subprocess.run(command, capture_output=True, text=True)
     if done.returncode == 0:
