@@ -64,7 +64,7 @@ private:
     [[nodiscard]] std::string found() const {
         constexpr std::size_t longestWord = 20;
         std::size_t wordEnd = at_;
-        while (wordEnd < text_.size() && (isInWord(text_[wordEnd]))) ++wordEnd;
+        while (wordEnd < text_.size() && isInWord(text_[wordEnd])) ++wordEnd;
         if (wordEnd - at_ > longestWord) return "'" + std::string(text_.substr(at_, longestWord)) + "…'";
         if (wordEnd > at_) return "'" + std::string(text_.substr(at_, wordEnd - at_)) + "'";
         const Utf8Step step = decodeUtf8(text_, at_);

@@ -103,9 +103,9 @@ private:
         std::optional<Oddness> first;
         for (std::string_view rest = text; !rest.empty() || whole.empty();) {
             const std::string_view part = isList ? rest.substr(0, rest.find('-')) : rest;
-            const std::optional<Oddness> fault = oddnessOf(part);
-            if (fault && !first) first = fault;
-            whole.append(whole.empty() ? "" : "-").append(fault && !fault->meant.empty() ? fault->meant : part);
+            const std::optional<Oddness> oddness = oddnessOf(part);
+            if (oddness && !first) first = oddness;
+            whole.append(whole.empty() ? "" : "-").append(oddness && !oddness->meant.empty() ? oddness->meant : part);
             if (part.size() >= rest.size()) break;
             rest.remove_prefix(part.size() + 1);
         }

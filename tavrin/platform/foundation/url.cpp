@@ -111,7 +111,7 @@ std::optional<URL> URL::parse(std::string_view text) {
 URL URL::fileURL(const std::string& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    return URL("file://" + encodedPath((error ? path : absolute.string())));
+    return URL("file://" + encodedPath(error ? path : absolute.string()));
 }
 
 std::string URL::scheme() const { return inLowerCase(schemeOf(string()).value_or("")); }
