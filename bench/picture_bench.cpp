@@ -8,7 +8,7 @@
 #include "bench/bench_data.h"
 #include "tavrin/images/image_decoder.h"
 #include "tavrin/images/image_processer.h"
-#include "tavrin/platform/foundation/scaling.h"
+#include "tavrin/platform/foundation/pixels/scaling.h"
 #include "tavrin/platform/paint/canvas.h"
 
 // What pictures cost: decoding each format, scaling, drawing for the first time and again.

@@ -13,7 +13,7 @@
 #include "cli/frames.h"
 #include "cli/matrix/matrix.h"
 #include "cli/snapshot/snapshot_options.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
 namespace tavrin::cli {

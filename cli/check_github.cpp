@@ -4,7 +4,7 @@
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {

@@ -6,8 +6,8 @@
 #include "cli/check_writer.h"
 #include "cli/output.h"
 #include "tavrin/diagnostics/rule.h"
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin::cli {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "cli/failure_text.h"
 #include "tavrin/json/decoding_error.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin::cli {
 namespace {

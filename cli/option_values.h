@@ -9,9 +9,9 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time/date.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/paint/image_renderer.h"
 #include "tavrin/platform/ui/widget_family.h"
 

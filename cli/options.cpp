@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/options.h"
 
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::cli {

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/blocked_signals.h"
+#include "tavrin/platform/foundation/threads/blocked_signals.h"
 
 namespace tavrin::cli {
 

@@ -11,7 +11,7 @@
 
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
-#include "tavrin/platform/foundation/blocked_signals.h"
+#include "tavrin/platform/foundation/threads/blocked_signals.h"
 
 namespace tavrin::cli {
 namespace {

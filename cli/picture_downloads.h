@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tavrin/platform/foundation/url_session.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 
 namespace tavrin::cli {
 

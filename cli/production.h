@@ -10,7 +10,7 @@
 #include "cli/arguments.h"
 #include "cli/failure.h"
 #include "tavrin/engine/tavrin_engine.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 
 namespace tavrin::cli {
 

@@ -8,7 +8,7 @@
 #include "cli/excerpt.h"
 #include "cli/file_descriptor.h"
 #include "cli/terminal.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <vector>
 
-#include "tavrin/platform/foundation/edit_distance.h"
+#include "tavrin/platform/foundation/strings/edit_distance.h"
 
 namespace tavrin::cli {
 namespace {

@@ -15,6 +15,9 @@ ALLOWED = [
     ("modifiers know nodes", "tavrin/modifiers/a.h", '"tavrin/nodes/color.h"'),
     ("the engine knows painting", "tavrin/engine/a.cpp", '"tavrin/platform/paint/a.h"'),
     ("the program knows the library", "cli/main.cpp", '"tavrin/tavrin.h"'),
+    ("a room of the foundation", "tavrin/platform/ui/a.h", '"tavrin/platform/foundation/net/url.h"'),
+    ("one header of a room above", "tavrin/platform/foundation/strings/a.cpp",
+     '"tavrin/platform/foundation/precondition.h"'),
     ("headers of others are not judged", "tavrin/json/a.cpp", "<simdjson.h>"),
 ]
 REFUSED = [
@@ -27,6 +30,9 @@ REFUSED = [
     ("text knows one header of ui", "tavrin/platform/text/a.h", '"tavrin/platform/ui/views.h"'),
     ("layout does not know painting", "tavrin/platform/layout/a.cpp", '"tavrin/platform/paint/a.h"'),
     ("the library does not know the program", "tavrin/engine/a.cpp", '"cli/options.h"'),
+    ("a listed folder inside one's own", "tavrin/platform/foundation/a.h", '"tavrin/platform/foundation/net/url.h"'),
+    ("what else is in a room above", "tavrin/platform/foundation/strings/a.cpp",
+     '"tavrin/platform/foundation/tavrin_error.h"'),
     ("a name beginning alike is another folder", "tavrin/json/a.cpp", '"tavrin/jsonic/a.h"'),
     ("a header without its folder", "tavrin/json/a.cpp", '"a.h"'),
     ("a folder the table does not know", "tavrin/extra/a.cpp", '"tavrin/json/a.h"'),

@@ -6,8 +6,8 @@
 #include "cli/matrix/matrix_picture.h"
 #include "cli/option_values.h"
 #include "cli/options.h"
-#include "tavrin/platform/foundation/markup_text.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/strings/markup_text.h"
 
 namespace tavrin::cli {
 namespace {

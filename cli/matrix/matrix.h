@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/several_options.h"
-#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/ui/environment.h"
 
 namespace tavrin::cli {

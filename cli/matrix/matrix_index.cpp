@@ -4,7 +4,7 @@
 
 #include "cli/matrix/matrix_picture.h"
 #include "cli/options.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin::cli {
 namespace {

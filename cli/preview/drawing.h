@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cli/failure.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
 #include "tavrin/platform/paint/image_renderer.h"
 
 namespace tavrin::cli {

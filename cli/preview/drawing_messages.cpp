@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "cli/failure_text.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::cli {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin::cli {
 

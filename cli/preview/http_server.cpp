@@ -21,7 +21,7 @@
 #include "cli/preview/http_session.h"
 #include "cli/preview/http_status.h"
 #include "cli/preview/request_guard.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "cli/preview/http_status.h"
 #include "cli/preview/response_headers.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {

@@ -8,7 +8,7 @@
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
 
 namespace tavrin::cli {
 

@@ -13,8 +13,8 @@
 #include "cli/preview/folder_error.h"
 #include "cli/preview/http_status.h"
 #include "tavrin/platform/foundation/file_contents.h"
-#include "tavrin/platform/foundation/number_text.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin::cli {
 namespace {

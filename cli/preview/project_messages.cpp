@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "cli/preview/folder_error.h"
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/number_text.h"
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::cli {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "cli/preview/http_status.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {

@@ -4,7 +4,7 @@
 #include "cli/preview/drawing.h"
 #include "cli/preview/http_message.h"
 #include "cli/preview/project_folder.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
 
 namespace tavrin::cli {
 

@@ -2,7 +2,7 @@
 #include "cli/snapshot/snapshot_options.h"
 
 #include "cli/usage_error.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {

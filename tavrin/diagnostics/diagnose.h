@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "tavrin/diagnostics/diagnostic.h"
-#include "tavrin/platform/foundation/date.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/time_zone.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/time/date.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/ui/color.h"
 #include "tavrin/platform/ui/widget_family.h"
 

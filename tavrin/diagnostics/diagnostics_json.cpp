@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/diagnose.h"
 #include "tavrin/diagnostics/write_diagnostic.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin {
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <set>
 
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 #include "tavrin/platform/text/block_contents.h"
 #include "tavrin/platform/ui/views.h"
 

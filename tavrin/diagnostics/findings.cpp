@@ -5,8 +5,8 @@
 #include <tuple>
 #include <utility>
 
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin {
 namespace {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "tavrin/diagnostics/findings.h"
-#include "tavrin/platform/foundation/ascii.h"
-#include "tavrin/platform/foundation/edit_distance.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/platform/foundation/strings/edit_distance.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/schema/note_text.h"
 
 namespace tavrin {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tavrin/diagnostics/diagnostic.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin {
 

@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "tavrin/platform/foundation/shared_text.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/values/dsl_value.h"
 
 namespace tavrin {

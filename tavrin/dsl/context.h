@@ -6,12 +6,12 @@
 #include <memory>
 #include <optional>
 
-#include "tavrin/platform/foundation/date.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
-#include "tavrin/platform/foundation/time_zone.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/time/date.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 
 namespace tavrin {
 

@@ -8,8 +8,8 @@
 #include "tavrin/dsl/dsl_version.h"
 #include "tavrin/dsl/record.h"
 #include "tavrin/dsl/record_contents.h"
-#include "tavrin/platform/foundation/counted.h"
-#include "tavrin/platform/foundation/pool_allocator.h"
+#include "tavrin/platform/foundation/memory/counted.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {

@@ -11,7 +11,7 @@
 #include "tavrin/dsl/context.h"
 #include "tavrin/dsl/node_dictionary.h"
 #include "tavrin/dsl/origin_recorder.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 
 namespace tavrin {
 

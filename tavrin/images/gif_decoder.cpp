@@ -10,8 +10,8 @@
 #include <gif_lib.h>
 
 #include "tavrin/images/decoders.h"
-#include "tavrin/platform/foundation/handles.h"
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/memory/handles.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::images {
 namespace {

@@ -6,7 +6,7 @@
 #include <stop_token>
 #include <string_view>
 
-#include "tavrin/platform/foundation/bitmap.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
 
 namespace tavrin {
 

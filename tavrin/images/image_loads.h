@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "tavrin/images/image_memory.h"
-#include "tavrin/platform/foundation/url_session.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 
 namespace tavrin {
 

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
 
 namespace tavrin {
 

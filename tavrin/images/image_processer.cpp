@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tavrin/platform/foundation/scaled_bitmaps.h"
+#include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
 
 namespace tavrin {
 namespace {

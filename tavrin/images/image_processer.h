@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "tavrin/platform/foundation/bitmap.h"
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
 
 namespace tavrin {
 

@@ -13,7 +13,7 @@
 
 #include "tavrin/images/decoders.h"
 #include "tavrin/images/exif_orientation.h"
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::images {
 namespace {

@@ -6,8 +6,8 @@
 #include <spng.h>
 
 #include "tavrin/images/decoders.h"
-#include "tavrin/platform/foundation/handles.h"
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/memory/handles.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::images {
 namespace {

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
-#include "tavrin/platform/foundation/shared_text.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {

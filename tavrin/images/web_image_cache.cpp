@@ -9,7 +9,7 @@
 
 #include "tavrin/images/image_loads.h"
 #include "tavrin/platform/foundation/file_contents.h"
-#include "tavrin/platform/foundation/main_queue.h"
+#include "tavrin/platform/foundation/threads/main_queue.h"
 
 namespace tavrin {
 namespace {

@@ -7,11 +7,11 @@
 #include <memory>
 #include <vector>
 
-#include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/fetch_policy.h"
 #include "tavrin/platform/foundation/logger.h"
-#include "tavrin/platform/foundation/url.h"
-#include "tavrin/platform/foundation/url_session.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/net/url_session.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
 
 namespace tavrin {
 

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "tavrin/json/decoder.h"
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/number_text.h"
-#include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tavrin/json/coding.h"
-#include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
 
 namespace tavrin {
 

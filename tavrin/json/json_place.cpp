@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "tavrin/json/json_scan.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin {
 namespace {

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "tavrin/json/json_place.h"
-#include "tavrin/platform/foundation/ascii.h"
-#include "tavrin/platform/foundation/number_text.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin {
 namespace {

@@ -11,8 +11,8 @@
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
-#include "tavrin/platform/foundation/ascii.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 namespace {

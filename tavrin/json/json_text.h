@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/platform/foundation/short_text.h"
+#include "tavrin/platform/foundation/memory/short_text.h"
 
 namespace tavrin {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "tavrin/nodes/color_string.h"
-#include "tavrin/platform/foundation/graphemes.h"
+#include "tavrin/platform/foundation/strings/graphemes.h"
 #include "tavrin/platform/ui/views.h"
 
 namespace tavrin {

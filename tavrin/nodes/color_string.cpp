@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "tavrin/platform/foundation/graphemes.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/graphemes.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 namespace {

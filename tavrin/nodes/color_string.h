@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
 #include "tavrin/platform/ui/color.h"
 
 // Colour strings: `#RRGGBB`, or `#PPRRGGBB` with the opacity in per cent as two decimal digits.

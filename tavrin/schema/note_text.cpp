@@ -4,7 +4,7 @@
 #include <array>
 #include <cctype>
 
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
 #include "tavrin/values/model_context.h"
 #include "tavrin/values/value_conversion.h"
 

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "tavrin/platform/foundation/ascii.h"
-#include "tavrin/platform/foundation/edit_distance.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/platform/foundation/strings/edit_distance.h"
 
 namespace tavrin {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "tavrin/json/coding.h"
-#include "tavrin/platform/foundation/shared_text.h"
-#include "tavrin/platform/foundation/short_text.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/memory/short_text.h"
 
 namespace tavrin {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/data_url.h"
+#include "tavrin/platform/foundation/net/data_url.h"
 
 #include <optional>
 #include <string>

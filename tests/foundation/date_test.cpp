@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time/date.h"
 
 #include <limits>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/edit_distance.h"
+#include "tavrin/platform/foundation/strings/edit_distance.h"
 
 #include <string>
 

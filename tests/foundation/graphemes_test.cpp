@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/graphemes.h"
+#include "tavrin/platform/foundation/strings/graphemes.h"
 
 #include <string>
 

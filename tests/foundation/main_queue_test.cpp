@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/main_queue.h"
+#include "tavrin/platform/foundation/threads/main_queue.h"
 
 #include <limits>
 #include <stdexcept>

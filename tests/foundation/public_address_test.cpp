@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/public_address.h"
+#include "tavrin/platform/foundation/net/public_address.h"
 
 #include <gtest/gtest.h>
 

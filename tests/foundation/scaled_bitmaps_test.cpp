@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/scaled_bitmaps.h"
+#include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
 
 #include <thread>
 #include <vector>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/scaling.h"
+#include "tavrin/platform/foundation/pixels/scaling.h"
 
 #include <algorithm>
 #include <cmath>

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/shared_array.h"
-#include "tavrin/platform/foundation/shared_text.h"
+#include "tavrin/platform/foundation/memory/shared_array.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
 
 namespace tavrin {
 namespace {

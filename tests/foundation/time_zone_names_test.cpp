@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/time_zone_names.h"
+#include "tavrin/platform/foundation/time/time_zone_names.h"
 
 #include <algorithm>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 
 namespace tavrin {
 namespace {

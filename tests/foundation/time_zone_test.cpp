@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 
 #include <cstdlib>
 #include <limits>

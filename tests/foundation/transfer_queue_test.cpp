@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/transfer_queue.h"
+#include "tavrin/platform/foundation/net/transfer_queue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/work_queue.h"
+#include "tavrin/platform/foundation/threads/work_queue.h"
 
 #include <atomic>
 #include <future>

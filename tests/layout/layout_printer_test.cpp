@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tests/layout/laid_out.h"
 
 namespace tavrin::layout {

@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/ui/progress_view.h"
 #include "tests/layout/laid_out.h"

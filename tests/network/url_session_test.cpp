@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/url_session.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 
 #include <algorithm>
 #include <filesystem>

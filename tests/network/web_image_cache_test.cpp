@@ -12,8 +12,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/main_queue.h"
-#include "tavrin/platform/foundation/percent_encoding.h"
+#include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/threads/main_queue.h"
 #include "tests/network/listener.h"
 #include "tests/network/web_server.h"
 

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 
 // What the tests of this folder share: colours and numbers that are none.
 

@@ -9,7 +9,7 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {

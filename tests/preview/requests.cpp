@@ -13,7 +13,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {

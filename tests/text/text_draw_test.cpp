@@ -11,7 +11,7 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/shaped_text.h"
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/text/visual_line.h"

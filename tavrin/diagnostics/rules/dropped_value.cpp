@@ -2,9 +2,9 @@
 #include <algorithm>
 
 #include "tavrin/diagnostics/written_rules.h"
-#include "tavrin/platform/foundation/number_text.h"
-#include "tavrin/platform/foundation/time_zone.h"
-#include "tavrin/platform/foundation/time_zone_names.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
+#include "tavrin/platform/foundation/time/time_zone_names.h"
 
 namespace tavrin {
 namespace {

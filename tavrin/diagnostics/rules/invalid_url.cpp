@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/written_rules.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 
 namespace tavrin {
 namespace {

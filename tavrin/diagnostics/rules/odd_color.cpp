@@ -3,7 +3,7 @@
 
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/nodes/color_string.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "tavrin/diagnostics/written_rules.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/schema/note_text.h"
 
 namespace tavrin {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "tavrin/platform/explain/explanation.h"
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 
 namespace tavrin {
 namespace {

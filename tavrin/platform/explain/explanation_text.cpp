@@ -4,7 +4,7 @@
 
 #include "tavrin/platform/explain/explanation.h"
 #include "tavrin/platform/explain/words.h"
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin::explain {
 

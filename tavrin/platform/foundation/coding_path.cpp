@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/platform/foundation/ascii.h"
-#include "tavrin/platform/foundation/json_writer.h"
-#include "tavrin/platform/foundation/number_text.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "tavrin/platform/foundation/affine_transform.h"
-#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 
 // How effects change the picture of their content, which lies in `frame`; nothing where it is not drawn at all.

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/parallel_loop.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/foundation/threads/parallel_loop.h"
 
 namespace tavrin::layout {
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/layout/layout_tree.h"
 
 namespace tavrin {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/layout/timed_layout.h"
 #include "tavrin/platform/paint/animation/animation_encoder.h"
 #include "tavrin/platform/paint/frame_span.h"

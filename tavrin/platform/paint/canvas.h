@@ -7,9 +7,9 @@
 #include <string>
 
 #include "tavrin/platform/foundation/affine_transform.h"
-#include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/rgba.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/paint/gradient.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/views.h"

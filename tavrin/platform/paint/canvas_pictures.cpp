@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tavrin/platform/foundation/scaled_bitmaps.h"
+#include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/canvas_state.h"
 

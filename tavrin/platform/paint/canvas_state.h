@@ -10,7 +10,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
 

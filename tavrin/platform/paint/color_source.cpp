@@ -7,7 +7,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/gradient_stops.h"
 
 namespace tavrin::paint {

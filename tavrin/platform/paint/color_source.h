@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/paint/gradient.h"
 
 typedef struct _cairo cairo_t;

@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 
 typedef struct _cairo cairo_t;
 

@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/markup_text.h"
+#include "tavrin/platform/foundation/strings/markup_text.h"
 
 namespace tavrin::paint {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 
 namespace tavrin::paint {
 

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "tavrin/platform/foundation/date.h"
+#include "tavrin/platform/foundation/time/date.h"
 
 namespace tavrin {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 
 namespace tavrin::paint {
 

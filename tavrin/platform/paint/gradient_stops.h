@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 
 namespace tavrin::paint {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/widget_painter.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 
 namespace tavrin::paint {
 

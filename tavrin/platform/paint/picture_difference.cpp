@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::paint {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 
 namespace tavrin::paint {

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {

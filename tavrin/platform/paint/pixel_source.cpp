@@ -6,7 +6,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/paint/gradient_stops.h"
 

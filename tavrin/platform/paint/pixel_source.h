@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/gradient.h"
 
 typedef struct _cairo_matrix cairo_matrix_t;

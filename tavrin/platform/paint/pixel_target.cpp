@@ -12,7 +12,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::paint {
 namespace {

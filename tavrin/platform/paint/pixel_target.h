@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/coverage.h"
 #include "tavrin/platform/paint/pixel_source.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tavrin/platform/text/text_engine.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::paint {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "tavrin/platform/foundation/pixels.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 
 namespace tavrin::paint {

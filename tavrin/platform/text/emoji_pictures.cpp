@@ -7,7 +7,7 @@
 
 #include <hb-ot.h>
 
-#include "tavrin/platform/foundation/scaling.h"
+#include "tavrin/platform/foundation/pixels/scaling.h"
 
 namespace tavrin::text {
 namespace {

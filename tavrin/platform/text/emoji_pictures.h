@@ -7,7 +7,7 @@
 
 #include <cairo.h>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/font_faces.h"
 
 namespace tavrin::text {

@@ -13,7 +13,7 @@
 #include <fontconfig/fontconfig.h>
 #include <hb.h>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::text {

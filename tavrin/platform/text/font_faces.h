@@ -8,7 +8,7 @@
 #include FT_FREETYPE_H
 #include <hb.h>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/font_catalog.h"
 
 namespace tavrin::text {

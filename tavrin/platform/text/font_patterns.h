@@ -7,7 +7,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 
 namespace tavrin::text {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 
 namespace tavrin::text {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <set>
 
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 #include "tavrin/platform/text/font_chooser.h"
 
 namespace tavrin::text {

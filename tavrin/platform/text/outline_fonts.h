@@ -6,7 +6,7 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/handles.h"
+#include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/text/visual_line.h"
 

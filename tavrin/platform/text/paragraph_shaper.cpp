@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "tavrin/platform/foundation/ascii.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
 #include "tavrin/platform/text/font_metrics.h"
 
 namespace tavrin::text {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "tavrin/platform/foundation/utf8.h"
+#include "tavrin/platform/foundation/strings/utf8.h"
 
 namespace tavrin::text {
 namespace {

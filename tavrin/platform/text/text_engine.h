@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/ui/font.h"
 
 typedef struct _cairo cairo_t;

@@ -6,7 +6,7 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/text/emoji_pictures.h"
 #include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/text/glyph_masks.h"

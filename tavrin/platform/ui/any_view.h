@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/counted.h"
 #include "tavrin/platform/foundation/field.h"
-#include "tavrin/platform/foundation/pool_allocator.h"
+#include "tavrin/platform/foundation/memory/counted.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/ui/view_kind.h"
 #include "tavrin/platform/ui/view_writer.h"
 

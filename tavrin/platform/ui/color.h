@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tavrin/platform/foundation/field.h"
-#include "tavrin/platform/foundation/rgba.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/ui/view_kind.h"
 
 namespace tavrin {

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "tavrin/platform/foundation/date.h"
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time/date.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/ui/color.h"
 #include "tavrin/platform/ui/font.h"
 

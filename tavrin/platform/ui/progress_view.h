@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {

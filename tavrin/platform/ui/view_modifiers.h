@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tavrin/platform/foundation/time_zone.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/ui/views.h"
 
 // The view modifiers: each is a view that changes its `content`. Lengths are in points.

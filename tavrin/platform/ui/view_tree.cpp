@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/platform/foundation/json_writer.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin {

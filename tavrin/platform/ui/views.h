@@ -10,12 +10,12 @@
 #include <variant>
 #include <vector>
 
-#include "tavrin/platform/foundation/bitmap.h"
-#include "tavrin/platform/foundation/date.h"
 #include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/shared_text.h"
-#include "tavrin/platform/foundation/url.h"
+#include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/pixels/bitmap.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/ui/alignment.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/color.h"

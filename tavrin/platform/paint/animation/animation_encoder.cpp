@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/parallel_loop.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/foundation/threads/parallel_loop.h"
 #include "tavrin/platform/paint/animation/apng_file.h"
 #include "tavrin/platform/paint/animation/webp_file.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 
 namespace tavrin::paint {
 

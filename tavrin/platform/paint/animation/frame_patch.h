@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tavrin/platform/foundation/pixel_rect.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 
 namespace tavrin::paint {

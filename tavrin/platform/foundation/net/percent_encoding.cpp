@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/platform/foundation/net/percent_encoding.h"
+
+#include <charconv>
+
+namespace tavrin {
+
+bool isEscapeAt(std::string_view text, std::size_t at) {
+    constexpr std::string_view digits = "0123456789ABCDEFabcdef";
+    return text[at] == '%' && text.size() - at > 2 && digits.find(text[at + 1]) != std::string_view::npos &&
+           digits.find(text[at + 2]) != std::string_view::npos;
+}
+
+std::string percentDecoded(std::string_view text) {
+    std::string decoded;
+    decoded.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (!isEscapeAt(text, at)) {
+            decoded += text[at];
+            continue;
+        }
+        unsigned char byte = 0;
+        const char* const digits = text.data() + at + 1;
+        std::from_chars(digits, digits + 2, byte, 16);
+        decoded += static_cast<char>(byte);
+        at += 2;
+    }
+    return decoded;
+}
+
+}  // namespace tavrin

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
+
+#include <utility>
+
+#include "tavrin/platform/foundation/pixels/scaling.h"
+
+namespace tavrin {
+namespace {
+
+/// What an entry takes beside its pixels, roughly.
+constexpr std::size_t overhead = 256;
+
+std::size_t cost(const Bitmap& bitmap) { return bitmap.byteCount() + overhead; }
+
+}  // namespace
+
+std::size_t ScaledBitmaps::Hash::operator()(const Key& key) const {
+    std::uint64_t hash = key.picture;
+    for (const int number : {key.width, key.height, key.part.x0, key.part.y0, key.part.x1, key.part.y1})
+        hash = (hash ^ static_cast<std::uint32_t>(number)) * 0x9E3779B97F4A7C15;
+    return static_cast<std::size_t>(hash ^ hash >> 32);
+}
+
+ScaledBitmaps& ScaledBitmaps::shared() {
+    static ScaledBitmaps shared(64U << 20);
+    return shared;
+}
+
+std::shared_ptr<const Bitmap> ScaledBitmaps::scaled(const std::shared_ptr<const Bitmap>& picture, int width,
+                                                    int height) {
+    return scaled(picture, width, height, {0, 0, width, height});
+}
+
+std::shared_ptr<const Bitmap> ScaledBitmaps::scaled(const std::shared_ptr<const Bitmap>& picture, int width, int height,
+                                                    const PixelRect& part) {
+    const PixelRect whole{0, 0, picture->width(), picture->height()};
+    if (width == whole.x1 && height == whole.y1 && part == whole) return picture;
+    const Key key{picture->identity(), width, height, part};
+    if (std::shared_ptr<const Bitmap> known = find(key)) return known;
+    const PixelRows rows{picture->row(0), whole.x1, whole.y1, whole.x1};
+    return keep(key,
+                std::make_shared<const Bitmap>(part.width(), part.height(), scaledPixels(rows, width, height, part)));
+}
+
+std::size_t ScaledBitmaps::byteCount() const {
+    const std::lock_guard lock(mutex_);
+    return bytes_;
+}
+
+std::shared_ptr<const Bitmap> ScaledBitmaps::find(const Key& key) {
+    const std::lock_guard lock(mutex_);
+    const auto found = places_.find(key);
+    if (found == places_.end()) return nullptr;
+    entries_.splice(entries_.begin(), entries_, found->second);
+    return found->second->bitmap;
+}
+
+std::shared_ptr<const Bitmap> ScaledBitmaps::keep(const Key& key, std::shared_ptr<const Bitmap> bitmap) {
+    if (cost(*bitmap) > maximumBytes_) return bitmap;
+    const std::lock_guard lock(mutex_);
+    // Another thread may have been quicker: all go on with one.
+    if (const auto found = places_.find(key); found != places_.end()) return found->second->bitmap;
+    entries_.push_front({key, std::move(bitmap)});
+    places_.emplace(key, entries_.begin());
+    bytes_ += cost(*entries_.front().bitmap);
+    while (bytes_ > maximumBytes_) {
+        const Entry& last = entries_.back();
+        bytes_ -= cost(*last.bitmap);
+        places_.erase(last.key);
+        entries_.pop_back();
+    }
+    return entries_.front().bitmap;
+}
+
+}  // namespace tavrin
