@@ -52,25 +52,32 @@ WidgetRoom roomOf(const Values& values) {
     return readFamily("--family", family ? *family : defaultFamily, screen);
 }
 
-RenderOptions renderOptionsOf(const Values& values, Verb verb) {
-    RenderOptions options;
-    options.setRoom(roomOf(values));
+FetchPolicy fetchPolicyOf(const Values& values) {
+    const bool isOffline = values.find("--offline") != nullptr;
+    refuseBoth(values.command(), {"--offline", "--fetch"});
+    FetchPolicy policy = isOffline ? FetchPolicy::none : FetchPolicy::all;
+    values.choose("--fetch", fetchWords, policy);
+    return policy;
+}
+
+WidgetOptions widgetOptionsOf(const Values& values) {
+    WidgetOptions options;
+    options.room = roomOf(values);
     values.read("--scale", readScale, options.scale);
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
     options.rounded = values.find("--rounded") != nullptr;
-
-    EnvironmentValues& environment = options.environment;
-    values.choose("--appearance", appearanceWords, environment.appearance);
-    // A snapshot has to come out the same again.
-    const bool isSnapshot = verb == Verb::snapshot;
-    environment.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
-    values.read("--date", readDate, environment.date);
+    values.choose("--appearance", appearanceWords, options.appearance);
+    // A snapshot has to come out the same again; else all documents show the same moment.
+    const bool isSnapshot = values.command().verb == Verb::snapshot;
+    options.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
+    values.read("--date", readDate, *options.date);
     if (const std::string* zone = values.find("--time-zone"))
-        environment.timeZone = readTimeZone("--time-zone", *zone);
+        options.timeZone = readTimeZone("--time-zone", *zone);
     else
-        environment.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
-    environment.displayScale = options.scale;
+        options.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
+    if (const std::string* size = values.find("--max-image-size"))
+        options.maxImageSize = readSize("--max-image-size", *size);
     return options;
 }
 
@@ -87,18 +94,29 @@ void checkDocuments(const Command& command) {
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
 
-void checkStandardInput(const Arguments& arguments) {
+void checkStandardInput(const DocumentArguments& arguments) {
     const auto users =
         std::count(arguments.documents.begin(), arguments.documents.end(), "-") + (arguments.model == "-" ? 1 : 0);
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 
-FetchPolicy fetchPolicyOf(const Values& values) {
-    const bool isOffline = values.find("--offline") != nullptr;
-    refuseBoth(values.command(), {"--offline", "--fetch"});
-    FetchPolicy policy = isOffline ? FetchPolicy::none : FetchPolicy::all;
-    values.choose("--fetch", fetchWords, policy);
-    return policy;
+DocumentArguments documentArgumentsOf(const Values& values) {
+    const Command& command = values.command();
+    const bool isFetch = command.verb == Verb::fetch;
+    DocumentArguments arguments;
+    arguments.documents = command.operands;
+    if (command.verb == Verb::explain && command.operands.size() == 2) arguments.documents.pop_back();
+    if (const std::string* model = values.find("--model")) arguments.model = *model;
+    checkStandardInput(arguments);
+    arguments.widget = widgetOptionsOf(values);
+    if (const std::string* folder = values.find("--image-cache-dir"))
+        arguments.imageCacheDir = readFolder("--image-cache-dir", *folder);
+    if (isFetch && !arguments.imageCacheDir) throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
+    if (arguments.imageCacheDir && !isFetch) arguments.widget.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
+    arguments.widget.fetchPolicy = fetchPolicyOf(values);
+    std::size_t ignored = 0;
+    values.choose("--errors", textFormatWords, ignored);
+    return arguments;
 }
 
 bool namesFile(const std::string& output) {
@@ -106,31 +124,60 @@ bool namesFile(const std::string& output) {
 }
 
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
-void drawOnlyPicture(const Matrix& matrix, Arguments& arguments) {
-    arguments.options.setRoom(matrix.rooms.front());
-    arguments.options.scale = arguments.options.environment.displayScale = matrix.scales.front();
-    arguments.options.environment.appearance = matrix.appearances.front();
-    arguments.options.environment.date = matrix.moments.front().date;
+void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
+    arguments.widget.room = matrix.rooms.front();
+    arguments.widget.scale = matrix.scales.front();
+    arguments.widget.appearance = matrix.appearances.front();
+    arguments.widget.date = matrix.moments.front().date;
     arguments.model = matrix.models.front().path;
 }
 
-/// Judges plural options. Where they ask for one picture of each document and no folder is named, it is drawn like
-/// any other.
-void readMatrixArguments(const Command& command, const Values& values, Arguments& arguments) {
+/// What plural options ask for; none where that is one picture of each document and no folder is named, which is drawn
+/// like any other.
+std::optional<MatrixArguments> readMatrixArguments(const Values& values, DocumentArguments& common) {
     if (values.find("--frames"))
         throw UsageError("--frames draws a span of one picture; give no plural options with it");
-    Matrix matrix = readMatrix(command, screenOf(values), arguments.options.environment.date);
+    Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date);
     const std::string* const output = values.find("--output");
     const bool namesNoFolder = !output || output->empty() || *output == "-";
-    if (matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output)))
-        return drawOnlyPicture(matrix, arguments);
+    if (matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output))) {
+        drawOnlyPicture(matrix, common);
+        return std::nullopt;
+    }
     if (namesNoFolder) throw UsageError("where to? several pictures of a document want a folder: --output DIR");
     if (namesFile(*output))
         throw UsageError("several pictures cannot go to one file; give a folder instead of '" + *output + "'");
     if (const std::string* format = values.find("--format"); format && *format != "png")
         throw UsageError("several pictures of a document are drawn as png, not " + *format);
-    arguments.matrix = std::move(matrix);
-    arguments.matrixFolder = *output;
+    return MatrixArguments{std::move(common), std::move(matrix), *output};
+}
+
+Arguments readRenderArguments(const Values& values, DocumentArguments common) {
+    if (asksForMatrix(values.command()))
+        if (auto arguments = readMatrixArguments(values, common)) return *std::move(arguments);
+    RenderArguments arguments{std::move(common)};
+    arguments.frames = readFrames(values.command());
+    if (arguments.frames)
+        arguments.widget.date = arguments.frames->span.first;
+    else
+        arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
+    return arguments;
+}
+
+Arguments readExplainArguments(const Values& values, DocumentArguments common) {
+    ExplainArguments arguments{std::move(common)};
+    arguments.widget.trace = WidgetTrace::reasons;
+    if (values.command().operands.size() == 2) arguments.path = values.command().operands.back();
+    values.choose("--format", textFormatWords, arguments.format);
+    return arguments;
+}
+
+Arguments readSnapshotArguments(const Values& values, DocumentArguments common) {
+    SnapshotOptions options = readSnapshotOptions(values.command());
+    // Wherever one stands, snapshots have the same names.
+    const std::filesystem::path& folder = options.folder;
+    Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date, {folder, folder / ".."});
+    return SnapshotArguments{std::move(common), std::move(matrix), std::move(options)};
 }
 
 }  // namespace
@@ -138,41 +185,15 @@ void readMatrixArguments(const Command& command, const Values& values, Arguments
 Arguments readArguments(const Command& command) {
     const Values values(command);
     checkDocuments(command);
-    Arguments arguments;
-    arguments.verb = command.verb;
-    arguments.documents = command.operands;
-    if (command.verb == Verb::explain && command.operands.size() == 2) {
-        arguments.path = command.operands.back();
-        arguments.documents.pop_back();
+    DocumentArguments common = documentArgumentsOf(values);
+    switch (command.verb) {
+        case Verb::render: return readRenderArguments(values, std::move(common));
+        case Verb::explain: return readExplainArguments(values, std::move(common));
+        case Verb::snapshot: return readSnapshotArguments(values, std::move(common));
+        case Verb::check: return CheckArguments{std::move(common), readCheckOptions(command, screenOf(values))};
+        case Verb::fetch: return FetchArguments{std::move(common)};
+        default: return PrintArguments{std::move(common), command.verb};
     }
-    if (const std::string* model = values.find("--model")) arguments.model = *model;
-    checkStandardInput(arguments);
-    arguments.options = renderOptionsOf(values, command.verb);
-    values.read("--max-image-size", readSize, arguments.maxImageSize);
-    values.read("--image-cache-dir", readFolder, arguments.imageCacheDir);
-    if (command.verb == Verb::fetch && !arguments.imageCacheDir)
-        throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
-    arguments.fetchPolicy = fetchPolicyOf(values);
-    std::size_t ignored = 0;
-    values.choose("--errors", textFormatWords, ignored);
-    if (command.verb == Verb::explain) values.choose("--format", textFormatWords, arguments.textFormat);
-    if (command.verb == Verb::check) arguments.check = readCheckOptions(command, screenOf(values));
-    if (command.verb == Verb::snapshot) {
-        arguments.snapshot = readSnapshotOptions(command);
-        // Wherever one stands, snapshots have the same names.
-        const std::filesystem::path& folder = arguments.snapshot->folder;
-        arguments.matrix =
-            readMatrix(command, screenOf(values), arguments.options.environment.date, {folder, folder / ".."});
-        return arguments;
-    }
-    if (command.verb == Verb::render && asksForMatrix(command)) readMatrixArguments(command, values, arguments);
-    if (arguments.matrix) return arguments;
-    arguments.frames = readFrames(command);
-    if (arguments.frames)
-        arguments.options.environment.date = arguments.frames->span.first;
-    else if (command.verb == Verb::render)
-        arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
-    return arguments;
 }
 
 TextFormat errorFormatOf(std::span<const std::string> words) {

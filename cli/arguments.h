@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "cli/check_options.h"
@@ -13,37 +14,61 @@
 #include "cli/frames.h"
 #include "cli/matrix/matrix.h"
 #include "cli/snapshot/snapshot_options.h"
-#include "tavrin/platform/foundation/net/fetch_policy.h"
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/widget_options.h"
 
 namespace tavrin::cli {
 
 /// For whom something is written: people or programs.
 enum class TextFormat : unsigned char { text, json };
 
-/// A command line whose every value is right.
-struct Arguments {
-    Verb verb = Verb::render;
+// A command line whose every value is right: one struct for what each verb is given.
+
+/// What every verb of documents is given.
+struct DocumentArguments {
     /// Documents as they are written; "-" is standard input. At least one.
     std::vector<std::string> documents = {};
-    /// For `explain`: the way to what is explained; without it everything is.
-    std::optional<std::string> path = std::nullopt;
-    TextFormat textFormat = TextFormat::text;
     std::optional<std::string> model = std::nullopt;
+    WidgetOptions widget = {};
+    /// `WidgetOptions::imageCacheDir` as it is written; for `fetch` where pictures go, and nowhere else then.
+    std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
+};
+
+struct RenderArguments : DocumentArguments {
     Destination destination = {};
     /// What is drawn instead of one picture; `destination` counts for nothing then.
     std::optional<Frames> frames = std::nullopt;
-    std::optional<SnapshotOptions> snapshot = std::nullopt;
-    /// For `snapshot` and `render`: what is drawn, by `render` in `matrixFolder` instead of a picture for each
-    /// document.
-    std::optional<Matrix> matrix = std::nullopt;
-    std::filesystem::path matrixFolder = {};
-    RenderOptions options = {};
-    std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
-    std::optional<Size> maxImageSize = std::nullopt;
-    FetchPolicy fetchPolicy = FetchPolicy::all;
+};
+
+/// For `render` with plural options: every combination is drawn into a folder.
+struct MatrixArguments : DocumentArguments {
+    Matrix matrix = {};
+    std::filesystem::path folder = {};
+};
+
+/// For `tree`, `layout` and `targets`.
+struct PrintArguments : DocumentArguments {
+    Verb verb = Verb::tree;
+};
+
+struct ExplainArguments : DocumentArguments {
+    /// The way to what is explained; without it everything is.
+    std::optional<std::string> path = std::nullopt;
+    TextFormat format = TextFormat::text;
+};
+
+struct CheckArguments : DocumentArguments {
     CheckOptions check = {};
 };
+
+struct SnapshotArguments : DocumentArguments {
+    Matrix matrix = {};
+    SnapshotOptions snapshot = {};
+};
+
+struct FetchArguments : DocumentArguments {};
+
+using Arguments = std::variant<RenderArguments, MatrixArguments, PrintArguments, ExplainArguments, CheckArguments,
+                               SnapshotArguments, FetchArguments>;
 
 /// Judges the values of a command that works on documents. Throws `UsageError`, and `IOError` for a folder that cannot
 /// be read.

@@ -22,7 +22,7 @@ bool isFailing(const Diagnostic& found, const CheckOptions& options) {
 /// Takes the checked documents in their order.
 class Check {
 public:
-    Check(const Arguments& arguments, const Reporter& reporter, const Source* model)
+    Check(const CheckArguments& arguments, const Reporter& reporter, const Source* model)
         : options_(arguments.check),
           reporter_(reporter),
           model_(model),
@@ -93,7 +93,7 @@ private:
 
 }  // namespace
 
-int check(const Arguments& arguments, const Reporter& reporter) {
+int run(const CheckArguments& arguments, const Reporter& reporter) {
     std::optional<Source> model;
     if (arguments.model) model = Source{displayName(*arguments.model)};
     const Source* const modelSource = model ? &*model : nullptr;

@@ -12,21 +12,6 @@
 namespace tavrin::cli {
 namespace {
 
-DiagnoseOptions optionsOf(const Arguments& arguments) {
-    DiagnoseOptions options;
-    options.rooms = arguments.check.rooms;
-    options.appearances = arguments.check.appearances;
-    options.scale = arguments.options.scale;
-    const WidgetBackground& background = arguments.options.background;
-    if (background.kind == WidgetBackground::Kind::color) options.background = background.color;
-    options.date = arguments.options.environment.date;
-    options.timeZone = arguments.options.environment.timeZone;
-    if (arguments.imageCacheDir) options.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
-    options.maxImageSize = arguments.maxImageSize;
-    options.fetchPolicy = arguments.fetchPolicy;
-    return options;
-}
-
 std::size_t errorsIn(const std::vector<Diagnostic>& diagnostics) {
     return static_cast<std::size_t>(std::count_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& found) {
         return found.severity == Severity::error;
@@ -86,11 +71,11 @@ private:
 
 }  // namespace
 
-CheckedDocument checkDocument(const Arguments& arguments, const Source* model, const std::string& path) {
+CheckedDocument checkDocument(const CheckArguments& arguments, const Source* model, const std::string& path) {
     CheckedDocument checked{.document = {displayName(path)}};
     try {
         checked.document.text = readInput(path);
-        const DiagnoseOptions options = optionsOf(arguments);
+        const DiagnoseOptions options{arguments.widget, arguments.check.rooms, arguments.check.appearances};
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         checked.diagnostics = diagnose(checked.document.text, modelText, options);
         if (arguments.check.fixes) Fixer(checked, modelText, options).run();

@@ -26,6 +26,7 @@ struct CheckedDocument {
 
 /// Reads and checks a document, and makes its fixes where that is asked for; they are not written yet. `model` may be
 /// null. Several threads may call it at once.
-[[nodiscard]] CheckedDocument checkDocument(const Arguments& arguments, const Source* model, const std::string& path);
+[[nodiscard]] CheckedDocument checkDocument(const CheckArguments& arguments, const Source* model,
+                                            const std::string& path);
 
 }  // namespace tavrin::cli

@@ -8,7 +8,6 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/completion.h"
-#include "cli/licenses.h"
 #include "cli/option_values.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
@@ -16,7 +15,6 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr std::string_view versionText = "tavrin " TAVRIN_VERSION "\n";
 constexpr std::size_t helpColumns = 80;
 constexpr std::size_t optionColumns = 28;
 
@@ -91,8 +89,10 @@ void build(CLI::App& app) {
     app.allow_extras();
     app.require_subcommand(0, 1);
     app.set_help_flag("-h,--help", "Print this help and exit");
-    addOption(app, {"--version", "", VerbSet(), "Print the version and exit"});
-    addOption(app, {"--licenses", "", VerbSet(), "Print the licences of the program and its parts and exit"});
+    for (const InformationOption& option : informationOptions()) {
+        const std::string help = std::string(option.help) + " and exit";
+        addOption(app, {option.name, "", VerbSet(), help});
+    }
     addOption(app, errorsOption());
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
@@ -145,7 +145,9 @@ void takeValues(const CLI::App& app, Command& command, Verb verb) {
 void checkBeforeVerb(const CLI::App& app) {
     const std::vector<std::string> unknown = app.remaining();
     if (unknown.empty()) return;
-    constexpr std::string_view known[] = {"--help", "--version", "--licenses", "--errors"};
+    std::vector<std::string_view> known{"--help"};
+    for (const InformationOption& option : informationOptions()) known.push_back(option.name);
+    known.push_back(errorsOption().name);
     if (isOption(unknown.front())) failUnknownOption(unknown.front(), known);
     throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
 }
@@ -177,8 +179,8 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what());
     }
-    if (app.count("--version") > 0) return Information{std::string(versionText)};
-    if (app.count("--licenses") > 0) return Information{std::string(licenses())};
+    for (const InformationOption& option : informationOptions())
+        if (app.count(std::string(option.name)) > 0) return Information{std::string(option.text)};
     checkBeforeVerb(app);
     if (app.get_subcommands().empty()) throw UsageError("a verb is missing: " + verbList());
 

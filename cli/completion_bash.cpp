@@ -82,7 +82,9 @@ std::string bashCompletion() {
         "    esac\n"
         "    case $verb in\n"
         "        '') words='" +
-        verbWords(" ") + " --help --version --licenses' ;;\n";
+        verbWords(" ") + " --help";
+    for (const InformationOption& option : informationOptions()) script += " " + std::string(option.name);
+    script += "' ;;\n";
     for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += optionBranch(static_cast<Verb>(verb));
     return script +
            "    esac\n"

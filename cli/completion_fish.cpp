@@ -45,9 +45,10 @@ std::string fishCompletion() {
     std::string script =
         "# fish completion for tavrin\n"
         "complete -c tavrin -n __fish_use_subcommand -f\n"
-        "complete -c tavrin -n __fish_use_subcommand -l version -d 'Print the version'\n"
-        "complete -c tavrin -n __fish_use_subcommand -l licenses -d 'Print the licences of the program and its parts'\n"
         "complete -c tavrin -s h -l help -d 'Print help'\n";
+    for (const InformationOption& option : informationOptions())
+        script += "complete -c tavrin -n __fish_use_subcommand -l " + std::string(option.name.substr(2)) + " -d " +
+                  inFishQuotes(option.help) + "\n";
     for (const VerbInfo& verb : verbs())
         script += "complete -c tavrin -n __fish_use_subcommand -a " + std::string(verb.name) + " -d " +
                   inFishQuotes(verb.summary) + "\n";

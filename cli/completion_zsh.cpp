@@ -68,9 +68,11 @@ std::string zshCompletion() {
         script += "        '" + std::string(verb.name) + ":" + escaped(verb.summary) + "'\n";
     script +=
         "    )\n"
-        "    _arguments -C '(-h --help)'{-h,--help}'[Print help]' '--version[Print the version]' '--licenses[Print the "
-        "licences]' '1:verb:->verb' "
-        "'*::argument:->argument'\n"
+        "    _arguments -C '(-h --help)'{-h,--help}'[Print help]'";
+    for (const InformationOption& option : informationOptions())
+        script += " '" + std::string(option.name) + "[" + escaped(option.help) + "]'";
+    script +=
+        " '1:verb:->verb' '*::argument:->argument'\n"
         "    case $state in\n"
         "    verb)\n"
         "        _describe verb verbs\n"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/image_renderer.h"
 
 namespace tavrin::cli {
 

@@ -3,8 +3,10 @@
 #include <exception>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <fmt/format.h>
@@ -16,6 +18,8 @@
 #include "cli/production.h"
 #include "cli/progress.h"
 #include "cli/verbs.h"
+#include "tavrin/json/decoding_error.h"
+#include "tavrin/json/json.h"
 
 namespace tavrin::cli {
 namespace {
@@ -26,10 +30,41 @@ std::string shown(const URL& url) {
     return url.string().size() > longest ? url.string().substr(0, longest) + "…" : url.string();
 }
 
+bool isExpression(const JSON* value) {
+    const auto* text = value ? std::get_if<SharedText>(&value->object()) : nullptr;
+    return text && text->view().find("{{") != std::string_view::npos;
+}
+
+/// How many addresses of pictures in a document stand in the model.
+std::size_t addressesInModel(const JSON& value) {
+    std::size_t count = 0;
+    if (const auto* members = std::get_if<JSONObject>(&value.object())) {
+        const JSON* const type = value.find("type");
+        if (type && type->description() == "webImage")
+            for (const char* key : {"url", "alt"}) count += std::size_t{isExpression(value.find(key))};
+        for (const auto& [key, member] : members->members()) count += addressesInModel(member);
+    } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
+        for (const JSON& element : *elements) count += addressesInModel(element);
+    }
+    return count;
+}
+
+/// What `fetch` cannot know without a model.
+void noteAddressesInModel(const Source& document, std::vector<std::string>& notes) {
+    std::size_t count = 0;
+    try {
+        count = addressesInModel(JSON::parse(document.text));
+    } catch (const DecodingError&) {  // nested more deeply, where there are no nodes, than is looked at
+    }
+    if (count == 0) return;
+    const std::string addresses = count == 1 ? "1 address stands" : std::to_string(count) + " addresses stand";
+    notes.push_back("warning: " + addresses + " in the model; give it with --model FILE");
+}
+
 /// What has been fetched and what has not.
 class Fetch {
 public:
-    Fetch(const Arguments& arguments, const Reporter& reporter) : arguments_(arguments), reporter_(reporter) {}
+    Fetch(const FetchArguments& arguments, const Reporter& reporter) : arguments_(arguments), reporter_(reporter) {}
 
     int run() {
         makeFolder(folder());
@@ -47,7 +82,11 @@ private:
 
     /// Finds out which pictures the documents name; each is fetched once.
     void collect() {
-        produceAll(arguments_, [this](const std::string& document, const Outcome& outcome) {
+        const auto make = [this](const Production& work) {
+            if (!arguments_.model) noteAddressesInModel(work.source, work.outcome.notes);
+            work.outcome.pictures = work.document.pictures();
+        };
+        produceAll(arguments_, make, [this](const std::string& document, const Outcome& outcome) {
             reporter_.note(displayName(document), outcome.notes);
             if (outcome.failure) {
                 reporter_.report(*outcome.failure);
@@ -70,7 +109,7 @@ private:
         Progress progress(pictures_.size());
         std::vector<URL> urls;
         for (const NamedPicture& picture : pictures_) urls.push_back(picture.url);
-        PictureDownloads downloads(std::move(urls), arguments_.fetchPolicy);
+        PictureDownloads downloads(std::move(urls), arguments_.widget.fetchPolicy);
         while (const auto download = downloads.next()) {
             const NamedPicture& picture = pictures_[download->index];
             if (!download->error.empty()) {
@@ -90,7 +129,7 @@ private:
         reporter_.report(describe(std::make_exception_ptr(IOError("cannot fetch '" + shown(url) + "': " + reason))));
     }
 
-    const Arguments& arguments_;
+    const FetchArguments& arguments_;
     const Reporter& reporter_;
     std::vector<NamedPicture> pictures_;
     std::unordered_map<std::string, URL> byName_;
@@ -102,6 +141,6 @@ private:
 
 }  // namespace
 
-int fetch(const Arguments& arguments, const Reporter& reporter) { return Fetch(arguments, reporter).run(); }
+int run(const FetchArguments& arguments, const Reporter& reporter) { return Fetch(arguments, reporter).run(); }
 
 }  // namespace tavrin::cli

@@ -57,15 +57,13 @@ private:
 
 }  // namespace
 
-void drawFrames(const Frames& frames, const AnyView& view, RenderOptions options, const std::string& document,
-                Outcome& outcome) {
+void drawFrames(const Frames& frames, const Production& work) {
     Progress progress(frames.span.count());
-    const auto advance = [&] { progress.advance(document); };
-    const PngCompression compression = options.compression;
-    AnimationRenderer renderer(view, std::move(options));
+    const auto advance = [&] { progress.advance(work.source.name); };
+    AnimationRenderer renderer = work.document.animation(work.options);
     if (frames.kind == Frames::Kind::numberedFiles)
-        return drawPictures(renderer, frames.span, compression, outcome, advance);
-    outcome.bytes =
+        return drawPictures(renderer, frames.span, work.options.compression, work.outcome, advance);
+    work.outcome.bytes =
         renderer.encode(frames.span, {frames.format, frames.framesPerSecond, [&](std::size_t) { advance(); }});
 }
 

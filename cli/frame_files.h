@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
-
 #include "cli/frames.h"
 #include "cli/production.h"
 
 namespace tavrin::cli {
 
-/// Draws the frames of a view, as an animation or as pictures, and shows on a terminal how far that is. To be called by
-/// the main thread.
-void drawFrames(const Frames& frames, const AnyView& view, RenderOptions options, const std::string& document,
-                Outcome& outcome);
+/// Draws the frames of a document, as an animation or as pictures, and shows on a terminal how far that is.
+void drawFrames(const Frames& frames, const Production& work);
 
 /// Finds out before anything is drawn that numbered frames have no folder. Throws `IOError`.
 void checkFrameFolder(const Frames& frames);

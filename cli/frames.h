@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "cli/command_line.h"
-#include "tavrin/platform/paint/animation_renderer.h"
+#include "tavrin/widget/animation_renderer.h"
 
 namespace tavrin::cli {
 

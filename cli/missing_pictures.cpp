@@ -20,18 +20,19 @@ bool isMissing(const layout::LayoutTree& tree, layout::LayoutTree::Index index) 
 }
 
 /// What can be said of all of them at once.
-std::string reasonOf(const Arguments& arguments) {
+std::string reasonOf(const DocumentArguments& arguments) {
     std::error_code error;
     if (arguments.imageCacheDir && !std::filesystem::is_directory(*arguments.imageCacheDir, error))
         return ", since there is no folder '" + arguments.imageCacheDir->string() + "'";
-    if (!arguments.imageCacheDir && arguments.fetchPolicy == FetchPolicy::none) return ", since nothing may be fetched";
+    if (!arguments.imageCacheDir && arguments.widget.fetchPolicy == FetchPolicy::none)
+        return ", since nothing may be fetched";
     return "; `tavrin check` says which";
 }
 
 }  // namespace
 
-void noteMissingPictures(ImageRenderer& renderer, const Arguments& arguments, std::vector<std::string>& notes) {
-    const layout::LayoutTree& tree = renderer.layoutTree();
+void noteMissingPictures(Widget& widget, const DocumentArguments& arguments, std::vector<std::string>& notes) {
+    const layout::LayoutTree& tree = widget.layoutTree();
     std::size_t count = 0;
     layout::walkDrawn<layout::DrawnPlace>(tree, [&](const layout::DrawnPlace& at) {
         count += std::size_t{isMissing(tree, at.index)};

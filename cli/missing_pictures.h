@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "cli/arguments.h"
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 
 /// Notes how many of the pictures that a widget shows could not be had, where there are any.
-void noteMissingPictures(ImageRenderer& renderer, const Arguments& arguments, std::vector<std::string>& notes);
+void noteMissingPictures(Widget& widget, const DocumentArguments& arguments, std::vector<std::string>& notes);
 
 }  // namespace tavrin::cli

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/options.h"
 
+#include "cli/licenses.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -70,6 +71,14 @@ std::span<const VerbInfo> verbs() {
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
          "  tavrin completion fish >~/.config/fish/completions/tavrin.fish"},
         {"help", "[VERB]", "Explain the program or a verb", "  tavrin help render"},
+    };
+    return list;
+}
+
+std::span<const InformationOption> informationOptions() {
+    static const InformationOption list[] = {
+        {"--version", "Print the version", "tavrin " TAVRIN_VERSION "\n"},
+        {"--licenses", "Print the licences of the program and its parts", licenses()},
     };
     return list;
 }
@@ -153,7 +162,7 @@ const std::vector<OptionInfo>& options() {
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
          "them",
          Completes::folder},
-        {"--max-image-size", "WxH", laidOut, "Larger pictures are scaled down to this size, in points"},
+        {"--max-image-size", "WxH", shown, "Larger pictures are scaled down to this size, in points"},
         {"--fetch", "none|public|all", loaded,
          "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
          Completes::words, listOf(fetchWords)},

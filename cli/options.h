@@ -75,6 +75,15 @@ struct OptionInfo {
 
 [[nodiscard]] const std::vector<OptionInfo>& options();
 
+/// An option that stands instead of a verb: the program prints a text and exits.
+struct InformationOption {
+    std::string_view name;  ///< with dashes
+    std::string_view help;
+    std::string_view text;
+};
+
+[[nodiscard]] std::span<const InformationOption> informationOptions();
+
 /// The shells that completion scripts are written for.
 inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 

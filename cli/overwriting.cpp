@@ -33,11 +33,13 @@ std::optional<Identity> identityOf(const std::string& input) {
 /// The files that are read.
 class Inputs {
 public:
-    explicit Inputs(const Arguments& arguments) : option_(arguments.snapshot ? "--dir" : "--output") {
+    Inputs(const DocumentArguments& arguments, std::string option) : option_(std::move(option)) {
         for (const std::string& document : arguments.documents) add(document, "document");
         if (arguments.model) add(*arguments.model, "model");
-        if (!arguments.matrix) return;
-        for (const Matrix::Model& model : arguments.matrix->models)
+    }
+
+    void add(const Matrix& matrix) {
+        for (const Matrix::Model& model : matrix.models)
             if (model.path) add(*model.path, "model");
     }
 
@@ -59,41 +61,40 @@ private:
     std::map<Identity, std::string> inputs_;
 };
 
-using Visit = std::function<void(const std::filesystem::path&)>;
-
-void forEachOutput(const Frames& frames, const Visit& visit) {
-    if (frames.kind == Frames::Kind::file) visit(frames.path);
-    if (frames.kind != Frames::Kind::numberedFiles) return;
-    for (std::size_t frame = 1; frame <= frames.span.count(); ++frame) visit(frames.pathOf(frame));
-}
-
 void forEachCell(const Matrix& matrix, const std::function<void(const std::string& name)>& visit) {
     for (std::size_t index = 0; index < matrix.count(); ++index) visit(nameOf(matrix, cellAt(matrix, index)));
 }
 
-void forEachOutput(const Arguments& arguments, const Visit& visit) {
-    if (arguments.snapshot) {
-        forEachCell(*arguments.matrix, [&](const std::string& name) {
-            const SnapshotFiles files(arguments.snapshot->folder, name);
-            visit(files.png);
-            visit(files.tree);
-        });
-    } else if (arguments.matrix) {
-        for (const char* name : {"index.json", "index.html"}) visit(arguments.matrixFolder / name);
-        forEachCell(*arguments.matrix,
-                    [&](const std::string& name) { visit(arguments.matrixFolder / (name + ".png")); });
-    } else if (arguments.frames) {
-        forEachOutput(*arguments.frames, visit);
-    } else if (arguments.verb == Verb::render && arguments.destination.kind != Destination::Kind::standardOutput) {
-        for (const std::string& document : arguments.documents) visit(arguments.destination.pathFor(document));
-    }
+void refuseFrames(const Inputs& inputs, const Frames& frames) {
+    if (frames.kind == Frames::Kind::file) inputs.refuse(frames.path);
+    if (frames.kind != Frames::Kind::numberedFiles) return;
+    for (std::size_t frame = 1; frame <= frames.span.count(); ++frame) inputs.refuse(frames.pathOf(frame));
 }
 
 }  // namespace
 
-void refuseToOverwriteInputs(const Arguments& arguments) {
-    const Inputs inputs(arguments);
-    forEachOutput(arguments, [&](const std::filesystem::path& output) { inputs.refuse(output); });
+void refuseToOverwriteInputs(const RenderArguments& arguments) {
+    const Inputs inputs(arguments, "--output");
+    if (arguments.frames) return refuseFrames(inputs, *arguments.frames);
+    if (arguments.destination.kind == Destination::Kind::standardOutput) return;
+    for (const std::string& document : arguments.documents) inputs.refuse(arguments.destination.pathFor(document));
+}
+
+void refuseToOverwriteInputs(const MatrixArguments& arguments) {
+    Inputs inputs(arguments, "--output");
+    inputs.add(arguments.matrix);
+    for (const char* name : {"index.json", "index.html"}) inputs.refuse(arguments.folder / name);
+    forEachCell(arguments.matrix, [&](const std::string& name) { inputs.refuse(arguments.folder / (name + ".png")); });
+}
+
+void refuseToOverwriteInputs(const SnapshotArguments& arguments) {
+    Inputs inputs(arguments, "--dir");
+    inputs.add(arguments.matrix);
+    forEachCell(arguments.matrix, [&](const std::string& name) {
+        const SnapshotFiles files(arguments.snapshot.folder, name);
+        inputs.refuse(files.png);
+        inputs.refuse(files.tree);
+    });
 }
 
 }  // namespace tavrin::cli

@@ -5,7 +5,11 @@
 
 namespace tavrin::cli {
 
-/// Throws `UsageError` where something would be written over a document or model that is read, also through a link.
-void refuseToOverwriteInputs(const Arguments& arguments);
+// Throw `UsageError` where something would be written over a document or model that is read, also through a link.
+void refuseToOverwriteInputs(const RenderArguments& arguments);
+void refuseToOverwriteInputs(const MatrixArguments& arguments);
+void refuseToOverwriteInputs(const SnapshotArguments& arguments);
+/// The other verbs write no file that a command line names, or mend their documents on purpose.
+inline void refuseToOverwriteInputs(const DocumentArguments&) {}
 
 }  // namespace tavrin::cli

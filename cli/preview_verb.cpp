@@ -16,9 +16,10 @@ namespace tavrin::cli {
 void preview(const Command& command) {
     if (command.operands.size() > 1) throw UsageError("`tavrin preview` takes one folder");
     PreviewOptions options{.folder = command.operands.empty() ? "." : command.operands.front()};
-    const auto port = command.values.find("--port");
-    if (port != command.values.end()) options.port = readPort("--port", port->second);
-    if (command.values.contains("--offline")) options.fetchPolicy = FetchPolicy::none;
+    if (const std::string* port = command.find("--port")) options.port = readPort("--port", *port);
+    if (const std::string* size = command.find("--max-image-size"))
+        options.maxImageSize = readSize("--max-image-size", *size);
+    if (command.find("--offline")) options.fetchPolicy = FetchPolicy::none;
     servePreview(options, [&options](const std::string& address) {
         writeStandardOutput("Showing '" + options.folder.string() + "' at " + address + "\nCtrl-C ends.\n");
     });

@@ -3,12 +3,27 @@
 #include "cli/output.h"
 #include "cli/production.h"
 #include "cli/verbs.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
+namespace {
 
-int print(const Arguments& arguments, const Reporter& reporter) {
+std::string textOf(const PrintArguments& arguments, const Production& work) {
+    if (arguments.verb == Verb::tree) return work.document.treeText();
+    Widget widget = work.document.widget(work.options);
+    return arguments.verb == Verb::layout ? widget.layoutText() : widget.targetsText();
+}
+
+}  // namespace
+
+int printAll(const DocumentArguments& arguments, const Reporter& reporter,
+             const std::function<std::string(const Production&)>& textOf) {
     int status = 0;
-    produceAll(arguments, [&](const std::string& document, const Outcome& outcome) {
+    const auto make = [&](const Production& work) {
+        work.outcome.bytes = textOf(work);
+        if (!work.outcome.bytes.ends_with('\n')) work.outcome.bytes += '\n';
+    };
+    produceAll(arguments, make, [&](const std::string& document, const Outcome& outcome) {
         reporter.note(displayName(document), outcome.notes);
         if (outcome.failure) {
             reporter.report(*outcome.failure);
@@ -18,6 +33,10 @@ int print(const Arguments& arguments, const Reporter& reporter) {
         }
     });
     return status;
+}
+
+int run(const PrintArguments& arguments, const Reporter& reporter) {
+    return printAll(arguments, reporter, [&](const Production& work) { return textOf(arguments, work); });
 }
 
 }  // namespace tavrin::cli

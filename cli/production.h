@@ -9,16 +9,10 @@
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
-#include "tavrin/engine/tavrin_engine.h"
-#include "tavrin/platform/foundation/net/url.h"
+#include "cli/input.h"
+#include "tavrin/widget/document.h"
 
 namespace tavrin::cli {
-
-/// A picture that a document names.
-struct NamedPicture {
-    URL url;
-    std::string fileName;  ///< what it is called in a folder of pictures
-};
 
 /// What a verb makes of one document.
 struct Outcome {
@@ -33,12 +27,21 @@ struct Outcome {
     std::optional<Failure> failure = std::nullopt;
 };
 
-/// Tells a context what the arguments say about loading.
-void setUp(Context& context, const Arguments& arguments);
+/// A document that is worked on.
+struct Production {
+    const Source& source;
+    const BoundDocument& document;
+    const WidgetOptions& options;  ///< which make lines of the outcome's notes
+    Outcome& outcome;
+};
 
-/// Makes of every document what the verb asks for and hands the outcomes over in the documents' order; several
-/// documents are worked on by several threads. Throws `IOError` for a model that cannot be read, and passes on what
-/// `take` throws.
-void produceAll(const Arguments& arguments, const std::function<void(const std::string& document, Outcome)>& take);
+/// Lets options make lines of what is doubtful; the lines must live as long as what is made with the options.
+[[nodiscard]] WidgetOptions noting(WidgetOptions options, std::vector<std::string>& lines);
+
+/// Binds every document and lets `make` work on it, several by several threads; what either throws becomes the
+/// document's failure. Hands the outcomes to `take`, in the documents' order. Throws `IOError` for a model that cannot
+/// be read, and passes on what `take` throws.
+void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
+                const std::function<void(const std::string& document, Outcome)>& take);
 
 }  // namespace tavrin::cli

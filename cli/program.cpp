@@ -37,16 +37,11 @@ std::optional<std::string> printedWithoutDocument(const Command& command) {
     return documentSchema();
 }
 
-int runVerb(const Arguments& arguments, Reporter& reporter) {
+template <class VerbArguments>
+int runVerb(const VerbArguments& arguments, Reporter& reporter) {
     refuseToOverwriteInputs(arguments);
     if (arguments.documents.size() > 1) reporter.nameDocuments();
-    switch (arguments.verb) {
-        case Verb::render: return arguments.matrix ? renderMatrix(arguments, reporter) : render(arguments, reporter);
-        case Verb::check: return check(arguments, reporter);
-        case Verb::snapshot: return snapshot(arguments, reporter);
-        case Verb::fetch: return fetch(arguments, reporter);
-        default: return print(arguments, reporter);
-    }
+    return run(arguments, reporter);
 }
 
 int runCommand(std::span<const std::string> words, Reporter& reporter) {
@@ -64,7 +59,7 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         preview(command);
         return 0;
     }
-    return runVerb(readArguments(command), reporter);
+    return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));
 }
 
 /// Where a command line that is wrong is explained.

@@ -9,13 +9,22 @@
 #include "cli/frame_files.h"
 #include "cli/input.h"
 #include "cli/io_error.h"
+#include "cli/missing_pictures.h"
 #include "cli/output.h"
 #include "cli/production.h"
 #include "cli/progress.h"
 #include "cli/verbs.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 namespace {
+
+void draw(const RenderArguments& arguments, const Production& work) {
+    if (arguments.frames) return drawFrames(*arguments.frames, work);
+    Widget widget = work.document.widget(work.options);
+    work.outcome.bytes = widget.encode(arguments.destination.format);
+    noteMissingPictures(widget, arguments, work.outcome.notes);
+}
 
 void write(const Destination& destination, const std::string& document, const std::string& bytes) {
     if (destination.kind == Destination::Kind::standardOutput) return writeStandardOutput(bytes);
@@ -31,13 +40,13 @@ void checkFolder(const Destination& destination) {
         throw IOError("cannot write into '" + destination.path.string() + "'", ENOTDIR, destination.path);
 }
 
-void write(const Arguments& arguments, const std::string& document, const Outcome& outcome) {
+void write(const RenderArguments& arguments, const std::string& document, const Outcome& outcome) {
     if (arguments.frames) return writeFrames(*arguments.frames, outcome);
     write(arguments.destination, document, outcome.bytes);
 }
 
 /// Writes a picture; what goes wrong becomes the document's failure.
-void writePicture(const Arguments& arguments, const std::string& document, Outcome& outcome) {
+void writePicture(const RenderArguments& arguments, const std::string& document, Outcome& outcome) {
     if (outcome.failure) return;
     try {
         write(arguments, document, outcome);
@@ -48,14 +57,15 @@ void writePicture(const Arguments& arguments, const std::string& document, Outco
 
 }  // namespace
 
-int render(const Arguments& arguments, const Reporter& reporter) {
+int run(const RenderArguments& arguments, const Reporter& reporter) {
     if (arguments.frames)
         checkFrameFolder(*arguments.frames);
     else
         checkFolder(arguments.destination);
     int status = 0;
     Progress progress(arguments.documents.size());
-    produceAll(arguments, [&](const std::string& document, Outcome outcome) {
+    const auto make = [&](const Production& work) { draw(arguments, work); };
+    produceAll(arguments, make, [&](const std::string& document, Outcome outcome) {
         writePicture(arguments, document, outcome);
         if (outcome.failure || !outcome.notes.empty()) progress.hide();
         reporter.note(displayName(document), outcome.notes);

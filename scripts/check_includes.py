@@ -40,10 +40,12 @@ MAY_INCLUDE = {
     "tavrin/nodes": NODES_BELOW,
     "tavrin/modifiers": ["tavrin/nodes", *NODES_BELOW],  # a colour property's type is the colour node
     "tavrin/images": NODES_BELOW,
-    "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
+    "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW],
     "tavrin/schema": ["tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW],
-    "tavrin/diagnostics": ["tavrin/schema", "tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes",
-                           *NODES_BELOW, LAYOUT, PAINT, TEXT],
+    # The one room that knows both storeys: above it stands what draws documents, below it what does one part.
+    "tavrin/widget": ["tavrin/engine", "tavrin/images", *NODES_BELOW, LAYOUT, PAINT, EXPLAIN, TEXT],
+    "tavrin/diagnostics": ["tavrin/widget", "tavrin/schema", "tavrin/engine", "tavrin/images", "tavrin/modifiers",
+                           "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
     "tavrin/tavrin.h": ANYWHERE,
     "tavrin/records.h": ANYWHERE,
     "tavrin/diagnostics.h": ANYWHERE,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,8 +14,7 @@
 #include "cli/failure.h"
 #include "cli/input.h"
 #include "cli/matrix/matrix.h"
-#include "tavrin/engine/tavrin_engine.h"
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 
@@ -25,40 +25,39 @@ struct CellOutcome {
     std::optional<Failure> failure = std::nullopt;
 };
 
-/// Makes renderers for the cells of a matrix, on any number of threads. A document is read once, and loaded once for
-/// each model and moment; each cell is laid out for itself, since size, scale and appearance all count there.
+/// Makes widgets for the cells of a matrix, on any number of threads. A document is read and decoded once, and bound
+/// once for each model and moment; each cell is laid out for itself, since size, scale and appearance all count there.
 class CellRenderer {
 public:
     /// Reads all models. Throws `IOError` for one that cannot be read. Keeps references to both.
-    CellRenderer(const Arguments& arguments, const Matrix& matrix);
+    CellRenderer(const DocumentArguments& arguments, const Matrix& matrix);
 
-    /// Loads what a cell needs and hands its renderer to `use`; what goes wrong, there too, becomes the failure.
-    [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(ImageRenderer&)>& use);
+    /// Loads what a cell needs and hands its widget to `use`; what goes wrong, there too, becomes the failure.
+    [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use);
 
 private:
     struct Text {
         std::once_flag once;
         Source source;
+        std::optional<Document> prepared;
         std::exception_ptr error;
     };
-    struct Loaded {
+    struct Bound {
         std::once_flag once;
-        AnyView view;
-        std::optional<URL> widgetURL;
+        std::optional<BoundDocument> document;
         CellOutcome outcome;
     };
 
-    Text& document(std::size_t at);
-    Loaded& loaded(const Cell& cell);
-    void load(const Cell& cell, Loaded& loaded);
-    [[nodiscard]] RenderOptions optionsFor(const Cell& cell, const Loaded& loaded,
-                                           std::vector<std::string>& notes) const;
+    Text& text(std::size_t at);
+    Bound& bound(const Cell& cell);
+    void bind(const Cell& cell, Bound& bound);
+    [[nodiscard]] WidgetOptions optionsFor(const Cell& cell, std::vector<std::string>& notes) const;
 
-    const Arguments& arguments_;
+    const DocumentArguments& arguments_;
     const Matrix& matrix_;
     std::vector<std::optional<Source>> models_;
-    std::deque<Text> documents_;
-    std::deque<Loaded> loaded_;
+    std::deque<Text> texts_;
+    std::deque<Bound> bound_;
 };
 
 }  // namespace tavrin::cli

@@ -28,12 +28,12 @@ struct DrawnCell {
     CellOutcome outcome;
 };
 
-DrawnCell drawnCell(CellRenderer& renderers, const Arguments& arguments, std::size_t index) {
+DrawnCell drawnCell(CellRenderer& renderers, const MatrixArguments& arguments, std::size_t index) {
     DrawnCell drawn;
-    drawn.picture.cell = cellAt(*arguments.matrix, index);
-    drawn.outcome = renderers.draw(drawn.picture.cell, [&](ImageRenderer& renderer) {
-        const PixelBuffer pixels = renderer.pixels();
-        drawn.png = paint::encodePng(pixels, arguments.options.compression);
+    drawn.picture.cell = cellAt(arguments.matrix, index);
+    drawn.outcome = renderers.draw(drawn.picture.cell, [&](Widget& widget) {
+        const PixelBuffer pixels = widget.pixels();
+        drawn.png = paint::encodePng(pixels, arguments.widget.compression);
         drawn.picture.width = pixels.width();
         drawn.picture.height = pixels.height();
         drawn.picture.sha256 = sha256(drawn.png);
@@ -42,11 +42,11 @@ DrawnCell drawnCell(CellRenderer& renderers, const Arguments& arguments, std::si
 }
 
 /// Writes a picture; what goes wrong becomes its failure.
-void writePicture(const Arguments& arguments, DrawnCell& drawn) {
+void writePicture(const MatrixArguments& arguments, DrawnCell& drawn) {
     if (drawn.outcome.failure) return;
-    const std::string name = nameOf(*arguments.matrix, drawn.picture.cell) + ".png";
+    const std::string name = nameOf(arguments.matrix, drawn.picture.cell) + ".png";
     try {
-        const std::filesystem::path path = arguments.matrixFolder / name;
+        const std::filesystem::path path = arguments.folder / name;
         makeFolder(path.parent_path());
         writeFile(path, drawn.png);
         drawn.picture.file = name;
@@ -64,10 +64,10 @@ std::string errorText(const CellOutcome& outcome) {
 
 }  // namespace
 
-int renderMatrix(const Arguments& arguments, const Reporter& reporter) {
-    const Matrix& matrix = *arguments.matrix;
+int run(const MatrixArguments& arguments, const Reporter& reporter) {
+    const Matrix& matrix = arguments.matrix;
     CellRenderer renderers(arguments, matrix);
-    makeFolder(arguments.matrixFolder);
+    makeFolder(arguments.folder);
     std::vector<MatrixPicture> pictures;
     Progress progress(matrix.count());
     CellReport report(reporter, progress);
@@ -82,8 +82,8 @@ int renderMatrix(const Arguments& arguments, const Reporter& reporter) {
             progress.advance(nameOf(matrix, drawn.picture.cell));
             pictures.push_back(std::move(drawn.picture));
         });
-    writeFile(arguments.matrixFolder / "index.json", indexText(matrix, pictures));
-    writeFile(arguments.matrixFolder / "index.html", contactSheet(matrix, pictures));
+    writeFile(arguments.folder / "index.json", indexText(matrix, pictures));
+    writeFile(arguments.folder / "index.html", contactSheet(matrix, pictures));
     return report.failed() ? 1 : 0;
 }
 

@@ -9,15 +9,8 @@
 namespace tavrin::cli {
 
 std::string checked(const Drawing& drawing) {
-    DiagnoseOptions options;
-    options.rooms = {{drawing.family, drawing.options.size, drawing.options.linksCanBeTapped}};
-    options.appearances = {drawing.options.environment.appearance};
-    options.scale = drawing.options.scale;
-    options.date = drawing.options.environment.date;
-    options.timeZone = drawing.options.environment.timeZone;
-    options.fetchPolicy = drawing.fetchPolicy;
-    options.maximumDiagnostics = 200;
-    if (drawing.pictures) options.imageCacheDir = URL::fileURL(*drawing.pictures);
+    constexpr std::size_t shown = 200;
+    const DiagnoseOptions options{drawing.options, {drawing.options.room}, {drawing.options.appearance}, shown};
     const auto model = drawing.model ? std::optional<std::string_view>(*drawing.model) : std::nullopt;
     return toJSON(diagnose(drawing.document, model, options));
 }

@@ -3,47 +3,35 @@
 
 #include <chrono>
 #include <exception>
-#include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "cli/input.h"
-#include "cli/note_logger.h"
-#include "tavrin/dsl/view_origins.h"
-#include "tavrin/engine/tavrin_engine.h"
-#include "tavrin/platform/explain/explanation.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 namespace {
 
-AnyView load(const Drawing& drawing, Context& context) {
-    context.date = drawing.options.environment.date;
-    context.timeZone = drawing.options.environment.timeZone;
-    context.fetchPolicy = drawing.fetchPolicy;
-    if (drawing.pictures) context.imageCacheDir = URL::fileURL(*drawing.pictures);
+Widget widgetOf(const Drawing& drawing, const WidgetOptions& options) {
     const auto model = drawing.model ? std::optional<std::string_view>(*drawing.model) : std::nullopt;
-    return TavrinEngine().loadView(drawing.document, model, context);
+    return Document(drawing.document).widget(model, options);
 }
 
 void drawInto(Drawn& drawn, const Drawing& drawing) {
-    Context context(std::make_shared<NoteLogger>(drawn.notes));
-    const AnyView view = load(drawing, context);
-    RenderOptions options = drawing.options;
-    options.diagnostics = [&drawn](std::string_view message) { drawn.notes.emplace_back(message); };
-    drawn.picture = ImageRenderer(view, std::move(options)).encode(PictureFormat::png);
+    WidgetOptions options = drawing.options;
+    options.notes = [&drawn](const WidgetNote& note) {
+        drawn.notes.push_back(note.code.empty() ? note.message : note.text());
+    };
+    drawn.picture = widgetOf(drawing, options).encode();
 }
 
 void explainInto(Explained& explained, const Drawing& drawing) {
-    Context context;
-    context.recordsOrigins = true;
-    const AnyView view = load(drawing, context);
-    RenderOptions options = drawing.options;
-    options.recording = layout::Recording::placements;
-    ImageRenderer renderer(view, std::move(options));
-    const Explanation explanation =
-        explainLayout(renderer.layoutTree(), [&](const AnyView& each) { return context.origins()->find(each); });
-    explained.explanation = explanationJSON(explanation);
-    explained.layout = renderer.layoutText();
+    WidgetOptions options = drawing.options;
+    options.trace = WidgetTrace::reasons;
+    Widget widget = widgetOf(drawing, options);
+    explained.explanation = explanationJSON(widget.explanation());
+    explained.layout = widget.layoutText();
 }
 
 /// What a piece of work fails with, told in the texts' terms.

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/failure.h"
-#include "tavrin/platform/foundation/net/fetch_policy.h"
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/widget_options.h"
 
 namespace tavrin::cli {
 
@@ -16,11 +14,7 @@ namespace tavrin::cli {
 struct Drawing {
     std::string document;
     std::optional<std::string> model = std::nullopt;
-    /// What messages call the widget's size.
-    std::string family = {};
-    RenderOptions options = {};
-    std::optional<std::filesystem::path> pictures = std::nullopt;
-    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
+    WidgetOptions options = {};
 };
 
 /// What came of it.

@@ -25,17 +25,16 @@ TimeZone timeZoneOf(const RequestFields& fields) {
 }  // namespace
 
 Drawing drawingOf(const RequestFields& fields) {
-    Drawing drawing{
-        .document = fields.text("document"), .model = fields.optionalText("model"), .family = fields.text("family")};
-    RenderOptions& options = drawing.options;
-    options.size = {fields.number("width", leastSide, mostSide), fields.number("height", leastSide, mostSide)};
-    if (const auto family = widgetFamily(drawing.family)) options.linksCanBeTapped = linksCanBeTapped(*family);
+    Drawing drawing{.document = fields.text("document"), .model = fields.optionalText("model")};
+    WidgetOptions& options = drawing.options;
+    options.room.name = fields.text("family");
+    options.room.size = {fields.number("width", leastSide, mostSide), fields.number("height", leastSide, mostSide)};
+    if (const auto family = widgetFamily(options.room.name)) options.room.linksCanBeTapped = linksCanBeTapped(*family);
     options.scale = fields.number("scale", leastScale, mostScale);
     options.rounded = fields.flag("rounded");
-    options.environment.appearance = fields.text("appearance") == "dark" ? Appearance::dark : Appearance::light;
-    options.environment.date = {fields.number("date", -mostSeconds, mostSeconds)};
-    options.environment.timeZone = timeZoneOf(fields);
-    options.environment.displayScale = options.scale;
+    options.appearance = fields.text("appearance") == "dark" ? Appearance::dark : Appearance::light;
+    options.date = Date{fields.number("date", -mostSeconds, mostSeconds)};
+    options.timeZone = timeZoneOf(fields);
     return drawing;
 }
 

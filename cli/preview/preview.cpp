@@ -15,7 +15,7 @@ namespace tavrin::cli {
 void servePreview(const PreviewOptions& options, const std::function<void(const std::string&)>& announce) {
     ProjectFolder folder(options.folder);
     HTTPServer server(options.port);
-    const Routes routes(folder, options.fetchPolicy);
+    const Routes routes(folder, options);
     const FolderWatch watch(
         folder, [&server] { return server.hasListeners(); },
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });

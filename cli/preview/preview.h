@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
 
 namespace tavrin::cli {
@@ -13,8 +15,10 @@ namespace tavrin::cli {
 /// How a folder is shown.
 struct PreviewOptions {
     std::filesystem::path folder;
-    std::uint16_t port = 0;  ///< 0: any that is free
-    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;
+    std::uint16_t port = 0;                             ///< 0: any that is free
+    FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
+    /// Larger pictures of documents are scaled down to this size, in points.
+    std::optional<Size> maxImageSize = std::nullopt;
 };
 
 /// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM; hands its address to `announce` once it

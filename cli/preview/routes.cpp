@@ -94,8 +94,11 @@ HTTPResponse Routes::save(const HTTPRequest& request) const {
 Drawing Routes::drawing(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     Drawing drawing = drawingOf(fields);
-    drawing.fetchPolicy = fetchPolicy_;
-    if (const auto path = fields.optionalText("path")) drawing.pictures = folder_.picturesBeside(*path);
+    drawing.options.fetchPolicy = options_.fetchPolicy;
+    drawing.options.maxImageSize = options_.maxImageSize;
+    if (const auto path = fields.optionalText("path"))
+        if (const auto pictures = folder_.picturesBeside(*path))
+            drawing.options.imageCacheDir = URL::fileURL(pictures->string());
     return drawing;
 }
 

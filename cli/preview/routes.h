@@ -3,8 +3,8 @@
 
 #include "cli/preview/drawing.h"
 #include "cli/preview/http_message.h"
+#include "cli/preview/preview.h"
 #include "cli/preview/project_folder.h"
-#include "tavrin/platform/foundation/net/fetch_policy.h"
 
 namespace tavrin::cli {
 
@@ -24,7 +24,7 @@ namespace tavrin::cli {
 /// | GET /api/events | tells the paths of files when they change |
 class Routes {
 public:
-    Routes(ProjectFolder& folder, FetchPolicy fetchPolicy) : folder_(folder), fetchPolicy_(fetchPolicy) {}
+    Routes(ProjectFolder& folder, PreviewOptions options) : folder_(folder), options_(std::move(options)) {}
 
     [[nodiscard]] HTTPResponse answer(const HTTPRequest& request) const;
 
@@ -46,7 +46,7 @@ private:
     [[nodiscard]] Drawing drawing(const HTTPRequest& request) const;
 
     ProjectFolder& folder_;
-    FetchPolicy fetchPolicy_;
+    PreviewOptions options_;
 };
 
 }  // namespace tavrin::cli

@@ -42,14 +42,14 @@ std::string withoutWorkingDirectory(std::string tree) {
     return tree + "\n";
 }
 
-Compared compared(CellRenderer& renderers, const Arguments& arguments, std::size_t index) {
-    const SnapshotOptions& options = *arguments.snapshot;
+Compared compared(CellRenderer& renderers, const SnapshotArguments& arguments, std::size_t index) {
+    const SnapshotOptions& options = arguments.snapshot;
     Compared result;
-    result.cell = cellAt(*arguments.matrix, index);
-    const SnapshotFiles files(options.folder, nameOf(*arguments.matrix, result.cell));
-    result.outcome = renderers.draw(result.cell, [&](ImageRenderer& renderer) {
-        result.drawn.png = paint::encodePng(renderer.pixels(), paint::PngCompression::small);
-        result.drawn.tree = withoutWorkingDirectory(renderer.layoutText());
+    result.cell = cellAt(arguments.matrix, index);
+    const SnapshotFiles files(options.folder, nameOf(arguments.matrix, result.cell));
+    result.outcome = renderers.draw(result.cell, [&](Widget& widget) {
+        result.drawn.png = paint::encodePng(widget.pixels(), paint::PngCompression::small);
+        result.drawn.tree = withoutWorkingDirectory(widget.layoutText());
         const std::optional<Snapshot> kept = readSnapshot(files);
         result.isKept = kept.has_value();
         if (kept) result.difference = difference(*kept, result.drawn, options.tolerance);
@@ -60,8 +60,8 @@ Compared compared(CellRenderer& renderers, const Arguments& arguments, std::size
 /// Records, updates and reports snapshots, one after the other.
 class SnapshotKeeper {
 public:
-    SnapshotKeeper(const Arguments& arguments, CellReport& report)
-        : matrix_(*arguments.matrix), options_(*arguments.snapshot), report_(report) {}
+    SnapshotKeeper(const SnapshotArguments& arguments, CellReport& report)
+        : matrix_(arguments.matrix), options_(arguments.snapshot), report_(report) {}
 
     void take(Compared result) {
         const std::string name = nameOf(matrix_, result.cell);
@@ -145,9 +145,9 @@ private:
 
 }  // namespace
 
-int snapshot(const Arguments& arguments, const Reporter& reporter) {
-    const std::size_t count = arguments.matrix->count();
-    CellRenderer renderers(arguments, *arguments.matrix);
+int run(const SnapshotArguments& arguments, const Reporter& reporter) {
+    const std::size_t count = arguments.matrix.count();
+    CellRenderer renderers(arguments, arguments.matrix);
     Progress progress(count);
     CellReport report(reporter, progress);
     SnapshotKeeper keeper(arguments, report);
@@ -155,7 +155,7 @@ int snapshot(const Arguments& arguments, const Reporter& reporter) {
         count, std::min<std::size_t>(count, std::thread::hardware_concurrency()),
         [&](std::size_t index) { return compared(renderers, arguments, index); },
         [&](std::size_t, Compared result) {
-            const std::string name = nameOf(*arguments.matrix, result.cell);
+            const std::string name = nameOf(arguments.matrix, result.cell);
             keeper.take(std::move(result));
             progress.advance(name);
         });

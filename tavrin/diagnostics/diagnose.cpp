@@ -7,8 +7,8 @@
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/written_rules.h"
-#include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin {
 namespace {
@@ -61,52 +61,32 @@ private:
     }
 
     void draw() {
-        Context context;
-        context.date = options_.date.value_or(Date::now());
-        context.timeZone = options_.timeZone.value_or(TimeZone::current());
-        context.imageCacheDir = options_.imageCacheDir;
-        context.maxImageSize = options_.maxImageSize;
-        context.fetchPolicy = options_.fetchPolicy;
-        context.maximumNodes = options_.maximumNodes;
-        context.maximumNesting = options_.maximumNesting;
-        context.recordsOrigins = mayRecordOrigins();
+        WidgetOptions options = options_;
+        options.trace = mayRecordOrigins() ? WidgetTrace::origins : WidgetTrace::none;
+        if (options.background.kind == WidgetBackground::Kind::none) options.background = {};
         const ThrowingPreconditions instead;
-        const AnyView view = TavrinEngine().loadView(document_, model_, context);
+        const BoundDocument bound = Document(document_).bind(model_, options);
         if (written_) boundEffects_ = boundEffects(*written_);
         DrawnFindings drawn;
         try {
             for (const WidgetRoom& room : options_.rooms)
-                for (const Appearance appearance : options_.appearances) draw(view, context, room, appearance, drawn);
+                for (const Appearance appearance : options_.appearances) {
+                    options.room = room;
+                    options.appearance = appearance;
+                    draw(bound.widget(options), drawn);
+                }
         } catch (...) {
             fail(std::current_exception());
         }
         if (written_) drawn.moveTo(findings_, written_->outline());
     }
 
-    void draw(const AnyView& view, const Context& context, const WidgetRoom& room, Appearance appearance,
-              DrawnFindings& findings) {
-        RenderOptions options{.scale = options_.scale};
-        options.setRoom(room);
-        if (options_.background) options.background = {WidgetBackground::Kind::color, *options_.background};
-        options.environment.appearance = appearance;
-        options.environment.date = *context.date;
-        options.environment.timeZone = *context.timeZone;
-        ImageRenderer renderer(view, std::move(options));
-        const layout::LayoutTree& tree = renderer.layoutTree();
-        const std::vector<DrawnView> views = drawnViews(tree, context.origins().get(), boundEffects_);
-        findings.enter(room.name, appearance == Appearance::dark ? "dark" : "light");
-        const bool mayFetch = options_.fetchPolicy != FetchPolicy::none;
-        // Without fonts of the host's own the renderer's texts are this thread's.
-        applyDrawnRules({.renderer = renderer,
-                         .tree = tree,
-                         .texts = text::TextEngine::ofThisThread(),
-                         .views = views,
-                         .size = room.size,
-                         .scale = options_.scale,
-                         .mayFetch = mayFetch,
-                         .linksCanBeTapped = room.linksCanBeTapped,
-                         .hasWidgetURL = context.widgetURL().has_value()},
-                        findings);
+    void draw(Widget widget, DrawnFindings& findings) {
+        const WidgetOptions& options = widget.options();
+        const layout::LayoutTree& tree = widget.layoutTree();
+        const std::vector<DrawnView> views = drawnViews(tree, widget.document().origins().get(), boundEffects_);
+        findings.enter(options.room.name, options.appearance == Appearance::dark ? "dark" : "light");
+        applyDrawnRules({.widget = widget, .tree = tree, .views = views}, findings);
     }
 
     /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.

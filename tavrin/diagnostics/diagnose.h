@@ -8,35 +8,16 @@
 #include <vector>
 
 #include "tavrin/diagnostics/diagnostic.h"
-#include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/net/fetch_policy.h"
-#include "tavrin/platform/foundation/net/url.h"
-#include "tavrin/platform/foundation/time/date.h"
-#include "tavrin/platform/foundation/time/time_zone.h"
-#include "tavrin/platform/ui/color.h"
-#include "tavrin/platform/ui/widget_family.h"
+#include "tavrin/widget/widget_options.h"
 
 namespace tavrin {
 
-/// What a document is looked at for.
-struct DiagnoseOptions {
+/// What a document is looked at for: several rooms and appearances instead of the one that `WidgetOptions` name. A
+/// widget without a background is looked at on the platform's own.
+struct DiagnoseOptions : WidgetOptions {
     /// The rooms that it is drawn in, each in every appearance. Without any it is not laid out.
     std::vector<WidgetRoom> rooms = {WidgetRoom{}};
     std::vector<Appearance> appearances = {Appearance::light, Appearance::dark};
-    /// Pixels for each point.
-    double scale = 3;
-    /// What lies behind the widget; absent: the platform's own.
-    std::optional<Color> background = std::nullopt;
-    /// The moment that is drawn; absent: now.
-    std::optional<Date> date = std::nullopt;
-    /// The device's time zone; absent: the process's.
-    std::optional<TimeZone> timeZone = std::nullopt;
-    /// As in `Context`.
-    std::optional<URL> imageCacheDir = std::nullopt;
-    std::optional<Size> maxImageSize = std::nullopt;
-    FetchPolicy fetchPolicy = FetchPolicy::all;
-    std::size_t maximumNodes = 1'000'000;
-    std::size_t maximumNesting = 512;
     /// How many diagnostics are made; what is found beyond is left out, and a note says so.
     std::size_t maximumDiagnostics = 1000;
 };

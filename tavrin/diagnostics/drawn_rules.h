@@ -11,7 +11,7 @@
 
 #include "tavrin/diagnostics/drawn_views.h"
 #include "tavrin/diagnostics/findings.h"
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/widget.h"
 
 // The rules that look at a document as it is drawn, in one room and appearance after the other. Each stands in a file
 // of its own in rules/.
@@ -67,19 +67,9 @@ private:
 
 /// One drawing of a document.
 struct DrawnSubject {
-    ImageRenderer& renderer;
+    Widget& widget;
     const layout::LayoutTree& tree;
-    /// What shaped the tree's texts.
-    text::TextEngine& texts;
     const std::vector<DrawnView>& views;
-    /// How large the picture is, in points and in pixels for each of them.
-    Size size;
-    double scale;
-    /// Whether what is not in memory or in a folder was asked for at all.
-    bool mayFetch = true;
-    /// Whether links can be tapped, and whether the widget as a whole leads anywhere.
-    bool linksCanBeTapped = true;
-    bool hasWidgetURL = false;
 };
 
 void findUntappableLinks(const DrawnSubject& subject, DrawnFindings& findings);

@@ -160,7 +160,7 @@ TEST(DrawnTexts, NameTheAppearanceThatTheyAreUnreadableIn) {
     EXPECT_EQ(found.front().message,
               "\"Hello\" has a contrast of 1.3:1 with what lies behind it; 4.5:1 is wanted (systemMedium; light)");
     DiagnoseOptions onBlack = quietOptions();
-    onBlack.background = Color::rgb(0, 0, 0);
+    onBlack.background = {WidgetBackground::Kind::color, Color::rgb(0, 0, 0)};
     EXPECT_THAT(diagnose(document, std::nullopt, onBlack), ::testing::IsEmpty());
     DiagnoseOptions dark = quietOptions();
     dark.appearances = {Appearance::dark};

@@ -13,21 +13,16 @@ struct DrawnWidget {
 };
 
 DrawnWidget drawWidget(std::string_view document, std::string_view model, tavrin::Date moment) {
-    tavrin::TavrinEngine::Context context;
-    context.date = moment;
-    context.fetchPolicy = tavrin::FetchPolicy::publicOnly;
-    context.linkConverter = [](const tavrin::URL& url) {
+    tavrin::WidgetOptions options;
+    options.date = moment;
+    options.appearance = tavrin::Appearance::dark;
+    options.room.size = {158, 158};
+    options.fetchPolicy = tavrin::FetchPolicy::publicOnly;
+    options.linkConverter = [](const tavrin::URL& url) {
         return tavrin::URL::parse("my-app://open?" + url.string()).value_or(url);
     };
-    const tavrin::AnyView view = tavrin::TavrinEngine().loadView(document, model, context);
-
-    tavrin::RenderOptions options;
-    options.size = {158, 158};
-    options.widgetURL = context.widgetURL();
-    options.environment.appearance = tavrin::Appearance::dark;
-    options.environment.date = moment;
-    tavrin::ImageRenderer renderer(view, options);
-    return {renderer.encode(tavrin::PictureFormat::png), renderer.targets()};
+    tavrin::Widget widget = tavrin::Document(document).widget(model, options);
+    return {widget.encode(tavrin::PictureFormat::png), widget.targets()};
 }
 // [/draw]
 
@@ -42,8 +37,7 @@ tavrin::TextPlace placeOf(const tavrin::PlacedError& error, std::string_view tex
 /// What is wrong with a widget, as "model:line:column: why"; empty when nothing is.
 std::string faultOf(std::string_view document, std::string_view model) {
     try {
-        tavrin::TavrinEngine::Context context;
-        static_cast<void>(tavrin::TavrinEngine().loadView(document, model, context));
+        static_cast<void>(tavrin::Document(document).bind(model, {}));
         return "";
     } catch (const tavrin::PlacedError& error) {
         if (!error.isRooted) return error.message;

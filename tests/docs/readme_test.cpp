@@ -7,13 +7,9 @@
 #include <tavrin/tavrin.h>
 
 std::string renderWidget(std::string_view document, std::string_view model) {
-    tavrin::TavrinEngine::Context context;
-    const tavrin::AnyView view = tavrin::TavrinEngine().loadView(document, model, context);
-
-    tavrin::RenderOptions options;
-    options.setRoom(tavrin::widgetRoom(tavrin::WidgetFamily::systemMedium, {390, 844}).value());
-    options.environment.date = tavrin::Date::now();
-    return tavrin::ImageRenderer(view, options).encode(tavrin::PictureFormat::png);
+    tavrin::WidgetOptions options;
+    options.room = tavrin::widgetRoom(tavrin::WidgetFamily::systemMedium, {390, 844}).value();
+    return tavrin::Document(document).widget(model, options).encode(tavrin::PictureFormat::png);
 }
 // [/README]
 

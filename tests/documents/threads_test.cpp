@@ -15,9 +15,9 @@ std::vector<std::string> filesOfExamples() {
     std::vector<std::string> files;
     for (const GoldenCase& example : exampleCases()) {
         for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
-            ImageRenderer renderer(example.view(), example.renderOptions(appearance));
+            Widget widget = example.widget(appearance);
             for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
-                files.push_back(renderer.encode(format));
+                files.push_back(widget.encode(format));
         }
     }
     return files;

@@ -118,15 +118,19 @@ AnyView viewOf(const std::string& main) {
 }
 
 /// How far a document of one view is from the picture of another; nothing when the program is missing or fails.
-std::optional<Apart> apartFrom(const AnyView& view, const AnyView& pictured, const Rasteriser& rasteriser,
-                               const RenderOptions& options) {
-    const PixelBuffer picture = ImageRenderer(pictured, options).pixels();
-    const std::optional<PixelBuffer> back =
-        rasteriser.rasterised(ImageRenderer(view, options).encode(rasteriser.format), picture);
+template <class Renderer>
+std::optional<Apart> apartFrom(Renderer written, Renderer pictured, const Rasteriser& rasteriser) {
+    const PixelBuffer picture = pictured.pixels();
+    const std::optional<PixelBuffer> back = rasteriser.rasterised(written.encode(rasteriser.format), picture);
     if (!back || back->width() != picture.width() || back->height() != picture.height()) return std::nullopt;
     const Apart result = apart(picture, *back);
     if (std::getenv("TAVRIN_PRINT_DISTANCES") != nullptr) std::cout << rasteriser.name << ": " << result << "\n";
     return result;
+}
+
+std::optional<Apart> drawnApart(const AnyView& written, const AnyView& pictured, const Rasteriser& rasteriser) {
+    const RenderOptions options = optionsFor({100, 60}, 4);
+    return apartFrom(ImageRenderer(written, options), ImageRenderer(pictured, options), rasteriser);
 }
 
 TEST(VectorOutput, ExamplesAreTheirPictures) {
@@ -135,10 +139,11 @@ TEST(VectorOutput, ExamplesAreTheirPictures) {
             for (const Rasteriser& rasteriser : rasterisers) {
                 SCOPED_TRACE(example.name() + (appearance == Appearance::dark ? " dark " : " light ") +
                              rasteriser.name);
-                RenderOptions options = example.renderOptions(appearance);
+                WidgetOptions options = example.widgetOptions(appearance);
                 options.scale = 4;
                 options.background = {};  // PDF pages are never transparent
-                const std::optional<Apart> result = apartFrom(example.view(), example.view(), rasteriser, options);
+                const BoundDocument bound = example.bound(options);
+                const std::optional<Apart> result = apartFrom(bound.widget(options), bound.widget(options), rasteriser);
                 ASSERT_TRUE(result.has_value()) << "the program is missing or failed";
                 EXPECT_TRUE(isWithin(*result, rasteriser.rounded)) << *result;
             }
@@ -220,7 +225,7 @@ TEST(VectorOutput, ShapesAndAppearancesAreTheirPictures) {
         for (const Rasteriser& rasteriser : rasterisers) {
             SCOPED_TRACE(row.why + std::string(" ") + rasteriser.name);
             const AnyView view = viewOf(row.main);
-            const std::optional<Apart> result = apartFrom(view, view, rasteriser, optionsFor({100, 60}, 4));
+            const std::optional<Apart> result = drawnApart(view, view, rasteriser);
             ASSERT_TRUE(result.has_value()) << "the program is missing or failed";
             EXPECT_TRUE(isWithin(*result, row.isRounded ? rasteriser.rounded : rasteriser.exact)) << *result;
         }
@@ -261,7 +266,7 @@ TEST(VectorOutput, PicturesAreThePictures) {
     for (const auto& row : rows)
         for (const Rasteriser& rasteriser : rasterisers) {
             SCOPED_TRACE(row.why + std::string(" ") + rasteriser.name);
-            const std::optional<Apart> result = apartFrom(row.view, row.view, rasteriser, optionsFor({100, 60}, 4));
+            const std::optional<Apart> result = drawnApart(row.view, row.view, rasteriser);
             ASSERT_TRUE(result.has_value()) << "the program is missing or failed";
             EXPECT_TRUE(isWithin(*result, rasteriser.rounded)) << *result;
         }
@@ -314,13 +319,13 @@ TEST(VectorOutput, DifferencesAreNoticed) {
          R"({"type": "foregroundColor", "color": {"value": "#40FFFFFF"}})"},
         {"a text that is faded", R"({"type": "lineLimit", "number": 1})", R"({"type": "opacity", "opacity": 0.1})"},
     };
-    RenderOptions options = weather.renderOptions(Appearance::light);
+    WidgetOptions options = weather.widgetOptions();
     options.scale = 4;
     for (const auto& row : rows)
         for (const Rasteriser& rasteriser : rasterisers) {
             SCOPED_TRACE(row.why + std::string(" ") + rasteriser.name);
-            const AnyView other = weather.view(replaced(weather.document(), row.text, row.by));
-            const std::optional<Apart> result = apartFrom(other, weather.view(), rasteriser, options);
+            const BoundDocument other = weather.bound(replaced(weather.document(), row.text, row.by), options);
+            const std::optional<Apart> result = apartFrom(other.widget(options), weather.widget(options), rasteriser);
             ASSERT_TRUE(result.has_value());
             EXPECT_FALSE(isWithin(*result, rasteriser.rounded)) << *result;
         }
@@ -348,8 +353,7 @@ TEST(VectorOutput, SmallDifferencesOfShapesAreNoticed) {
     for (const auto& row : rows)
         for (const Rasteriser& rasteriser : rasterisers) {
             SCOPED_TRACE(row.why + std::string(" ") + rasteriser.name);
-            const std::optional<Apart> result =
-                apartFrom(viewOf(row.written), viewOf(row.pictured), rasteriser, optionsFor({100, 60}, 4));
+            const std::optional<Apart> result = drawnApart(viewOf(row.written), viewOf(row.pictured), rasteriser);
             ASSERT_TRUE(result.has_value());
             EXPECT_FALSE(isWithin(*result, rasteriser.exact)) << *result;
         }

@@ -54,14 +54,14 @@ TEST(Explanation, OfEachRule) {
 TEST(Explanation, OfEveryGoldenCase) {
     for (const GoldenCase& golden : goldenCases()) {
         SCOPED_TRACE(golden.name());
-        RenderOptions options = golden.renderOptions(Appearance::light);
-        options.recording = layout::Recording::placements;
-        ImageRenderer renderer(golden.view(), options);
-        const Explanation explanation = explainLayout(renderer.layoutTree());
+        WidgetOptions options = golden.widgetOptions();
+        options.trace = WidgetTrace::reasons;
+        Widget widget = golden.widget(options);
+        const Explanation explanation = widget.explanation();
         ASSERT_FALSE(explanation.empty());
         for (const ViewExplanation& view : explanation) {
             SCOPED_TRACE(view.title);
-            EXPECT_EQ(view.frame.has_value(), !renderer.layoutTree().node(view.node).absent);
+            EXPECT_EQ(view.frame.has_value(), !widget.layoutTree().node(view.node).absent);
             EXPECT_EQ(view.frame.has_value(), !view.whyProposed.empty());
             EXPECT_EQ(view.frame.has_value(), !view.whyAnswered.empty());
             EXPECT_EQ(view.frame.has_value(), !view.whyPlaced.empty());

@@ -31,13 +31,13 @@ TEST(Golden, Frames) {
         const GoldenCase example{top / "examples" / row.example, "systemSmall"};
         const Date first = *Date::parseRFC3339(row.first);
         const FrameSpan span{first, {first.secondsSince1970 + row.step * static_cast<double>(row.count - 1)}, row.step};
-        RenderOptions options = example.renderOptions(Appearance::light);
-        AnimationRenderer renderer(example.view(), options);
+        WidgetOptions options = example.widgetOptions();
+        AnimationRenderer renderer = example.bound(options).animation(options);
         std::size_t frame = 0;
         renderer.draw(span, [&](const std::shared_ptr<const PixelBuffer>& picture) {
             SCOPED_TRACE("frame " + std::to_string(frame + 1));
-            options.environment.date = span.moment(frame++);
-            EXPECT_TRUE(*picture == ImageRenderer(example.view(), options).pixels()) << "as drawn alone";
+            options.date = span.moment(frame++);
+            EXPECT_TRUE(*picture == example.widget(options).pixels()) << "as drawn alone";
             const fs::path expected = top / "tests/golden/frames" / row.example / (std::to_string(frame) + ".png");
             if (updatesGoldens()) return writeFile(expected, paint::encodePng(*picture, PngCompression::small));
             const std::optional<PixelBuffer> pixels = decodePng(readFile(expected));

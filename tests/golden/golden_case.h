@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,37 +53,37 @@ struct GoldenCase {
         return options;
     }
 
-    [[nodiscard]] RenderOptions renderOptions(Appearance appearance) const {
-        const auto given = options();
-        RenderOptions render;
-        render.environment.appearance = appearance;
-        if (const auto date = given.find("--date"); date != given.end())
-            render.environment.date = *Date::parseRFC3339(date->second);
-        if (const auto zone = given.find("--time-zone"); zone != given.end())
-            render.environment.timeZone = *TimeZone::named(zone->second);
-        if (const auto name = given.find("--family"); name != given.end())
-            render.setRoom(widgetRoom(widgetFamily(name->second).value(), {390, 844}).value());
-        if (const auto background = given.find("--background");
-            background != given.end() && background->second == "none")
-            render.background.kind = WidgetBackground::Kind::none;
-        if (const auto scale = given.find("--scale"); scale != given.end()) render.scale = std::stod(scale->second);
-        return render;
+    /// What `options.txt` says; an option that this does not know is a mistake there.
+    [[nodiscard]] WidgetOptions widgetOptions(Appearance appearance = Appearance::light) const {
+        WidgetOptions widget;
+        widget.appearance = appearance;
+        for (const auto& [option, value] : options()) {
+            if (option == "--date")
+                widget.date = Date::parseRFC3339(value).value();
+            else if (option == "--time-zone")
+                widget.timeZone = TimeZone::named(value).value();
+            else if (option == "--family")
+                widget.room = widgetRoom(widgetFamily(value).value(), {390, 844}).value();
+            else if (option == "--background" && value == "none")
+                widget.background.kind = WidgetBackground::Kind::none;
+            else if (option == "--scale")
+                widget.scale = std::stod(value);
+            else if (option == "--image-cache-dir")
+                widget.imageCacheDir = URL::fileURL(folder / value);
+            else
+                throw std::invalid_argument(folder / "options.txt" / option);
+        }
+        return widget;
     }
 
-    /// The view of a document, by default the case's own, with the case's model, moment and pictures.
-    [[nodiscard]] AnyView view(const std::string& document) const {
-        Context context;
-        const auto given = options();
-        if (const auto date = given.find("--date"); date != given.end())
-            context.date = Date::parseRFC3339(date->second);
-        context.timeZone = renderOptions(Appearance::light).environment.timeZone;
-        if (const auto pictures = given.find("--image-cache-dir"); pictures != given.end())
-            context.imageCacheDir = URL::fileURL(folder / pictures->second);
+    /// A document, by default the case's own, bound to the case's model.
+    [[nodiscard]] BoundDocument bound(const std::string& document, const WidgetOptions& options) const {
         const std::string model = readFile(folder / "model.json");
-        return TavrinEngine().loadView(document, model.empty() ? std::nullopt : std::optional<std::string_view>(model),
-                                       context);
+        return Document(document).bind(model.empty() ? std::nullopt : std::optional<std::string_view>(model), options);
     }
-    [[nodiscard]] AnyView view() const { return view(document()); }
+    [[nodiscard]] BoundDocument bound(const WidgetOptions& options) const { return bound(document(), options); }
+    [[nodiscard]] Widget widget(const WidgetOptions& options) const { return bound(options).widget(options); }
+    [[nodiscard]] Widget widget(Appearance appearance) const { return widget(widgetOptions(appearance)); }
 };
 
 /// The families that a case's folder lists; without a list one nameless family.

@@ -34,10 +34,10 @@ struct Outcome {
 };
 
 Outcome render(const GoldenCase& golden, Appearance appearance) {
-    ImageRenderer renderer(golden.view(), golden.renderOptions(appearance));
-    PixelBuffer pixels = renderer.pixels();
+    Widget widget = golden.widget(appearance);
+    PixelBuffer pixels = widget.pixels();
     std::string png = paint::encodePng(pixels, PngCompression::small);
-    return {std::move(pixels), std::move(png), withoutTop(renderer.layoutText()) + "\n"};
+    return {std::move(pixels), std::move(png), withoutTop(widget.layoutText()) + "\n"};
 }
 
 void expectPicture(const fs::path& expected, const Outcome& outcome, const std::string& leftover) {

@@ -44,10 +44,11 @@ std::string hashOf(const PixelBuffer& pixels) {
 }
 
 std::string hashesOf(const GoldenCase& golden, Appearance appearance) {
-    RenderOptions options = golden.renderOptions(appearance);
-    ImageRenderer fast(golden.view(), options);
+    WidgetOptions options = golden.widgetOptions(appearance);
+    const BoundDocument bound = golden.bound(options);
+    Widget fast = bound.widget(options);
     options.compression = PngCompression::small;
-    ImageRenderer small(golden.view(), options);
+    Widget small = bound.widget(options);
     std::string line = golden.name() + (appearance == Appearance::dark ? " dark" : " light");
     line += " pixels " + hashOf(fast.pixels());
     line += " fast " + hashOf(fast.encode(PictureFormat::png));

@@ -38,7 +38,7 @@ protected:
 
     ScratchFolder scratch_;
     ProjectFolder folder_{scratch_.path()};
-    Routes routes_{folder_, FetchPolicy::none};
+    Routes routes_{folder_, {.fetchPolicy = FetchPolicy::none}};
 
 private:
     static std::string quoted(std::string_view text) {
@@ -141,7 +141,7 @@ TEST_F(RoutesTest, DrawThePicturesBesideADocumentAndNoOtherFiles) {
     const std::string address = "https://example.com/beside.jpg";
     std::filesystem::create_directories(scratch_.path() / "a/pictures");
     std::filesystem::copy(source, scratch_.path() / "a/pictures" / WebImageHasher(address));
-    const Routes online(folder_, FetchPolicy::publicOnly);
+    const Routes online(folder_, {});
     const auto drawn = [&](const std::string& url, const std::string& more = {}) {
         const std::string document =
             R"({"version": "1.2", "nodes": {"main": {"type": "webImage", "url": ")" + url + R"("}}})";

@@ -56,7 +56,7 @@ double contrastOn(const RGBA& color, std::uint32_t pixel) {
 class ContrastRule {
 public:
     explicit ContrastRule(const DrawnSubject& subject)
-        : subject_(subject), drawn_(subject.renderer.pixels()), behind_(subject.renderer.pixelsWithoutTexts()) {}
+        : subject_(subject), drawn_(subject.widget.pixels()), behind_(subject.widget.pixelsWithoutTexts()) {}
 
     /// The contrast of a text where it is read worst; none for one that nobody sees.
     [[nodiscard]] std::optional<double> measure(const DrawnView& text) const {
@@ -77,7 +77,8 @@ public:
 private:
     [[nodiscard]] std::vector<double> contrasts(const Rect& place, const RGBA& color, bool onlyGlyphs) const {
         const auto pixel = [&](double points, int most) {
-            return static_cast<int>(std::clamp(points * subject_.scale, 0.0, static_cast<double>(most)));
+            return static_cast<int>(
+                std::clamp(points * subject_.widget.options().scale, 0.0, static_cast<double>(most)));
         };
         const int left = pixel(place.origin.x, behind_.width());
         const int right = pixel(place.origin.x + place.size.width, behind_.width());
@@ -124,13 +125,14 @@ void findLowContrast(const DrawnSubject& subject, DrawnFindings& findings) {
         return !text::contentsOf(subject.tree.textBlock(text->index)).takesColor;
     });
     constexpr double largestPicture = 16e6;
-    const double pixels = subject.size.width * subject.size.height * subject.scale * subject.scale;
+    const WidgetOptions& options = subject.widget.options();
+    const double pixels = options.room.size.width * options.room.size.height * options.scale * options.scale;
     if (texts.empty() || !(pixels <= largestPicture)) return;
     const ContrastRule rule(subject);
     double looked = 0;
     for (const DrawnView* const text : texts) {
         const Rect seen = layout::commonRect(textBounds(subject, *text), text->clip);
-        looked += seen.size.width * seen.size.height * subject.scale * subject.scale;
+        looked += seen.size.width * seen.size.height * options.scale * options.scale;
         if (looked > mostPixels) break;
         const std::optional<double> measured = rule.measure(*text);
         if (!measured) continue;

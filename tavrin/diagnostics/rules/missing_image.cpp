@@ -14,12 +14,13 @@ std::string describe(const std::optional<URL>& address, bool isLocal) {
 }  // namespace
 
 void findMissingImages(const DrawnSubject& subject, DrawnFindings& findings) {
+    const bool mayFetch = subject.widget.options().fetchPolicy != FetchPolicy::none;
     for (const DrawnView& view : subject.views) {
         const auto* const image = subject.tree.node(view.index).view->as<WebImage>();
         if (!image || !(image->url || image->alt)) continue;
         const bool isLocal = image->local == true;
         const auto isUnasked = [&](const std::optional<URL>& address) {
-            return address && !isLocal && !subject.mayFetch && !address->isData();
+            return address && !isLocal && !mayFetch && !address->isData();
         };
         if (isUnasked(image->url) || isUnasked(image->alt)) continue;
         const auto* const drawn = subject.tree.node(subject.tree.content(view.index)).view->as<Image>();

@@ -9,12 +9,11 @@ namespace {
 constexpr RGBA lightBackground{1, 1, 1, 1};
 constexpr RGBA darkBackground{0x1C / 255.0, 0x1C / 255.0, 0x1E / 255.0, 1};
 
-std::optional<RGBA> backgroundOf(const RenderOptions& options) {
-    const Appearance appearance = options.environment.appearance;
-    switch (options.background.kind) {
+std::optional<RGBA> backgroundOf(const WidgetLook& look) {
+    switch (look.background.kind) {
         case WidgetBackground::Kind::automatic:
-            return appearance == Appearance::dark ? darkBackground : lightBackground;
-        case WidgetBackground::Kind::color: return options.background.color.resolved(appearance);
+            return look.appearance == Appearance::dark ? darkBackground : lightBackground;
+        case WidgetBackground::Kind::color: return look.background.color.resolved(look.appearance);
         case WidgetBackground::Kind::none: break;
     }
     return std::nullopt;
@@ -22,13 +21,12 @@ std::optional<RGBA> backgroundOf(const RenderOptions& options) {
 
 }  // namespace
 
-void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
+void paintWidget(const layout::LayoutTree& tree, const WidgetLook& look, Canvas& canvas, text::TextEngine& texts,
                  const PaintOptions& what) {
-    const Rect bounds{{0, 0}, options.size};
+    const Rect bounds{{0, 0}, look.size};
     canvas.save();
-    if (options.rounded)
-        canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
-    if (const std::optional<RGBA> background = backgroundOf(options)) canvas.fill(bounds, *background);
+    if (look.rounded) canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
+    if (const std::optional<RGBA> background = backgroundOf(look)) canvas.fill(bounds, *background);
     paintTree(tree, canvas, texts, what);
     canvas.restore();
 }

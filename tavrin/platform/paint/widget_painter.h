@@ -4,13 +4,13 @@
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
-#include "tavrin/platform/paint/render_options.h"
+#include "tavrin/platform/paint/widget_look.h"
 #include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::paint {
 
-/// Draws a laid-out widget with what lies behind it, cut as the options say; see `paintTree`.
-void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
+/// Draws a laid-out widget with what lies behind it, cut as its look says; see `paintTree`.
+void paintWidget(const layout::LayoutTree& tree, const WidgetLook& look, Canvas& canvas, text::TextEngine& texts,
                  const PaintOptions& what = {});
 
 }  // namespace tavrin::paint

@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "cli/explained.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "cli/production.h"
 #include "cli/suggestion.h"
+#include "cli/verbs.h"
 #include "tavrin/json/json.h"
 #include "tavrin/platform/explain/explanation.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 namespace {
@@ -61,16 +62,20 @@ std::vector<std::size_t> viewsAtPath(const Explanation& explanation, const std::
     return found;
 }
 
+/// An outline, or the views at the arguments' path in sentences; or either as JSON. Throws `TavrinError` of kind
+/// "Explain" for a path that names nothing that is drawn.
+std::string explained(const ExplainArguments& arguments, const Production& work) {
+    const Explanation explanation = work.document.widget(work.options).explanation();
+    const bool isJSON = arguments.format == TextFormat::json;
+    if (!arguments.path) return isJSON ? explanationJSON(explanation) : outlineText(explanation);
+    const std::vector<std::size_t> chosen = viewsAtPath(explanation, *arguments.path, work.source);
+    return isJSON ? explanationJSON(explanation, chosen) : explanationText(explanation, chosen);
+}
+
 }  // namespace
 
-std::string explained(const Arguments& arguments, const Source& document, ImageRenderer& renderer,
-                      const ViewOrigins& origins) {
-    const Explanation explanation =
-        explainLayout(renderer.layoutTree(), [&](const AnyView& view) { return origins.find(view); });
-    const bool isJSON = arguments.textFormat == TextFormat::json;
-    if (!arguments.path) return isJSON ? explanationJSON(explanation) : outlineText(explanation);
-    const std::vector<std::size_t> chosen = viewsAtPath(explanation, *arguments.path, document);
-    return isJSON ? explanationJSON(explanation, chosen) : explanationText(explanation, chosen);
+int run(const ExplainArguments& arguments, const Reporter& reporter) {
+    return printAll(arguments, reporter, [&](const Production& work) { return explained(arguments, work); });
 }
 
 }  // namespace tavrin::cli

@@ -11,11 +11,11 @@
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/layout/timed_layout.h"
 #include "tavrin/platform/paint/animation/animation_encoder.h"
-#include "tavrin/platform/paint/frame_span.h"
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
-#include "tavrin/platform/paint/render_options.h"
 #include "tavrin/platform/ui/any_view.h"
+#include "tavrin/widget/frame_span.h"
+#include "tavrin/widget/render_options.h"
 
 namespace tavrin {
 

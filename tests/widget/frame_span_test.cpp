@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/paint/frame_span.h"
+#include "tavrin/widget/frame_span.h"
 
 #include <limits>
 

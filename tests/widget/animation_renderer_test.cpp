@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/paint/animation_renderer.h"
+#include "tavrin/widget/animation_renderer.h"
 
 #include <limits>
 #include <vector>
@@ -8,9 +8,9 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/paint/image_renderer.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tavrin/platform/ui/view_tree.h"
+#include "tavrin/widget/image_renderer.h"
 
 namespace tavrin {
 namespace {

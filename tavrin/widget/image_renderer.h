@@ -8,9 +8,9 @@
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
-#include "tavrin/platform/paint/render_options.h"
 #include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
+#include "tavrin/widget/render_options.h"
 
 namespace tavrin {
 
@@ -26,6 +26,8 @@ enum class PictureFormat : unsigned char { png, svg, pdf };
 class ImageRenderer {
 public:
     ImageRenderer(AnyView view, RenderOptions options);
+    ImageRenderer(ImageRenderer&&) noexcept;
+    ImageRenderer& operator=(ImageRenderer&&) noexcept;
     ~ImageRenderer();
 
     /// The laid-out tree, computed on first use and kept. Throws what `layout::layOut` does.
@@ -46,8 +48,10 @@ public:
     /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
 
-private:
+    /// What shapes and draws its texts.
     [[nodiscard]] text::TextEngine& texts();
+
+private:
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;

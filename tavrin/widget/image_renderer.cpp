@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/paint/image_renderer.h"
+#include "tavrin/widget/image_renderer.h"
 
 #include <algorithm>
 #include <iterator>
@@ -17,6 +17,8 @@ ImageRenderer::ImageRenderer(AnyView view, RenderOptions options)
     options_.environment.displayScale = options_.scale;
 }
 
+ImageRenderer::ImageRenderer(ImageRenderer&&) noexcept = default;
+ImageRenderer& ImageRenderer::operator=(ImageRenderer&&) noexcept = default;
 ImageRenderer::~ImageRenderer() = default;
 
 text::TextEngine& ImageRenderer::texts() {
@@ -60,7 +62,7 @@ PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
 
 PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    paint::paintWidget(layoutTree(), options_, canvas, texts(), {.drawsTexts = drawsTexts});
+    paint::paintWidget(layoutTree(), options_.look(), canvas, texts(), {.drawsTexts = drawsTexts});
     return canvas.finishRaster();
 }
 
@@ -68,7 +70,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
     if (format == PictureFormat::png) return paint::encodePng(pixels(), options_.compression);
     paint::Canvas canvas =
         format == PictureFormat::svg ? paint::Canvas::svg(options_.size) : paint::Canvas::pdf(options_.size);
-    paint::paintWidget(layoutTree(), options_, canvas, texts());
+    paint::paintWidget(layoutTree(), options_.look(), canvas, texts());
     for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
     return canvas.finishDocument();
 }

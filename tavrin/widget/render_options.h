@@ -8,25 +8,14 @@
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/png_encoder.h"
+#include "tavrin/platform/paint/widget_look.h"
 #include "tavrin/platform/text/text_engine.h"
-#include "tavrin/platform/ui/color.h"
 #include "tavrin/platform/ui/environment.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin {
 
 using paint::PngCompression;
-
-/// What lies behind a widget.
-struct WidgetBackground {
-    enum class Kind : unsigned char {
-        automatic,  ///< the platform's own: white in light, nearly black in dark appearance
-        none,       ///< nothing: transparent
-        color,
-    };
-    Kind kind = Kind::automatic;
-    Color color = Color::primary;
-};
 
 /// How a view is laid out and drawn.
 struct RenderOptions {
@@ -56,6 +45,8 @@ struct RenderOptions {
         size = room.size;
         linksCanBeTapped = room.linksCanBeTapped;
     }
+
+    [[nodiscard]] paint::WidgetLook look() const { return {size, environment.appearance, background, rounded}; }
 };
 
 }  // namespace tavrin

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/paint/animation_renderer.h"
+#include "tavrin/widget/animation_renderer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -61,7 +61,7 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
     const auto before = std::exchange(last_, nullptr);  // no picture is kept if drawing throws
     if (std::exchange(stillLayout_, layout_.layoutCount()) != layout_.layoutCount()) still_ = {};
-    paint::paintWidget(layout_.tree(), options_, canvas, texts_, {.still = &still_});
+    paint::paintWidget(layout_.tree(), options_.look(), canvas, texts_, {.still = &still_});
     PixelBuffer picture = canvas.finishRaster();
     ++drawingCount_;
     last_ = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/engine/prepared_document.h"
+
+#include <string>
+#include <utility>
+
+#include "tavrin/dsl/dsl_root.h"
+#include "tavrin/dsl/render_state.h"
+#include "tavrin/engine/json_decoder.h"
+#include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/images/web_image_cache.h"
+
+namespace tavrin {
+namespace {
+
+std::shared_ptr<const ModelContext> decodeModel(std::string_view text) {
+    try {
+        return std::allocate_shared<const ModelContext>(pool::Allocator<ModelContext>(),
+                                                        JSONDecoder().decode<JSON>(text), ModelContext::Environment());
+    } catch (PlacedError& error) {
+        error.role = TextRole::model;
+        throw;
+    }
+}
+
+void checkVersion(DSLVersion version) {
+    if (TavrinEngine::supporedVersion < version)
+        throw TavrinError("Engine", "this engine only support " + std::string(caseName(TavrinEngine::supporedVersion)) +
+                                        ", but got DSL for " + std::string(caseName(version)));
+}
+
+}  // namespace
+
+PreparedDocument::PreparedDocument(std::string_view json) {
+    DSLRoot root = JSONDecoder({.depth = JSONText::greatestDepth}).decode<DSLRoot>(json);
+    version_ = root.version;
+    nodes_ = std::allocate_shared<const NodeDictionary>(pool::Allocator<NodeDictionary>(), std::move(root.nodes));
+}
+
+AnyView PreparedDocument::bind(std::optional<std::string_view> model, Context& context) const {
+    RenderState& state = RenderState::of(context);
+    state.rootNodes = nodes_;
+    if (model) state.modelContext = decodeModel(*model);
+    checkVersion(version_);
+    WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, context.fetchPolicy);
+    const auto main = nodes_->find("main");
+    if (main == nodes_->end()) throw TavrinError("Engine", "view must have main node");
+    const RenderState::Recording recording(state, context);
+    AnyView view = renderEntry(*main, context);
+    recording.keep(view);
+    state.modelContext = nullptr;
+    return view;
+}
+
+}  // namespace tavrin

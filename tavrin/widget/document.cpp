@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/widget/document.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "tavrin/images/web_image.h"
+#include "tavrin/images/web_image_hasher.h"
+#include "tavrin/platform/ui/view_tree.h"
+#include "tavrin/widget/animation_renderer.h"
+#include "tavrin/widget/note_logger.h"
+#include "tavrin/widget/widget.h"
+
+namespace tavrin {
+
+std::string BoundDocument::treeText() const { return viewTreeText(view_); }
+
+std::vector<NamedPicture> BoundDocument::pictures() const {
+    std::vector<NamedPicture> pictures;
+    std::vector<AnyView> pending{view_};
+    while (!pending.empty()) {
+        const AnyView view = std::move(pending.back());
+        pending.pop_back();
+        if (const auto* image = view.as<WebImage>()) {
+            if (image->url) pictures.push_back({*image->url, WebImageHasher(image->written)});
+            if (image->alt) pictures.push_back({*image->alt, WebImageHasher(image->writtenAlt)});
+        }
+        const auto first = static_cast<std::ptrdiff_t>(pending.size());
+        view.box().forEachInside([&](const AnyView& inside) { pending.push_back(inside); });
+        std::reverse(pending.begin() + first, pending.end());
+    }
+    return pictures;
+}
+
+Widget BoundDocument::widget(WidgetOptions options) const { return Widget(*this, std::move(options)); }
+
+AnimationRenderer BoundDocument::animation(const WidgetOptions& options) const {
+    return AnimationRenderer(view_, renderOptions(options));
+}
+
+RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {
+    RenderOptions render;
+    render.setRoom(options.room);
+    render.scale = options.scale;
+    render.environment.appearance = options.appearance;
+    render.environment.date = date_;
+    render.environment.timeZone = timeZone_;
+    render.background = options.background;
+    render.rounded = options.rounded;
+    render.compression = options.compression;
+    render.fonts = options.fonts;
+    render.widgetURL = widgetURL_;
+    if (options.trace == WidgetTrace::reasons) render.recording = layout::Recording::placements;
+    if (options.notes)
+        render.diagnostics = [notes = options.notes](std::string_view message) { notes({{}, std::string(message)}); };
+    return render;
+}
+
+BoundDocument Document::bind(std::optional<std::string_view> model, const WidgetOptions& options) const {
+    BoundDocument bound;
+    bound.date_ = options.date.value_or(Date::now());
+    bound.timeZone_ = options.timeZone ? *options.timeZone : TimeZone::current();
+    Context context(std::make_shared<NoteLogger>(options.notes));
+    context.date = bound.date_;
+    context.timeZone = bound.timeZone_;
+    context.linkConverter = options.linkConverter;
+    context.imageCacheDir = options.imageCacheDir;
+    context.maxImageSize = options.maxImageSize;
+    context.fetchPolicy = options.fetchPolicy;
+    context.maximumNodes = options.maximumNodes;
+    context.maximumNesting = options.maximumNesting;
+    context.recordsOrigins = options.trace != WidgetTrace::none;
+    bound.view_ = prepared_.bind(model, context);
+    bound.widgetURL_ = context.widgetURL();
+    bound.origins_ = context.origins();
+    return bound;
+}
+
+Widget Document::widget(std::optional<std::string_view> model, const WidgetOptions& options) const {
+    return bind(model, options).widget(options);
+}
+
+}  // namespace tavrin

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tavrin/engine/prepared_document.h"
+#include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/time/date.h"
+#include "tavrin/platform/foundation/time/time_zone.h"
+#include "tavrin/platform/ui/any_view.h"
+#include "tavrin/widget/widget_options.h"
+
+namespace tavrin {
+
+class AnimationRenderer;
+class ViewOrigins;
+class Widget;
+
+/// A picture that a document names.
+struct NamedPicture {
+    URL url;
+    /// What it is called in a folder of pictures: see `WidgetOptions::imageCacheDir`.
+    std::string fileName;
+};
+
+/// A document bound to a model at a moment: a view tree that may be laid out in many rooms. Immutable; several threads
+/// may use it at once.
+class BoundDocument {
+public:
+    [[nodiscard]] const AnyView& view() const { return view_; }
+    /// The view tree as JSON.
+    [[nodiscard]] std::string treeText() const;
+    /// What opens when the widget is tapped where nothing else leads anywhere.
+    [[nodiscard]] const std::optional<URL>& widgetURL() const { return widgetURL_; }
+    /// Where in the document each view comes from; null unless `WidgetOptions::trace` asked for it.
+    [[nodiscard]] const std::shared_ptr<const ViewOrigins>& origins() const { return origins_; }
+    /// The pictures that the view tree names, in document order.
+    [[nodiscard]] std::vector<NamedPicture> pictures() const;
+
+    /// The widget in a room. What `options` say of binding counts for nothing here.
+    [[nodiscard]] Widget widget(WidgetOptions options) const;
+    /// The widget at one moment after another; see there.
+    [[nodiscard]] AnimationRenderer animation(const WidgetOptions& options) const;
+
+private:
+    friend class Document;
+    friend class Widget;
+    BoundDocument() = default;
+    [[nodiscard]] struct RenderOptions renderOptions(const WidgetOptions& options) const;
+
+    AnyView view_;
+    std::optional<URL> widgetURL_;
+    std::shared_ptr<const ViewOrigins> origins_;
+    Date date_;
+    TimeZone timeZone_;
+};
+
+/// A document that is decoded once and drawn as often as needed, with many models, on many threads. Immutable.
+///
+///     const tavrin::Document document(text);
+///     std::string png = document.widget(model, {.scale = 2}).encode();
+class Document {
+public:
+    /// Throws `DecodingError` or `ConversionError` for a text that is no document.
+    explicit Document(std::string_view json) : prepared_(json) {}
+
+    /// Binds it to a model. Throws what `TavrinEngine::loadView` does after decoding.
+    [[nodiscard]] BoundDocument bind(std::optional<std::string_view> model, const WidgetOptions& options) const;
+    /// Binds it and makes the widget that is to be drawn.
+    [[nodiscard]] Widget widget(std::optional<std::string_view> model, const WidgetOptions& options) const;
+
+private:
+    PreparedDocument prepared_;
+};
+
+}  // namespace tavrin

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/widget/widget.h"
+
+#include <utility>
+
+#include "tavrin/dsl/view_origins.h"
+#include "tavrin/widget/note_logger.h"
+
+namespace tavrin {
+
+using Hearing = NoteLogger::Hearing;
+
+Widget::Widget(BoundDocument document, WidgetOptions options)
+    : document_(std::move(document)),
+      options_(std::move(options)),
+      renderer_(document_.view_, document_.renderOptions(options_)) {}
+
+const layout::LayoutTree& Widget::layoutTree() {
+    const Hearing hearing(options_.notes);
+    return renderer_.layoutTree();
+}
+
+std::string Widget::layoutText() {
+    const Hearing hearing(options_.notes);
+    return renderer_.layoutText();
+}
+
+std::vector<TapTarget> Widget::targets() {
+    const Hearing hearing(options_.notes);
+    return renderer_.targets();
+}
+
+std::string Widget::targetsText() {
+    const Hearing hearing(options_.notes);
+    return renderer_.targetsText();
+}
+
+PixelBuffer Widget::pixels() {
+    const Hearing hearing(options_.notes);
+    return renderer_.pixels();
+}
+
+PixelBuffer Widget::pixelsWithoutTexts() {
+    const Hearing hearing(options_.notes);
+    return renderer_.pixelsWithoutTexts();
+}
+
+std::string Widget::encode(PictureFormat format) {
+    const Hearing hearing(options_.notes);
+    return renderer_.encode(format);
+}
+
+Explanation Widget::explanation() {
+    const ViewOrigins* const origins = document_.origins().get();
+    return explainLayout(layoutTree(),
+                         [origins](const AnyView& view) { return origins ? origins->find(view) : nullptr; });
+}
+
+}  // namespace tavrin

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tavrin/platform/explain/explanation.h"
+#include "tavrin/platform/layout/tap_targets.h"
+#include "tavrin/platform/paint/pixel_buffer.h"
+#include "tavrin/widget/document.h"
+#include "tavrin/widget/image_renderer.h"
+#include "tavrin/widget/widget_options.h"
+
+namespace tavrin {
+
+/// A widget in its room, which answers what it looks like and why. It is laid out when the first answer needs that, and
+/// once. Not thread-safe; several threads use a widget each.
+class Widget {
+public:
+    /// See `ImageRenderer` for each of these; so do they throw.
+    [[nodiscard]] const layout::LayoutTree& layoutTree();
+    [[nodiscard]] std::string layoutText();
+    [[nodiscard]] std::vector<TapTarget> targets();
+    [[nodiscard]] std::string targetsText();
+    [[nodiscard]] PixelBuffer pixels();
+    [[nodiscard]] PixelBuffer pixelsWithoutTexts();
+    [[nodiscard]] std::string encode(PictureFormat format = PictureFormat::png);
+
+    /// Why each view has its size and place. Only with `WidgetTrace::reasons`; see `explainLayout`.
+    [[nodiscard]] Explanation explanation();
+
+    [[nodiscard]] const BoundDocument& document() const { return document_; }
+    [[nodiscard]] const WidgetOptions& options() const { return options_; }
+    /// What shapes and draws its texts.
+    [[nodiscard]] text::TextEngine& texts() { return renderer_.texts(); }
+
+private:
+    friend class BoundDocument;
+    Widget(BoundDocument document, WidgetOptions options);
+
+    BoundDocument document_;
+    WidgetOptions options_;
+    ImageRenderer renderer_;
+};
+
+}  // namespace tavrin

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/widget/widget.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/dsl/view_origins.h"
+#include "tavrin/engine/tavrin_engine.h"
+#include "tavrin/json/decoding_error.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
+
+namespace tavrin {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr std::string_view greeting = R"({"version": "1.2", "nodes": {"main": {"type": "text", "content": "{{name}}",
+    "modifiers": [{"type": "widgetURL", "url": "app:{{name}}"}]}}})";
+constexpr std::string_view pictures = R"({"version": "1.2", "nodes": {"main": {"type": "vstack", "children": [
+    {"type": "webImage", "url": "https://a.example/1.png", "alt": "https://a.example/2.png"},
+    {"type": "webImage", "url": "https://a.example/3.png"}]}}})";
+
+WidgetOptions quiet() {
+    WidgetOptions options;
+    options.date = Date{1'795'249'105};
+    options.timeZone = TimeZone();
+    options.fetchPolicy = FetchPolicy::none;
+    return options;
+}
+
+/// What it is for an options' `notes` to keep lines.
+WidgetOptions notingInto(std::vector<std::string>& lines) {
+    WidgetOptions options = quiet();
+    options.notes = [&lines](const WidgetNote& note) { lines.push_back(note.text()); };
+    return options;
+}
+
+TEST(Widget, IsWhatAnEngineAndARendererMake) {
+    Context context;
+    const AnyView view = TavrinEngine().loadView(greeting, R"({"name": "Ada"})", context);
+    RenderOptions render;
+    render.widgetURL = context.widgetURL();
+    ImageRenderer renderer(view, render);
+    Widget widget = Document(greeting).widget(R"({"name": "Ada"})", quiet());
+    EXPECT_TRUE(widget.pixels() == renderer.pixels());
+    EXPECT_TRUE(widget.pixelsWithoutTexts() == renderer.pixelsWithoutTexts());
+    EXPECT_EQ(widget.layoutText(), renderer.layoutText());
+    EXPECT_EQ(widget.targetsText(), renderer.targetsText());
+    EXPECT_THAT(widget.targetsText(), HasSubstr("app:Ada"));
+    for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
+        EXPECT_EQ(widget.encode(format), renderer.encode(format));
+}
+
+TEST(Widget, EveryOptionCounts) {
+    const struct {
+        const char* why;
+        std::function<void(WidgetOptions&)> change;
+    } rows[] = {
+        {"room",
+         [](WidgetOptions& options) {
+             options.room.size = {100, 100};
+         }},
+        {"scale", [](WidgetOptions& options) { options.scale = 2; }},
+        {"appearance", [](WidgetOptions& options) { options.appearance = Appearance::dark; }},
+        {"background", [](WidgetOptions& options) { options.background.kind = WidgetBackground::Kind::none; }},
+        {"rounded", [](WidgetOptions& options) { options.rounded = true; }},
+        {"date", [](WidgetOptions& options) { options.date = Date{1'795'249'105 + 3600}; }},
+        {"time zone", [](WidgetOptions& options) { options.timeZone = TimeZone::named("Asia/Tokyo"); }},
+        {"compression", [](WidgetOptions& options) { options.compression = PngCompression::small; }},
+    };
+    constexpr std::string_view clock = R"({"version": "1.2", "nodes": {"main": {"type": "vstack", "children": [
+        {"type": "text", "content": "Now"},
+        {"type": "rectangle", "modifiers": [{"type": "frame", "width": 4, "height": 60},
+            {"type": "clockHandRotationEffect", "period": "hourHand"}]}]}}})";
+    const Document document(clock);
+    const std::string usual = document.widget(std::nullopt, quiet()).encode();
+    for (const auto& row : rows) {
+        WidgetOptions options = quiet();
+        row.change(options);
+        EXPECT_NE(document.widget(std::nullopt, options).encode(), usual) << row.why;
+    }
+}
+
+TEST(Widget, BoundsCount) {
+    for (const auto& [why, change] : std::vector<std::pair<const char*, std::function<void(WidgetOptions&)>>>{
+             {"nodes", [](WidgetOptions& options) { options.maximumNodes = 2; }},
+             {"nesting", [](WidgetOptions& options) { options.maximumNesting = 1; }}}) {
+        WidgetOptions options = quiet();
+        change(options);
+        EXPECT_THROW(static_cast<void>(Document(pictures).bind(std::nullopt, options)), TavrinError) << why;
+    }
+}
+
+TEST(Widget, TextsThatAreNoDocumentOrModel) {
+    EXPECT_THROW(Document("{"), DecodingError);
+    const Document document(greeting);
+    EXPECT_THROW(static_cast<void>(document.bind("[", quiet())), DecodingError);
+    EXPECT_THROW(static_cast<void>(document.bind("{}", quiet())), ModelContextError);
+    EXPECT_THROW(static_cast<void>(Document(R"({"version": "9.9", "nodes": {}})").bind(std::nullopt, quiet())),
+                 std::exception);
+    EXPECT_EQ(document.bind(R"({"name": "Ada"})", quiet()).widgetURL()->string(), "app:Ada") << "after all that";
+}
+
+TEST(Widget, AddressesAreConverted) {
+    WidgetOptions options = quiet();
+    options.linkConverter = [](const URL& url) { return *URL::parse("other:" + url.string()); };
+    EXPECT_EQ(Document(greeting).bind(R"({"name": "Ada"})", options).widgetURL()->string(), "other:app:Ada");
+}
+
+TEST(Widget, NamesItsPictures) {
+    std::vector<std::string> addresses;
+    for (const NamedPicture& picture : Document(pictures).bind(std::nullopt, quiet()).pictures()) {
+        addresses.push_back(picture.url.string());
+        EXPECT_FALSE(picture.fileName.empty());
+    }
+    EXPECT_THAT(addresses,
+                ElementsAre("https://a.example/1.png", "https://a.example/2.png", "https://a.example/3.png"));
+}
+
+TEST(Widget, NotesAreThoseOfTheWidgetThatIsLaidOut) {
+    std::vector<std::string> bound;
+    std::vector<std::string> first;
+    std::vector<std::string> second;
+    const BoundDocument document = Document(pictures).bind(std::nullopt, notingInto(bound));
+    static_cast<void>(document.widget(notingInto(first)).pixels());
+    static_cast<void>(document.widget(notingInto(second)).pixels());
+    EXPECT_THAT(bound, IsEmpty());
+    EXPECT_THAT(first, testing::Each(StartsWith("error ")));
+    EXPECT_THAT(first, testing::SizeIs(testing::Ge(2U)));
+    EXPECT_EQ(first, second);
+}
+
+TEST(Widget, TracesOnlyWhatIsAskedFor) {
+    const Document document(greeting);
+    const auto bind = [&](WidgetTrace trace) {
+        WidgetOptions options = quiet();
+        options.trace = trace;
+        return document.bind(R"({"name": "Ada"})", options);
+    };
+    EXPECT_EQ(bind(WidgetTrace::none).origins(), nullptr);
+    EXPECT_NE(bind(WidgetTrace::origins).origins(), nullptr);
+    WidgetOptions options = quiet();
+    options.trace = WidgetTrace::reasons;
+    const Explanation explanation = document.widget(R"({"name": "Ada"})", options).explanation();
+    ASSERT_FALSE(explanation.empty());
+    EXPECT_EQ(toText(explanation.front().origin.value()), "nodes.main");
+}
+
+TEST(WidgetThreads, ShareADocument) {
+    const Document document(greeting);
+    const auto draw = [&](std::size_t number) {
+        const std::string model = R"({"name": "Reader )" + std::to_string(number) + "\"}";
+        return document.widget(model, quiet()).encode();
+    };
+    constexpr std::size_t count = 8;
+    std::vector<std::string> expected;
+    for (std::size_t i = 0; i < count; ++i) expected.push_back(draw(i));
+    EXPECT_NE(expected[0], expected[1]);
+    std::vector<std::string> drawn(4 * count);
+    {
+        std::vector<std::jthread> threads;
+        for (std::size_t thread = 0; thread < 4; ++thread)
+            threads.emplace_back([&, thread] {
+                for (std::size_t i = 0; i < count; ++i) drawn[thread * count + i] = draw(i);
+            });
+    }
+    for (std::size_t i = 0; i < drawn.size(); ++i) EXPECT_EQ(drawn[i], expected[i % count]) << i;
+}
+
+}  // namespace
+}  // namespace tavrin
