@@ -14,7 +14,7 @@ namespace tavrin::cli {
 
 /// How a folder is shown.
 struct PreviewOptions {
-    std::filesystem::path folder;
+    std::filesystem::path folder = {};
     std::uint16_t port = 0;                             ///< 0: any that is free
     FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
     /// Larger pictures of documents are scaled down to this size, in points.

@@ -141,17 +141,21 @@ TEST_F(RoutesTest, DrawThePicturesBesideADocumentAndNoOtherFiles) {
     const std::string address = "https://example.com/beside.jpg";
     std::filesystem::create_directories(scratch_.path() / "a/pictures");
     std::filesystem::copy(source, scratch_.path() / "a/pictures" / WebImageHasher(address));
-    const Routes online(folder_, {});
+    PreviewOptions options;
     const auto drawn = [&](const std::string& url, const std::string& more = {}) {
         const std::string document =
             R"({"version": "1.2", "nodes": {"main": {"type": "webImage", "url": ")" + url + R"("}}})";
+        const Routes online(folder_, options);
         const std::string body =
             online.answer({.method = "POST", .path = "/api/render", .body = drawingOf(document, more)}).body;
         return body.substr(body.find('\n') + 1);
     };
     const std::string nothing = drawn("file:///nowhere.jpg");
     EXPECT_THAT(nothing, StartsWith("\x89PNG"));
-    EXPECT_NE(drawn(address, R"(, "path": "a/document.json")"), nothing);
+    const std::string beside = drawn(address, R"(, "path": "a/document.json")");
+    EXPECT_NE(beside, nothing);
+    options.maxImageSize = Size{4, 4};
+    EXPECT_NE(drawn(address, R"(, "path": "a/document.json")"), beside) << "scaled down";
     EXPECT_EQ(drawn("file://" + source.string()), nothing);
     EXPECT_EQ(drawn("file://" + source.string(), R"(, "path": "a/document.json")"), nothing);
 }

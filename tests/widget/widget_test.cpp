@@ -25,8 +25,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::string_view greeting = R"({"version": "1.2", "nodes": {"main": {"type": "text", "content": "{{name}}",
-    "modifiers": [{"type": "widgetURL", "url": "app:{{name}}"}]}}})";
+constexpr std::string_view greeting =
+    R"({"version": "1.2", "nodes": {"main": {"type": "text", "content": "{{initServerParam.name}}",
+    "modifiers": [{"type": "widgetURL", "url": "app:{{initServerParam.name}}"}]}}})";
 constexpr std::string_view pictures = R"({"version": "1.2", "nodes": {"main": {"type": "vstack", "children": [
     {"type": "webImage", "url": "https://a.example/1.png", "alt": "https://a.example/2.png"},
     {"type": "webImage", "url": "https://a.example/3.png"}]}}})";
@@ -82,7 +83,7 @@ TEST(Widget, EveryOptionCounts) {
     constexpr std::string_view clock = R"({"version": "1.2", "nodes": {"main": {"type": "vstack", "children": [
         {"type": "text", "content": "Now"},
         {"type": "rectangle", "modifiers": [{"type": "frame", "width": 4, "height": 60},
-            {"type": "clockHandRotationEffect", "period": "hourHand"}]}]}}})";
+            {"type": "clockHandRotationEffect", "period": 43200}]}]}}})";
     const Document document(clock);
     const std::string usual = document.widget(std::nullopt, quiet()).encode();
     for (const auto& row : rows) {
