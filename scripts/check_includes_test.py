@@ -28,6 +28,7 @@ REFUSED = [
     ("nodes do not know modifiers", "tavrin/nodes/a.h", '"tavrin/modifiers/frame.h"'),
     ("modifiers do not know images", "tavrin/modifiers/a.h", '"tavrin/images/a.h"'),
     ("text knows one header of ui", "tavrin/platform/text/a.h", '"tavrin/platform/ui/views.h"'),
+    ("drawing texts knows no canvas", "tavrin/platform/paint/text/a.h", '"tavrin/platform/paint/canvas.h"'),
     ("layout does not know painting", "tavrin/platform/layout/a.cpp", '"tavrin/platform/paint/a.h"'),
     ("the library does not know the program", "tavrin/engine/a.cpp", '"cli/options.h"'),
     ("a listed folder inside one's own", "tavrin/platform/foundation/a.h", '"tavrin/platform/foundation/net/url.h"'),

@@ -9,8 +9,11 @@
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/render_options.h"
-#include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
+
+namespace tavrin::paint {
+class TextPainter;
+}
 
 namespace tavrin {
 
@@ -47,12 +50,12 @@ public:
     [[nodiscard]] std::string encode(PictureFormat format);
 
 private:
-    [[nodiscard]] text::TextEngine& texts();
+    [[nodiscard]] paint::TextPainter& texts();
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
     RenderOptions options_;
-    std::unique_ptr<text::TextEngine> ownTexts_;  // only with fonts of the host's own
+    std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
     std::unique_ptr<layout::LayoutTree> layout_;
 };
 

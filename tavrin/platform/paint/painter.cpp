@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tavrin/platform/layout/effects.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -29,7 +30,7 @@ bool isFinite(const Rect& rect) {
 
 class Painter {
 public:
-    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options)
+    Painter(const LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options)
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
@@ -278,7 +279,7 @@ private:
 
     const LayoutTree& tree_;
     Canvas& canvas_;
-    text::TextEngine& texts_;
+    TextPainter& texts_;
     bool drawsTexts_;
     Appearance appearance_;
     StillPart* still_;
@@ -291,7 +292,7 @@ private:
 
 }  // namespace
 
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options) {
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options) {
     if (!tree.nodes().empty()) Painter(tree, canvas, texts, options).paint(0);
 }
 

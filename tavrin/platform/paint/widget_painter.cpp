@@ -22,7 +22,7 @@ std::optional<RGBA> backgroundOf(const RenderOptions& options) {
 
 }  // namespace
 
-void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, text::TextEngine& texts,
+void paintWidget(const layout::LayoutTree& tree, const RenderOptions& options, Canvas& canvas, TextPainter& texts,
                  const PaintOptions& what) {
     const Rect bounds{{0, 0}, options.size};
     canvas.save();
