@@ -22,13 +22,13 @@ int wholePixel(double edge) {
     return static_cast<int>(std::clamp(std::floor(edge + 0.5 + rounding), -farPixels, farPixels));
 }
 
+}  // namespace
+
 bool isFinite(const Rect& rect) {
     return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
            std::isfinite(rect.size.height) && std::isfinite(rect.origin.x + rect.size.width) &&
            std::isfinite(rect.origin.y + rect.size.height);
 }
-
-}  // namespace
 
 void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClip}); }
 

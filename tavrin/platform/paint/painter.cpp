@@ -2,13 +2,11 @@
 #include "tavrin/platform/paint/painter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "tavrin/platform/layout/effects.h"
-#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -22,11 +20,6 @@ using Index = LayoutTree::Index;
 /// How many pixels of a raster may be held at once by layers and outlined clips within each other; what would take more
 /// is drawn strip by strip.
 constexpr std::int64_t maximumHeldPixels = 32'000'000;
-
-bool isFinite(const Rect& rect) {
-    return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
-           std::isfinite(rect.size.height);
-}
 
 class Painter {
 public:
@@ -60,9 +53,7 @@ private:
     void draw(const Spacer&, Index, const LayoutNode&) {}
 
     void draw(const Text&, Index index, const LayoutNode& node) {
-        if (!drawsTexts_ || canvas_.hidden() || !isFinite(node.frame)) return;
-        const Rect place = canvas_.snapped(node.frame);
-        texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
+        if (drawsTexts_) canvas_.draw(tree_.textBlock(index), node.frame, foreground(index), texts_);
     }
 
     void draw(const Image& image, Index, const LayoutNode& node) {
