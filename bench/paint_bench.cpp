@@ -8,6 +8,7 @@
 #include "bench/bench_data.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/tavrin.h"
 
 // What painting costs: the weather example by primitive, gradients against plain colours, many shapes, layers.
@@ -22,13 +23,14 @@ constexpr double scale = 3;
 class Picture {
 public:
     explicit Picture(const AnyView& view)
-        : texts_(text::TextEngine::ofThisThread()), tree_(layout::layOut(view, page, environment_, texts_)) {}
+        : texts_(paint::TextPainter::ofThisThread()),
+          tree_(layout::layOut(view, page, environment_, texts_.engine())) {}
 
     void paint(paint::Canvas& canvas) const { paint::paintTree(tree_, canvas, texts_); }
 
 private:
     EnvironmentValues environment_;
-    text::TextEngine& texts_;
+    paint::TextPainter& texts_;
     layout::LayoutTree tree_;
 };
 

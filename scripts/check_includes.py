@@ -11,6 +11,7 @@ import sys
 PLATFORM = "tavrin/platform"
 FOUNDATION, UI, TEXT = f"{PLATFORM}/foundation", f"{PLATFORM}/ui", f"{PLATFORM}/text"
 LAYOUT, PAINT, EXPLAIN = f"{PLATFORM}/layout", f"{PLATFORM}/paint", f"{PLATFORM}/explain"
+PAINT_TEXT = f"{PAINT}/text"
 FONT = f"{UI}/font.h"
 MEMORY, STRINGS, TIME = f"{FOUNDATION}/memory", f"{FOUNDATION}/strings", f"{FOUNDATION}/time"
 THREADS, PIXELS, NET = f"{FOUNDATION}/threads", f"{FOUNDATION}/pixels", f"{FOUNDATION}/net"
@@ -33,7 +34,8 @@ MAY_INCLUDE = {
     TEXT: [FONT, *ALL_FOUNDATION],
     LAYOUT: [TEXT, UI, *ALL_FOUNDATION],
     EXPLAIN: [LAYOUT, TEXT, UI, *ALL_FOUNDATION],
-    PAINT: [LAYOUT, TEXT, UI, *ALL_FOUNDATION],
+    PAINT: [PAINT_TEXT, LAYOUT, TEXT, UI, *ALL_FOUNDATION],
+    PAINT_TEXT: [TEXT, *ALL_FOUNDATION],
     "tavrin/json": ALL_FOUNDATION,
     "tavrin/values": VALUES_BELOW,
     "tavrin/dsl": ["tavrin/values", *VALUES_BELOW],
@@ -43,7 +45,7 @@ MAY_INCLUDE = {
     "tavrin/engine": ["tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW],
     "tavrin/schema": ["tavrin/engine", "tavrin/images", "tavrin/modifiers", "tavrin/nodes", *NODES_BELOW],
     # The one room that knows both storeys: above it stands what draws documents, below it what does one part.
-    "tavrin/widget": ["tavrin/engine", "tavrin/images", *NODES_BELOW, LAYOUT, PAINT, EXPLAIN, TEXT],
+    "tavrin/widget": ["tavrin/engine", "tavrin/images", *NODES_BELOW, LAYOUT, PAINT, PAINT_TEXT, EXPLAIN, TEXT],
     "tavrin/diagnostics": ["tavrin/widget", "tavrin/schema", "tavrin/engine", "tavrin/images", "tavrin/modifiers",
                            "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
     "tavrin/tavrin.h": ANYWHERE,

@@ -30,6 +30,7 @@ REFUSED = [
     ("text knows one header of ui", "tavrin/platform/text/a.h", '"tavrin/platform/ui/views.h"'),
     ("the engine does not know painting", "tavrin/engine/a.cpp", '"tavrin/platform/paint/a.h"'),
     ("painting does not lay out", "tavrin/platform/paint/a.cpp", '"tavrin/widget/a.h"'),
+    ("drawing texts knows no canvas", "tavrin/platform/paint/text/a.h", '"tavrin/platform/paint/canvas.h"'),
     ("layout does not know painting", "tavrin/platform/layout/a.cpp", '"tavrin/platform/paint/a.h"'),
     ("the library does not know the program", "tavrin/engine/a.cpp", '"cli/options.h"'),
     ("a listed folder inside one's own", "tavrin/platform/foundation/a.h", '"tavrin/platform/foundation/net/url.h"'),

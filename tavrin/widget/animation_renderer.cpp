@@ -9,6 +9,7 @@
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
 
 namespace tavrin {
@@ -49,9 +50,9 @@ std::uint64_t beginOf(std::size_t frame, double delay) {
 
 AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options)
     : options_(std::move(options)),
-      ownTexts_(options_.fonts ? std::make_unique<text::TextEngine>(options_.fonts) : nullptr),
-      texts_(ownTexts_ ? *ownTexts_ : text::TextEngine::ofThisThread()),
-      layout_(std::move(view), options_.size, environmentOf(options_), texts_, options_.diagnostics) {}
+      ownTexts_(options_.fonts ? std::make_unique<paint::TextPainter>(options_.fonts) : nullptr),
+      texts_(ownTexts_ ? *ownTexts_ : paint::TextPainter::ofThisThread()),
+      layout_(std::move(view), options_.size, environmentOf(options_), texts_.engine(), options_.diagnostics) {}
 
 AnimationRenderer::~AnimationRenderer() = default;
 

@@ -68,8 +68,8 @@ public:
 
 private:
     RenderOptions options_;
-    std::unique_ptr<text::TextEngine> ownTexts_;  // only with fonts of the host's own
-    text::TextEngine& texts_;
+    std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
+    paint::TextPainter& texts_;
     layout::TimedLayout layout_;
     paint::StillPart still_;  // of the layout with the number `stillLayout_`
     std::size_t stillLayout_ = 0;

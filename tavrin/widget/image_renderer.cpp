@@ -8,6 +8,7 @@
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
 
 namespace tavrin {
@@ -21,16 +22,18 @@ ImageRenderer::ImageRenderer(ImageRenderer&&) noexcept = default;
 ImageRenderer& ImageRenderer::operator=(ImageRenderer&&) noexcept = default;
 ImageRenderer::~ImageRenderer() = default;
 
-text::TextEngine& ImageRenderer::texts() {
-    if (options_.fonts == nullptr) return text::TextEngine::ofThisThread();
-    if (ownTexts_ == nullptr) ownTexts_ = std::make_unique<text::TextEngine>(options_.fonts);
+paint::TextPainter& ImageRenderer::texts() {
+    if (options_.fonts == nullptr) return paint::TextPainter::ofThisThread();
+    if (ownTexts_ == nullptr) ownTexts_ = std::make_unique<paint::TextPainter>(options_.fonts);
     return *ownTexts_;
 }
+
+text::TextEngine& ImageRenderer::textEngine() { return texts().engine(); }
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
     if (layout_ == nullptr)
         layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
-            view_, options_.size, options_.environment, texts(), options_.diagnostics, options_.recording));
+            view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
     return *layout_;
 }
 

@@ -8,9 +8,12 @@
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
-#include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/render_options.h"
+
+namespace tavrin::paint {
+class TextPainter;
+}
 
 namespace tavrin {
 
@@ -48,15 +51,16 @@ public:
     /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
 
-    /// What shapes and draws its texts.
-    [[nodiscard]] text::TextEngine& texts();
+    /// What shapes its texts.
+    [[nodiscard]] text::TextEngine& textEngine();
 
 private:
+    [[nodiscard]] paint::TextPainter& texts();
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
     RenderOptions options_;
-    std::unique_ptr<text::TextEngine> ownTexts_;  // only with fonts of the host's own
+    std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
     std::unique_ptr<layout::LayoutTree> layout_;
 };
 

@@ -31,8 +31,8 @@ public:
 
     [[nodiscard]] const BoundDocument& document() const { return document_; }
     [[nodiscard]] const WidgetOptions& options() const { return options_; }
-    /// What shapes and draws its texts.
-    [[nodiscard]] text::TextEngine& texts() { return renderer_.texts(); }
+    /// What shapes its texts.
+    [[nodiscard]] text::TextEngine& textEngine() { return renderer_.textEngine(); }
 
 private:
     friend class BoundDocument;

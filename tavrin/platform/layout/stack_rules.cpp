@@ -17,8 +17,8 @@
 // 3. The other children share what remains. The least flexible comes first, since what it leaves can still be used by
 //    those that bend; of two that grow without end, the one that needs more at least; else document order decides.
 // 4. Each in turn is offered an equal part of the remainder for every child of its group that has none yet, though
-// never
-//    less than nothing, and takes what it answers. The remainder may fall below zero: then nothing is left for others.
+//    never less than nothing, and takes what it answers. The remainder may fall below zero: then nothing is left for
+//    others.
 // 5. What was set aside is added to what remains, and those that yield share it by the same two rules.
 //
 // The stack is as long as its children and its spacing, and as wide across as its widest child.

@@ -103,24 +103,18 @@ Canvas Canvas::pdf(Size size) {
     return canvas;
 }
 
-cairo_t* Canvas::cairo() const { return state_->cairo.get(); }
 double Canvas::scale() const { return state_->scale; }
 bool Canvas::hidden() const { return state_->level().clip.empty(); }
 
-Rect Canvas::snapped(const Rect& rect) const {
-    const std::optional<PixelRect> area = state_->wholePixels(rect);
-    return area ? state_->points(*area) : rect;
-}
-
 void Canvas::save() {
-    cairo_save(cairo());
+    cairo_save(state_->cairo.get());
     state_->pushLevel();
 }
 
 void Canvas::restore() {
     if (state_->levels.size() < 2) preconditionFailure("a canvas restores more often than it saves");
     state_->popLevel();
-    cairo_restore(cairo());
+    cairo_restore(state_->cairo.get());
 }
 
 void Canvas::translate(double x, double y) { transform({1, 0, 0, 1, x, y}); }
@@ -133,7 +127,7 @@ void Canvas::transform(const AffineTransform& transform) {
     cairo_matrix_t product;
     cairo_matrix_multiply(&product, &inner, &outer);
     if (isDrawable(product))
-        cairo_set_matrix(cairo(), &product);
+        cairo_set_matrix(state_->cairo.get(), &product);
     else
         state_->hide();
 }
@@ -144,25 +138,27 @@ void Canvas::link(const Rect& area, const URL& destination) {
         state_->links += svgLink(area, destination);
         return;
     }
-    cairo_save(cairo());
-    cairo_identity_matrix(cairo());
-    cairo_tag_begin(cairo(), CAIRO_TAG_LINK, pdfLinkAttributes(area, destination).c_str());
-    cairo_tag_end(cairo(), CAIRO_TAG_LINK);
-    cairo_restore(cairo());
+    cairo_t* const cairo = state_->cairo.get();
+    cairo_save(cairo);
+    cairo_identity_matrix(cairo);
+    cairo_tag_begin(cairo, CAIRO_TAG_LINK, pdfLinkAttributes(area, destination).c_str());
+    cairo_tag_end(cairo, CAIRO_TAG_LINK);
+    cairo_restore(cairo);
 }
 
 void Canvas::beginLayer() {
-    cairo_push_group(cairo());
+    cairo_push_group(state_->cairo.get());
     state_->pushLevel();
 }
 
 void Canvas::endLayer(double opacity) {
     if (state_->levels.size() < 2) preconditionFailure("a canvas ends more layers than it begins");
     state_->popLevel();
-    cairo_pop_group_to_source(cairo());
-    if (opacity > 0) cairo_paint_with_alpha(cairo(), std::min(opacity, 1.0));
+    cairo_t* const cairo = state_->cairo.get();
+    cairo_pop_group_to_source(cairo);
+    if (opacity > 0) cairo_paint_with_alpha(cairo, std::min(opacity, 1.0));
     // Lets go of the layer. (Cairo 1.16 loses 472 bytes for each layer of an SVG, whatever is done here.)
-    cairo_set_source_rgb(cairo(), 0, 0, 0);
+    cairo_set_source_rgb(cairo, 0, 0, 0);
 }
 
 void Canvas::inStrips(std::int64_t pixels, const std::function<void()>& draw) {

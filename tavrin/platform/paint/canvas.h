@@ -14,9 +14,13 @@
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/views.h"
 
-typedef struct _cairo cairo_t;
+namespace tavrin::text {
+class TextBlock;
+}
 
 namespace tavrin::paint {
+
+class TextPainter;
 
 /// How an outline is stroked. A width that is not positive and finite draws nothing.
 struct Pen {
@@ -45,16 +49,10 @@ public:
     Canvas& operator=(Canvas&&) noexcept;
     ~Canvas();
 
-    /// For what a canvas does not draw itself: texts, pictures. The user space is points. Leave transform, clip and
-    /// groups as they were found.
-    [[nodiscard]] cairo_t* cairo() const;
-
     /// Pixels a point before any transform; 1 on a document.
     [[nodiscard]] double scale() const;
     /// Whether nothing drawn now can be seen: the clip is empty or the transform collapsed.
     [[nodiscard]] bool hidden() const;
-    /// The rectangle with its edges moved to whole pixels as `fill` moves them; as given where they stay.
-    [[nodiscard]] Rect snapped(const Rect& rect) const;
 
     /// Keeps the transform and the clip until the matching `restore`.
     void save();
@@ -76,6 +74,9 @@ public:
     /// is at least one pixel wide.
     void border(const Rect& rect, RGBA color, double width);
 
+    /// Draws a text that the painter's engine has broken, its top leading corner at that of `frame`, which is moved to
+    /// whole pixels as `fill` moves it; aligned within the frame's width. What does not fit in the frame is drawn too.
+    void draw(const text::TextBlock& text, const Rect& frame, RGBA color, TextPainter& painter);
     /// Draws a picture stretched to `rect` with `opacity` (clamped to 0…1; NaN draws nothing). Where it is to be
     /// smaller than its pixels, they are averaged; a picture that is drawn once more in the same size is not scaled
     /// again. A document embeds it once, with no more pixels than it needs.

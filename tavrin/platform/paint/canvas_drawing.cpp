@@ -7,6 +7,7 @@
 #include "tavrin/platform/paint/canvas_state.h"
 #include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/paint/shape_path.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 
 namespace tavrin::paint {
 namespace {
@@ -37,24 +38,25 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return state_->hide();
 
+    cairo_t* const cairo = state_->cairo.get();
     State::Level& level = state_->level();
     const PixelRect touched = state_->touchedPixels(outlineBounds(shape, *box));
     if (state_->wholePixels(*box)) {
         // Only the bounds clip; what is drawn past the outline within them is taken back in the end.
         const State::Pieces pieces = state_->pieces(shape, *box);
         if (!pieces.outlined.empty()) {
-            const PixelTarget target(cairo());
+            const PixelTarget target(cairo);
             for (const PixelRect& piece : pieces.outlined)
                 if (const PixelRect area = intersection(piece, target.bounds()); !area.empty())
                     level.backdrops.emplace_back(target, state_->coverage(area, shape, *box, antialiased));
         }
         state_->clip(touched);
     } else {
-        cairo_new_path(cairo());
-        cairo_set_antialias(cairo(), antialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
-        appendOutline(cairo(), shape, *box);
-        cairo_clip(cairo());
-        cairo_set_antialias(cairo(), CAIRO_ANTIALIAS_DEFAULT);
+        cairo_new_path(cairo);
+        cairo_set_antialias(cairo, antialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+        appendOutline(cairo, shape, *box);
+        cairo_clip(cairo);
+        cairo_set_antialias(cairo, CAIRO_ANTIALIAS_DEFAULT);
         level.outlinedClip = true;
         if (state_->raster) level.clip = intersection(level.clip, touched);
     }
@@ -66,6 +68,7 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     if (hidden()) return;
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return;
+    cairo_t* const cairo = state_->cairo.get();
     // Cairo is quick with outlines in one colour; rectangles and gradients are quicker done by ourselves.
     const bool direct = state_->raster && !state_->level().outlinedClip;
     const bool gradient = std::holds_alternative<Gradient>(paint);
@@ -73,13 +76,13 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     if (direct && (gradient || pieces.outlined.empty())) {
         const std::optional<PixelSource> source = PixelSource::make(paint, state_->matrix());
         if (!source) return;
-        const PixelTarget target(cairo());
+        const PixelTarget target(cairo);
         for (const PixelRect& area : pieces.full) target.fill(area, *source);
         for (const PixelRect& area : pieces.outlined) target.fill(state_->coverage(area, shape, *box, true), *source);
-    } else if (setSource(cairo(), paint, state_->raster)) {
-        cairo_new_path(cairo());
-        appendOutline(cairo(), shape, *box);
-        cairo_fill(cairo());
+    } else if (setSource(cairo, paint, state_->raster)) {
+        cairo_new_path(cairo);
+        appendOutline(cairo, shape, *box);
+        cairo_fill(cairo);
     }
 }
 
@@ -87,6 +90,7 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     if (hidden() || !(pen.width > 0) || !std::isfinite(pen.width)) return;
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return;
+    cairo_t* const cairo = state_->cairo.get();
     const double width = std::min(pen.width, state_->farPoints());
     const Rect outline = outlineBounds(shape, *box);
     const Rect outside = inset(outline, -width / 2);
@@ -118,16 +122,16 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
             cairo_set_matrix(context, &matrix);
             draw(context);
         });
-        PixelTarget(cairo()).fill(coverage, *source);
+        PixelTarget(cairo).fill(coverage, *source);
     } else if (state_->isPDF() && std::holds_alternative<Gradient>(paint)) {
         // Some viewers leave out what of a gradient's stroke lies past the bounds of the outline; a mask they draw.
-        cairo_push_group_with_content(cairo(), CAIRO_CONTENT_ALPHA);
-        draw(cairo());
-        const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo()));
-        if (setSource(cairo(), paint, false)) cairo_mask(cairo(), mask.get());
-    } else if (setSource(cairo(), paint, state_->raster)) {
-        cairo_new_path(cairo());
-        draw(cairo());
+        cairo_push_group_with_content(cairo, CAIRO_CONTENT_ALPHA);
+        draw(cairo);
+        const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo));
+        if (setSource(cairo, paint, false)) cairo_mask(cairo, mask.get());
+    } else if (setSource(cairo, paint, state_->raster)) {
+        cairo_new_path(cairo);
+        draw(cairo);
     }
 }
 
@@ -156,14 +160,21 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
         fill(Rect{{outer->origin.x, innerBottom}, {outer->size.width, bottom - innerBottom}}, color);
         fill(Rect{{outer->origin.x, inner.origin.y}, {inner.origin.x - outer->origin.x, inner.size.height}}, color);
         fill(Rect{{innerRight, inner.origin.y}, {right - innerRight, inner.size.height}}, color);
-    } else if (setSource(cairo(), color, state_->raster)) {
-        cairo_new_path(cairo());
-        appendRect(cairo(), *outer);
-        appendRect(cairo(), inner);
-        cairo_set_fill_rule(cairo(), CAIRO_FILL_RULE_EVEN_ODD);
-        cairo_fill(cairo());
-        cairo_set_fill_rule(cairo(), CAIRO_FILL_RULE_WINDING);
+    } else if (cairo_t* const cairo = state_->cairo.get(); setSource(cairo, color, state_->raster)) {
+        cairo_new_path(cairo);
+        appendRect(cairo, *outer);
+        appendRect(cairo, inner);
+        cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_EVEN_ODD);
+        cairo_fill(cairo);
+        cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_WINDING);
     }
+}
+
+void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, TextPainter& painter) {
+    if (hidden() || !isFinite(frame)) return;
+    const std::optional<PixelRect> area = state_->wholePixels(frame);
+    const Point corner = area ? state_->points(*area).origin : frame.origin;
+    painter.draw(state_->cairo.get(), text, corner, frame.size.width, color);
 }
 
 }  // namespace tavrin::paint

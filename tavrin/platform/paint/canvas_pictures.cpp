@@ -67,15 +67,15 @@ void Canvas::draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect
         const bool fades = opacity < 1;
         if (fades) beginLayer();
         state_->embed(picture, *box);
-        cairo_set_matrix(cairo(), &matrix);
+        cairo_set_matrix(state_->cairo.get(), &matrix);
         if (fades) endLayer(opacity);
     } else {
         if (const std::optional<PixelRect> frame = state_->wholePixels(*box))
             state_->drawAligned(picture, *frame, opacity);
         else
             state_->drawTurned(picture, *box, opacity);
-        cairo_set_matrix(cairo(), &matrix);
-        clearSource(cairo());
+        cairo_set_matrix(state_->cairo.get(), &matrix);
+        clearSource(state_->cairo.get());
     }
 }
 

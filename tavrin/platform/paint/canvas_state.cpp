@@ -22,13 +22,13 @@ int wholePixel(double edge) {
     return static_cast<int>(std::clamp(std::floor(edge + 0.5 + rounding), -farPixels, farPixels));
 }
 
-bool hasFiniteEdges(const Rect& rect) {
+}  // namespace
+
+bool isFinite(const Rect& rect) {
     return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
            std::isfinite(rect.size.height) && std::isfinite(rect.origin.x + rect.size.width) &&
            std::isfinite(rect.origin.y + rect.size.height);
 }
-
-}  // namespace
 
 void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClip}); }
 
@@ -78,7 +78,7 @@ double Canvas::State::farPoints() const {
 
 std::optional<PixelRect> Canvas::State::wholePixels(const Rect& rect) const {
     const cairo_matrix_t m = matrix();
-    if (!raster || m.xy != 0 || m.yx != 0 || !hasFiniteEdges(rect)) return std::nullopt;
+    if (!raster || m.xy != 0 || m.yx != 0 || !isFinite(rect)) return std::nullopt;
     const int x0 = wholePixel(rect.origin.x * m.xx + m.x0);
     const int y0 = wholePixel(rect.origin.y * m.yy + m.y0);
     const int x1 = wholePixel((rect.origin.x + rect.size.width) * m.xx + m.x0);
@@ -96,7 +96,7 @@ Rect Canvas::State::points(const PixelRect& area) const {
 }
 
 std::optional<Rect> Canvas::State::placed(const Rect& rect) const {
-    if (!hasFiniteEdges(rect) || rect.size.width <= 0 || rect.size.height <= 0) return std::nullopt;
+    if (!isFinite(rect) || rect.size.width <= 0 || rect.size.height <= 0) return std::nullopt;
     if (const std::optional<PixelRect> area = wholePixels(rect)) {
         if (area->empty()) return std::nullopt;
         return points(*area);

@@ -24,6 +24,9 @@ struct CairoDeleter {
     void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
 };
 
+/// Whether a rectangle's edges are numbers that can be reckoned with.
+[[nodiscard]] bool isFinite(const Rect& rect);
+
 struct Canvas::State {
     /// What `save` keeps beside Cairo's own state.
     struct Level {

@@ -2,7 +2,6 @@
 #include "tavrin/platform/paint/painter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -22,14 +21,9 @@ using Index = LayoutTree::Index;
 /// is drawn strip by strip.
 constexpr std::int64_t maximumHeldPixels = 32'000'000;
 
-bool isFinite(const Rect& rect) {
-    return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && std::isfinite(rect.size.width) &&
-           std::isfinite(rect.size.height);
-}
-
 class Painter {
 public:
-    Painter(const LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options)
+    Painter(const LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options)
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
@@ -59,9 +53,7 @@ private:
     void draw(const Spacer&, Index, const LayoutNode&) {}
 
     void draw(const Text&, Index index, const LayoutNode& node) {
-        if (!drawsTexts_ || canvas_.hidden() || !isFinite(node.frame)) return;
-        const Rect place = canvas_.snapped(node.frame);
-        texts_.draw(canvas_.cairo(), tree_.textBlock(index), place.origin, node.frame.size.width, foreground(index));
+        if (drawsTexts_) canvas_.draw(tree_.textBlock(index), node.frame, foreground(index), texts_);
     }
 
     void draw(const Image& image, Index, const LayoutNode& node) {
@@ -278,7 +270,7 @@ private:
 
     const LayoutTree& tree_;
     Canvas& canvas_;
-    text::TextEngine& texts_;
+    TextPainter& texts_;
     bool drawsTexts_;
     Appearance appearance_;
     StillPart* still_;
@@ -291,7 +283,7 @@ private:
 
 }  // namespace
 
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts, const PaintOptions& options) {
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options) {
     if (!tree.nodes().empty()) Painter(tree, canvas, texts, options).paint(0);
 }
 

@@ -6,9 +6,10 @@
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
-#include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::paint {
+
+class TextPainter;
 
 /// What a raster shows before anything is drawn that goes with the time: the same for every moment of one layout.
 struct StillPart {
@@ -25,7 +26,6 @@ struct PaintOptions {
 
 /// Draws a laid-out tree on a canvas: one walk, whatever the canvas is. Throws nothing of its own; what cannot be drawn
 /// is left out.
-void paintTree(const layout::LayoutTree& tree, Canvas& canvas, text::TextEngine& texts,
-               const PaintOptions& options = {});
+void paintTree(const layout::LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options = {});
 
 }  // namespace tavrin::paint

@@ -21,7 +21,7 @@ std::optional<RGBA> backgroundOf(const WidgetLook& look) {
 
 }  // namespace
 
-void paintWidget(const layout::LayoutTree& tree, const WidgetLook& look, Canvas& canvas, text::TextEngine& texts,
+void paintWidget(const layout::LayoutTree& tree, const WidgetLook& look, Canvas& canvas, TextPainter& texts,
                  const PaintOptions& what) {
     const Rect bounds{{0, 0}, look.size};
     canvas.save();

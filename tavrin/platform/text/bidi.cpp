@@ -40,6 +40,7 @@ BidiLevels bidiLevels(std::u32string_view paragraph) {
     return result;
 }
 
+/// From the highest level down to 1, each stretch of pieces of at least that level is reversed.
 std::vector<std::uint32_t> visualOrder(const std::vector<std::uint8_t>& levels) {
     std::vector<std::uint32_t> order(levels.size());
     std::iota(order.begin(), order.end(), 0U);

@@ -83,6 +83,12 @@ HanFace hanFaceOf(std::u32string_view paragraph) {
     return found;
 }
 
+/// 1. A blank stays in the font before it, if that has it; so does what draws nothing.
+/// 2. The system font, if it has all of the grapheme; else, for what belongs to no script, the font before it.
+/// 3. Else the first that has all of it among the host's own fonts, the families of its script, all fallbacks in their
+///    order and the colour font.
+/// 4. Else the same for the grapheme's first character alone.
+/// 5. Else the system font, which has an empty box for it.
 FontId FontChooser::choose(std::u32string_view grapheme, const FontContext& context) {
     const FontId system = faces_.catalog().systemFont(context.weight);
     grapheme = grapheme.substr(0, judgedCharacters);

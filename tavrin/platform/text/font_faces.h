@@ -4,8 +4,6 @@
 #include <memory>
 #include <vector>
 
-#include <ft2build.h>
-#include FT_FREETYPE_H
 #include <hb.h>
 
 #include "tavrin/platform/foundation/memory/handles.h"
@@ -16,39 +14,32 @@ namespace tavrin::text {
 /// One opened font of one engine. Shapes in font units, so that one object serves every size.
 class FontFace {
 public:
-    FontFace(const FontSource& source, FT_Library freeType);
+    explicit FontFace(const FontSource& source);
 
     [[nodiscard]] hb_font_t* shaper() const { return font_.get(); }
     [[nodiscard]] double unitsPerEm() const { return unitsPerEm_; }
     [[nodiscard]] bool covers(char32_t character) const { return glyphOf(character) != 0; }
     /// The character's own glyph; 0 when the font has none.
     [[nodiscard]] hb_codepoint_t glyphOf(char32_t character) const;
-    /// A glyph's outline in font units, valid until the next call; null when it has none.
-    [[nodiscard]] FT_Outline* outline(hb_codepoint_t glyph);
     [[nodiscard]] const FontSource& source() const { return source_; }
 
 private:
     const FontSource& source_;
-    FT_Library freeType_;
     Handle<hb_font_t, hb_font_destroy> font_;
     double unitsPerEm_ = 1000;
-    Handle<FT_FaceRec_, FT_Done_Face> outlines_;  // opened when something is drawn
-    bool outlinesTried_ = false;
 };
 
 /// The fonts that one engine has opened, each when it is first needed.
 class FontFaces {
 public:
-    explicit FontFaces(const FontCatalog& catalog);
+    explicit FontFaces(const FontCatalog& catalog) : catalog_(catalog) {}
 
     [[nodiscard]] const FontCatalog& catalog() const { return catalog_; }
-    [[nodiscard]] FT_Library freeType() const { return freeType_.get(); }
     FontFace& face(FontId font);
     [[nodiscard]] std::size_t openCount() const;
 
 private:
     const FontCatalog& catalog_;
-    Handle<FT_LibraryRec_, FT_Done_FreeType> freeType_;
     std::vector<std::unique_ptr<FontFace>> faces_;
 };
 

@@ -44,6 +44,9 @@ std::vector<PangoLogAttr> breaksOf(const Paragraph& paragraph) {
     return breaks;
 }
 
+/// 1. Each character gets a bidi level and a script; Pango says where graphemes begin.
+/// 2. Each grapheme gets a font: the colour font if it is wanted as a picture, else what the chooser finds.
+/// 3. Neighbours of one level, one script and one font make an item, until it is long.
 class Itemizer {
 public:
     Itemizer(const Paragraph& paragraph, Font::Weight weight, FontChooser& fonts)

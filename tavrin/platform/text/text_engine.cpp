@@ -9,7 +9,6 @@
 #include "tavrin/platform/text/shape_cache.h"
 #include "tavrin/platform/text/shaped_text.h"
 #include "tavrin/platform/text/shaper.h"
-#include "tavrin/platform/text/text_painter.h"
 
 namespace tavrin::text {
 namespace {
@@ -20,12 +19,11 @@ constexpr std::size_t mostShapedBytes = 8U << 20;
 
 struct TextEngine::State {
     explicit State(std::shared_ptr<const FontLibrary> fonts)
-        : library(std::move(fonts)), faces(library->catalog()), shaper(faces), painter(faces) {}
+        : library(std::move(fonts)), faces(library->catalog()), shaper(faces) {}
 
     std::shared_ptr<const FontLibrary> library;
     FontFaces faces;
     Shaper shaper;
-    TextPainter painter;
     ShapeCache shapes{mostShapedBytes};
 };
 
@@ -74,9 +72,6 @@ std::vector<char32_t> TextEngine::missingCharacters(const TextBlock& block) {
     return lines && lines->text ? text::missingCharacters(*lines->text, state().faces) : std::vector<char32_t>();
 }
 
-void TextEngine::draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color) {
-    if (const auto* lines = block.lines())
-        state().painter.draw(cairo, *lines->text, *lines->broken, origin, width, color);
-}
+FontFaces& TextEngine::faces() { return state().faces; }
 
 }  // namespace tavrin::text

@@ -11,10 +11,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/ui/font.h"
-
-typedef struct _cairo cairo_t;
 
 namespace tavrin::text {
 
@@ -33,6 +30,7 @@ struct TextRoom {
 };
 
 class FontCatalog;
+class FontFaces;
 class ShapedText;
 
 /// A text broken into lines for one room. Cheap to copy, immutable; keeps the shaped text it was broken from alive.
@@ -83,7 +81,7 @@ private:
     std::unique_ptr<const FontCatalog> catalog_;
 };
 
-/// Shapes, measures and draws texts. Not thread-safe: one for each thread, and its texts and blocks stay in that
+/// Shapes, breaks and measures texts. Not thread-safe: one for each thread, and its texts and blocks stay in that
 /// thread. It keeps open fonts and the shapes of recently used texts (some megabytes at most), so that an unchanged
 /// text costs next to nothing in the next picture.
 class TextEngine {
@@ -108,9 +106,8 @@ public:
     /// them; each once.
     std::vector<char32_t> missingCharacters(const TextBlock& block);
 
-    /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
-    /// trailing in right-to-left paragraphs). `cairo`'s user space is points.
-    void draw(cairo_t* cairo, const TextBlock& block, Point origin, double width, RGBA color);
+    /// The fonts that its glyphs are of; only for who draws them.
+    [[nodiscard]] FontFaces& faces();
 
 private:
     struct State;

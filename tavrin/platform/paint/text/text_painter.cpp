@@ -1,12 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/text/text_painter.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
 
-#include "tavrin/platform/text/font_metrics.h"
+#include <cairo.h>
 
-namespace tavrin::text {
+#include "tavrin/platform/paint/text/embedded_fonts.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
+#include "tavrin/platform/paint/text/glyph_masks.h"
+#include "tavrin/platform/paint/text/glyph_outlines.h"
+#include "tavrin/platform/paint/text/line_raster.h"
+#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/text/visual_line.h"
+
+namespace tavrin::paint {
 namespace {
 
 /// Larger glyphs are not worth keeping as masks.
@@ -36,23 +47,24 @@ int toPixel(double position) {
 
 /// The picture with every pixel faded. (As a mask around a scaled picture, Cairo 1.16 writes SVG that shows a part of
 /// it.)
-Picture fadedCopy(cairo_surface_t* picture, double opacity) {
-    Picture copy(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(picture),
-                                            cairo_image_surface_get_height(picture)));
+EmojiPicture fadedCopy(cairo_surface_t* picture, double opacity) {
+    EmojiPicture copy(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(picture),
+                                                 cairo_image_surface_get_height(picture)));
     const Handle<cairo_t, cairo_destroy> cairo(cairo_create(copy.get()));
     cairo_set_source_surface(cairo.get(), picture, 0, 0);
     cairo_paint_with_alpha(cairo.get(), opacity);
     return copy;
 }
 
-}  // namespace
+enum class Method : unsigned char { masks, outlines, fonts };
 
-struct TextPainter::Target {
+/// What is drawn on, and how.
+struct Target {
     cairo_t* cairo;
     Method method;
     cairo_matrix_t matrix;  ///< from points to pixels
     Rect clip;              ///< in points
-    PixelBox pixelClip;     ///< for `Method::masks`
+    PixelRect pixelClip;    ///< for `Method::masks`
     RGBA color;
 
     [[nodiscard]] Point toPixels(Point p) const {
@@ -64,7 +76,7 @@ struct TextPainter::Target {
     }
 };
 
-TextPainter::Target TextPainter::targetOf(cairo_t* cairo, double size) {
+Target targetOf(cairo_t* cairo, double size) {
     Target target{cairo, Method::fonts, {}, {}, {}, {}};
     cairo_get_matrix(cairo, &target.matrix);
     double left = 0;
@@ -85,8 +97,53 @@ TextPainter::Target TextPainter::targetOf(cairo_t* cairo, double size) {
     return target;
 }
 
-void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText& broken, Point origin, double width,
-                       RGBA color) {
+}  // namespace
+
+/// What it keeps, and the drawing itself.
+class TextPainter::State {
+public:
+    explicit State(text::FontFaces& faces)
+        : outlines_(faces), masks_(outlines_), raster_(masks_), fonts_(faces), pictures_(faces) {}
+
+    void draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width, RGBA color);
+
+private:
+    void drawLine(const Target& target, const text::ShapedText& text, Point pen);
+    void drawPiece(const Target& target, double size, const text::Piece& piece, Point pen);
+    void drawPictures(const Target& target, double size, const text::Piece& piece, Point pen);
+    void drawPicture(const Target& target, double size, text::FontId font, std::uint32_t glyph, Point pen);
+    void fillOutlines(const Target& target, double size, const text::Piece& piece, Point pen);
+
+    GlyphOutlines outlines_;
+    GlyphMasks masks_;
+    LineRaster raster_;
+    EmbeddedFonts fonts_;
+    EmojiPictures pictures_;
+    std::vector<text::Piece> pieces_;
+};
+
+TextPainter::TextPainter(text::TextEngine& engine) : engine_(engine) {}
+
+TextPainter::TextPainter(std::shared_ptr<const text::FontLibrary> library)
+    : ownEngine_(std::make_unique<text::TextEngine>(std::move(library))), engine_(*ownEngine_) {}
+
+TextPainter::~TextPainter() = default;
+
+TextPainter& TextPainter::ofThisThread() {
+    thread_local TextPainter painter(text::TextEngine::ofThisThread());  // which is made first, and so outlives it
+    return painter;
+}
+
+void TextPainter::draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color) {
+    if (!block.lines()) return;
+    if (!state_) state_ = std::make_unique<State>(engine_.faces());
+    state_->draw(cairo, *block.lines(), origin, width, color);
+}
+
+void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width,
+                              RGBA color) {
+    const text::ShapedText& text = *lines.text;
+    const text::BrokenText& broken = *lines.broken;
     if (text.size == 0 || !std::isfinite(origin.x) || !std::isfinite(origin.y) || !(color.opacity > 0)) return;
     if (cairo_status(cairo) != CAIRO_STATUS_SUCCESS) return;
     cairo_save(cairo);
@@ -112,11 +169,11 @@ void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText&
     const auto begin = static_cast<std::size_t>(std::clamp(first, 0.0, count));
     const auto end = static_cast<std::size_t>(std::clamp(std::ceil(last), 0.0, count));
     for (std::size_t i = begin; i < end; ++i) {
-        const Line& line = broken.lines[i];
+        const text::Line& line = broken.lines[i];
         const bool isTrailing = text.paragraphs[line.paragraph].level % 2 != 0 && std::isfinite(width);
         const double x = origin.x + (isTrailing ? width - line.width : 0);
         const double y = origin.y + broken.firstBaseline + static_cast<double>(i) * text.linePitch();
-        placePieces(text, line, pieces_);
+        text::placePieces(text, line, pieces_);
         drawLine(target, text, {x, y});
     }
     if (isFadedAsAWhole) {
@@ -126,7 +183,7 @@ void TextPainter::draw(cairo_t* cairo, const ShapedText& text, const BrokenText&
     cairo_restore(cairo);
 }
 
-void TextPainter::drawLine(const Target& target, const ShapedText& text, Point pen) {
+void TextPainter::State::drawLine(const Target& target, const text::ShapedText& text, Point pen) {
     if (target.method == Method::masks) raster_.begin(target.pixelClip);
     for (const auto& piece : pieces_)
         if (!piece.emoji) drawPiece(target, text.size, piece, {pen.x + piece.x, pen.y});
@@ -135,27 +192,27 @@ void TextPainter::drawLine(const Target& target, const ShapedText& text, Point p
         if (piece.emoji) drawPictures(target, text.size, piece, {pen.x + piece.x, pen.y});
 }
 
-void TextPainter::drawPiece(const Target& target, double size, const Piece& piece, Point pen) {
+void TextPainter::State::drawPiece(const Target& target, double size, const text::Piece& piece, Point pen) {
     switch (target.method) {
         case Method::masks: raster_.add(piece, size * target.matrix.xx, target.matrix.xx, target.toPixels(pen)); break;
         case Method::outlines: fillOutlines(target, size, piece, pen); break;
-        case Method::fonts: outlineFonts_.show(target.cairo, size, piece, pen); break;
+        case Method::fonts: fonts_.show(target.cairo, size, piece, pen); break;
     }
 }
 
-void TextPainter::fillOutlines(const Target& target, double size, const Piece& piece, Point pen) {
-    FontFace& face = faces_.face(piece.font);
+void TextPainter::State::fillOutlines(const Target& target, double size, const text::Piece& piece, Point pen) {
+    FontOutlines& font = outlines_.ofFont(piece.font);
     const double reach = 4 * size;
     cairo_new_path(target.cairo);
     for (const auto& glyph : piece.glyphs) {
         const Point at{pen.x + static_cast<double>(glyph.x), pen.y + static_cast<double>(glyph.y)};
         pen.x += static_cast<double>(glyph.advance);
-        if (target.isVisible(at.x - reach, at.x + reach)) addOutline(target.cairo, face, glyph.id, size, at);
+        if (target.isVisible(at.x - reach, at.x + reach)) addOutline(target.cairo, font, glyph.id, size, at);
     }
     cairo_fill(target.cairo);
 }
 
-void TextPainter::drawPictures(const Target& target, double size, const Piece& piece, Point pen) {
+void TextPainter::State::drawPictures(const Target& target, double size, const text::Piece& piece, Point pen) {
     for (const auto& glyph : piece.glyphs) {
         const Point at{pen.x + static_cast<double>(glyph.x), pen.y + static_cast<double>(glyph.y)};
         pen.x += static_cast<double>(glyph.advance);
@@ -163,7 +220,8 @@ void TextPainter::drawPictures(const Target& target, double size, const Piece& p
     }
 }
 
-void TextPainter::drawPicture(const Target& target, double size, FontId font, std::uint32_t glyph, Point pen) {
+void TextPainter::State::drawPicture(const Target& target, double size, text::FontId font, std::uint32_t glyph,
+                                     Point pen) {
     const PictureBox box = pictures_.box(font, glyph);
     if (!(box.width > 0) || !(box.height > 0)) return;
     const Point corner{pen.x + box.x * size, pen.y + box.y * size};
@@ -183,7 +241,7 @@ void TextPainter::drawPicture(const Target& target, double size, FontId font, st
         cairo_translate(cairo, corner.x, corner.y);
         cairo_scale(cairo, box.width * size / cairo_image_surface_get_width(picture),
                     box.height * size / cairo_image_surface_get_height(picture));
-        const Picture faded = target.color.opacity < 1 ? fadedCopy(picture, target.color.opacity) : nullptr;
+        const EmojiPicture faded = target.color.opacity < 1 ? fadedCopy(picture, target.color.opacity) : nullptr;
         cairo_set_source_surface(cairo, faded ? faded.get() : picture, 0, 0);
         cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_GOOD);
         cairo_paint(cairo);
@@ -191,4 +249,4 @@ void TextPainter::drawPicture(const Target& target, double size, FontId font, st
     cairo_restore(cairo);
 }
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "tavrin/platform/paint/text/text_painter.h"
+
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -12,19 +13,17 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/foundation/memory/handles.h"
-#include "tavrin/platform/text/shaped_text.h"
-#include "tavrin/platform/text/text_engine.h"
-#include "tavrin/platform/text/visual_line.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
+#include "tavrin/platform/paint/text/glyph_masks.h"
+#include "tests/paint/colors.h"
 
-namespace tavrin::text {
+namespace tavrin::paint {
 namespace {
 
-constexpr RGBA black{0, 0, 0, 1};
-
 /// A transparent picture with `scale` pixels for each point.
-class Picture {
+class InkPicture {
 public:
-    Picture(int width, int height, double scale)
+    InkPicture(int width, int height, double scale)
         : surface_(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height)),
           cairo_(cairo_create(surface_.get())) {
         cairo_scale(cairo_.get(), scale, scale);
@@ -56,19 +55,20 @@ private:
     Handle<cairo_t, cairo_destroy> cairo_;
 };
 
-void draw(TextEngine& engine, cairo_t* cairo, std::string_view text, const Font& font, Point origin, double width,
-          RGBA color = black, const TextRoom& room = {}) {
-    engine.draw(cairo, engine.fit(engine.shape(text, font), room), origin, width, color);
+void draw(TextPainter& painter, cairo_t* cairo, std::string_view text, const Font& font, Point origin, double width,
+          RGBA color = black, const text::TextRoom& room = {}) {
+    text::TextEngine& engine = painter.engine();
+    painter.draw(cairo, engine.fit(engine.shape(text, font), room), origin, width, color);
 }
 
-void draw(const Picture& picture, std::string_view text, const Font& font, RGBA color = black) {
-    draw(TextEngine::ofThisThread(), picture.cairo(), text, font, {5, 5}, 90, color);
+void draw(const InkPicture& picture, std::string_view text, const Font& font, RGBA color = black) {
+    draw(TextPainter::ofThisThread(), picture.cairo(), text, font, {5, 5}, 90, color);
 }
 
-TEST(TextDraw, InkGrowsWithWeightAndFadesWithOpacity) {
-    Picture regular(300, 120, 3);
-    Picture bold(300, 120, 3);
-    Picture faded(300, 120, 3);
+TEST(TextPainter, InkGrowsWithWeightAndFadesWithOpacity) {
+    InkPicture regular(300, 120, 3);
+    InkPicture bold(300, 120, 3);
+    InkPicture faded(300, 120, 3);
     draw(regular, "Reykjavik", Font::system(17));
     draw(bold, "Reykjavik", Font::system(17, Font::Weight::bold));
     draw(faded, "Reykjavik", Font::system(17), {0, 0, 0, 0.5});
@@ -77,10 +77,10 @@ TEST(TextDraw, InkGrowsWithWeightAndFadesWithOpacity) {
     EXPECT_NEAR(faded.ink(), regular.ink() / 2, regular.ink() * 0.02);
 }
 
-TEST(TextDraw, EmojiAreColoredAndFadeWithTheText) {
-    Picture solid(100, 100, 2);
-    Picture faded(100, 100, 2);
-    Picture text(100, 100, 2);
+TEST(TextPainter, EmojiAreColoredAndFadeWithTheText) {
+    InkPicture solid(100, 100, 2);
+    InkPicture faded(100, 100, 2);
+    InkPicture text(100, 100, 2);
     draw(solid, "☀️", Font::system(20));
     draw(faded, "☀️", Font::system(20), {0, 0, 0, 0.25});
     draw(text, "☀︎", Font::system(20));
@@ -90,54 +90,54 @@ TEST(TextDraw, EmojiAreColoredAndFadeWithTheText) {
     EXPECT_NEAR(faded.ink(), solid.ink() / 4, solid.ink() * 0.02);
 }
 
-TEST(TextDraw, WhatIsInvisibleDrawsNothing) {
+TEST(TextPainter, WhatIsInvisibleDrawsNothing) {
     for (const char* text : {"", "   ", "\u200B\u200D\u2060\uFE0F\u202E", "\t", "\x01\x02", "\u00AD"}) {
-        Picture picture(300, 100, 3);
+        InkPicture picture(300, 100, 3);
         draw(picture, text, Font::system(17));
         EXPECT_EQ(picture.ink(), 0) << text;
     }
-    Picture picture(300, 100, 3);
+    InkPicture picture(300, 100, 3);
     draw(picture, "a", Font::system(17), {0, 0, 0, 0});
     draw(picture, "a", Font::system(0));
     draw(picture, "a", Font::system(std::nan("")));
     EXPECT_EQ(picture.ink(), 0);
 }
 
-TEST(TextDraw, GlyphsStandBetweenPixels) {
-    Picture at0(40, 40, 1);
-    Picture atHalf(40, 40, 1);
-    auto& engine = TextEngine::ofThisThread();
-    draw(engine, at0.cairo(), "l", Font::system(13), {5, 5}, 20);
-    draw(engine, atHalf.cairo(), "l", Font::system(13), {5.5, 5}, 20);
+TEST(TextPainter, GlyphsStandBetweenPixels) {
+    InkPicture at0(40, 40, 1);
+    InkPicture atHalf(40, 40, 1);
+    auto& painter = TextPainter::ofThisThread();
+    draw(painter, at0.cairo(), "l", Font::system(13), {5, 5}, 20);
+    draw(painter, atHalf.cairo(), "l", Font::system(13), {5.5, 5}, 20);
     EXPECT_NE(at0.pixels(), atHalf.pixels());
     EXPECT_NEAR(at0.ink(), atHalf.ink(), 0.2);
 }
 
-TEST(TextDraw, MasksAndOutlinesAgree) {
+TEST(TextPainter, MasksAndOutlinesAgree) {
     // Past some size glyphs are drawn as outlines: the ink of the same letter grows with the square of the scale.
-    Picture masks(300, 300, 2);
-    Picture outlines(1200, 1200, 8);
-    auto& engine = TextEngine::ofThisThread();
-    draw(engine, masks.cairo(), "g", Font::system(100), {10, 5}, 100);
-    draw(engine, outlines.cairo(), "g", Font::system(100), {10, 5}, 100);
+    InkPicture masks(300, 300, 2);
+    InkPicture outlines(1200, 1200, 8);
+    auto& painter = TextPainter::ofThisThread();
+    draw(painter, masks.cairo(), "g", Font::system(100), {10, 5}, 100);
+    draw(painter, outlines.cairo(), "g", Font::system(100), {10, 5}, 100);
     EXPECT_NEAR(outlines.ink() / masks.ink(), 16, 0.05);
 }
 
-TEST(TextDraw, TurnedTextIsDrawn) {
-    Picture straight(300, 300, 2);
-    Picture turned(300, 300, 2);
-    auto& engine = TextEngine::ofThisThread();
-    draw(engine, straight.cairo(), "Turned ☀️", Font::system(17), {10, 60}, 100);
+TEST(TextPainter, TurnedTextIsDrawn) {
+    InkPicture straight(300, 300, 2);
+    InkPicture turned(300, 300, 2);
+    auto& painter = TextPainter::ofThisThread();
+    draw(painter, straight.cairo(), "Turned ☀️", Font::system(17), {10, 60}, 100);
     cairo_rotate(turned.cairo(), 0.3);
-    draw(engine, turned.cairo(), "Turned ☀️", Font::system(17), {30, 30}, 100);
+    draw(painter, turned.cairo(), "Turned ☀️", Font::system(17), {30, 30}, 100);
     EXPECT_TRUE(turned.hasColor());
     EXPECT_NEAR(turned.ink(), straight.ink(), straight.ink() * 0.02);
 }
 
-TEST(TextDraw, LinesOfRightToLeftTextEndAtTheRight) {
+TEST(TextPainter, LinesOfRightToLeftTextEndAtTheRight) {
     const auto leftmostInk = [](std::string_view text) {
-        Picture picture(200, 40, 1);
-        draw(TextEngine::ofThisThread(), picture.cairo(), text, Font::system(17), {0, 0}, 200);
+        InkPicture picture(200, 40, 1);
+        draw(TextPainter::ofThisThread(), picture.cairo(), text, Font::system(17), {0, 0}, 200);
         const auto pixels = picture.pixels();
         for (std::size_t x = 0; x < 200; ++x)
             for (std::size_t y = 0; y < 40; ++y)
@@ -148,52 +148,12 @@ TEST(TextDraw, LinesOfRightToLeftTextEndAtTheRight) {
     EXPECT_GT(leftmostInk("שלום"), 150U);
 }
 
-TEST(TextDraw, PiecesStandInVisualOrder) {
-    const struct {
-        const char* why;
-        const char* text;
-        std::vector<std::string> pieces;  // from left to right, each in logical order
-    } rows[] = {
-        {"Latin", "abc", {"abc"}},
-        {"Hebrew in Latin", "a שלום b", {"a ", "שלום", " ", "b"}},
-        {"Latin in Hebrew", "שלום abc עולם", {"עולם", " ", "abc", "שלום "}},
-        {"a number in Hebrew", "שלום 12 ש", {"ש", " ", "12", "שלום "}},
-    };
-    auto& engine = TextEngine::ofThisThread();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.why);
-        const TextBlock block = engine.fit(engine.shape(row.text, Font::system(17)), {});
-        std::vector<Piece> pieces;
-        placePieces(*block.lines()->text, block.lines()->broken->lines[0], pieces);
-        std::vector<std::string> found;
-        for (const auto& piece : pieces) found.emplace_back(piece.utf8);
-        EXPECT_EQ(found, row.pieces);
-    }
-}
-
-TEST(TextDraw, TheEllipsisStandsAtTheParagraphsEnd) {
-    auto& engine = TextEngine::ofThisThread();
-    TextRoom room;
-    room.width = 60;
-    room.lineLimit = 1;
-    std::vector<Piece> pieces;
-    const auto place = [&](std::string_view text) {
-        const TextBlock block = engine.fit(engine.shape(text, Font::system(17)), room);
-        ASSERT_TRUE(block.truncated());
-        placePieces(*block.lines()->text, block.lines()->broken->lines[0], pieces);
-    };
-    place("left to right text");
-    EXPECT_EQ(pieces.back().utf8, "…");
-    place("שלום עולם שלום עולם");
-    EXPECT_EQ(pieces.front().utf8, "…");
-}
-
-TEST(TextDraw, OnlyTheClipIsTouched) {
-    Picture picture(100, 100, 1);
+TEST(TextPainter, OnlyTheClipIsTouched) {
+    InkPicture picture(100, 100, 1);
     cairo_rectangle(picture.cairo(), 0, 0, 10, 100);
     cairo_clip(picture.cairo());
-    auto& engine = TextEngine::ofThisThread();
-    draw(engine, picture.cairo(), std::string(1000, 'm'), Font::system(17), {-500, 10}, 90);
+    auto& painter = TextPainter::ofThisThread();
+    draw(painter, picture.cairo(), std::string(1000, 'm'), Font::system(17), {-500, 10}, 90);
     const auto pixels = picture.pixels();
     EXPECT_GT(picture.ink(), 10);
     for (std::size_t y = 0; y < 100; ++y)
@@ -205,7 +165,7 @@ cairo_status_t appendTo(void* bytes, const unsigned char* data, unsigned length)
     return CAIRO_STATUS_SUCCESS;
 }
 
-TEST(TextDraw, DocumentsEmbedFonts) {
+TEST(TextPainter, DocumentsEmbedFonts) {
     using Create = cairo_surface_t* (*)(cairo_write_func_t, void*, double, double);
     const struct {
         Create create;
@@ -216,9 +176,9 @@ TEST(TextDraw, DocumentsEmbedFonts) {
         {
             const Handle<cairo_surface_t, cairo_surface_destroy> surface(row.create(appendTo, &bytes, 200, 100));
             const Handle<cairo_t, cairo_destroy> cairo(cairo_create(surface.get()));
-            draw(TextEngine::ofThisThread(), cairo.get(), "Hello ☀️ שלום fi …", Font::system(17), {5, 5},
+            draw(TextPainter::ofThisThread(), cairo.get(), "Hello ☀️ שלום fi …", Font::system(17), {5, 5},
                  190);
-            draw(TextEngine::ofThisThread(), cairo.get(), "مرحبا", Font::system(17), {5, 45}, 190, {0, 0, 0, 0.5});
+            draw(TextPainter::ofThisThread(), cairo.get(), "مرحبا", Font::system(17), {5, 45}, 190, {0, 0, 0, 0.5});
             EXPECT_EQ(cairo_status(cairo.get()), CAIRO_STATUS_SUCCESS);
             cairo_surface_finish(surface.get());
             EXPECT_EQ(cairo_surface_status(surface.get()), CAIRO_STATUS_SUCCESS);
@@ -227,7 +187,7 @@ TEST(TextDraw, DocumentsEmbedFonts) {
     }
 }
 
-TEST(TextDraw, HostileTextsDoNoHarm) {
+TEST(TextPainter, HostileTextsDoNoHarm) {
     const std::string marks = [] {
         std::string text = "a";
         for (int i = 0; i < 100000; ++i) text += "\u05B0";
@@ -240,36 +200,62 @@ TEST(TextDraw, HostileTextsDoNoHarm) {
     }();
     std::string embeddings;
     for (int i = 0; i < 20000; ++i) embeddings += i % 2 == 0 ? "\u202E(" : "\u2067a";
-    const double infinity = std::numeric_limits<double>::infinity();
-    auto& engine = TextEngine::ofThisThread();
+    auto& painter = TextPainter::ofThisThread();
     for (const std::string& text : {marks, bytes, embeddings, std::string(200000, 'x'), std::string(50000, '\n'),
                                     std::string(50000, ' '), std::string("\0\0\0", 3), std::string("\u0301")})
         for (const double size : {0.001, 17.0, 500.0, 1e9})
             for (const std::optional<double> width : {std::optional<double>{}, {0.0}, {100.0}}) {
-                Picture picture(100, 100, 1);
-                TextRoom room;
+                InkPicture picture(100, 100, 1);
+                text::TextRoom room;
                 room.width = width;
-                draw(engine, picture.cairo(), text, Font::system(size), {5, 5}, 90, black, room);
+                draw(painter, picture.cairo(), text, Font::system(size), {5, 5}, 90, black, room);
                 ASSERT_EQ(picture.status(), CAIRO_STATUS_SUCCESS);
             }
-    Picture picture(100, 100, 1);
-    draw(engine, picture.cairo(), "a", Font::system(17), {infinity, 0}, 90);
-    draw(engine, picture.cairo(), "a", Font::system(17), {1e300, -1e300}, 90);
-    draw(engine, picture.cairo(), "ש", Font::system(17), {0, 0}, infinity);
-    draw(engine, picture.cairo(), "a", Font::system(17), {0, 0}, std::nan(""));
-    draw(engine, picture.cairo(), "a", Font::system(17), {0, 0}, 90, {std::nan(""), 2, -1, 7});
+    InkPicture picture(100, 100, 1);
+    draw(painter, picture.cairo(), "a", Font::system(17), {infinity, 0}, 90);
+    draw(painter, picture.cairo(), "a", Font::system(17), {1e300, -1e300}, 90);
+    draw(painter, picture.cairo(), "ש", Font::system(17), {0, 0}, infinity);
+    draw(painter, picture.cairo(), "a", Font::system(17), {0, 0}, std::nan(""));
+    draw(painter, picture.cairo(), "a", Font::system(17), {0, 0}, 90, {std::nan(""), 2, -1, 7});
     EXPECT_EQ(picture.status(), CAIRO_STATUS_SUCCESS);
 }
 
-TEST(TextDrawThreads, DrawTheSame) {
-    const auto library = FontLibrary::make({});
+TEST(TextPainter, GlyphsAreRenderedOnce) {
+    auto& engine = TextPainter::ofThisThread().engine();
+    const text::FontId font = engine.faces().catalog().systemFont(Font::Weight::regular);
+    const std::uint32_t glyph = engine.faces().face(font).glyphOf(U'g');
+    GlyphOutlines outlines(engine.faces());
+    GlyphMasks masks(outlines);
+    const auto mask = [&](double pixelsPerEm) { return &masks.sized(font, pixelsPerEm).mask(glyph, 0, masks.bytes()); };
+    const GlyphMask* const first = mask(50);
+    const std::size_t bytes = masks.bytes();
+    masks.trim();
+    EXPECT_EQ(mask(50), first);
+    EXPECT_EQ(masks.bytes(), bytes);
+    EXPECT_NE(mask(51), first);
+    EXPECT_GT(masks.bytes(), bytes);
+}
+
+TEST(TextPainter, EmojiAreScaledOnce) {
+    auto& engine = TextPainter::ofThisThread().engine();
+    const text::FontId font = engine.faces().catalog().fallbacks().emoji.value();
+    const std::uint32_t glyph = engine.faces().face(font).glyphOf(U'😀');
+    EmojiPictures pictures(engine.faces());
+    const cairo_surface_t* const first = pictures.scaled(font, glyph, 20, 20);
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(pictures.scaled(font, glyph, 21, 21), first);
+    EXPECT_EQ(pictures.scaled(font, glyph, 20, 20), first);
+}
+
+TEST(TextPainterThreads, DrawTheSame) {
+    const auto library = text::FontLibrary::make({});
     const auto render = [&](std::vector<std::uint32_t>& pixels) {
-        TextEngine engine(library);
-        Picture picture(600, 300, 2);
+        TextPainter painter(library);
+        InkPicture picture(600, 300, 2);
         double y = 5;
         for (const char* text :
              {"Hello Reykjavik 21°", "مرحبا Hello", "你好 日本語の", "😀👍🏽 ☀️", "สวัสดี"}) {
-            draw(engine, picture.cairo(), text, Font::system(17), {5, y}, 290);
+            draw(painter, picture.cairo(), text, Font::system(17), {5, y}, 290);
             y += 25;
         }
         pixels = picture.pixels();
@@ -285,4 +271,4 @@ TEST(TextDrawThreads, DrawTheSame) {
 }
 
 }  // namespace
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

@@ -7,9 +7,9 @@
 #include <unordered_map>
 #include <utility>
 
-#include "tavrin/platform/text/font_faces.h"
+#include "tavrin/platform/paint/text/glyph_outlines.h"
 
-namespace tavrin::text {
+namespace tavrin::paint {
 
 /// A glyph's coverage of pixels.
 struct GlyphMask {
@@ -26,8 +26,8 @@ constexpr int phasesOfPixel = 4;
 /// The masks of one font at one size.
 class SizedMasks {
 public:
-    SizedMasks(FontFace& face, FT_Library freeType, double pixelsPerEm)
-        : face_(face), freeType_(freeType), pixelsPerEm_(pixelsPerEm) {}
+    SizedMasks(FontOutlines& outlines, FT_Library freeType, double pixelsPerEm)
+        : outlines_(outlines), freeType_(freeType), pixelsPerEm_(pixelsPerEm) {}
 
     /// The mask of a glyph whose pen stands `phase` quarters past a pixel's left edge. `bytes` grows when it is new.
     const GlyphMask& mask(std::uint32_t glyph, unsigned phase, std::size_t& bytes);
@@ -35,26 +35,26 @@ public:
 private:
     [[nodiscard]] GlyphMask render(std::uint32_t glyph, unsigned phase) const;
 
-    FontFace& face_;
+    FontOutlines& outlines_;
     FT_Library freeType_;
     double pixelsPerEm_;
     std::unordered_map<std::uint64_t, GlyphMask> masks_;
 };
 
-/// Rendered glyphs of one engine. Forgets all when they take too much memory.
+/// Rendered glyphs. Forgets all when they take too much memory.
 class GlyphMasks {
 public:
-    explicit GlyphMasks(FontFaces& faces) : faces_(faces) {}
+    explicit GlyphMasks(GlyphOutlines& outlines) : outlines_(outlines) {}
 
-    SizedMasks& sized(FontId font, double pixelsPerEm);
+    SizedMasks& sized(text::FontId font, double pixelsPerEm);
     /// To be called when no mask is in use: frees them if they have become too many.
     void trim();
     std::size_t& bytes() { return bytes_; }
 
 private:
-    FontFaces& faces_;
-    std::map<std::pair<FontId, double>, SizedMasks> sizes_;
+    GlyphOutlines& outlines_;
+    std::map<std::pair<text::FontId, double>, SizedMasks> sizes_;
     std::size_t bytes_ = 0;
 };
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

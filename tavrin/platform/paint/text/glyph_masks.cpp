@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/text/glyph_masks.h"
+#include "tavrin/platform/paint/text/glyph_masks.h"
 
 #include <cmath>
 
 #include FT_OUTLINE_H
 
-namespace tavrin::text {
+namespace tavrin::paint {
 namespace {
 
 constexpr std::size_t mostMaskBytes = 8U << 20;
@@ -27,11 +27,11 @@ const GlyphMask& SizedMasks::mask(std::uint32_t glyph, unsigned phase, std::size
 
 GlyphMask SizedMasks::render(std::uint32_t glyph, unsigned phase) const {
     GlyphMask mask;
-    FT_Outline* outline = face_.outline(glyph);
+    FT_Outline* outline = outlines_.outline(glyph);
     if (outline == nullptr) return mask;
 
     constexpr double one = 65536;
-    const auto scale = static_cast<FT_Fixed>(std::lround(pixelsPerEm_ / face_.unitsPerEm() * subpixels * one));
+    const auto scale = static_cast<FT_Fixed>(std::lround(pixelsPerEm_ / outlines_.unitsPerEm() * subpixels * one));
     FT_Matrix matrix{scale, 0, 0, scale};
     FT_Outline_Transform(outline, &matrix);
     FT_Outline_Translate(outline, static_cast<FT_Pos>(phase) * subpixels / phasesOfPixel, 0);
@@ -62,9 +62,9 @@ GlyphMask SizedMasks::render(std::uint32_t glyph, unsigned phase) const {
     return mask;
 }
 
-SizedMasks& GlyphMasks::sized(FontId font, double pixelsPerEm) {
+SizedMasks& GlyphMasks::sized(text::FontId font, double pixelsPerEm) {
     const auto [found, isNew] =
-        sizes_.try_emplace({font, pixelsPerEm}, faces_.face(font), faces_.freeType(), pixelsPerEm);
+        sizes_.try_emplace({font, pixelsPerEm}, outlines_.ofFont(font), outlines_.freeType(), pixelsPerEm);
     constexpr std::size_t overhead = 256;
     if (isNew) bytes_ += overhead;
     return found->second;
@@ -76,4 +76,4 @@ void GlyphMasks::trim() {
     bytes_ = 0;
 }
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

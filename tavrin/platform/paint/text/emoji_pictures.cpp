@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/text/emoji_pictures.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,10 +9,10 @@
 
 #include "tavrin/platform/foundation/pixels/scaling.h"
 
-namespace tavrin::text {
+namespace tavrin::paint {
 namespace {
 
-constexpr std::size_t mostPictureBytes = 8U << 20;
+constexpr std::size_t mostEmojiBytes = 8U << 20;
 
 struct PngReader {
     const char* rest;
@@ -29,25 +29,25 @@ struct PngReader {
 };
 
 /// The glyph's picture in premultiplied colours; null when it has none.
-Picture decode(hb_font_t* font, std::uint32_t glyph) {
+EmojiPicture decode(hb_font_t* font, std::uint32_t glyph) {
     const Handle<hb_blob_t, hb_blob_destroy> png(hb_ot_color_glyph_reference_png(font, glyph));
     PngReader reader{nullptr, 0};
     reader.rest = hb_blob_get_data(png.get(), &reader.length);
     if (reader.length == 0) return nullptr;
-    Picture decoded(cairo_image_surface_create_from_png_stream(&PngReader::read, &reader));
+    EmojiPicture decoded(cairo_image_surface_create_from_png_stream(&PngReader::read, &reader));
     if (cairo_surface_status(decoded.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
     if (cairo_image_surface_get_format(decoded.get()) == CAIRO_FORMAT_ARGB32) return decoded;
 
-    Picture picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(decoded.get()),
-                                               cairo_image_surface_get_height(decoded.get())));
+    EmojiPicture picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(decoded.get()),
+                                                    cairo_image_surface_get_height(decoded.get())));
     const Handle<cairo_t, cairo_destroy> cairo(cairo_create(picture.get()));
     cairo_set_source_surface(cairo.get(), decoded.get(), 0, 0);
     cairo_paint(cairo.get());
     return picture;
 }
 
-Picture scaledPicture(cairo_surface_t* picture, int width, int height) {
-    Picture scaled(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+EmojiPicture scaledPicture(cairo_surface_t* picture, int width, int height) {
+    EmojiPicture scaled(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
     if (cairo_surface_status(scaled.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
     cairo_surface_flush(picture);
     constexpr int pixel = sizeof(std::uint32_t);
@@ -64,29 +64,29 @@ Picture scaledPicture(cairo_surface_t* picture, int width, int height) {
 
 }  // namespace
 
-PictureBox EmojiPictures::box(FontId font, std::uint32_t glyph) {
-    const FontFace& face = faces_.face(font);
+PictureBox EmojiPictures::box(text::FontId font, std::uint32_t glyph) {
+    const text::FontFace& face = faces_.face(font);
     hb_glyph_extents_t extents{};
     if (!hb_font_get_glyph_extents(face.shaper(), glyph, &extents)) return {};
     const double em = face.unitsPerEm();
     return {extents.x_bearing / em, -extents.y_bearing / em, extents.width / em, -extents.height / em};
 }
 
-cairo_surface_t* EmojiPictures::original(FontId font, std::uint32_t glyph) {
+cairo_surface_t* EmojiPictures::original(text::FontId font, std::uint32_t glyph) {
     const Key key{font, glyph, 0, 0};
     if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
     return keep(key, decode(faces_.face(font).shaper(), glyph));
 }
 
-cairo_surface_t* EmojiPictures::scaled(FontId font, std::uint32_t glyph, int width, int height) {
+cairo_surface_t* EmojiPictures::scaled(text::FontId font, std::uint32_t glyph, int width, int height) {
     const Key key{font, glyph, width, height};
     if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
     cairo_surface_t* picture = original(font, glyph);
     return keep(key, picture == nullptr ? nullptr : scaledPicture(picture, width, height));
 }
 
-cairo_surface_t* EmojiPictures::keep(const Key& key, Picture picture) {
-    if (bytes_ > mostPictureBytes) {
+cairo_surface_t* EmojiPictures::keep(const Key& key, EmojiPicture picture) {
+    if (bytes_ > mostEmojiBytes) {
         pictures_.clear();
         bytes_ = 0;
     }
@@ -98,4 +98,4 @@ cairo_surface_t* EmojiPictures::keep(const Key& key, Picture picture) {
     return (pictures_[key] = std::move(picture)).get();
 }
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

@@ -7,20 +7,11 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/text/glyph_masks.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
+#include "tavrin/platform/paint/text/glyph_masks.h"
 #include "tavrin/platform/text/visual_line.h"
 
-namespace tavrin::text {
-
-/// A rectangle of pixels.
-struct PixelBox {
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-
-    [[nodiscard]] bool isEmpty() const { return left >= right || top >= bottom; }
-};
+namespace tavrin::paint {
 
 /// Gathers a line's glyphs into one mask and paints the current source through it.
 class LineRaster {
@@ -28,9 +19,9 @@ public:
     explicit LineRaster(GlyphMasks& masks) : masks_(masks) {}
 
     /// Begins a line; only what stands in `clip` is gathered.
-    void begin(const PixelBox& clip);
+    void begin(const PixelRect& clip);
     /// Adds glyphs whose first pen stands at `pen`, in pixels. `scale` is pixels for each point.
-    void add(const Piece& piece, double pixelsPerEm, double scale, Point pen);
+    void add(const text::Piece& piece, double pixelsPerEm, double scale, Point pen);
     /// Paints with the current source; `cairo`'s user space must be pixels.
     void paint(cairo_t* cairo);
 
@@ -40,13 +31,13 @@ private:
         int x;
         int y;
     };
-    void blend(const Placed& placed, const PixelBox& box, std::size_t stride);
+    void blend(const Placed& placed, const PixelRect& box, std::size_t stride);
 
     GlyphMasks& masks_;
-    PixelBox clip_;
-    PixelBox extent_;
+    PixelRect clip_;
+    PixelRect extent_;
     std::vector<Placed> placed_;
     std::vector<std::uint8_t> coverage_;
 };
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

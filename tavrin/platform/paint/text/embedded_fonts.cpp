@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/text/outline_fonts.h"
+#include "tavrin/platform/paint/text/embedded_fonts.h"
 
 #include <memory>
 
 #include <cairo-ft.h>
 
-#include FT_OUTLINE_H
-
-namespace tavrin::text {
+namespace tavrin::paint {
 namespace {
 
 /// A face in a library of its own: Cairo keeps fonts alive as long as it likes and lets them go in any thread.
@@ -17,7 +15,7 @@ struct OwnFace {
     Handle<FT_FaceRec_, FT_Done_Face> face;
 };
 
-std::unique_ptr<OwnFace> openFace(const FontSource& source) {
+std::unique_ptr<OwnFace> openFace(const text::FontSource& source) {
     auto own = std::make_unique<OwnFace>();
     FT_Library library = nullptr;
     if (FT_Init_FreeType(&library) != 0) return nullptr;
@@ -33,7 +31,7 @@ std::unique_ptr<OwnFace> openFace(const FontSource& source) {
     return own;
 }
 
-Handle<cairo_font_face_t, cairo_font_face_destroy> makeFont(const FontSource& source) {
+Handle<cairo_font_face_t, cairo_font_face_destroy> makeFont(const text::FontSource& source) {
     static const cairo_user_data_key_t ownerKey{};
     std::unique_ptr<OwnFace> own = openFace(source);
     if (!own) return nullptr;
@@ -45,46 +43,6 @@ Handle<cairo_font_face_t, cairo_font_face_destroy> makeFont(const FontSource& so
     static_cast<void>(own.release());  // the font face owns it now
     return font;
 }
-
-/// Positions in FreeType's outlines to a path of Cairo's.
-struct PathSink {
-    cairo_t* cairo;
-    double scale;
-    Point pen;
-
-    [[nodiscard]] Point at(const FT_Vector* v) const {
-        return {pen.x + static_cast<double>(v->x) * scale, pen.y - static_cast<double>(v->y) * scale};
-    }
-    static const PathSink& of(void* self) { return *static_cast<const PathSink*>(self); }
-
-    static int moveTo(const FT_Vector* to, void* self) {
-        const Point p = of(self).at(to);
-        cairo_close_path(of(self).cairo);
-        cairo_move_to(of(self).cairo, p.x, p.y);
-        return 0;
-    }
-    static int lineTo(const FT_Vector* to, void* self) {
-        const Point p = of(self).at(to);
-        cairo_line_to(of(self).cairo, p.x, p.y);
-        return 0;
-    }
-    static int conicTo(const FT_Vector* control, const FT_Vector* to, void* self) {
-        const Point c = of(self).at(control);
-        const Point p = of(self).at(to);
-        Point from;
-        cairo_get_current_point(of(self).cairo, &from.x, &from.y);
-        cairo_curve_to(of(self).cairo, from.x + (c.x - from.x) * 2 / 3, from.y + (c.y - from.y) * 2 / 3,
-                       p.x + (c.x - p.x) * 2 / 3, p.y + (c.y - p.y) * 2 / 3, p.x, p.y);
-        return 0;
-    }
-    static int cubicTo(const FT_Vector* first, const FT_Vector* second, const FT_Vector* to, void* self) {
-        const Point a = of(self).at(first);
-        const Point b = of(self).at(second);
-        const Point p = of(self).at(to);
-        cairo_curve_to(of(self).cairo, a.x, a.y, b.x, b.y, p.x, p.y);
-        return 0;
-    }
-};
 
 Handle<cairo_scaled_font_t, cairo_scaled_font_destroy> scaledFont(cairo_t* cairo, cairo_font_face_t* face,
                                                                   double size) {
@@ -100,7 +58,7 @@ Handle<cairo_scaled_font_t, cairo_scaled_font_destroy> scaledFont(cairo_t* cairo
         cairo_scaled_font_create(face, &fontMatrix, &matrix, options.get()));
 }
 
-std::vector<cairo_text_cluster_t> clustersOf(const Piece& piece) {
+std::vector<cairo_text_cluster_t> clustersOf(const text::Piece& piece) {
     std::vector<cairo_text_cluster_t> clusters(piece.units.size());
     const std::uint32_t firstByte = piece.units.front().byte;
     for (std::size_t i = 0; i < clusters.size(); ++i) {
@@ -113,7 +71,7 @@ std::vector<cairo_text_cluster_t> clustersOf(const Piece& piece) {
 
 }  // namespace
 
-void OutlineFonts::show(cairo_t* cairo, double size, const Piece& piece, Point pen) {
+void EmbeddedFonts::show(cairo_t* cairo, double size, const text::Piece& piece, Point pen) {
     cairo_font_face_t* face = fontOf(piece.font);
     if (face == nullptr) return;
     const auto font = scaledFont(cairo, face, size);
@@ -133,20 +91,10 @@ void OutlineFonts::show(cairo_t* cairo, double size, const Piece& piece, Point p
                            piece.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : cairo_text_cluster_flags_t{});
 }
 
-cairo_font_face_t* OutlineFonts::fontOf(FontId font) {
+cairo_font_face_t* EmbeddedFonts::fontOf(text::FontId font) {
     if (font >= fonts_.size()) fonts_.resize(font + 1);
     if (!fonts_[font]) fonts_[font] = makeFont(faces_.catalog().source(font));
     return fonts_[font].get();
 }
 
-void addOutline(cairo_t* cairo, FontFace& face, std::uint32_t glyph, double size, Point pen) {
-    FT_Outline* outline = face.outline(glyph);
-    if (outline == nullptr) return;
-    static constexpr FT_Outline_Funcs sink{
-        PathSink::moveTo, PathSink::lineTo, PathSink::conicTo, PathSink::cubicTo, 0, 0};
-    PathSink path{cairo, size / face.unitsPerEm(), pen};
-    FT_Outline_Decompose(outline, &sink, &path);
-    cairo_close_path(cairo);
-}
-
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

@@ -10,9 +10,9 @@
 #include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/font_faces.h"
 
-namespace tavrin::text {
+namespace tavrin::paint {
 
-using Picture = Handle<cairo_surface_t, cairo_surface_destroy>;
+using EmojiPicture = Handle<cairo_surface_t, cairo_surface_destroy>;
 
 /// Where a glyph's picture stands, in parts of the text's size from the pen on the baseline; y grows downwards.
 struct PictureBox {
@@ -26,27 +26,27 @@ struct PictureBox {
 /// all when they take too much memory.
 class EmojiPictures {
 public:
-    explicit EmojiPictures(FontFaces& faces) : faces_(faces) {}
+    explicit EmojiPictures(text::FontFaces& faces) : faces_(faces) {}
 
-    [[nodiscard]] PictureBox box(FontId font, std::uint32_t glyph);
+    [[nodiscard]] PictureBox box(text::FontId font, std::uint32_t glyph);
     /// The picture as the font has it; null when it has none. Valid until the next call.
-    cairo_surface_t* original(FontId font, std::uint32_t glyph);
+    cairo_surface_t* original(text::FontId font, std::uint32_t glyph);
     /// The picture in a size in pixels; null when the font has none. Valid until the next call.
-    cairo_surface_t* scaled(FontId font, std::uint32_t glyph, int width, int height);
+    cairo_surface_t* scaled(text::FontId font, std::uint32_t glyph, int width, int height);
 
 private:
     struct Key {
-        FontId font;
+        text::FontId font;
         std::uint32_t glyph;
         int width;  ///< 0: as the font has it
         int height;
         auto operator<=>(const Key&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
     };
-    cairo_surface_t* keep(const Key& key, Picture picture);
+    cairo_surface_t* keep(const Key& key, EmojiPicture picture);
 
-    FontFaces& faces_;
-    std::map<Key, Picture> pictures_;
+    text::FontFaces& faces_;
+    std::map<Key, EmojiPicture> pictures_;
     std::size_t bytes_ = 0;
 };
 
-}  // namespace tavrin::text
+}  // namespace tavrin::paint

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/pixels/rgba.h"
+#include "tavrin/platform/text/text_engine.h"
+
+typedef struct _cairo cairo_t;
+
+namespace tavrin::paint {
+
+/// Draws the texts of one engine on Cairo: on pictures from its own glyph masks, which stand on quarters of pixels;
+/// turned, stretched and very large texts as outlines; in documents as glyphs of embedded fonts. It keeps masks and
+/// emoji from picture to picture. Not thread-safe, as the engine.
+class TextPainter {
+public:
+    /// The engine must outlive it.
+    explicit TextPainter(text::TextEngine& engine);
+    /// With an engine of its own over a library.
+    explicit TextPainter(std::shared_ptr<const text::FontLibrary> library);
+    ~TextPainter();
+    TextPainter(const TextPainter&) = delete;
+    TextPainter& operator=(const TextPainter&) = delete;
+
+    /// The calling thread's, over the thread's engine, made on first use.
+    static TextPainter& ofThisThread();
+
+    [[nodiscard]] text::TextEngine& engine() const { return engine_; }
+
+    /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
+    /// trailing in right-to-left paragraphs). `cairo`'s user space is points.
+    void draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color);
+
+private:
+    class State;
+
+    std::unique_ptr<text::TextEngine> ownEngine_;
+    text::TextEngine& engine_;
+    std::unique_ptr<State> state_;  // made when something is drawn
+};
+
+}  // namespace tavrin::paint
