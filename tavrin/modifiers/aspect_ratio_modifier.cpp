@@ -6,9 +6,8 @@
 namespace tavrin {
 
 AnyView AspectRatioModifier::modify(AnyView view, Context&) const {
-    const bool fills = contentMode.wrappedValue() == ContentMode::fill;
     return AspectRatio{.ratio = aspectRatio.wrappedValue(),
-                       .contentMode = fills ? tavrin::ContentMode::fill : tavrin::ContentMode::fit,
+                       .contentMode = namesake<tavrin::ContentMode>(contentMode.wrappedValue()),
                        .content = std::move(view)};
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 
 #include "tavrin/dsl/modifier.h"
@@ -12,9 +11,8 @@ namespace tavrin {
 enum class ContentModeDSL : unsigned char { fill, fit };
 
 template <>
-struct Keywords<ContentModeDSL> {
+struct Keywords<ContentModeDSL> : NamedKeywords<ContentModeDSL> {
     static constexpr std::string_view typeName = "AspectRatioModifier.ContentMode";
-    static constexpr std::array<std::string_view, 2> raw{"fill", "fit"};
     static constexpr ContentModeDSL defaultCase = ContentModeDSL::fit;
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <vector>
 
@@ -13,9 +12,8 @@ namespace tavrin {
 enum class EdgeDSL : unsigned char { top, bottom, leading, trailing, all };
 
 template <>
-struct Keywords<EdgeDSL> {
+struct Keywords<EdgeDSL> : NamedKeywords<EdgeDSL> {
     static constexpr std::string_view typeName = "edge";
-    static constexpr std::array<std::string_view, 5> raw{"top", "bottom", "leading", "trailing", "all"};
     static constexpr EdgeDSL defaultCase = EdgeDSL::all;
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string_view>
 
@@ -15,9 +14,8 @@ namespace tavrin {
 enum class FontWeight : unsigned char { regular, semibold, bold };
 
 template <>
-struct Keywords<FontWeight> {
+struct Keywords<FontWeight> : NamedKeywords<FontWeight> {
     static constexpr std::string_view typeName = "FontWeight";
-    static constexpr std::array<std::string_view, 3> raw{"regular", "semibold", "bold"};
     static constexpr FontWeight defaultCase = FontWeight::regular;
 };
 
@@ -30,7 +28,7 @@ inline constexpr Note fontWeightNote{
 /// The weight of a text; none where none is named.
 [[nodiscard]] constexpr std::optional<Font::Weight> textWeight(std::optional<FontWeight> weight) {
     if (!weight) return std::nullopt;
-    return static_cast<Font::Weight>(*weight);
+    return namesake<Font::Weight>(*weight);
 }
 
 /// The weight inside a platform font; regular where none is named.

@@ -7,8 +7,7 @@ namespace tavrin {
 namespace {
 
 RoundedCornerStyle styleOf(const LosslessDSLValue<std::optional<RoundedCornerStyleDSL>>& style) {
-    return style.wrappedValue() == RoundedCornerStyleDSL::continuous ? RoundedCornerStyle::continuous
-                                                                     : RoundedCornerStyle::circular;
+    return namesake<RoundedCornerStyle>(style.wrappedValue().value_or(Keywords<RoundedCornerStyleDSL>::defaultCase));
 }
 
 /// The plain colour that the colour node of a key draws; gray where it draws anything else.

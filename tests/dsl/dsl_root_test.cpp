@@ -21,7 +21,7 @@ TEST(DSLVersion, IsOrderedByItsRawValue) {
     EXPECT_EQ(rawValue(DSLVersion::v1), "1.0");
     EXPECT_EQ(rawValue(DSLVersion::v1_1), "1.1");
     EXPECT_EQ(rawValue(DSLVersion::v1_2), "1.2");
-    EXPECT_EQ(caseName(DSLVersion::v1_2), "v1_2");
+    EXPECT_EQ(name(DSLVersion::v1_2), "v1_2");
     EXPECT_EQ(DSLJSONEncoder().encode(DSLVersion::v1_1), "\"1.1\"");
 }
 
