@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "tavrin/dsl/registry.h"
 #include "tavrin/dsl/structure.h"
+#include "tavrin/engine/registries.h"
 #include "tavrin/modifiers/frame_modifier.h"
 #include "tavrin/modifiers/offset_modifier.h"
 #include "tavrin/modifiers/z_index_modifier.h"
