@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/dsl/structure.h"
-#include "tavrin/nodes/text_node.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tests/dsl/rendered.h"
 
 namespace tavrin {

@@ -3,11 +3,8 @@
 
 #include "tavrin/dsl/structure.h"
 #include "tavrin/engine/registries.h"
-#include "tavrin/modifiers/frame_modifier.h"
-#include "tavrin/modifiers/offset_modifier.h"
-#include "tavrin/modifiers/z_index_modifier.h"
-#include "tavrin/nodes/text_node.h"
-#include "tavrin/nodes/timer_node.h"
+#include "tavrin/modifiers/layout_modifiers.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tests/dsl/rendered.h"
 
