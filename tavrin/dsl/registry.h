@@ -48,11 +48,11 @@ template <class Tag, class Registry>
 /// have none.
 template <class Tagged, class Tag, class Registry>
 [[nodiscard]] Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
-    static constexpr std::array<std::string_view, 1> typeKey{"type"};
+    static constexpr std::array keys{typeKey};
     decoder.require(JSONKind::object);
-    const JSONElement type = decoder.value().findMember<typeKey>();
-    if (!type.exists()) decoder.failKeyNotFound(typeKey[0]);
-    const Decoder typeDecoder = decoder.member(typeKey[0], type);
+    const JSONElement type = decoder.value().findMember<keys>();
+    if (!type.exists()) decoder.failKeyNotFound(typeKey);
+    const Decoder typeDecoder = decoder.member(typeKey, type);
     const Tag tag = decodeTag<Tag>(typeDecoder, registry);
     if (const auto decodeRecord = registry[indexOf(tag)]) return decodeRecord(decoder);
     typeDecoder.failDataCorrupted("Type unsupported");

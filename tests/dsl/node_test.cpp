@@ -58,6 +58,10 @@ TEST(Registries, TagsAreSpelledAndOrderedAsInDocuments) {
     EXPECT_TRUE(std::ranges::equal(Keywords<ModifierType>::raw, modifiers));
 }
 
+static_assert(keyOf<&TextNode::fontSize> == "fontSize");
+static_assert(keyOf<&TimerNode::fontSize> == "fontSize");
+static_assert(keyOf<&VStackNode::modifiers> == "modifiers");
+
 TEST(Node, DecodesItsRecordFromTheSameObject) {
     const Node node = nodeFrom(R"({"content": "Hi", "type": "text", "unknown": [1], "fontSize": 3})");
     EXPECT_EQ(node.type(), NodeType::text);
