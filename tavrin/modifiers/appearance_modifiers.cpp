@@ -43,17 +43,19 @@ Shape outlineOf(const AnyView& view) {
 }  // namespace
 
 AnyView ForegroundColorModifier::modify(AnyView view, Context& context) const {
-    return ForegroundColor{.color = within("color", [&] { return plainColor(color.wrappedValue, context); }),
+    return ForegroundColor{.color = within(keyOf<&ForegroundColorModifier::color>,
+                                           [&] { return plainColor(color.wrappedValue, context); }),
                            .content = std::move(view)};
 }
 
 AnyView BackgroundModifier::modify(AnyView content, Context& context) const {
-    return Background{.background = within("view", [&] { return view.wrappedValue.render(context); }),
-                      .content = std::move(content)};
+    return Background{
+        .background = within(keyOf<&BackgroundModifier::view>, [&] { return view.wrappedValue.render(context); }),
+        .content = std::move(content)};
 }
 
 AnyView OverlayModifier::modify(AnyView content, Context& context) const {
-    return Overlay{.overlay = within("view", [&] { return view.wrappedValue.render(context); }),
+    return Overlay{.overlay = within(keyOf<&OverlayModifier::view>, [&] { return view.wrappedValue.render(context); }),
                    .content = std::move(content)};
 }
 
@@ -63,7 +65,7 @@ AnyView BorderModifier::modify(AnyView view, Context& context) const {
 }
 
 AnyView ClipShapeModifier::modify(AnyView content, Context& context) const {
-    const AnyView rendered = within("view", [&] { return view.wrappedValue.render(context); });
+    const AnyView rendered = within(keyOf<&ClipShapeModifier::view>, [&] { return view.wrappedValue.render(context); });
     const AnyView& unwrapped = mirrorKeyPath("storage.view", rendered);
     return ClipShape{.shape = outlineOf(unwrapped), .content = std::move(content)};
 }
