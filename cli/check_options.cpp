@@ -12,7 +12,7 @@ namespace tavrin::cli {
 CheckOptions readCheckOptions(const Command& command, Size screen) {
     CheckOptions options;
     if (const std::string* format = command.find("--format"))
-        options.format = static_cast<CheckFormat>(readWord("--format", *format, checkFormatWords));
+        options.format = enumerators<CheckFormat>[readWord("--format", *format, checkFormatWords)];
     options.fixes = command.find("--fix") != nullptr;
     options.isStrict = command.find("--strict") != nullptr;
     options.showsNotes = command.find("--notes") != nullptr;

@@ -4,12 +4,10 @@
 #include <vector>
 
 #include "cli/command_line.h"
+#include "cli/options.h"
 #include "tavrin/diagnostics/diagnose.h"
 
 namespace tavrin::cli {
-
-/// How `tavrin check` writes what it finds.
-enum class CheckFormat : unsigned char { text, json, sarif, github };
 
 /// What only `tavrin check` is told.
 struct CheckOptions {

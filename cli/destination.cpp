@@ -14,14 +14,12 @@
 namespace tavrin::cli {
 namespace {
 
-std::string suffixOf(PictureFormat format) {
-    return "." + std::string(pictureFormatWords[static_cast<std::size_t>(format)]);
-}
+std::string suffixOf(PictureFormat format) { return "." + std::string(name(format)); }
 
 /// The format that a file's suffix names, in any letter case.
 std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
     const std::string suffix = lowercaseSuffix(path);
-    for (const auto format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
+    for (const PictureFormat format : enumerators<PictureFormat>)
         if (suffix == suffixOf(format)) return format;
     return std::nullopt;
 }
@@ -31,7 +29,7 @@ PictureFormat readFormat(const std::string& word) {
         std::find(frameFormatWords.begin(), frameFormatWords.end(), word) != frameFormatWords.end();
     if (isAnimation && word != "png")
         throw UsageError("--format " + word + " is for animations: say which moments with --frames");
-    return static_cast<PictureFormat>(readWord("--format", word, pictureFormatWords));
+    return enumerators<PictureFormat>[readWord("--format", word, enumeratorNames<PictureFormat>)];
 }
 
 Destination fileOrFolder(const std::string& output, std::optional<PictureFormat> format) {

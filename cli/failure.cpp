@@ -10,14 +10,12 @@
 #include "cli/usage_error.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/model_context.h"
 
 namespace tavrin::cli {
 namespace {
-
-constexpr std::array<std::string_view, 4> decodingKinds{"keyNotFound", "typeMismatch", "valueNotFound",
-                                                        "dataCorrupted"};
 
 Failure::Place placeIn(std::string_view text, std::size_t offset) {
     const TextPlace place = placeAt(text, offset);
@@ -34,7 +32,7 @@ Failure describeUnplaced(const std::exception_ptr& error) {
         failure.file = e.file;
         return failure;
     } catch (const DecodingError& e) {
-        return {"DecodingError", e.message, std::string(decodingKinds[static_cast<std::size_t>(e.kind)])};
+        return {"DecodingError", e.message, std::string(name(e.kind))};
     } catch (const ConversionError& e) {
         return {"ConversionError", e.message};
     } catch (const TavrinError& e) {

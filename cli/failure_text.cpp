@@ -53,8 +53,9 @@ Label labelOf(const Diagnostic& diagnostic) {
     constexpr std::string_view red = "\x1b[1;31m";
     constexpr std::string_view magenta = "\x1b[1;35m";
     constexpr std::string_view cyan = "\x1b[1;36m";
-    constexpr std::string_view colors[] = {red, magenta, cyan};
-    return {name(diagnostic.severity), colors[static_cast<unsigned>(diagnostic.severity)], diagnostic.code};
+    constexpr EnumeratorTable<Severity, std::string_view> colors{
+        {{Severity::error, red}, {Severity::warning, magenta}, {Severity::note, cyan}}};
+    return {name(diagnostic.severity), colors[diagnostic.severity], diagnostic.code};
 }
 
 std::string toText(const Failure& failure, bool colored, const Label& label) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/options.h"
 
+#include <algorithm>
+
 #include "cli/licenses.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/ui/widget_family.h"
@@ -72,6 +74,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin completion fish >~/.config/fish/completions/tavrin.fish"},
         {"help", "[VERB]", "Explain the program or a verb", "  tavrin help render"},
     };
+    static_assert([] { return std::ranges::equal(list, enumeratorNames<Verb>, {}, &VerbInfo::name); }());
     return list;
 }
 

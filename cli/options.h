@@ -9,6 +9,11 @@
 #include <string_view>
 #include <vector>
 
+#include "tavrin/platform/foundation/enumerators.h"
+#include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/paint/png_encoder.h"
+#include "tavrin/platform/ui/color.h"
+
 namespace tavrin::cli {
 
 /// What the program can be asked to do.
@@ -26,6 +31,9 @@ enum class Verb : unsigned char {
     completion,
     help
 };
+
+/// How `tavrin check` writes what it finds.
+enum class CheckFormat : unsigned char { text, json, sarif, github };
 
 /// How a verb is explained.
 struct VerbInfo {
@@ -88,13 +96,14 @@ struct InformationOption {
 inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 
 /// The words of an option that takes nothing else.
-inline constexpr std::array<std::string_view, 2> appearanceWords{"light", "dark"};
+inline constexpr const auto& appearanceWords = enumeratorNames<Appearance>;
 inline constexpr std::array<std::string_view, 2> textFormatWords{"text", "json"};  // in the order of `TextFormat`
-inline constexpr std::array<std::string_view, 3> pictureFormatWords{"png", "svg", "pdf"};
-/// The same behind `--frames`.
+/// Of pictures behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};
-inline constexpr std::array<std::string_view, 4> checkFormatWords{"text", "json", "sarif", "github"};
-inline constexpr std::array<std::string_view, 2> compressionWords{"fast", "small"};
-inline constexpr std::array<std::string_view, 3> fetchWords{"none", "public", "all"};  // in the order of `FetchPolicy`
+inline constexpr const auto& checkFormatWords = enumeratorNames<CheckFormat>;
+inline constexpr const auto& compressionWords = enumeratorNames<paint::PngCompression>;
+inline constexpr EnumeratorTable<FetchPolicy, std::string_view> fetchTable{
+    {{FetchPolicy::none, "none"}, {FetchPolicy::publicOnly, "public"}, {FetchPolicy::all, "all"}}};
+inline constexpr const auto& fetchWords = fetchTable.values();
 
 }  // namespace tavrin::cli

@@ -20,7 +20,6 @@
 #include "cli/usage_error.h"
 #include "cli/verbs.h"
 #include "tavrin/platform/foundation/precondition.h"
-#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
@@ -92,8 +91,7 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
 int runProgram(int argc, char** argv) noexcept {
     try {
         std::signal(SIGPIPE, SIG_IGN);  // writing then fails with an error instead
-        setPreconditionHandler(
-            [](std::string_view message) { throw TavrinError("Precondition", std::string(message)); });
+        setPreconditionHandler(throwPreconditionError);
         const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
         Reporter reporter(errorFormatOf(words));
         return runReported(words, reporter);

@@ -45,8 +45,8 @@ std::vector<std::string_view> wordsFor(std::string_view option, const OptionPair
 
 std::vector<WidgetRoom> familiesOfScreen(Size screen) {
     std::vector<WidgetRoom> rooms;
-    for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i)
-        if (auto room = widgetRoom(static_cast<WidgetFamily>(i), screen)) rooms.push_back(*std::move(room));
+    for (const WidgetFamily family : enumerators<WidgetFamily>)
+        if (auto room = widgetRoom(family, screen)) rooms.push_back(*std::move(room));
     return rooms;
 }
 

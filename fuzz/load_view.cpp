@@ -32,8 +32,7 @@ void renderOnce(std::string_view document, std::optional<std::string_view> model
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    tavrin::setPreconditionHandler(
-        [](std::string_view message) { throw tavrin::TavrinError("Precondition", std::string(message)); });
+    tavrin::setPreconditionHandler(tavrin::throwPreconditionError);
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     constexpr std::string_view separator = "\n---\n";
     const std::size_t end = input.find(separator);

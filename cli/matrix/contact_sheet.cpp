@@ -59,7 +59,7 @@ std::string address(std::string_view file) {
 using Pictures = std::span<const MatrixPicture>;
 
 std::string_view appearanceWord(const Matrix& matrix, const Cell& cell) {
-    return appearanceWords[static_cast<std::size_t>(matrix.appearances[cell.appearance])];
+    return name(matrix.appearances[cell.appearance]);
 }
 
 /// The pictures of one room and appearance, in all scales, as one: the browser takes the one that fits its screen.

@@ -54,7 +54,7 @@ Cell cellAt(const Matrix& matrix, std::size_t index) {
 
 std::string nameOf(const Matrix& matrix, const Cell& cell) {
     std::string name = matrix.documents[cell.document].name + "/" + matrix.rooms[cell.room].name + "-";
-    name += appearanceWords[static_cast<std::size_t>(matrix.appearances[cell.appearance])];
+    name += tavrin::name(matrix.appearances[cell.appearance]);
     name += "@" + shortNumber(matrix.scales[cell.scale]) + "x";
     for (const std::string* part : {&matrix.models[cell.model].name, &matrix.moments[cell.moment].name})
         if (!part->empty()) name += "-" + *part;

@@ -25,7 +25,7 @@ void write(JSONWriter& writer, const Matrix& matrix, const MatrixPicture& pictur
     writer.key("document").value(matrix.documents[cell.document].path);
     writeText(writer, "model", matrix.models[cell.model].path.value_or(""));
     writer.key("family").value(room.name);
-    writer.key("appearance").value(appearanceWords[static_cast<std::size_t>(matrix.appearances[cell.appearance])]);
+    writer.key("appearance").value(name(matrix.appearances[cell.appearance]));
     writer.key("scale").value(matrix.scales[cell.scale]);
     writeText(writer, "date", matrix.moments[cell.moment].text);
     writer.key("size").beginArray().value(room.size.width).value(room.size.height).endArray();

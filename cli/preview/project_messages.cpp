@@ -18,10 +18,10 @@ void writeScreen(JSONWriter& writer, Size screen) {
     const std::string name =
         tavrin::toText(static_cast<int>(screen.width)) + "x" + tavrin::toText(static_cast<int>(screen.height));
     writer.beginObject().key("name").value(name).key("families").beginArray();
-    for (std::size_t i = 0; i < widgetFamilyNames.size(); ++i) {
-        const auto size = widgetSize(static_cast<WidgetFamily>(i), screen);
+    for (const WidgetFamily family : enumerators<WidgetFamily>) {
+        const auto size = widgetSize(family, screen);
         if (!size) continue;
-        writer.beginObject().key("name").value(widgetFamilyNames[i]);
+        writer.beginObject().key("name").value(tavrin::name(family));
         writer.key("width").value(size->width).key("height").value(size->height).endObject();
     }
     writer.endArray().endObject();

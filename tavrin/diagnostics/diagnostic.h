@@ -19,12 +19,6 @@ enum class Severity : unsigned char {
     note,     ///< worth knowing
 };
 
-/// "error", "warning" or "note".
-[[nodiscard]] constexpr std::string_view name(Severity severity) {
-    constexpr std::string_view names[] = {"error", "warning", "note"};
-    return names[static_cast<unsigned>(severity)];
-}
-
 /// A stretch of a text, from the place of its first byte to the one behind its last.
 struct TextRange {
     TextPlace begin;

@@ -10,7 +10,9 @@
 
 #include "tavrin/diagnostics/findings.h"
 #include "tavrin/diagnostics/suggestions.h"
-#include "tavrin/dsl/type_tags.h"
+#include "tavrin/dsl/dsl_root.h"
+#include "tavrin/dsl/structure.h"
+#include "tavrin/nodes/color_node.h"
 #include "tavrin/values/value_conversion.h"
 
 namespace tavrin {
@@ -55,13 +57,13 @@ private:
         if (error_.path.empty() && !document_.entries().contains("main")) return addForMain();
         const WrittenRecord* const record = document_.recordAt(place);
         if (!record) return;
-        if (record->type->name == rawValue(NodeType::node)) addForReference(*record);
-        if (record->type->name == rawValue(NodeType::color)) addForColor(*record);
+        if (isA<RefNode>(*record)) addForReference(*record);
+        if (isA<ColorNode>(*record)) addForColor(*record);
     }
 
     void addForMain() {
         const WrittenMember* const nodes =
-            document_.records().empty() ? nullptr : memberOf(document_.records().front(), "nodes");
+            document_.records().empty() ? nullptr : memberOf<&DSLRoot::nodes>(document_.records().front());
         if (!nodes) return;
         moveTo(nodes->value);
         const std::vector<std::string_view> names = entryNames();
@@ -75,7 +77,7 @@ private:
     }
 
     void addForReference(const WrittenRecord& reference) {
-        const WrittenMember* const name = literal(reference, "name");
+        const WrittenMember* const name = literal(memberOf<&RefNode::name>(reference));
         if (!name) return;
         const std::string wrong = outline_.string(name->value);
         if (document_.entries().contains(wrong)) return;  // something else is wrong
@@ -86,7 +88,7 @@ private:
     }
 
     void addForColor(const WrittenRecord& color) {
-        const WrittenMember* const value = memberOf(color, "value");
+        const WrittenMember* const value = memberOf<&ColorNode::value>(color);
         if (!value || !outline_.isString(value->value)) return;
         const std::string wrong = outline_.string(value->value);
         if (error_.message != "ColorNode: invalid color: " + wrong) return;
@@ -116,8 +118,8 @@ private:
         return list;
     }
 
-    [[nodiscard]] const WrittenMember* literal(const WrittenRecord& record, std::string_view key) const {
-        const WrittenMember* const member = memberOf(record, key);
+    /// The member where it holds a text that is no expression, else null.
+    [[nodiscard]] const WrittenMember* literal(const WrittenMember* member) const {
         const bool isLiteral =
             member && outline_.isString(member->value) && !isExpression(outline_.string(member->value));
         return isLiteral ? member : nullptr;

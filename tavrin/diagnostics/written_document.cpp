@@ -5,7 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "tavrin/dsl/type_tags.h"
+#include "tavrin/dsl/structure.h"
 
 namespace tavrin {
 namespace {
@@ -87,7 +87,7 @@ void WrittenDocument::read(const Pending& pending, std::vector<Pending>& more) {
     WrittenRecord record{.object = pending.object, .type = pending.type, .entry = pending.entry};
     if (!isRecord(pending.kind)) {
         outline_.forEachChild(pending.object, [&](Index member) {
-            if (!record.tag && outline_.key(member) == "type") record.tag = member;
+            if (!record.tag && outline_.key(member) == typeKey) record.tag = member;
         });
         if (!record.tag || !outline_.isString(*record.tag)) return;
         const bool isNode = pending.kind == ValueKind::node;
@@ -142,8 +142,7 @@ bool WrittenDocument::isDrawn(Index entry) const { return drawn_[entry]; }
 
 void WrittenDocument::findDrawn() {
     for (const WrittenRecord& record : records_) {
-        if (record.type->name != rawValue(NodeType::node) || !record.tag) continue;
-        const WrittenMember* const name = memberOf(record, "name");
+        const WrittenMember* const name = record.tag ? memberOf<&RefNode::name>(record) : nullptr;
         if (!name || !outline_.isString(name->value)) continue;
         const auto entry = entries_.find(outline_.string(name->value));
         if (entry != entries_.end()) references_[record.entry].push_back(entry->second);

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tavrin/dsl/record.h"
 #include "tavrin/json/json_outline.h"
 #include "tavrin/schema/language.h"
 
@@ -82,7 +83,33 @@ private:
     std::vector<bool> drawn_;  // by entry
 };
 
+/// Whether a record is one of some types: `isA<LinkNode>(record)`.
+template <class... Records>
+[[nodiscard]] bool isA(const WrittenRecord& record) {
+    return ((*record.type->structure == typeid(Records)) || ...);
+}
+
+/// Whether a member of a record holds one of some properties: `isProperty<&LinkNode::url>(record, member)`.
+template <auto... properties>
+[[nodiscard]] bool isProperty(const WrittenRecord& record, const WrittenMember& member) {
+    const auto isOne = [&]<class Record, class Value>(Value Record::*, std::string_view key) {
+        return isA<Record>(record) && member.field->key == key;
+    };
+    return (isOne(properties, keyOf<properties>) || ...);
+}
+
 /// The member of a record that holds a property; null where it is left out.
 [[nodiscard]] const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key);
+
+/// The same for one of some properties, which may be of several types of records; null for any other record too.
+template <auto... properties>
+[[nodiscard]] const WrittenMember* memberOf(const WrittenRecord& record) {
+    const auto find = [&]<class Record, class Value>(Value Record::*, std::string_view key) {
+        return isA<Record>(record) ? memberOf(record, key) : nullptr;
+    };
+    const WrittenMember* found = nullptr;
+    static_cast<void>(((found = find(properties, keyOf<properties>)) || ...));
+    return found;
+}
 
 }  // namespace tavrin

@@ -24,10 +24,4 @@ struct DSLRoot {
     friend bool operator==(const DSLRoot&, const DSLRoot&) = default;
 };
 
-template <>
-struct Coding<NodeDictionary> {
-    static NodeDictionary decode(const Decoder& decoder);
-    static void encode(const NodeDictionary& nodes, JSONWriter& writer);
-};
-
 }  // namespace tavrin

@@ -27,6 +27,17 @@ template <DSLRecord Record>
 inline constexpr auto fieldKeys = std::apply(
     [](const auto&... field) { return std::array<std::string_view, sizeof...(field)>{field.key...}; }, Record::fields);
 
+/// The key of a property, named by its member: `keyOf<&LinkNode::url>`. A member that is not listed does not compile.
+template <auto property>
+inline constexpr std::string_view keyOf = []<class Record, class Value>(Value Record::*) {
+    std::string_view key;
+    forEachField<Record>([&]<class Other>(const Field<Record, Other>& field) {
+        if constexpr (std::same_as<Value, Other>) key = field.member == property ? field.key : key;
+    });
+    if (key.empty()) throw "the member is not among the record's fields";
+    return key;
+}(property);
+
 /// The type of the property at a place in a record's list of fields.
 template <DSLRecord Record, std::size_t index>
 using FieldValue = std::remove_cvref_t<decltype(std::declval<Record&>().*(std::get<index>(Record::fields).member))>;

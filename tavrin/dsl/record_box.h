@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
@@ -13,6 +14,9 @@
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
+
+/// The key that says which node or modifier an object is.
+inline constexpr std::string_view typeKey = "type";
 
 /// One record behind its tag, immutable and shared between copies: what `Node` and `Modifier` own.
 template <class Tag>
@@ -90,7 +94,7 @@ template <class Tag>
 /// Writes a tagged record: its "type" and, beside it, its members.
 template <class Tag>
 void encodeTagged(const RecordBox<Tag>& box, JSONWriter& writer) {
-    writer.beginObject().key("type").value(rawValue(box.type));
+    writer.beginObject().key(typeKey).value(rawValue(box.type));
     box.encodeMembers(writer);
     writer.endObject();
 }

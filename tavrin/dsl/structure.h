@@ -12,7 +12,12 @@
 
 namespace tavrin {
 
-/// What authors should know of a stack's "children".
+/// What authors should know of a stack's "spacing" and "children".
+inline constexpr Note spacingNote{
+    .text = "The room between neighbours.",
+    .unit = Unit::points,
+    .absent = "what suits the neighbours: 8 between shapes, less beside texts, none beside a spacer",
+    .example = "4"};
 inline constexpr Note childrenNote{.text = "The nodes inside, in their order.", .defaultValue = "[]"};
 
 /// Children from top to bottom.
@@ -27,11 +32,7 @@ struct VStackNode {
     DSLValueWithDefault<std::vector<Node>> children = {};
 
     static constexpr std::tuple fields{
-        Field{"spacing", &VStackNode::spacing,
-              Note{.text = "The room between neighbours.",
-                   .unit = Unit::points,
-                   .absent = "what suits the neighbours: 8 between shapes, less beside texts, none beside a spacer",
-                   .example = "4"}},
+        Field{"spacing", &VStackNode::spacing, spacingNote},
         Field{"alignment", &VStackNode::alignment,
               Note{.text = "Where children stand that are narrower than the widest.", .defaultValue = R"("center")"}},
         Field{"modifiers", &VStackNode::modifiers, modifiersNote},
@@ -53,11 +54,7 @@ struct HStackNode {
     DSLValueWithDefault<std::vector<Node>> children = {};
 
     static constexpr std::tuple fields{
-        Field{"spacing", &HStackNode::spacing,
-              Note{.text = "The room between neighbours.",
-                   .unit = Unit::points,
-                   .absent = "what suits the neighbours: 8 between shapes, less beside texts, none beside a spacer",
-                   .example = "4"}},
+        Field{"spacing", &HStackNode::spacing, spacingNote},
         Field{"alignment", &HStackNode::alignment,
               Note{.text = "Where children stand that are lower than the highest.", .defaultValue = R"("center")"}},
         Field{"modifiers", &HStackNode::modifiers, modifiersNote},

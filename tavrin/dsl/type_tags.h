@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <string_view>
 
 #include "tavrin/values/text_conversion.h"
@@ -29,11 +28,8 @@ enum class NodeType : unsigned char {
 };
 
 template <>
-struct Keywords<NodeType> {
+struct Keywords<NodeType> : NamedKeywords<NodeType> {
     static constexpr std::string_view typeName = "node type";
-    static constexpr std::array<std::string_view, 16> raw{
-        "vstack",           "hstack",   "zstack",  "spacer", "text",      "color", "circle",       "rectangle",
-        "roundedRectangle", "webImage", "capsule", "link",   "emptyView", "node",  "progressView", "timer"};
 };
 
 /// The "type" of a modifier. The last three are reserved for later versions of the language.
@@ -62,29 +58,8 @@ enum class ModifierType : unsigned char {
 };
 
 template <>
-struct Keywords<ModifierType> {
+struct Keywords<ModifierType> : NamedKeywords<ModifierType> {
     static constexpr std::string_view typeName = "modifier type";
-    static constexpr std::array<std::string_view, 21> raw{"frame",
-                                                          "foregroundColor",
-                                                          "border",
-                                                          "background",
-                                                          "aspectRatio",
-                                                          "clipShape",
-                                                          "clipped",
-                                                          "overlay",
-                                                          "offset",
-                                                          "widgetURL",
-                                                          "padding",
-                                                          "lineLimit",
-                                                          "cornerRadius",
-                                                          "opacity",
-                                                          "zIndex",
-                                                          "clockHandRotationEffect",
-                                                          "scaleEffect",
-                                                          "rotationEffect",
-                                                          "animation",
-                                                          "transition",
-                                                          "contentTransition"};
 };
 
 }  // namespace tavrin

@@ -9,10 +9,10 @@
 
 namespace tavrin {
 
-/// Reads values from JSON text.
+/// Reads values from JSON text; nodes and modifiers with the registries of all records.
 class JSONDecoder {
 public:
-    explicit JSONDecoder(DecodingOptions options = {}) : options_(options) {}
+    explicit JSONDecoder(DecodingOptions options = {});
 
     /// Throws `DecodingError` or `ConversionError`.
     template <class T>

@@ -25,8 +25,8 @@ std::shared_ptr<const ModelContext> decodeModel(std::string_view text) {
 
 void checkVersion(DSLVersion version) {
     if (TavrinEngine::supporedVersion < version)
-        throw TavrinError("Engine", "this engine only support " + std::string(caseName(TavrinEngine::supporedVersion)) +
-                                        ", but got DSL for " + std::string(caseName(version)));
+        throw TavrinError("Engine", "this engine only support " + std::string(name(TavrinEngine::supporedVersion)) +
+                                        ", but got DSL for " + std::string(name(version)));
 }
 
 }  // namespace

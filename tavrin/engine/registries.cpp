@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/dsl/registry.h"
+#include "tavrin/engine/registries.h"
+
 #include "tavrin/engine/record_types.h"
 
 namespace tavrin {
@@ -8,20 +9,21 @@ namespace {
 template <class Registry, class Tagged, class... Records>
 constexpr Registry registryOf(TypeList<Records...>) {
     Registry registry{};
-    ((registry[static_cast<std::size_t>(Records::type)] = Tagged::template decodeAs<Records>), ...);
+    ((registry[indexOf(Records::type)] = Tagged::template decodeAs<Records>), ...);
     return registry;
 }
 
 }  // namespace
 
-const NodeRegistry& registerNodeType() {
-    static constexpr NodeRegistry registry = registryOf<NodeRegistry, Node>(NodeRecords{});
-    return registry;
+const RecordRegistries& recordRegistries() {
+    static constexpr RecordRegistries registries{
+        .nodes = registryOf<NodeRegistry, Node>(NodeRecords{}),
+        .modifiers = registryOf<ModifierRegistry, Modifier>(ModifierRecords{})};
+    return registries;
 }
 
-const ModifierRegistry& registerMonifierType() {
-    static constexpr ModifierRegistry registry = registryOf<ModifierRegistry, Modifier>(ModifierRecords{});
-    return registry;
-}
+const NodeRegistry& registerNodeType() { return recordRegistries().nodes; }
+
+const ModifierRegistry& registerMonifierType() { return recordRegistries().modifiers; }
 
 }  // namespace tavrin

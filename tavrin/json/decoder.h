@@ -9,6 +9,8 @@
 
 namespace tavrin {
 
+struct RecordRegistries;
+
 /// What a decoder accepts.
 struct DecodingOptions {
     /// Read the strings "infinity", "-infinity" and "nan" where a floating-point number is asked for.
@@ -16,6 +18,8 @@ struct DecodingOptions {
     /// How deep the text may be nested, or is known to be. More than `JSONText::maximumDepth` is for records that see
     /// to it themselves.
     std::size_t depth = JSONText::maximumDepth;
+    /// Which records stand behind the "type"s of a document; other texts need none.
+    const RecordRegistries* registries = nullptr;
 };
 
 /// One JSON value while it is decoded, linked to the value it stands in. The way from the root is spelled out only when

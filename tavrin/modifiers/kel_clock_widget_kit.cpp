@@ -5,13 +5,7 @@ namespace tavrin::KelClockWidgetKit {
 namespace {
 
 ClockHandPeriod platformValue(const ClockHandRotationPeriod& period) {
-    switch (period.which()) {
-        case ClockHandRotationPeriod::Case::hour: return {.hand = ClockHandPeriod::Hand::hour};
-        case ClockHandRotationPeriod::Case::minute: return {.hand = ClockHandPeriod::Hand::minute};
-        case ClockHandRotationPeriod::Case::second: return {.hand = ClockHandPeriod::Hand::second};
-        case ClockHandRotationPeriod::Case::custom: break;
-    }
-    return ClockHandPeriod::custom(period.customSeconds());
+    return {namesake<ClockHandPeriod::Hand>(period.which()), period.customSeconds()};
 }
 
 }  // namespace

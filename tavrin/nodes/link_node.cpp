@@ -7,7 +7,7 @@
 namespace tavrin {
 
 AnyView LinkNode::render(Context& context) const {
-    AnyView label = within("view", [&] { return view.wrappedValue.render(context); });
+    AnyView label = within(keyOf<&LinkNode::view>, [&] { return view.wrappedValue.render(context); });
     if (const std::optional<URL> destination = convertedLink(url, context))
         label = Link{.destination = *destination, .label = std::move(label)};
     return applyModifiers(*this, std::move(label), context);

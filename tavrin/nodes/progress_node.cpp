@@ -23,8 +23,9 @@ AnyView ProgressNode::render(Context& context) const {
     std::optional<AnyView> attached;
     ProgressAttachment::Position position = Keywords<ProgressAttachment::Position>::defaultCase;
     if (const std::optional<ProgressAttachment>& given = attachment.wrappedValue) {
-        attached = within("attachment",
-                          [&] { return within("view", [&] { return given->view.wrappedValue.render(context); }); });
+        attached = within(keyOf<&ProgressNode::attachment>, [&] {
+            return within(keyOf<&ProgressAttachment::view>, [&] { return given->view.wrappedValue.render(context); });
+        });
         position = given->position.wrappedValue();
     }
     const float width = lineWidth.wrappedValue();

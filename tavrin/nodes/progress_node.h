@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -13,27 +12,24 @@ namespace tavrin {
 enum class ProgressStyle : unsigned char { circular, linear };
 
 template <>
-struct Keywords<ProgressStyle> {
+struct Keywords<ProgressStyle> : NamedKeywords<ProgressStyle> {
     static constexpr std::string_view typeName = "ProgressNode.Style";
-    static constexpr std::array<std::string_view, 2> raw{"circular", "linear"};
     static constexpr ProgressStyle defaultCase = ProgressStyle::linear;
 };
 
 enum class ProgressLineCap : unsigned char { butt, round };
 
 template <>
-struct Keywords<ProgressLineCap> {
+struct Keywords<ProgressLineCap> : NamedKeywords<ProgressLineCap> {
     static constexpr std::string_view typeName = "ProgressNode.LineCap";
-    static constexpr std::array<std::string_view, 2> raw{"butt", "round"};
     static constexpr ProgressLineCap defaultCase = ProgressLineCap::round;
 };
 
 enum class ProgressAttachmentPosition : unsigned char { center, top, bottom };
 
 template <>
-struct Keywords<ProgressAttachmentPosition> {
+struct Keywords<ProgressAttachmentPosition> : NamedKeywords<ProgressAttachmentPosition> {
     static constexpr std::string_view typeName = "ProgressAttachment.Position";
-    static constexpr std::array<std::string_view, 3> raw{"center", "top", "bottom"};
     static constexpr ProgressAttachmentPosition defaultCase = ProgressAttachmentPosition::center;
 };
 

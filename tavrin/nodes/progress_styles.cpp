@@ -27,10 +27,6 @@ ShapeStyle styleOf(const std::optional<AnyView>& color, const Color& otherwise) 
     return otherwise;
 }
 
-LineCap platformValue(ProgressNode::LineCap cap) {
-    return cap == ProgressNode::LineCap::round ? LineCap::round : LineCap::butt;
-}
-
 AnyView ring(const CircularProgressViewStyle& style, double fraction, Size room) {
     const double width = style.lineWidth;
     const double inset = width * 0.5;
@@ -41,7 +37,7 @@ AnyView ring(const CircularProgressViewStyle& style, double fraction, Size room)
     };
     const auto stroked = [&](const Shape& shape, const ShapeStyle& color) {
         return StrokedShape{
-            .shape = shape, .stroke = color, .lineWidth = width, .lineCap = platformValue(style.lineCap)};
+            .shape = shape, .stroke = color, .lineWidth = width, .lineCap = namesake<LineCap>(style.lineCap)};
     };
     const AnyView arc = stroked(TrimmedShape{Circle{}, 0, fraction}, styleOf(style.color, Color::blue));
     const AnyView upright = RotationEffect{.angle = -std::numbers::pi / 2, .content = arc};

@@ -7,8 +7,7 @@ namespace tavrin {
 namespace {
 
 RoundedCornerStyle styleOf(const LosslessDSLValue<std::optional<RoundedCornerStyleDSL>>& style) {
-    return style.wrappedValue() == RoundedCornerStyleDSL::continuous ? RoundedCornerStyle::continuous
-                                                                     : RoundedCornerStyle::circular;
+    return namesake<RoundedCornerStyle>(style.wrappedValue().value_or(Keywords<RoundedCornerStyleDSL>::defaultCase));
 }
 
 /// The plain colour that the colour node of a key draws; gray where it draws anything else.
@@ -24,12 +23,13 @@ AnyView handleStrokeAndFill(const BareShape& view, const NodeRecord& node, Conte
     constexpr float defaultLineWidth = 1;
     if (node.stroke.wrappedValue() == true) {
         const std::optional<ColorNode>& color = node.strokeColor.wrappedValue;
-        return StrokedShape{.shape = view,
-                            .stroke = color ? plainColor("strokeColor", *color, context) : Color::gray,
-                            .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
+        return StrokedShape{
+            .shape = view,
+            .stroke = color ? plainColor(keyOf<&NodeRecord::strokeColor>, *color, context) : Color::gray,
+            .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
     }
     if (const std::optional<ColorNode>& color = node.fillColor.wrappedValue)
-        return FilledShape{.shape = view, .fill = plainColor("fillColor", *color, context)};
+        return FilledShape{.shape = view, .fill = plainColor(keyOf<&NodeRecord::fillColor>, *color, context)};
     return view;
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -17,9 +16,8 @@ namespace tavrin {
 enum class RoundedCornerStyleDSL : unsigned char { circular, continuous };
 
 template <>
-struct Keywords<RoundedCornerStyleDSL> {
+struct Keywords<RoundedCornerStyleDSL> : NamedKeywords<RoundedCornerStyleDSL> {
     static constexpr std::string_view typeName = "RoundedCornerStyleDSL";
-    static constexpr std::array<std::string_view, 2> raw{"circular", "continuous"};
     static constexpr RoundedCornerStyleDSL defaultCase = RoundedCornerStyleDSL::circular;
 };
 

@@ -90,7 +90,8 @@ struct Describe<DSLValueWithDefault<T>> : Describe<T> {};
 
 template <class Record>
 LanguageRecord describe(std::string_view name, std::string_view version = {}) {
-    LanguageRecord described{.name = name, .summary = Record::summary, .version = version};
+    LanguageRecord described{
+        .name = name, .structure = &typeid(Record), .summary = Record::summary, .version = version};
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
         LanguageField& last = described.fields.emplace_back();
         last.key = field.key;

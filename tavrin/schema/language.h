@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string_view>
+#include <typeinfo>
 #include <vector>
 
 #include "tavrin/platform/foundation/note.h"
@@ -37,7 +38,8 @@ struct LanguageField {
 };
 
 struct LanguageRecord {
-    std::string_view name;  ///< the "type"; of a record without one, what it is called elsewhere
+    std::string_view name;                      ///< the "type"; of a record without one, what it is called elsewhere
+    const std::type_info* structure = nullptr;  ///< the C++ record
     std::string_view summary;
     std::string_view version = {};  ///< the first version of the language that has it
     std::vector<LanguageField> fields = {};

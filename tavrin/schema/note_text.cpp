@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/schema/note_text.h"
 
-#include <array>
 #include <cctype>
 
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
@@ -21,8 +21,7 @@ std::string sensibleRange(const Note& note) {
 }
 
 std::string unitAndRange(const Note& note) {
-    constexpr std::array<std::string_view, 4> units{"", "points", "degrees", "seconds"};
-    std::string text(units[static_cast<std::size_t>(note.unit)]);
+    std::string text(note.unit == Unit::none ? "" : name(note.unit));
     const std::string sensible = sensibleRange(note);
     if (!text.empty() && !sensible.empty()) text += ", ";
     return text + sensible;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <string_view>
 
 #include "tavrin/platform/ui/alignment.h"
@@ -26,39 +25,41 @@ enum class AlignmentDSL : unsigned char {
 };
 
 template <>
-struct Keywords<HorizontalAlignmentDSL> {
+struct Keywords<HorizontalAlignmentDSL> : NamedKeywords<HorizontalAlignmentDSL> {
     static constexpr std::string_view typeName = "HorizontalAlignmentDSL";
-    static constexpr std::array<std::string_view, 3> raw{"leading", "center", "trailing"};
     static constexpr HorizontalAlignmentDSL defaultCase = HorizontalAlignmentDSL::center;
 };
 
 template <>
-struct Keywords<VerticalAlignmentDSL> {
+struct Keywords<VerticalAlignmentDSL> : NamedKeywords<VerticalAlignmentDSL> {
     static constexpr std::string_view typeName = "VerticalAlignmentDSL";
-    static constexpr std::array<std::string_view, 3> raw{"top", "center", "bottom"};
     static constexpr VerticalAlignmentDSL defaultCase = VerticalAlignmentDSL::center;
 };
 
 template <>
-struct Keywords<AlignmentDSL> {
+struct Keywords<AlignmentDSL> : NamedKeywords<AlignmentDSL> {
     static constexpr std::string_view typeName = "AlignmentDSL";
-    static constexpr std::array<std::string_view, 9> raw{"center",      "leading",       "trailing",
-                                                         "top",         "bottom",        "topLeading",
-                                                         "topTrailing", "bottomLeading", "bottomTrailing"};
     static constexpr AlignmentDSL defaultCase = AlignmentDSL::center;
 };
 
 [[nodiscard]] constexpr HorizontalAlignment platformValue(HorizontalAlignmentDSL alignment) {
-    return static_cast<HorizontalAlignment>(alignment);
+    return namesake<HorizontalAlignment>(alignment);
 }
 [[nodiscard]] constexpr VerticalAlignment platformValue(VerticalAlignmentDSL alignment) {
-    return static_cast<VerticalAlignment>(alignment);
+    return namesake<VerticalAlignment>(alignment);
 }
 [[nodiscard]] constexpr Alignment platformValue(AlignmentDSL alignment) {
-    constexpr std::array values{Alignment::center,      Alignment::leading,       Alignment::trailing,
-                                Alignment::top,         Alignment::bottom,        Alignment::topLeading,
-                                Alignment::topTrailing, Alignment::bottomLeading, Alignment::bottomTrailing};
-    return values[static_cast<std::size_t>(alignment)];
+    using enum AlignmentDSL;
+    constexpr EnumeratorTable<AlignmentDSL, Alignment> values{{{center, Alignment::center},
+                                                               {leading, Alignment::leading},
+                                                               {trailing, Alignment::trailing},
+                                                               {top, Alignment::top},
+                                                               {bottom, Alignment::bottom},
+                                                               {topLeading, Alignment::topLeading},
+                                                               {topTrailing, Alignment::topTrailing},
+                                                               {bottomLeading, Alignment::bottomLeading},
+                                                               {bottomTrailing, Alignment::bottomTrailing}}};
+    return values[alignment];
 }
 
 }  // namespace tavrin

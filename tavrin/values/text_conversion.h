@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <concepts>
 #include <optional>
 #include <span>
@@ -9,6 +8,7 @@
 #include <string_view>
 
 #include "tavrin/json/coding.h"
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/memory/shared_text.h"
 #include "tavrin/platform/foundation/memory/short_text.h"
 
@@ -20,6 +20,12 @@ namespace tavrin {
 template <class Enum>
 struct Keywords;
 
+/// What the specialisation derives from where the raw values are the names of the cases.
+template <class Enum>
+struct NamedKeywords {
+    static constexpr const auto& raw = enumeratorNames<Enum>;
+};
+
 /// An enumeration of keywords: built from text, which must be exactly one of the raw values, and written as that.
 template <class Enum>
 concept StringConvertible = std::is_enum_v<Enum> && requires {
@@ -28,7 +34,7 @@ concept StringConvertible = std::is_enum_v<Enum> && requires {
 
 template <StringConvertible Enum>
 [[nodiscard]] constexpr std::string_view rawValue(Enum value) {
-    return Keywords<Enum>::raw[static_cast<std::size_t>(value)];
+    return Keywords<Enum>::raw[indexOf(value)];
 }
 
 /// The case whose raw value is exactly `text`.

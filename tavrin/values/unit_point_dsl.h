@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string_view>
 
@@ -26,21 +25,25 @@ enum class UnitPointDSL : unsigned char {
 };
 
 template <>
-struct Keywords<UnitPointDSL> {
+struct Keywords<UnitPointDSL> : NamedKeywords<UnitPointDSL> {
     static constexpr std::string_view typeName = "UnitPointDSL";
-    static constexpr std::array<std::string_view, 10> raw{"zero",          "center",        "leading",    "trailing",
-                                                          "top",           "bottom",        "topLeading", "topTrailing",
-                                                          "bottomLeading", "bottomTrailing"};
     static constexpr UnitPointDSL defaultCase = UnitPointDSL::zero;
 };
 
 /// The platform's point of the same name.
 [[nodiscard]] constexpr UnitPoint platformValue(UnitPointDSL point) {
-    constexpr std::array values{UnitPoint::zero,          UnitPoint::center,      UnitPoint::leading,
-                                UnitPoint::trailing,      UnitPoint::top,         UnitPoint::bottom,
-                                UnitPoint::topLeading,    UnitPoint::topTrailing, UnitPoint::bottomLeading,
-                                UnitPoint::bottomTrailing};
-    return values[static_cast<std::size_t>(point)];
+    using enum UnitPointDSL;
+    constexpr EnumeratorTable<UnitPointDSL, UnitPoint> values{{{zero, UnitPoint::zero},
+                                                               {center, UnitPoint::center},
+                                                               {leading, UnitPoint::leading},
+                                                               {trailing, UnitPoint::trailing},
+                                                               {top, UnitPoint::top},
+                                                               {bottom, UnitPoint::bottom},
+                                                               {topLeading, UnitPoint::topLeading},
+                                                               {topTrailing, UnitPoint::topTrailing},
+                                                               {bottomLeading, UnitPoint::bottomLeading},
+                                                               {bottomTrailing, UnitPoint::bottomTrailing}}};
+    return values[point];
 }
 
 /// What authors should know of an effect's "anchor".

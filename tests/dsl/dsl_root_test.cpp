@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/dsl/structure.h"
-#include "tavrin/nodes/text_node.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tests/dsl/rendered.h"
 
 namespace tavrin {
@@ -21,7 +21,7 @@ TEST(DSLVersion, IsOrderedByItsRawValue) {
     EXPECT_EQ(rawValue(DSLVersion::v1), "1.0");
     EXPECT_EQ(rawValue(DSLVersion::v1_1), "1.1");
     EXPECT_EQ(rawValue(DSLVersion::v1_2), "1.2");
-    EXPECT_EQ(caseName(DSLVersion::v1_2), "v1_2");
+    EXPECT_EQ(name(DSLVersion::v1_2), "v1_2");
     EXPECT_EQ(DSLJSONEncoder().encode(DSLVersion::v1_1), "\"1.1\"");
 }
 

@@ -41,7 +41,6 @@ inline Color hex(std::string_view text) { return colorFromHexString(text).value(
 /// What `action` throws, as one line: "typeMismatch at nodes.main: expected …", "RefNode: …"; empty when nothing.
 template <class Action>
 std::string failureOf(Action action) {
-    constexpr const char* kinds[] = {"keyNotFound", "typeMismatch", "valueNotFound", "dataCorrupted"};
     const auto placed = [](std::string kind, const PlacedError& error) {
         return (error.role == TextRole::model ? "model: " : "") + std::move(kind) + " at " + toText(error.codingPath) +
                ": " + error.message;
@@ -49,7 +48,7 @@ std::string failureOf(Action action) {
     try {
         static_cast<void>(action());
     } catch (const DecodingError& error) {
-        return placed(kinds[static_cast<std::size_t>(error.kind)], error);
+        return placed(std::string(name(error.kind)), error);
     } catch (const ConversionError& error) {
         return placed("conversion", error);
     } catch (const ModelContextError& error) {

@@ -5,8 +5,8 @@
 
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/structure.h"
-#include "tavrin/modifiers/padding_modifier.h"
-#include "tavrin/nodes/text_node.h"
+#include "tavrin/modifiers/layout_modifiers.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tests/dsl/rendered.h"
 
 namespace tavrin {

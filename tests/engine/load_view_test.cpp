@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/modifiers/frame_modifier.h"
-#include "tavrin/nodes/timer_node.h"
+#include "tavrin/modifiers/layout_modifiers.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tests/dsl/rendered.h"
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "tavrin/modifiers/effect_modifiers.h"
+
 #include <limits>
 #include <numbers>
 
 #include <gtest/gtest.h>
 
-#include "tavrin/modifiers/clock_hand_rotation_effect_modifier.h"
 #include "tavrin/modifiers/kel_clock_widget_kit.h"
-#include "tavrin/modifiers/rotation_effect_modifier.h"
-#include "tavrin/modifiers/scale_effect_modifier.h"
 #include "tavrin/modifiers/widget_url_modifier.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tests/modifiers/modified.h"

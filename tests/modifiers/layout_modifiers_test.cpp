@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "tavrin/modifiers/layout_modifiers.h"
+
 #include <gtest/gtest.h>
 
-#include "tavrin/modifiers/aspect_ratio_modifier.h"
-#include "tavrin/modifiers/frame_modifier.h"
-#include "tavrin/modifiers/line_limit_modifier.h"
-#include "tavrin/modifiers/offset_modifier.h"
-#include "tavrin/modifiers/padding_modifier.h"
-#include "tavrin/modifiers/z_index_modifier.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tests/modifiers/modified.h"
 

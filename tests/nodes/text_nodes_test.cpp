@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "tavrin/nodes/text_nodes.h"
+
 #include <gtest/gtest.h>
 
-#include "tavrin/nodes/text_node.h"
-#include "tavrin/nodes/timer_node.h"
 #include "tavrin/platform/ui/view_modifiers.h"
 #include "tests/dsl/rendered.h"
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/dsl/registry.h"
+#include "tavrin/engine/registries.h"
 #include "tavrin/json/json.h"
 #include "tavrin/schema/document_schema.h"
 #include "tavrin/schema/language.h"

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/engine/json_decoder.h"
-#include "tavrin/nodes/font_weight.h"
+#include "tavrin/nodes/text_nodes.h"
 
 namespace tavrin {
 namespace {

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/modifiers/aspect_ratio_modifier.h"
-#include "tavrin/nodes/font_weight.h"
+#include "tavrin/modifiers/layout_modifiers.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/alignment_dsl.h"

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/nodes/font_weight.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tavrin/values/alignment_dsl.h"
 #include "tavrin/values/dsl_value.h"
 

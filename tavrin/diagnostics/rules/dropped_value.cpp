@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/modifiers/effect_modifiers.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/foundation/time/time_zone_names.h"
@@ -12,7 +13,7 @@ namespace {
 constexpr std::string_view truths[] = {"true", "false"};
 
 /// Whether a property is a time zone, which counts as left out where it is not known.
-bool isTimeZone(const LanguageField& field) { return field.key == "timeZone"; }
+bool isTimeZone(const LanguageField& field) { return field.key == keyOf<&ClockHandRotationEffectModifier::timeZone>; }
 
 /// The words that a text for a property may be; empty where it takes any.
 std::span<const std::string_view> wordsOf(const LanguageField& field) {

@@ -2,6 +2,7 @@
 #include <map>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/dsl/dsl_root.h"
 
 namespace tavrin {
 
@@ -14,7 +15,7 @@ void findDuplicateKeys(const WrittenSubject& subject, Findings& findings) {
                                   "the key " + inQuotes(outline.key(member.value)) +
                                       " stands here a second time; only the first counts");
     if (subject.document.records().empty()) return;
-    const WrittenMember* const nodes = memberOf(subject.document.records().front(), "nodes");
+    const WrittenMember* const nodes = memberOf<&DSLRoot::nodes>(subject.document.records().front());
     if (!nodes || !outline.isObject(nodes->value)) return;
     outline.forEachChild(nodes->value, [&](JSONOutline::Index entry) {
         const std::string name = outline.key(entry);

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/images/web_image_node.h"
+#include "tavrin/modifiers/widget_url_modifier.h"
+#include "tavrin/nodes/link_node.h"
 #include "tavrin/platform/foundation/net/url.h"
 
 namespace tavrin {
 namespace {
 
 bool isAddress(const WrittenRecord& record, const WrittenMember& member, bool hasPictureFolder) {
-    const std::string_view type = record.type->name;
-    if (type == "webImage") return !hasPictureFolder && (member.field->key == "url" || member.field->key == "alt");
-    return (type == "link" || type == "widgetURL") && member.field->key == "url";
+    if (isProperty<&LinkNode::url, &WidgetURLModifier::url>(record, member)) return true;
+    return !hasPictureFolder && isProperty<&WebImageNode::url, &WebImageNode::alt>(record, member);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/dsl/dsl_root.h"
 
 namespace tavrin {
 
@@ -9,7 +10,7 @@ void findNewerFeatures(const WrittenSubject& subject, Findings& findings) {
     const WrittenDocument& document = subject.document;
     const JSONOutline& outline = document.outline();
     const WrittenMember* const version =
-        document.records().empty() ? nullptr : memberOf(document.records().front(), "version");
+        document.records().empty() ? nullptr : memberOf<&DSLRoot::version>(document.records().front());
     if (!version || !outline.isString(version->value)) return;
     const std::string declared = outline.string(version->value);
     const std::span<const std::string_view> known = version->field->words;

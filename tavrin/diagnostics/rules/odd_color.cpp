@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/modifiers/appearance_modifiers.h"
 #include "tavrin/nodes/color_string.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
@@ -126,17 +127,13 @@ void findOddColors(const WrittenSubject& subject, Findings& findings) {
     ColorRule rule(subject, findings);
     const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
-        const bool isColor = record.type->name == "color";
-        const WrittenMember* const gradient = isColor ? memberOf(record, "gradient") : nullptr;
+        const WrittenMember* const gradient = memberOf<&ColorNode::gradient>(record);
         const bool isGradient =
             gradient && (outline.raw(gradient->value) == "true" || outline.raw(gradient->value) == "\"true\"");
-        if (isColor) {
-            if (const auto* value = memberOf(record, "value")) rule.judge(*value, isGradient, true, true);
-            if (const auto* dark = memberOf(record, "dark"); dark && !isGradient)
-                rule.judge(*dark, false, false, false);
-        } else if (record.type->name == "border") {
-            if (const auto* color = memberOf(record, "color")) rule.judge(*color, false, false, false);
-        }
+        if (const auto* value = memberOf<&ColorNode::value>(record)) rule.judge(*value, isGradient, true, true);
+        if (const auto* dark = memberOf<&ColorNode::dark>(record); dark && !isGradient)
+            rule.judge(*dark, false, false, false);
+        if (const auto* color = memberOf<&BorderModifier::color>(record)) rule.judge(*color, false, false, false);
     }
 }
 

@@ -3,15 +3,17 @@
 #include <cmath>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/modifiers/effect_modifiers.h"
+#include "tavrin/nodes/text_nodes.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/schema/note_text.h"
 
 namespace tavrin {
 namespace {
 
-/// What no range says: a number of one key that is read as it is, but surely meant otherwise.
+/// What no range says: a number of some property that is read as it is, but surely meant otherwise.
 struct Oddity {
-    std::string_view key;
+    bool (*mayBeIn)(const WrittenRecord& record, const WrittenMember& member);
     bool (*is)(double number);
     std::string_view message;  // what follows from the number
 };
@@ -22,9 +24,9 @@ bool isNothing(double number) { return number == 0; }
 bool isFar(double number) { return number >= year5000 && std::isfinite(number); }
 
 constexpr std::array oddities{
-    Oddity{"fontSize", isNothing, ", so the text is not drawn"},
-    Oddity{"period", isNothing, ", so the hand does not turn"},
-    Oddity{"timestamp", isFar, " seconds, after the year 5000; were milliseconds meant?"},
+    Oddity{isProperty<&TextNode::fontSize, &TimerNode::fontSize>, isNothing, ", so the text is not drawn"},
+    Oddity{isProperty<&ClockHandRotationEffectModifier::period>, isNothing, ", so the hand does not turn"},
+    Oddity{isProperty<&TimerNode::timestamp>, isFar, " seconds, after the year 5000; were milliseconds meant?"},
 };
 
 /// What a share that is given in per cent was meant to be.
@@ -36,16 +38,17 @@ std::string shareHint(const Note& note, double number) {
 }
 
 /// What is wrong with a number; empty where nothing is. `text` is how it is written.
-std::string faultOf(const LanguageField& field, const std::string& text, bool isBound) {
+std::string faultOf(const WrittenRecord& record, const WrittenMember& member, const std::string& text, bool isBound) {
     const std::optional<double> number = doubleFromText(text);
     if (!number || std::isnan(*number)) return {};
-    const Note& note = field.note;
-    const std::string said = inQuotes(field.key) + " is " + text.substr(0, 80) + (isBound ? " in the model" : "");
+    const Note& note = member.field->note;
+    const std::string said =
+        inQuotes(member.field->key) + " is " + text.substr(0, 80) + (isBound ? " in the model" : "");
     const bool isBelow = note.minimum && *number < *note.minimum;
     const bool isAbove = note.maximum && *number > *note.maximum;
     if (isBelow || isAbove) return said + ", not " + sensibleRange(note) + shareHint(note, *number);
     for (const Oddity& oddity : oddities)
-        if (oddity.key == field.key && oddity.is(*number)) return said + std::string(oddity.message);
+        if (oddity.is(*number) && oddity.mayBeIn(record, member)) return said + std::string(oddity.message);
     return {};
 }
 
@@ -53,7 +56,7 @@ std::string faultOf(const LanguageField& field, const std::string& text, bool is
 
 void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings) {
     const JSONOutline& outline = subject.document.outline();
-    forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
+    forEachProperty(subject.document, [&](const WrittenRecord& record, const WrittenMember& member) {
         const LanguageField& field = *member.field;
         if (field.isList || (field.kind != ValueKind::number && field.kind != ValueKind::integer)) return;
         const auto expression = expressionIn(subject.document, member);
@@ -64,7 +67,7 @@ void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings) {
             text = outline.string(member.value);
         else
             text = outline.raw(member.value);
-        const std::string fault = text ? faultOf(field, *text, expression.has_value()) : std::string();
+        const std::string fault = text ? faultOf(record, member, *text, expression.has_value()) : std::string();
         if (!fault.empty()) findings.add(Rule::outOfRange, outline, member.value, fault);
     });
 }

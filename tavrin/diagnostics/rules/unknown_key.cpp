@@ -2,9 +2,13 @@
 #include <algorithm>
 
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/dsl/structure.h"
 
 namespace tavrin {
 namespace {
+
+/// All nodes have the same one.
+constexpr std::string_view modifiersKey = keyOf<&EmptyViewNode::modifiers>;
 
 /// Keys that authors and editors may use for themselves: "$schema", "_todo", "//".
 bool isTheAuthorsOwn(std::string_view key) {
@@ -28,13 +32,13 @@ void report(const WrittenDocument& document, const WrittenRecord& record, JSONOu
             const std::string& key, Findings& findings) {
     const JSONOutline& outline = document.outline();
     const std::vector<std::string_view> keys = freeKeys(record);
-    const bool belongsIntoList = isModifier(key) && memberOf(record, "modifiers") != nullptr;
+    const WrittenMember* const list = isModifier(key) ? memberOf(record, modifiersKey) : nullptr;
     const std::string hint =
-        belongsIntoList ? std::string("; a modifier stands in the list \"modifiers\"") : suggestionFor(key, keys);
+        list ? "; a modifier stands in the list " + inQuotes(modifiersKey) : suggestionFor(key, keys);
     Diagnostic& found =
         findings.addAtKey(Rule::unknownKey, outline, member,
                           "unknown key " + inQuotes(key) + " in " + std::string(record.type->name) + hint);
-    if (const auto meant = onlyCloseMatch(key, keys); meant && !belongsIntoList)
+    if (const auto meant = onlyCloseMatch(key, keys); meant && !list)
         found.fix = {{keyRangeOf(outline, member), inQuotes(*meant)}};
 }
 
@@ -47,7 +51,7 @@ void findUnknownKeys(const WrittenSubject& subject, Findings& findings) {
             if (member.field || member.isRepeated || findings.isFull()) continue;
             const std::string key = outline.key(member.value);
             // A colour that a property holds may name its type as a node does.
-            if (isTheAuthorsOwn(key) || (key == "type" && record.object != 0)) continue;
+            if (isTheAuthorsOwn(key) || (key == typeKey && record.object != 0)) continue;
             report(subject.document, record, member.value, key, findings);
         }
     }

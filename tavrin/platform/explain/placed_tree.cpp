@@ -67,8 +67,7 @@ double PlacedTree::spacingBefore(Index index) const {
 bool PlacedTree::isSecondary(Index index) const {
     const std::optional<Index> outer = parent(index);
     if (!outer) return false;
-    const bool hasSecond = traitsOf(node(*outer).kind).holds == ViewTraits::Holds::contentAndSecond;
-    return hasSecond && tree_.secondary(*outer) == index;
+    return traitsOf(node(*outer).kind).holdsSecond() && tree_.secondary(*outer) == index;
 }
 
 std::string PlacedTree::called(Index index) const {

@@ -11,26 +11,30 @@
 namespace tavrin {
 namespace {
 
-PreconditionHandler& installedHandler() {
+PreconditionHandler& handlerOfProcess() {
     static PreconditionHandler handler;
     return handler;
 }
 
-thread_local bool thisThreadThrows = false;
+thread_local const PreconditionHandler* handlerOfThread = nullptr;
 
 }  // namespace
 
 PreconditionHandler setPreconditionHandler(PreconditionHandler handler) {
-    return std::exchange(installedHandler(), std::move(handler));
+    return std::exchange(handlerOfProcess(), std::move(handler));
 }
 
-ThrowingPreconditions::ThrowingPreconditions() : outer_(std::exchange(thisThreadThrows, true)) {}
+void throwPreconditionError(std::string_view message) { throw TavrinError("Precondition", std::string(message)); }
 
-ThrowingPreconditions::~ThrowingPreconditions() { thisThreadThrows = outer_; }
+ThrowingPreconditions::ThrowingPreconditions() {
+    static const PreconditionHandler throwing = throwPreconditionError;
+    outer_ = std::exchange(handlerOfThread, &throwing);
+}
+
+ThrowingPreconditions::~ThrowingPreconditions() { handlerOfThread = outer_; }
 
 void preconditionFailure(std::string_view message) {
-    if (thisThreadThrows) throw TavrinError("Precondition", std::string(message));
-    if (const PreconditionHandler& handler = installedHandler()) handler(message);
+    if (const PreconditionHandler& handler = handlerOfThread ? *handlerOfThread : handlerOfProcess()) handler(message);
     std::fprintf(stderr, "tavrin: precondition failed: %.*s\n", static_cast<int>(message.size()), message.data());
     std::abort();
 }

@@ -14,8 +14,10 @@ using PreconditionHandler = std::function<void(std::string_view message)>;
 /// one line on stderr and ends the process. Not to be called while another thread renders.
 PreconditionHandler setPreconditionHandler(PreconditionHandler handler);
 
-/// While one lives, a precondition violated on its thread throws a `TavrinError` of kind "Precondition", whatever the
-/// handler is.
+/// The handler that makes an error of it: throws a `TavrinError` of kind "Precondition".
+[[noreturn]] void throwPreconditionError(std::string_view message);
+
+/// While one lives, `throwPreconditionError` is the handler of its thread, whatever that of the process is.
 class ThrowingPreconditions {
 public:
     ThrowingPreconditions();
@@ -24,7 +26,7 @@ public:
     ~ThrowingPreconditions();
 
 private:
-    bool outer_;
+    const PreconditionHandler* outer_;
 };
 
 /// Reports a violated precondition; never returns.

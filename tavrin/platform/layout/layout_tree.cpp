@@ -21,8 +21,7 @@ LayoutTree::LayoutTree(Size widget, const EnvironmentValues& environment)
 LayoutTree::Index LayoutTree::content(Index modifier) const {
     const ViewKind kind = nodes_[modifier].kind;
     if (kind == ViewKind::geometryReader) return readers_[nodes_[modifier].detail].content;
-    const bool hasSecond = traitsOf(kind).holds == ViewTraits::Holds::contentAndSecond;
-    return hasSecond ? nodes_[modifier + 1].end : modifier + 1;
+    return traitsOf(kind).holdsSecond() ? nodes_[modifier + 1].end : modifier + 1;
 }
 
 LayoutTree::Index LayoutTree::secondary(Index modifier) const { return modifier + 1; }

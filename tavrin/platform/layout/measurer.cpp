@@ -73,8 +73,26 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
             const EdgeInsets insets = insetsOf(*node.view->as<InsetPadding>());
             return answerAround(insets, answer(index + 1, layout::proposalInside(insets, proposal)));
         }
-        default: return answer(tree_.content(index), proposal);
+        case ViewKind::link:
+        case ViewKind::offset:
+        case ViewKind::scaleEffect:
+        case ViewKind::rotationEffect:
+        case ViewKind::rotation3DEffect:
+        case ViewKind::clockHandRotationEffect:
+        case ViewKind::lineLimit:
+        case ViewKind::zIndex:
+        case ViewKind::foregroundColor:
+        case ViewKind::border:
+        case ViewKind::clipShape:
+        case ViewKind::clipped:
+        case ViewKind::cornerRadius:
+        case ViewKind::opacity:
+        case ViewKind::widgetURL:
+        case ViewKind::composed:
+        case ViewKind::background:
+        case ViewKind::overlay: break;
     }
+    return answer(tree_.content(index), proposal);
 }
 
 Size Measurer::containerAnswer(Index container, const Proposal& proposal) {

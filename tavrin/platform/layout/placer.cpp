@@ -81,9 +81,35 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
             }
             case ViewKind::geometryReader: return placedReaders_.push_back(index);
             case ViewKind::aspectRatio: proposal = measurer_.proposalInside(index, proposal); break;
-            default: break;
+            case ViewKind::emptyView:
+            case ViewKind::spacer:
+            case ViewKind::image:
+            case ViewKind::color:
+            case ViewKind::linearGradient:
+            case ViewKind::circle:
+            case ViewKind::rectangle:
+            case ViewKind::roundedRectangle:
+            case ViewKind::capsule:
+            case ViewKind::trimmedShape:
+            case ViewKind::filledShape:
+            case ViewKind::strokedShape: return;
+            case ViewKind::link:
+            case ViewKind::offset:
+            case ViewKind::scaleEffect:
+            case ViewKind::rotationEffect:
+            case ViewKind::rotation3DEffect:
+            case ViewKind::clockHandRotationEffect:
+            case ViewKind::lineLimit:
+            case ViewKind::zIndex:
+            case ViewKind::foregroundColor:
+            case ViewKind::border:
+            case ViewKind::clipShape:
+            case ViewKind::clipped:
+            case ViewKind::cornerRadius:
+            case ViewKind::opacity:
+            case ViewKind::widgetURL:
+            case ViewKind::composed: break;
         }
-        if (content >= node.end) return;
         index = content;
     }
 }

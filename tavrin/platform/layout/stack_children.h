@@ -6,7 +6,7 @@
 
 namespace tavrin::layout {
 
-[[nodiscard]] constexpr bool isStack(ViewKind kind) { return traitsOf(kind).holds == ViewTraits::Holds::children; }
+[[nodiscard]] constexpr bool isStack(ViewKind kind) { return traitsOf(kind).isStack(); }
 
 /// Along which axis a vertical or horizontal stack lays its children.
 [[nodiscard]] constexpr Axis mainAxis(ViewKind stack) {

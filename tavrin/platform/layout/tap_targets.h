@@ -26,10 +26,6 @@ struct TapTarget {
 
     friend bool operator==(const TapTarget&, const TapTarget&) = default;
 };
-constexpr std::string_view name(TapTarget::Kind kind) {
-    constexpr std::string_view names[] = {"widget", "widgetURL", "link"};
-    return names[static_cast<unsigned>(kind)];
-}
 
 }  // namespace tavrin
 

@@ -123,7 +123,7 @@ void TreeBuilder::addChildren(const Pending& pending, Index index) {
         pending_.push_back({&child, index, inherited, pending.depth + 1, axes});
     });
     // A second view comes before the content; it is in no stack.
-    if (traitsOf(kind).holds == ViewTraits::Holds::contentAndSecond) pending_[first].axes = SpacerAxes::both;
+    if (traitsOf(kind).holdsSecond()) pending_[first].axes = SpacerAxes::both;
     // The last to be pushed is the first to be taken.
     std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }

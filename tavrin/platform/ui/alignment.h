@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "tavrin/platform/foundation/enumerators.h"
+
 namespace tavrin {
 
 enum class HorizontalAlignment : unsigned char { leading, center, trailing };
@@ -37,22 +39,24 @@ inline constexpr Alignment Alignment::bottomLeading{HorizontalAlignment::leading
 inline constexpr Alignment Alignment::bottomTrailing{HorizontalAlignment::trailing, VerticalAlignment::bottom};
 
 /// The share of spare room that lies before the view: 0, 0.5 or 1.
-constexpr double fraction(HorizontalAlignment alignment) { return static_cast<double>(alignment) * 0.5; }
-constexpr double fraction(VerticalAlignment alignment) { return static_cast<double>(alignment) * 0.5; }
+constexpr double fraction(HorizontalAlignment alignment) {
+    using enum HorizontalAlignment;
+    return EnumeratorTable<HorizontalAlignment, double>{{{leading, 0}, {center, 0.5}, {trailing, 1}}}[alignment];
+}
+constexpr double fraction(VerticalAlignment alignment) {
+    using enum VerticalAlignment;
+    return EnumeratorTable<VerticalAlignment, double>{{{top, 0}, {center, 0.5}, {bottom, 1}}}[alignment];
+}
 
-constexpr std::string_view name(HorizontalAlignment alignment) {
-    constexpr std::string_view names[] = {"leading", "center", "trailing"};
-    return names[static_cast<unsigned>(alignment)];
-}
-constexpr std::string_view name(VerticalAlignment alignment) {
-    constexpr std::string_view names[] = {"top", "center", "bottom"};
-    return names[static_cast<unsigned>(alignment)];
-}
 constexpr std::string_view name(Alignment alignment) {
-    constexpr std::string_view names[3][3] = {{"topLeading", "top", "topTrailing"},
-                                              {"leading", "center", "trailing"},
-                                              {"bottomLeading", "bottom", "bottomTrailing"}};
-    return names[static_cast<unsigned>(alignment.vertical)][static_cast<unsigned>(alignment.horizontal)];
+    using Across = EnumeratorTable<HorizontalAlignment, std::string_view>;
+    using enum HorizontalAlignment;
+    constexpr EnumeratorTable<VerticalAlignment, Across> names{
+        {{VerticalAlignment::top, {{{leading, "topLeading"}, {center, "top"}, {trailing, "topTrailing"}}}},
+         {VerticalAlignment::center, {{{leading, "leading"}, {center, "center"}, {trailing, "trailing"}}}},
+         {VerticalAlignment::bottom,
+          {{{leading, "bottomLeading"}, {center, "bottom"}, {trailing, "bottomTrailing"}}}}}};
+    return names[alignment.vertical][alignment.horizontal];
 }
 
 }  // namespace tavrin

@@ -33,9 +33,4 @@ struct Font {
     friend bool operator==(const Font&, const Font&) = default;
 };
 
-constexpr std::string_view name(Font::Weight weight) {
-    constexpr std::string_view names[] = {"regular", "semibold", "bold"};
-    return names[static_cast<unsigned>(weight)];
-}
-
 }  // namespace tavrin

@@ -71,6 +71,9 @@ struct ViewTraits {
     bool composes = false;
     /// It draws something beside its content.
     bool drawsBesideContent = false;
+
+    [[nodiscard]] constexpr bool holdsSecond() const { return holds == Holds::contentAndSecond; }
+    [[nodiscard]] constexpr bool isStack() const { return holds == Holds::children; }
 };
 
 }  // namespace tavrin

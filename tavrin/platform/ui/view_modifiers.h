@@ -179,15 +179,16 @@ struct ClockHandPeriod {
 
     static constexpr ClockHandPeriod custom(double seconds) { return {Hand::custom, seconds}; }
     [[nodiscard]] constexpr double seconds() const {
-        constexpr double ofHands[] = {0, 43'200, 3600, 60};
-        return hand == Hand::custom ? customSeconds : ofHands[static_cast<unsigned>(hand)];
+        switch (hand) {
+            case Hand::custom: break;
+            case Hand::hour: return 43'200;
+            case Hand::minute: return 3600;
+            case Hand::second: return 60;
+        }
+        return customSeconds;
     }
     friend bool operator==(const ClockHandPeriod&, const ClockHandPeriod&) = default;
 };
-constexpr std::string_view name(ClockHandPeriod::Hand hand) {
-    constexpr std::string_view names[] = {"custom", "hour", "minute", "second"};
-    return names[static_cast<unsigned>(hand)];
-}
 
 /// Draws its content turned like the hand of a clock in a time zone: upright as 1970 begins there, once around in each
 /// period.
@@ -208,7 +209,6 @@ struct ClockHandRotationEffect {
 };
 
 enum class ContentMode : unsigned char { fit, fill };
-constexpr std::string_view name(ContentMode mode) { return mode == ContentMode::fit ? "fit" : "fill"; }
 
 /// Proposes a size of one ratio (width / height) to its content; an absent ratio is the content's own.
 struct AspectRatio {

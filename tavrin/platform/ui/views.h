@@ -90,9 +90,6 @@ struct LinearGradient {
 };
 
 enum class RoundedCornerStyle : unsigned char { circular, continuous };
-constexpr std::string_view name(RoundedCornerStyle style) {
-    return style == RoundedCornerStyle::circular ? "circular" : "continuous";
-}
 
 struct Circle {
     static constexpr ViewKind kind = ViewKind::circle;
@@ -172,8 +169,6 @@ struct FilledShape {
 
 enum class LineCap : unsigned char { butt, round };
 enum class LineJoin : unsigned char { miter };
-constexpr std::string_view name(LineCap cap) { return cap == LineCap::butt ? "butt" : "round"; }
-constexpr std::string_view name(LineJoin) { return "miter"; }
 
 /// An outline drawn with a pen centred on it.
 struct StrokedShape {

@@ -14,7 +14,7 @@ constexpr Size none{};
 /// Screens that share all widget sizes.
 struct ScreenSizes {
     std::array<Size, 3> screens;  // `none` behind the last
-    std::array<Size, widgetFamilyNames.size()> sizes;
+    std::array<Size, enumeratorCount<WidgetFamily>> sizes;
 };
 
 /// Only tablets have extra large widgets, and only lock screens of phones accessories.
@@ -41,11 +41,7 @@ constexpr ScreenSizes rows[] = {
 
 }  // namespace
 
-std::optional<WidgetFamily> widgetFamily(std::string_view name) {
-    const auto found = std::find(widgetFamilyNames.begin(), widgetFamilyNames.end(), name);
-    if (found == widgetFamilyNames.end()) return std::nullopt;
-    return static_cast<WidgetFamily>(found - widgetFamilyNames.begin());
-}
+std::optional<WidgetFamily> widgetFamily(std::string_view name) { return enumeratorNamed<WidgetFamily>(name); }
 
 std::span<const Size> knownScreens() {
     static const std::vector<Size> screens = [] {
@@ -63,15 +59,14 @@ std::optional<Size> widgetSize(WidgetFamily family, Size screen) {
         return screen != none && std::find(each.screens.begin(), each.screens.end(), screen) != each.screens.end();
     });
     if (row == std::end(rows)) return std::nullopt;
-    const Size size = row->sizes[static_cast<std::size_t>(family)];
+    const Size size = row->sizes[indexOf(family)];
     return size == none ? std::nullopt : std::optional(size);
 }
 
 std::optional<WidgetRoom> widgetRoom(WidgetFamily family, Size screen) {
     const std::optional<Size> size = widgetSize(family, screen);
     if (!size) return std::nullopt;
-    return WidgetRoom{std::string(widgetFamilyNames[static_cast<std::size_t>(family)]), *size,
-                      linksCanBeTapped(family)};
+    return WidgetRoom{std::string(name(family)), *size, linksCanBeTapped(family)};
 }
 
 }  // namespace tavrin

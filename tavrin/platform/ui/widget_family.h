@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/geometry.h"
 
 namespace tavrin {
@@ -22,9 +22,7 @@ enum class WidgetFamily : unsigned char {
     accessoryInline,
 };
 
-inline constexpr std::array<std::string_view, 7> widgetFamilyNames{
-    "systemSmall",       "systemMedium",         "systemLarge",    "systemExtraLarge",
-    "accessoryCircular", "accessoryRectangular", "accessoryInline"};
+inline constexpr const auto& widgetFamilyNames = enumeratorNames<WidgetFamily>;
 
 /// The family of that name.
 [[nodiscard]] std::optional<WidgetFamily> widgetFamily(std::string_view name);

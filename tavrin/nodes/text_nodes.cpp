@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/nodes/timer_node.h"
+#include "tavrin/nodes/text_nodes.h"
 
 #include "tavrin/dsl/render_state.h"
 #include "tavrin/platform/ui/views.h"
@@ -22,6 +22,13 @@ std::optional<Font> fontOf(const TimerNode& timer) {
 }
 
 }  // namespace
+
+AnyView TextNode::render(Context& context) const {
+    Text text{.content = content.wrappedValue()};
+    if (const std::optional<float> size = fontSize.wrappedValue()) text.font = Font::system(double{*size});
+    text.fontWeight = textWeight(fontWeight.wrappedValue());
+    return applyModifiers(*this, std::move(text), context);
+}
 
 AnyView TimerNode::render(Context& context) const {
     const std::optional<float> seconds = timestamp.wrappedValue();

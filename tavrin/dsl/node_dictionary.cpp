@@ -1,7 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/dsl/dsl_root.h"
+#include "tavrin/dsl/node_dictionary.h"
 
 namespace tavrin {
+
+AnyView renderEntry(const NodeDictionary::value_type& entry, Context& context) {
+    try {
+        return entry.second.render(context);
+    } catch (PlacedError& error) {
+        error.enclose(entry.first);
+        error.enclose("nodes");
+        error.isRooted = true;
+        throw;
+    }
+}
 
 NodeDictionary Coding<NodeDictionary>::decode(const Decoder& decoder) {
     decoder.require(JSONKind::object);
