@@ -23,7 +23,7 @@ std::optional<std::string> BoundModel::find(std::string_view expression) const {
     }
 }
 
-std::optional<JSONOutline::Index> BoundModel::place(std::string_view expression) const {
+CodingPath pathInModel(std::string_view expression) {
     CodingPath path;
     const std::vector<JSONKey> keys = expressionPath(expression.substr(2, expression.size() - 4));
     for (std::size_t i = 1; i < keys.size(); ++i) {
@@ -32,8 +32,7 @@ std::optional<JSONOutline::Index> BoundModel::place(std::string_view expression)
         else
             path.emplace_back(static_cast<std::size_t>(std::get<std::int64_t>(keys[i])));
     }
-    const JSONOutline::Index found = outline_.nearest(path);
-    return outline_.path(found) == path ? std::optional(found) : std::nullopt;
+    return path;
 }
 
 bool isWellFormed(std::string_view expression) {

@@ -94,20 +94,56 @@ CodingPath JSONOutline::path(Index index) const {
     return path;
 }
 
-JSONOutline::Index JSONOutline::nearest(const CodingPath& path) const {
+std::optional<JSONOutline::Index> OutlinePaths::find(const CodingPath& path) {
+    const auto [found, steps] = follow(path);
+    return steps == path.size() ? std::optional(found) : std::nullopt;
+}
+
+std::pair<JSONOutline::Index, std::size_t> OutlinePaths::follow(const CodingPath& path) {
     Index at = 0;
-    for (const CodingKey& step : path) {
-        const auto* const wanted = std::get_if<std::string>(&step);
-        Index found = 0;  // the root is no one's child
-        for (Index child = at + 1; child < values_[at].last && found == 0; child = values_[child].last) {
-            const bool fits = wanted ? values_[child].hasKey() && key(child) == *wanted
-                                     : values_[child].position == std::get<std::size_t>(step);
-            if (fits) found = child;
-        }
-        if (found == 0) break;
-        at = found;
+    for (std::size_t steps = 0; steps < path.size(); ++steps) {
+        const Index next = child(at, path[steps]);
+        if (next == 0) return {at, steps};  // the root is no one's child
+        at = next;
     }
-    return at;
+    return {at, path.size()};
+}
+
+/// The child that a step leads to; 0 for none. The first few are looked at in turn, and only then all are listed.
+JSONOutline::Index OutlinePaths::child(Index parent, const CodingKey& step) {
+    constexpr std::size_t few = 16;
+    const Index behind = outline_[parent].last;
+    Index child = parent + 1;
+    if (child >= behind) return 0;
+    const auto* const key = std::get_if<std::string>(&step);
+    if (key ? !outline_.isObject(parent) : !outline_.isArray(parent)) return 0;
+    for (std::size_t i = 0; i < few && child < behind; ++i, child = outline_[child].last) {
+        ++visited_;
+        if (key ? outline_.key(child) == *key : i == std::get<std::size_t>(step)) return child;
+    }
+    if (child >= behind) return 0;
+    const Children& children = childrenOf(parent);
+    ++visited_;
+    if (key) {
+        const auto member = children.members.find(*key);
+        return member == children.members.end() ? 0 : member->second;
+    }
+    const std::size_t index = std::get<std::size_t>(step);
+    return index < children.elements.size() ? children.elements[index] : 0;
+}
+
+const OutlinePaths::Children& OutlinePaths::childrenOf(Index parent) {
+    const auto [entry, isNew] = children_.try_emplace(parent);
+    Children& children = entry->second;
+    if (!isNew) return children;
+    outline_.forEachChild(parent, [&](Index child) {
+        ++visited_;
+        if (outline_.isObject(parent))
+            children.members.emplace(outline_.key(child), child);
+        else
+            children.elements.push_back(child);
+    });
+    return children;
 }
 
 }  // namespace tavrin
