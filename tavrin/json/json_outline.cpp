@@ -13,53 +13,40 @@ JSONOutline::JSONOutline(std::string_view text) : text_(text.substr(0, maximumBy
     if (values_.empty()) values_.push_back({.last = 1});
 }
 
-/// Adds a value that begins there, without its end.
-void JSONOutline::beginValue(std::size_t at, std::vector<Index>& open) {
-    values_.push_back({.begin = static_cast<std::uint32_t>(at), .parent = open.empty() ? 0 : open.back()});
-}
-
 void JSONOutline::read() {
-    std::vector<Index> open;                 // the containers that are not ended yet
-    std::vector<std::uint32_t> counts;       // how many children each has
-    std::uint32_t keyBegin = 0, keyEnd = 0;  // of the member whose value comes next
-    const auto add = [&](std::size_t at, std::size_t end) {
-        beginValue(at, open);
-        Value& value = values_.back();
-        value.end = static_cast<std::uint32_t>(end);
-        value.last = static_cast<Index>(values_.size());
-        value.keyBegin = std::exchange(keyBegin, 0);
-        value.keyEnd = std::exchange(keyEnd, 0);
-        if (!counts.empty()) value.position = counts.back()++;
+    using Event = JSONScanner::Event;
+    struct Container {
+        Index index;
+        std::uint32_t children = 0;
     };
-    for (std::size_t at = skipBlanks(text_, 0); at < text_.size(); at = skipBlanks(text_, at)) {
-        const char c = text_[at];
-        if (c == ',' || c == ':') {
-            ++at;
-        } else if (c == '{' || c == '[') {
-            add(at, text_.size());
-            open.push_back(static_cast<Index>(values_.size() - 1));
-            counts.push_back(0);
-            ++at;
-        } else if (c == '}' || c == ']') {
-            ++at;
-            if (open.empty()) continue;
-            values_[open.back()].end = static_cast<std::uint32_t>(at);
-            values_[open.back()].last = static_cast<Index>(values_.size());
-            open.pop_back();
-            counts.pop_back();
-        } else {
-            const std::size_t end = c == '"' ? skipString(text_, at) : std::max(skipScalar(text_, at), at + 1);
-            const bool isKey = c == '"' && keyEnd == 0 && !open.empty() && text_[values_[open.back()].begin] == '{';
-            if (isKey) {
-                keyBegin = static_cast<std::uint32_t>(at);
-                keyEnd = static_cast<std::uint32_t>(end);
-            } else {
-                add(at, end);
-            }
-            at = end;
+    std::vector<Container> open;             // those that are not ended yet
+    std::uint32_t keyBegin = 0, keyEnd = 0;  // of the member whose value comes next
+    for (JSONScanner scanner(text_); scanner.next();) {
+        const auto begin = static_cast<std::uint32_t>(scanner.begin());
+        const auto end = static_cast<std::uint32_t>(scanner.end());
+        const auto count = static_cast<Index>(values_.size());
+        switch (scanner.event()) {
+            case Event::key:
+                keyBegin = begin;
+                keyEnd = end;
+                break;
+            case Event::end:
+                values_[open.back().index].end = end;
+                values_[open.back().index].last = count;
+                open.pop_back();
+                break;
+            default:
+                values_.push_back({.begin = begin,
+                                   .end = end,
+                                   .keyBegin = std::exchange(keyBegin, 0),
+                                   .keyEnd = std::exchange(keyEnd, 0),
+                                   .parent = open.empty() ? 0 : open.back().index,
+                                   .last = count + 1,
+                                   .position = open.empty() ? 0 : open.back().children++});
+                if (scanner.event() != Event::scalar) open.push_back({count});
         }
     }
-    for (const Index index : open) values_[index].last = static_cast<Index>(values_.size());
+    for (const Container& container : open) values_[container.index].last = static_cast<Index>(values_.size());
 }
 
 std::string_view JSONOutline::raw(Index index) const {
@@ -67,19 +54,11 @@ std::string_view JSONOutline::raw(Index index) const {
     return text_.substr(value.begin, value.end - value.begin);
 }
 
-namespace {
-
-std::string withoutQuotes(std::string_view raw) {
-    return raw.size() < 2 ? std::string() : unescaped(raw.substr(1, raw.size() - 2));
-}
-
-}  // namespace
-
-std::string JSONOutline::string(Index index) const { return withoutQuotes(raw(index)); }
+std::string JSONOutline::string(Index index) const { return JSONScanner::unquoted(raw(index)); }
 
 std::string JSONOutline::key(Index index) const {
     const Value& value = values_[index];
-    return withoutQuotes(text_.substr(value.keyBegin, value.keyEnd - value.keyBegin));
+    return JSONScanner::unquoted(text_.substr(value.keyBegin, value.keyEnd - value.keyBegin));
 }
 
 CodingPath JSONOutline::path(Index index) const {

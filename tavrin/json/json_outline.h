@@ -65,7 +65,6 @@ public:
 
 private:
     void read();
-    void beginValue(std::size_t at, std::vector<Index>& open);
 
     std::string_view text_;
     std::vector<Value> values_;
