@@ -80,7 +80,7 @@ void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings
         try {
             resolve(subject.model->context(), *member.field, *expression);
         } catch (const ModelContextError& error) {
-            const Stop stop = stopOf(subject.model->context().model, expression->substr(2, expression->size() - 4));
+            const Stop stop = stopOf(subject.model->context().model, innerOf(*expression));
             Diagnostic& found =
                 findings.add(Rule::unresolvedExpression, outline, member.value, error.message + stop.hint);
             const std::string meant = repaired(*subject.model, *expression, stop);
