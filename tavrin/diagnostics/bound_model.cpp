@@ -23,27 +23,26 @@ std::optional<std::string> BoundModel::find(std::string_view expression) const {
     }
 }
 
-std::optional<JSONOutline::Index> BoundModel::place(std::string_view expression) const {
+CodingPath pathInModel(std::string_view expression) {
     CodingPath path;
-    const std::vector<JSONKey> keys = expressionPath(expression.substr(2, expression.size() - 4));
+    const std::vector<JSONKey> keys = expressionPath(innerOf(expression));
     for (std::size_t i = 1; i < keys.size(); ++i) {
         if (const auto* key = std::get_if<std::string>(&keys[i]))
             path.emplace_back(*key);
         else
             path.emplace_back(static_cast<std::size_t>(std::get<std::int64_t>(keys[i])));
     }
-    const JSONOutline::Index found = outline_.nearest(path);
-    return outline_.path(found) == path ? std::optional(found) : std::nullopt;
+    return path;
 }
 
 bool isWellFormed(std::string_view expression) {
-    if (!isExpression(expression) || expression.size() < 4) return false;
-    const std::string_view inner = expression.substr(2, expression.size() - 4);
-    if (hasReversedBrackets(inner)) return false;
-    ExpressionWalk walk(inner);
+    if (!isExpression(expression)) return false;
+    ExpressionWalk walk(innerOf(expression));
+    if (!walk.next() || (walk.key() != "initServerParam" && walk.key() != "initEnvironment")) return false;
     if (!walk.next()) return false;
-    const bool isKnownStore = walk.key() == "initServerParam" || walk.key() == "initEnvironment";
-    return isKnownStore && walk.next();
+    while (walk.next()) {
+    }
+    return !walk.fault();
 }
 
 }  // namespace tavrin

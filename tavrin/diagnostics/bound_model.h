@@ -21,8 +21,6 @@ public:
 
     /// The text that an expression leads to; none where it leads nowhere. The expression must be well-formed.
     [[nodiscard]] std::optional<std::string> find(std::string_view expression) const;
-    /// Where what an expression leads to is written; absent where that is not in the model's text.
-    [[nodiscard]] std::optional<JSONOutline::Index> place(std::string_view expression) const;
 
 private:
     BoundModel(ModelContext context, std::string_view text) : context_(std::move(context)), outline_(text) {}
@@ -30,6 +28,9 @@ private:
     ModelContext context_;
     JSONOutline outline_;
 };
+
+/// The path into a model that an expression stands for, which must be well-formed.
+[[nodiscard]] CodingPath pathInModel(std::string_view expression);
 
 /// Whether an expression, braces included, can be resolved by some model. The others must not be resolved.
 [[nodiscard]] bool isWellFormed(std::string_view expression);

@@ -65,6 +65,7 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
     std::set<std::string> seen;
     if (maySkip)
         for (const CodingPath* const origin : seen_) seen.insert(origin ? toText(*origin) : std::string());
+    OutlinePaths paths(outline);
     for (const Found& found : found_) {
         if (found.onlyUnseen && seen.contains(toText(found.path))) continue;
         std::string message = found.message + " (" + joined(found.families, ", ");
@@ -72,7 +73,7 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
         message += ")";
         Diagnostic& added = found.path.empty()
                                 ? findings.add(found.rule, std::move(message))
-                                : findings.add(found.rule, outline, outline.nearest(found.path), std::move(message));
+                                : findings.add(found.rule, outline, paths.nearest(found.path), std::move(message));
         if (found.isNote) added.severity = Severity::note;
     }
 }

@@ -26,7 +26,7 @@ public:
         : document_(document), outline_(document.outline()), error_(error) {}
 
     void addFor(Rule rule) {
-        const Index place = outline_.nearest(error_.path);
+        const Index place = OutlinePaths(outline_).nearest(error_.path);
         switch (rule) {
             case Rule::unknownWord: return addForWord(place);
             case Rule::unreadableValue: return addForValue(place);

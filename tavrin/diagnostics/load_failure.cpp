@@ -90,7 +90,7 @@ void addFailure(const std::exception_ptr& failure, const WrittenDocument* docume
     if (described.decoding && described.decoding->offset) {
         error.range = bytes(*described.decoding->offset, *described.decoding->offset);
     } else if (outline && described.placed && described.placed->isRooted) {
-        error.range = rangeOf(*outline, outline->nearest(error.path));
+        error.range = rangeOf(*outline, OutlinePaths(*outline).nearest(error.path));
     }
     if (document && error.role == TextRole::document && error.fix.empty()) addHints(described.rule, *document, error);
     if (described.rule == Rule::unresolvedExpression)

@@ -109,6 +109,9 @@ void WrittenDocument::readMembers(WrittenRecord& record, std::vector<Pending>& m
         if (member.field && !member.isRepeated) readValue(*member.field, value, record.entry, more);
         record.members.push_back(member);
     });
+    const auto isProperty = [](const WrittenMember& member) { return member.field && !member.isRepeated; };
+    const auto others = std::stable_partition(record.members.begin(), record.members.end(), isProperty);
+    record.propertyCount = static_cast<std::size_t>(others - record.members.begin());
 }
 
 void WrittenDocument::readValue(const LanguageField& field, Index value, Index entry, std::vector<Pending>& more) {
@@ -160,10 +163,10 @@ std::set<JSONOutline::Index> WrittenDocument::entriesThatDraw(Index entry) const
 }
 
 const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key) {
-    const auto found = std::find_if(record.members.begin(), record.members.end(), [&](const WrittenMember& member) {
-        return member.field && !member.isRepeated && member.field->key == key;
-    });
-    return found == record.members.end() ? nullptr : &*found;
+    const auto properties = record.properties();
+    const auto found = std::find_if(properties.begin(), properties.end(),
+                                    [&](const WrittenMember& member) { return member.field->key == key; });
+    return found == properties.end() ? nullptr : &*found;
 }
 
 }  // namespace tavrin

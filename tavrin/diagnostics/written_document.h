@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,7 +33,12 @@ struct WrittenRecord {
     std::optional<JSONOutline::Index> tag = std::nullopt;
     /// The named node that it stands in; 0 for the document itself.
     JSONOutline::Index entry = 0;
+    /// Its properties, and then the keys that it has not or that are repeated, both as they are written.
     std::vector<WrittenMember> members = {};
+    std::size_t propertyCount = 0;
+
+    [[nodiscard]] std::span<const WrittenMember> properties() const { return std::span(members).first(propertyCount); }
+    [[nodiscard]] std::span<const WrittenMember> others() const { return std::span(members).subspan(propertyCount); }
 };
 
 /// A word where only certain ones may stand, and none of them does.

@@ -41,8 +41,7 @@ void applyWrittenRules(const WrittenSubject& subject, Findings& findings);
 template <class Visit>
 void forEachProperty(const WrittenDocument& document, const Visit& visit) {
     for (const WrittenRecord& record : document.records())
-        for (const WrittenMember& member : record.members)
-            if (member.field && !member.isRepeated) visit(record, member);
+        for (const WrittenMember& member : record.properties()) visit(record, member);
 }
 
 /// The expression that a property holds, braces included; none for a literal.

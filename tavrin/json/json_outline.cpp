@@ -13,53 +13,40 @@ JSONOutline::JSONOutline(std::string_view text) : text_(text.substr(0, maximumBy
     if (values_.empty()) values_.push_back({.last = 1});
 }
 
-/// Adds a value that begins there, without its end.
-void JSONOutline::beginValue(std::size_t at, std::vector<Index>& open) {
-    values_.push_back({.begin = static_cast<std::uint32_t>(at), .parent = open.empty() ? 0 : open.back()});
-}
-
 void JSONOutline::read() {
-    std::vector<Index> open;                 // the containers that are not ended yet
-    std::vector<std::uint32_t> counts;       // how many children each has
-    std::uint32_t keyBegin = 0, keyEnd = 0;  // of the member whose value comes next
-    const auto add = [&](std::size_t at, std::size_t end) {
-        beginValue(at, open);
-        Value& value = values_.back();
-        value.end = static_cast<std::uint32_t>(end);
-        value.last = static_cast<Index>(values_.size());
-        value.keyBegin = std::exchange(keyBegin, 0);
-        value.keyEnd = std::exchange(keyEnd, 0);
-        if (!counts.empty()) value.position = counts.back()++;
+    using Event = JSONScanner::Event;
+    struct Container {
+        Index index;
+        std::uint32_t children = 0;
     };
-    for (std::size_t at = skipBlanks(text_, 0); at < text_.size(); at = skipBlanks(text_, at)) {
-        const char c = text_[at];
-        if (c == ',' || c == ':') {
-            ++at;
-        } else if (c == '{' || c == '[') {
-            add(at, text_.size());
-            open.push_back(static_cast<Index>(values_.size() - 1));
-            counts.push_back(0);
-            ++at;
-        } else if (c == '}' || c == ']') {
-            ++at;
-            if (open.empty()) continue;
-            values_[open.back()].end = static_cast<std::uint32_t>(at);
-            values_[open.back()].last = static_cast<Index>(values_.size());
-            open.pop_back();
-            counts.pop_back();
-        } else {
-            const std::size_t end = c == '"' ? skipString(text_, at) : std::max(skipScalar(text_, at), at + 1);
-            const bool isKey = c == '"' && keyEnd == 0 && !open.empty() && text_[values_[open.back()].begin] == '{';
-            if (isKey) {
-                keyBegin = static_cast<std::uint32_t>(at);
-                keyEnd = static_cast<std::uint32_t>(end);
-            } else {
-                add(at, end);
-            }
-            at = end;
+    std::vector<Container> open;             // those that are not ended yet
+    std::uint32_t keyBegin = 0, keyEnd = 0;  // of the member whose value comes next
+    for (JSONScanner scanner(text_); scanner.next();) {
+        const auto begin = static_cast<std::uint32_t>(scanner.begin());
+        const auto end = static_cast<std::uint32_t>(scanner.end());
+        const auto count = static_cast<Index>(values_.size());
+        switch (scanner.event()) {
+            case Event::key:
+                keyBegin = begin;
+                keyEnd = end;
+                break;
+            case Event::end:
+                values_[open.back().index].end = end;
+                values_[open.back().index].last = count;
+                open.pop_back();
+                break;
+            default:
+                values_.push_back({.begin = begin,
+                                   .end = end,
+                                   .keyBegin = std::exchange(keyBegin, 0),
+                                   .keyEnd = std::exchange(keyEnd, 0),
+                                   .parent = open.empty() ? 0 : open.back().index,
+                                   .last = count + 1,
+                                   .position = open.empty() ? 0 : open.back().children++});
+                if (scanner.event() != Event::scalar) open.push_back({count});
         }
     }
-    for (const Index index : open) values_[index].last = static_cast<Index>(values_.size());
+    for (const Container& container : open) values_[container.index].last = static_cast<Index>(values_.size());
 }
 
 std::string_view JSONOutline::raw(Index index) const {
@@ -67,19 +54,11 @@ std::string_view JSONOutline::raw(Index index) const {
     return text_.substr(value.begin, value.end - value.begin);
 }
 
-namespace {
-
-std::string withoutQuotes(std::string_view raw) {
-    return raw.size() < 2 ? std::string() : unescaped(raw.substr(1, raw.size() - 2));
-}
-
-}  // namespace
-
-std::string JSONOutline::string(Index index) const { return withoutQuotes(raw(index)); }
+std::string JSONOutline::string(Index index) const { return JSONScanner::unquoted(raw(index)); }
 
 std::string JSONOutline::key(Index index) const {
     const Value& value = values_[index];
-    return withoutQuotes(text_.substr(value.keyBegin, value.keyEnd - value.keyBegin));
+    return JSONScanner::unquoted(text_.substr(value.keyBegin, value.keyEnd - value.keyBegin));
 }
 
 CodingPath JSONOutline::path(Index index) const {
@@ -94,20 +73,56 @@ CodingPath JSONOutline::path(Index index) const {
     return path;
 }
 
-JSONOutline::Index JSONOutline::nearest(const CodingPath& path) const {
+std::optional<JSONOutline::Index> OutlinePaths::find(const CodingPath& path) {
+    const auto [found, steps] = follow(path);
+    return steps == path.size() ? std::optional(found) : std::nullopt;
+}
+
+std::pair<JSONOutline::Index, std::size_t> OutlinePaths::follow(const CodingPath& path) {
     Index at = 0;
-    for (const CodingKey& step : path) {
-        const auto* const wanted = std::get_if<std::string>(&step);
-        Index found = 0;  // the root is no one's child
-        for (Index child = at + 1; child < values_[at].last && found == 0; child = values_[child].last) {
-            const bool fits = wanted ? values_[child].hasKey() && key(child) == *wanted
-                                     : values_[child].position == std::get<std::size_t>(step);
-            if (fits) found = child;
-        }
-        if (found == 0) break;
-        at = found;
+    for (std::size_t steps = 0; steps < path.size(); ++steps) {
+        const Index next = child(at, path[steps]);
+        if (next == 0) return {at, steps};  // the root is no one's child
+        at = next;
     }
-    return at;
+    return {at, path.size()};
+}
+
+/// The child that a step leads to; 0 for none. The first few are looked at in turn, and only then all are listed.
+JSONOutline::Index OutlinePaths::child(Index parent, const CodingKey& step) {
+    constexpr std::size_t few = 16;
+    const Index behind = outline_[parent].last;
+    Index child = parent + 1;
+    if (child >= behind) return 0;
+    const auto* const key = std::get_if<std::string>(&step);
+    if (key ? !outline_.isObject(parent) : !outline_.isArray(parent)) return 0;
+    for (std::size_t i = 0; i < few && child < behind; ++i, child = outline_[child].last) {
+        ++visited_;
+        if (key ? outline_.key(child) == *key : i == std::get<std::size_t>(step)) return child;
+    }
+    if (child >= behind) return 0;
+    const Children& children = childrenOf(parent);
+    ++visited_;
+    if (key) {
+        const auto member = children.members.find(*key);
+        return member == children.members.end() ? 0 : member->second;
+    }
+    const std::size_t index = std::get<std::size_t>(step);
+    return index < children.elements.size() ? children.elements[index] : 0;
+}
+
+const OutlinePaths::Children& OutlinePaths::childrenOf(Index parent) {
+    const auto [entry, isNew] = children_.try_emplace(parent);
+    Children& children = entry->second;
+    if (!isNew) return children;
+    outline_.forEachChild(parent, [&](Index child) {
+        ++visited_;
+        if (outline_.isObject(parent))
+            children.members.emplace(outline_.key(child), child);
+        else
+            children.elements.push_back(child);
+    });
+    return children;
 }
 
 }  // namespace tavrin

@@ -3,8 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "tavrin/platform/foundation/coding_path.h"
@@ -54,10 +57,6 @@ public:
 
     /// The way from the root to a value.
     [[nodiscard]] CodingPath path(Index index) const;
-    /// The value that a path leads to, or behind which it leads nowhere: the last one on the way that exists. The first
-    /// of duplicate keys wins.
-    [[nodiscard]] Index nearest(const CodingPath& path) const;
-
     /// Calls `visit(child)` for each element of an array or member of an object.
     template <class Visit>
     void forEachChild(Index parent, const Visit& visit) const {
@@ -66,10 +65,42 @@ public:
 
 private:
     void read();
-    void beginValue(std::size_t at, std::vector<Index>& open);
 
     std::string_view text_;
     std::vector<Value> values_;
+};
+
+/// Follows many paths through one outline: an array or object with many children is walked once, not for each path.
+/// Refers to the outline, which must live as long.
+class OutlinePaths {
+public:
+    using Index = JSONOutline::Index;
+
+    explicit OutlinePaths(const JSONOutline& outline) : outline_(outline) {}
+
+    /// The value that a path leads to, or behind which it leads nowhere: the last one on the way that exists. The first
+    /// of duplicate keys wins.
+    [[nodiscard]] Index nearest(const CodingPath& path) { return follow(path).first; }
+    /// The value that a path leads to; none where it leads nowhere.
+    [[nodiscard]] std::optional<Index> find(const CodingPath& path);
+    /// How many children have been looked at so far: what all these paths have cost.
+    [[nodiscard]] std::size_t visited() const { return visited_; }
+
+private:
+    /// The children of one array or object.
+    struct Children {
+        std::vector<Index> elements;
+        std::unordered_map<std::string, Index> members;  // the first of each key
+    };
+
+    /// How far a path leads: to which value, by how many of its steps.
+    [[nodiscard]] std::pair<Index, std::size_t> follow(const CodingPath& path);
+    [[nodiscard]] Index child(Index parent, const CodingKey& step);
+    [[nodiscard]] const Children& childrenOf(Index parent);
+
+    const JSONOutline& outline_;
+    std::unordered_map<Index, Children> children_;  // of those that have many
+    std::size_t visited_ = 0;
 };
 
 }  // namespace tavrin

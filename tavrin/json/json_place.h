@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "tavrin/platform/foundation/coding_path.h"
@@ -24,19 +23,6 @@ struct TextPlace {
 
 /// The line that holds the byte at `offset`, without its end ("\n" or "\r\n").
 [[nodiscard]] std::string_view lineAt(std::string_view text, std::size_t offset);
-
-/// Where and why a text is not JSON.
-struct SyntaxFault {
-    std::size_t offset = 0;  ///< in bytes, at most the text's size
-    std::string message;     ///< "expected ',' or '}' after a value, found 'x'"
-
-    friend bool operator==(const SyntaxFault&, const SyntaxFault&) = default;
-};
-
-/// The first reason why `text` is not one RFC 8259 JSON value in UTF-8; none when it is. Also refused: a byte order
-/// mark, a lone surrogate, a number that overflows to infinity, containers nested deeper than `maximumDepth`.
-/// Linear in the text; for the cold path, when a fast parser has already refused the text.
-[[nodiscard]] std::optional<SyntaxFault> findSyntaxFault(std::string_view text, std::size_t maximumDepth);
 
 /// The byte offset of the value that `path` leads to in `text`, which must be valid JSON; none when it leads nowhere.
 /// The first of duplicate keys wins. Linear in the text.

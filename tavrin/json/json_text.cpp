@@ -3,23 +3,25 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <string>
 
 #include <simdjson.h>
 
 #include "tavrin/json/decoding_error.h"
-#include "tavrin/json/json_place.h"
-#include "tavrin/platform/foundation/strings/ascii.h"
+#include "tavrin/json/json_scan.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
 namespace {
 
-bool fitsIn64Bits(std::string_view digits, bool isNegative) {
+/// Whether a scalar is a whole number beyond 64 bits.
+bool isWideInteger(std::string_view scalar) {
+    const bool isNegative = scalar.starts_with('-');
+    const std::string_view digits = scalar.substr(isNegative ? 1 : 0);
+    if (digits.find_first_not_of("0123456789") != std::string_view::npos) return false;
     const std::optional<std::uint64_t> magnitude = intFromText<std::uint64_t>(digits);
-    return magnitude && (!isNegative || *magnitude <= std::uint64_t{1} << 63);
+    return !magnitude || (isNegative && *magnitude > std::uint64_t{1} << 63);
 }
 
 /// The parser refuses whole numbers beyond 64 bits, which are JSON all the same: marks each as a floating one. Returns
@@ -27,29 +29,10 @@ bool fitsIn64Bits(std::string_view digits, bool isNegative) {
 std::optional<std::string> withWideIntegersAsFloating(std::string_view text) {
     std::string marked;
     std::size_t copied = 0;
-    bool inString = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (inString) {
-            if (text[i] == '\\') {
-                ++i;
-            } else if (text[i] == '"') {
-                inString = false;
-            }
-        } else if (text[i] == '"') {
-            inString = true;
-        } else if (isDigit(text[i])) {
-            const std::size_t begin = i;
-            while (i < text.size() && isDigit(text[i])) ++i;
-            const bool isWhole = i == text.size() || (text[i] != '.' && text[i] != 'e' && text[i] != 'E');
-            if (isWhole && !fitsIn64Bits(text.substr(begin, i - begin), begin > 0 && text[begin - 1] == '-')) {
-                marked.append(text, copied, i - copied).append("e0");
-                copied = i;
-            }
-            if (!isWhole) {
-                while (i < text.size() && (isDigit(text[i]) || std::strchr(".eE+-", text[i]) != nullptr)) ++i;
-            }
-            --i;
-        }
+    for (JSONScanner scanner(text); scanner.next();) {
+        if (scanner.event() != JSONScanner::Event::scalar || !isWideInteger(scanner.raw())) continue;
+        marked.append(text, copied, scanner.end() - copied).append("e0");
+        copied = scanner.end();
     }
     if (copied == 0) return std::nullopt;
     return marked.append(text, copied);

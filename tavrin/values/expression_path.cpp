@@ -1,23 +1,31 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/values/expression_path.h"
 
-#include <optional>
 #include <string>
-
-#include "tavrin/platform/foundation/precondition.h"
 
 namespace tavrin {
 
-void ExpressionWalk::splitIndex() {
+bool ExpressionWalk::splitIndex() {
+    using Kind = ExpressionFault::Kind;
     const std::size_t open = key_.find('[');
-    const std::size_t close = open == none ? none : key_.find(']');
-    if (close == none) return;
-    if (close < open) preconditionFailure("']' before '[' in the expression component " + std::string(key_));
-    const auto index = intFromText<std::int64_t>(key_.substr(open + 1, close - open - 1));
-    if (!index) return;
+    const std::size_t close = key_.find(']');
+    if (open == none && close == none) return true;
+    if (open == none || close == none || close < open) {
+        const bool isReversed = open != none && close < open;
+        fault_ = ExpressionFault{isReversed ? Kind::reversedBrackets : Kind::unmatchedBracket, key_};
+        return !isReversed;
+    }
+    const std::string_view between = key_.substr(open + 1, close - open - 1);
+    const auto index = intFromText<std::int64_t>(between);
+    if (!index) {
+        fault_ = ExpressionFault{Kind::noIndex, key_, between};
+        return true;
+    }
+    if (close + 1 < key_.size()) fault_ = ExpressionFault{Kind::ignoredText, key_, between};
     index_ = *index;
     indexIsNext_ = true;
     key_ = key_.substr(0, open);
+    return true;
 }
 
 std::vector<JSONKey> expressionPath(std::string_view inner) {
@@ -33,14 +41,11 @@ std::vector<JSONKey> expressionPath(std::string_view inner) {
     return path;
 }
 
-bool hasReversedBrackets(std::string_view inner) {
-    while (!inner.empty()) {
-        const std::string_view component = inner.substr(0, inner.find('.'));
-        inner.remove_prefix(std::min(component.size() + 1, inner.size()));
-        const std::size_t open = component.find('[');
-        if (open != std::string_view::npos && component.find(']') < open) return true;
+std::optional<ExpressionFault> findBracketFault(std::string_view inner) {
+    ExpressionWalk walk(inner);
+    while (walk.next() && !walk.fault()) {
     }
-    return false;
+    return walk.fault();
 }
 
 }  // namespace tavrin

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/values/model_context.h"
 
+#include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/values/expression_path.h"
 
 namespace tavrin {
@@ -32,7 +33,22 @@ std::string describe(std::span<const JSONKey> path) {
     return text + ']';
 }
 
+/// Goes to the next step of a path; reversed brackets are a violated precondition.
+bool goOn(ExpressionWalk& walk) {
+    if (walk.next()) return true;
+    if (walk.fault())
+        preconditionFailure("']' before '[' in the expression component " + std::string(walk.fault()->component));
+    return false;
+}
+
+/// A violated precondition comes before any error, also behind the step that fails.
+void checkRest(ExpressionWalk walk) {
+    while (goOn(walk)) {
+    }
+}
+
 [[noreturn]] void failPath(std::string_view message, std::string_view inner, std::size_t skipped) {
+    checkRest(ExpressionWalk(inner));
     const std::vector<JSONKey> path = expressionPath(inner);
     throw ModelContextError(std::string(message) + describe(std::span(path).subspan(skipped)));
 }
@@ -55,20 +71,19 @@ const JSON* ModelContext::getValueFrom(std::span<const JSONKey> keyPath, const J
 
 ModelContext::Found ModelContext::find(std::string_view expression) const {
     if (!isExpression(expression)) throw ModelContextError(" invalid model expression " + std::string(expression));
-    const std::string_view inner = expression.substr(2, expression.size() - 4);
+    const std::string_view inner = innerOf(expression);
     ExpressionWalk walk(inner);
-    const std::string_view store = walk.next() ? walk.key() : std::string_view();
-    if (!walk.next()) failPath("KeyPath Invalid: ", inner, 0);
+    const std::string_view store = goOn(walk) ? walk.key() : std::string_view();
+    if (!goOn(walk)) failPath("KeyPath Invalid: ", inner, 0);
     if (store == "initServerParam") {
         const JSON* value = &model;
         do {
             value = memberOf(*value, walk);
             if (value == nullptr) failPath("key path not found in model: ", inner, 1);
-        } while (walk.next());
+        } while (goOn(walk));
         return {.inModel = value};
     }
-    for (ExpressionWalk rest = walk; rest.next();) {  // a violated precondition there comes before any error
-    }
+    checkRest(walk);
     if (store == "initEnvironment") {
         if (walk.isIndex())
             throw ModelContextError("Environment Variable Key must be stirng, got " + toText(walk.index()));

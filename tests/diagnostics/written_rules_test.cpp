@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/diagnostics/written_document.h"
 #include "tests/diagnostics/diagnosed.h"
 
 namespace tavrin {
@@ -82,6 +83,17 @@ TEST(UnknownKeys, OfTheDocumentItself) {
         diagnose(R"({"$schema": "s", "version": "1.0", "title": 1, "nodes": {"main": {"type": "spacer"}}})",
                  std::nullopt, quietOptions());
     EXPECT_THAT(linesOf(found), ElementsAreArray({"warning unknown-key title"}));
+}
+
+TEST(UnknownKeys, AreNotMetWhereAPropertyIsLookedFor) {
+    std::string node = R"({"type": "circle")";
+    for (int i = 0; i < 2000; ++i) node += ", \"x" + std::to_string(i) + "\": 1";
+    const std::string text = documentOf(node + R"(, "stroke": true, "stroke": true})");
+    const WrittenDocument document(text);
+    const WrittenRecord& circle = document.records().back();
+    ASSERT_EQ(circle.members.size(), 2003U);
+    ASSERT_EQ(circle.properties().size(), 1U);
+    EXPECT_EQ(memberOf(circle, "stroke"), &circle.properties().front());
 }
 
 TEST(DuplicateKeys, OfRecordsAndNodes) {

@@ -24,10 +24,32 @@ TEST(ExpressionPath, TakesComponentsApart) {
     for (const auto& row : rows) EXPECT_EQ(expressionPath(row.inner), row.path) << row.inner;
 }
 
-TEST(ExpressionPath, FindsReversedBrackets) {
-    for (const char* inner : {"a][", "a.b]c[", "x[1].]["}) EXPECT_TRUE(hasReversedBrackets(inner)) << inner;
-    for (const char* inner : {"", "a", "a[", "a]", "a[]", "a].b[", "a[1]]["})
-        EXPECT_FALSE(hasReversedBrackets(inner)) << inner;
+TEST(ExpressionPath, SaysWhatIsWrongWithBrackets) {
+    using Kind = ExpressionFault::Kind;
+    using Path = std::vector<JSONKey>;
+    const struct {
+        const char* inner;
+        std::optional<ExpressionFault> fault;
+        Path path;
+    } rows[] = {
+        {"", {}, {}},
+        {"a.b[2]", {}, {"a", "b", std::int64_t{2}}},
+        {"a][.b", ExpressionFault{Kind::reversedBrackets, "a]["}, {}},
+        {"a.b]c[", ExpressionFault{Kind::reversedBrackets, "b]c["}, {"a"}},
+        {"x[1].].][", ExpressionFault{Kind::unmatchedBracket, "]"}, {"x", std::int64_t{1}, "]"}},
+        {"x[1].][", ExpressionFault{Kind::reversedBrackets, "]["}, {"x", std::int64_t{1}}},
+        {"a[.b", ExpressionFault{Kind::unmatchedBracket, "a["}, {"a[", "b"}},
+        {"a].b[", ExpressionFault{Kind::unmatchedBracket, "a]"}, {"a]", "b["}},
+        {"a[].b", ExpressionFault{Kind::noIndex, "a[]", ""}, {"a[]", "b"}},
+        {"a.b[x]", ExpressionFault{Kind::noIndex, "b[x]", "x"}, {"a", "b[x]"}},
+        {"a[1]][", ExpressionFault{Kind::ignoredText, "a[1]][", "1"}, {"a", std::int64_t{1}}},
+        {"a[1][2].b", ExpressionFault{Kind::ignoredText, "a[1][2]", "1"}, {"a", std::int64_t{1}, "b"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.inner);
+        EXPECT_EQ(findBracketFault(row.inner), row.fault);
+        EXPECT_EQ(expressionPath(row.inner), row.path);
+    }
 }
 
 }  // namespace

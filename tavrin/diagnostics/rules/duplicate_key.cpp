@@ -9,7 +9,7 @@ namespace tavrin {
 void findDuplicateKeys(const WrittenSubject& subject, Findings& findings) {
     const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records())
-        for (const WrittenMember& member : record.members)
+        for (const WrittenMember& member : record.others())
             if (member.isRepeated)
                 findings.addAtKey(Rule::duplicateKey, outline, member.value,
                                   "the key " + inQuotes(outline.key(member.value)) +

@@ -23,32 +23,22 @@ std::string_view trimmed(std::string_view text) {
 
 std::string inBraces(std::string_view inner) { return "{{" + std::string(inner) + "}}"; }
 
-/// An index that follows another one, or stands for a key, is no index.
-std::optional<Fault> bracketFault(std::string_view inner) {
-    for (; !inner.empty(); inner.remove_prefix(std::min(inner.find('.'), inner.size() - 1) + 1)) {
-        const std::string_view component = inner.substr(0, inner.find('.'));
-        const std::size_t open = component.find('[');
-        const std::size_t close = component.find(']');
-        if (open == std::string_view::npos && close == std::string_view::npos) continue;
-        if (open == std::string_view::npos || close == std::string_view::npos || close < open)
-            return Fault{"the brackets of " + inQuotes(component) + " do not match"};
-        const std::string_view index = component.substr(open + 1, close - open - 1);
-        if (!fromText<std::int64_t>(index))
-            return Fault{"[" + std::string(index) + "] is no index, so " + inQuotes(component) +
-                         " is looked up as a key"};
-        if (close + 1 < component.size())
-            return Fault{
-                "what follows the first index of " + inQuotes(component) + " is ignored",
-            };
+/// What is wrong with a component's brackets, in words.
+std::string describe(const ExpressionFault& fault) {
+    const std::string component = inQuotes(fault.component);
+    switch (fault.kind) {
+        case ExpressionFault::Kind::noIndex:
+            return "[" + std::string(fault.index) + "] is no index, so " + component + " is looked up as a key";
+        case ExpressionFault::Kind::ignoredText: return "what follows the first index of " + component + " is ignored";
+        default: return "the brackets of " + component + " do not match";
     }
-    return std::nullopt;
 }
 
 std::optional<Fault> faultOf(std::string_view expression) {
-    const std::string_view inner = expression.substr(2, expression.size() - 4);
+    const std::string_view inner = innerOf(expression);
     if (inner.find("{{") != std::string_view::npos || inner.find("}}") != std::string_view::npos)
         return Fault{"an expression holds one path; this one holds other braces"};
-    if (auto fault = bracketFault(inner)) return fault;
+    if (const auto fault = findBracketFault(inner)) return Fault{describe(*fault)};
     ExpressionWalk walk(inner);
     const std::string store(walk.next() ? walk.key() : std::string_view());
     const std::string_view path = trimmed(inner);

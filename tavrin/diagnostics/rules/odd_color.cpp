@@ -65,7 +65,9 @@ std::optional<Oddness> oddnessOf(std::string_view color) {
 class ColorRule {
 public:
     ColorRule(const WrittenSubject& subject, Findings& findings)
-        : subject_(subject), outline_(subject.document.outline()), findings_(findings) {}
+        : subject_(subject), outline_(subject.document.outline()), findings_(findings) {
+        if (subject.model) modelPaths_.emplace(subject.model->outline());
+    }
 
     /// Judges a property that holds a colour. One that cannot be read fails the document where it `mustBeReadable`.
     void judge(const WrittenMember& member, bool isList, bool isConverted, bool mustBeReadable) {
@@ -80,7 +82,7 @@ public:
 private:
     void judgeBound(const std::string& expression, bool isList, bool isConverted) {
         const auto text = subject_.model->find(expression);
-        const auto place = text ? subject_.model->place(expression) : std::nullopt;
+        const auto place = text ? modelPaths_->find(pathInModel(expression)) : std::nullopt;
         if (!place || !subject_.model->outline().isString(*place)) return;
         const JSONOutline& model = subject_.model->outline();
         const std::string converted(convertARGB(*text));
@@ -118,6 +120,7 @@ private:
 
     const WrittenSubject& subject_;
     const JSONOutline& outline_;
+    std::optional<OutlinePaths> modelPaths_;
     Findings& findings_;
 };
 

@@ -47,8 +47,8 @@ void report(const WrittenDocument& document, const WrittenRecord& record, JSONOu
 void findUnknownKeys(const WrittenSubject& subject, Findings& findings) {
     const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
-        for (const WrittenMember& member : record.members) {
-            if (member.field || member.isRepeated || findings.isFull()) continue;
+        for (const WrittenMember& member : record.others()) {
+            if (member.isRepeated || findings.isFull()) continue;
             const std::string key = outline.key(member.value);
             // A colour that a property holds may name its type as a node does.
             if (isTheAuthorsOwn(key) || (key == typeKey && record.object != 0)) continue;

@@ -27,11 +27,11 @@ struct Stop {
 };
 
 std::vector<std::string_view> keysOf(const JSON& value) {
-    std::vector<std::string_view> keys;
-    if (const auto* object = std::get_if<JSONObject>(&value.object()))
-        for (const auto& [key, member] : object->members()) keys.push_back(key.view());
     constexpr std::size_t enough = 1000;
-    if (keys.size() > enough) keys.clear();
+    std::vector<std::string_view> keys;
+    const auto* const object = std::get_if<JSONObject>(&value.object());
+    if (object && object->members().size() <= enough)
+        for (const auto& [key, member] : object->members()) keys.push_back(key.view());
     return keys;
 }
 
@@ -80,7 +80,7 @@ void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings
         try {
             resolve(subject.model->context(), *member.field, *expression);
         } catch (const ModelContextError& error) {
-            const Stop stop = stopOf(subject.model->context().model, expression->substr(2, expression->size() - 4));
+            const Stop stop = stopOf(subject.model->context().model, innerOf(*expression));
             Diagnostic& found =
                 findings.add(Rule::unresolvedExpression, outline, member.value, error.message + stop.hint);
             const std::string meant = repaired(*subject.model, *expression, stop);
