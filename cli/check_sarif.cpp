@@ -16,8 +16,7 @@ std::uint64_t number(std::size_t value) { return value; }
 
 /// A path as a relative or absolute URI reference.
 std::string uriOf(std::string_view path) {
-    const auto isKept = [](char c) { return c == '/' || unreservedInURLs.find(c) != std::string_view::npos; };
-    return (path.starts_with('/') ? "file://" : "") + percentEncoded(path, isKept);
+    return (path.starts_with('/') ? "file://" : "") + percentEncoded(path, PlainInURL{"/"});
 }
 
 /// One log of version 2.1.0 of the Static Analysis Results Interchange Format, with one run.

@@ -24,12 +24,6 @@
 namespace tavrin::cli {
 namespace {
 
-/// An address as a line can show it: a picture may stand in it.
-std::string shown(const URL& url) {
-    constexpr std::size_t longest = 200;
-    return url.string().size() > longest ? url.string().substr(0, longest) + "…" : url.string();
-}
-
 bool isExpression(const JSON* value) {
     const auto* text = value ? std::get_if<SharedText>(&value->object()) : nullptr;
     return text && text->view().find("{{") != std::string_view::npos;
@@ -102,7 +96,7 @@ private:
             pictures_.push_back(picture);
         else if (known->second != picture.url)
             fail(picture.url,
-                 "its name in the folder, " + known->first + ", is that of '" + shown(known->second) + "' too");
+                 "its name in the folder, " + known->first + ", is that of '" + known->second.shortened() + "' too");
     }
 
     void download() {
@@ -120,13 +114,14 @@ private:
                 ++fetched_;
                 bytes_ += download->bytes.size();
             }
-            progress.advance(shown(picture.url));
+            progress.advance(picture.url.shortened());
         }
     }
 
     void fail(const URL& url, const std::string& reason) {
         ++failed_;
-        reporter_.report(describe(std::make_exception_ptr(IOError("cannot fetch '" + shown(url) + "': " + reason))));
+        reporter_.report(
+            describe(std::make_exception_ptr(IOError("cannot fetch '" + url.shortened() + "': " + reason))));
     }
 
     const FetchArguments& arguments_;

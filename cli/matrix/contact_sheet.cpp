@@ -50,11 +50,7 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
 )";
 
 /// A file's name as a relative address; what means something in one, and in a list of them, is percent-encoded.
-std::string address(std::string_view file) {
-    return "./" + percentEncoded(file, [](char c) {
-               return c == '@' || c == '/' || unreservedInURLs.find(c) != std::string_view::npos;
-           });
-}
+std::string address(std::string_view file) { return "./" + percentEncoded(file, PlainInURL{"@/"}); }
 
 using Pictures = std::span<const MatrixPicture>;
 

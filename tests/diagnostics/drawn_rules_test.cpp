@@ -266,5 +266,14 @@ TEST(DrawnPictures, ThatAreNotInTheFolder) {
     EXPECT_THAT(linesOf(found), ElementsAreArray({"warning missing-image nodes.main.children[1]"}));
 }
 
+TEST(DrawnPictures, InLongAddressesAreNamedByTheirBeginnings) {
+    const std::string address = "data:," + std::string(300, 'a');
+    const auto found =
+        diagnose(documentOf(R"({"type": "webImage", "url": ")" + address + "\"}"), std::nullopt, quietOptions());
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found.front().message,
+                ::testing::StartsWith("no picture could be had from \"" + address.substr(0, 200) + "…\""));
+}
+
 }  // namespace
 }  // namespace tavrin

@@ -33,6 +33,8 @@ TEST(PercentEncoding, EncodesWhatIsNotKept) {
     const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
     EXPECT_EQ(percentEncoded("a/\xe9\x01", isLetter), "a%2F%E9%01");
     EXPECT_EQ(percentEncoded("", isLetter), "");
+    EXPECT_EQ(percentEncoded("a-B._~0 @2x/ü", PlainInURL{"/"}), "a-B._~0%20%402x/%C3%BC");
+    EXPECT_EQ(percentEncoded("a@2x/,", PlainInURL{"@", "/"}), "a@2x/%2C");
 }
 
 }  // namespace

@@ -254,6 +254,12 @@ TEST(URL, MayBeLong) {
     }
 }
 
+TEST(URL, IsShortenedInMessages) {
+    const std::string longest = "data:," + std::string(194, 'a');
+    EXPECT_EQ(URL::parse(longest).value().shortened(), longest);
+    EXPECT_EQ(URL::parse(longest + "b").value().shortened(), longest + "…");
+}
+
 TEST(URL, ComparesAsWritten) {
     const URL url = URL::parse("http://h").value();
     EXPECT_EQ(url, URL::parse("http://h"));

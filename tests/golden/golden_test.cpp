@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/platform/paint/png_file.h"
+#include "tavrin/platform/paint/png_small.h"
 #include "tests/golden/golden_case.h"
 #include "tests/golden/png_pixels.h"
 
@@ -78,6 +80,13 @@ TEST(Golden, NoFamilyIsLeftOver) {
             EXPECT_THAT(families, testing::Contains(name)) << entry.path() << " is of no family in families.txt";
         }
     }
+}
+
+TEST(Golden, TextOfOneColorIsWrittenWithAPalette) {
+    const GoldenCase timers{fs::path(TAVRIN_SOURCE_DIR) / "tests/golden/cases/timers"};
+    const Outcome dark = render(timers, Appearance::dark);
+    EXPECT_EQ(static_cast<paint::PngColorType>(dark.png[25]), paint::PngColorType::palette);
+    EXPECT_LT(dark.png.size() * 10, paint::pngRowsSmall(dark.pixels).size() * 6);
 }
 
 TEST(Golden, PicturesAreTheSameBytesEachTime) {

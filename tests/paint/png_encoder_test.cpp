@@ -8,9 +8,11 @@
 
 #include <cairo.h>
 #include <gtest/gtest.h>
+#include <libdeflate.h>
 
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/png_reduction.h"
 
 namespace tavrin::paint {
 namespace {
@@ -137,6 +139,50 @@ TEST(PngEncoder, SmallIsSmaller) {
     const PixelBuffer gradient =
         picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
     EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
+}
+
+/// How many bytes the rows take in a PNG with one chunk of data.
+std::size_t dataSize(const std::string& png) {
+    const std::size_t length = png.find("IDAT") - 4;
+    std::size_t size = 0;
+    for (std::size_t i = length; i < length + 4; ++i) size = size << 8 | static_cast<unsigned char>(png[i]);
+    return size;
+}
+
+/// How many the same samples take where no row is filtered.
+std::size_t plainDataSize(const PixelBuffer& picture) {
+    const PngSamples samples = reduceToPngSamples(picture);
+    const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
+        libdeflate_alloc_compressor(7), &libdeflate_free_compressor);
+    std::vector<std::uint8_t> out(libdeflate_zlib_compress_bound(compressor.get(), samples.rows.size()));
+    return libdeflate_zlib_compress(compressor.get(), samples.rows.data(), samples.rows.size(), out.data(), out.size());
+}
+
+/// Mostly something like text, which filters make larger; in the rows from 0 and from 128, of which an encoder may
+/// think that they stand for all, a gradient, which they make smaller.
+PixelBuffer misleadingPicture() {
+    return picture(300, 200, [](auto x, auto y) {
+        if (y % 128 < 16) return packPixel(255, x % 256, x / 2, x / 256 * 90);
+        return (x / 5 * 7 + y / 9 * 3 + x * y / 40) % 5 == 0 ? 0xFF202020U : 0xFFF0F0F0U;
+    });
+}
+
+/// Bars of a slope between bars of spots.
+PixelBuffer stripedPicture(std::uint32_t slope, std::uint32_t height) {
+    return picture(160, 300, [=](auto x, auto y) {
+        if (y / height % 2 == 1) return packPixel(x * y % 7 == 0 ? 99 : 255, 0, 0, 0);
+        return packPixel(255, (x * slope + y * 3) / 4 % 256, x % 256, y % 256);
+    });
+}
+
+TEST(PngEncoder, SmallIsNoLargerThanRowsWithoutFilters) {
+    std::vector<PixelBuffer> pictures;
+    for (Row& row : rows()) pictures.push_back(std::move(row.picture));
+    pictures.push_back(misleadingPicture());
+    for (const std::uint32_t slope : {1U, 3U, 8U, 40U})
+        for (const std::uint32_t height : {5U, 16U, 60U}) pictures.push_back(stripedPicture(slope, height));
+    for (std::size_t i = 0; i < pictures.size(); ++i)
+        EXPECT_LE(dataSize(encodePng(pictures[i], PngCompression::small)), plainDataSize(pictures[i])) << i;
 }
 
 TEST(PngEncoderThreads, WriteTheSameBytes) {

@@ -7,8 +7,7 @@ namespace tavrin {
 namespace {
 
 std::string describe(const std::optional<URL>& address, bool isLocal) {
-    constexpr std::size_t longest = 200;  // a picture may stand in the address
-    return isLocal ? "the file " + inQuotes(address->filePath()) : inQuotes(address->string().substr(0, longest));
+    return isLocal ? "the file " + inQuotes(address->filePath()) : inQuotes(address->shortened());
 }
 
 }  // namespace

@@ -19,15 +19,19 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr int filterCount = 5;
 /// The lowest at which libdeflate looks for a longer match behind each one; for widgets a tenth smaller than the level
 /// below.
 constexpr int compressionLevel = 7;
-/// Of so many rows, some that follow each other stand for all when filters are compared with none.
+/// Half as slow, and thorough enough to tell how well some rows can be compressed.
+constexpr int samplingLevel = 4;
+/// Of so many rows, some that follow each other stand for all.
 constexpr std::size_t rowsInBand = 16;
 constexpr std::size_t rowsFromBandToBand = 128;
 
-std::uint8_t paeth(int left, int above, int corner) {
+/// Those that are tried; the format's fifth, the mean of two neighbours, is of no use.
+enum class PngFilter : std::uint8_t { sub = 1, up = 2, paeth = 4 };
+
+std::uint8_t paethPrediction(int left, int above, int corner) {
     const int estimate = left + above - corner;
     const int toLeft = std::abs(estimate - left);
     const int toAbove = std::abs(estimate - above);
@@ -37,52 +41,39 @@ std::uint8_t paeth(int left, int above, int corner) {
 }
 
 /// One row under one filter. `row` and `above` have `step` zero bytes (one pixel) before them.
-template <int filter>
-void applyFilter(const std::uint8_t* row, const std::uint8_t* above, std::uint8_t* out, std::size_t count,
-                 std::size_t step) {
-    for (std::size_t i = 0; i < count; ++i) {
+template <PngFilter filter>
+void applyFilter(const std::uint8_t* row, const std::uint8_t* above, Bytes& out, std::size_t step) {
+    for (std::size_t i = 0; i < out.size(); ++i) {
         const int left = *(row + i - step);
         const int corner = *(above + i - step);
-        const int predicted = filter == 0   ? 0
-                              : filter == 1 ? left
-                              : filter == 2 ? above[i]
-                              : filter == 3 ? (left + above[i]) / 2
-                                            : paeth(left, above[i], corner);
+        const int predicted = filter == PngFilter::sub  ? left
+                              : filter == PngFilter::up ? above[i]
+                                                        : paethPrediction(left, above[i], corner);
         out[i] = static_cast<std::uint8_t>(row[i] - predicted);
     }
 }
 
-/// The sum of the differences' sizes: a cheap guess at what they cost when compressed.
-std::uint64_t weigh(std::span<const std::uint8_t> differences) {
-    std::uint64_t sum = 0;
+/// A cheap guess at what differences cost when compressed: that there is one counts for more than its size.
+std::uint32_t weigh(std::span<const std::uint8_t> differences) {
+    constexpr std::uint32_t perDifference = 64;
+    std::uint32_t sum = 0;
     for (const std::uint8_t byte : differences) {
         const int signedByte = static_cast<std::int8_t>(byte);
-        sum += static_cast<unsigned>(signedByte < 0 ? -signedByte : signedByte);
+        sum += byte == 0 ? 0 : perDifference + static_cast<std::uint32_t>(std::abs(signedByte));
     }
     return sum;
 }
 
-class Compressor {
-public:
-    Compressor() : compressor_(libdeflate_alloc_compressor(compressionLevel)) {
-        if (!compressor_) throw TavrinError{"Render", "a picture could not be compressed (out of memory)"};
-    }
-
-    /// A zlib stream, valid until the next call.
-    std::span<const std::uint8_t> compress(const Bytes& bytes) {
-        const std::size_t bound = libdeflate_zlib_compress_bound(compressor_.get(), bytes.size());
-        if (bound > room_) out_ = std::make_unique_for_overwrite<std::uint8_t[]>(room_ = bound);
-        const std::size_t size =
-            libdeflate_zlib_compress(compressor_.get(), bytes.data(), bytes.size(), out_.get(), room_);
-        if (size == 0) throw TavrinError{"Render", "a picture could not be compressed"};
-        return {out_.get(), size};
-    }
-
-private:
-    std::unique_ptr<libdeflate_compressor, decltype([](auto* it) { libdeflate_free_compressor(it); })> compressor_;
-    std::unique_ptr<std::uint8_t[]> out_;
-    std::size_t room_ = 0;
-};
+/// A zlib stream.
+Bytes compressed(const Bytes& bytes, int level) {
+    const std::unique_ptr<libdeflate_compressor, decltype([](auto* it) { libdeflate_free_compressor(it); })> compressor(
+        libdeflate_alloc_compressor(level));
+    if (!compressor) throw TavrinError{"Render", "a picture could not be compressed (out of memory)"};
+    Bytes out(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
+    out.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), out.data(), out.size()));
+    if (out.empty()) throw TavrinError{"Render", "a picture could not be compressed"};
+    return out;
+}
 
 /// The rows of one picture with filter numbers, all of them or those of the bands.
 class Rows {
@@ -101,25 +92,35 @@ public:
         return out;
     }
 
-    /// Each row under the filter that leaves the smallest differences.
+    /// Each row under the filter whose differences weigh least.
     [[nodiscard]] Bytes filtered(bool bands) const {
         // One pixel of zeros stands before each row.
         Bytes row(step_ + count_);
         Bytes above(step_ + count_);
-        std::array<Bytes, filterCount> candidates;
-        candidates.fill(Bytes(count_));
+        std::array<FilteredRow, 3> candidates{{{PngFilter::sub}, {PngFilter::up}, {PngFilter::paeth}}};
+        for (FilteredRow& candidate : candidates) candidate.differences.resize(count_);
         Bytes out;
         forEach(bands, [&](const std::uint8_t* current, const std::uint8_t* previous) {
             std::copy_n(current, count_, row.data() + step_);
             std::copy_n(previous, count_, above.data() + step_);
-            const std::size_t best = applyFilters(row.data() + step_, above.data() + step_, candidates);
-            out.push_back(static_cast<std::uint8_t>(best));
-            out.insert(out.end(), candidates[best].begin(), candidates[best].end());
+            applyFilter<PngFilter::sub>(row.data() + step_, above.data() + step_, candidates[0].differences, step_);
+            applyFilter<PngFilter::up>(row.data() + step_, above.data() + step_, candidates[1].differences, step_);
+            applyFilter<PngFilter::paeth>(row.data() + step_, above.data() + step_, candidates[2].differences, step_);
+            const FilteredRow& best = *std::ranges::min_element(
+                candidates, {}, [](const FilteredRow& candidate) { return weigh(candidate.differences); });
+            out.push_back(static_cast<std::uint8_t>(best.filter));
+            out.insert(out.end(), best.differences.begin(), best.differences.end());
         });
         return out;
     }
 
 private:
+    /// What a filter leaves of a row.
+    struct FilteredRow {
+        PngFilter filter;
+        Bytes differences = {};
+    };
+
     template <class Visit>
     void forEach(bool bands, const Visit& visit) const {
         const Bytes nothing(count_);
@@ -130,39 +131,30 @@ private:
         }
     }
 
-    std::size_t applyFilters(const std::uint8_t* row, const std::uint8_t* above,
-                             std::array<Bytes, filterCount>& candidates) const {
-        applyFilter<0>(row, above, candidates[0].data(), count_, step_);
-        applyFilter<1>(row, above, candidates[1].data(), count_, step_);
-        applyFilter<2>(row, above, candidates[2].data(), count_, step_);
-        applyFilter<3>(row, above, candidates[3].data(), count_, step_);
-        applyFilter<4>(row, above, candidates[4].data(), count_, step_);
-        std::array<std::uint64_t, filterCount> weights{};
-        std::transform(candidates.begin(), candidates.end(), weights.begin(), weigh);
-        return static_cast<std::size_t>(std::min_element(weights.begin(), weights.end()) - weights.begin());
-    }
-
     const PngSamples& samples_;
     std::size_t height_;
     std::size_t count_;
     std::size_t step_;
 };
 
-std::span<const std::uint8_t> smallData(Compressor& compressor, const PngSamples& samples, std::size_t width) {
-    // Differences of palette indexes mean nothing.
-    if (samples.colorType == PngColorType::palette) return compressor.compress(samples.rows);
+Bytes smallData(const PngSamples& samples, std::size_t width) {
+    // 1. Differences of palette indexes mean nothing.
+    if (samples.colorType == PngColorType::palette) return compressed(samples.rows, compressionLevel);
+    // 2. Filters help photographs and harm most else: where they do not seem to help in some bands, none is used.
     const Rows rows(samples, width);
-    const std::size_t plainSize = compressor.compress(rows.plain(true)).size();
-    const bool filter = compressor.compress(rows.filtered(true)).size() < plainSize;
-    return compressor.compress(filter ? rows.filtered(false) : samples.rows);
+    const auto sampledSize = [](const Bytes& bands) { return compressed(bands, samplingLevel).size(); };
+    const bool maybeFiltered = sampledSize(rows.filtered(true)) < sampledSize(rows.plain(true));
+    // 3. What repeats from band to band is not seen in them, so that the smaller one is known only in the end.
+    Bytes plain = compressed(samples.rows, compressionLevel);
+    if (!maybeFiltered) return plain;
+    Bytes filtered = compressed(rows.filtered(false), compressionLevel);
+    return filtered.size() < plain.size() ? filtered : plain;
 }
 
 }  // namespace
 
 std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture) {
-    Compressor compressor;
-    const auto rows = smallData(compressor, rgbaPngSamples(picture), static_cast<std::size_t>(picture.width()));
-    return {rows.begin(), rows.end()};
+    return smallData(rgbaPngSamples(picture), static_cast<std::size_t>(picture.width()));
 }
 
 std::string encodePngSmall(const PixelBuffer& picture) {
@@ -170,8 +162,7 @@ std::string encodePngSmall(const PixelBuffer& picture) {
     PngFile file(picture.width(), picture.height(), samples.bitDepth, samples.colorType);
     if (!samples.palette.empty()) file.addChunk("PLTE", samples.palette);
     if (!samples.paletteOpacities.empty()) file.addChunk("tRNS", samples.paletteOpacities);
-    Compressor compressor;
-    file.addChunk("IDAT", smallData(compressor, samples, static_cast<std::size_t>(picture.width())));
+    file.addChunk("IDAT", smallData(samples, static_cast<std::size_t>(picture.width())));
     return file.finish();
 }
 

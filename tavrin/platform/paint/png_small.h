@@ -9,7 +9,7 @@
 
 namespace tavrin::paint {
 
-/// The plainest samples that hold the picture without loss, filtered where that seems to make them smaller, compressed
+/// The plainest samples that hold the picture without loss, filtered where that makes them smaller, compressed
 /// thoroughly.
 [[nodiscard]] std::string encodePngSmall(const PixelBuffer& picture);
 

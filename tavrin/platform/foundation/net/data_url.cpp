@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
 
 namespace tavrin {
 namespace {
@@ -52,8 +53,7 @@ std::optional<std::string> base64Decoded(std::string text) {
 bool saysBase64(std::string head) {
     constexpr std::string_view word = "base64";
     head.erase(head.find_last_not_of(blanks) + 1);
-    for (char& c : head)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+    for (char& c : head) c = lowerCase(c);
     if (!head.ends_with(word)) return false;
     head.erase(head.size() - word.size());
     head.erase(head.find_last_not_of(' ') + 1);

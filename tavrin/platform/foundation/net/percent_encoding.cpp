@@ -3,12 +3,12 @@
 
 #include <charconv>
 
+#include "tavrin/platform/foundation/strings/ascii.h"
+
 namespace tavrin {
 
 bool isEscapeAt(std::string_view text, std::size_t at) {
-    constexpr std::string_view digits = "0123456789ABCDEFabcdef";
-    return text[at] == '%' && text.size() - at > 2 && digits.find(text[at + 1]) != std::string_view::npos &&
-           digits.find(text[at + 2]) != std::string_view::npos;
+    return text[at] == '%' && text.size() - at > 2 && isHexDigit(text[at + 1]) && isHexDigit(text[at + 2]);
 }
 
 std::string percentDecoded(std::string_view text) {

@@ -1,15 +1,30 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 namespace tavrin {
 
-/// What RFC 3986 allows in every part of a URI as it is.
-inline constexpr std::string_view unreservedInURLs =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+/// The bytes that a part of a URI may hold as they are: what RFC 3986 calls unreserved, and `more`.
+class PlainInURL {
+public:
+    constexpr PlainInURL(std::initializer_list<std::string_view> more) {
+        add("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~");
+        for (const std::string_view bytes : more) add(bytes);
+    }
+    constexpr bool operator()(char c) const { return isPlain_[static_cast<unsigned char>(c)]; }
+
+private:
+    constexpr void add(std::string_view bytes) {
+        for (const char c : bytes) isPlain_[static_cast<unsigned char>(c)] = true;
+    }
+
+    std::array<bool, 256> isPlain_{};
+};
 
 /// `text` with "%" and two hexadecimal digits for each byte that `isKept(byte)` does not hold for; it is handed the
 /// bytes of `text` themselves, and so can tell where they stand.

@@ -24,28 +24,18 @@ bool isReference(std::string_view text) {
     return true;
 }
 
-/// The bytes that a part of a reference may hold as they are: what is unreserved, the sub-delimiters and `more`.
-class Allowed {
-public:
-    explicit constexpr Allowed(std::string_view more) {
-        for (const std::string_view bytes : {unreservedInURLs, std::string_view("!$&'()*+,;="), more})
-            for (const char c : bytes) isAllowed_[static_cast<unsigned char>(c)] = true;
-    }
-    constexpr bool operator()(char c) const { return isAllowed_[static_cast<unsigned char>(c)]; }
-
-private:
-    bool isAllowed_[256] = {};
-};
-
-constexpr Allowed inUser(":");
-constexpr Allowed inHost("");
-constexpr Allowed inPath("/:@");
-constexpr Allowed inQuery("/:@?");
+constexpr std::string_view subDelimiters = "!$&'()*+,;=";
+constexpr PlainInURL inUser{subDelimiters, ":"};
+constexpr PlainInURL inHost{subDelimiters};
+constexpr PlainInURL inPath{subDelimiters, "/:@"};
+/// A path that no URL has been made of yet: ":" could end a scheme.
+constexpr PlainInURL inNewPath{subDelimiters, "/@"};
+constexpr PlainInURL inQuery{subDelimiters, "/:@?"};
 
 /// A part of a reference with everything else, and each "%" that begins no escape, percent-encoded.
-std::string encodedPart(std::string_view part, const Allowed& allowed) {
+std::string encodedPart(std::string_view part, const PlainInURL& isPlain) {
     return percentEncoded(part, [&](const char& c) {
-        return allowed(c) || isEscapeAt(part, static_cast<std::size_t>(&c - part.data()));
+        return isPlain(c) || isEscapeAt(part, static_cast<std::size_t>(&c - part.data()));
     });
 }
 
@@ -83,11 +73,6 @@ std::optional<std::string> encodedReference(std::string_view text) {
     return encoded;
 }
 
-/// Percent-encodes a path that no URL has been made of yet; also ":", which could end a scheme.
-std::string encodedPath(std::string_view path) {
-    return percentEncoded(path, [](char c) { return inPath(c) && c != ':'; });
-}
-
 std::string inLowerCase(std::string_view text) {
     std::string lower(text);
     std::ranges::transform(lower, lower.begin(), lowerCase);
@@ -111,7 +96,7 @@ std::optional<URL> URL::parse(std::string_view text) {
 URL URL::fileURL(const std::string& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    return URL("file://" + encodedPath(error ? path : absolute.string()));
+    return URL("file://" + percentEncoded(error ? path : absolute.string(), inNewPath));
 }
 
 std::string URL::scheme() const { return inLowerCase(schemeOf(string()).value_or("")); }
@@ -136,12 +121,17 @@ std::string URL::filePath() const {
     return path;
 }
 
+std::string URL::shortened() const {
+    constexpr std::size_t longest = 200;
+    return string().size() > longest ? string().substr(0, longest) + "…" : string();
+}
+
 URL URL::appendingPathComponent(std::string_view component) const {
     component.remove_prefix(std::min(component.find_first_not_of('/'), component.size()));
     const std::string_view path = urlParts(string()).path;
     const auto end = static_cast<std::size_t>(path.data() + path.size() - string().data());
     std::string text = string();
-    text.insert(end, (path.ends_with('/') ? "" : "/") + encodedPath(component));
+    text.insert(end, (path.ends_with('/') ? "" : "/") + percentEncoded(component, inNewPath));
     return URL(std::move(text));
 }
 

@@ -37,6 +37,9 @@ public:
     /// The percent-decoded path of a `file:` URL on this machine; empty for any other URL.
     [[nodiscard]] std::string filePath() const;
 
+    /// As a message shows it, where a picture may stand in it: its first 200 characters and "…".
+    [[nodiscard]] std::string shortened() const;
+
     /// This URL with `component` percent-encoded behind its path, one "/" between; "/" in `component` is kept.
     [[nodiscard]] URL appendingPathComponent(std::string_view component) const;
 
