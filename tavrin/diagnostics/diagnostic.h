@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tavrin/json/json_place.h"
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/placed_error.h"
 
 namespace tavrin {

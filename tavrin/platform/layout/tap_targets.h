@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/layout/layout_tree.h"
