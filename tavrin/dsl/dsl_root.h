@@ -3,6 +3,7 @@
 
 #include "tavrin/dsl/dsl_version.h"
 #include "tavrin/dsl/node_dictionary.h"
+#include "tavrin/dsl/type_tags.h"
 
 namespace tavrin {
 
@@ -13,7 +14,7 @@ struct DSLRoot {
     DSLVersion version = DSLVersion::v1;
     NodeDictionary nodes;
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"version", &DSLRoot::version,
               Note{.text = "The version of the language that the document is written in; every version is read alike.",
                    .example = R"("1.0")"}},

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
 #include "tavrin/platform/foundation/field.h"
@@ -16,16 +15,17 @@ namespace tavrin {
 /// A node or modifier record: a plain struct that lists its fields.
 template <class T>
 concept DSLRecord = requires {
-    std::tuple_size<std::remove_cvref_t<decltype(T::fields)>>::value;
+    T::fields.size;
 };
 
 template <class Record>
-inline constexpr std::size_t fieldCount = std::tuple_size_v<std::remove_cvref_t<decltype(Record::fields)>>;
+inline constexpr std::size_t fieldCount = std::remove_cvref_t<decltype(Record::fields)>::size;
 
 /// The keys of a record, in declaration order.
 template <DSLRecord Record>
-inline constexpr auto fieldKeys = std::apply(
-    [](const auto&... field) { return std::array<std::string_view, sizeof...(field)>{field.key...}; }, Record::fields);
+inline constexpr auto fieldKeys = Record::fields.apply([](const auto&... field) {
+    return std::array<std::string_view, sizeof...(field)>{field.key...};
+});
 
 /// The key of a property, named by its member: `keyOf<&LinkNode::url>`. A member that is not listed does not compile.
 template <auto property>
@@ -40,7 +40,7 @@ inline constexpr std::string_view keyOf = []<class Record, class Value>(Value Re
 
 /// The type of the property at a place in a record's list of fields.
 template <DSLRecord Record, std::size_t index>
-using FieldValue = std::remove_cvref_t<decltype(std::declval<Record&>().*(std::get<index>(Record::fields).member))>;
+using FieldValue = std::remove_cvref_t<decltype(std::declval<Record&>().*(Record::fields.template at<index>().member))>;
 
 /// Records are equal when all their fields are.
 template <DSLRecord Record>
@@ -118,11 +118,9 @@ template <DSLRecord Record>
 
 template <DSLRecord Record>
 bool needsBinding(const Record& record) {
-    return std::apply(
-        [&]<class... Wrapper>(const Field<Record, Wrapper>&... field) {
-            return (FieldBinding<Wrapper>::needed(record.*field.member) || ...);
-        },
-        Record::fields);
+    return Record::fields.apply([&]<class... Wrapper>(const Field<Record, Wrapper>&... field) {
+        return (FieldBinding<Wrapper>::needed(record.*field.member) || ...);
+    });
 }
 
 template <DSLRecord Record>

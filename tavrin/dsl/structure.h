@@ -31,7 +31,7 @@ struct VStackNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"spacing", &VStackNode::spacing, spacingNote},
         Field{"alignment", &VStackNode::alignment,
               Note{.text = "Where children stand that are narrower than the widest.", .defaultValue = R"("center")"}},
@@ -53,7 +53,7 @@ struct HStackNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"spacing", &HStackNode::spacing, spacingNote},
         Field{"alignment", &HStackNode::alignment,
               Note{.text = "Where children stand that are lower than the highest.", .defaultValue = R"("center")"}},
@@ -73,7 +73,7 @@ struct ZStackNode {
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
     DSLValueWithDefault<std::vector<Node>> children = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"alignment", &ZStackNode::alignment,
               Note{.text = "The point of the children that lies in one place.", .defaultValue = R"("center")"}},
         Field{"modifiers", &ZStackNode::modifiers, modifiersNote},
@@ -91,7 +91,7 @@ struct SpacerNode {
 
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"modifiers", &SpacerNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"modifiers", &SpacerNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -104,7 +104,7 @@ struct EmptyViewNode {
 
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"modifiers", &EmptyViewNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"modifiers", &EmptyViewNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -119,7 +119,7 @@ struct RefNode {
     DSLValue<std::string> name = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"name", &RefNode::name,
               Note{.text = "The name of the node to draw, any but `main`.", .example = R"("row")"}},
         Field{"modifiers", &RefNode::modifiers,

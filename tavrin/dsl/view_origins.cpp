@@ -37,9 +37,13 @@ private:
 
 }  // namespace
 
+struct ViewOrigins::Paths {
+    std::unordered_map<const ViewBox*, CodingPath> ofViews;
+};
+
 const CodingPath* ViewOrigins::find(const AnyView& view) const {
-    const auto found = paths_.find(&view.box());
-    return found == paths_.end() ? nullptr : &found->second;
+    const auto found = paths_->ofViews.find(&view.box());
+    return found == paths_->ofViews.end() ? nullptr : &found->second;
 }
 
 void OriginRecorder::note(const AnyView& view, const void* record) {
@@ -55,10 +59,10 @@ void OriginRecorder::note(const AnyView& view, const void* record) {
 
 ViewOrigins OriginRecorder::origins(const AnyView& root, const NodeDictionary& nodes) const {
     const RecordPaths ways(nodes);
-    std::unordered_map<const ViewBox*, CodingPath> paths;
+    ViewOrigins::Paths paths;
     for (const auto& [box, record] : records_)
-        if (const CodingPath* way = ways.find(record)) paths.emplace(box, *way);
-    return {root, std::move(paths)};
+        if (const CodingPath* way = ways.find(record)) paths.ofViews.emplace(box, *way);
+    return {root, std::make_shared<const ViewOrigins::Paths>(std::move(paths))};
 }
 
 }  // namespace tavrin

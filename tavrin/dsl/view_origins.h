@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <unordered_map>
+#include <memory>
 #include <utility>
 
 #include "tavrin/platform/foundation/coding_path.h"
@@ -12,8 +12,8 @@ namespace tavrin {
 /// Where in its document each view of a tree comes from. Immutable; safe to read from several threads.
 class ViewOrigins {
 public:
-    ViewOrigins(AnyView root, std::unordered_map<const ViewBox*, CodingPath> paths)
-        : root_(std::move(root)), paths_(std::move(paths)) {}
+    struct Paths;
+    ViewOrigins(AnyView root, std::shared_ptr<const Paths> paths) : root_(std::move(root)), paths_(std::move(paths)) {}
 
     /// The way to the node or modifier that made a view; of a node behind a reference, to where it is written. Null for
     /// a view that the document did not make itself, such as what a composed view unfolds into.
@@ -21,7 +21,7 @@ public:
 
 private:
     AnyView root_;  // keeps the views, and so their addresses
-    std::unordered_map<const ViewBox*, CodingPath> paths_;
+    std::shared_ptr<const Paths> paths_;
 };
 
 }  // namespace tavrin

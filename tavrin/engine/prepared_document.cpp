@@ -2,7 +2,6 @@
 #include "tavrin/engine/prepared_document.h"
 
 #include <string>
-#include <utility>
 
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/render_state.h"
@@ -31,20 +30,18 @@ void checkVersion(DSLVersion version) {
 
 }  // namespace
 
-PreparedDocument::PreparedDocument(std::string_view json) {
-    DSLRoot root = JSONDecoder({.depth = JSONText::greatestDepth}).decode<DSLRoot>(json);
-    version_ = root.version;
-    nodes_ = std::allocate_shared<const NodeDictionary>(pool::Allocator<NodeDictionary>(), std::move(root.nodes));
-}
+PreparedDocument::PreparedDocument(std::string_view json)
+    : root_(std::allocate_shared<const DSLRoot>(
+          pool::Allocator<DSLRoot>(), JSONDecoder({.depth = JSONText::greatestDepth}).decode<DSLRoot>(json))) {}
 
 AnyView PreparedDocument::bind(std::optional<std::string_view> model, Context& context) const {
     RenderState& state = RenderState::of(context);
-    state.rootNodes = nodes_;
+    state.rootNodes = {root_, &root_->nodes};
     if (model) state.modelContext = decodeModel(*model);
-    checkVersion(version_);
+    checkVersion(root_->version);
     WebImageCache::shared().cacheImages(state.webImageURLs, nullptr, context.fetchPolicy);
-    const auto main = nodes_->find("main");
-    if (main == nodes_->end()) throw TavrinError("Engine", "view must have main node");
+    const auto main = root_->nodes.find("main");
+    if (main == root_->nodes.end()) throw TavrinError("Engine", "view must have main node");
     const RenderState::Recording recording(state, context);
     AnyView view = renderEntry(*main, context);
     recording.keep(view);

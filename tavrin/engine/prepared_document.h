@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "tavrin/dsl/context.h"
-#include "tavrin/dsl/dsl_version.h"
-#include "tavrin/dsl/node_dictionary.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {
+
+struct DSLRoot;
 
 /// A document that is decoded once and bound as often as needed. Immutable: several threads may bind it at once, each
 /// with a context of its own.
@@ -23,8 +23,7 @@ public:
     [[nodiscard]] AnyView bind(std::optional<std::string_view> model, Context& context) const;
 
 private:
-    DSLVersion version_ = DSLVersion::v1;
-    std::shared_ptr<const NodeDictionary> nodes_;
+    std::shared_ptr<const DSLRoot> root_;
 };
 
 }  // namespace tavrin

@@ -8,11 +8,15 @@
 
 #include "tavrin/images/image_decoder.h"
 
-// One decoder for each format; `decodeImage` chooses among them. What it says of `decodeImage` holds for each.
-
 namespace tavrin::images {
 
 using Picture = std::shared_ptr<const Bitmap>;
+
+/// `tavrin::decodeImage`, and null also when `stop` asks for it: that is looked at before the picture is begun and, but
+/// for WebP, at every row.
+Picture decodeImage(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+
+// One decoder for each format; `decodeImage` chooses among them. What is said of it holds for each.
 
 /// Whether a file may declare so many pixels.
 bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height);

@@ -50,19 +50,23 @@ Decode decoderOf(std::string_view bytes) {
 }
 
 }  // namespace
-}  // namespace images
 
-std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds,
-                                          const std::stop_token& stop) {
-    const images::Decode decode = images::decoderOf(bytes);
+Picture decodeImage(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
+    const Decode decode = decoderOf(bytes);
     if (decode == nullptr) return nullptr;
-    const images::DecodingPlace place;
+    const DecodingPlace place;
     if (stop.stop_requested()) return nullptr;
     try {
         return decode(bytes, bounds, stop);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
+}
+
+}  // namespace images
+
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds) {
+    return images::decodeImage(bytes, bounds, {});
 }
 
 }  // namespace tavrin

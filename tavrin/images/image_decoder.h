@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <stop_token>
 #include <string_view>
 
 #include "tavrin/platform/foundation/pixels/bitmap.h"
@@ -21,10 +20,8 @@ struct ImageBounds {
 
 /// The picture that a file's bytes hold: PNG, JPEG, WebP or GIF (of an animation the first frame), told apart by
 /// content. A JPEG is turned as its EXIF orientation says; colour profiles are not applied. Null when the bytes hold no
-/// picture, a damaged or cut off one, or one beyond `bounds`; also when `stop` asks for it: it is looked at before the
-/// picture is begun and, but for WebP, at every row. Any thread; as many pictures are decoded at once as there are
-/// processors, others wait.
-std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds = {},
-                                          const std::stop_token& stop = {});
+/// picture, a damaged or cut off one, or one beyond `bounds`. Any thread; as many pictures are decoded at once as there
+/// are processors, others wait.
+std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds = {});
 
 }  // namespace tavrin

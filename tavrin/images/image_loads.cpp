@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "tavrin/images/image_decoder.h"
+#include "tavrin/images/decoders.h"
 
 namespace tavrin {
 
@@ -24,7 +24,7 @@ struct ImageLoads::Load {
 ImageLoads::Outcome ImageLoads::decoded(const URLResponse& response, const std::stop_token& stop) noexcept {
     try {
         if (response.error) return {nullptr, response.error};
-        return {decodeImage(response.data, {}, stop)};
+        return {images::decodeImage(response.data, {}, stop)};
     } catch (const std::exception&) {  // there is not enough memory for it
         return {};
     }

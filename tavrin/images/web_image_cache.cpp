@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/images/web_image_cache.h"
 
+#include <chrono>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -47,7 +48,7 @@ WebImageCache& WebImageCache::shared() {
 WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(std::make_shared<ImageLoads>()) {}
 
 std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger, FetchPolicy policy) {
-    const auto end = std::chrono::steady_clock::now() + timeLimit;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimit);
     if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) return known;
     if (const std::optional<std::string> reason = refusal(url, policy)) {
         logRefusal(logger, url, *reason);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -24,8 +23,8 @@ class ImageLoads;
 /// A picture in memory is found under every policy: no request is made for it.
 class WebImageCache {
 public:
-    /// How long `loadImageSync` waits at most.
-    static constexpr std::chrono::milliseconds timeLimit{2000};
+    /// How long `loadImageSync` waits at most, in seconds.
+    static constexpr int timeLimit = 2;
     /// Larger files and downloads are refused.
     static constexpr std::size_t maximumFileBytes = std::size_t{32} << 20;
 

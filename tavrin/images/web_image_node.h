@@ -19,7 +19,7 @@ struct WebImageNode {
     LosslessDSLValue<std::optional<SharedText>> alt = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"url", &WebImageNode::url,
               Note{.text = "The address of the picture.", .example = R"("https://example.com/photo.jpg")"}},
         Field{"alt", &WebImageNode::alt,

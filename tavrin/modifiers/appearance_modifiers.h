@@ -18,7 +18,7 @@ struct ForegroundColorModifier {
 
     DSLValue<ColorNode> color = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"color", &ForegroundColorModifier::color, Note{.text = "The colour, which may not be a gradient."}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
@@ -33,7 +33,7 @@ struct BackgroundModifier {
 
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{Field{"view", &BackgroundModifier::view, Note{.text = "The node behind."}}};
+    static constexpr Fields fields{Field{"view", &BackgroundModifier::view, Note{.text = "The node behind."}}};
 
     [[nodiscard]] AnyView modify(AnyView content, Context& context) const;
 };
@@ -47,7 +47,7 @@ struct OverlayModifier {
 
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{Field{"view", &OverlayModifier::view, Note{.text = "The node in front."}}};
+    static constexpr Fields fields{Field{"view", &OverlayModifier::view, Note{.text = "The node in front."}}};
 
     [[nodiscard]] AnyView modify(AnyView content, Context& context) const;
 };
@@ -62,7 +62,7 @@ struct BorderModifier {
     DSLValue<ColorNode> colorNode = {};
     LosslessDSLValue<float> width = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"color", &BorderModifier::color,
               Note{.text = "The colour, as in a colour's `value`, where `colorNode` gives no plain one; white where "
                            "this is none either.",
@@ -82,7 +82,7 @@ struct ClipShapeModifier {
 
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"view", &ClipShapeModifier::view,
               Note{.text = "A circle, capsule or rounded rectangle that has no colour, outline or modifiers."}}};
 
@@ -95,7 +95,7 @@ struct ClippedModifier {
     static constexpr DSLVersion version = DSLVersion::v1;
     static constexpr std::string_view summary = "Cuts the view to its bounds, at whole pixels.";
 
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };
@@ -108,12 +108,11 @@ struct CornerRadiusModifier {
 
     LosslessDSLValue<float> radius = {};
 
-    static constexpr std::tuple fields{
-        Field{"radius", &CornerRadiusModifier::radius,
-              Note{.text = "The radius of the corners, at most half of the shorter side.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .example = "12"}}};
+    static constexpr Fields fields{Field{"radius", &CornerRadiusModifier::radius,
+                                         Note{.text = "The radius of the corners, at most half of the shorter side.",
+                                              .unit = Unit::points,
+                                              .minimum = 0,
+                                              .example = "12"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };
@@ -126,7 +125,7 @@ struct OpacityModifier {
 
     LosslessDSLValue<float> opacity = {};
 
-    static constexpr std::tuple fields{Field{
+    static constexpr Fields fields{Field{
         "opacity", &OpacityModifier::opacity,
         Note{.text = "How much of the view can be seen; 0 is nothing.", .minimum = 0, .maximum = 1, .example = "0.5"}}};
 

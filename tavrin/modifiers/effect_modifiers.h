@@ -22,7 +22,7 @@ struct ScaleEffectModifier {
     LosslessDSLValue<std::optional<float>> y = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> anchor = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"x", &ScaleEffectModifier::x,
               Note{.text = "The factor of the width; negative mirrors.", .defaultValue = "1", .example = "0.5"}},
         Field{"y", &ScaleEffectModifier::y,
@@ -41,7 +41,7 @@ struct RotationEffectModifier {
     LosslessDSLValue<float> angle = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> anchor = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"angle", &RotationEffectModifier::angle,
               Note{.text = "How far to turn, clockwise.", .unit = Unit::degrees, .example = "45"}},
         Field{"anchor", &RotationEffectModifier::anchor, anchorNote}};
@@ -60,7 +60,7 @@ struct ClockHandRotationEffectModifier {
     LosslessDSLValue<std::optional<SharedText>> timeZone = {};
     LosslessDSLValue<std::optional<UnitPointDSL>> anchor = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"period", &ClockHandRotationEffectModifier::period,
               Note{.text = "The time of a full turn: 60, 3600 and 43200 for second, minute and hour hands; negative "
                            "turns backwards.",

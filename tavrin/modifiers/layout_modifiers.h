@@ -27,7 +27,7 @@ struct FrameModifier {
     LosslessDSLValue<std::optional<float>> maxHeight = {};
     LosslessDSLValue<std::optional<AlignmentDSL>> alignment = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"width", &FrameModifier::width,
               Note{.text = "The exact width.",
                    .unit = Unit::points,
@@ -88,7 +88,7 @@ struct PaddingModifier {
     DSLValue<std::optional<std::vector<EdgeDSL>>> edges = {};
     LosslessDSLValue<float> length = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"edges", &PaddingModifier::edges,
               Note{.text = "The edges that get room; an empty list is none.",
                    .defaultValue = R"(["all"])",
@@ -110,7 +110,7 @@ struct OffsetModifier {
     LosslessDSLValue<float> x = {};
     LosslessDSLValue<float> y = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"x", &OffsetModifier::x,
               Note{.text = "How far to the right, negative to the left.", .unit = Unit::points, .example = "4"}},
         Field{"y", &OffsetModifier::y,
@@ -139,7 +139,7 @@ struct AspectRatioModifier {
     LosslessDSLValue<std::optional<float>> aspectRatio = {};
     LosslessDSLValue<ContentMode> contentMode = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"aspectRatio", &AspectRatioModifier::aspectRatio,
               Note{.text = "The width divided by the height.",
                    .minimum = 0,
@@ -161,11 +161,11 @@ struct LineLimitModifier {
 
     LosslessDSLValue<std::optional<std::int64_t>> number = {};
 
-    static constexpr std::tuple fields{Field{"number", &LineLimitModifier::number,
-                                             Note{.text = "The most lines.",
-                                                  .minimum = 1,
-                                                  .absent = "no limit, also where one holds around",
-                                                  .example = "2"}}};
+    static constexpr Fields fields{Field{"number", &LineLimitModifier::number,
+                                         Note{.text = "The most lines.",
+                                              .minimum = 1,
+                                              .absent = "no limit, also where one holds around",
+                                              .example = "2"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };
@@ -178,7 +178,7 @@ struct ZIndexModifier {
 
     LosslessDSLValue<float> zIndex = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"zIndex", &ZIndexModifier::zIndex,
               Note{.text = "Children with greater numbers are drawn later, in front; 0 where the modifier is missing.",
                    .example = "1"}}};

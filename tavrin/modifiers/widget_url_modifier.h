@@ -18,8 +18,8 @@ struct WidgetURLModifier {
 
     LosslessDSLValue<SharedText> url = {};
 
-    static constexpr std::tuple fields{Field{
-        "url", &WidgetURLModifier::url, Note{.text = "The address.", .example = R"("https://example.com/today")"}}};
+    static constexpr Fields fields{Field{"url", &WidgetURLModifier::url,
+                                         Note{.text = "The address.", .example = R"("https://example.com/today")"}}};
 
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const;
 };

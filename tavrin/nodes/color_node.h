@@ -26,7 +26,7 @@ struct ColorNode {
     LosslessDSLValue<std::optional<SharedText>> dark = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"gradient", &ColorNode::gradient,
               Note{.text = "Whether to draw a gradient of the colours in `value`.", .defaultValue = "false"}},
         Field{"start", &ColorNode::start,

@@ -20,7 +20,7 @@ struct LinkNode {
     DSLValue<Node> view = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"url", &LinkNode::url,
               Note{.text = "The address that opens; the node can not be tapped where it is no address.",
                    .example = R"("https://example.com/news/1")"}},

@@ -44,7 +44,7 @@ struct ProgressAttachment {
     LosslessDSLValue<Position> position = {};
     DSLValue<Node> view = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"position", &ProgressAttachment::position,
               Note{.text = "Where the node is at a bar: over it, above it or below it; a ring ignores it.",
                    .example = R"("top")"}},
@@ -71,7 +71,7 @@ struct ProgressNode {
     LosslessDSLValue<std::optional<bool>> flip = {};
     DSLValue<std::optional<ProgressAttachment>> attachment = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"modifiers", &ProgressNode::modifiers, modifiersNote},
         Field{"style", &ProgressNode::style, Note{.text = "A ring or a bar.", .example = R"("circular")"}},
         Field{"value", &ProgressNode::value,

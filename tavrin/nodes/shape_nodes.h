@@ -48,11 +48,11 @@ struct CircleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"stroke", &CircleNode::stroke, strokeNote},
-                                       Field{"strokeColor", &CircleNode::strokeColor, strokeColorNote},
-                                       Field{"lineWidth", &CircleNode::lineWidth, lineWidthNote},
-                                       Field{"fillColor", &CircleNode::fillColor, fillColorNote},
-                                       Field{"modifiers", &CircleNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"stroke", &CircleNode::stroke, strokeNote},
+                                   Field{"strokeColor", &CircleNode::strokeColor, strokeColorNote},
+                                   Field{"lineWidth", &CircleNode::lineWidth, lineWidthNote},
+                                   Field{"fillColor", &CircleNode::fillColor, fillColorNote},
+                                   Field{"modifiers", &CircleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -68,11 +68,11 @@ struct RectangleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"stroke", &RectangleNode::stroke, strokeNote},
-                                       Field{"strokeColor", &RectangleNode::strokeColor, strokeColorNote},
-                                       Field{"lineWidth", &RectangleNode::lineWidth, lineWidthNote},
-                                       Field{"fillColor", &RectangleNode::fillColor, fillColorNote},
-                                       Field{"modifiers", &RectangleNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"stroke", &RectangleNode::stroke, strokeNote},
+                                   Field{"strokeColor", &RectangleNode::strokeColor, strokeColorNote},
+                                   Field{"lineWidth", &RectangleNode::lineWidth, lineWidthNote},
+                                   Field{"fillColor", &RectangleNode::fillColor, fillColorNote},
+                                   Field{"modifiers", &RectangleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -90,18 +90,17 @@ struct RoundedRectangleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
-        Field{"cornerRadius", &RoundedRectangleNode::cornerRadius,
-              Note{.text = "The radius of the corners, at most half of the shorter side.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .example = "12"}},
-        Field{"style", &RoundedRectangleNode::style, cornerStyleNote},
-        Field{"stroke", &RoundedRectangleNode::stroke, strokeNote},
-        Field{"strokeColor", &RoundedRectangleNode::strokeColor, strokeColorNote},
-        Field{"lineWidth", &RoundedRectangleNode::lineWidth, lineWidthNote},
-        Field{"fillColor", &RoundedRectangleNode::fillColor, fillColorNote},
-        Field{"modifiers", &RoundedRectangleNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"cornerRadius", &RoundedRectangleNode::cornerRadius,
+                                         Note{.text = "The radius of the corners, at most half of the shorter side.",
+                                              .unit = Unit::points,
+                                              .minimum = 0,
+                                              .example = "12"}},
+                                   Field{"style", &RoundedRectangleNode::style, cornerStyleNote},
+                                   Field{"stroke", &RoundedRectangleNode::stroke, strokeNote},
+                                   Field{"strokeColor", &RoundedRectangleNode::strokeColor, strokeColorNote},
+                                   Field{"lineWidth", &RoundedRectangleNode::lineWidth, lineWidthNote},
+                                   Field{"fillColor", &RoundedRectangleNode::fillColor, fillColorNote},
+                                   Field{"modifiers", &RoundedRectangleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -118,12 +117,12 @@ struct CapsuleNode {
     DSLValue<std::optional<ColorNode>> fillColor = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"style", &CapsuleNode::style, cornerStyleNote},
-                                       Field{"stroke", &CapsuleNode::stroke, strokeNote},
-                                       Field{"strokeColor", &CapsuleNode::strokeColor, strokeColorNote},
-                                       Field{"lineWidth", &CapsuleNode::lineWidth, lineWidthNote},
-                                       Field{"fillColor", &CapsuleNode::fillColor, fillColorNote},
-                                       Field{"modifiers", &CapsuleNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"style", &CapsuleNode::style, cornerStyleNote},
+                                   Field{"stroke", &CapsuleNode::stroke, strokeNote},
+                                   Field{"strokeColor", &CapsuleNode::strokeColor, strokeColorNote},
+                                   Field{"lineWidth", &CapsuleNode::lineWidth, lineWidthNote},
+                                   Field{"fillColor", &CapsuleNode::fillColor, fillColorNote},
+                                   Field{"modifiers", &CapsuleNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };

@@ -52,12 +52,12 @@ struct TextNode {
     LosslessDSLValue<std::optional<FontWeight>> fontWeight = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"content", &TextNode::content,
-                                             Note{.text = "The text, as it is or as an expression over the model.",
-                                                  .example = R"("{{initServerParam.title}}")"}},
-                                       Field{"fontSize", &TextNode::fontSize, fontSizeNote},
-                                       Field{"fontWeight", &TextNode::fontWeight, fontWeightNote},
-                                       Field{"modifiers", &TextNode::modifiers, modifiersNote}};
+    static constexpr Fields fields{Field{"content", &TextNode::content,
+                                         Note{.text = "The text, as it is or as an expression over the model.",
+                                              .example = R"("{{initServerParam.title}}")"}},
+                                   Field{"fontSize", &TextNode::fontSize, fontSizeNote},
+                                   Field{"fontWeight", &TextNode::fontWeight, fontWeightNote},
+                                   Field{"modifiers", &TextNode::modifiers, modifiersNote}};
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
@@ -75,7 +75,7 @@ struct TimerNode {
     LosslessDSLValue<std::optional<bool>> monospace = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"timestamp", &TimerNode::timestamp,
               Note{.text = "The moment, counted from the beginning of 1970 UTC and rounded to a multiple of 128.",
                    .unit = Unit::seconds,

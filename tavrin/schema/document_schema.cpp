@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/dsl/dsl_version.h"
+#include "tavrin/dsl/type_tags.h"
 #include "tavrin/schema/note_text.h"
 #include "tavrin/schema/value_schema.h"
 

@@ -8,7 +8,9 @@
 #include <fmt/format.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/layout/timed_layout.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
 
@@ -48,25 +50,44 @@ std::uint64_t beginOf(std::size_t frame, double delay) {
 
 }  // namespace
 
+struct AnimationRenderer::State {
+    State(AnyView view, RenderOptions drawn)
+        : options(std::move(drawn)),
+          ownTexts(options.fonts ? std::make_unique<paint::TextPainter>(options.fonts) : nullptr),
+          texts(ownTexts ? *ownTexts : paint::TextPainter::ofThisThread()),
+          layout(std::move(view), options.size, environmentOf(options), texts.engine(), options.diagnostics) {}
+
+    RenderOptions options;
+    std::unique_ptr<paint::TextPainter> ownTexts;  // only with fonts of the host's own
+    paint::TextPainter& texts;
+    layout::TimedLayout layout;
+    paint::StillPart still = {};  // of the layout with the number `stillLayout`
+    std::size_t stillLayout = 0;
+    std::shared_ptr<const PixelBuffer> last = nullptr;
+    std::size_t drawingCount = 0;
+};
+
 AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options)
-    : options_(std::move(options)),
-      ownTexts_(options_.fonts ? std::make_unique<paint::TextPainter>(options_.fonts) : nullptr),
-      texts_(ownTexts_ ? *ownTexts_ : paint::TextPainter::ofThisThread()),
-      layout_(std::move(view), options_.size, environmentOf(options_), texts_.engine(), options_.diagnostics) {}
+    : state_(std::make_unique<State>(std::move(view), std::move(options))) {}
 
 AnimationRenderer::~AnimationRenderer() = default;
 
+std::size_t AnimationRenderer::layoutCount() const { return state_->layout.layoutCount(); }
+
+std::size_t AnimationRenderer::drawingCount() const { return state_->drawingCount; }
+
 std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
-    const bool mayDiffer = layout_.moveTo(moment);
-    if (last_ && !mayDiffer) return last_;
-    paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    const auto before = std::exchange(last_, nullptr);  // no picture is kept if drawing throws
-    if (std::exchange(stillLayout_, layout_.layoutCount()) != layout_.layoutCount()) still_ = {};
-    paint::paintWidget(layout_.tree(), options_.look(), canvas, texts_, {.still = &still_});
+    State& s = *state_;
+    const bool mayDiffer = s.layout.moveTo(moment);
+    if (s.last && !mayDiffer) return s.last;
+    paint::Canvas canvas = paint::Canvas::raster(s.options.size, s.options.scale);
+    const auto before = std::exchange(s.last, nullptr);  // no picture is kept if drawing throws
+    if (std::exchange(s.stillLayout, s.layout.layoutCount()) != s.layout.layoutCount()) s.still = {};
+    paint::paintWidget(s.layout.tree(), s.options.look(), canvas, s.texts, {.still = &s.still});
     PixelBuffer picture = canvas.finishRaster();
-    ++drawingCount_;
-    last_ = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));
-    return last_;
+    ++s.drawingCount;
+    s.last = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));
+    return s.last;
 }
 
 void AnimationRenderer::draw(const FrameSpan& span,
@@ -81,7 +102,7 @@ void AnimationRenderer::draw(const FrameSpan& span,
 
 std::string AnimationRenderer::encode(const FrameSpan& span, const AnimationOptions& animation) {
     const double delay = delayOf(span, animation.framesPerSecond);
-    paint::AnimationEncoder encoder(animation.format, options_.compression);
+    paint::AnimationEncoder encoder(animation.format, state_->options.compression);
     std::size_t frame = 0;
     draw(span, [&](const std::shared_ptr<const PixelBuffer>& picture) {
         encoder.add(picture, beginOf(frame + 1, delay) - beginOf(frame, delay));

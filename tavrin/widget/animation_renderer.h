@@ -9,9 +9,7 @@
 #include <string>
 
 #include "tavrin/platform/foundation/time/date.h"
-#include "tavrin/platform/layout/timed_layout.h"
 #include "tavrin/platform/paint/animation/animation_encoder.h"
-#include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/frame_span.h"
@@ -63,18 +61,12 @@ public:
     [[nodiscard]] std::string encode(const FrameSpan& span, const AnimationOptions& animation);
 
     /// How many times the view was laid out, and how many times drawn.
-    [[nodiscard]] std::size_t layoutCount() const { return layout_.layoutCount(); }
-    [[nodiscard]] std::size_t drawingCount() const { return drawingCount_; }
+    [[nodiscard]] std::size_t layoutCount() const;
+    [[nodiscard]] std::size_t drawingCount() const;
 
 private:
-    RenderOptions options_;
-    std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
-    paint::TextPainter& texts_;
-    layout::TimedLayout layout_;
-    paint::StillPart still_;  // of the layout with the number `stillLayout_`
-    std::size_t stillLayout_ = 0;
-    std::shared_ptr<const PixelBuffer> last_;
-    std::size_t drawingCount_ = 0;
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 }  // namespace tavrin

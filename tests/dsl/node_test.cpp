@@ -190,8 +190,7 @@ struct CountingNode {
     LosslessDSLValue<SharedText> title = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
 
-    static constexpr std::tuple fields{Field{"title", &CountingNode::title},
-                                       Field{"modifiers", &CountingNode::modifiers}};
+    static constexpr Fields fields{Field{"title", &CountingNode::title}, Field{"modifiers", &CountingNode::modifiers}};
 
     AnyView render(Context& context) const {
         ++draws;
@@ -232,8 +231,7 @@ struct UndrawnNode {
     static constexpr DSLVersion version = DSLVersion::v1;
     LosslessDSLValue<SharedText> label = {};
     DSLValueWithDefault<std::vector<Modifier>> modifiers = {};
-    static constexpr std::tuple fields{Field{"label", &UndrawnNode::label},
-                                       Field{"modifiers", &UndrawnNode::modifiers}};
+    static constexpr Fields fields{Field{"label", &UndrawnNode::label}, Field{"modifiers", &UndrawnNode::modifiers}};
 };
 static_assert(DSLNodeProtocol<UndrawnNode> && !NodeProtocol<UndrawnNode>);
 
@@ -241,7 +239,7 @@ struct UnappliedModifier {
     static constexpr ModifierType type = ModifierType::animation;
     static constexpr DSLVersion version = DSLVersion::v1_2;
     LosslessDSLValue<float> speed = {};
-    static constexpr std::tuple fields{Field{"speed", &UnappliedModifier::speed}};
+    static constexpr Fields fields{Field{"speed", &UnappliedModifier::speed}};
 };
 static_assert(DSLModifierProtocol<UnappliedModifier> && !ModifierProtocol<UnappliedModifier>);
 

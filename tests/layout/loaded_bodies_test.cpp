@@ -57,7 +57,7 @@ struct Waiting {
 struct Holder {
     static constexpr std::string_view name = "Holder";
     AnyView inside;
-    static constexpr std::tuple fields{Field{"inside", &Holder::inside}};
+    static constexpr Fields fields{Field{"inside", &Holder::inside}};
     [[nodiscard]] AnyView body(const EnvironmentValues&) const { return inside; }
 };
 

@@ -19,9 +19,8 @@ struct FixedFrame {
     Alignment alignment = Alignment::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"width", &FixedFrame::width}, Field{"height", &FixedFrame::height},
-                                       Field{"alignment", &FixedFrame::alignment},
-                                       Field{"content", &FixedFrame::content}};
+    static constexpr Fields fields{Field{"width", &FixedFrame::width}, Field{"height", &FixedFrame::height},
+                                   Field{"alignment", &FixedFrame::alignment}, Field{"content", &FixedFrame::content}};
 };
 
 /// A room between bounds; an absent bound is the content's.
@@ -37,7 +36,7 @@ struct FlexibleFrame {
     Alignment alignment = Alignment::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"minWidth", &FlexibleFrame::minWidth},   Field{"maxWidth", &FlexibleFrame::maxWidth},
         Field{"minHeight", &FlexibleFrame::minHeight}, Field{"maxHeight", &FlexibleFrame::maxHeight},
         Field{"alignment", &FlexibleFrame::alignment}, Field{"content", &FlexibleFrame::content}};
@@ -65,8 +64,8 @@ struct Padding {
     double length = 0;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"edges", &Padding::edges}, Field{"length", &Padding::length},
-                                       Field{"content", &Padding::content}};
+    static constexpr Fields fields{Field{"edges", &Padding::edges}, Field{"length", &Padding::length},
+                                   Field{"content", &Padding::content}};
 };
 
 /// An inset for each edge of a rectangle.
@@ -88,8 +87,7 @@ struct InsetPadding {
     EdgeInsets insets = {};
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"insets", &InsetPadding::insets},
-                                       Field{"content", &InsetPadding::content}};
+    static constexpr Fields fields{Field{"insets", &InsetPadding::insets}, Field{"content", &InsetPadding::content}};
 };
 
 // The five effects: layout sees the content as it is, only its picture changes. A number that is not finite draws
@@ -106,8 +104,7 @@ struct Offset {
     double y = 0;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"x", &Offset::x}, Field{"y", &Offset::y},
-                                       Field{"content", &Offset::content}};
+    static constexpr Fields fields{Field{"x", &Offset::x}, Field{"y", &Offset::y}, Field{"content", &Offset::content}};
 };
 
 /// Draws its content larger or smaller, around an anchor; a negative scale mirrors, and 0 draws nothing.
@@ -122,8 +119,8 @@ struct ScaleEffect {
     UnitPoint anchor = UnitPoint::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"x", &ScaleEffect::x}, Field{"y", &ScaleEffect::y},
-                                       Field{"anchor", &ScaleEffect::anchor}, Field{"content", &ScaleEffect::content}};
+    static constexpr Fields fields{Field{"x", &ScaleEffect::x}, Field{"y", &ScaleEffect::y},
+                                   Field{"anchor", &ScaleEffect::anchor}, Field{"content", &ScaleEffect::content}};
 };
 
 /// Draws its content turned around an anchor, clockwise by an angle in radians.
@@ -137,8 +134,8 @@ struct RotationEffect {
     UnitPoint anchor = UnitPoint::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"angle", &RotationEffect::angle}, Field{"anchor", &RotationEffect::anchor},
-                                       Field{"content", &RotationEffect::content}};
+    static constexpr Fields fields{Field{"angle", &RotationEffect::angle}, Field{"anchor", &RotationEffect::anchor},
+                                   Field{"content", &RotationEffect::content}};
 };
 
 /// A direction in space: x to the right, y downwards, z towards the viewer. Its length does not count.
@@ -164,9 +161,9 @@ struct Rotation3DEffect {
     UnitPoint anchor = UnitPoint::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"angle", &Rotation3DEffect::angle}, Field{"axis", &Rotation3DEffect::axis},
-                                       Field{"anchor", &Rotation3DEffect::anchor},
-                                       Field{"content", &Rotation3DEffect::content}};
+    static constexpr Fields fields{Field{"angle", &Rotation3DEffect::angle}, Field{"axis", &Rotation3DEffect::axis},
+                                   Field{"anchor", &Rotation3DEffect::anchor},
+                                   Field{"content", &Rotation3DEffect::content}};
 };
 
 /// How long a clock's hand takes for a full turn.
@@ -203,7 +200,7 @@ struct ClockHandRotationEffect {
     UnitPoint anchor = UnitPoint::center;
     AnyView content = {};
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"period", &ClockHandRotationEffect::period}, Field{"timeZone", &ClockHandRotationEffect::timeZone},
         Field{"anchor", &ClockHandRotationEffect::anchor}, Field{"content", &ClockHandRotationEffect::content}};
 };
@@ -220,9 +217,8 @@ struct AspectRatio {
     ContentMode contentMode = ContentMode::fit;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"ratio", &AspectRatio::ratio},
-                                       Field{"contentMode", &AspectRatio::contentMode},
-                                       Field{"content", &AspectRatio::content}};
+    static constexpr Fields fields{Field{"ratio", &AspectRatio::ratio}, Field{"contentMode", &AspectRatio::contentMode},
+                                   Field{"content", &AspectRatio::content}};
 };
 
 /// How many lines each text inside may have; absent: any number. Below 1 counts as 1.
@@ -234,7 +230,7 @@ struct LineLimit {
     std::optional<std::int64_t> number = std::nullopt;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"number", &LineLimit::number}, Field{"content", &LineLimit::content}};
+    static constexpr Fields fields{Field{"number", &LineLimit::number}, Field{"content", &LineLimit::content}};
 };
 
 /// When its content is drawn among the children of a stack: ascending, document order among equals.
@@ -246,7 +242,7 @@ struct ZIndex {
     double value = 0;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"value", &ZIndex::value}, Field{"content", &ZIndex::content}};
+    static constexpr Fields fields{Field{"value", &ZIndex::value}, Field{"content", &ZIndex::content}};
 };
 
 /// The colour of text and bare shapes inside; the innermost wins.
@@ -258,8 +254,8 @@ struct ForegroundColor {
     Color color = Color::primary;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"color", &ForegroundColor::color},
-                                       Field{"content", &ForegroundColor::content}};
+    static constexpr Fields fields{Field{"color", &ForegroundColor::color},
+                                   Field{"content", &ForegroundColor::content}};
 };
 
 /// A second view behind its content, of the content's size.
@@ -272,9 +268,9 @@ struct Background {
     AnyView background = {};
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &Background::alignment},
-                                       Field{"background", &Background::background},
-                                       Field{"content", &Background::content}};
+    static constexpr Fields fields{Field{"alignment", &Background::alignment},
+                                   Field{"background", &Background::background},
+                                   Field{"content", &Background::content}};
 };
 
 /// A second view in front of its content, of the content's size.
@@ -287,8 +283,8 @@ struct Overlay {
     AnyView overlay = {};
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &Overlay::alignment}, Field{"overlay", &Overlay::overlay},
-                                       Field{"content", &Overlay::content}};
+    static constexpr Fields fields{Field{"alignment", &Overlay::alignment}, Field{"overlay", &Overlay::overlay},
+                                   Field{"content", &Overlay::content}};
 };
 
 /// A line along the inside of the content's bounds.
@@ -302,8 +298,8 @@ struct Border {
     double width = 1;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"color", &Border::color}, Field{"width", &Border::width},
-                                       Field{"content", &Border::content}};
+    static constexpr Fields fields{Field{"color", &Border::color}, Field{"width", &Border::width},
+                                   Field{"content", &Border::content}};
 };
 
 /// Cuts its content to a shape that fills its bounds.
@@ -317,8 +313,8 @@ struct ClipShape {
     bool antialiased = true;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"shape", &ClipShape::shape}, Field{"antialiased", &ClipShape::antialiased},
-                                       Field{"content", &ClipShape::content}};
+    static constexpr Fields fields{Field{"shape", &ClipShape::shape}, Field{"antialiased", &ClipShape::antialiased},
+                                   Field{"content", &ClipShape::content}};
 };
 
 /// Cuts its content to its bounds.
@@ -331,8 +327,7 @@ struct Clipped {
     bool antialiased = false;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"antialiased", &Clipped::antialiased},
-                                       Field{"content", &Clipped::content}};
+    static constexpr Fields fields{Field{"antialiased", &Clipped::antialiased}, Field{"content", &Clipped::content}};
 };
 
 /// Cuts its content to a rectangle with circular corners.
@@ -346,9 +341,9 @@ struct CornerRadius {
     bool antialiased = true;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"radius", &CornerRadius::radius},
-                                       Field{"antialiased", &CornerRadius::antialiased},
-                                       Field{"content", &CornerRadius::content}};
+    static constexpr Fields fields{Field{"radius", &CornerRadius::radius},
+                                   Field{"antialiased", &CornerRadius::antialiased},
+                                   Field{"content", &CornerRadius::content}};
 };
 
 /// Fades its content as one layer; values outside 0…1 are clamped when drawn.
@@ -361,7 +356,7 @@ struct Opacity {
     double value = 1;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"value", &Opacity::value}, Field{"content", &Opacity::content}};
+    static constexpr Fields fields{Field{"value", &Opacity::value}, Field{"content", &Opacity::content}};
 };
 
 /// Marks its content with the address that opens when the widget is tapped there; absent: none.
@@ -373,7 +368,7 @@ struct WidgetURL {
     std::optional<URL> url = std::nullopt;
     AnyView content = {};
 
-    static constexpr std::tuple fields{Field{"url", &WidgetURL::url}, Field{"content", &WidgetURL::content}};
+    static constexpr Fields fields{Field{"url", &WidgetURL::url}, Field{"content", &WidgetURL::content}};
 };
 
 }  // namespace tavrin

@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <tuple>
 #include <variant>
 #include <vector>
 
@@ -31,7 +30,7 @@ struct EmptyView {
     static constexpr ViewKind kind = ViewKind::emptyView;
     static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "EmptyView";
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
 };
 
 /// Room that takes what its stack's other children leave along its axis, at least `minLength` (absent: 8).
@@ -42,7 +41,7 @@ struct Spacer {
 
     std::optional<double> minLength = std::nullopt;
 
-    static constexpr std::tuple fields{Field{"minLength", &Spacer::minLength}};
+    static constexpr Fields fields{Field{"minLength", &Spacer::minLength}};
 };
 
 /// What a text shows: a string as it stands, or the time from or to a moment.
@@ -58,8 +57,8 @@ struct Text {
     std::optional<Font> font = std::nullopt;
     std::optional<Font::Weight> fontWeight = std::nullopt;
 
-    static constexpr std::tuple fields{Field{"text", &Text::content}, Field{"font", &Text::font},
-                                       Field{"fontWeight", &Text::fontWeight}};
+    static constexpr Fields fields{Field{"text", &Text::content}, Field{"font", &Text::font},
+                                   Field{"fontWeight", &Text::fontWeight}};
 };
 
 /// A picture, stretched to whatever room it is given; its own size is a point for each pixel. Without a bitmap it draws
@@ -68,7 +67,7 @@ struct Image {
     static constexpr ViewKind kind = ViewKind::image;
     static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Image";
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
 
     std::shared_ptr<const Bitmap> bitmap;
 };
@@ -83,9 +82,9 @@ struct LinearGradient {
     UnitPoint startPoint;
     UnitPoint endPoint;
 
-    static constexpr std::tuple fields{Field{"colors", &LinearGradient::colors},
-                                       Field{"startPoint", &LinearGradient::startPoint},
-                                       Field{"endPoint", &LinearGradient::endPoint}};
+    static constexpr Fields fields{Field{"colors", &LinearGradient::colors},
+                                   Field{"startPoint", &LinearGradient::startPoint},
+                                   Field{"endPoint", &LinearGradient::endPoint}};
     friend bool operator==(const LinearGradient&, const LinearGradient&) = default;
 };
 
@@ -95,7 +94,7 @@ struct Circle {
     static constexpr ViewKind kind = ViewKind::circle;
     static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Circle";
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
     friend bool operator==(const Circle&, const Circle&) = default;
 };
 
@@ -103,7 +102,7 @@ struct Rectangle {
     static constexpr ViewKind kind = ViewKind::rectangle;
     static constexpr ViewTraits traits{};
     static constexpr std::string_view name = "Rectangle";
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
     friend bool operator==(const Rectangle&, const Rectangle&) = default;
 };
 
@@ -115,8 +114,8 @@ struct RoundedRectangle {
     double cornerRadius = 0;
     RoundedCornerStyle style = RoundedCornerStyle::circular;
 
-    static constexpr std::tuple fields{Field{"cornerRadius", &RoundedRectangle::cornerRadius},
-                                       Field{"style", &RoundedRectangle::style}};
+    static constexpr Fields fields{Field{"cornerRadius", &RoundedRectangle::cornerRadius},
+                                   Field{"style", &RoundedRectangle::style}};
     friend bool operator==(const RoundedRectangle&, const RoundedRectangle&) = default;
 };
 
@@ -127,7 +126,7 @@ struct Capsule {
 
     RoundedCornerStyle style = RoundedCornerStyle::circular;
 
-    static constexpr std::tuple fields{Field{"style", &Capsule::style}};
+    static constexpr Fields fields{Field{"style", &Capsule::style}};
     friend bool operator==(const Capsule&, const Capsule&) = default;
 };
 
@@ -146,8 +145,8 @@ struct TrimmedShape {
     double from = 0;
     double to = 1;
 
-    static constexpr std::tuple fields{Field{"shape", &TrimmedShape::shape}, Field{"from", &TrimmedShape::from},
-                                       Field{"to", &TrimmedShape::to}};
+    static constexpr Fields fields{Field{"shape", &TrimmedShape::shape}, Field{"from", &TrimmedShape::from},
+                                   Field{"to", &TrimmedShape::to}};
     friend bool operator==(const TrimmedShape&, const TrimmedShape&) = default;
 };
 
@@ -164,7 +163,7 @@ struct FilledShape {
     Shape shape;
     ShapeStyle fill = Color::primary;
 
-    static constexpr std::tuple fields{Field{"shape", &FilledShape::shape}, Field{"fill", &FilledShape::fill}};
+    static constexpr Fields fields{Field{"shape", &FilledShape::shape}, Field{"fill", &FilledShape::fill}};
 };
 
 enum class LineCap : unsigned char { butt, round };
@@ -183,7 +182,7 @@ struct StrokedShape {
     LineJoin lineJoin = LineJoin::miter;
     double miterLimit = 10;
 
-    static constexpr std::tuple fields{
+    static constexpr Fields fields{
         Field{"shape", &StrokedShape::shape},         Field{"stroke", &StrokedShape::stroke},
         Field{"lineWidth", &StrokedShape::lineWidth}, Field{"lineCap", &StrokedShape::lineCap},
         Field{"lineJoin", &StrokedShape::lineJoin},   Field{"miterLimit", &StrokedShape::miterLimit}};
@@ -200,8 +199,8 @@ struct VStack {
     std::optional<double> spacing = std::nullopt;
     ViewList children = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &VStack::alignment}, Field{"spacing", &VStack::spacing},
-                                       Field{"children", &VStack::children}};
+    static constexpr Fields fields{Field{"alignment", &VStack::alignment}, Field{"spacing", &VStack::spacing},
+                                   Field{"children", &VStack::children}};
 };
 
 /// Children from leading to trailing, spaced as in a `VStack`.
@@ -214,8 +213,8 @@ struct HStack {
     std::optional<double> spacing = std::nullopt;
     ViewList children = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &HStack::alignment}, Field{"spacing", &HStack::spacing},
-                                       Field{"children", &HStack::children}};
+    static constexpr Fields fields{Field{"alignment", &HStack::alignment}, Field{"spacing", &HStack::spacing},
+                                   Field{"children", &HStack::children}};
 };
 
 /// Children on top of each other.
@@ -227,7 +226,7 @@ struct ZStack {
     Alignment alignment = Alignment::center;
     ViewList children = {};
 
-    static constexpr std::tuple fields{Field{"alignment", &ZStack::alignment}, Field{"children", &ZStack::children}};
+    static constexpr Fields fields{Field{"alignment", &ZStack::alignment}, Field{"children", &ZStack::children}};
 };
 
 /// What the content of a geometry reader is told.
@@ -245,7 +244,7 @@ struct GeometryReader {
 
     std::function<AnyView(const GeometryProxy&)> content;
 
-    static constexpr std::tuple<> fields{};
+    static constexpr Fields<> fields{};
 };
 
 /// A label that leads to an address when it is tapped; it looks and is laid out as the label alone.
@@ -257,7 +256,7 @@ struct Link {
     URL destination;
     AnyView label = {};
 
-    static constexpr std::tuple fields{Field{"destination", &Link::destination}, Field{"label", &Link::label}};
+    static constexpr Fields fields{Field{"destination", &Link::destination}, Field{"label", &Link::label}};
 };
 
 }  // namespace tavrin

@@ -3,9 +3,31 @@
 
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 #include <utility>
 
 namespace tavrin {
+
+struct MainQueue::Blocks {
+    /// Takes the next block; an empty one when there is none.
+    std::function<void()> take() {
+        const std::lock_guard lock(mutex);
+        if (list.empty()) return {};
+        std::function<void()> block = std::move(list.front());
+        list.pop_front();
+        return block;
+    }
+
+    std::mutex mutex;
+    std::condition_variable posted;
+    std::deque<std::function<void()>> list;
+};
+
+MainQueue::MainQueue() : blocks_(std::make_unique<Blocks>()) {}
+
+MainQueue::~MainQueue() = default;
 
 MainQueue& MainQueue::shared() {
     // Other threads may still post while the process ends.
@@ -15,29 +37,21 @@ MainQueue& MainQueue::shared() {
 
 void MainQueue::post(std::function<void()> block) {
     {
-        const std::lock_guard lock(mutex_);
-        blocks_.push_back(std::move(block));
+        const std::lock_guard lock(blocks_->mutex);
+        blocks_->list.push_back(std::move(block));
     }
-    posted_.notify_one();
-}
-
-std::function<void()> MainQueue::take() {
-    const std::lock_guard lock(mutex_);
-    if (blocks_.empty()) return {};
-    std::function<void()> block = std::move(blocks_.front());
-    blocks_.pop_front();
-    return block;
+    blocks_->posted.notify_one();
 }
 
 std::size_t MainQueue::runPending() {
     std::size_t count = 0;
     {
-        const std::lock_guard lock(mutex_);
-        count = blocks_.size();
+        const std::lock_guard lock(blocks_->mutex);
+        count = blocks_->list.size();
     }
     std::size_t ran = 0;
     for (; ran < count; ++ran) {
-        const std::function<void()> block = take();
+        const std::function<void()> block = blocks_->take();
         if (!block) break;  // a block ran the queue itself
         block();
     }
@@ -52,8 +66,8 @@ std::size_t MainQueue::runFor(double seconds) {
     std::size_t ran = 0;
     for (;;) {
         ran += runPending();
-        std::unique_lock lock(mutex_);
-        if (!posted_.wait_until(lock, end, [this] { return !blocks_.empty(); })) return ran;
+        std::unique_lock lock(blocks_->mutex);
+        if (!blocks_->posted.wait_until(lock, end, [this] { return !blocks_->list.empty(); })) return ran;
     }
 }
 

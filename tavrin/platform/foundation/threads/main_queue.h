@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <functional>
-#include <mutex>
+#include <memory>
 
 namespace tavrin {
 
@@ -16,7 +14,8 @@ public:
     /// The process's queue, on which prefetches report that they are complete. Never destroyed.
     static MainQueue& shared();
 
-    MainQueue() = default;
+    MainQueue();
+    ~MainQueue();
     MainQueue(const MainQueue&) = delete;
     MainQueue& operator=(const MainQueue&) = delete;
 
@@ -31,12 +30,8 @@ public:
     std::size_t runFor(double seconds);
 
 private:
-    /// Takes the next block; an empty one when there is none.
-    std::function<void()> take();
-
-    std::mutex mutex_;
-    std::condition_variable posted_;
-    std::deque<std::function<void()>> blocks_;
+    struct Blocks;
+    std::unique_ptr<Blocks> blocks_;
 };
 
 }  // namespace tavrin
