@@ -2,7 +2,8 @@
 #pragma once
 
 /// The one header that a host needs to draw documents. Beside it: `tavrin/records.h` to build documents in code,
-/// `tavrin/diagnostics.h` to find what is wrong or doubtful in them.
+/// `tavrin/diagnostics.h` to find what is wrong or doubtful in them. These are what hosts include; what lies in folders
+/// is what they are made of, and may move.
 
 #include "tavrin/dsl/view_origins.h"
 #include "tavrin/engine/tavrin_engine.h"

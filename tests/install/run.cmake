@@ -7,6 +7,9 @@ endfunction()
 
 file(REMOVE_RECURSE ${SCRATCH})
 run(${CMAKE_COMMAND} --install ${BUILT} --prefix ${SCRATCH}/prefix)
+if(EXISTS ${SCRATCH}/prefix/include/tavrin/platform/layout/measurer.h)
+  message(FATAL_ERROR "an internal header is installed")
+endif()
 run(${CMAKE_COMMAND}
     -G Ninja
     -S ${HOST}
