@@ -27,7 +27,8 @@ using testing::StartsWith;
 
 constexpr std::string_view greeting =
     R"({"version": "1.2", "nodes": {"main": {"type": "text", "content": "{{initServerParam.name}}",
-    "modifiers": [{"type": "widgetURL", "url": "app:{{initServerParam.name}}"}]}}})";
+    "modifiers": [{"type": "widgetURL", "url": "{{initServerParam.url}}"}]}}})";
+constexpr std::string_view ada = R"({"name": "Ada", "url": "app:Ada"})";
 constexpr std::string_view pictures = R"({"version": "1.2", "nodes": {"main": {"type": "vstack", "children": [
     {"type": "webImage", "url": "https://a.example/1.png", "alt": "https://a.example/2.png"},
     {"type": "webImage", "url": "https://a.example/3.png"}]}}})";
@@ -49,11 +50,11 @@ WidgetOptions notingInto(std::vector<std::string>& lines) {
 
 TEST(Widget, IsWhatAnEngineAndARendererMake) {
     Context context;
-    const AnyView view = TavrinEngine().loadView(greeting, R"({"name": "Ada"})", context);
+    const AnyView view = TavrinEngine().loadView(greeting, ada, context);
     RenderOptions render;
     render.widgetURL = context.widgetURL();
     ImageRenderer renderer(view, render);
-    Widget widget = Document(greeting).widget(R"({"name": "Ada"})", quiet());
+    Widget widget = Document(greeting).widget(ada, quiet());
     EXPECT_TRUE(widget.pixels() == renderer.pixels());
     EXPECT_TRUE(widget.pixelsWithoutTexts() == renderer.pixelsWithoutTexts());
     EXPECT_EQ(widget.layoutText(), renderer.layoutText());
@@ -110,13 +111,13 @@ TEST(Widget, TextsThatAreNoDocumentOrModel) {
     EXPECT_THROW(static_cast<void>(document.bind("{}", quiet())), ModelContextError);
     EXPECT_THROW(static_cast<void>(Document(R"({"version": "9.9", "nodes": {}})").bind(std::nullopt, quiet())),
                  std::exception);
-    EXPECT_EQ(document.bind(R"({"name": "Ada"})", quiet()).widgetURL()->string(), "app:Ada") << "after all that";
+    EXPECT_EQ(document.bind(ada, quiet()).widgetURL()->string(), "app:Ada") << "after all that";
 }
 
 TEST(Widget, AddressesAreConverted) {
     WidgetOptions options = quiet();
     options.linkConverter = [](const URL& url) { return *URL::parse("other:" + url.string()); };
-    EXPECT_EQ(Document(greeting).bind(R"({"name": "Ada"})", options).widgetURL()->string(), "other:app:Ada");
+    EXPECT_EQ(Document(greeting).bind(ada, options).widgetURL()->string(), "other:app:Ada");
 }
 
 TEST(Widget, NamesItsPictures) {
@@ -147,21 +148,21 @@ TEST(Widget, TracesOnlyWhatIsAskedFor) {
     const auto bind = [&](WidgetTrace trace) {
         WidgetOptions options = quiet();
         options.trace = trace;
-        return document.bind(R"({"name": "Ada"})", options);
+        return document.bind(ada, options);
     };
     EXPECT_EQ(bind(WidgetTrace::none).origins(), nullptr);
     EXPECT_NE(bind(WidgetTrace::origins).origins(), nullptr);
     WidgetOptions options = quiet();
     options.trace = WidgetTrace::reasons;
-    const Explanation explanation = document.widget(R"({"name": "Ada"})", options).explanation();
+    const Explanation explanation = document.widget(ada, options).explanation();
     ASSERT_FALSE(explanation.empty());
-    EXPECT_EQ(toText(explanation.front().origin.value()), "nodes.main");
+    EXPECT_EQ(toText(explanation.front().origin.value()), "nodes.main.modifiers[0]");
 }
 
 TEST(WidgetThreads, ShareADocument) {
     const Document document(greeting);
     const auto draw = [&](std::size_t number) {
-        const std::string model = R"({"name": "Reader )" + std::to_string(number) + "\"}";
+        const std::string model = R"({"url": "app:reader", "name": "Reader )" + std::to_string(number) + "\"}";
         return document.widget(model, quiet()).encode();
     };
     constexpr std::size_t count = 8;
