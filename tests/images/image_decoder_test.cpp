@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tavrin/images/decoders.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tests/images/pictures.h"
 
@@ -336,8 +337,8 @@ TEST(ImageDecoder, DoesNotBeginWhatNobodyWants) {
     std::stop_source source;
     source.request_stop();
     for (const char* name : {"rgba8.png", "baseline.jpg", "plain.gif", "lossy.webp"}) {
-        EXPECT_NE(decodeImage(pictureFile(name), {}, std::stop_token()), nullptr) << name;
-        EXPECT_EQ(decodeImage(pictureFile(name), {}, source.get_token()), nullptr) << name;
+        EXPECT_NE(images::decodeImage(pictureFile(name), {}, std::stop_token()), nullptr) << name;
+        EXPECT_EQ(images::decodeImage(pictureFile(name), {}, source.get_token()), nullptr) << name;
     }
 }
 
@@ -351,7 +352,7 @@ TEST(ImageDecoderThreads, StopBetweenRows) {
         ASSERT_NE(decodeImage(row.bytes), nullptr);
         std::stop_source source;
         std::shared_ptr<const Bitmap> picture;
-        std::jthread decoding([&] { picture = decodeImage(row.bytes, {}, source.get_token()); });
+        std::jthread decoding([&] { picture = images::decodeImage(row.bytes, {}, source.get_token()); });
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
         source.request_stop();
         decoding.join();

@@ -10,16 +10,10 @@
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/text/text_painter.h"
 #include "tests/paint/colors.h"
+#include "tests/paint/drawn.h"
 
 namespace tavrin::paint {
 namespace {
-
-template <class Draw>
-PixelBuffer drawn(Size size, double scale, Draw draw) {
-    Canvas canvas = Canvas::raster(size, scale);
-    draw(canvas);
-    return canvas.finishRaster();
-}
 
 void drawText(Canvas& canvas, const Rect& frame) {
     TextPainter& painter = TextPainter::ofThisThread();

@@ -10,16 +10,17 @@
 
 #include "tavrin/platform/paint/canvas.h"
 #include "tests/paint/colors.h"
+#include "tests/paint/drawn.h"
 
 // Bitmaps drawn on a raster canvas.
 
 namespace tavrin::paint {
 namespace {
 
-using Picture = std::shared_ptr<const Bitmap>;
+using SharedBitmap = std::shared_ptr<const Bitmap>;
 
 template <class ColorAt>
-Picture bitmap(int width, int height, ColorAt colorAt) {
+SharedBitmap bitmap(int width, int height, ColorAt colorAt) {
     std::vector<std::uint32_t> pixels;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) pixels.push_back(colorAt(x, y));
@@ -27,16 +28,9 @@ Picture bitmap(int width, int height, ColorAt colorAt) {
 }
 
 /// Every pixel is another one.
-Picture numbered(int width, int height) {
+SharedBitmap numbered(int width, int height) {
     return bitmap(width, height,
                   [](int x, int y) { return 0xFF000000 | static_cast<std::uint32_t>(x * 16 << 16 | y * 16 << 8); });
-}
-
-template <class Draw>
-PixelBuffer drawn(Size size, double scale, Draw draw) {
-    Canvas canvas = Canvas::raster(size, scale);
-    draw(canvas);
-    return canvas.finishRaster();
 }
 
 /// A quarter, half or whole turn about the middle of a square page, exact.
@@ -54,7 +48,7 @@ AffineTransform turned(double side, int quarters) {
 }
 
 TEST(Pictures, AreCopiedInTheirOwnSize) {
-    const Picture picture = numbered(6, 4);
+    const SharedBitmap picture = numbered(6, 4);
     const PixelBuffer page = drawn({10, 8}, 1, [&](Canvas& canvas) { canvas.draw(picture, {{2, 3}, {6, 4}}, 1); });
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 10; ++x) {
@@ -64,7 +58,7 @@ TEST(Pictures, AreCopiedInTheirOwnSize) {
 }
 
 TEST(Pictures, FillWholePixels) {
-    const Picture picture = bitmap(4, 4, [](int, int) { return 0xFF00FF00; });
+    const SharedBitmap picture = bitmap(4, 4, [](int, int) { return 0xFF00FF00; });
     const PixelBuffer page = drawn({10, 10}, 1, [&](Canvas& canvas) {
         canvas.draw(picture, {{1.4, 1.6}, {5.2, 5.2}}, 1);
     });
@@ -84,7 +78,7 @@ std::uint32_t ring(int x, int y) {
 }
 
 TEST(Pictures, ShrinkToTheAverageOfWhatTheyCover) {
-    const Picture icon = bitmap(256, 256, ring);
+    const SharedBitmap icon = bitmap(256, 256, ring);
     const PixelBuffer page = drawn({24, 24}, 3, [&](Canvas& canvas) { canvas.draw(icon, {{0, 0}, {24, 24}}, 1); });
     double squares = 0;
     constexpr double ratio = 256.0 / 72;
@@ -110,7 +104,7 @@ TEST(Pictures, ShrinkToTheAverageOfWhatTheyCover) {
 
 TEST(Pictures, HaveNoDarkFringe) {
     // A red disc; what is transparent is black, as it is in files.
-    const Picture disc =
+    const SharedBitmap disc =
         bitmap(100, 100, [](int x, int y) { return std::hypot(x - 49.5, y - 49.5) < 45 ? 0xFFFF0000 : 0; });
     const double turn = std::numbers::pi / 7;
     const struct {
@@ -148,7 +142,7 @@ TEST(Pictures, HaveNoDarkFringe) {
 }
 
 TEST(Pictures, GrowSmoothlyUpToTheirEdges) {
-    const Picture steps =
+    const SharedBitmap steps =
         bitmap(4, 2, [](int x, int) { return 0xFF000000 | static_cast<std::uint32_t>(x * 0x505050); });
     const PixelBuffer page = drawn({80, 40}, 1, [&](Canvas& canvas) { canvas.draw(steps, {{0, 0}, {80, 40}}, 1); });
     EXPECT_EQ(page.row(0)[0], 0xFF000000);
@@ -161,7 +155,7 @@ TEST(Pictures, GrowSmoothlyUpToTheirEdges) {
 }
 
 TEST(Pictures, AreOpaqueUpToTheirEdgesWhenTurned) {
-    const Picture plain = bitmap(3, 3, [](int, int) { return 0xFFFFFFFF; });
+    const SharedBitmap plain = bitmap(3, 3, [](int, int) { return 0xFFFFFFFF; });
     const double turn = 0.5;
     const PixelBuffer page = drawn({100, 100}, 1, [&](Canvas& canvas) {
         canvas.transform({std::cos(turn), std::sin(turn), -std::sin(turn), std::cos(turn), 40, 10});
@@ -182,7 +176,7 @@ TEST(Pictures, AreOpaqueUpToTheirEdgesWhenTurned) {
 }
 
 TEST(Pictures, FollowTransforms) {
-    const Picture picture = numbered(8, 8);
+    const SharedBitmap picture = numbered(8, 8);
     const auto expected = [&](int quarters, bool mirrored, int x, int y) {
         for (int i = 0; i < quarters; ++i) {
             const int before = x;
@@ -207,7 +201,7 @@ TEST(Pictures, FollowTransforms) {
 }
 
 TEST(Pictures, ShowThePartThatTheClipLeaves) {
-    const Picture picture = bitmap(64, 64, ring);
+    const SharedBitmap picture = bitmap(64, 64, ring);
     const Rect frame{{-10, -6}, {50, 50}};
     const auto draw = [&](Canvas& canvas) { canvas.draw(picture, frame, 1); };
     for (const bool mirrored : {false, true}) {
@@ -231,7 +225,7 @@ TEST(Pictures, ShowThePartThatTheClipLeaves) {
 }
 
 TEST(Pictures, AreClippedAlongOutlines) {
-    const Picture picture = bitmap(10, 10, [](int, int) { return 0xFF00FF00; });
+    const SharedBitmap picture = bitmap(10, 10, [](int, int) { return 0xFF00FF00; });
     for (const double turn : {0.0, 0.3}) {
         const PixelBuffer page = drawn({60, 60}, 1, [&](Canvas& canvas) {
             canvas.fill(Rect{{0, 0}, {60, 60}}, black);
@@ -255,7 +249,7 @@ TEST(Pictures, AreClippedAlongOutlines) {
 }
 
 TEST(Pictures, Fade) {
-    const Picture plain = bitmap(4, 4, [](int, int) { return 0xFF00FF00; });
+    const SharedBitmap plain = bitmap(4, 4, [](int, int) { return 0xFF00FF00; });
     const struct {
         double opacity;
         std::uint32_t pixel;
@@ -271,7 +265,7 @@ TEST(Pictures, Fade) {
 }
 
 TEST(Pictures, AreDrawnInLayers) {
-    const Picture picture = numbered(6, 6);
+    const SharedBitmap picture = numbered(6, 6);
     const PixelBuffer page = drawn({20, 20}, 1, [&](Canvas& canvas) {
         canvas.clip({{3, 4}, {12, 12}}, false);
         canvas.beginLayer();
@@ -283,7 +277,7 @@ TEST(Pictures, AreDrawnInLayers) {
 }
 
 TEST(Pictures, AreTheSameTheSecondTime) {
-    const Picture icon = bitmap(256, 256, ring);
+    const SharedBitmap icon = bitmap(256, 256, ring);
     const auto draw = [&](Canvas& canvas) {
         canvas.draw(icon, {{1, 1}, {24, 24}}, 1);
         canvas.transform({0.8, 0.6, -0.6, 0.8, 30, 10});
@@ -293,8 +287,8 @@ TEST(Pictures, AreTheSameTheSecondTime) {
 }
 
 TEST(Pictures, SurviveImpossiblePlaces) {
-    const Picture small = numbered(3, 3);
-    const Picture wide = bitmap(40'000, 1, [](int, int) { return 0xFF00FF00; });
+    const SharedBitmap small = numbered(3, 3);
+    const SharedBitmap wide = bitmap(40'000, 1, [](int, int) { return 0xFF00FF00; });
     const Rect frames[] = {
         {{nan, 0}, {10, 10}},   {{0, 0}, {infinity, 10}},   {{0, 0}, {0, 10}},         {{0, 0}, {10, -3}},
         {{1e300, 0}, {10, 10}}, {{-1e9, -1e9}, {2e9, 2e9}}, {{0, 0}, {1e-9, 1e-9}},    {{-5e5, 0}, {1e6, 1}},
@@ -310,7 +304,7 @@ TEST(Pictures, SurviveImpossiblePlaces) {
         {1e-4, 1e-4, -1e-4, 1e-4, 5, 5},
         {1, 0.5, 0.5, 0.2501, 0, 0},
     };
-    for (const Picture& picture : {small, wide})
+    for (const SharedBitmap& picture : {small, wide})
         for (const Rect& frame : frames)
             for (const AffineTransform& transform : transforms) {
                 Canvas canvas = Canvas::raster({20, 20}, 1);
@@ -321,7 +315,7 @@ TEST(Pictures, SurviveImpossiblePlaces) {
 }
 
 TEST(Pictures, LargerThanCairoTakesAreDrawnToo) {
-    const Picture wide = bitmap(40'000, 1, [](int, int) { return 0xFF00FF00; });
+    const SharedBitmap wide = bitmap(40'000, 1, [](int, int) { return 0xFF00FF00; });
     const PixelBuffer page = drawn({20, 20}, 1, [&](Canvas& canvas) {
         canvas.draw(wide, {{0, 0}, {20, 5}}, 1);
         canvas.transform({1, 0.01, -0.01, 1, 0, 0});
