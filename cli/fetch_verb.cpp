@@ -18,6 +18,7 @@
 #include "cli/production.h"
 #include "cli/progress.h"
 #include "cli/verbs.h"
+#include "tavrin/images/web_image_node.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json.h"
 
@@ -33,9 +34,10 @@ bool isExpression(const JSON* value) {
 std::size_t addressesInModel(const JSON& value) {
     std::size_t count = 0;
     if (const auto* members = std::get_if<JSONObject>(&value.object())) {
-        const JSON* const type = value.find("type");
-        if (type && type->description() == "webImage")
-            for (const char* key : {"url", "alt"}) count += std::size_t{isExpression(value.find(key))};
+        const JSON* const type = value.find(typeKey);
+        if (type && type->description() == rawValue(WebImageNode::type))
+            for (const std::string_view key : {keyOf<&WebImageNode::url>, keyOf<&WebImageNode::alt>})
+                count += std::size_t{isExpression(value.find(key))};
         for (const auto& [key, member] : members->members()) count += addressesInModel(member);
     } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
         for (const JSON& element : *elements) count += addressesInModel(element);
