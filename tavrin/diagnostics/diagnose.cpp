@@ -61,7 +61,8 @@ private:
     }
 
     void draw() {
-        WidgetOptions options = options_;
+        const WidgetOptions& given = options_;
+        WidgetOptions options = given;
         options.trace = mayRecordOrigins() ? WidgetTrace::origins : WidgetTrace::none;
         if (options.background.kind == WidgetBackground::Kind::none) options.background = {};
         const ThrowingPreconditions instead;

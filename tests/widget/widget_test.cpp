@@ -15,6 +15,7 @@
 #include "tavrin/engine/tavrin_engine.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/values/model_context.h"
 
 namespace tavrin {
 namespace {
