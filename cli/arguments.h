@@ -18,9 +18,6 @@
 
 namespace tavrin::cli {
 
-/// For whom something is written: people or programs.
-enum class TextFormat : unsigned char { text, json };
-
 // A command line whose every value is right: one struct for what each verb is given.
 
 /// What every verb of documents is given.

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/failure.h"
 
-#include <array>
 #include <new>
 #include <string_view>
-#include <utility>
 
 #include "cli/io_error.h"
 #include "cli/usage_error.h"

@@ -12,8 +12,8 @@
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
+#include "tavrin/platform/paint/widget_look.h"
 #include "tavrin/platform/ui/widget_family.h"
-#include "tavrin/widget/image_renderer.h"
 
 /// Readers of option values; each throws a `UsageError` that names the option, what it takes and what it got.
 namespace tavrin::cli {

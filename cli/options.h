@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +30,9 @@ enum class Verb : unsigned char {
     completion,
     help
 };
+
+/// For whom something is written: people or programs.
+enum class TextFormat : unsigned char { text, json };
 
 /// How `tavrin check` writes what it finds.
 enum class CheckFormat : unsigned char { text, json, sarif, github };
@@ -97,7 +99,7 @@ inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 
 /// The words of an option that takes nothing else.
 inline constexpr const auto& appearanceWords = enumeratorNames<Appearance>;
-inline constexpr std::array<std::string_view, 2> textFormatWords{"text", "json"};  // in the order of `TextFormat`
+inline constexpr const auto& textFormatWords = enumeratorNames<TextFormat>;
 /// Of pictures behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};
 inline constexpr const auto& checkFormatWords = enumeratorNames<CheckFormat>;

@@ -8,7 +8,7 @@ set_target_properties(tavrin_platform PROPERTIES EXPORT_NAME platform)
 install(TARGETS tavrin tavrin_platform EXPORT tavrinTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT tavrinTargets NAMESPACE tavrin:: DESTINATION ${package_dir})
 
-install(CODE "set(source ${PROJECT_SOURCE_DIR})\nset(include_dir ${CMAKE_INSTALL_INCLUDEDIR})")
+install(CODE "set(source \"${PROJECT_SOURCE_DIR}\")\nset(include_dir \"${CMAKE_INSTALL_INCLUDEDIR}\")")
 install(SCRIPT cmake/install_headers.cmake)
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/tavrinConfigVersion.cmake COMPATIBILITY SameMinorVersion)

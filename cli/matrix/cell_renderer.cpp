@@ -2,7 +2,6 @@
 #include "cli/matrix/cell_renderer.h"
 
 #include <string_view>
-#include <utility>
 
 #include "cli/production.h"
 

@@ -5,7 +5,6 @@
 #include <exception>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "cli/input.h"
 #include "tavrin/widget/widget.h"

@@ -14,7 +14,7 @@ namespace tavrin::cli {
 struct Drawing {
     std::string document;
     std::optional<std::string> model = std::nullopt;
-    WidgetOptions options = {};
+    WidgetOptions options = {.fetchPolicy = FetchPolicy::publicOnly};  // which keeps documents from naming files
 };
 
 /// What came of it.

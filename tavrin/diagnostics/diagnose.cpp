@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/diagnose.h"
 
-#include <memory>
-#include <utility>
-
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/written_rules.h"
@@ -64,7 +61,9 @@ private:
         const WidgetOptions& given = options_;
         WidgetOptions options = given;
         options.trace = mayRecordOrigins() ? WidgetTrace::origins : WidgetTrace::none;
+        // Texts are judged by what lies behind them.
         if (options.background.kind == WidgetBackground::Kind::none) options.background = {};
+        options.rounded = false;
         const ThrowingPreconditions instead;
         const BoundDocument bound = Document(document_).bind(model_, options);
         if (written_) boundEffects_ = boundEffects(*written_);

@@ -13,7 +13,7 @@
 namespace tavrin {
 
 /// What a document is looked at for: several rooms and appearances instead of the one that `WidgetOptions` name. A
-/// widget without a background is looked at on the platform's own.
+/// widget without a background is looked at on the platform's own, and with square corners; `trace` counts for nothing.
 struct DiagnoseOptions : WidgetOptions {
     /// The rooms that it is drawn in, each in every appearance. Without any it is not laid out.
     std::vector<WidgetRoom> rooms = {WidgetRoom{}};

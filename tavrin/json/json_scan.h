@@ -82,4 +82,5 @@ private:
 /// The first reason why `text` is not JSON; none when it is. For the cold path, when a fast parser has already refused
 /// the text.
 [[nodiscard]] std::optional<SyntaxFault> findSyntaxFault(std::string_view text, std::size_t maximumDepth);
+
 }  // namespace tavrin

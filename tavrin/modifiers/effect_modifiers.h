@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "tavrin/dsl/modifier.h"
 #include "tavrin/values/unit_point_dsl.h"

@@ -13,6 +13,7 @@
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
+#include "tavrin/widget/note_logger.h"
 
 namespace tavrin {
 namespace {
@@ -51,13 +52,15 @@ std::uint64_t beginOf(std::size_t frame, double delay) {
 }  // namespace
 
 struct AnimationRenderer::State {
-    State(AnyView view, RenderOptions drawn)
+    State(AnyView view, RenderOptions drawn, NoteSink heard)
         : options(std::move(drawn)),
+          notes(std::move(heard)),
           ownTexts(options.fonts ? std::make_unique<paint::TextPainter>(options.fonts) : nullptr),
           texts(ownTexts ? *ownTexts : paint::TextPainter::ofThisThread()),
           layout(std::move(view), options.size, environmentOf(options), texts.engine(), options.diagnostics) {}
 
     RenderOptions options;
+    NoteSink notes;
     std::unique_ptr<paint::TextPainter> ownTexts;  // only with fonts of the host's own
     paint::TextPainter& texts;
     layout::TimedLayout layout;
@@ -67,8 +70,8 @@ struct AnimationRenderer::State {
     std::size_t drawingCount = 0;
 };
 
-AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options)
-    : state_(std::make_unique<State>(std::move(view), std::move(options))) {}
+AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options, NoteSink notes)
+    : state_(std::make_unique<State>(std::move(view), std::move(options), std::move(notes))) {}
 
 AnimationRenderer::~AnimationRenderer() = default;
 
@@ -78,6 +81,8 @@ std::size_t AnimationRenderer::drawingCount() const { return state_->drawingCoun
 
 std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     State& s = *state_;
+    std::optional<NoteLogger::Hearing> hearing;
+    if (s.notes) hearing.emplace(s.notes);
     const bool mayDiffer = s.layout.moveTo(moment);
     if (s.last && !mayDiffer) return s.last;
     paint::Canvas canvas = paint::Canvas::raster(s.options.size, s.options.scale);

@@ -14,6 +14,7 @@
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/frame_span.h"
 #include "tavrin/widget/render_options.h"
+#include "tavrin/widget/widget_options.h"
 
 namespace tavrin {
 
@@ -39,8 +40,9 @@ public:
     /// All frames of one animation have at most so many pixels.
     static constexpr std::int64_t maximumPixels = 20'000'000'000;
 
-    /// The moment in `options` counts for nothing.
-    AnimationRenderer(AnyView view, RenderOptions options);
+    /// The moment in `options` counts for nothing. `notes` hears what the view logs while it is laid out, where it
+    /// comes from a `BoundDocument`.
+    AnimationRenderer(AnyView view, RenderOptions options, std::function<void(const WidgetNote&)> notes = {});
     ~AnimationRenderer();
     AnimationRenderer(const AnimationRenderer&) = delete;
     AnimationRenderer& operator=(const AnimationRenderer&) = delete;

@@ -36,7 +36,7 @@ std::vector<NamedPicture> BoundDocument::pictures() const {
 Widget BoundDocument::widget(WidgetOptions options) const { return Widget(*this, std::move(options)); }
 
 AnimationRenderer BoundDocument::animation(const WidgetOptions& options) const {
-    return AnimationRenderer(view_, renderOptions(options));
+    return AnimationRenderer(view_, renderOptions(options), options.notes);
 }
 
 RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {

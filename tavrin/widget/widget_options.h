@@ -38,7 +38,7 @@ enum class WidgetTrace : unsigned char {
     reasons,  ///< that, and why each view lies where it does
 };
 
-/// How a document becomes a widget. Every way into the library takes these, and they mean the same everywhere.
+/// How a document becomes a widget. Everything that works on documents takes these, and they mean the same everywhere.
 struct WidgetOptions {
     // What a document is bound with.
 

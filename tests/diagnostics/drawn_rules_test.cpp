@@ -167,6 +167,16 @@ TEST(DrawnTexts, NameTheAppearanceThatTheyAreUnreadableIn) {
     EXPECT_THAT(diagnose(document, std::nullopt, dark), ::testing::IsEmpty());
 }
 
+TEST(DrawnTexts, AreJudgedWithSquareCorners) {
+    const std::string document = documentOf(R"({"type": "text", "content": "1", "fontSize": 9, "modifiers": [
+        {"type": "frame", "maxWidth": "infinity", "maxHeight": "infinity", "alignment": "topLeading"}]})");
+    DiagnoseOptions options = quietOptions();
+    options.rooms = {{"systemSmall", {158, 158}}};
+    options.scale = 2;
+    options.rounded = true;
+    EXPECT_THAT(diagnose(document, std::nullopt, options), ::testing::IsEmpty());
+}
+
 TEST(DrawnTexts, WithCharactersThatNoFontHas) {
     const struct {
         const char* why;

@@ -16,11 +16,11 @@
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/model_context.h"
+#include "tavrin/widget/animation_renderer.h"
 
 namespace tavrin {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -142,6 +142,16 @@ TEST(Widget, NotesAreThoseOfTheWidgetThatIsLaidOut) {
     EXPECT_THAT(first, testing::Each(StartsWith("error ")));
     EXPECT_THAT(first, testing::SizeIs(testing::Ge(2U)));
     EXPECT_EQ(first, second);
+}
+
+TEST(Widget, NotesOfAnAnimationAreItsOwn) {
+    std::vector<std::string> bound;
+    std::vector<std::string> heard;
+    const BoundDocument document = Document(pictures).bind(std::nullopt, notingInto(bound));
+    AnimationRenderer renderer = document.animation(notingInto(heard));
+    static_cast<void>(renderer.pixels(Date{1'795'249'105}));
+    EXPECT_THAT(bound, IsEmpty());
+    EXPECT_THAT(heard, testing::SizeIs(testing::Ge(2U)));
 }
 
 TEST(Widget, TracesOnlyWhatIsAskedFor) {

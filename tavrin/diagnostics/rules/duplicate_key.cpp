@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <map>
 
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/dsl/dsl_root.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/values/expression_path.h"

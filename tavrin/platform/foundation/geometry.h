@@ -3,7 +3,7 @@
 
 namespace tavrin {
 
-/// A width and a height in points. `CGSize` of the phone: double precision, any value representable.
+/// A width and a height in points. Any value is representable.
 struct Size {
     double width = 0;
     double height = 0;

@@ -84,10 +84,10 @@ public:
           count_(samples.bytesPerRow - 1),
           step_(count_ / width) {}
 
-    /// Nothing filtered.
-    [[nodiscard]] Bytes plain(bool bands) const {
+    /// Nothing of the bands filtered.
+    [[nodiscard]] Bytes plainBands() const {
         Bytes out;
-        forEach(bands,
+        forEach(true,
                 [&](const std::uint8_t* row, const std::uint8_t*) { out.insert(out.end(), row - 1, row + count_); });
         return out;
     }
@@ -143,7 +143,7 @@ Bytes smallData(const PngSamples& samples, std::size_t width) {
     // 2. Filters help photographs and harm most else: where they do not seem to help in some bands, none is used.
     const Rows rows(samples, width);
     const auto sampledSize = [](const Bytes& bands) { return compressed(bands, samplingLevel).size(); };
-    const bool maybeFiltered = sampledSize(rows.filtered(true)) < sampledSize(rows.plain(true));
+    const bool maybeFiltered = sampledSize(rows.filtered(true)) < sampledSize(rows.plainBands());
     // 3. What repeats from band to band is not seen in them, so that the smaller one is known only in the end.
     Bytes plain = compressed(samples.rows, compressionLevel);
     if (!maybeFiltered) return plain;
