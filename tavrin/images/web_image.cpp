@@ -6,6 +6,7 @@
 #include "tavrin/images/image_processer.h"
 #include "tavrin/images/log_record.h"
 #include "tavrin/images/web_image_cache.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/ui/views.h"

@@ -9,12 +9,12 @@
 #include "tavrin/platform/foundation/logger.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
 #include "tavrin/platform/foundation/net/url.h"
-#include "tavrin/platform/foundation/net/url_session.h"
 #include "tavrin/platform/foundation/pixels/bitmap.h"
 
 namespace tavrin {
 
 class ImageLoads;
+class URLSession;
 
 /// The pictures of web images, loaded from the network or from files and kept in memory by their exact address; a file
 /// and the address it was fetched from are two. An address is loaded once at a time, however many threads and

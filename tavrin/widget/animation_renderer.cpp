@@ -9,6 +9,7 @@
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/timed_layout.h"
+#include "tavrin/platform/paint/animation/animation_encoder.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/text/text_painter.h"

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "tavrin/platform/foundation/time/date.h"
-#include "tavrin/platform/paint/animation/animation_encoder.h"
+#include "tavrin/platform/paint/animation/animation_format.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/frame_span.h"

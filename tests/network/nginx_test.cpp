@@ -16,6 +16,7 @@
 #include <netinet/in.h>
 
 #include "tavrin/images/web_image_cache.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
 #include "tests/network/listener.h"
 #include "tests/network/web_server.h"

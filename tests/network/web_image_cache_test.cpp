@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/platform/foundation/net/percent_encoding.h"
+#include "tavrin/platform/foundation/net/url_session.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
 #include "tests/network/listener.h"
 #include "tests/network/web_server.h"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -212,7 +211,7 @@ private:
     static Inside lookInside(const V& view) {
         Inside inside;
         forEachInner(view, [&](const AnyView& inner) {
-            inside.nesting = std::max(inside.nesting, inner.box().nesting);
+            if (inner.box().nesting > inside.nesting) inside.nesting = inner.box().nesting;
             inside.loads = inside.loads || inner.box().loads;
         });
         return inside;

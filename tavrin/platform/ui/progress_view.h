@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <concepts>
 #include <optional>
@@ -41,7 +40,7 @@ struct ProgressView {
     [[nodiscard]] AnyView body(const EnvironmentValues&) const {
         const double fraction = value / total;
         if (std::isnan(fraction)) return style.makeBody({});
-        return style.makeBody({.fractionCompleted = std::clamp(fraction, 0.0, 1.0)});
+        return style.makeBody({.fractionCompleted = fraction < 0 ? 0 : fraction > 1 ? 1 : fraction});
     }
 
     void write(ViewWriter& writer) const {

@@ -7,20 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/paint/animation/animation_format.h"
 #include "tavrin/platform/paint/animation/encoded_frame.h"
 #include "tavrin/platform/paint/animation/frame_patch.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/png_encoder.h"
-
-namespace tavrin {
-
-/// What an animation is written as; both without loss and played without end.
-enum class AnimationFormat : unsigned char {
-    png,   ///< an animated PNG; viewers that know no animation show its first frame
-    webp,  ///< an animated WebP: smaller, and slower to write
-};
-
-}  // namespace tavrin
 
 namespace tavrin::paint {
 
