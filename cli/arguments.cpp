@@ -60,6 +60,17 @@ FetchPolicy fetchPolicyOf(const Values& values) {
     return policy;
 }
 
+RenderBudget budgetOf(const Values& values) {
+    BudgetProfile profile = BudgetProfile::usual;
+    values.choose("--budget", budgetWords, profile);
+    RenderBudget budget = RenderBudget::of(profile);
+    values.read("--budget-steps", readCount, budget.steps);
+    values.read("--budget-pixels", readCount, budget.pixels);
+    values.read("--budget-bytes", readCount, budget.bytes);
+    values.read("--budget-seconds", readSeconds, budget.seconds);
+    return budget;
+}
+
 WidgetOptions widgetOptionsOf(const Values& values) {
     WidgetOptions options;
     options.room = roomOf(values);
@@ -67,6 +78,7 @@ WidgetOptions widgetOptionsOf(const Values& values) {
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
     options.rounded = values.find("--rounded") != nullptr;
+    options.budget = budgetOf(values);
     values.choose("--appearance", appearanceWords, options.appearance);
     // A snapshot has to come out the same again; else all documents show the same moment.
     const bool isSnapshot = values.command().verb == Verb::snapshot;

@@ -91,6 +91,12 @@ double readSeconds(std::string_view option, std::string_view value) {
     return *seconds;
 }
 
+std::uint64_t readCount(std::string_view option, std::string_view value) {
+    const auto count = intFromText<std::uint64_t>(value);
+    if (!count || *count == 0) fail(option, "a positive whole number", value);
+    return *count;
+}
+
 double readFrameRate(std::string_view option, std::string_view value) {
     const auto rate = positiveNumber(value);
     if (!rate || *rate > maximumFrameRate) fail(option, "a number above 0 and up to 100", value);

@@ -31,6 +31,8 @@ namespace tavrin::cli {
 [[nodiscard]] double readScale(std::string_view option, std::string_view value);
 /// A positive number of seconds.
 [[nodiscard]] double readSeconds(std::string_view option, std::string_view value);
+/// A positive whole number.
+[[nodiscard]] std::uint64_t readCount(std::string_view option, std::string_view value);
 /// How many frames are shown in a second.
 [[nodiscard]] double readFrameRate(std::string_view option, std::string_view value);
 /// "FROM..TO": two moments, the second not before the first.

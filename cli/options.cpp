@@ -102,6 +102,7 @@ const std::vector<OptionInfo>& options() {
                                      Verb::explain, Verb::check, Verb::snapshot};
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet shown = laidOut.with(Verb::preview);
+    static constexpr VerbSet budgeted = loaded.with(Verb::preview);
     static constexpr VerbSet all =
         loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> list{
@@ -170,6 +171,14 @@ const std::vector<OptionInfo>& options() {
          "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
          Completes::words, listOf(fetchWords)},
         {"--offline", "", shown, "Fetch nothing: short for --fetch none"},
+        {"--budget", "usual|strangers", budgeted,
+         "What each picture may cost: usual, or strangers for documents of people one does not know (usual)",
+         Completes::words, listOf(budgetWords)},
+        {"--budget-steps", "N", budgeted,
+         "How many steps the work may take: nodes, questions of layout, characters, things drawn"},
+        {"--budget-pixels", "N", budgeted, "How many pixels may be painted"},
+        {"--budget-bytes", "N", budgeted, "How many bytes may be held at once"},
+        {"--budget-seconds", "S", budgeted, "How long it may take"},
         {"--background",
          "COLOR|none|auto",
          drawn.with(Verb::check),

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/render_budget.h"
 #include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
 #include "tavrin/platform/paint/png_encoder.h"
@@ -99,6 +100,7 @@ inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 
 /// The words of an option that takes nothing else.
 inline constexpr const auto& appearanceWords = enumeratorNames<Appearance>;
+inline constexpr const auto& budgetWords = enumeratorNames<BudgetProfile>;
 inline constexpr const auto& textFormatWords = enumeratorNames<TextFormat>;
 /// Of pictures behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};

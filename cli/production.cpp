@@ -21,7 +21,7 @@ Outcome produce(const DocumentArguments& arguments, const Source* model, const s
         source.text = readInput(path);
         const WidgetOptions options = noting(arguments.widget, outcome.notes);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
-        const BoundDocument document = Document(source.text).bind(modelText, options);
+        const BoundDocument document = Document(source.text, options.budget).bind(modelText, options);
         make({source, document, options, outcome});
     } catch (...) {
         outcome.failure = describe(std::current_exception(), source, model);

@@ -15,7 +15,8 @@ PAINT_TEXT = f"{PAINT}/text"
 FONT = f"{UI}/font.h"
 MEMORY, STRINGS, TIME = f"{FOUNDATION}/memory", f"{FOUNDATION}/strings", f"{FOUNDATION}/time"
 THREADS, PIXELS, NET = f"{FOUNDATION}/threads", f"{FOUNDATION}/pixels", f"{FOUNDATION}/net"
-ALL_FOUNDATION = [FOUNDATION, MEMORY, STRINGS, TIME, THREADS, PIXELS, NET]
+BUDGET = f"{FOUNDATION}/budget"
+ALL_FOUNDATION = [FOUNDATION, BUDGET, MEMORY, STRINGS, TIME, THREADS, PIXELS, NET]
 
 VALUES_BELOW = ["tavrin/json", *ALL_FOUNDATION, UI]
 NODES_BELOW = ["tavrin/dsl", "tavrin/values", *VALUES_BELOW]
@@ -24,11 +25,12 @@ ANYWHERE = ["tavrin"]  # the program is made of all of the library
 
 MAY_INCLUDE = {
     FOUNDATION: [STRINGS],
-    MEMORY: [],
+    BUDGET: [FOUNDATION, STRINGS],
+    MEMORY: [BUDGET],
     STRINGS: [f"{FOUNDATION}/precondition.h"],
     TIME: [STRINGS],
     THREADS: [],
-    PIXELS: [],
+    PIXELS: [BUDGET, MEMORY],
     NET: [STRINGS, THREADS, MEMORY, FOUNDATION],
     UI: ALL_FOUNDATION,
     TEXT: [FONT, *ALL_FOUNDATION],

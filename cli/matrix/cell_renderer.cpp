@@ -24,7 +24,7 @@ CellRenderer::Text& CellRenderer::text(std::size_t at) {
         text.source.name = displayName(path);
         try {
             text.source.text = readInput(path);
-            text.prepared.emplace(text.source.text);
+            text.prepared.emplace(text.source.text, arguments_.widget.budget);
         } catch (...) {
             text.error = std::current_exception();
         }

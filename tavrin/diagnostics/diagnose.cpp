@@ -65,7 +65,7 @@ private:
         if (options.background.kind == WidgetBackground::Kind::none) options.background = {};
         options.rounded = false;
         const ThrowingPreconditions instead;
-        const BoundDocument bound = Document(document_).bind(model_, options);
+        const BoundDocument bound = Document(document_, options.budget).bind(model_, options);
         if (written_) boundEffects_ = boundEffects(*written_);
         DrawnFindings drawn;
         try {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "tavrin/platform/foundation/budget/render_budget.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/logger.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
@@ -47,6 +48,8 @@ public:
     std::size_t maximumNodes = 1'000'000;
     /// How deeply nodes may be nested while drawing, references counted.
     std::size_t maximumNesting = 512;
+    /// What each call may cost; bytes are those of the document, the model and the views.
+    RenderBudget budget;
     /// Whether renders note where in the document each view comes from.
     bool recordsOrigins = false;
 

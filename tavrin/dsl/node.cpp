@@ -4,6 +4,7 @@
 #include "tavrin/dsl/registry.h"
 #include "tavrin/dsl/render_state.h"
 #include "tavrin/dsl/structure.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 
 namespace tavrin {
 
@@ -12,6 +13,7 @@ Node::Node() : Node(EmptyViewNode{}) {}
 AnyView Node::render(Context& context) const {
     RenderState& state = RenderState::of(context);
     const RenderState::NodeScope scope(state, context);
+    Meter::ofThisThread().step();
     const auto draw = [&] {
         if (state.modelContext == nullptr || !box_->needsBinding()) return box_->render(context);
         return box_->renderBound(context, *state.modelContext);
@@ -25,6 +27,7 @@ AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Contex
     for (std::size_t i = 0; i < modifiers.size(); ++i)
         within("modifiers", i, [&] {
             state.countModifier(context);
+            Meter::ofThisThread().step();
             view = state.modelContext == nullptr
                        ? modifiers[i].modify(std::move(view), context)
                        : modifiers[i].modifyBound(std::move(view), context, *state.modelContext);

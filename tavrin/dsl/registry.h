@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tavrin/dsl/node.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/precondition.h"
 
 // From a "type" to the record that is decoded.
@@ -49,6 +50,7 @@ template <class Tag, class Registry>
 template <class Tagged, class Tag, class Registry>
 [[nodiscard]] Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
     static constexpr std::array keys{typeKey};
+    Meter::ofThisThread().step();
     decoder.require(JSONKind::object);
     const JSONElement type = decoder.value().findMember<keys>();
     if (!type.exists()) decoder.failKeyNotFound(typeKey);

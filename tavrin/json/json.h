@@ -18,7 +18,7 @@ namespace tavrin {
 class JSON;
 
 /// The elements of a JSON array.
-using JSONArray = std::vector<JSON, pool::Allocator<JSON>>;
+using JSONArray = pool::Vector<JSON>;
 
 template <class T>
 concept Arithmetic = std::is_arithmetic_v<T>;
@@ -27,7 +27,7 @@ concept Arithmetic = std::is_arithmetic_v<T>;
 class JSONObject {
 public:
     using Member = std::pair<SharedText, JSON>;
-    using Members = std::vector<Member, pool::Allocator<Member>>;
+    using Members = pool::Vector<Member>;
 
     JSONObject() = default;
     /// Of members with the same key the first one holds.
@@ -39,7 +39,7 @@ public:
 
 private:
     Members members_;
-    std::vector<std::uint32_t> byKey_;  // indices in the order of their keys; empty for small dictionaries
+    pool::Vector<std::uint32_t> byKey_;  // indices in the order of their keys; empty for small dictionaries
 };
 
 /// A dynamic JSON value: what a model document is decoded into.

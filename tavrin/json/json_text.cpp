@@ -10,6 +10,7 @@
 
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/json/json_scan.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin {
@@ -36,6 +37,17 @@ std::optional<std::string> withWideIntegersAsFloating(std::string_view text) {
     }
     if (copied == 0) return std::nullopt;
     return marked.append(text, copied);
+}
+
+/// What parsing a text takes: its padded copy, its strings, and for each value the parser's cells and index.
+std::size_t parsedBytes(std::string_view text) {
+    constexpr std::size_t bytesForValue = 24;
+    constexpr std::size_t notWorthCounting = 1 << 16;
+    const auto begins = [](char c) { return c == ',' || c == ':' || c == '[' || c == '{'; };
+    const std::size_t values = text.size() < notWorthCounting
+                                   ? text.size() / 2
+                                   : static_cast<std::size_t>(std::count_if(text.begin(), text.end(), begins));
+    return 2 * text.size() + bytesForValue * values;
 }
 
 [[noreturn]] void refuse(std::string_view text, std::size_t depth, const char* fallback) {
@@ -81,6 +93,7 @@ struct JSONText::Parser {
     simdjson::dom::parser parser;
     std::string padded;
     JSONTape tape;
+    HeldBytes held;
 
     /// Parses a text that may hold whole numbers of any length.
     simdjson::error_code parse(std::string_view text, std::size_t depth) {
@@ -94,6 +107,7 @@ struct JSONText::Parser {
 
 private:
     simdjson::error_code parseMarked(std::string_view text, std::size_t depth) {
+        held = HeldBytes(parsedBytes(text));
         padded.reserve(text.size() + simdjson::SIMDJSON_PADDING);
         padded.assign(text);
         const std::size_t depthBound = depth + 1;  // the first depth that is refused
@@ -127,7 +141,9 @@ JSONText::JSONText(std::string_view text, std::size_t depth)
 
 JSONText::~JSONText() {
     constexpr std::size_t largestKept = 16 * 1024 * 1024;
-    if (parser_ && parser_->parser.capacity() <= largestKept && parser_->parser.max_depth() <= maximumDepth + 1)
+    if (!parser_) return;
+    parser_->held = {};
+    if (parser_->parser.capacity() <= largestKept && parser_->parser.max_depth() <= maximumDepth + 1)
         spareParser() = std::move(parser_);
 }
 

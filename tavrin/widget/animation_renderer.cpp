@@ -69,6 +69,7 @@ struct AnimationRenderer::State {
     std::size_t stillLayout = 0;
     std::shared_ptr<const PixelBuffer> last = nullptr;
     std::size_t drawingCount = 0;
+    Cost cost = options.spent;
 };
 
 AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options, NoteSink notes)
@@ -84,6 +85,11 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     State& s = *state_;
     std::optional<NoteLogger::Hearing> hearing;
     if (s.notes) hearing.emplace(s.notes);
+    // Steps and pixels are those of each picture; bytes and seconds go on.
+    s.cost.steps = s.options.spent.steps;
+    s.cost.pixels = s.options.spent.pixels;
+    Metering metering(s.options.budget, s.cost);
+    metering.check();
     const bool mayDiffer = s.layout.moveTo(moment);
     if (s.last && !mayDiffer) return s.last;
     paint::Canvas canvas = paint::Canvas::raster(s.options.size, s.options.scale);

@@ -51,11 +51,19 @@ RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {
     render.compression = options.compression;
     render.fonts = options.fonts;
     render.widgetURL = widgetURL_;
+    render.budget = options.budget;
+    render.spent = cost_;
     if (options.trace == WidgetTrace::reasons) render.recording = layout::Recording::placements;
     if (options.notes)
         render.diagnostics = [notes = options.notes](std::string_view message) { notes({{}, std::string(message)}); };
     return render;
 }
+
+Document::Document(std::string_view json, const RenderBudget& budget)
+    : prepared_([&] {
+          const Metering metering(budget, cost_);
+          return PreparedDocument(json);
+      }()) {}
 
 BoundDocument Document::bind(std::optional<std::string_view> model, const WidgetOptions& options) const {
     BoundDocument bound;
@@ -71,7 +79,11 @@ BoundDocument Document::bind(std::optional<std::string_view> model, const Widget
     context.maximumNodes = options.maximumNodes;
     context.maximumNesting = options.maximumNesting;
     context.recordsOrigins = options.trace != WidgetTrace::none;
-    bound.view_ = prepared_.bind(model, context);
+    bound.cost_ = cost_;
+    {
+        const Metering metering(options.budget, bound.cost_);
+        bound.view_ = prepared_.bind(model, context);
+    }
     bound.widgetURL_ = context.widgetURL();
     bound.origins_ = context.origins();
     return bound;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tavrin/engine/prepared_document.h"
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
@@ -57,6 +58,7 @@ private:
     std::shared_ptr<const ViewOrigins> origins_;
     Date date_;
     TimeZone timeZone_;
+    Cost cost_;  // of all that led to it
 };
 
 /// A document that is decoded once and drawn as often as needed, with many models, on many threads. Immutable.
@@ -65,8 +67,9 @@ private:
 ///     std::string png = document.widget(model, {.scale = 2}).encode();
 class Document {
 public:
-    /// Throws `DecodingError` or `ConversionError` for a text that is no document.
-    explicit Document(std::string_view json) : prepared_(json) {}
+    /// Throws `DecodingError` or `ConversionError` for a text that is no document, `TavrinError` of kind "Budget" for
+    /// one that costs too much. What it costs counts for all that is made of it.
+    explicit Document(std::string_view json, const RenderBudget& budget = {});
 
     /// Binds it to a model. Throws what `TavrinEngine::loadView` does after decoding.
     [[nodiscard]] BoundDocument bind(std::optional<std::string_view> model, const WidgetOptions& options) const;
@@ -74,6 +77,7 @@ public:
     [[nodiscard]] Widget widget(std::optional<std::string_view> model, const WidgetOptions& options) const;
 
 private:
+    Cost cost_;
     PreparedDocument prepared_;
 };
 

@@ -31,20 +31,31 @@ paint::TextPainter& ImageRenderer::texts() {
 text::TextEngine& ImageRenderer::textEngine() { return texts().engine(); }
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
-    if (layout_ == nullptr)
+    if (layout_ == nullptr) {
+        const Metering metering(options_.budget, options_.spent);
         layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
             view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
+    }
     return *layout_;
 }
 
-std::string ImageRenderer::layoutText() { return layout::layoutTreeText(layoutTree()); }
+template <class Work>
+auto ImageRenderer::answer(Work work) {
+    const layout::LayoutTree& tree = layoutTree();
+    Cost cost = options_.spent;
+    const Metering metering(options_.budget, cost);
+    return work(tree);
+}
+
+std::string ImageRenderer::layoutText() { return answer(layout::layoutTreeText); }
 
 std::vector<TapTarget> ImageRenderer::targets() {
-    std::vector<TapTarget> targets;
-    if (options_.widgetURL)
-        targets.push_back({TapTarget::Kind::widget, *options_.widgetURL, {{}, layoutTree().widget()}});
-    if (options_.linksCanBeTapped) std::ranges::copy(layout::tapTargets(layoutTree()), std::back_inserter(targets));
-    return targets;
+    return answer([this](const layout::LayoutTree& tree) {
+        std::vector<TapTarget> targets;
+        if (options_.widgetURL) targets.push_back({TapTarget::Kind::widget, *options_.widgetURL, {{}, tree.widget()}});
+        if (options_.linksCanBeTapped) std::ranges::copy(layout::tapTargets(tree), std::back_inserter(targets));
+        return targets;
+    });
 }
 
 std::string ImageRenderer::targetsText() {
@@ -64,18 +75,23 @@ PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
 
 PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
-    paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-    paint::paintWidget(layoutTree(), options_.look(), canvas, texts(), {.drawsTexts = drawsTexts});
-    return canvas.finishRaster();
+    return answer([&](const layout::LayoutTree& tree) {
+        paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
+        paint::paintWidget(tree, options_.look(), canvas, texts(), {.drawsTexts = drawsTexts});
+        return canvas.finishRaster();
+    });
 }
 
 std::string ImageRenderer::encode(PictureFormat format) {
-    if (format == PictureFormat::png) return paint::encodePng(pixels(), options_.compression);
-    paint::Canvas canvas =
-        format == PictureFormat::svg ? paint::Canvas::svg(options_.size) : paint::Canvas::pdf(options_.size);
-    paint::paintWidget(layoutTree(), options_.look(), canvas, texts());
-    for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
-    return canvas.finishDocument();
+    return answer([&](const layout::LayoutTree& tree) {
+        paint::Canvas canvas = format == PictureFormat::png   ? paint::Canvas::raster(options_.size, options_.scale)
+                               : format == PictureFormat::svg ? paint::Canvas::svg(options_.size)
+                                                              : paint::Canvas::pdf(options_.size);
+        paint::paintWidget(tree, options_.look(), canvas, texts());
+        if (format == PictureFormat::png) return paint::encodePng(canvas.finishRaster(), options_.compression);
+        for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
+        return canvas.finishDocument();
+    });
 }
 
 }  // namespace tavrin

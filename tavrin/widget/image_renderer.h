@@ -22,7 +22,8 @@ using paint::PixelBuffer;
 /// What a rendered picture is written as.
 enum class PictureFormat : unsigned char { png, svg, pdf };
 
-/// Lays out one view and draws it. Not thread-safe; several threads use a renderer each.
+/// Lays out one view and draws it. Not thread-safe; several threads use a renderer each. What costs more than
+/// `RenderOptions::budget` throws `TavrinError` of kind "Budget".
 ///
 ///     tavrin::ImageRenderer renderer(view, {.size = {338, 158}, .scale = 3});
 ///     std::string png = renderer.encode(tavrin::PictureFormat::png);
@@ -55,11 +56,14 @@ public:
     [[nodiscard]] text::TextEngine& textEngine();
 
 private:
+    /// Does what an answer takes, on the budget, once the tree is laid out.
+    template <class Work>
+    auto answer(Work work);
     [[nodiscard]] paint::TextPainter& texts();
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
-    RenderOptions options_;
+    RenderOptions options_;                         // which say what has been spent, the layout included
     std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
     std::unique_ptr<layout::LayoutTree> layout_;
 };

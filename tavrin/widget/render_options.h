@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/layout/layout_tree.h"
@@ -35,6 +36,9 @@ struct RenderOptions {
     std::optional<URL> widgetURL = std::nullopt;
     /// Whether anything but `widgetURL` opens; not so in widgets of some families.
     bool linksCanBeTapped = true;
+    /// What each answer of a renderer may cost, layout included, and what was spent of it before.
+    RenderBudget budget = {};
+    Cost spent = {};
     /// Whether layout notes why each view lies where it does, for `explainLayout`.
     layout::Recording recording = layout::Recording::none;
     /// Hears what is doubtful in the view but no error.

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "tavrin/platform/foundation/budget/render_budget.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
 #include "tavrin/platform/foundation/net/url.h"
@@ -72,8 +73,11 @@ struct WidgetOptions {
     /// The fonts to draw with; null is the system library.
     std::shared_ptr<const text::FontLibrary> fonts = nullptr;
 
-    // What is kept and heard, by binding as well as by laying out.
+    // What it may cost, what is kept and what is heard, by binding as well as by laying out.
 
+    /// What each answer of a widget may cost, all that led to it included: decoding the document, binding it, laying it
+    /// out. Of an animation, each of its pictures, but for the seconds, which are those of all.
+    RenderBudget budget = {};
     WidgetTrace trace = WidgetTrace::none;
     /// Hears what is doubtful, on the thread that works; it must live as long as what is made with it.
     std::function<void(const WidgetNote&)> notes = {};

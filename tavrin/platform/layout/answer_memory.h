@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/proposal.h"
 
 namespace tavrin::layout {
@@ -55,7 +55,7 @@ private:
     };
 
     Entry first_ = {};
-    std::vector<Entry> more_;
+    pool::Vector<Entry> more_;
     std::size_t oldest_ = 0;
     bool used_ = false;
 };

@@ -10,9 +10,9 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/edge_distances.h"
 #include "tavrin/platform/layout/placements.h"
 #include "tavrin/platform/layout/proposal.h"
@@ -188,15 +188,15 @@ private:
     [[nodiscard]] std::span<const Index> presentChildren(Index stack) const;
 
     std::deque<AnyView> views_;  // the root and the bodies of composed views: what the nodes point into
-    std::vector<LayoutNode> nodes_;
-    std::vector<Inherited> inherited_;
+    pool::Vector<LayoutNode> nodes_;
+    pool::Vector<Inherited> inherited_;
     EdgeTable edges_;
-    std::vector<TextItem> texts_;
-    std::vector<TimerItem> timers_;
-    std::vector<Index> clockHands_;
-    std::vector<ContainerItem> containers_;
-    std::vector<ReaderItem> readers_;
-    std::vector<Index> childLists_;
+    pool::Vector<TextItem> texts_;
+    pool::Vector<TimerItem> timers_;
+    pool::Vector<Index> clockHands_;
+    pool::Vector<ContainerItem> containers_;
+    pool::Vector<ReaderItem> readers_;
+    pool::Vector<Index> childLists_;
     std::unique_ptr<Placements> placements_;
     EnvironmentValues environment_;
     Size widget_;

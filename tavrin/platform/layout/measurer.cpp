@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 
-#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/leaf_rules.h"
 #include "tavrin/platform/layout/modifier_rules.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -23,15 +22,13 @@ std::optional<double> finite(const std::optional<double>& length) {
 Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) {}
 
 void Measurer::takeIn() {
-    maximumAnswers_ = 10'000'000 + 100 * std::uint64_t{tree_.nodes().size()};
     containers_.resize(tree_.containers_.size());
     textMemories_.resize(tree_.texts_.size());
 }
 
 void Measurer::countAnswer(std::uint64_t cost) {
     tree_.answerCount_ += cost;
-    if (tree_.answerCount_ > maximumAnswers_)
-        throw TavrinError("Engine", "layout takes more than " + std::to_string(maximumAnswers_) + " steps");
+    Meter::ofThisThread().step(cost);
 }
 
 Size Measurer::answer(Index index, const Proposal& proposal) {

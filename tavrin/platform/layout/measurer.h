@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/answer_memory.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/proposal.h"
@@ -85,11 +85,10 @@ private:
 
     LayoutTree& tree_;
     text::TextEngine& texts_;
-    std::uint64_t maximumAnswers_ = 0;
-    std::vector<AnswerMemory<Size>> containers_;
-    std::vector<TextMemory> textMemories_;
-    std::vector<Share> shares_;         // of the sharings under way, innermost last
-    std::vector<std::uint32_t> order_;  // the same, in the order in which shares are dealt
+    pool::Vector<AnswerMemory<Size>> containers_;
+    pool::Vector<TextMemory> textMemories_;
+    pool::Vector<Share> shares_;         // of the sharings under way, innermost last
+    pool::Vector<std::uint32_t> order_;  // the same, in the order in which shares are dealt
 };
 
 }  // namespace tavrin::layout

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/proposal.h"
 
 namespace tavrin::layout {
@@ -30,7 +30,7 @@ struct StackShare {
 /// What led to the places in a laid-out tree, by the index of each node.
 struct Placements {
     /// What each placed node was proposed last: its frame's size is the answer to that.
-    std::vector<Proposal> proposals;
+    pool::Vector<Proposal> proposals;
     /// The shares of the children of stacks that had room to share out.
     std::unordered_map<std::uint32_t, StackShare> shares;
 };

@@ -152,7 +152,7 @@ void Placer::placeRow(Index stack, const Proposal& proposal, const Rect& frame) 
 }
 
 void Placer::note(Index index, const Proposal& proposal) {
-    std::vector<Proposal>& proposals = tree_.placements_->proposals;
+    pool::Vector<Proposal>& proposals = tree_.placements_->proposals;
     if (proposals.size() < tree_.nodes_.size()) proposals.resize(tree_.nodes_.size());
     proposals[index] = proposal;
 }

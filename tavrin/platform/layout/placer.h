@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <optional>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/measurer.h"
 
@@ -21,7 +21,7 @@ public:
     void placeRoot();
 
     /// The geometry readers that have got their places, in this order.
-    [[nodiscard]] const std::vector<Index>& placedReaders() const { return placedReaders_; }
+    [[nodiscard]] const pool::Vector<Index>& placedReaders() const { return placedReaders_; }
     /// Places the content that was made for a reader.
     void placeContent(Index reader);
 
@@ -37,7 +37,7 @@ private:
 
     LayoutTree& tree_;
     Measurer& measurer_;
-    std::vector<Index> placedReaders_;
+    pool::Vector<Index> placedReaders_;
 };
 
 }  // namespace tavrin::layout

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/modifier_rules.h"
 #include "tavrin/platform/layout/stack_children.h"
@@ -92,6 +93,7 @@ void TreeBuilder::addNode(const Pending& pending) {
     if (tree_.nodes_.size() + pending_.size() >= maximumNodes)
         throw TavrinError("Engine", "layout has more than " + std::to_string(maximumNodes) + " views");
 
+    Meter::ofThisThread().step();
     const auto index = static_cast<Index>(tree_.nodes_.size());
     const ViewKind kind = pending.view->kind();
     LayoutNode& node = tree_.nodes_.emplace_back();

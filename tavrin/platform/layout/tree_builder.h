@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 #include <utility>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/leaf_rules.h"
 #include "tavrin/platform/layout/loaded_bodies.h"
@@ -63,14 +63,14 @@ private:
 
     std::optional<Font> lastFont_;
     EdgeTable::Id lastEdges_ = EdgeTable::none;
-    std::vector<LongText> longTexts_;
+    pool::Vector<LongText> longTexts_;
     std::size_t longTextBytes_ = 0;
     LayoutTree& tree_;
     LoadedBodies& loaded_;
     text::TextEngine& texts_;
     const Diagnostics& diagnostics_;
-    std::vector<Pending> pending_;
-    std::vector<Index> parents_;
+    pool::Vector<Pending> pending_;
+    pool::Vector<Index> parents_;
 };
 
 /// The font that a text is drawn in.

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
@@ -38,6 +39,7 @@ public:
     void paint(Index index) {
         const LayoutNode& node = tree_.node(index);
         if (node.absent) return;
+        Meter::ofThisThread().step();
         if (isInStillPart_) {
             if (endsStillPart(index)) endStillPart();
             if (isKnown_ && isDrawnAtOnce(index, node)) return;

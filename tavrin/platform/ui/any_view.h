@@ -25,7 +25,7 @@ struct EnvironmentValues;
 struct Loading;
 
 /// The views that a stack holds.
-using ViewList = std::vector<AnyView, pool::Allocator<AnyView>>;
+using ViewList = pool::Vector<AnyView>;
 
 /// A view whose layout and painting the platform knows itself.
 template <class V>

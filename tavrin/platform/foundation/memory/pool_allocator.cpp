@@ -29,10 +29,10 @@ void open() { thread_local const Janitor janitor; }
 
 constinit thread_local FreeBlocks freeBlocks{};
 
-void deallocateWithoutRoom(void* block, std::size_t bytes) noexcept {
+void giveBackWithoutRoom(void* block, std::size_t bytes) noexcept {
     if (isOpen) return ::operator delete(block);
     open();
-    deallocate(block, bytes);
+    giveBack(block, bytes);
 }
 
 }  // namespace tavrin::pool

@@ -5,9 +5,13 @@
 #include <cstddef>
 #include <new>
 #include <utility>
+#include <vector>
+
+#include "tavrin/platform/foundation/budget/meter.h"
 
 /// Small blocks of memory, kept by each thread for the next use. A document and its views are made of many small values
-/// that come and go together; the general allocator takes several times as long for them.
+/// that come and go together; the general allocator takes several times as long for them. All of it, larger blocks as
+/// well, counts as held by the thread that allocates it.
 namespace tavrin::pool {
 
 /// Larger blocks come from the general allocator.
@@ -51,9 +55,10 @@ constexpr std::size_t classOf(std::size_t bytes) { return bytes == 0 ? 0 : (byte
 constexpr std::size_t classSize(std::size_t index) { return (index + 1) * step; }
 
 /// Opens the thread's lists or, when they are full or closed, frees the block.
-void deallocateWithoutRoom(void* block, std::size_t bytes) noexcept;
+void giveBackWithoutRoom(void* block, std::size_t bytes) noexcept;
 
 inline void* allocate(std::size_t bytes) {
+    Meter::ofThisThread().hold(bytes);
     if (!keepsBlocks || bytes > largestBlock) return ::operator new(bytes);
     const std::size_t index = classOf(bytes);
     FreeBlock*& first = freeBlocks.first[index];
@@ -62,12 +67,17 @@ inline void* allocate(std::size_t bytes) {
     return std::exchange(first, first->next);
 }
 
-inline void deallocate(void* block, std::size_t bytes) noexcept {
+inline void giveBack(void* block, std::size_t bytes) noexcept {
     if (!keepsBlocks || bytes > largestBlock) return ::operator delete(block);
     const std::size_t index = classOf(bytes);
-    if (freeBlocks.room < classSize(index)) return deallocateWithoutRoom(block, bytes);
+    if (freeBlocks.room < classSize(index)) return giveBackWithoutRoom(block, bytes);
     freeBlocks.room -= classSize(index);
     freeBlocks.first[index] = ::new (block) FreeBlock{freeBlocks.first[index]};
+}
+
+inline void deallocate(void* block, std::size_t bytes) noexcept {
+    Meter::ofThisThread().release(bytes);
+    giveBack(block, bytes);
 }
 
 /// Makes `new` and `delete` of a class and those derived from it use the pool.
@@ -93,5 +103,9 @@ struct Allocator {
 
     friend bool operator==(const Allocator&, const Allocator&) { return true; }
 };
+
+/// What a document can make long.
+template <class T>
+using Vector = std::vector<T, Allocator<T>>;
 
 }  // namespace tavrin::pool
