@@ -8,10 +8,24 @@
 namespace tavrin::cli {
 namespace {
 
-std::string textOf(const PrintArguments& arguments, const Production& work) {
-    if (arguments.verb == Verb::tree) return work.document.treeText();
-    Widget widget = work.document.widget(work.options);
-    return arguments.verb == Verb::layout ? widget.layoutText() : widget.targetsText();
+/// A longer text is not kept, but made once more while it is printed.
+constexpr std::size_t longestKept = std::size_t{16} << 20;
+
+void writeText(Verb verb, const BoundDocument& document, const WidgetOptions& options, const TextSink& sink) {
+    if (verb == Verb::tree) return document.writeTree(sink);
+    Widget widget = document.widget(options);
+    if (verb == Verb::layout) return widget.writeLayout(sink);
+    sink(widget.targetsText());
+}
+
+/// The text if it is short; it is whole, whatever its length, when nothing is thrown.
+std::optional<std::string> shortText(const PrintArguments& arguments, const Production& work) {
+    std::optional<std::string> text("");
+    writeText(arguments.verb, work.document, work.options, [&](std::string_view piece) {
+        if (text && text->size() + piece.size() > longestKept) text.reset();
+        if (text) *text += piece;
+    });
+    return text;
 }
 
 }  // namespace
@@ -29,6 +43,7 @@ int printAll(const DocumentArguments& arguments, const Reporter& reporter,
             reporter.report(*outcome.failure);
             status = 1;
         } else {
+            if (outcome.longText) outcome.longText(writeStandardOutput);
             writeStandardOutput(outcome.bytes);
         }
     });
@@ -36,7 +51,16 @@ int printAll(const DocumentArguments& arguments, const Reporter& reporter,
 }
 
 int run(const PrintArguments& arguments, const Reporter& reporter) {
-    return printAll(arguments, reporter, [&](const Production& work) { return textOf(arguments, work); });
+    return printAll(arguments, reporter, [&](const Production& work) {
+        if (std::optional<std::string> text = shortText(arguments, work)) return *std::move(text);
+        WidgetOptions options = work.options;
+        options.notes = {};              // they have been heard
+        options.budget.seconds.reset();  // who reads may be slow
+        work.outcome.longText = [verb = arguments.verb, document = work.document, options](const TextSink& sink) {
+            writeText(verb, document, options, sink);
+        };
+        return std::string();
+    });
 }
 
 }  // namespace tavrin::cli

@@ -18,6 +18,8 @@ namespace tavrin::cli {
 struct Outcome {
     /// The picture or the text; empty for a failure.
     std::string bytes = {};
+    /// Writes what comes before that, where it is too long to be kept.
+    std::function<void(const TextSink&)> longText = {};
     /// Numbered frames instead, each a picture; those that are equal share it.
     std::vector<std::shared_ptr<const std::string>> frames = {};
     /// What was doubtful, a line each.

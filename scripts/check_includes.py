@@ -25,7 +25,7 @@ ANYWHERE = ["tavrin"]  # the program is made of all of the library
 
 MAY_INCLUDE = {
     FOUNDATION: [STRINGS],
-    BUDGET: [FOUNDATION, STRINGS],
+    BUDGET: [FOUNDATION],
     MEMORY: [BUDGET],
     STRINGS: [f"{FOUNDATION}/precondition.h"],
     TIME: [STRINGS],

@@ -14,7 +14,17 @@
 
 namespace tavrin {
 
-std::string BoundDocument::treeText() const { return viewTreeText(view_); }
+std::string BoundDocument::treeText() const {
+    Cost cost = cost_;
+    const Metering metering(budget_, cost);
+    return viewTreeText(view_);
+}
+
+void BoundDocument::writeTree(const TextSink& sink) const {
+    Cost cost = cost_;
+    const Metering metering(budget_, cost);
+    writeViewTree(view_, sink);
+}
 
 std::vector<NamedPicture> BoundDocument::pictures() const {
     std::vector<NamedPicture> pictures;
@@ -79,6 +89,7 @@ BoundDocument Document::bind(std::optional<std::string_view> model, const Widget
     context.maximumNodes = options.maximumNodes;
     context.maximumNesting = options.maximumNesting;
     context.recordsOrigins = options.trace != WidgetTrace::none;
+    bound.budget_ = options.budget;
     bound.cost_ = cost_;
     {
         const Metering metering(options.budget, bound.cost_);

@@ -10,6 +10,7 @@
 #include "tavrin/engine/prepared_document.h"
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
 #include "tavrin/platform/ui/any_view.h"
@@ -33,8 +34,10 @@ struct NamedPicture {
 class BoundDocument {
 public:
     [[nodiscard]] const AnyView& view() const { return view_; }
-    /// The view tree as JSON.
+    /// The view tree as JSON, or written piece by piece. Throws `TavrinError` of kind "Budget" for a tree that costs
+    /// more than it was bound with.
     [[nodiscard]] std::string treeText() const;
+    void writeTree(const TextSink& sink) const;
     /// What opens when the widget is tapped where nothing else leads anywhere.
     [[nodiscard]] const std::optional<URL>& widgetURL() const { return widgetURL_; }
     /// Where in the document each view comes from; null unless `WidgetOptions::trace` asked for it.
@@ -58,6 +61,7 @@ private:
     std::shared_ptr<const ViewOrigins> origins_;
     Date date_;
     TimeZone timeZone_;
+    RenderBudget budget_;
     Cost cost_;  // of all that led to it
 };
 

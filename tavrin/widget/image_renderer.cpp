@@ -49,6 +49,10 @@ auto ImageRenderer::answer(Work work) {
 
 std::string ImageRenderer::layoutText() { return answer(layout::layoutTreeText); }
 
+void ImageRenderer::writeLayout(const TextSink& sink) {
+    answer([&](const layout::LayoutTree& tree) { layout::writeLayoutTree(tree, sink); });
+}
+
 std::vector<TapTarget> ImageRenderer::targets() {
     return answer([this](const layout::LayoutTree& tree) {
         std::vector<TapTarget> targets;

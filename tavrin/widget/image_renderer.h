@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
@@ -38,6 +39,7 @@ public:
     [[nodiscard]] const layout::LayoutTree& layoutTree();
     /// The laid-out tree as JSON: every view with its frame in points.
     [[nodiscard]] std::string layoutText();
+    void writeLayout(const TextSink& sink);
     /// Where the widget can be tapped: the whole widget first, if it leads anywhere, then, where they can be tapped,
     /// the links and marked views in the order in which they are drawn. The last one that contains a point is the one
     /// that is tapped there.

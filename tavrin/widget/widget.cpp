@@ -25,6 +25,11 @@ std::string Widget::layoutText() {
     return renderer_.layoutText();
 }
 
+void Widget::writeLayout(const TextSink& sink) {
+    const Hearing hearing(options_.notes);
+    renderer_.writeLayout(sink);
+}
+
 std::vector<TapTarget> Widget::targets() {
     const Hearing hearing(options_.notes);
     return renderer_.targets();

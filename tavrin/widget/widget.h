@@ -20,6 +20,7 @@ public:
     /// See `ImageRenderer` for each of these; so do they throw.
     [[nodiscard]] const layout::LayoutTree& layoutTree();
     [[nodiscard]] std::string layoutText();
+    void writeLayout(const TextSink& sink);
     [[nodiscard]] std::vector<TapTarget> targets();
     [[nodiscard]] std::string targetsText();
     [[nodiscard]] PixelBuffer pixels();

@@ -62,4 +62,9 @@ std::string layoutTreeText(const LayoutTree& tree) {
     return viewTreeText(*tree.node(0).view, frames);
 }
 
+void writeLayoutTree(const LayoutTree& tree, const TextSink& sink) {
+    NodeFrames frames(tree);
+    writeViewTree(*tree.node(0).view, frames, sink);
+}
+
 }  // namespace tavrin::layout

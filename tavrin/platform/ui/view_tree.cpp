@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin {
@@ -18,7 +18,8 @@ concept Keyword = requires(Value value) {
 
 class ViewPrinter final : public ViewWriter {
 public:
-    explicit ViewPrinter(ViewFrames* frames) : frames_(frames) {}
+    ViewPrinter(ViewFrames* frames, TextSink sink)
+        : writer_(JSONWriter::Style::pretty, std::move(sink)), frames_(frames) {}
 
     /// A view in its place, with its frame when frames are asked for.
     void view(const AnyView& printed);
@@ -93,7 +94,9 @@ private:
         writer_.endArray();
     }
 
-    JSONWriter writer_{JSONWriter::Style::pretty};
+    JSONWriter writer_;
+    HeldBytes written_;
+    std::size_t counted_ = 0;  // of what is written
     ViewFrames* frames_;
     std::size_t composed_ = 0;  // what the frames know the innermost composed view by
 };
@@ -108,6 +111,8 @@ void ViewPrinter::view(const AnyView& printed) {
     }
     if (frames_) frame(entered);
     writer_.endObject();
+    Meter::ofThisThread().step();
+    written_.grow(writer_.size() - std::exchange(counted_, writer_.size()));
 }
 
 void ViewPrinter::composed(const ViewBox& box, std::size_t entered) {
@@ -209,8 +214,8 @@ void ViewPrinter::value(Edges edges) {
     writer_.endArray();
 }
 
-std::string print(const AnyView& root, ViewFrames* frames) {
-    ViewPrinter printer(frames);
+std::string print(const AnyView& root, ViewFrames* frames, const TextSink& sink = {}) {
+    ViewPrinter printer(frames, sink);
     printer.view(root);
     return std::move(printer).text();
 }
@@ -219,6 +224,10 @@ std::string print(const AnyView& root, ViewFrames* frames) {
 
 std::string viewTreeText(const AnyView& root) { return print(root, nullptr); }
 
+void writeViewTree(const AnyView& root, const TextSink& sink) { print(root, nullptr, sink); }
+
 std::string viewTreeText(const AnyView& root, ViewFrames& frames) { return print(root, &frames); }
+
+void writeViewTree(const AnyView& root, ViewFrames& frames, const TextSink& sink) { print(root, &frames, sink); }
 
 }  // namespace tavrin

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tavrin/platform/foundation/geometry.h"
+#include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin {
@@ -25,10 +26,13 @@ public:
 };
 
 /// The view tree as indented JSON: `"view"` names a view, `"modifier"` one that changes its `"content"`. Absent values
-/// are null, numbers that are not finite the strings "infinity", "-infinity" and "nan".
+/// are null, numbers that are not finite the strings "infinity", "-infinity" and "nan". What is written counts as held
+/// until all is, also where it goes to a sink.
 std::string viewTreeText(const AnyView& root);
+void writeViewTree(const AnyView& root, const TextSink& sink);
 
 /// The same with each view's `"frame": [x, y, width, height]`.
 std::string viewTreeText(const AnyView& root, ViewFrames& frames);
+void writeViewTree(const AnyView& root, ViewFrames& frames, const TextSink& sink);
 
 }  // namespace tavrin

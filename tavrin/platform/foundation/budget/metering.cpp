@@ -7,7 +7,6 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
@@ -78,7 +77,7 @@ void Metering::check() {
     if (threadMeter.steps > budget_.steps) fail(fmt::format("the work takes more than {} steps", budget_.steps));
     if (threadMeter.pixels > budget_.pixels) fail(fmt::format("more than {} pixels are painted", budget_.pixels));
     if (budget_.cancel && budget_.cancel->isCancelled()) fail("the call was cancelled");
-    if (end_ && Clock::now() >= *end_) fail("it takes more than " + toText(*budget_.seconds) + " seconds");
+    if (end_ && Clock::now() >= *end_) fail(fmt::format("it takes more than {} seconds", *budget_.seconds));
     lookAgainLater();
 }
 

@@ -12,6 +12,7 @@ namespace tavrin {
 namespace {
 
 constexpr std::size_t longestJoinedArray = 80;
+constexpr std::size_t pieceBytes = 64 * 1024;
 
 void appendEscaped(std::string& out, char control) {
     constexpr std::string_view hex = "0123456789abcdef";
@@ -107,7 +108,7 @@ void JSONWriter::beginValue(bool isScalar) {
     if (afterKey_) {
         afterKey_ = false;
     } else if (open_.empty()) {
-        if (!text_.empty()) preconditionFailure("JSONWriter: a second value at the root");
+        if (size() > 0) preconditionFailure("JSONWriter: a second value at the root");
     } else {
         if (!open_.back().isArray) preconditionFailure("JSONWriter: a value without a key in an object");
         beginElement(isScalar);
@@ -124,7 +125,7 @@ void JSONWriter::beginElement(bool isScalar) {
 
 void JSONWriter::begin(char bracket, bool isArray) {
     beginValue(false);
-    open_.push_back({.isArray = isArray, .start = text_.size()});
+    open_.push_back({.isArray = isArray, .start = size()});
     text_ += bracket;
 }
 
@@ -135,7 +136,8 @@ void JSONWriter::end(char bracket, bool isArray) {
     open_.pop_back();
     if (!ended.isEmpty) newLine();
     text_ += bracket;
-    if (style_ == Style::pretty && isArray && ended.onlyScalars) joinLines(ended.start);
+    if (style_ == Style::pretty && isArray && ended.onlyScalars) joinLines(ended.start - gone_);
+    if (sink_) sendOn();
 }
 
 void JSONWriter::newLine() {
@@ -172,6 +174,14 @@ void JSONWriter::joinLines(std::size_t start) {
         at = std::min(text_.find_first_not_of(" \n", line), text_.size());
     }
     text_.replace(start, std::string::npos, joined);
+}
+
+/// What may still be joined to one line stays.
+void JSONWriter::sendOn() {
+    if (!open_.empty() && (text_.size() < pieceBytes || (open_.back().isArray && open_.back().onlyScalars))) return;
+    sink_(text_);
+    gone_ += text_.size();
+    text_.clear();
 }
 
 }  // namespace tavrin

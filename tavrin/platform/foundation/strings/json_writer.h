@@ -3,12 +3,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 namespace tavrin {
+
+/// Takes a long text piece by piece.
+using TextSink = std::function<void(std::string_view piece)>;
 
 /// Writes JSON text, value by value. Calls must follow JSON's grammar (a key before each value of an object, one value
 /// at the root); anything else is a precondition violation.
@@ -27,7 +31,8 @@ public:
         pretty    ///< indented by two spaces; short arrays of scalars stay on one line
     };
 
-    explicit JSONWriter(Style style) : style_(style) {}
+    /// With a sink the text goes there as it is written, and what comes last when it is whole.
+    explicit JSONWriter(Style style, TextSink sink = {}) : style_(style), sink_(std::move(sink)) {}
 
     JSONWriter& beginObject();
     JSONWriter& endObject();
@@ -44,7 +49,9 @@ public:
     JSONWriter& value(bool truth);
     JSONWriter& value(std::nullptr_t);
 
-    /// What has been written; whole once every begin is ended.
+    /// How many bytes have been written.
+    [[nodiscard]] std::size_t size() const { return gone_ + text_.size(); }
+    /// What has been written and did not go to a sink; whole once every begin is ended.
     [[nodiscard]] const std::string& text() const& { return text_; }
     [[nodiscard]] std::string text() && { return std::move(text_); }
 
@@ -54,7 +61,7 @@ private:
         bool isArray;
         bool isEmpty = true;
         bool onlyScalars = true;
-        std::size_t start = 0;  ///< where its bracket stands in the text
+        std::size_t start = 0;  ///< where its bracket stands among all that is written
     };
 
     void beginValue(bool isScalar);
@@ -64,8 +71,11 @@ private:
     void newLine();
     void string(std::string_view text);
     void joinLines(std::size_t start);
+    void sendOn();
 
     Style style_;
+    TextSink sink_;
+    std::size_t gone_ = 0;  // to the sink
     bool afterKey_ = false;
     std::vector<Container> open_;
     std::string text_;
