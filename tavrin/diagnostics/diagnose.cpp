@@ -4,6 +4,7 @@
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/widget/widget.h"
 
@@ -19,9 +20,10 @@ public:
         : document_(document), model_(model), options_(options), findings_(options.maximumDiagnostics) {}
 
     std::vector<Diagnostic> run() {
-        readTexts();
-        if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
         try {
+            const Metering metering(options_.budget, cost_);
+            readTexts();
+            if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
             draw();
         } catch (...) {
             fail(std::current_exception());
@@ -105,6 +107,7 @@ private:
     std::optional<std::string_view> model_;
     const DiagnoseOptions& options_;
     Findings findings_;
+    Cost cost_;  // of looking; each drawing has a budget of its own
     std::optional<WrittenDocument> written_;
     std::optional<BoundModel> bound_;
     BoundEffects boundEffects_;

@@ -9,6 +9,7 @@
 #include "tavrin/dsl/node.h"
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 // From a "type" to the record that is decoded.
 
@@ -50,7 +51,13 @@ template <class Tag, class Registry>
 template <class Tagged, class Tag, class Registry>
 [[nodiscard]] Tagged decodeTagged(const Decoder& decoder, const Registry& registry) {
     static constexpr std::array keys{typeKey};
-    Meter::ofThisThread().step();
+    try {
+        Meter::ofThisThread().step();
+    } catch (TavrinError& error) {
+        error.codingPath = decoder.codingPath();
+        error.isRooted = true;
+        throw;
+    }
     decoder.require(JSONKind::object);
     const JSONElement type = decoder.value().findMember<keys>();
     if (!type.exists()) decoder.failKeyNotFound(typeKey);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tavrin/json/json_scan.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 
 namespace tavrin {
 
@@ -36,6 +37,7 @@ void JSONOutline::read() {
                 open.pop_back();
                 break;
             default:
+                Meter::ofThisThread().step();
                 values_.push_back({.begin = begin,
                                    .end = end,
                                    .keyBegin = std::exchange(keyBegin, 0),

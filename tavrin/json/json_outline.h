@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/coding_path.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 
 namespace tavrin {
 
@@ -40,7 +42,7 @@ public:
 
     [[nodiscard]] std::string_view text() const { return text_; }
     /// All values, the root first. Empty for a text without one.
-    [[nodiscard]] const std::vector<Value>& values() const { return values_; }
+    [[nodiscard]] std::span<const Value> values() const { return values_; }
     [[nodiscard]] const Value& operator[](Index index) const { return values_[index]; }
 
     /// The bytes of a value as they are written.
@@ -67,7 +69,7 @@ private:
     void read();
 
     std::string_view text_;
-    std::vector<Value> values_;
+    pool::Vector<Value> values_;
 };
 
 /// Follows many paths through one outline: an array or object with many children is walked once, not for each path.
