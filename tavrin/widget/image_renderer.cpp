@@ -36,14 +36,15 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
         layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
             view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
     }
+    cost_ = options_.spent;
     return *layout_;
 }
 
 template <class Work>
 auto ImageRenderer::answer(Work work) {
     const layout::LayoutTree& tree = layoutTree();
-    Cost cost = options_.spent;
-    const Metering metering(options_.budget, cost);
+    cost_ = options_.spent;
+    const Metering metering(options_.budget, cost_);
     return work(tree);
 }
 
@@ -53,13 +54,15 @@ void ImageRenderer::writeLayout(const TextSink& sink) {
     answer([&](const layout::LayoutTree& tree) { layout::writeLayoutTree(tree, sink); });
 }
 
+std::vector<TapTarget> ImageRenderer::targetsIn(const layout::LayoutTree& tree) const {
+    std::vector<TapTarget> targets;
+    if (options_.widgetURL) targets.push_back({TapTarget::Kind::widget, *options_.widgetURL, {{}, tree.widget()}});
+    if (options_.linksCanBeTapped) std::ranges::copy(layout::tapTargets(tree), std::back_inserter(targets));
+    return targets;
+}
+
 std::vector<TapTarget> ImageRenderer::targets() {
-    return answer([this](const layout::LayoutTree& tree) {
-        std::vector<TapTarget> targets;
-        if (options_.widgetURL) targets.push_back({TapTarget::Kind::widget, *options_.widgetURL, {{}, tree.widget()}});
-        if (options_.linksCanBeTapped) std::ranges::copy(layout::tapTargets(tree), std::back_inserter(targets));
-        return targets;
-    });
+    return answer([this](const layout::LayoutTree& tree) { return targetsIn(tree); });
 }
 
 std::string ImageRenderer::targetsText() {
@@ -93,7 +96,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
                                                               : paint::Canvas::pdf(options_.size);
         paint::paintWidget(tree, options_.look(), canvas, texts());
         if (format == PictureFormat::png) return paint::encodePng(canvas.finishRaster(), options_.compression);
-        for (const TapTarget& target : targets()) canvas.link(target.frame, target.destination);
+        for (const TapTarget& target : targetsIn(tree)) canvas.link(target.frame, target.destination);
         return canvas.finishDocument();
     });
 }

@@ -54,6 +54,8 @@ public:
     /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
 
+    /// What the last answer has cost, all that led to it included.
+    [[nodiscard]] const Cost& cost() const { return cost_; }
     /// What shapes its texts.
     [[nodiscard]] text::TextEngine& textEngine();
 
@@ -61,11 +63,13 @@ private:
     /// Does what an answer takes, on the budget, once the tree is laid out.
     template <class Work>
     auto answer(Work work);
+    [[nodiscard]] std::vector<TapTarget> targetsIn(const layout::LayoutTree& tree) const;
     [[nodiscard]] paint::TextPainter& texts();
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
-    RenderOptions options_;                         // which say what has been spent, the layout included
+    RenderOptions options_;  // which say what has been spent, the layout included
+    Cost cost_;
     std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
     std::unique_ptr<layout::LayoutTree> layout_;
 };

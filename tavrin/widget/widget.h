@@ -32,6 +32,8 @@ public:
 
     [[nodiscard]] const BoundDocument& document() const { return document_; }
     [[nodiscard]] const WidgetOptions& options() const { return options_; }
+    /// What the last answer has cost, all that led to it included.
+    [[nodiscard]] const Cost& cost() const { return renderer_.cost(); }
     /// What shapes its texts.
     [[nodiscard]] text::TextEngine& textEngine() { return renderer_.textEngine(); }
 

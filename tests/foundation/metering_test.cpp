@@ -88,6 +88,12 @@ TEST(Metering, GoesOnFromWhatWasSpentBefore) {
     EXPECT_EQ(cost.pixels, 8U);
     EXPECT_EQ(cost.bytes, 12);
     EXPECT_GT(cost.seconds, 0);
+    {
+        const Metering metering({}, cost);
+        const HeldBytes held(1'000'000);
+    }
+    EXPECT_EQ(cost.bytes, 12);
+    EXPECT_NEAR(static_cast<double>(cost.peakBytes), 1'000'012, 1 << 16);
     EXPECT_EQ(refusalOf({.steps = 5},
                         [&] {
                             const Metering metering({.steps = 5}, cost);

@@ -26,8 +26,8 @@ struct Meter {
     /// Counts bytes until they are released.
     void hold(std::size_t count) {
         bytes += static_cast<std::int64_t>(count);
-        if (bytes > bytesAllowed) [[unlikely]]
-            refuse(count);
+        if (bytes > bytesToLook) [[unlikely]]
+            lookAtBytes(count);
     }
     void release(std::size_t count) noexcept { bytes -= static_cast<std::int64_t>(count); }
 
@@ -36,11 +36,11 @@ struct Meter {
     std::uint64_t pixels = 0;
     std::uint64_t pixelsToLook = UINT64_MAX;
     std::int64_t bytes = 0;  ///< below 0 where what was allocated before is given back
-    std::int64_t bytesAllowed = INT64_MAX;
+    std::int64_t bytesToLook = INT64_MAX;
 
 private:
     void look();
-    [[noreturn]] void refuse(std::size_t count);
+    void lookAtBytes(std::size_t added);
 };
 
 extern constinit thread_local Meter threadMeter;

@@ -15,14 +15,12 @@ namespace {
 /// How much may be done between two looks at the clock: well under a millisecond, mostly.
 constexpr std::uint64_t stepsBetween = 4096;
 constexpr std::uint64_t pixelsBetween = 1U << 18;
+/// How exactly the most bytes held at once are known.
+constexpr std::int64_t bytesBetween = 1 << 16;
 
 constinit thread_local Metering* innermost = nullptr;
 
 [[noreturn]] void fail(std::string message) { throw TavrinError("Budget", std::move(message)); }
-
-std::int64_t asSigned(std::uint64_t bytes) {
-    return static_cast<std::int64_t>(std::min<std::uint64_t>(bytes, INT64_MAX));
-}
 
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a > UINT64_MAX - b ? UINT64_MAX : a + b; }
 
@@ -45,30 +43,37 @@ void Meter::look() {
         stepsToLook = pixelsToLook = UINT64_MAX;
 }
 
-void Meter::refuse(std::size_t count) {
-    release(count);
-    fail(fmt::format("more than {} bytes are held at once", bytesAllowed));
+void Meter::lookAtBytes(std::size_t added) {
+    const std::int64_t allowed = innermost ? innermost->allowedBytes() : INT64_MAX;
+    if (bytes > allowed) {
+        release(added);
+        fail(fmt::format("more than {} bytes are held at once", allowed));
+    }
+    bytesToLook = std::min(allowed, bytes + bytesBetween);
 }
 
 Metering::Metering(const RenderBudget& budget, Cost& cost)
     : budget_(budget),
       cost_(cost),
-      outer_(std::exchange(threadMeter, Meter{.steps = cost.steps,
-                                              .pixels = cost.pixels,
-                                              .bytes = cost.bytes,
-                                              .bytesAllowed = asSigned(budget.bytes)})),
+      outer_(std::exchange(threadMeter, Meter{.steps = cost.steps, .pixels = cost.pixels, .bytes = cost.bytes})),
       outerMetering_(std::exchange(innermost, this)) {
     if (budget_.seconds) end_ = after(*budget_.seconds - cost.seconds);
     // The first step looks: it may be too late, or cancelled.
     threadMeter.stepsToLook = end_ || budget_.cancel ? 0 : budget_.steps;
     threadMeter.pixelsToLook = std::min(budget_.pixels, sum(cost.pixels, pixelsBetween));
+    threadMeter.bytesToLook = std::min(allowedBytes(), std::max(cost.peakBytes, cost.bytes + bytesBetween));
 }
 
 Metering::~Metering() {
     const std::chrono::duration<double> passed = Clock::now() - begin_;
-    cost_ = {threadMeter.steps, threadMeter.pixels, threadMeter.bytes, cost_.seconds + passed.count()};
+    cost_ = {threadMeter.steps, threadMeter.pixels, threadMeter.bytes, threadMeter.bytesToLook,
+             cost_.seconds + passed.count()};
     threadMeter = outer_;
     innermost = outerMetering_;
+}
+
+std::int64_t Metering::allowedBytes() const {
+    return static_cast<std::int64_t>(std::min<std::uint64_t>(budget_.bytes, INT64_MAX));
 }
 
 Metering* Metering::ofThisThread() { return innermost; }
@@ -93,7 +98,7 @@ RenderBudget Metering::rest() const {
     RenderBudget rest = budget_;
     rest.steps -= std::min(rest.steps, threadMeter.steps);
     rest.pixels -= std::min(rest.pixels, threadMeter.pixels);
-    rest.bytes = static_cast<std::uint64_t>(std::max<std::int64_t>(0, threadMeter.bytesAllowed - threadMeter.bytes));
+    rest.bytes = static_cast<std::uint64_t>(std::max<std::int64_t>(0, allowedBytes() - threadMeter.bytes));
     if (end_) rest.seconds = std::chrono::duration<double>(*end_ - Clock::now()).count();
     return rest;
 }

@@ -14,7 +14,8 @@ namespace tavrin {
 struct Cost {
     std::uint64_t steps = 0;
     std::uint64_t pixels = 0;
-    std::int64_t bytes = 0;  ///< still held
+    std::int64_t bytes = 0;      ///< still held
+    std::int64_t peakBytes = 0;  ///< the most that was held at once, rounded up by at most 64 KiB
     double seconds = 0;
 };
 
@@ -46,6 +47,7 @@ public:
 
 private:
     friend struct Meter;
+    [[nodiscard]] std::int64_t allowedBytes() const;
     void lookAgainLater() const;
 
     RenderBudget budget_;
