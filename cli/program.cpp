@@ -17,6 +17,7 @@
 #include "cli/output.h"
 #include "cli/overwriting.h"
 #include "cli/reporter.h"
+#include "cli/temporary_file.h"
 #include "cli/usage_error.h"
 #include "cli/verbs.h"
 #include "tavrin/platform/foundation/precondition.h"
@@ -58,6 +59,7 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         preview(command);
         return 0;
     }
+    removeTemporaryFilesOnSignals();
     return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));
 }
 

@@ -155,6 +155,22 @@ TEST(Matrix, TellsDocumentsOfOneNameApart) {
     EXPECT_EQ(place.run({"render", "other.json", "./other.json", "-o", "out", "--scales", "1"}).status, 2);
 }
 
+TEST(Matrix, ReplacesOldPicturesTogether) {
+    const Workplace place;
+    place.write("w.json", hello);
+    place.write("out/index.json", "old");
+    place.write("out/w/systemMedium-light@1x.png", "old");
+    place.write("out/w/systemMedium-light@2x.png/file", "");
+    const std::vector<std::string> before = place.files();
+    const std::vector<std::string> words{"render", "w.json", "-o", "out", "--scales", "1,2"};
+    const Finished finished = place.run(words);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("cannot write 'out/w/systemMedium-light@2x.png': Is a directory"));
+    EXPECT_EQ(place.files(), before);
+    EXPECT_EQ(place.read("out/index.json"), "old");
+    EXPECT_TRUE(place.read("out/w/systemMedium-light@1x.png") == "old");
+}
+
 TEST(Matrix, IsRefused) {
     const Workplace place;
     place.write("w.json", hello);

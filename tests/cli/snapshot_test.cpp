@@ -163,6 +163,23 @@ TEST(Snapshot, OfADocumentThatFails) {
     EXPECT_FALSE(place.has("kept"));
 }
 
+TEST(Snapshot, IsReplacedAsAPairOrNotAtAll) {
+    const Workplace place;
+    place.write("w.json", hello);
+    const std::string model(255 - std::string_view("systemMedium-light@3x-.png").size(), 'm');
+    place.write("models/" + model + ".json", "{}");
+    const std::string name = "kept/w/systemMedium-light@3x-" + model;
+    for (const bool isThere : {false, true}) {
+        if (isThere) place.write(name + ".png", "old");
+        const std::vector<std::string> before = place.files();
+        const Finished finished = place.run({"snapshot", "w.json", "--models", "models", "--dir", "kept", "--update"});
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_THAT(finished.err, HasSubstr("cannot write '" + name + ".json': File name too long"));
+        EXPECT_EQ(place.files(), before);
+        EXPECT_TRUE(!isThere || place.read(name + ".png") == "old");
+    }
+}
+
 TEST(Snapshot, IsRefused) {
     const Workplace place;
     const struct {
