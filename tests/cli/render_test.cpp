@@ -228,6 +228,16 @@ TEST(Render, AFullDiskIsAFailure) {
     EXPECT_EQ(errorText(finished, "message"), "cannot write '/dev/full': No space left on device");
 }
 
+TEST(Render, WaitsForAPipeThatIsNamed) {
+    const Workplace place;
+    for (const char* const pipe : {"a.json", "m.json"}) ASSERT_EQ(::mkfifo(place.path(pipe).c_str(), 0600), 0);
+    const pid_t process = place.start({"render", "a.json", "--model", "m.json"});
+    place.write("m.json", R"({"a": "x"})");
+    place.write("a.json", hello);
+    EXPECT_EQ(waitFor(process), 0);
+    EXPECT_TRUE(isWholePng(place.read("a.png")));
+}
+
 TEST(Render, ReplacesAFileKeepingItsLinkAndPermissions) {
     const Workplace place;
     place.write("a.json", hello);
