@@ -92,7 +92,7 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
 
 int runProgram(int argc, char** argv) noexcept {
     try {
-        std::signal(SIGPIPE, SIG_IGN);  // writing then fails with an error instead
+        for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);  // writing then fails with an error
         setPreconditionHandler(throwPreconditionError);
         const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
         Reporter reporter(errorFormatOf(words));
