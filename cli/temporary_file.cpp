@@ -24,7 +24,8 @@ std::set<std::string>& temporaryNames() {
 
 void removeAndEnd(int signal) {
     for (const std::string& name : temporaryNames()) ::unlink(name.c_str());
-    std::raise(signal);  // now with its usual effect
+    std::raise(signal);     // now with its usual effect
+    ::_exit(128 + signal);  // which the first process of a container does not have
 }
 
 }  // namespace
@@ -69,8 +70,7 @@ void removeTemporaryFilesOnSignals() {
         struct sigaction action {};
         if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;  // ignored: nohup
         action.sa_handler = removeAndEnd;
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
-        sigfillset(&action.sa_mask);
+        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
         ::sigaction(signal, &action, nullptr);
     }
 }
