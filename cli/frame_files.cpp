@@ -34,27 +34,6 @@ void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompres
     });
 }
 
-/// Files that are taken away again unless all are written.
-class WrittenFiles {
-public:
-    WrittenFiles() = default;
-    WrittenFiles(const WrittenFiles&) = delete;
-    WrittenFiles& operator=(const WrittenFiles&) = delete;
-    ~WrittenFiles() {
-        std::error_code ignored;
-        for (const std::filesystem::path& path : paths_) std::filesystem::remove(path, ignored);
-    }
-
-    void write(const std::filesystem::path& path, const std::string& bytes) {
-        writeFile(path, bytes);
-        paths_.push_back(path);
-    }
-    void keep() { paths_.clear(); }
-
-private:
-    std::vector<std::filesystem::path> paths_;
-};
-
 }  // namespace
 
 void drawFrames(const Frames& frames, const Production& work) {
@@ -80,9 +59,9 @@ void writeFrames(const Frames& frames, const Outcome& outcome) {
     const std::filesystem::path folder = frames.path.parent_path();
     if (frames.kind == Frames::Kind::file) return writeFile(frames.path, outcome.bytes);
     if (!folder.empty()) makeFolder(folder);
-    WrittenFiles files;
+    FileTransaction files;
     for (std::size_t i = 0; i < outcome.frames.size(); ++i) files.write(frames.pathOf(i + 1), *outcome.frames[i]);
-    files.keep();
+    files.commit();
 }
 
 }  // namespace tavrin::cli

@@ -52,14 +52,27 @@ std::string readAll(int descriptor, const std::string& path) {
     return text;
 }
 
+FileDescriptor openForReading(const std::string& path, int flags) {
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | flags));
+    if (!file.isOpen()) throw IOError(failureText(path), errno, displayName(path));
+    return file;
+}
+
 }  // namespace
 
 std::string displayName(const std::string& path) { return path == "-" ? "<stdin>" : path; }
 
 std::string readInput(const std::string& path) {
     if (path == "-") return readAll(STDIN_FILENO, path);
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    if (!file.isOpen()) throw IOError(failureText(path), errno, displayName(path));
+    const FileDescriptor file = openForReading(path, 0);
+    return readAll(file.number(), path);
+}
+
+std::string readFound(const std::string& path) {
+    const FileDescriptor file = openForReading(path, O_NONBLOCK);
+    struct stat status {};
+    if (::fstat(file.number(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+        throw IOError(failureText(path) + ": Not a regular file", path);
     return readAll(file.number(), path);
 }
 

@@ -15,8 +15,11 @@ struct Source {
 /// What messages call an input: its path, "<stdin>" for "-".
 [[nodiscard]] std::string displayName(const std::string& path);
 
-/// All bytes of a file, or of standard input for "-". Throws `IOError` for what cannot be read, for a folder and for
-/// more than 256 MiB.
+/// All bytes of a file that was named, which may be a pipe, or of standard input for "-". Throws `IOError` for what
+/// cannot be read, for a folder and for more than 256 MiB.
 [[nodiscard]] std::string readInput(const std::string& path);
+
+/// The same for a file that was found in a folder: it must be a regular one, and nothing else is waited for.
+[[nodiscard]] std::string readFound(const std::string& path);
 
 }  // namespace tavrin::cli

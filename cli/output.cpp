@@ -4,13 +4,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <iterator>
+#include <set>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
+#include "cli/temporary_file.h"
 #include "tavrin/platform/foundation/threads/blocked_signals.h"
 
 namespace tavrin::cli {
@@ -19,51 +23,6 @@ namespace {
 using std::filesystem::path;
 
 std::string failureText(const path& target) { return "cannot write '" + target.string() + "'"; }
-
-/// A new file beside a target; removed again unless it took the target's name.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const path& target) : target_(target), path_(freePath(target)), file_(create(path_)) {
-        if (!file_.isOpen()) throw IOError(failureText(target), errno, target);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!renamed_) ::unlink(path_.c_str());
-    }
-
-    /// Gives the file the permissions of the one it replaces.
-    void keepPermissions(mode_t mode) const {
-        if (::fchmod(file_.number(), mode & 07777) != 0) throw IOError(failureText(target_), errno, target_);
-    }
-
-    void write(std::string_view bytes) {
-        if (!writeAll(file_.number(), bytes) || !file_.close()) throw IOError(failureText(target_), errno, target_);
-    }
-
-    void takeName() {
-        if (std::rename(path_.c_str(), target_.c_str()) != 0) throw IOError(failureText(target_), errno, target_);
-        renamed_ = true;
-    }
-
-private:
-    static path freePath(const path& target) {
-        const path folder = target.parent_path();
-        for (int number = 0;; ++number) {
-            path candidate = folder / (".tavrin-" + std::to_string(::getpid()) + "-" + std::to_string(number) + ".tmp");
-            struct stat status {};
-            if (::lstat(candidate.c_str(), &status) != 0) return candidate;
-        }
-    }
-    static FileDescriptor create(const path& name) {
-        return FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    }
-
-    path target_;
-    path path_;
-    FileDescriptor file_;
-    bool renamed_ = false;
-};
 
 void writeStraight(const path& target, std::string_view bytes) {
     FileDescriptor file(::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
@@ -78,21 +37,112 @@ path withoutLinks(const path& target) {
     return error ? target : real;
 }
 
+/// Brings to the disk which names a folder holds. Where that cannot be done its files are no less whole.
+void syncFolder(const path& folder) {
+    const FileDescriptor file(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (file.isOpen()) static_cast<void>(::fsync(file.number()));
+}
+
 }  // namespace
 
-void writeFile(const path& target, std::string_view bytes) {
-    const path real = withoutLinks(target);
+/// The new version of a file, and what is needed to bring the old one back.
+class FileTransaction::StagedFile {
+public:
+    /// `old` is what is known of the file that is replaced, null where there is none.
+    StagedFile(const path& target, path real, const struct stat* old, std::string_view bytes)
+        : target_(target),
+          real_(std::move(real)),
+          replaces_(old != nullptr),
+          temporary_(folder(), old ? S_IRUSR | S_IWUSR : 0666) {
+        FileDescriptor& file = temporary_.file();
+        if (!file.isOpen()) fail();
+        if (old && ::fchmod(file.number(), old->st_mode & 07777) != 0) fail();
+        if (!writeAll(file.number(), bytes)) fail();
+        // A crash after the renaming must find the new bytes: the old ones are gone. What is new can be made again.
+        if (old && ::fdatasync(file.number()) != 0 && errno != EINVAL) fail();
+        if (!file.close()) fail();
+    }
+    StagedFile(const StagedFile&) = delete;
+    StagedFile& operator=(const StagedFile&) = delete;
+    ~StagedFile() {
+        if (!old_.empty()) ::unlink(old_.c_str());
+    }
+
+    [[nodiscard]] path folder() const { return real_.parent_path(); }
+    [[nodiscard]] bool replaces() const { return replaces_; }
+
+    /// Gives the old file a second name; where there are no hard links, another one.
+    void keepOld() {
+        if (!replaces_) return;
+        old_ = freeName(folder());
+        if (::link(real_.c_str(), old_.c_str()) == 0 || std::rename(real_.c_str(), old_.c_str()) == 0) return;
+        old_.clear();
+        fail();
+    }
+
+    void takeName() {
+        if (!temporary_.rename(real_)) fail();
+        hasName_ = true;
+    }
+
+    /// Undoes both.
+    void bringBack() {
+        if (!old_.empty()) {
+            if (std::rename(old_.c_str(), real_.c_str()) != 0) old_.clear();  // not to be removed
+        } else if (hasName_) {
+            ::unlink(real_.c_str());
+        }
+    }
+
+private:
+    [[noreturn]] void fail() const { throw IOError(failureText(target_), errno, target_); }
+
+    path target_;  // as it was given
+    path real_;
+    bool replaces_;
+    bool hasName_ = false;
+    TemporaryFile temporary_;
+    path old_;
+};
+
+FileTransaction::FileTransaction() = default;
+FileTransaction::~FileTransaction() = default;
+
+void FileTransaction::write(const path& target, std::string_view bytes) {
+    path real = withoutLinks(target);
     struct stat status {};
     const bool exists = ::stat(real.c_str(), &status) == 0;
     if (exists && S_ISDIR(status.st_mode)) throw IOError(failureText(target), EISDIR, target);
     if (exists && ::access(real.c_str(), W_OK) != 0) throw IOError(failureText(target), errno, target);
     if (exists && !S_ISREG(status.st_mode)) return writeStraight(real, bytes);
+    files_.emplace_back(target, std::move(real), exists ? &status : nullptr, bytes);
+}
 
-    const BlockedSignals blocked;
-    TemporaryFile file(real);
-    if (exists) file.keepPermissions(status.st_mode);
-    file.write(bytes);
-    file.takeName();
+void FileTransaction::commit() {
+    std::set<path> changed;
+    {
+        const BlockedSignals blocked;
+        auto file = files_.begin();
+        try {
+            for (; file != files_.end(); ++file) {
+                if (std::next(file) != files_.end()) file->keepOld();  // nothing can fail after the last
+                file->takeName();
+            }
+        } catch (const IOError&) {
+            for (++file; file != files_.begin();) (--file)->bringBack();
+            throw;
+        }
+        for (const StagedFile& written : files_)
+            if (written.replaces()) changed.insert(written.folder());
+        files_.clear();
+    }
+    for (const path& folder : changed) syncFolder(folder);
+}
+
+void writeFile(const path& target, std::string_view bytes) {
+    FileTransaction one;
+    one.write(target, bytes);
+    one.commit();
 }
 
 void makeFolder(const path& folder) {

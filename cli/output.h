@@ -2,14 +2,32 @@
 #pragma once
 
 #include <filesystem>
+#include <list>
 #include <string_view>
 
 namespace tavrin::cli {
 
-/// Writes a file whole or not at all: the bytes go to a new file beside it, which then takes its name. A device or pipe
-/// is written straight to. Throws `IOError`, and then leaves no file behind.
-///
-/// Only the main thread may call it: signals wait until the file is whole.
+/// Files that belong together: all of them are replaced or, when anything fails, none. The bytes go to temporary files
+/// beside them, which take their names once the last is written. A device or pipe is written straight to.
+class FileTransaction {
+public:
+    FileTransaction();
+    FileTransaction(const FileTransaction&) = delete;
+    FileTransaction& operator=(const FileTransaction&) = delete;
+    ~FileTransaction();
+
+    /// Writes a file that nobody sees before `commit`. Throws `IOError`.
+    void write(const std::filesystem::path& target, std::string_view bytes);
+
+    /// Lets all files take their names. Throws `IOError`, and has then brought back the old ones.
+    void commit();
+
+private:
+    class StagedFile;
+    std::list<StagedFile> files_;
+};
+
+/// Writes one file, whole or not at all. Throws `IOError`, and then leaves no file behind.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// Makes a folder, and those it stands in, where they are missing. Throws `IOError`.

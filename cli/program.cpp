@@ -17,6 +17,7 @@
 #include "cli/output.h"
 #include "cli/overwriting.h"
 #include "cli/reporter.h"
+#include "cli/temporary_file.h"
 #include "cli/usage_error.h"
 #include "cli/verbs.h"
 #include "tavrin/platform/foundation/precondition.h"
@@ -58,6 +59,7 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         preview(command);
         return 0;
     }
+    removeTemporaryFilesOnSignals();
     return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));
 }
 
@@ -90,7 +92,7 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
 
 int runProgram(int argc, char** argv) noexcept {
     try {
-        std::signal(SIGPIPE, SIG_IGN);  // writing then fails with an error instead
+        for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);  // writing then fails with an error
         setPreconditionHandler(throwPreconditionError);
         const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
         Reporter reporter(errorFormatOf(words));

@@ -37,9 +37,13 @@ std::vector<Matrix::Model> modelsIn(const std::string& folder) {
     std::vector<Matrix::Model> list;
     std::error_code error;
     for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
-         entry.increment(error))
-        if (entry->path().extension() == ".json")
-            list.push_back({entry->path().string(), entry->path().stem().string()});
+         entry.increment(error)) {
+        const fs::path& path = entry->path();
+        if (path.extension() != ".json") continue;
+        std::error_code unknown;  // reading it will tell
+        if (entry->is_other(unknown)) throw IOError("cannot read '" + path.string() + "': Not a regular file", path);
+        list.push_back({path.string(), path.stem().string()});
+    }
     if (error) throw IOError("cannot read '" + folder + "': " + error.message(), folder);
     if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'", folder);
     std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.name < b.name; });

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <exception>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -8,7 +7,6 @@
 #include <vector>
 
 #include "cli/failure_text.h"
-#include "cli/io_error.h"
 #include "cli/matrix/cell_renderer.h"
 #include "cli/matrix/cell_report.h"
 #include "cli/matrix/matrix_picture.h"
@@ -41,19 +39,12 @@ DrawnCell drawnCell(CellRenderer& renderers, const MatrixArguments& arguments, s
     return drawn;
 }
 
-/// Writes a picture; what goes wrong becomes its failure.
-void writePicture(const MatrixArguments& arguments, DrawnCell& drawn) {
+void writePicture(const MatrixArguments& arguments, DrawnCell& drawn, FileTransaction& files) {
     if (drawn.outcome.failure) return;
-    const std::string name = nameOf(arguments.matrix, drawn.picture.cell) + ".png";
-    try {
-        const std::filesystem::path path = arguments.folder / name;
-        makeFolder(path.parent_path());
-        writeFile(path, drawn.png);
-        drawn.picture.file = name;
-    } catch (const IOError&) {
-        drawn.outcome.failure = describe(std::current_exception());
-        drawn.picture.sha256.clear();
-    }
+    drawn.picture.file = nameOf(arguments.matrix, drawn.picture.cell) + ".png";
+    const std::filesystem::path path = arguments.folder / drawn.picture.file;
+    makeFolder(path.parent_path());
+    files.write(path, drawn.png);
 }
 
 std::string errorText(const CellOutcome& outcome) {
@@ -69,21 +60,23 @@ int run(const MatrixArguments& arguments, const Reporter& reporter) {
     CellRenderer renderers(arguments, matrix);
     makeFolder(arguments.folder);
     std::vector<MatrixPicture> pictures;
+    FileTransaction files;  // an index describes the pictures beside it
     Progress progress(matrix.count());
     CellReport report(reporter, progress);
     inOrder<DrawnCell>(
         matrix.count(), std::min<std::size_t>(matrix.count(), std::thread::hardware_concurrency()),
         [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
         [&](std::size_t, DrawnCell drawn) {
-            writePicture(arguments, drawn);
+            writePicture(arguments, drawn, files);
             report.add(matrix, drawn.picture.cell, drawn.outcome);
             drawn.picture.warnings = drawn.outcome.notes;
             drawn.picture.error = errorText(drawn.outcome);
             progress.advance(nameOf(matrix, drawn.picture.cell));
             pictures.push_back(std::move(drawn.picture));
         });
-    writeFile(arguments.folder / "index.json", indexText(matrix, pictures));
-    writeFile(arguments.folder / "index.html", contactSheet(matrix, pictures));
+    files.write(arguments.folder / "index.json", indexText(matrix, pictures));
+    files.write(arguments.folder / "index.html", contactSheet(matrix, pictures));
+    files.commit();
     return report.failed() ? 1 : 0;
 }
 

@@ -139,7 +139,7 @@ bool isThere(const std::filesystem::path& path) {
 
 std::optional<Snapshot> readSnapshot(const SnapshotFiles& files) {
     if (!isThere(files.png) || !isThere(files.tree)) return std::nullopt;
-    return Snapshot{readInput(files.png.string()), readInput(files.tree.string())};
+    return Snapshot{readFound(files.png.string()), readFound(files.tree.string())};
 }
 
 SnapshotDifference difference(const Snapshot& kept, const Snapshot& drawn, int tolerance) {

@@ -122,8 +122,10 @@ private:
 
     static void write(const SnapshotFiles& files, const Snapshot& snapshot) {
         makeFolder(files.png.parent_path());
-        writeFile(files.png, snapshot.png);
-        writeFile(files.tree, snapshot.tree);
+        FileTransaction both;
+        both.write(files.png, snapshot.png);
+        both.write(files.tree, snapshot.tree);
+        both.commit();
     }
 
     /// Takes the picture of a difference away that is there no more, and the folders that it leaves empty.

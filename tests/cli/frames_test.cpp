@@ -143,15 +143,23 @@ TEST(Frames, LeaveNothingBehindWhenTheyFail) {
     EXPECT_THAT(place.files(), ElementsAre("broken.json", "clock.json", "file"));
 }
 
-TEST(Frames, ThatCannotBeWrittenAreTakenAway) {
+TEST(Frames, ReplaceOldOnesTogether) {
     const Workplace place;
     place.write("clock.json", countdown);
+    place.write("x-1.png", "old");
+    place.write("x-2.png", "old");
     std::filesystem::create_directory(place.path("x-3.png"));
     const Finished finished = place.run(wordsFor({"-o", "x-%d.png"}));
     EXPECT_EQ(finished.status, 1);
     EXPECT_THAT(finished.err, HasSubstr("cannot write 'x-3.png'"));
-    EXPECT_THAT(place.files(), ElementsAre("clock.json"));
+    EXPECT_THAT(place.files(), ElementsAre("clock.json", "x-1.png", "x-2.png"));
+    EXPECT_TRUE(place.read("x-1.png") == "old");
+    EXPECT_TRUE(place.read("x-2.png") == "old");
     EXPECT_TRUE(place.has("x-3.png"));
+    std::filesystem::remove(place.path("x-3.png"));
+    EXPECT_EQ(place.run(wordsFor({"-o", "x-%d.png"})).status, 0);
+    EXPECT_THAT(place.files(), ElementsAre("clock.json", "x-1.png", "x-2.png", "x-3.png"));
+    for (const char* file : {"x-1.png", "x-2.png", "x-3.png"}) EXPECT_THAT(place.read(file), StartsWith(pngStart));
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -153,6 +155,33 @@ TEST(Matrix, TellsDocumentsOfOneNameApart) {
                              "out/other/systemMedium-light@1x.png"})
         EXPECT_TRUE(place.has(file)) << file;
     EXPECT_EQ(place.run({"render", "other.json", "./other.json", "-o", "out", "--scales", "1"}).status, 2);
+}
+
+TEST(Matrix, ReplacesOldPicturesTogether) {
+    const Workplace place;
+    place.write("w.json", hello);
+    place.write("out/index.json", "old");
+    place.write("out/w/systemMedium-light@1x.png", "old");
+    place.write("out/w/systemMedium-light@2x.png/file", "");
+    const std::vector<std::string> before = place.files();
+    const std::vector<std::string> words{"render", "w.json", "-o", "out", "--scales", "1,2"};
+    const Finished finished = place.run(words);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("cannot write 'out/w/systemMedium-light@2x.png': Is a directory"));
+    EXPECT_EQ(place.files(), before);
+    EXPECT_EQ(place.read("out/index.json"), "old");
+    EXPECT_TRUE(place.read("out/w/systemMedium-light@1x.png") == "old");
+}
+
+TEST(Matrix, WaitsForNoPipeAmongModels) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("models/a.json", R"({"a": "x"})");
+    ASSERT_EQ(::mkfifo(place.path("models/b.json").c_str(), 0600), 0);
+    const Finished finished = place.run({"render", "w.json", "--models", "models", "-o", "out"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("cannot read 'models/b.json': Not a regular file"));
+    EXPECT_FALSE(place.has("out"));
 }
 
 TEST(Matrix, IsRefused) {

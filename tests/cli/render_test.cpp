@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <chrono>
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 
@@ -226,6 +227,33 @@ TEST(Render, AFullDiskIsAFailure) {
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(errorText(finished, "type"), "IOError");
     EXPECT_EQ(errorText(finished, "message"), "cannot write '/dev/full': No space left on device");
+}
+
+TEST(Render, AFileThatMayNotGrowIsAFailure) {
+    const Workplace place;
+    place.write("a.json", hello);
+    place.write("a.png", "old");
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    struct rlimit small = before;
+    small.rlim_cur = 500;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const Finished finished = place.run({"render", "a.json"});
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("cannot write 'a.png': File too large"));
+    EXPECT_THAT(place.files(), ElementsAre("a.json", "a.png"));
+    EXPECT_TRUE(place.read("a.png") == "old");
+}
+
+TEST(Render, WaitsForAPipeThatIsNamed) {
+    const Workplace place;
+    for (const char* const pipe : {"a.json", "m.json"}) ASSERT_EQ(::mkfifo(place.path(pipe).c_str(), 0600), 0);
+    const pid_t process = place.start({"render", "a.json", "--model", "m.json"});
+    place.write("m.json", R"({"a": "x"})");
+    place.write("a.json", hello);
+    EXPECT_EQ(waitFor(process), 0);
+    EXPECT_TRUE(isWholePng(place.read("a.png")));
 }
 
 TEST(Render, ReplacesAFileKeepingItsLinkAndPermissions) {

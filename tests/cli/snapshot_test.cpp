@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -161,6 +163,40 @@ TEST(Snapshot, OfADocumentThatFails) {
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(finished.err.find("bad.json:4:"), finished.err.rfind("bad.json:4:")) << "said once";
     EXPECT_FALSE(place.has("kept"));
+}
+
+TEST(Snapshot, IsReplacedAsAPairOrNotAtAll) {
+    const Workplace place;
+    place.write("w.json", hello);
+    const std::string model(255 - std::string_view("systemMedium-light@3x-.png").size(), 'm');
+    place.write("models/" + model + ".json", "{}");
+    const std::string name = "kept/w/systemMedium-light@3x-" + model;
+    for (const bool isThere : {false, true}) {
+        if (isThere) place.write(name + ".png", "old");
+        const std::vector<std::string> before = place.files();
+        const Finished finished = place.run({"snapshot", "w.json", "--models", "models", "--dir", "kept", "--update"});
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_THAT(finished.err, HasSubstr("cannot write '" + name + ".json': File name too long"));
+        EXPECT_EQ(place.files(), before);
+        EXPECT_TRUE(!isThere || place.read(name + ".png") == "old");
+    }
+}
+
+TEST(Snapshot, WaitsForNoPipe) {
+    for (const char* const suffix : {".png", ".json"}) {
+        SCOPED_TRACE(suffix);
+        const Workplace place;
+        place.write("w.json", hello);
+        EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept"}).status, 0);
+        const std::string file = "kept/w/systemMedium-light@3x" + std::string(suffix);
+        std::filesystem::remove(place.path(file));
+        ASSERT_EQ(::mkfifo(place.path(file).c_str(), 0600), 0);
+        for (const char* const option : {"--strict", "--update"}) {
+            const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept", option});
+            EXPECT_EQ(finished.status, 1);
+            EXPECT_THAT(finished.err, HasSubstr("cannot read '" + file + "': Not a regular file"));
+        }
+    }
 }
 
 TEST(Snapshot, IsRefused) {

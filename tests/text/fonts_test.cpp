@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -102,6 +104,10 @@ TEST(Fonts, SystemFontMayBeAHostFile) {
 }
 
 TEST(Fonts, WhatIsMissingIsReported) {
+    std::string folder = (std::filesystem::temp_directory_path() / "tavrin-fonts-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
+    const std::string pipe = folder + "/font.ttf";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const struct {
         const char* why;
         FontLibrary::Options options;
@@ -110,6 +116,7 @@ TEST(Fonts, WhatIsMissingIsReported) {
         {"a family must agree exactly", {"Inte", {}}},
         {"no such file", {"Inter", {"/nonexistent/font.ttf"}}},
         {"a file that is no font", {"Inter", {"/etc/passwd"}}},
+        {"a pipe, which is not waited for", {"Inter", {pipe}}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -121,6 +128,7 @@ TEST(Fonts, WhatIsMissingIsReported) {
             EXPECT_FALSE(error.message.empty());
         }
     }
+    std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <tuple>
 
 #include <fontconfig/fcfreetype.h>
@@ -96,6 +98,8 @@ std::vector<FontPattern> listFonts(FcConfig* config, const std::string& family, 
 
 std::vector<FontPattern> readFontFile(const std::string& path, Handle<FcFontSet, FcFontSetDestroy>& set) {
     constexpr unsigned everyFace = ~0U;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return {};  // opening a pipe would wait for its writer
     set.reset(FcFontSetCreate());
     int faceCount = 0;
     FcFreeTypeQueryAll(reinterpret_cast<const FcChar8*>(path.c_str()), everyFace, nullptr, &faceCount, set.get());

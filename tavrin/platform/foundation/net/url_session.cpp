@@ -199,6 +199,10 @@ bool URLSession::Loop::start() {
         if (!curl_) return false;
         multi_ = curl_->multiInit();
         if (!multi_) return false;
+        if (curl_->multiWakeup(multi_) != CURLM_OK) {  // without descriptors nothing would end its waiting
+            curl_->multiCleanup(std::exchange(multi_, nullptr));
+            return false;
+        }
         curl_->multiSetopt(multi_, CURLMOPT_MAXCONNECTS, keptConnections);
     }
     try {
