@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tavrin/images/image_decoder.h"
+#include "tavrin/images/decoders.h"
 #include "tavrin/images/image_processer.h"
 
-// A picture's bytes, decoded and made to fit.
+// A picture's bytes, decoded by the decoder of one format (`TAVRIN_FUZZED_DECODER`) and made to fit.
 
 namespace {
 
@@ -29,7 +29,7 @@ void check(const tavrin::Bitmap& picture) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const auto picture = tavrin::decodeImage(bytes, {.maximumPixels = pixels});
+    const auto picture = tavrin::images::TAVRIN_FUZZED_DECODER(bytes, {.maximumPixels = pixels}, {});
     if (!picture) return 0;
     if (picture->byteCount() > 4 * pixels) std::abort();
     check(*picture);

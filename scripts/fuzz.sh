@@ -11,17 +11,26 @@ jobs=$(nproc)
 shopt -s nullglob
 
 targets=()
-for source in "$top"/fuzz/*.cpp; do targets+=("$(basename "$source" .cpp)"); done
+for program in "$build"/fuzz/fuzz_*; do
+    [ ! -f "$program" ] || [ ! -x "$program" ] || targets+=("${program##*/fuzz_}")
+done
 [ ${#targets[@]} -gt 0 ] || { echo "fuzz: there are no targets" >&2; exit 1; }
 rounds=$(((${#targets[@]} + jobs - 1) / jobs))
+"$top/scripts/fuzz_seeds.py" "$build/seeds"
 
 fuzz_one() {
     local name=$1 found=$build/corpus/$1 log=$build/fuzz_$1.log
     local arguments=(-max_total_time="$each" -timeout=10 -rss_limit_mb=2048 -artifact_prefix="$build/fuzz_$name-")
-    [ ! -f "$top/fuzz/$name.dict" ] || arguments+=(-dict="$top/fuzz/$name.dict")
     mkdir -p "$found"
     local corpora=("$found")
     [ ! -d "$top/fuzz/corpus/$name" ] || corpora+=("$top/fuzz/corpus/$name")
+    case $name in
+        decode_*) arguments+=(-dict="$top/fuzz/pictures.dict") ;;
+        animate | diagnose | explain | load_view | write_document)
+            arguments+=(-dict="$build/seeds/documents.dict")
+            corpora+=("$build/seeds/documents")
+            ;;
+    esac
     if "$build/fuzz/fuzz_$name" "${arguments[@]}" "${corpora[@]}" >"$log" 2>&1; then
         echo "fuzz_$name: $(tail -n 1 "$log")"
     else
