@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/strings/number_text.h"
 
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
+
+#include "tests/foundation/comma_locale.h"
 
 namespace tavrin {
 namespace {
@@ -237,13 +237,9 @@ TEST(NumberText, ReadsBackWhatItWrites) {
 }
 
 TEST(NumberText, IgnoresTheLocale) {
-    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    ASSERT_EQ(::setenv("LOCPATH", TAVRIN_LOCALE_FOLDER, 1), 0);
-    ASSERT_NE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr);
-    EXPECT_STREQ(std::localeconv()->decimal_point, ",");
+    const CommaLocale locale;
     EXPECT_EQ(toText(1.5), "1.5");
     EXPECT_EQ(doubleFromText("1.5"), 1.5);
-    std::setlocale(LC_NUMERIC, before.c_str());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "tavrin/platform/paint/canvas_state.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <utility>
 
@@ -21,6 +22,23 @@ constexpr double rounding = 1e-6;
 int wholePixel(double edge) {
     return static_cast<int>(std::clamp(std::floor(edge + 0.5 + rounding), -farPixels, farPixels));
 }
+
+/// Lets the calling thread read and write numbers with a decimal point until the end of the scope.
+class DecimalPoint {
+public:
+    DecimalPoint() {
+        static const locale_t plain = ::newlocale(LC_NUMERIC_MASK, "C", nullptr);
+        if (plain) before_ = ::uselocale(plain);
+    }
+    DecimalPoint(const DecimalPoint&) = delete;
+    DecimalPoint& operator=(const DecimalPoint&) = delete;
+    ~DecimalPoint() {
+        if (before_) ::uselocale(before_);
+    }
+
+private:
+    locale_t before_ = nullptr;
+};
 
 }  // namespace
 
@@ -60,6 +78,7 @@ void Canvas::State::hide() {
 void Canvas::State::finish() {
     if (levels.size() != 1) throw TavrinError{"Render", "a saved state or a layer of the canvas was not ended"};
     popLevel();
+    const DecimalPoint decimalPoint;  // Cairo reads the places of links in the user's locale
     cairo_surface_finish(surface.get());
     for (const cairo_status_t status : {cairo_status(cairo.get()), cairo_surface_status(surface.get())})
         if (status != CAIRO_STATUS_SUCCESS) throw TavrinError{"Render", cairo_status_to_string(status)};
