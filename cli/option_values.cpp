@@ -40,7 +40,7 @@ std::string listed(std::span<const std::string_view> words) {
     return list;
 }
 
-std::string toText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
+std::string sizeText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
 
 bool isKnownScreen(Size screen) {
     return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
@@ -142,7 +142,7 @@ WidgetBackground readBackground(std::string_view option, std::string_view value)
 
 std::string listOfScreens(std::span<const Size> screens) {
     std::string list;
-    for (const Size screen : screens) list += (list.empty() ? "" : ", ") + toText(screen);
+    for (const Size screen : screens) list += (list.empty() ? "" : ", ") + sizeText(screen);
     return list;
 }
 
@@ -151,9 +151,9 @@ WidgetRoom readFamily(std::string_view option, std::string_view value, Size scre
     const auto family = static_cast<WidgetFamily>(readWord(option, value, words));
     if (auto room = widgetRoom(family, screen)) return *std::move(room);
     if (!isKnownScreen(screen))
-        throw UsageError("no widget sizes are known for a screen of " + toText(screen) + "; give --size, or one of " +
+        throw UsageError("no widget sizes are known for a screen of " + sizeText(screen) + "; give --size, or one of " +
                          listOfScreens(knownScreens()));
-    throw UsageError("a screen of " + toText(screen) + " has no " + std::string(value) + "; " +
+    throw UsageError("a screen of " + sizeText(screen) + " has no " + std::string(value) + "; " +
                      listOfScreens(screensThatHave(family)) + " have; --screen says which");
 }
 

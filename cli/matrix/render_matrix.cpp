@@ -57,7 +57,7 @@ void writePicture(const MatrixArguments& arguments, DrawnCell& drawn) {
 }
 
 std::string errorText(const CellOutcome& outcome) {
-    std::string text = outcome.failure ? toText(*outcome.failure, false) : "";
+    std::string text = outcome.failure ? failureText(*outcome.failure, false) : "";
     while (text.ends_with('\n')) text.pop_back();
     return text;
 }
