@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include "cli/frame_files.h"
 #include "cli/input.h"

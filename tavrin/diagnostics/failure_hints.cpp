@@ -2,10 +2,8 @@
 #include "tavrin/diagnostics/failure_hints.h"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tavrin/diagnostics/findings.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <exception>
-#include <string_view>
 
 #include "tavrin/diagnostics/findings.h"
 #include "tavrin/diagnostics/written_document.h"

@@ -3,7 +3,6 @@
 
 #include <concepts>
 #include <span>
-#include <vector>
 
 #include "tavrin/dsl/modifier.h"
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <limits>

@@ -3,7 +3,6 @@
 
 #include <concepts>
 #include <optional>
-#include <type_traits>
 
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/engine/record_types.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <cmath>
 #include <optional>
 
 #include <fmt/format.h>

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <utility>
 
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/view_modifiers.h"

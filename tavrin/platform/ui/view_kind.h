@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string_view>
-
 namespace tavrin {
 
 /// The closed set of primitive views; layout and painting each know all of them. Any other view is `composed`: it has

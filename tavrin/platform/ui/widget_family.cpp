@@ -2,7 +2,6 @@
 #include "tavrin/platform/ui/widget_family.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
 #include <vector>
 
