@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -11,8 +10,6 @@
 
 namespace tavrin::cli {
 namespace {
-
-std::uint64_t number(std::size_t value) { return value; }
 
 /// A path as a relative or absolute URI reference.
 std::string uriOf(std::string_view path) {
@@ -83,9 +80,8 @@ private:
 
     void writeRegion(std::string_view key, const TextRange& range) {
         writer_.key(key).beginObject();
-        writer_.key("startLine").value(number(range.begin.line)).key("startColumn").value(number(range.begin.column));
-        writer_.key("endLine").value(number(range.end.line)).key("endColumn").value(number(range.end.column));
-        writer_.endObject();
+        writer_.key("startLine").value(range.begin.line).key("startColumn").value(range.begin.column);
+        writer_.key("endLine").value(range.end.line).key("endColumn").value(range.end.column).endObject();
     }
 
     void writePlace(std::string_view file, const Diagnostic& found) {
@@ -110,14 +106,10 @@ private:
         writeMessage("message", found.message);
         writer_.key("locations").beginArray().beginObject();
         writePlace(source.name, found);
-        if (!found.path.empty())
-            writer_.key("logicalLocations")
-                .beginArray()
-                .beginObject()
-                .key("fullyQualifiedName")
-                .value(tavrin::toText(found.path))
-                .endObject()
-                .endArray();
+        if (!found.path.empty()) {
+            writer_.key("logicalLocations").beginArray().beginObject();
+            writer_.key("fullyQualifiedName").value(tavrin::toText(found.path)).endObject().endArray();
+        }
         writer_.endObject().endArray();
         if (!found.fix.empty()) writeFix(found, source);
         writer_.endObject();

@@ -35,26 +35,6 @@ bool needsEscape(char c) { return c == '"' || c == '\\' || static_cast<unsigned 
 
 }  // namespace
 
-JSONWriter& JSONWriter::beginObject() {
-    begin('{', false);
-    return *this;
-}
-
-JSONWriter& JSONWriter::endObject() {
-    end('}', false);
-    return *this;
-}
-
-JSONWriter& JSONWriter::beginArray() {
-    begin('[', true);
-    return *this;
-}
-
-JSONWriter& JSONWriter::endArray() {
-    end(']', true);
-    return *this;
-}
-
 JSONWriter& JSONWriter::key(std::string_view key) {
     if (afterKey_ || open_.empty() || open_.back().isArray) preconditionFailure("JSONWriter: a key outside an object");
     beginElement(true);
@@ -79,27 +59,14 @@ JSONWriter& JSONWriter::value(double number) {
     return *this;
 }
 
-JSONWriter& JSONWriter::value(std::int64_t number) {
-    beginValue(true);
-    appendText(text_, number);
-    return *this;
-}
+JSONWriter& JSONWriter::value(std::int64_t number) { return literal(toText(number)); }
+JSONWriter& JSONWriter::value(std::uint64_t number) { return literal(toText(number)); }
+JSONWriter& JSONWriter::value(bool truth) { return literal(truth ? "true" : "false"); }
+JSONWriter& JSONWriter::value(std::nullptr_t) { return literal("null"); }
 
-JSONWriter& JSONWriter::value(std::uint64_t number) {
+JSONWriter& JSONWriter::literal(std::string_view text) {
     beginValue(true);
-    appendText(text_, number);
-    return *this;
-}
-
-JSONWriter& JSONWriter::value(bool truth) {
-    beginValue(true);
-    text_ += truth ? "true" : "false";
-    return *this;
-}
-
-JSONWriter& JSONWriter::value(std::nullptr_t) {
-    beginValue(true);
-    text_ += "null";
+    text_ += text;
     return *this;
 }
 
@@ -122,13 +89,14 @@ void JSONWriter::beginElement(bool isScalar) {
     newLine();
 }
 
-void JSONWriter::begin(char bracket, bool isArray) {
+JSONWriter& JSONWriter::begin(char bracket, bool isArray) {
     beginValue(false);
     open_.push_back({.isArray = isArray, .start = text_.size()});
     text_ += bracket;
+    return *this;
 }
 
-void JSONWriter::end(char bracket, bool isArray) {
+JSONWriter& JSONWriter::end(char bracket, bool isArray) {
     if (afterKey_ || open_.empty() || open_.back().isArray != isArray)
         preconditionFailure("JSONWriter: an end without its begin or after a key");
     const Container ended = open_.back();
@@ -136,6 +104,7 @@ void JSONWriter::end(char bracket, bool isArray) {
     if (!ended.isEmpty) newLine();
     text_ += bracket;
     if (style_ == Style::pretty && isArray && ended.onlyScalars) joinLines(ended.start);
+    return *this;
 }
 
 void JSONWriter::newLine() {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,10 +30,10 @@ public:
 
     explicit JSONWriter(Style style) : style_(style) {}
 
-    JSONWriter& beginObject();
-    JSONWriter& endObject();
-    JSONWriter& beginArray();
-    JSONWriter& endArray();
+    JSONWriter& beginObject() { return begin('{', false); }
+    JSONWriter& endObject() { return end('}', false); }
+    JSONWriter& beginArray() { return begin('[', true); }
+    JSONWriter& endArray() { return end(']', true); }
     JSONWriter& key(std::string_view key);
 
     JSONWriter& value(std::string_view text);
@@ -43,6 +44,11 @@ public:
     JSONWriter& value(int number) { return value(std::int64_t{number}); }
     JSONWriter& value(bool truth);
     JSONWriter& value(std::nullptr_t);
+    /// What may be absent; null where it is.
+    template <class Value>
+    JSONWriter& value(const std::optional<Value>& optional) {
+        return optional ? value(*optional) : value(nullptr);
+    }
 
     /// What has been written; whole once every begin is ended.
     [[nodiscard]] const std::string& text() const& { return text_; }
@@ -59,8 +65,9 @@ private:
 
     void beginValue(bool isScalar);
     void beginElement(bool isScalar);
-    void begin(char bracket, bool isArray);
-    void end(char bracket, bool isArray);
+    JSONWriter& begin(char bracket, bool isArray);
+    JSONWriter& end(char bracket, bool isArray);
+    JSONWriter& literal(std::string_view text);
     void newLine();
     void string(std::string_view text);
     void joinLines(std::size_t start);
