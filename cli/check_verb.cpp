@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <exception>
 #include <optional>
-#include <thread>
 
 #include "cli/check_writer.h"
 #include "cli/io_error.h"
@@ -104,10 +102,8 @@ int run(const CheckArguments& arguments, const Reporter& reporter) {
         return check.giveUp(describe(std::current_exception()));
     }
     const std::vector<std::string>& documents = arguments.documents;
-    const std::size_t threads = std::min<std::size_t>(documents.size(), std::thread::hardware_concurrency());
     inOrder<CheckedDocument>(
-        documents.size(), threads,
-        [&](std::size_t index) { return checkDocument(arguments, modelSource, documents[index]); },
+        documents.size(), [&](std::size_t index) { return checkDocument(arguments, modelSource, documents[index]); },
         [&](std::size_t index, CheckedDocument checked) { check.take(documents[index], std::move(checked)); });
     return check.finish();
 }

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -72,8 +70,7 @@ int run(const MatrixArguments& arguments, const Reporter& reporter) {
     Progress progress(matrix.count());
     CellReport report(reporter, progress);
     inOrder<DrawnCell>(
-        matrix.count(), std::min<std::size_t>(matrix.count(), std::thread::hardware_concurrency()),
-        [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
+        matrix.count(), [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
         [&](std::size_t, DrawnCell drawn) {
             writePicture(arguments, drawn);
             report.add(matrix, drawn.picture.cell, drawn.outcome);
