@@ -17,6 +17,17 @@ bool isFailing(const Diagnostic& found, const CheckOptions& options) {
     return found.severity == Severity::error || (options.isStrict && found.severity == Severity::warning);
 }
 
+/// Null for text, which `Reporter` writes.
+std::unique_ptr<CheckWriter> writerOf(CheckFormat format, const Source* model) {
+    switch (format) {
+        case CheckFormat::json: return jsonCheckWriter();
+        case CheckFormat::sarif: return sarifCheckWriter(model);
+        case CheckFormat::github: return githubCheckWriter(model);
+        case CheckFormat::text: break;
+    }
+    return nullptr;
+}
+
 /// Takes the checked documents in their order.
 class Check {
 public:
@@ -24,7 +35,7 @@ public:
         : options_(arguments.check),
           reporter_(reporter),
           model_(model),
-          writer_(checkWriter(options_.format, model)),
+          writer_(writerOf(options_.format, model)),
           progress_(arguments.documents.size()) {}
 
     void take(const std::string& path, CheckedDocument checked) {
