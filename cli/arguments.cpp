@@ -82,21 +82,19 @@ WidgetOptions widgetOptionsOf(const Values& values) {
 }
 
 void checkDocuments(const Command& command) {
-    const std::string verb(verbs()[static_cast<std::size_t>(command.verb)].name);
+    const std::string verb(name(command.verb));
     const std::size_t count = command.operands.size();
     if (count == 0)
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
     constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
-    const bool takesOne = ofOne.contains(command.verb);
     if (command.verb == Verb::explain && count > 2)
         throw UsageError("`tavrin explain` takes one document and one path, not " + std::to_string(count) + " words");
-    if (takesOne && count > 1)
+    if (ofOne.contains(command.verb) && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
 
 void checkStandardInput(const DocumentArguments& arguments) {
-    const auto users =
-        std::count(arguments.documents.begin(), arguments.documents.end(), "-") + (arguments.model == "-" ? 1 : 0);
+    const auto users = std::ranges::count(arguments.documents, "-") + (arguments.model == "-" ? 1 : 0);
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 

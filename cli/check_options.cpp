@@ -18,7 +18,7 @@ CheckOptions readCheckOptions(const Command& command, Size screen) {
     options.showsNotes = command.find("--notes") != nullptr;
     options.rooms = readRooms(command, screen);
     options.appearances = readAppearances(command, {Appearance::light, Appearance::dark});
-    if (options.fixes && std::find(command.operands.begin(), command.operands.end(), "-") != command.operands.end())
+    if (options.fixes && std::ranges::count(command.operands, "-") > 0)
         throw UsageError("--fix changes files; standard input (\"-\") is none");
     return options;
 }

@@ -12,10 +12,8 @@
 namespace tavrin::cli {
 namespace {
 
-std::size_t errorsIn(const std::vector<Diagnostic>& diagnostics) {
-    return static_cast<std::size_t>(std::count_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& found) {
-        return found.severity == Severity::error;
-    }));
+auto errorsIn(const std::vector<Diagnostic>& diagnostics) {
+    return std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity);
 }
 
 /// Makes the fixes of a checked document, as long as there are any that do no harm.

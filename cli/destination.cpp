@@ -10,6 +10,7 @@
 #include "cli/option_values.h"
 #include "cli/options.h"
 #include "cli/usage_error.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
 
 namespace tavrin::cli {
 namespace {
@@ -25,9 +26,7 @@ std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
 }
 
 PictureFormat readFormat(const std::string& word) {
-    const bool isAnimation =
-        std::find(frameFormatWords.begin(), frameFormatWords.end(), word) != frameFormatWords.end();
-    if (isAnimation && word != "png")
+    if (std::ranges::count(frameFormatWords, word) > 0 && word != "png")
         throw UsageError("--format " + word + " is for animations: say which moments with --frames");
     return enumerators<PictureFormat>[readWord("--format", word, enumeratorNames<PictureFormat>)];
 }
@@ -68,8 +67,7 @@ void checkNoneOverwritten(const std::vector<std::string>& documents, const Desti
 
 std::string lowercaseSuffix(const std::filesystem::path& path) {
     std::string suffix = path.extension().string();
-    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    std::ranges::transform(suffix, suffix.begin(), lowerCase);
     return suffix;
 }
 
@@ -82,8 +80,7 @@ bool namesFolder(const std::filesystem::path& path) {
 
 bool namesAnimationFormat(const std::filesystem::path& path) {
     const std::string suffix = lowercaseSuffix(path);
-    return std::any_of(frameFormatWords.begin(), frameFormatWords.end(),
-                       [&](std::string_view word) { return suffix == "." + std::string(word); });
+    return std::ranges::any_of(frameFormatWords, [&](auto word) { return suffix == "." + std::string(word); });
 }
 
 std::filesystem::path Destination::pathFor(const std::string& document) const {

@@ -2,6 +2,7 @@
 #include "cli/edit_history.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace tavrin::cli {
@@ -29,8 +30,7 @@ std::size_t offsetBefore(std::size_t offset, const std::vector<TextEdit>& edits)
 void EditHistory::add(const std::vector<Diagnostic>& fixes) {
     std::vector<TextEdit> edits;
     for (const Diagnostic& fix : fixes) edits.insert(edits.end(), fix.fix.begin(), fix.fix.end());
-    std::stable_sort(edits.begin(), edits.end(),
-                     [](const TextEdit& a, const TextEdit& b) { return beginOf(a) < beginOf(b); });
+    std::ranges::stable_sort(edits, {}, beginOf);
     edits.erase(std::unique(edits.begin(), edits.end()), edits.end());
     rounds_.push_back(std::move(edits));
 }
@@ -46,8 +46,7 @@ Diagnostic EditHistory::inOriginal(Diagnostic diagnostic, std::string_view origi
 }
 
 std::size_t EditHistory::originalOffset(std::size_t offset) const {
-    std::for_each(rounds_.rbegin(), rounds_.rend(),
-                  [&offset](const std::vector<TextEdit>& edits) { offset = offsetBefore(offset, edits); });
+    for (const std::vector<TextEdit>& edits : std::views::reverse(rounds_)) offset = offsetBefore(offset, edits);
     return offset;
 }
 

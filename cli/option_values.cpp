@@ -6,9 +6,8 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
-#include <utility>
-#include <vector>
 
+#include "cli/options.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
@@ -31,25 +30,11 @@ std::optional<double> positiveNumber(std::string_view text) {
     return number && std::isfinite(*number) && *number > 0 ? number : std::nullopt;
 }
 
-std::string listed(std::span<const std::string_view> words) {
-    std::string list;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (i > 0) list += i + 1 < words.size() ? ", " : " or ";
-        list += words[i];
-    }
-    return list;
-}
-
 std::string sizeText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
 
-bool isKnownScreen(Size screen) {
-    return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
-}
-
 std::vector<Size> screensThatHave(WidgetFamily family) {
-    std::vector<Size> screens;
-    std::copy_if(knownScreens().begin(), knownScreens().end(), std::back_inserter(screens),
-                 [family](Size screen) { return widgetSize(family, screen).has_value(); });
+    std::vector<Size> screens(knownScreens().begin(), knownScreens().end());
+    std::erase_if(screens, [family](Size screen) { return !widgetSize(family, screen); });
     return screens;
 }
 
@@ -61,7 +46,7 @@ std::string shortNumber(double number) {
 }
 
 std::size_t readWord(std::string_view option, std::string_view value, std::span<const std::string_view> words) {
-    const auto found = std::find(words.begin(), words.end(), value);
+    const auto found = std::ranges::find(words, value);
     if (found == words.end()) fail(option, listed(words), value, suggestion(value, words));
     return static_cast<std::size_t>(found - words.begin());
 }
@@ -111,7 +96,7 @@ std::uint16_t readPort(std::string_view option, std::string_view value) {
     std::uint16_t port = 0;
     const char* const end = value.data() + value.size();
     const auto [stop, error] = std::from_chars(value.data(), end, port);
-    if (value.empty() || error != std::errc{} || stop != end) fail(option, "a number from 0 to 65535", value);
+    if (error != std::errc{} || stop != end) fail(option, "a number from 0 to 65535", value);
     return port;
 }
 
@@ -140,21 +125,26 @@ WidgetBackground readBackground(std::string_view option, std::string_view value)
     return {WidgetBackground::Kind::color, Color::rgb(channel(16), channel(8), channel(0))};
 }
 
-std::string listOfScreens(std::span<const Size> screens) {
-    std::string list;
-    for (const Size screen : screens) list += (list.empty() ? "" : ", ") + sizeText(screen);
-    return list;
+std::vector<std::string> screenWords(std::span<const Size> screens) {
+    std::vector<std::string> words;
+    std::ranges::transform(screens, std::back_inserter(words), sizeText);
+    return words;
+}
+
+std::string listed(std::span<const std::string_view> words) {
+    if (words.size() < 2) return joined(words);
+    return joined(words.first(words.size() - 1), ", ") + " or " + std::string(words.back());
 }
 
 WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
                       std::span<const std::string_view> words) {
     const auto family = static_cast<WidgetFamily>(readWord(option, value, words));
     if (auto room = widgetRoom(family, screen)) return *std::move(room);
-    if (!isKnownScreen(screen))
+    if (std::ranges::find(knownScreens(), screen) == knownScreens().end())
         throw UsageError("no widget sizes are known for a screen of " + sizeText(screen) + "; give --size, or one of " +
-                         listOfScreens(knownScreens()));
+                         joined(screenWords(knownScreens()), ", "));
     throw UsageError("a screen of " + sizeText(screen) + " has no " + std::string(value) + "; " +
-                     listOfScreens(screensThatHave(family)) + " have; --screen says which");
+                     joined(screenWords(screensThatHave(family)), ", ") + " have; --screen says which");
 }
 
 }  // namespace tavrin::cli

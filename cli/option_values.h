@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/time/date.h"
@@ -44,7 +45,9 @@ namespace tavrin::cli {
 /// The room on a screen of the family of that name, which is one of `words`: all families' names and maybe more.
 [[nodiscard]] WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
                                     std::span<const std::string_view> words = widgetFamilyNames);
-/// "390x844, 375x812".
-[[nodiscard]] std::string listOfScreens(std::span<const Size> screens);
+/// "390x844", "375x812".
+[[nodiscard]] std::vector<std::string> screenWords(std::span<const Size> screens);
+/// "render, tree or check".
+[[nodiscard]] std::string listed(std::span<const std::string_view> words);
 
 }  // namespace tavrin::cli
