@@ -48,10 +48,10 @@ AnyView solidView(const ColorNode& node) {
 
 }  // namespace
 
-ColorNode ColorNode::boundToModel(const ModelContext& model) const {
-    ColorNode bound = boundFields(*this, model);
-    if (!value.resolved()) bound.value.setWrappedValue(convertARGB(bound.value.wrappedValue()));
-    return bound;
+void ColorNode::bindToModel(const ModelContext& model) {
+    const bool isOfModel = !value.resolved();
+    bindFields(*this, model);
+    if (isOfModel) value.setWrappedValue(convertARGB(value.wrappedValue()));
 }
 
 AnyView ColorNode::render(Context& context) const {

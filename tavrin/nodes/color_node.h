@@ -48,7 +48,7 @@ struct ColorNode {
 
     /// Binds as every record does; but models carry colours with a hexadecimal alpha, documents do not, so a "value"
     /// that comes from the model is converted.
-    [[nodiscard]] ColorNode boundToModel(const ModelContext& model) const;
+    void bindToModel(const ModelContext& model);
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
