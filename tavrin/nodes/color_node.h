@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tavrin/dsl/node.h"
+#include "tavrin/platform/ui/color.h"
 #include "tavrin/values/unit_point_dsl.h"
 
 namespace tavrin {
@@ -52,5 +53,8 @@ struct ColorNode {
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
+
+/// The plain colour that a node draws; none where it draws anything else.
+[[nodiscard]] std::optional<Color> plainColor(const ColorNode& node, Context& context);
 
 }  // namespace tavrin
