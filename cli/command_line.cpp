@@ -148,9 +148,9 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     CLI::App app("Renders home-screen widgets from small JSON documents.", "tavrin");
     build(app);
     // CLI11 takes words from the back, and has a meaning of its own for "--".
-    const auto end = std::find(words.begin(), words.end(), "--");
+    const auto end = std::ranges::find(words, "--");
     std::vector<std::string> reversed(words.begin(), end);
-    std::reverse(reversed.begin(), reversed.end());
+    std::ranges::reverse(reversed);
     try {
         app.parse(std::move(reversed));
     } catch (const CLI::CallForHelp&) {

@@ -22,7 +22,7 @@ public:
     explicit DocumentPaths(const std::string& document) { list(JSON::parse(document)); }
 
     [[nodiscard]] bool contain(const std::string& path) const {
-        return std::find(paths_.begin(), paths_.end(), path) != paths_.end();
+        return std::ranges::find(paths_, path) != paths_.end();
     }
     [[nodiscard]] std::string suggestionFor(const std::string& path) const {
         const std::size_t count = std::min(paths_.size(), mostCandidates);

@@ -12,7 +12,7 @@ namespace tavrin {
 namespace {
 
 void addOnce(std::vector<std::string>& list, const std::string& word) {
-    if (std::find(list.begin(), list.end(), word) == list.end()) list.push_back(word);
+    if (std::ranges::find(list, word) == list.end()) list.push_back(word);
 }
 
 std::string joined(const std::vector<std::string>& words, std::string_view last) {
@@ -61,7 +61,7 @@ void DrawnFindings::addUnlessSeen(Rule rule, const CodingPath* origin, std::stri
 }
 
 void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const {
-    const bool maySkip = std::any_of(found_.begin(), found_.end(), [](const Found& found) { return found.onlyUnseen; });
+    const bool maySkip = std::ranges::any_of(found_, [](const Found& found) { return found.onlyUnseen; });
     std::set<std::string> seen;
     if (maySkip)
         for (const CodingPath* const origin : seen_) seen.insert(origin ? toText(*origin) : std::string());

@@ -35,8 +35,8 @@ public:
 
 private:
     void addForWord(Index place) {
-        const auto wrong = std::find_if(document_.wrongWords().begin(), document_.wrongWords().end(),
-                                        [&](const WrongWord& word) { return word.value == place; });
+        const auto wrong =
+            std::ranges::find_if(document_.wrongWords(), [&](const WrongWord& word) { return word.value == place; });
         if (wrong != document_.wrongWords().end()) suggestKeyword(place, wrong->words);
     }
 

@@ -42,7 +42,7 @@ void place(std::vector<Diagnostic>& diagnostics, TextRole role, std::string_view
         if (diagnostic.range) add(*diagnostic.range);
         for (TextEdit& edit : diagnostic.fix) add(edit.range);
     }
-    std::sort(places.begin(), places.end(), [](auto* a, auto* b) { return a->offset < b->offset; });
+    std::ranges::sort(places, [](auto* a, auto* b) { return a->offset < b->offset; });
     PlaceFinder finder(text);
     for (TextPlace* place : places) *place = finder.advance(place->offset);
 }
@@ -85,8 +85,8 @@ Diagnostic& Findings::addAtKey(Rule rule, const JSONOutline& outline, Index memb
 std::vector<Diagnostic> Findings::take(std::string_view document, std::string_view model) {
     place(diagnostics_, TextRole::document, document);
     place(diagnostics_, TextRole::model, model);
-    std::stable_sort(diagnostics_.begin(), diagnostics_.end(),
-                     [](const Diagnostic& a, const Diagnostic& b) { return order(a) < order(b); });
+    std::ranges::stable_sort(diagnostics_,
+                             [](const Diagnostic& a, const Diagnostic& b) { return order(a) < order(b); });
     return std::move(diagnostics_);
 }
 

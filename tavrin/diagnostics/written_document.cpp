@@ -13,8 +13,7 @@ namespace {
 bool isRecord(ValueKind kind) { return kind == ValueKind::nodeRecord || kind == ValueKind::part; }
 
 const LanguageRecord* find(const std::vector<LanguageRecord>& records, std::string_view name) {
-    const auto found =
-        std::find_if(records.begin(), records.end(), [&](const LanguageRecord& record) { return record.name == name; });
+    const auto found = std::ranges::find_if(records, [&](const LanguageRecord& record) { return record.name == name; });
     return found == records.end() ? nullptr : &*found;
 }
 
@@ -25,8 +24,8 @@ const LanguageRecord* findHeld(std::string_view name) {
 }
 
 const LanguageField* findField(const LanguageRecord& record, std::string_view key) {
-    const auto found = std::find_if(record.fields.begin(), record.fields.end(),
-                                    [&](const LanguageField& field) { return field.key == key; });
+    const auto found =
+        std::ranges::find_if(record.fields, [&](const LanguageField& field) { return field.key == key; });
     return found == record.fields.end() ? nullptr : &*found;
 }
 
@@ -122,7 +121,7 @@ void WrittenDocument::readValue(const LanguageField& field, Index value, Index e
         else if (isRecord(field.kind))
             more.push_back({one, field.kind, findHeld(field.record), inEntry});
         else if (isKeyword && outline_.isString(one) &&
-                 std::find(field.words.begin(), field.words.end(), outline_.string(one)) == field.words.end())
+                 std::ranges::find(field.words, outline_.string(one)) == field.words.end())
             wrongWords_.push_back({one, field.words});
     };
     if (field.isNamed && outline_.isObject(value)) {
@@ -164,8 +163,8 @@ std::set<JSONOutline::Index> WrittenDocument::entriesThatDraw(Index entry) const
 
 const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key) {
     const auto properties = record.properties();
-    const auto found = std::find_if(properties.begin(), properties.end(),
-                                    [&](const WrittenMember& member) { return member.field->key == key; });
+    const auto found =
+        std::ranges::find_if(properties, [&](const WrittenMember& member) { return member.field->key == key; });
     return found == properties.end() ? nullptr : &*found;
 }
 

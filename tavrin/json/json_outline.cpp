@@ -69,7 +69,7 @@ CodingPath JSONOutline::path(Index index) const {
         else
             path.emplace_back(std::size_t{values_[index].position});
     }
-    std::reverse(path.begin(), path.end());
+    std::ranges::reverse(path);
     return path;
 }
 

@@ -29,7 +29,7 @@ bool isReadable(const LanguageField& field, std::string_view text) {
         case ValueKind::boolean:
         case ValueKind::keyword: {
             const auto words = wordsOf(field);
-            return std::find(words.begin(), words.end(), text) != words.end();
+            return std::ranges::find(words, text) != words.end();
         }
         case ValueKind::text: return !isTimeZone(field) || timeZoneNames().empty() || TimeZone::named(text).has_value();
         default: return true;

@@ -17,7 +17,7 @@ bool isTheAuthorsOwn(std::string_view key) {
 
 bool isModifier(std::string_view word) {
     const auto& modifiers = documentLanguage().modifiers;
-    return std::any_of(modifiers.begin(), modifiers.end(), [&](const auto& modifier) { return modifier.name == word; });
+    return std::ranges::any_of(modifiers, [&](const auto& modifier) { return modifier.name == word; });
 }
 
 /// The record's keys that are not written yet.

@@ -13,8 +13,7 @@ void resolve(const ModelContext& context, const LanguageField& field, const std:
         return static_cast<void>(context.resolve<SharedText>(expression));
     if (field.kind == ValueKind::number) return static_cast<void>(context.resolve<float>(expression));
     const SharedText text = context.resolve<SharedText>(expression);
-    if (field.kind == ValueKind::keyword &&
-        std::find(field.words.begin(), field.words.end(), text.view()) == field.words.end())
+    if (field.kind == ValueKind::keyword && std::ranges::find(field.words, text.view()) == field.words.end())
         throw ModelContextError("unable to convert value " + std::string(text) + " to a keyword" +
                                 suggestionFor(text, field.words));
 }

@@ -66,15 +66,15 @@ bool isIn(const Block6& block, const IPv6& address) {
 }
 
 bool isPublic(IPv4 address) {
-    return std::none_of(std::begin(notPublic4), std::end(notPublic4),
-                        [address](const Block4& block) { return (address ^ block.first) >> (32 - block.bits) == 0; });
+    return std::ranges::none_of(
+        notPublic4, [address](const Block4& block) { return (address ^ block.first) >> (32 - block.bits) == 0; });
 }
 
 bool isPublic(const IPv6& address) {
     if (isIn(mapped, address) || isIn(translated, address))
         return isPublic(ipv4(address[12], address[13], address[14], address[15]));
-    return isIn(globalUnicast, address) && std::none_of(std::begin(notPublic6), std::end(notPublic6),
-                                                        [&](const Block6& block) { return isIn(block, address); });
+    return isIn(globalUnicast, address) &&
+           std::ranges::none_of(notPublic6, [&](const Block6& block) { return isIn(block, address); });
 }
 
 }  // namespace
