@@ -79,14 +79,9 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
 }
 
 void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
-    findUntappableLinks(subject, findings);
-    findMissingImages(subject, findings);
-    findMissingGlyphs(subject, findings);
-    findContradictoryFrames(subject, findings);
-    findTruncatedTexts(subject, findings);
-    findClippedTexts(subject, findings);
-    findUnseenTexts(subject, findings);
-    findLowContrast(subject, findings);
+    for (const auto rule : {findUntappableLinks, findMissingImages, findMissingGlyphs, findContradictoryFrames,
+                            findTruncatedTexts, findClippedTexts, findUnseenTexts, findLowContrast})
+        rule(subject, findings);
 }
 
 Rect textBounds(const DrawnSubject& subject, const DrawnView& text) {
@@ -109,8 +104,7 @@ std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
 std::string excerptOf(const DrawnSubject& subject, const DrawnView& text) {
     constexpr std::size_t shown = 24;
     const std::string_view whole = text::contentsOf(subject.tree.textBlock(text.index)).text;
-    std::size_t end = 0;
-    for (std::size_t count = 0; count < shown && end < whole.size(); ++count) end += decodeUtf8(whole, end).length;
+    const std::size_t end = skipCodePoints(whole, 0, shown);
     return inQuotes(std::string(whole.substr(0, end)) + (end < whole.size() ? "…" : ""));
 }
 
