@@ -35,8 +35,7 @@ public:
 
 private:
     void addForWord(Index place) {
-        const auto wrong =
-            std::ranges::find_if(document_.wrongWords(), [&](const WrongWord& word) { return word.value == place; });
+        const auto wrong = std::ranges::find(document_.wrongWords(), place, &WrongWord::value);
         if (wrong != document_.wrongWords().end()) suggestKeyword(place, wrong->words);
     }
 
@@ -60,8 +59,7 @@ private:
     }
 
     void addForMain() {
-        const WrittenMember* const nodes =
-            document_.records().empty() ? nullptr : memberOf<&DSLRoot::nodes>(document_.records().front());
+        const WrittenMember* const nodes = document_.root() ? memberOf<&DSLRoot::nodes>(*document_.root()) : nullptr;
         if (!nodes) return;
         moveTo(nodes->value);
         const std::vector<std::string_view> names = entryNames();

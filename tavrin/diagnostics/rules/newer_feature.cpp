@@ -9,8 +9,8 @@ namespace tavrin {
 void findNewerFeatures(const WrittenSubject& subject, Findings& findings) {
     const WrittenDocument& document = subject.document;
     const JSONOutline& outline = document.outline();
-    const WrittenMember* const version =
-        document.records().empty() ? nullptr : memberOf<&DSLRoot::version>(document.records().front());
+    const WrittenRecord* const root = document.root();
+    const WrittenMember* const version = root ? memberOf<&DSLRoot::version>(*root) : nullptr;
     if (!version || !outline.isString(version->value)) return;
     const std::string declared = outline.string(version->value);
     const std::span<const std::string_view> known = version->field->words;
