@@ -53,11 +53,8 @@ public:
 
 private:
     AnyView apply(const Record& record, AnyView view, Context& context) const {
-        if constexpr (ModifierProtocol<Record>) {
-            return record.modify(std::move(view), context);
-        } else {
-            failUnsupported(ModifierBox::name, *this);
-        }
+        if constexpr (ModifierProtocol<Record>) return record.modify(std::move(view), context);
+        failUnsupported(ModifierBox::name, *this);
     }
 };
 

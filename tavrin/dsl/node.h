@@ -54,11 +54,8 @@ public:
 
 private:
     AnyView draw(const Record& record, Context& context) const {
-        if constexpr (NodeProtocol<Record>) {
-            return record.render(context);
-        } else {
-            failUnsupported(NodeBox::name, *this);
-        }
+        if constexpr (NodeProtocol<Record>) return record.render(context);
+        failUnsupported(NodeBox::name, *this);
     }
 };
 
