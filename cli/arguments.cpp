@@ -118,7 +118,7 @@ DocumentArguments documentArgumentsOf(const Values& values) {
 }
 
 bool namesFile(const std::string& output) {
-    return (namesPictureFormat(output) || namesAnimationFormat(output)) && !namesFolder(output);
+    return (namesPictureFormat(output) || !animationWord(output).empty()) && !namesFolder(output);
 }
 
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
@@ -170,6 +170,20 @@ Arguments readExplainArguments(const Values& values, DocumentArguments common) {
     return arguments;
 }
 
+Arguments readCheckArguments(const Values& values, DocumentArguments common) {
+    CheckArguments arguments{std::move(common)};
+    CheckOptions& options = arguments.check;
+    values.choose("--format", checkFormatWords, options.format);
+    options.fixes = values.find("--fix") != nullptr;
+    options.isStrict = values.find("--strict") != nullptr;
+    options.showsNotes = values.find("--notes") != nullptr;
+    options.rooms = readRooms(values.command(), screenOf(values));
+    options.appearances = readAppearances(values.command(), {Appearance::light, Appearance::dark});
+    if (options.fixes && std::ranges::count(arguments.documents, "-") > 0)
+        throw UsageError("--fix changes files; standard input (\"-\") is none");
+    return arguments;
+}
+
 Arguments readSnapshotArguments(const Values& values, DocumentArguments common) {
     SnapshotOptions options = readSnapshotOptions(values.command());
     // Wherever one stands, snapshots have the same names.
@@ -188,7 +202,7 @@ Arguments readArguments(const Command& command) {
         case Verb::render: return readRenderArguments(values, std::move(common));
         case Verb::explain: return readExplainArguments(values, std::move(common));
         case Verb::snapshot: return readSnapshotArguments(values, std::move(common));
-        case Verb::check: return CheckArguments{std::move(common), readCheckOptions(command, screenOf(values))};
+        case Verb::check: return readCheckArguments(values, std::move(common));
         case Verb::fetch: return FetchArguments{std::move(common)};
         default: return PrintArguments{std::move(common), command.verb};
     }
