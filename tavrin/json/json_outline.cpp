@@ -9,11 +9,6 @@
 namespace tavrin {
 
 JSONOutline::JSONOutline(std::string_view text) : text_(text.substr(0, maximumBytes)) {
-    read();
-    if (values_.empty()) values_.push_back({.last = 1});
-}
-
-void JSONOutline::read() {
     using Event = JSONScanner::Event;
     struct Container {
         Index index;
@@ -47,6 +42,7 @@ void JSONOutline::read() {
         }
     }
     for (const Container& container : open) values_[container.index].last = static_cast<Index>(values_.size());
+    if (values_.empty()) values_.push_back({.last = 1});
 }
 
 std::string_view JSONOutline::raw(Index index) const {

@@ -64,8 +64,6 @@ public:
     }
 
 private:
-    void read();
-
     std::string_view text_;
     std::vector<Value> values_;
 };
