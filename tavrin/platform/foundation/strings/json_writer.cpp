@@ -14,21 +14,14 @@ namespace {
 constexpr std::size_t longestJoinedArray = 80;
 
 void appendEscaped(std::string& out, char control) {
+    constexpr std::string_view letters = "\"\\bfnrt";
+    constexpr std::string_view meanings = "\"\\\b\f\n\r\t";
     constexpr std::string_view hex = "0123456789abcdef";
-    switch (control) {
-        case '"': out += "\\\""; return;
-        case '\\': out += "\\\\"; return;
-        case '\b': out += "\\b"; return;
-        case '\f': out += "\\f"; return;
-        case '\n': out += "\\n"; return;
-        case '\r': out += "\\r"; return;
-        case '\t': out += "\\t"; return;
-        default: break;
-    }
     const auto code = static_cast<unsigned>(control);
-    out += "\\u00";
-    out += hex[code >> 4];
-    out += hex[code & 0xF];
+    if (const std::size_t letter = meanings.find(control); letter < letters.size())
+        out.append({'\\', letters[letter]});
+    else
+        out.append("\\u00").append({hex[code >> 4], hex[code & 0xF]});
 }
 
 bool needsEscape(char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; }
