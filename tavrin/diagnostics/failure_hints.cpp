@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/diagnostics/failure_hints.h"
-
 #include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "tavrin/diagnostics/findings.h"
+#include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/suggestions.h"
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/structure.h"

@@ -13,4 +13,8 @@ namespace tavrin {
 void addFailure(const std::exception_ptr& failure, const WrittenDocument* document, const JSONOutline* model,
                 Findings& findings);
 
+/// Adds to the error of a document what was probably meant, behind the error's own message, as a fix where that is
+/// safe, and moves it to the value that is to blame.
+void addHints(Rule rule, const WrittenDocument& document, Diagnostic& error);
+
 }  // namespace tavrin
