@@ -3,9 +3,12 @@
 
 #include <algorithm>
 
-#include "cli/licenses.h"
+#include "cli/embedded_file.h"
 #include "cli/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
+
+/// This project's licence and the notices of all that the program carries in itself.
+TAVRIN_EMBEDDED_FILE(licenses, TAVRIN_LICENSES)
 
 namespace tavrin::cli {
 namespace {
