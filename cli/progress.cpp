@@ -26,14 +26,11 @@ void Progress::advance(const std::string& name) {
     const std::size_t step = std::min(done_, done_ * maximumSteps / total_);
     if (step == shownStep_ && isShown_) return;  // of very many things not each is shown
     shownStep_ = step;
-    const std::string text = bar() + " " + std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
+    const std::size_t filled = done_ * barColumns / total_;
+    const std::string bar = "[" + std::string(filled, '#') + std::string(barColumns - filled, '-') + "]";
+    const std::string text = bar + " " + std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
     const std::string line = text.substr(0, skipCodePoints(text, 0, standardErrorColumns() - 1));
     isShown_ = writeAll(STDERR_FILENO, "\r\x1b[K" + line);
-}
-
-std::string Progress::bar() const {
-    const std::size_t filled = done_ * barColumns / total_;
-    return "[" + std::string(filled, '#') + std::string(barColumns - filled, '-') + "]";
 }
 
 void Progress::hide() {
