@@ -63,7 +63,7 @@ FetchPolicy fetchPolicyOf(const Values& values) {
 WidgetOptions widgetOptionsOf(const Values& values) {
     WidgetOptions options;
     options.room = roomOf(values);
-    values.read("--scale", readScale, options.scale);
+    values.read("--scale", readUpTo100, options.scale);
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
     options.rounded = values.find("--rounded") != nullptr;

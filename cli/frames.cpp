@@ -136,7 +136,7 @@ std::optional<Frames> readFrames(const Command& command) {
     Frames frames;
     std::tie(frames.span.first, frames.span.last) = readMoments("--frames", *moments);
     if (const std::string* every = command.find("--every")) frames.span.step = readSeconds("--every", *every);
-    if (const std::string* rate = command.find("--fps")) frames.framesPerSecond = readFrameRate("--fps", *rate);
+    if (const std::string* rate = command.find("--fps")) frames.framesPerSecond = readUpTo100("--fps", *rate);
     try {
         static_cast<void>(frames.span.count());
     } catch (const TavrinError& error) {

@@ -15,9 +15,6 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr double maximumScale = 100;
-constexpr double maximumFrameRate = 100;
-
 [[noreturn]] void fail(std::string_view option, std::string_view wanted, std::string_view value,
                        std::string_view hint = {}) {
     throw UsageError(std::string(option) + " takes " + std::string(wanted) + ", not '" + std::string(value) + "'" +
@@ -64,22 +61,16 @@ Size readSize(std::string_view option, std::string_view value) {
     return {*width, *height};
 }
 
-double readScale(std::string_view option, std::string_view value) {
-    const auto scale = positiveNumber(value);
-    if (!scale || *scale > maximumScale) fail(option, "a number above 0 and up to 100", value);
-    return *scale;
+double readUpTo100(std::string_view option, std::string_view value) {
+    const auto number = positiveNumber(value);
+    if (!number || *number > 100) fail(option, "a number above 0 and up to 100", value);
+    return *number;
 }
 
 double readSeconds(std::string_view option, std::string_view value) {
     const auto seconds = positiveNumber(value);
     if (!seconds) fail(option, "a positive number of seconds", value);
     return *seconds;
-}
-
-double readFrameRate(std::string_view option, std::string_view value) {
-    const auto rate = positiveNumber(value);
-    if (!rate || *rate > maximumFrameRate) fail(option, "a number above 0 and up to 100", value);
-    return *rate;
 }
 
 std::pair<Date, Date> readMoments(std::string_view option, std::string_view value) {

@@ -28,12 +28,10 @@ namespace tavrin::cli {
 [[nodiscard]] std::filesystem::path readFolder(std::string_view option, std::string_view value);
 /// "338x158": two positive finite numbers.
 [[nodiscard]] Size readSize(std::string_view option, std::string_view value);
-/// Pixels for each point.
-[[nodiscard]] double readScale(std::string_view option, std::string_view value);
+/// A number above 0 and up to 100: pixels for each point, or frames in a second.
+[[nodiscard]] double readUpTo100(std::string_view option, std::string_view value);
 /// A positive number of seconds.
 [[nodiscard]] double readSeconds(std::string_view option, std::string_view value);
-/// How many frames are shown in a second.
-[[nodiscard]] double readFrameRate(std::string_view option, std::string_view value);
 /// "FROM..TO": two moments, the second not before the first.
 [[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 /// 0 to 65535.
