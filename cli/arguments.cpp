@@ -74,7 +74,7 @@ RenderBudget budgetOf(const Values& values) {
 WidgetOptions widgetOptionsOf(const Values& values) {
     WidgetOptions options;
     options.room = roomOf(values);
-    values.read("--scale", readScale, options.scale);
+    values.read("--scale", readUpTo100, options.scale);
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
     options.rounded = values.find("--rounded") != nullptr;
@@ -94,21 +94,19 @@ WidgetOptions widgetOptionsOf(const Values& values) {
 }
 
 void checkDocuments(const Command& command) {
-    const std::string verb(verbs()[static_cast<std::size_t>(command.verb)].name);
+    const std::string verb(name(command.verb));
     const std::size_t count = command.operands.size();
     if (count == 0)
         throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
     constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
-    const bool takesOne = ofOne.contains(command.verb);
     if (command.verb == Verb::explain && count > 2)
         throw UsageError("`tavrin explain` takes one document and one path, not " + std::to_string(count) + " words");
-    if (takesOne && count > 1)
+    if (ofOne.contains(command.verb) && count > 1)
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
 
 void checkStandardInput(const DocumentArguments& arguments) {
-    const auto users =
-        std::count(arguments.documents.begin(), arguments.documents.end(), "-") + (arguments.model == "-" ? 1 : 0);
+    const auto users = std::ranges::count(arguments.documents, "-") + (arguments.model == "-" ? 1 : 0);
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 
@@ -132,7 +130,7 @@ DocumentArguments documentArgumentsOf(const Values& values) {
 }
 
 bool namesFile(const std::string& output) {
-    return (namesPictureFormat(output) || namesAnimationFormat(output)) && !namesFolder(output);
+    return (namesPictureFormat(output) || !animationWord(output).empty()) && !namesFolder(output);
 }
 
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
@@ -184,6 +182,20 @@ Arguments readExplainArguments(const Values& values, DocumentArguments common) {
     return arguments;
 }
 
+Arguments readCheckArguments(const Values& values, DocumentArguments common) {
+    CheckArguments arguments{std::move(common)};
+    CheckOptions& options = arguments.check;
+    values.choose("--format", checkFormatWords, options.format);
+    options.fixes = values.find("--fix") != nullptr;
+    options.isStrict = values.find("--strict") != nullptr;
+    options.showsNotes = values.find("--notes") != nullptr;
+    options.rooms = readRooms(values.command(), screenOf(values));
+    options.appearances = readAppearances(values.command(), {Appearance::light, Appearance::dark});
+    if (options.fixes && std::ranges::count(arguments.documents, "-") > 0)
+        throw UsageError("--fix changes files; standard input (\"-\") is none");
+    return arguments;
+}
+
 Arguments readSnapshotArguments(const Values& values, DocumentArguments common) {
     SnapshotOptions options = readSnapshotOptions(values.command());
     // Wherever one stands, snapshots have the same names.
@@ -202,7 +214,7 @@ Arguments readArguments(const Command& command) {
         case Verb::render: return readRenderArguments(values, std::move(common));
         case Verb::explain: return readExplainArguments(values, std::move(common));
         case Verb::snapshot: return readSnapshotArguments(values, std::move(common));
-        case Verb::check: return CheckArguments{std::move(common), readCheckOptions(command, screenOf(values))};
+        case Verb::check: return readCheckArguments(values, std::move(common));
         case Verb::fetch: return FetchArguments{std::move(common)};
         default: return PrintArguments{std::move(common), command.verb};
     }

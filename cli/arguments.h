@@ -8,13 +8,12 @@
 #include <variant>
 #include <vector>
 
-#include "cli/check_options.h"
 #include "cli/command_line.h"
 #include "cli/destination.h"
 #include "cli/frames.h"
 #include "cli/matrix/matrix.h"
 #include "cli/snapshot/snapshot_options.h"
-#include "tavrin/widget/widget_options.h"
+#include "tavrin/diagnostics/diagnose.h"
 
 namespace tavrin::cli {
 
@@ -51,6 +50,18 @@ struct ExplainArguments : DocumentArguments {
     /// The way to what is explained; without it everything is.
     std::optional<std::string> path = std::nullopt;
     TextFormat format = TextFormat::text;
+};
+
+/// What only `tavrin check` is told.
+struct CheckOptions {
+    CheckFormat format = CheckFormat::text;
+    /// Whether fixes are made in the documents.
+    bool fixes = false;
+    /// Whether a warning makes the run fail.
+    bool isStrict = false;
+    bool showsNotes = false;
+    std::vector<WidgetRoom> rooms = {};
+    std::vector<Appearance> appearances = {};
 };
 
 struct CheckArguments : DocumentArguments {

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <utility>
 
 #include "cli/check_writer.h"
 #include "cli/output.h"

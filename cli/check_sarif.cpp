@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -7,139 +6,112 @@
 #include "cli/output.h"
 #include "tavrin/diagnostics/rule.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
-#include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/schema/json_building.h"
 
 namespace tavrin::cli {
 namespace {
-
-std::uint64_t number(std::size_t value) { return value; }
 
 /// A path as a relative or absolute URI reference.
 std::string uriOf(std::string_view path) {
     return (path.starts_with('/') ? "file://" : "") + percentEncoded(path, PlainInURL{"/"});
 }
 
+JSON text(std::string_view words) { return object({{"text", std::string(words)}}); }
+
+JSON fileAt(std::string_view path) { return object({{"uri", uriOf(path)}}); }
+
+JSON regionOf(const TextRange& range) {
+    return object({{"startLine", range.begin.line},
+                   {"startColumn", range.begin.column},
+                   {"endLine", range.end.line},
+                   {"endColumn", range.end.column}});
+}
+
+JSON locationsOf(std::string_view file, const Diagnostic& found, bool isLogical) {
+    JSONMembers place{{"artifactLocation", fileAt(file)}};
+    if (found.range) place.emplace_back("region", regionOf(*found.range));
+    JSONMembers location{{"physicalLocation", object(std::move(place))}};
+    if (isLogical && !found.path.empty())
+        location.emplace_back("logicalLocations", list({object({{"fullyQualifiedName", toText(found.path)}})}));
+    return list({object(std::move(location))});
+}
+
+JSON tool() {
+    JSONArray rules;
+    for (const DiagnosticRule& rule : diagnosticRules()) {
+        const std::string details = rule.details.empty() ? "" : " " + std::string(rule.details);
+        rules.push_back(object({{"id", std::string(rule.code)},
+                                {"shortDescription", text(rule.summary)},
+                                {"help", text(std::string(rule.summary) + details)},
+                                {"defaultConfiguration", object({{"level", std::string(name(rule.severity))}})}}));
+    }
+    return object({{"driver", object({{"name", "tavrin"}, {"version", TAVRIN_VERSION}, {"rules", JSON(rules)}})}});
+}
+
+JSON fixOf(const Diagnostic& found, const Source& source) {
+    JSONArray edits;
+    for (const TextEdit& edit : found.fix)
+        edits.push_back(object({{"deletedRegion", regionOf(edit.range)}, {"insertedContent", text(edit.text)}}));
+    const JSON change = object({{"artifactLocation", fileAt(source.name)}, {"replacements", JSON(edits)}});
+    return object({{"artifactChanges", list({change})}});
+}
+
+JSON resultOf(const Diagnostic& found, const Source& source) {
+    JSONMembers result{{"ruleId", std::string(found.code)},
+                       {"level", std::string(name(found.severity))},
+                       {"message", text(found.message)},
+                       {"locations", locationsOf(source.name, found, true)}};
+    if (!found.fix.empty()) result.emplace_back("fixes", list({fixOf(found, source)}));
+    return object(std::move(result));
+}
+
+/// What was fixed is no result any more, but something that the run did.
+JSON notificationOf(std::string_view file, const Diagnostic& fixed) {
+    return object({{"level", "note"},
+                   {"associatedRule", object({{"id", std::string(fixed.code)}})},
+                   {"message", text("fixed: " + fixed.message)},
+                   {"locations", locationsOf(file, fixed, false)}});
+}
+
 /// One log of version 2.1.0 of the Static Analysis Results Interchange Format, with one run.
 class SarifWriter final : public CheckWriter {
 public:
-    explicit SarifWriter(const Source* model) : model_(model) {
-        writer_.beginObject();
-        writer_.key("$schema").value(
-            "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
-            "sarif-schema-2.1.0.json");
-        writer_.key("version").value("2.1.0").key("runs").beginArray().beginObject();
-        writeTool();
-        writer_.key("columnKind").value("unicodeCodePoints").key("results").beginArray();
-    }
+    explicit SarifWriter(const Source* model) : model_(model) {}
 
     void write(const CheckedDocument& checked) override {
         for (const Diagnostic& found : checked.diagnostics)
-            writeResult(found, sourceOf(found, checked.document, model_));
-        for (const Diagnostic& fixed : checked.fixed) fixed_.emplace_back(checked.original.name, fixed);
-        if (checked.unread) unread_.push_back(checked.unread->message);
+            results_.push_back(resultOf(found, sourceOf(found, checked.document, model_)));
+        for (const Diagnostic& fixed : checked.fixed) fixed_.push_back(notificationOf(checked.original.name, fixed));
+        if (checked.unread) fail(*checked.unread);
     }
 
-    void fail(const Failure& failure) override { unread_.push_back(failure.message); }
+    void fail(const Failure& failure) override {
+        failures_.push_back(object({{"level", "error"}, {"message", text(failure.message)}}));
+    }
 
     void finish() override {
-        writer_.endArray();
-        writer_.key("invocations").beginArray().beginObject();
-        writer_.key("executionSuccessful").value(unread_.empty());
-        writer_.key("toolExecutionNotifications").beginArray();
-        for (const std::string& message : unread_) {
-            writer_.beginObject().key("level").value("error");
-            writeMessage("message", message);
-            writer_.endObject();
-        }
-        for (const auto& [file, fixed] : fixed_) writeFixed(file, fixed);
-        writer_.endArray().endObject().endArray();
-        writer_.endObject().endArray().endObject();
-        writeStandardOutput(writer_.text() + "\n");
+        const bool isSuccess = failures_.empty();
+        failures_.insert(failures_.end(), fixed_.begin(), fixed_.end());
+        const JSON invocation =
+            object({{"executionSuccessful", isSuccess}, {"toolExecutionNotifications", JSON(std::move(failures_))}});
+        const JSON run = object({{"tool", tool()},
+                                 {"columnKind", "unicodeCodePoints"},
+                                 {"results", JSON(std::move(results_))},
+                                 {"invocations", list({invocation})}});
+        JSONWriter writer(JSONWriter::Style::pretty);
+        encode(object({{"$schema",
+                        "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json"},
+                       {"version", "2.1.0"},
+                       {"runs", list({run})}}),
+               writer);
+        writeStandardOutput(writer.text() + "\n");
     }
 
 private:
-    void writeTool() {
-        writer_.key("tool").beginObject().key("driver").beginObject();
-        writer_.key("name").value("tavrin").key("version").value(TAVRIN_VERSION);
-        writer_.key("rules").beginArray();
-        for (const DiagnosticRule& rule : diagnosticRules()) {
-            writer_.beginObject().key("id").value(rule.code);
-            writeMessage("shortDescription", rule.summary);
-            const std::string details = rule.details.empty() ? "" : " " + std::string(rule.details);
-            writeMessage("help", std::string(rule.summary) + details);
-            writer_.key("defaultConfiguration").beginObject().key("level").value(name(rule.severity)).endObject();
-            writer_.endObject();
-        }
-        writer_.endArray().endObject().endObject();
-    }
-
-    void writeMessage(std::string_view key, std::string_view text) {
-        writer_.key(key).beginObject().key("text").value(text).endObject();
-    }
-
-    void writeFile(std::string_view file) {
-        writer_.key("artifactLocation").beginObject().key("uri").value(uriOf(file)).endObject();
-    }
-
-    void writeRegion(std::string_view key, const TextRange& range) {
-        writer_.key(key).beginObject();
-        writer_.key("startLine").value(number(range.begin.line)).key("startColumn").value(number(range.begin.column));
-        writer_.key("endLine").value(number(range.end.line)).key("endColumn").value(number(range.end.column));
-        writer_.endObject();
-    }
-
-    void writePlace(std::string_view file, const Diagnostic& found) {
-        writer_.key("physicalLocation").beginObject();
-        writeFile(file);
-        if (found.range) writeRegion("region", *found.range);
-        writer_.endObject();
-    }
-
-    /// What was fixed is no result any more, but something that the run did.
-    void writeFixed(std::string_view file, const Diagnostic& fixed) {
-        writer_.beginObject().key("level").value("note");
-        writer_.key("associatedRule").beginObject().key("id").value(fixed.code).endObject();
-        writeMessage("message", "fixed: " + fixed.message);
-        writer_.key("locations").beginArray().beginObject();
-        writePlace(file, fixed);
-        writer_.endObject().endArray().endObject();
-    }
-
-    void writeResult(const Diagnostic& found, const Source& source) {
-        writer_.beginObject().key("ruleId").value(found.code).key("level").value(name(found.severity));
-        writeMessage("message", found.message);
-        writer_.key("locations").beginArray().beginObject();
-        writePlace(source.name, found);
-        if (!found.path.empty())
-            writer_.key("logicalLocations")
-                .beginArray()
-                .beginObject()
-                .key("fullyQualifiedName")
-                .value(tavrin::toText(found.path))
-                .endObject()
-                .endArray();
-        writer_.endObject().endArray();
-        if (!found.fix.empty()) writeFix(found, source);
-        writer_.endObject();
-    }
-
-    void writeFix(const Diagnostic& found, const Source& source) {
-        writer_.key("fixes").beginArray().beginObject().key("artifactChanges").beginArray().beginObject();
-        writeFile(source.name);
-        writer_.key("replacements").beginArray();
-        for (const TextEdit& edit : found.fix) {
-            writer_.beginObject();
-            writeRegion("deletedRegion", edit.range);
-            writeMessage("insertedContent", edit.text);
-            writer_.endObject();
-        }
-        writer_.endArray().endObject().endArray().endObject().endArray();
-    }
-
     const Source* model_;
-    JSONWriter writer_{JSONWriter::Style::pretty};
-    std::vector<std::string> unread_;
-    std::vector<std::pair<std::string, Diagnostic>> fixed_;  // with their files
+    JSONArray results_;
+    JSONArray failures_;
+    JSONArray fixed_;
 };
 
 }  // namespace

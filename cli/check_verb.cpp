@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <exception>
 #include <optional>
-#include <thread>
 
 #include "cli/check_writer.h"
 #include "cli/io_error.h"
@@ -19,6 +17,17 @@ bool isFailing(const Diagnostic& found, const CheckOptions& options) {
     return found.severity == Severity::error || (options.isStrict && found.severity == Severity::warning);
 }
 
+/// Null for text, which `Reporter` writes.
+std::unique_ptr<CheckWriter> writerOf(CheckFormat format, const Source* model) {
+    switch (format) {
+        case CheckFormat::json: return jsonCheckWriter();
+        case CheckFormat::sarif: return sarifCheckWriter(model);
+        case CheckFormat::github: return githubCheckWriter(model);
+        case CheckFormat::text: break;
+    }
+    return nullptr;
+}
+
 /// Takes the checked documents in their order.
 class Check {
 public:
@@ -26,7 +35,7 @@ public:
         : options_(arguments.check),
           reporter_(reporter),
           model_(model),
-          writer_(checkWriter(options_.format, model)),
+          writer_(writerOf(options_.format, model)),
           progress_(arguments.documents.size()) {}
 
     void take(const std::string& path, CheckedDocument checked) {
@@ -104,10 +113,8 @@ int run(const CheckArguments& arguments, const Reporter& reporter) {
         return check.giveUp(describe(std::current_exception()));
     }
     const std::vector<std::string>& documents = arguments.documents;
-    const std::size_t threads = std::min<std::size_t>(documents.size(), std::thread::hardware_concurrency());
     inOrder<CheckedDocument>(
-        documents.size(), threads,
-        [&](std::size_t index) { return checkDocument(arguments, modelSource, documents[index]); },
+        documents.size(), [&](std::size_t index) { return checkDocument(arguments, modelSource, documents[index]); },
         [&](std::size_t index, CheckedDocument checked) { check.take(documents[index], std::move(checked)); });
     return check.finish();
 }

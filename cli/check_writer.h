@@ -19,9 +19,7 @@ public:
     virtual void finish() {}
 };
 
-/// A writer of one of the formats; null for text, which `Reporter` writes. `model` may be null; it must live as long.
-[[nodiscard]] std::unique_ptr<CheckWriter> checkWriter(CheckFormat format, const Source* model);
-
+// The writers of the formats for programs. `model` may be null; it must live as long.
 [[nodiscard]] std::unique_ptr<CheckWriter> jsonCheckWriter();
 [[nodiscard]] std::unique_ptr<CheckWriter> sarifCheckWriter(const Source* model);
 [[nodiscard]] std::unique_ptr<CheckWriter> githubCheckWriter(const Source* model);

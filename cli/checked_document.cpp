@@ -4,19 +4,68 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <ranges>
 #include <utility>
 
-#include "cli/edit_history.h"
 #include "tavrin/diagnostics/fixes.h"
 
 namespace tavrin::cli {
 namespace {
 
-std::size_t errorsIn(const std::vector<Diagnostic>& diagnostics) {
-    return static_cast<std::size_t>(std::count_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& found) {
-        return found.severity == Severity::error;
-    }));
+auto errorsIn(const std::vector<Diagnostic>& diagnostics) {
+    return std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity);
 }
+
+std::size_t beginOf(const TextEdit& edit) { return edit.range.begin.offset; }
+std::size_t lengthOf(const TextEdit& edit) { return edit.range.end.offset - beginOf(edit); }
+
+/// Where what lies at `offset` behind edits was before them.
+std::size_t offsetBefore(std::size_t offset, const std::vector<TextEdit>& edits) {
+    std::size_t added = 0;
+    std::size_t removed = 0;
+    for (const TextEdit& edit : edits) {
+        const std::size_t begin = beginOf(edit) + added - removed;
+        if (offset < begin) break;
+        if (offset < begin + edit.text.size()) return beginOf(edit);
+        added += edit.text.size();
+        removed += lengthOf(edit);
+    }
+    return offset + removed - added;
+}
+
+/// The edits that were made in a text, round after round, each in what the one before had left.
+class EditHistory {
+public:
+    /// Notes the edits of a round: those of the fixes that were made, which may share some.
+    void add(const std::vector<Diagnostic>& fixes) {
+        std::vector<TextEdit> edits;
+        for (const Diagnostic& fix : fixes) edits.insert(edits.end(), fix.fix.begin(), fix.fix.end());
+        std::ranges::stable_sort(edits, {}, beginOf);
+        edits.erase(std::unique(edits.begin(), edits.end()), edits.end());
+        rounds_.push_back(std::move(edits));
+    }
+
+    /// A diagnostic of the text as it is now, with the places in `original`, the text as it was before all edits. What
+    /// lies within a replaced stretch is placed at its beginning.
+    [[nodiscard]] Diagnostic inOriginal(Diagnostic diagnostic, std::string_view original) const {
+        const auto move = [&](TextRange& range) {
+            for (TextPlace* place : {&range.begin, &range.end})
+                *place = placeAt(original, originalOffset(place->offset));
+        };
+        if (rounds_.empty()) return diagnostic;
+        if (diagnostic.range) move(*diagnostic.range);
+        for (TextEdit& edit : diagnostic.fix) move(edit.range);
+        return diagnostic;
+    }
+
+private:
+    [[nodiscard]] std::size_t originalOffset(std::size_t offset) const {
+        for (const std::vector<TextEdit>& edits : std::views::reverse(rounds_)) offset = offsetBefore(offset, edits);
+        return offset;
+    }
+
+    std::vector<std::vector<TextEdit>> rounds_;  // each in the order of the text
+};
 
 /// Makes the fixes of a checked document, as long as there are any that do no harm.
 class Fixer {

@@ -7,7 +7,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/completion.h"
 #include "cli/option_values.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
@@ -23,11 +22,7 @@ class HelpFormatter : public CLI::Formatter {
 public:
     explicit HelpFormatter(std::string usage) : usage_(std::move(usage)) { column_width(optionColumns); }
 
-    std::string make_usage(const CLI::App* app, std::string name) const override {
-        static_cast<void>(app);
-        static_cast<void>(name);
-        return "\nUsage: " + usage_ + "\n";
-    }
+    std::string make_usage(const CLI::App*, std::string) const override { return "\nUsage: " + usage_ + "\n"; }
 
 private:
     std::string usage_;
@@ -59,22 +54,17 @@ void addOption(CLI::App& app, const OptionInfo& option) {
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);  // `takeValues` refuses a second one
 }
 
-const OptionInfo& errorsOption() {
-    return *std::find_if(options().begin(), options().end(),
-                         [](const auto& option) { return option.name == "--errors"; });
-}
+const OptionInfo& optionNamed(std::string_view name) { return *std::ranges::find(options(), name, &OptionInfo::name); }
 
 /// The families and screens, of verbs that take them.
 std::string sizesText(Verb verb) {
-    const auto family = std::find_if(options().begin(), options().end(),
-                                     [](const OptionInfo& option) { return option.name == "--family"; });
-    if (!family->takers.contains(verb)) return {};
-    return wrapped("Families: " + joined(family->words, ", "), helpColumns) + "\n" +
-           wrapped("Screens: " + listOfScreens(knownScreens()), helpColumns) + "\n\n";
+    if (!optionNamed("--family").takers.contains(verb)) return {};
+    return wrapped("Families: " + joined(widgetFamilyNames, ", "), helpColumns) + "\n" +
+           wrapped("Screens: " + joined(screenWords(knownScreens()), ", "), helpColumns) + "\n\n";
 }
 
 void addVerb(CLI::App& app, Verb verb) {
-    const VerbInfo& info = verbs()[static_cast<std::size_t>(verb)];
+    const VerbInfo& info = verbs()[indexOf(verb)];
     CLI::App& sub = *app.add_subcommand(std::string(info.name), std::string(info.summary));
     sub.allow_extras();
     sub.group("Verbs");
@@ -93,23 +83,15 @@ void build(CLI::App& app) {
         const std::string help = std::string(option.help) + " and exit";
         addOption(app, {option.name, "", VerbSet(), help});
     }
-    addOption(app, errorsOption());
+    addOption(app, optionNamed("--errors"));
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));
-    for (std::size_t verb = 0; verb < verbs().size(); ++verb) addVerb(app, static_cast<Verb>(verb));
+    for (const Verb verb : enumerators<Verb>) addVerb(app, verb);
     app.footer(
         "`tavrin help VERB` explains a verb. DOC is a file, or \"-\" for standard input.\n"
         "Exit status: 0 success, 1 a document, a model or the drawing failed, 2 the command line is wrong.\n\n"
         "Examples:\n"
         "  tavrin render weather.json --model today.json -o weather.png\n"
         "  tavrin check widgets/*.json");
-}
-
-/// "render, tree or check", of all verbs.
-std::string verbList() {
-    std::string list;
-    for (const VerbInfo& verb : verbs())
-        list.append(&verb == &verbs().front() ? "" : &verb == &verbs().back() ? " or " : ", ").append(verb.name);
-    return list;
 }
 
 [[noreturn]] void failUnknownOption(const std::string& word, std::span<const std::string_view> known) {
@@ -121,7 +103,7 @@ bool isOption(std::string_view word) { return word.size() > 1 && word.starts_wit
 
 /// The words that CLI11 made nothing of must be operands.
 void checkOperands(const std::vector<std::string>& operands, Verb verb) {
-    const auto unknown = std::find_if(operands.begin(), operands.end(), isOption);
+    const auto unknown = std::ranges::find_if(operands, isOption);
     if (unknown == operands.end()) return;
     std::vector<std::string_view> known{"--help"};
     for (const OptionInfo& option : options())
@@ -147,7 +129,7 @@ void checkBeforeVerb(const CLI::App& app) {
     if (unknown.empty()) return;
     std::vector<std::string_view> known{"--help"};
     for (const InformationOption& option : informationOptions()) known.push_back(option.name);
-    known.push_back(errorsOption().name);
+    known.emplace_back("--errors");
     if (isOption(unknown.front())) failUnknownOption(unknown.front(), known);
     throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
 }
@@ -157,7 +139,7 @@ std::vector<std::string> askedFor(const std::vector<std::string>& operands) {
     if (operands.empty()) return {"--help"};
     if (operands.size() > 1)
         throw UsageError("`tavrin help` explains one verb, not " + std::to_string(operands.size()));
-    return {std::string(verbs()[readWord("help", operands.front(), verbNames())].name), "--help"};
+    return {std::string(verbNames()[readWord("help", operands.front(), verbNames())]), "--help"};
 }
 
 }  // namespace
@@ -166,9 +148,9 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     CLI::App app("Renders home-screen widgets from small JSON documents.", "tavrin");
     build(app);
     // CLI11 takes words from the back, and has a meaning of its own for "--".
-    const auto end = std::find(words.begin(), words.end(), "--");
+    const auto end = std::ranges::find(words, "--");
     std::vector<std::string> reversed(words.begin(), end);
-    std::reverse(reversed.begin(), reversed.end());
+    std::ranges::reverse(reversed);
     try {
         app.parse(std::move(reversed));
     } catch (const CLI::CallForHelp&) {
@@ -182,11 +164,10 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     for (const InformationOption& option : informationOptions())
         if (app.count(std::string(option.name)) > 0) return Information{std::string(option.text)};
     checkBeforeVerb(app);
-    if (app.get_subcommands().empty()) throw UsageError("a verb is missing: " + verbList());
+    if (app.get_subcommands().empty()) throw UsageError("a verb is missing: " + listed(verbNames()));
 
     const CLI::App& sub = *app.get_subcommands().front();
-    const std::vector<std::string_view> names = verbNames();
-    const auto verb = static_cast<Verb>(std::find(names.begin(), names.end(), sub.get_name()) - names.begin());
+    const Verb verb = enumeratorNamed<Verb>(sub.get_name()).value();
     Command command{verb, sub.remaining(), {}};
     checkOperands(command.operands, verb);
     if (end != words.end()) command.operands.insert(command.operands.end(), end + 1, words.end());

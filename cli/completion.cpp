@@ -16,10 +16,4 @@ std::string completionScript(const std::vector<std::string>& operands) {
     }
 }
 
-std::string joined(const std::vector<std::string>& words, std::string_view separator) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : std::string(separator)) + word;
-    return text;
-}
-
 }  // namespace tavrin::cli

@@ -14,7 +14,4 @@ namespace tavrin::cli {
 [[nodiscard]] std::string zshCompletion();
 [[nodiscard]] std::string fishCompletion();
 
-/// Words with a blank, or another separator, between them.
-[[nodiscard]] std::string joined(const std::vector<std::string>& words, std::string_view separator = " ");
-
 }  // namespace tavrin::cli

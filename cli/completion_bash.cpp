@@ -7,12 +7,6 @@
 namespace tavrin::cli {
 namespace {
 
-std::string verbWords(std::string_view separator) {
-    std::vector<std::string> names;
-    for (const VerbInfo& verb : verbs()) names.emplace_back(verb.name);
-    return joined(names, separator);
-}
-
 std::string names(const OptionInfo& option, std::string_view separator) {
     return std::string(option.name) +
            (option.shortName.empty() ? "" : std::string(separator) + std::string(option.shortName));
@@ -23,15 +17,14 @@ std::string compgen(const std::string& what) { return "COMPREPLY=($(compgen " + 
 /// What "VERB OPTION" must match where an option's value is to be completed: of an option that several verbs take in
 /// their own ways, the verb as well.
 std::string pattern(const OptionInfo& option) {
-    const auto namesakes = std::count_if(options().begin(), options().end(),
-                                         [&](const OptionInfo& other) { return other.name == option.name; });
+    const auto namesakes = std::ranges::count(options(), option.name, &OptionInfo::name);
     std::vector<std::string> patterns;
     for (const std::string_view name : {option.name, option.shortName}) {
         if (name.empty()) continue;
         if (namesakes == 1) patterns.push_back("*\\ " + std::string(name));
-        for (std::size_t verb = 0; namesakes > 1 && verb < verbs().size(); ++verb)
-            if (option.takers.contains(static_cast<Verb>(verb)))
-                patterns.push_back(std::string(verbs()[verb].name) + "\\ " + std::string(name));
+        for (const Verb verb : enumerators<Verb>)
+            if (namesakes > 1 && option.takers.contains(verb))
+                patterns.push_back(std::string(tavrin::name(verb)) + "\\ " + std::string(name));
     }
     return joined(patterns, "|");
 }
@@ -52,8 +45,7 @@ std::string optionBranch(Verb verb) {
     std::vector<std::string> words{"--help"};
     for (const OptionInfo& option : options())
         if (option.takers.contains(verb)) words.push_back(names(option, " "));
-    return "        " + std::string(verbs()[static_cast<std::size_t>(verb)].name) + ") words='" + joined(words) +
-           "' ;;\n";
+    return "        " + std::string(name(verb)) + ") words='" + joined(words) + "' ;;\n";
 }
 
 }  // namespace
@@ -68,7 +60,7 @@ std::string bashCompletion() {
         "    for ((index = 1; index < COMP_CWORD; index++)); do\n"
         "        case ${COMP_WORDS[index]} in\n"
         "        " +
-        verbWords("|") +
+        joined(verbNames(), "|") +
         ")\n"
         "            verb=${COMP_WORDS[index]}\n"
         "            break\n"
@@ -82,10 +74,10 @@ std::string bashCompletion() {
         "    esac\n"
         "    case $verb in\n"
         "        '') words='" +
-        verbWords(" ") + " --help";
+        joined(verbNames()) + " --help";
     for (const InformationOption& option : informationOptions()) script += " " + std::string(option.name);
     script += "' ;;\n";
-    for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += optionBranch(static_cast<Verb>(verb));
+    for (const Verb verb : enumerators<Verb>) script += optionBranch(verb);
     return script +
            "    esac\n"
            "    if [[ -z $verb || $current == -* ]]; then\n"
@@ -94,11 +86,11 @@ std::string bashCompletion() {
            "\n"
            "    elif [[ $verb == completion ]]; then\n"
            "        " +
-           compgen("-W '" + joined({shells.begin(), shells.end()}) + "'") +
+           compgen("-W '" + joined(shells) + "'") +
            "\n"
            "    elif [[ $verb == help ]]; then\n"
            "        " +
-           compgen("-W '" + verbWords(" ") + "'") +
+           compgen("-W '" + joined(verbNames()) + "'") +
            "\n"
            "    elif [[ $verb != schema ]]; then\n"
            "        compopt -o default 2>/dev/null\n"

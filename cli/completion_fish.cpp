@@ -31,9 +31,9 @@ std::string seen(const std::string& verbNames) {
 }
 
 std::string completeLine(const OptionInfo& option) {
-    std::vector<std::string> takers;
-    for (std::size_t verb = 0; verb < verbs().size(); ++verb)
-        if (option.takers.contains(static_cast<Verb>(verb))) takers.emplace_back(verbs()[verb].name);
+    std::vector<std::string_view> takers;
+    for (const Verb verb : enumerators<Verb>)
+        if (option.takers.contains(verb)) takers.push_back(name(verb));
     const std::string shortName = option.shortName.empty() ? "" : " -s " + std::string(option.shortName.substr(1));
     return seen(joined(takers)) + shortName + " -l " + std::string(option.name.substr(2)) + value(option) + " -d " +
            inFishQuotes(option.help) + "\n";
@@ -54,9 +54,8 @@ std::string fishCompletion() {
                   inFishQuotes(verb.summary) + "\n";
     for (const OptionInfo& option : options()) script += completeLine(option);
     script += seen("schema") + " -f\n";
-    const auto names = verbNames();
-    script += seen("help") + " -f -a " + inFishQuotes(joined({names.begin(), names.end()})) + "\n";
-    return script + seen("completion") + " -f -a " + inFishQuotes(joined({shells.begin(), shells.end()})) + "\n";
+    script += seen("help") + " -f -a " + inFishQuotes(joined(verbNames())) + "\n";
+    return script + seen("completion") + " -f -a " + inFishQuotes(joined(shells)) + "\n";
 }
 
 }  // namespace tavrin::cli

@@ -41,14 +41,13 @@ std::string argumentLine(const OptionInfo& option) {
 }
 
 std::string branch(Verb verb) {
-    const std::string name(verbs()[static_cast<std::size_t>(verb)].name);
-    std::string text = "            " + name + ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
+    std::string text = "            " + std::string(name(verb)) +
+                       ")\n                _arguments '(-h --help)'{-h,--help}'[Print help]'";
     for (const OptionInfo& option : options())
         if (option.takers.contains(verb)) text += argumentLine(option);
     if (verb == Verb::schema) return text + "\n                ;;\n";
-    const auto names = verbNames();
-    const std::string operand = verb == Verb::help         ? "1:verb:(" + joined({names.begin(), names.end()}) + ")"
-                                : verb == Verb::completion ? "1:shell:(" + joined({shells.begin(), shells.end()}) + ")"
+    const std::string operand = verb == Verb::help         ? "1:verb:(" + joined(verbNames()) + ")"
+                                : verb == Verb::completion ? "1:shell:(" + joined(shells) + ")"
                                 : verb == Verb::tree || verb == Verb::layout || verb == Verb::explain
                                     ? "1:document:_files"
                                     : "*:document:_files";
@@ -79,7 +78,7 @@ std::string zshCompletion() {
         "        ;;\n"
         "    argument)\n"
         "        case $words[1] in\n";
-    for (std::size_t verb = 0; verb < verbs().size(); ++verb) script += branch(static_cast<Verb>(verb));
+    for (const Verb verb : enumerators<Verb>) script += branch(verb);
     return script +
            "        esac\n"
            "        ;;\n"

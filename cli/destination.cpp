@@ -10,6 +10,7 @@
 #include "cli/option_values.h"
 #include "cli/options.h"
 #include "cli/usage_error.h"
+#include "tavrin/platform/foundation/strings/ascii.h"
 
 namespace tavrin::cli {
 namespace {
@@ -25,9 +26,7 @@ std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
 }
 
 PictureFormat readFormat(const std::string& word) {
-    const bool isAnimation =
-        std::find(frameFormatWords.begin(), frameFormatWords.end(), word) != frameFormatWords.end();
-    if (isAnimation && word != "png")
+    if (std::ranges::count(frameFormatWords, word) > 0 && word != "png")
         throw UsageError("--format " + word + " is for animations: say which moments with --frames");
     return enumerators<PictureFormat>[readWord("--format", word, enumeratorNames<PictureFormat>)];
 }
@@ -40,7 +39,7 @@ Destination fileOrFolder(const std::string& output, std::optional<PictureFormat>
     if (named) return {Destination::Kind::file, path, *named};
     if (namesFolder(path)) return {Destination::Kind::folder, path, format.value_or(PictureFormat::png)};
     if (format) return {Destination::Kind::file, path, *format};
-    if (namesAnimationFormat(path))
+    if (!animationWord(path).empty())
         throw UsageError("'" + output + "' is an animation: say which moments with --frames");
     throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output +
                      "' is; the name of a new folder ends in /");
@@ -66,10 +65,13 @@ void checkNoneOverwritten(const std::vector<std::string>& documents, const Desti
 
 }  // namespace
 
+std::string stemOf(const std::string& document) {
+    return document == "-" ? "stdin" : std::filesystem::path(document).stem().string();
+}
+
 std::string lowercaseSuffix(const std::filesystem::path& path) {
     std::string suffix = path.extension().string();
-    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    std::ranges::transform(suffix, suffix.begin(), lowerCase);
     return suffix;
 }
 
@@ -80,16 +82,16 @@ bool namesFolder(const std::filesystem::path& path) {
     return !path.has_filename() || std::filesystem::is_directory(path, error);
 }
 
-bool namesAnimationFormat(const std::filesystem::path& path) {
+std::string_view animationWord(const std::filesystem::path& path) {
     const std::string suffix = lowercaseSuffix(path);
-    return std::any_of(frameFormatWords.begin(), frameFormatWords.end(),
-                       [&](std::string_view word) { return suffix == "." + std::string(word); });
+    for (const std::string_view word : frameFormatWords)
+        if (suffix == "." + std::string(word)) return word;
+    return {};
 }
 
 std::filesystem::path Destination::pathFor(const std::string& document) const {
     if (kind != Kind::folder) return path;
-    const std::filesystem::path name = document == "-" ? "stdin" : std::filesystem::path(document).stem();
-    return path / (name.string() + suffixOf(format));
+    return path / (stemOf(document) + suffixOf(format));
 }
 
 Destination readDestination(const std::vector<std::string>& documents, const std::string* output,

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tavrin/widget/image_renderer.h"
@@ -26,12 +27,14 @@ struct Destination {
 [[nodiscard]] Destination readDestination(const std::vector<std::string>& documents, const std::string* output,
                                           const std::string* format);
 
+/// What a document's pictures are called unless something says otherwise: its own name without its suffix.
+[[nodiscard]] std::string stemOf(const std::string& document);
 /// A file's suffix with its dot, in small letters.
 [[nodiscard]] std::string lowercaseSuffix(const std::filesystem::path& path);
 /// Whether a file's suffix is that of a single picture.
 [[nodiscard]] bool namesPictureFormat(const std::filesystem::path& path);
-/// Whether a file's suffix is that of frames: .png, .apng or .webp.
-[[nodiscard]] bool namesAnimationFormat(const std::filesystem::path& path);
+/// The word of `frameFormatWords` that a file's suffix says; empty where it says none.
+[[nodiscard]] std::string_view animationWord(const std::filesystem::path& path);
 /// Whether a path is that of a folder: it ends in "/", or there is one.
 [[nodiscard]] bool namesFolder(const std::filesystem::path& path);
 

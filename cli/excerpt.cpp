@@ -26,12 +26,6 @@ std::size_t stepsBack(std::string_view line, std::size_t at, std::size_t columns
     return at;
 }
 
-/// The place `columns` characters behind `at`.
-std::size_t stepsOn(std::string_view line, std::size_t at, std::size_t columns) {
-    for (; columns > 0 && at < line.size(); --columns) at += decodeUtf8(line, at).length;
-    return at;
-}
-
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -51,7 +45,7 @@ Excerpt excerptAt(std::string_view text, std::size_t offset) {
     const std::string_view line = lineAt(text, offset);
     const std::size_t at = std::min(offset - static_cast<std::size_t>(line.data() - text.data()), line.size());
     std::size_t begin = stepsBack(line, at, columnsBefore);
-    const std::size_t end = stepsOn(line, begin, columnsInAll);
+    const std::size_t end = skipCodePoints(line, begin, columnsInAll);
 
     const std::string before = (begin > 0 ? std::string(cut) : "") + printable(line.substr(begin, at - begin));
     Excerpt excerpt{before + printable(line.substr(at, end - at)), {}};

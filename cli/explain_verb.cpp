@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -16,47 +17,31 @@
 namespace tavrin::cli {
 namespace {
 
-/// The ways to the values of a document, as errors write them.
-class DocumentPaths {
-public:
-    explicit DocumentPaths(const std::string& document) { list(JSON::parse(document)); }
-
-    [[nodiscard]] bool contain(const std::string& path) const {
-        return std::find(paths_.begin(), paths_.end(), path) != paths_.end();
+/// Lists the ways to a value and to all inside, as errors write them.
+void listPaths(const JSON& value, CodingPath& way, std::vector<std::string>& paths) {
+    paths.push_back(toText(way));
+    const auto step = [&](CodingKey key, const JSON& inner) {
+        way.push_back(std::move(key));
+        listPaths(inner, way, paths);
+        way.pop_back();
+    };
+    if (const auto* members = std::get_if<JSONObject>(&value.object())) {
+        for (const auto& [key, member] : members->members()) step(std::string(key.view()), member);
+    } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
+        for (std::size_t index = 0; index < elements->size(); ++index) step(index, (*elements)[index]);
     }
-    [[nodiscard]] std::string suggestionFor(const std::string& path) const {
-        const std::size_t count = std::min(paths_.size(), mostCandidates);
-        return suggestion(
-            path, std::vector<std::string_view>(paths_.begin(), paths_.begin() + static_cast<std::ptrdiff_t>(count)));
-    }
-
-private:
-    static constexpr std::size_t mostCandidates = 10'000;
-
-    void list(const JSON& value) {
-        paths_.push_back(toText(way_));
-        if (const auto* members = std::get_if<JSONObject>(&value.object())) {
-            for (const auto& [key, member] : members->members()) step(std::string(key.view()), member);
-        } else if (const auto* elements = std::get_if<JSONArray>(&value.object())) {
-            for (std::size_t index = 0; index < elements->size(); ++index) step(index, (*elements)[index]);
-        }
-    }
-
-    template <class Key>
-    void step(const Key& key, const JSON& value) {
-        way_.emplace_back(key);
-        list(value);
-        way_.pop_back();
-    }
-
-    CodingPath way_;
-    std::vector<std::string> paths_;
-};
+}
 
 std::vector<std::size_t> viewsAtPath(const Explanation& explanation, const std::string& path, const Source& document) {
-    const DocumentPaths paths(document.text);
-    if (!paths.contain(path))
-        throw TavrinError("Explain", "there is nothing at " + path + " in the document" + paths.suggestionFor(path));
+    constexpr std::size_t mostCandidates = 10'000;
+    CodingPath root;
+    std::vector<std::string> paths;
+    listPaths(JSON::parse(document.text), root, paths);
+    const bool isThere = std::ranges::find(paths, path) != paths.end();
+    paths.resize(std::min(paths.size(), mostCandidates));
+    if (!isThere)
+        throw TavrinError("Explain", "there is nothing at " + path + " in the document" +
+                                         suggestion(path, std::vector<std::string_view>(paths.begin(), paths.end())));
     std::vector<std::size_t> found = viewsAt(explanation, path);
     if (found.empty()) throw TavrinError("Explain", "no view comes from " + path + ": it is not drawn");
     return found;

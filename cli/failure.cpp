@@ -15,12 +15,13 @@
 namespace tavrin::cli {
 namespace {
 
-Failure::Place placeIn(std::string_view text, std::size_t offset) {
-    const TextPlace place = placeAt(text, offset);
-    return {place.line, place.column, excerptAt(text, offset)};
+Failure::Place shown(const TextPlace& place, std::string_view text) {
+    return {place.line, place.column, excerptAt(text, place.offset)};
 }
 
-Failure describeUnplaced(const std::exception_ptr& error) {
+}  // namespace
+
+Failure describe(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const UsageError& e) {
@@ -46,6 +47,8 @@ Failure describeUnplaced(const std::exception_ptr& error) {
     }
 }
 
+namespace {
+
 /// Adds what is known about where it went wrong.
 void addPlace(Failure& failure, const PlacedError& error, const Source& document, const Source* model) {
     const Source& source = error.role == TextRole::model && model ? *model : document;
@@ -55,15 +58,13 @@ void addPlace(Failure& failure, const PlacedError& error, const Source& document
     const auto* decoding = dynamic_cast<const DecodingError*>(&error);
     if (decoding) failure.key = decoding->key;
     const auto offset = decoding && decoding->offset ? decoding->offset : locate(source.text, error.codingPath);
-    if (offset) failure.place = placeIn(source.text, *offset);
+    if (offset) failure.place = shown(placeAt(source.text, *offset), source.text);
 }
 
 }  // namespace
 
-Failure describe(const std::exception_ptr& error) { return describeUnplaced(error); }
-
 Failure describe(const std::exception_ptr& error, const Source& document, const Source* model) {
-    Failure failure = describeUnplaced(error);
+    Failure failure = describe(error);
     try {
         std::rethrow_exception(error);
     } catch (const PlacedError& e) {
@@ -79,10 +80,7 @@ Failure describe(const Diagnostic& diagnostic, const Source& source) {
     Failure failure{"Diagnostic", diagnostic.message, std::string(diagnostic.code)};
     failure.codingPath = diagnostic.path;
     failure.file = source.name;
-    if (diagnostic.range) {
-        const TextPlace& place = diagnostic.range->begin;
-        failure.place = {place.line, place.column, excerptAt(source.text, place.offset)};
-    }
+    if (diagnostic.range) failure.place = shown(diagnostic.range->begin, source.text);
     return failure;
 }
 

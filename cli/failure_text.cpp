@@ -58,7 +58,7 @@ Label labelOf(const Diagnostic& diagnostic) {
     return {name(diagnostic.severity), colors[diagnostic.severity], diagnostic.code};
 }
 
-std::string toText(const Failure& failure, bool colored, const Label& label) {
+std::string failureText(const Failure& failure, bool colored, const Label& label) {
     const std::string code = label.code.empty() ? "" : " [" + std::string(label.code) + "]";
     std::string text = painted(location(failure) + ":", bold, colored) + " " +
                        painted(std::string(label.word) + ":", label.color, colored) + " " + message(failure) + code +

@@ -18,7 +18,7 @@ struct Label {
 [[nodiscard]] Label labelOf(const Diagnostic& diagnostic);
 
 /// A failure for people, as compilers write it, with the line and the coding path at fault. Ends with a line end.
-[[nodiscard]] std::string toText(const Failure& failure, bool colored, const Label& label = {});
+[[nodiscard]] std::string failureText(const Failure& failure, bool colored, const Label& label = {});
 
 /// A failure for programs: one line of JSON. `withFile` names the document of every failure, not only where a place in
 /// it is known or what it is about is a file.

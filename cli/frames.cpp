@@ -50,18 +50,8 @@ void checkNoOtherPlace(const std::string& name) {
     }
 }
 
-std::string stemOf(const std::string& document) { return document == "-" ? "stdin" : path(document).stem().string(); }
-
 AnimationFormat animationFormat(std::string_view word) {
     return word == "webp" ? AnimationFormat::webp : AnimationFormat::png;
-}
-
-/// The word of `--format` that a suffix says, in small letters; empty where it says none.
-std::string_view wordOf(const path& file) {
-    const std::string suffix = lowercaseSuffix(file);
-    for (const std::string_view word : frameFormatWords)
-        if (suffix == "." + std::string(word)) return word;
-    return {};
 }
 
 /// Frames in a folder, under the document's name.
@@ -79,7 +69,7 @@ void placeInFolder(Frames& frames, const std::string& stem, std::string_view wor
 /// Judges where frames go. `word` is the value of `--format`, empty where it is not given.
 void placeFrames(Frames& frames, const std::string& stem, const std::string& output, std::string_view word) {
     const path file = output;
-    const std::string_view named = wordOf(file);
+    const std::string_view named = animationWord(file);
     frames.path = file;
     frames.format = animationFormat(named.empty() ? word : named);
     if (namesFolder(file)) return placeInFolder(frames, stem, word);
@@ -146,7 +136,7 @@ std::optional<Frames> readFrames(const Command& command) {
     Frames frames;
     std::tie(frames.span.first, frames.span.last) = readMoments("--frames", *moments);
     if (const std::string* every = command.find("--every")) frames.span.step = readSeconds("--every", *every);
-    if (const std::string* rate = command.find("--fps")) frames.framesPerSecond = readFrameRate("--fps", *rate);
+    if (const std::string* rate = command.find("--fps")) frames.framesPerSecond = readUpTo100("--fps", *rate);
     try {
         static_cast<void>(frames.span.count());
     } catch (const TavrinError& error) {

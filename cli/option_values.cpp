@@ -6,18 +6,14 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
-#include <utility>
-#include <vector>
 
+#include "cli/options.h"
 #include "cli/suggestion.h"
 #include "cli/usage_error.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {
-
-constexpr double maximumScale = 100;
-constexpr double maximumFrameRate = 100;
 
 [[noreturn]] void fail(std::string_view option, std::string_view wanted, std::string_view value,
                        std::string_view hint = {}) {
@@ -31,25 +27,11 @@ std::optional<double> positiveNumber(std::string_view text) {
     return number && std::isfinite(*number) && *number > 0 ? number : std::nullopt;
 }
 
-std::string listed(std::span<const std::string_view> words) {
-    std::string list;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (i > 0) list += i + 1 < words.size() ? ", " : " or ";
-        list += words[i];
-    }
-    return list;
-}
-
-std::string toText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
-
-bool isKnownScreen(Size screen) {
-    return std::find(knownScreens().begin(), knownScreens().end(), screen) != knownScreens().end();
-}
+std::string sizeText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
 
 std::vector<Size> screensThatHave(WidgetFamily family) {
-    std::vector<Size> screens;
-    std::copy_if(knownScreens().begin(), knownScreens().end(), std::back_inserter(screens),
-                 [family](Size screen) { return widgetSize(family, screen).has_value(); });
+    std::vector<Size> screens(knownScreens().begin(), knownScreens().end());
+    std::erase_if(screens, [family](Size screen) { return !widgetSize(family, screen); });
     return screens;
 }
 
@@ -61,7 +43,7 @@ std::string shortNumber(double number) {
 }
 
 std::size_t readWord(std::string_view option, std::string_view value, std::span<const std::string_view> words) {
-    const auto found = std::find(words.begin(), words.end(), value);
+    const auto found = std::ranges::find(words, value);
     if (found == words.end()) fail(option, listed(words), value, suggestion(value, words));
     return static_cast<std::size_t>(found - words.begin());
 }
@@ -79,10 +61,10 @@ Size readSize(std::string_view option, std::string_view value) {
     return {*width, *height};
 }
 
-double readScale(std::string_view option, std::string_view value) {
-    const auto scale = positiveNumber(value);
-    if (!scale || *scale > maximumScale) fail(option, "a number above 0 and up to 100", value);
-    return *scale;
+double readUpTo100(std::string_view option, std::string_view value) {
+    const auto number = positiveNumber(value);
+    if (!number || *number > 100) fail(option, "a number above 0 and up to 100", value);
+    return *number;
 }
 
 double readSeconds(std::string_view option, std::string_view value) {
@@ -95,12 +77,6 @@ std::uint64_t readCount(std::string_view option, std::string_view value) {
     const auto count = intFromText<std::uint64_t>(value);
     if (!count || *count == 0) fail(option, "a positive whole number", value);
     return *count;
-}
-
-double readFrameRate(std::string_view option, std::string_view value) {
-    const auto rate = positiveNumber(value);
-    if (!rate || *rate > maximumFrameRate) fail(option, "a number above 0 and up to 100", value);
-    return *rate;
 }
 
 std::pair<Date, Date> readMoments(std::string_view option, std::string_view value) {
@@ -117,7 +93,7 @@ std::uint16_t readPort(std::string_view option, std::string_view value) {
     std::uint16_t port = 0;
     const char* const end = value.data() + value.size();
     const auto [stop, error] = std::from_chars(value.data(), end, port);
-    if (value.empty() || error != std::errc{} || stop != end) fail(option, "a number from 0 to 65535", value);
+    if (error != std::errc{} || stop != end) fail(option, "a number from 0 to 65535", value);
     return port;
 }
 
@@ -146,21 +122,26 @@ WidgetBackground readBackground(std::string_view option, std::string_view value)
     return {WidgetBackground::Kind::color, Color::rgb(channel(16), channel(8), channel(0))};
 }
 
-std::string listOfScreens(std::span<const Size> screens) {
-    std::string list;
-    for (const Size screen : screens) list += (list.empty() ? "" : ", ") + toText(screen);
-    return list;
+std::vector<std::string> screenWords(std::span<const Size> screens) {
+    std::vector<std::string> words;
+    std::ranges::transform(screens, std::back_inserter(words), sizeText);
+    return words;
+}
+
+std::string listed(std::span<const std::string_view> words) {
+    if (words.size() < 2) return joined(words);
+    return joined(words.first(words.size() - 1), ", ") + " or " + std::string(words.back());
 }
 
 WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
                       std::span<const std::string_view> words) {
     const auto family = static_cast<WidgetFamily>(readWord(option, value, words));
     if (auto room = widgetRoom(family, screen)) return *std::move(room);
-    if (!isKnownScreen(screen))
-        throw UsageError("no widget sizes are known for a screen of " + toText(screen) + "; give --size, or one of " +
-                         listOfScreens(knownScreens()));
-    throw UsageError("a screen of " + toText(screen) + " has no " + std::string(value) + "; " +
-                     listOfScreens(screensThatHave(family)) + " have; --screen says which");
+    if (std::ranges::find(knownScreens(), screen) == knownScreens().end())
+        throw UsageError("no widget sizes are known for a screen of " + sizeText(screen) + "; give --size, or one of " +
+                         joined(screenWords(knownScreens()), ", "));
+    throw UsageError("a screen of " + sizeText(screen) + " has no " + std::string(value) + "; " +
+                     joined(screenWords(screensThatHave(family)), ", ") + " have; --screen says which");
 }
 
 }  // namespace tavrin::cli

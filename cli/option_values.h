@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/time/date.h"
@@ -27,14 +28,12 @@ namespace tavrin::cli {
 [[nodiscard]] std::filesystem::path readFolder(std::string_view option, std::string_view value);
 /// "338x158": two positive finite numbers.
 [[nodiscard]] Size readSize(std::string_view option, std::string_view value);
-/// Pixels for each point.
-[[nodiscard]] double readScale(std::string_view option, std::string_view value);
+/// A number above 0 and up to 100: pixels for each point, or frames in a second.
+[[nodiscard]] double readUpTo100(std::string_view option, std::string_view value);
 /// A positive number of seconds.
 [[nodiscard]] double readSeconds(std::string_view option, std::string_view value);
 /// A positive whole number.
 [[nodiscard]] std::uint64_t readCount(std::string_view option, std::string_view value);
-/// How many frames are shown in a second.
-[[nodiscard]] double readFrameRate(std::string_view option, std::string_view value);
 /// "FROM..TO": two moments, the second not before the first.
 [[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 /// 0 to 65535.
@@ -46,7 +45,9 @@ namespace tavrin::cli {
 /// The room on a screen of the family of that name, which is one of `words`: all families' names and maybe more.
 [[nodiscard]] WidgetRoom readFamily(std::string_view option, std::string_view value, Size screen,
                                     std::span<const std::string_view> words = widgetFamilyNames);
-/// "390x844, 375x812".
-[[nodiscard]] std::string listOfScreens(std::span<const Size> screens);
+/// "390x844", "375x812".
+[[nodiscard]] std::vector<std::string> screenWords(std::span<const Size> screens);
+/// "render, tree or check".
+[[nodiscard]] std::string listed(std::span<const std::string_view> words);
 
 }  // namespace tavrin::cli

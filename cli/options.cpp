@@ -3,28 +3,23 @@
 
 #include <algorithm>
 
-#include "cli/licenses.h"
-#include "tavrin/platform/foundation/strings/number_text.h"
+#include "cli/embedded_file.h"
+#include "cli/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
+
+/// This project's licence and the notices of all that the program carries in itself.
+TAVRIN_EMBEDDED_FILE(licenses, TAVRIN_LICENSES)
 
 namespace tavrin::cli {
 namespace {
 
-template <class Words>
+template <class Words = std::initializer_list<std::string_view>>
 std::vector<std::string> listOf(const Words& words) {
     return {words.begin(), words.end()};
 }
 
 std::vector<std::string> withAll(std::vector<std::string> words) {
     words.emplace_back("all");
-    return words;
-}
-
-std::vector<std::string> screenWords() {
-    std::vector<std::string> words;
-    for (const Size screen : knownScreens())
-        words.push_back(tavrin::toText(static_cast<int>(screen.width)) + "x" +
-                        tavrin::toText(static_cast<int>(screen.height)));
     return words;
 }
 
@@ -86,12 +81,6 @@ std::span<const InformationOption> informationOptions() {
     return list;
 }
 
-std::vector<std::string_view> verbNames() {
-    std::vector<std::string_view> names;
-    for (const VerbInfo& verb : verbs()) names.push_back(verb.name);
-    return names;
-}
-
 const std::vector<OptionInfo>& options() {
     static constexpr VerbSet onlyRender{Verb::render};
     static constexpr VerbSet onlyCheck{Verb::check};
@@ -103,25 +92,18 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
     static constexpr VerbSet shown = laidOut.with(Verb::preview);
     static constexpr VerbSet budgeted = loaded.with(Verb::preview);
-    static constexpr VerbSet all =
+    static constexpr VerbSet every =
         loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
-    static const std::vector<OptionInfo> list{
-        {"--output",
-         "OUT",
-         onlyRender,
+    static const std::vector<OptionInfo> all{
+        {"--output", "OUT", onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
          "for all pictures; where several families, appearances, scales, models or dates are given, the folder for "
          "every combination, index.json and a contact sheet, index.html. Without it each document's name with the "
          "format's suffix, in the working directory",
-         Completes::file,
-         {},
-         "-o"},
-        {"--format",
-         "FORMAT",
-         onlyRender,
-         "png, svg or pdf, or png, apng or webp of frames, where OUT's suffix does not tell (png)",
-         Completes::words,
-         {"png", "svg", "pdf", "apng", "webp"}},
+         Completes::file, listOf({}), "-o"},
+        {"--format", "FORMAT", onlyRender,
+         "png, svg or pdf, or png, apng or webp of frames, where OUT's suffix does not tell (png)", Completes::words,
+         listOf({"png", "svg", "pdf", "apng", "webp"})},
         {"--format", "FORMAT", onlyCheck,
          "How findings are written: text, on standard error, or json, sarif or github, on standard output (text)",
          Completes::words, listOf(checkFormatWords)},
@@ -132,13 +114,9 @@ const std::vector<OptionInfo>& options() {
          Completes::words, listOf(textFormatWords)},
         {"--dir", "DIR", onlySnapshot, "The folder that keeps NAME.png and NAME.json for each picture",
          Completes::folder},
-        {"--output",
-         "DIR",
-         onlySnapshot,
+        {"--output", "DIR", onlySnapshot,
          "The folder for pictures of what differs: before, after, and what differs in red (failures, in --dir)",
-         Completes::folder,
-         {},
-         "-o"},
+         Completes::folder, listOf({}), "-o"},
         {"--update", "", onlySnapshot, "Replace the snapshots that differ"},
         {"--strict", "", onlySnapshot, "Fail where there is no snapshot yet, instead of recording it"},
         {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
@@ -152,7 +130,8 @@ const std::vector<OptionInfo>& options() {
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
         {"--models", "DIR", drawn, "Draw with each model document (*.json) in a folder", Completes::folder},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
-        {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words, screenWords()},
+        {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words,
+         screenWords(knownScreens())},
         {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},
         {"--scale", "N", laidOut, "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
         {"--appearance", "light|dark", laidOut, "The device's appearance (light)", Completes::words,
@@ -179,33 +158,27 @@ const std::vector<OptionInfo>& options() {
         {"--budget-pixels", "N", budgeted, "How many pixels may be painted"},
         {"--budget-bytes", "N", budgeted, "How many bytes may be held at once"},
         {"--budget-seconds", "S", budgeted, "How long it may take"},
-        {"--background",
-         "COLOR|none|auto",
-         drawn.with(Verb::check),
+        {"--background", "COLOR|none|auto", drawn.with(Verb::check),
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
-         Completes::words,
-         {"auto", "none"}},
+         Completes::words, listOf({"auto", "none"})},
         {"--rounded", "", drawn, "Cut the home screen's rounded corners; transparent outside"},
         {"--frames", "FROM..TO", onlyRender,
          "Draw the moments of a span, such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, instead of one: as an "
          "animation where OUT ends in .png, .apng or .webp, as numbered PNGs where it is a folder or has a place for "
          "the number, such as clock-%04d.png"},
         {"--every", "SECONDS", onlyRender, "With --frames: the step from moment to moment (1)"},
-        {"--fps",
-         "N",
-         onlyRender,
-         "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)",
-         Completes::words,
-         {"10", "25", "50"}},
+        {"--fps", "N", onlyRender,
+         "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)", Completes::words,
+         listOf({"10", "25", "50"})},
         {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
          Completes::words, listOf(compressionWords)},
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
-        {"--errors", "text|json", all,
+        {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "
          "json` does",
          Completes::words, listOf(textFormatWords)},
     };
-    return list;
+    return all;
 }
 
 }  // namespace tavrin::cli

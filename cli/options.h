@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,7 +48,9 @@ struct VerbInfo {
 /// All verbs, in the order of `Verb`.
 [[nodiscard]] std::span<const VerbInfo> verbs();
 /// Their names, in that order.
-[[nodiscard]] std::vector<std::string_view> verbNames();
+[[nodiscard]] inline std::vector<std::string_view> verbNames() {
+    return {enumeratorNames<Verb>.begin(), enumeratorNames<Verb>.end()};
+}
 
 /// Some of the verbs.
 class VerbSet {
@@ -94,6 +95,14 @@ struct InformationOption {
 };
 
 [[nodiscard]] std::span<const InformationOption> informationOptions();
+
+/// Words with a blank, or another separator, between them.
+template <class Words>
+[[nodiscard]] std::string joined(const Words& words, std::string_view separator = " ") {
+    std::string text;
+    for (const auto& word : words) text.append(text.empty() ? "" : separator).append(word);
+    return text;
+}
 
 /// The shells that completion scripts are written for.
 inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
@@ -21,8 +22,10 @@ namespace tavrin::cli {
 template <class Result>
 class OrderedWork {
 public:
-    OrderedWork(std::size_t count, std::size_t threads, std::function<Result(std::size_t)> make)
-        : make_(std::move(make)), slots_(count), window_(4 * threads) {
+    OrderedWork(std::size_t count, std::function<Result(std::size_t)> make) : make_(std::move(make)), slots_(count) {
+        const std::size_t threads = std::min<std::size_t>(count, std::thread::hardware_concurrency());
+        if (threads < 2) return;
+        window_ = 4 * threads;
         const BlockedSignals blocked;  // signals are the calling thread's
         try {
             for (std::size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { work(); });
@@ -88,24 +91,18 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Slot> slots_;
-    std::size_t window_;
+    std::size_t window_ = 0;
     std::size_t next_ = 0;
     std::size_t taken_ = 0;
     std::vector<std::thread> threads_;
 };
 
-/// Calls `take(i, make(i))` for each i below `count`, in order. With more than one thread they call `make`, the calling
-/// thread `take`. What either throws ends the work and is passed on.
+/// Calls `take(i, make(i))` for each i below `count`, in order. Where the machine has more than one thread they call
+/// `make`, the calling thread `take`. What either throws ends the work and is passed on.
 template <class Result, class Make, class Take>
-void inOrder(std::size_t count, std::size_t threads, Make make, Take take) {
-    if (threads > 1) {
-        OrderedWork<Result> work(count, threads, make);
-        if (work.hasThreads()) {
-            for (std::size_t i = 0; i < count; ++i) take(i, work.take());
-            return;
-        }
-    }
-    for (std::size_t i = 0; i < count; ++i) take(i, make(i));
+void inOrder(std::size_t count, Make make, Take take) {
+    OrderedWork<Result> work(count, make);
+    for (std::size_t i = 0; i < count; ++i) take(i, work.hasThreads() ? work.take() : make(i));
 }
 
 }  // namespace tavrin::cli

@@ -19,15 +19,11 @@ namespace {
 /// What tells a file from all others, whatever it is called.
 using Identity = std::pair<dev_t, ino_t>;
 
-std::optional<Identity> identityOf(const struct stat& status) {
-    if (!S_ISREG(status.st_mode)) return std::nullopt;  // a device or pipe may be both
-    return Identity{status.st_dev, status.st_ino};
-}
-
 std::optional<Identity> identityOf(const std::string& input) {
     struct stat status {};
     const int failed = input == "-" ? ::fstat(STDIN_FILENO, &status) : ::stat(input.c_str(), &status);
-    return failed == 0 ? identityOf(status) : std::nullopt;
+    if (failed != 0 || !S_ISREG(status.st_mode)) return std::nullopt;  // a device or pipe may be both
+    return Identity{status.st_dev, status.st_ino};
 }
 
 /// The files that are read.

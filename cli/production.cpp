@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "cli/production.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <exception>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include "cli/ordered_work.h"
@@ -41,9 +39,8 @@ void produceAll(const DocumentArguments& arguments, const std::function<void(con
     std::optional<Source> model;
     if (arguments.model) model = Source{displayName(*arguments.model), readInput(*arguments.model)};
     const std::vector<std::string>& documents = arguments.documents;
-    const std::size_t threads = std::min<std::size_t>(documents.size(), std::thread::hardware_concurrency());
     inOrder<Outcome>(
-        documents.size(), threads,
+        documents.size(),
         [&](std::size_t index) { return produce(arguments, model ? &*model : nullptr, documents[index], make); },
         [&](std::size_t index, Outcome outcome) { take(documents[index], std::move(outcome)); });
 }

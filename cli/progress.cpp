@@ -16,13 +16,6 @@ namespace {
 constexpr std::size_t barColumns = 20;
 constexpr std::size_t maximumSteps = 1000;
 
-/// The first `columns` characters of a text.
-std::string_view shortened(std::string_view text, std::size_t columns) {
-    std::size_t end = 0;
-    for (; columns > 0 && end < text.size(); --columns) end += decodeUtf8(text, end).length;
-    return text.substr(0, end);
-}
-
 }  // namespace
 
 Progress::Progress(std::size_t total) : total_(total), isOn_(total > 1 && standardErrorIsTerminal()) {}
@@ -33,14 +26,11 @@ void Progress::advance(const std::string& name) {
     const std::size_t step = std::min(done_, done_ * maximumSteps / total_);
     if (step == shownStep_ && isShown_) return;  // of very many things not each is shown
     shownStep_ = step;
-    const std::string text = bar() + " " + std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
-    const std::string line = "\r\x1b[K" + std::string(shortened(text, standardErrorColumns() - 1));
-    isShown_ = writeAll(STDERR_FILENO, line);
-}
-
-std::string Progress::bar() const {
     const std::size_t filled = done_ * barColumns / total_;
-    return "[" + std::string(filled, '#') + std::string(barColumns - filled, '-') + "]";
+    const std::string bar = "[" + std::string(filled, '#') + std::string(barColumns - filled, '-') + "]";
+    const std::string text = bar + " " + std::to_string(done_) + "/" + std::to_string(total_) + " " + printable(name);
+    const std::string line = text.substr(0, skipCodePoints(text, 0, standardErrorColumns() - 1));
+    isShown_ = writeAll(STDERR_FILENO, "\r\x1b[K" + line);
 }
 
 void Progress::hide() {

@@ -21,8 +21,6 @@ public:
     void hide();
 
 private:
-    [[nodiscard]] std::string bar() const;
-
     std::size_t total_;
     std::size_t done_ = 0;
     std::size_t shownStep_ = 0;

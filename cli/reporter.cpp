@@ -11,7 +11,7 @@ namespace tavrin::cli {
 
 void Reporter::report(const Failure& failure) const {
     const bool isText = format_ == TextFormat::text;
-    write(isText ? toText(failure, standardErrorHasColor()) : toJSONLine(failure, namesDocuments_));
+    write(isText ? failureText(failure, standardErrorHasColor()) : toJSONLine(failure, namesDocuments_));
 }
 
 void Reporter::report(const Diagnostic& diagnostic, const Source& document, const Source* model) const {
@@ -20,7 +20,7 @@ void Reporter::report(const Diagnostic& diagnostic, const Source& document, cons
     const bool isText = format_ == TextFormat::text;
     const bool asThrown = diagnostic.cause && !(isText && diagnostic.range);
     const Failure failure = asThrown ? describe(diagnostic.cause, document, model) : describe(diagnostic, source);
-    write(isText ? toText(failure, standardErrorHasColor(), labelOf(diagnostic))
+    write(isText ? failureText(failure, standardErrorHasColor(), labelOf(diagnostic))
                  : toJSONLine(failure, namesDocuments_));
 }
 
@@ -38,7 +38,7 @@ void Reporter::note(const Diagnostic& diagnostic, const Source& source, std::str
     if (format_ == TextFormat::json) return;
     Label label = labelOf(diagnostic);
     if (!word.empty()) label.word = word;
-    write(toText(describe(diagnostic, source), standardErrorHasColor(), label));
+    write(failureText(describe(diagnostic, source), standardErrorHasColor(), label));
 }
 
 void Reporter::hint(std::string_view line) const {

@@ -22,7 +22,7 @@ std::vector<std::string> partsOf(std::string_view list) {
     std::vector<std::string> parts;
     for (;;) {
         const std::string part(list.substr(0, list.find(',')));
-        if (std::find(parts.begin(), parts.end(), part) == parts.end()) parts.push_back(part);
+        if (std::ranges::count(parts, part) == 0) parts.push_back(part);
         if (part.size() == list.size()) return parts;
         list.remove_prefix(part.size() + 1);
     }
@@ -30,9 +30,7 @@ std::vector<std::string> partsOf(std::string_view list) {
 
 constexpr std::string_view allWord = "all";
 
-bool areAll(const std::vector<std::string>& words) {
-    return std::find(words.begin(), words.end(), allWord) != words.end();
-}
+bool areAll(const std::vector<std::string>& words) { return std::ranges::count(words, allWord) > 0; }
 
 /// The words that an option of a pair takes.
 template <std::size_t Count>

@@ -8,7 +8,6 @@
 
 #include "cli/command_line.h"
 #include "tavrin/platform/foundation/geometry.h"
-#include "tavrin/platform/ui/environment.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 /// Options that ask for several of a kind, `--families`, beside those that ask for one, `--family`.

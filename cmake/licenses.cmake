@@ -20,5 +20,5 @@ add_custom_command(
   OUTPUT ${licenses_file}
   COMMAND ${CMAKE_COMMAND} -E cat ${notices_of_headers} ${notices_of_page} > ${licenses_file}
   DEPENDS ${notices_of_headers} ${notices_of_page})
-set_source_files_properties(licenses.cpp PROPERTIES OBJECT_DEPENDS ${licenses_file} COMPILE_DEFINITIONS
-                                                    TAVRIN_LICENSES="${licenses_file}")
+set_source_files_properties(options.cpp PROPERTIES OBJECT_DEPENDS ${licenses_file} COMPILE_DEFINITIONS
+                                                   TAVRIN_LICENSES="${licenses_file}")

@@ -20,13 +20,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     read(readBackground);
     read(readCount);
     read(readDate);
-    read(readFrameRate);
     read(readMoments);
     read(readPort);
-    read(readScale);
     read(readSeconds);
     read(readSize);
     read(readTimeZone);
+    read(readUpTo100);
     read([](std::string_view option, std::string_view text) { return readFamily(option, text, {390, 844}); });
     return 0;
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "cli/snapshot/snapshot.h"
+
 #include <string>
 
-#include "cli/snapshot/snapshot.h"
 #include "fuzz/widget_input.h"
 
 // What a snapshot's files may hold, a tree or a picture, compared with what is drawn.

@@ -27,7 +27,7 @@ std::vector<double> scalesOf(const Command& command) {
     if (words.empty()) return {3};
     std::vector<double> list;
     for (const std::string& word : words) {
-        const double scale = readScale(option, word);
+        const double scale = readUpTo100(option, word);
         if (std::find(list.begin(), list.end(), scale) == list.end()) list.push_back(scale);
     }
     return list;

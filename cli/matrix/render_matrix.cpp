@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -48,7 +47,7 @@ void writePicture(const MatrixArguments& arguments, DrawnCell& drawn, FileTransa
 }
 
 std::string errorText(const CellOutcome& outcome) {
-    std::string text = outcome.failure ? toText(*outcome.failure, false) : "";
+    std::string text = outcome.failure ? failureText(*outcome.failure, false) : "";
     while (text.ends_with('\n')) text.pop_back();
     return text;
 }
@@ -64,8 +63,7 @@ int run(const MatrixArguments& arguments, const Reporter& reporter) {
     Progress progress(matrix.count());
     CellReport report(reporter, progress);
     inOrder<DrawnCell>(
-        matrix.count(), std::min<std::size_t>(matrix.count(), std::thread::hardware_concurrency()),
-        [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
+        matrix.count(), [&](std::size_t index) { return drawnCell(renderers, arguments, index); },
         [&](std::size_t, DrawnCell drawn) {
             writePicture(arguments, drawn, files);
             report.add(matrix, drawn.picture.cell, drawn.outcome);

@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -154,8 +153,7 @@ int run(const SnapshotArguments& arguments, const Reporter& reporter) {
     CellReport report(reporter, progress);
     SnapshotKeeper keeper(arguments, report);
     inOrder<Compared>(
-        count, std::min<std::size_t>(count, std::thread::hardware_concurrency()),
-        [&](std::size_t index) { return compared(renderers, arguments, index); },
+        count, [&](std::size_t index) { return compared(renderers, arguments, index); },
         [&](std::size_t, Compared result) {
             const std::string name = nameOf(arguments.matrix, result.cell);
             keeper.take(std::move(result));

@@ -6,24 +6,11 @@
 namespace tavrin {
 namespace {
 
-std::uint64_t number(std::size_t value) { return value; }
-
-void write(const CodingPath& path, JSONWriter& writer) {
-    writer.key("path").beginArray();
-    for (const CodingKey& step : path) {
-        if (const auto* key = std::get_if<std::string>(&step))
-            writer.value(*key);
-        else
-            writer.value(number(std::get<std::size_t>(step)));
-    }
-    writer.endArray();
-}
-
 /// The members of a range.
 void write(const TextRange& range, JSONWriter& writer) {
-    writer.key("line").value(number(range.begin.line)).key("column").value(number(range.begin.column));
-    writer.key("endLine").value(number(range.end.line)).key("endColumn").value(number(range.end.column));
-    writer.key("offset").value(number(range.begin.offset)).key("endOffset").value(number(range.end.offset));
+    writer.key("line").value(range.begin.line).key("column").value(range.begin.column);
+    writer.key("endLine").value(range.end.line).key("endColumn").value(range.end.column);
+    writer.key("offset").value(range.begin.offset).key("endOffset").value(range.end.offset);
 }
 
 void write(const std::vector<TextEdit>& fix, JSONWriter& writer) {
@@ -38,12 +25,18 @@ void write(const std::vector<TextEdit>& fix, JSONWriter& writer) {
 
 }  // namespace
 
+void write(const CodingPath& path, JSONWriter& writer) {
+    writer.beginArray();
+    for (const CodingKey& step : path) std::visit([&](const auto& key) { writer.value(key); }, step);
+    writer.endArray();
+}
+
 void write(const Diagnostic& diagnostic, JSONWriter& writer) {
     writer.beginObject();
     writer.key("severity").value(name(diagnostic.severity)).key("code").value(diagnostic.code);
     writer.key("message").value(diagnostic.message);
     writer.key("role").value(diagnostic.role == TextRole::model ? "model" : "document");
-    write(diagnostic.path, writer);
+    write(diagnostic.path, writer.key("path"));
     if (diagnostic.range) {
         writer.key("range").beginObject();
         write(*diagnostic.range, writer);

@@ -12,7 +12,7 @@ namespace tavrin {
 namespace {
 
 void addOnce(std::vector<std::string>& list, const std::string& word) {
-    if (std::find(list.begin(), list.end(), word) == list.end()) list.push_back(word);
+    if (std::ranges::find(list, word) == list.end()) list.push_back(word);
 }
 
 std::string joined(const std::vector<std::string>& words, std::string_view last) {
@@ -61,7 +61,7 @@ void DrawnFindings::addUnlessSeen(Rule rule, const CodingPath* origin, std::stri
 }
 
 void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const {
-    const bool maySkip = std::any_of(found_.begin(), found_.end(), [](const Found& found) { return found.onlyUnseen; });
+    const bool maySkip = std::ranges::any_of(found_, [](const Found& found) { return found.onlyUnseen; });
     std::set<std::string> seen;
     if (maySkip)
         for (const CodingPath* const origin : seen_) seen.insert(origin ? toText(*origin) : std::string());
@@ -79,14 +79,9 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
 }
 
 void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
-    findUntappableLinks(subject, findings);
-    findMissingImages(subject, findings);
-    findMissingGlyphs(subject, findings);
-    findContradictoryFrames(subject, findings);
-    findTruncatedTexts(subject, findings);
-    findClippedTexts(subject, findings);
-    findUnseenTexts(subject, findings);
-    findLowContrast(subject, findings);
+    for (const auto rule : {findUntappableLinks, findMissingImages, findMissingGlyphs, findContradictoryFrames,
+                            findTruncatedTexts, findClippedTexts, findUnseenTexts, findLowContrast})
+        rule(subject, findings);
 }
 
 Rect textBounds(const DrawnSubject& subject, const DrawnView& text) {
@@ -109,8 +104,7 @@ std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
 std::string excerptOf(const DrawnSubject& subject, const DrawnView& text) {
     constexpr std::size_t shown = 24;
     const std::string_view whole = text::contentsOf(subject.tree.textBlock(text.index)).text;
-    std::size_t end = 0;
-    for (std::size_t count = 0; count < shown && end < whole.size(); ++count) end += decodeUtf8(whole, end).length;
+    const std::size_t end = skipCodePoints(whole, 0, shown);
     return inQuotes(std::string(whole.substr(0, end)) + (end < whole.size() ? "…" : ""));
 }
 

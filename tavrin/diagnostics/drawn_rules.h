@@ -13,8 +13,8 @@
 #include "tavrin/diagnostics/findings.h"
 #include "tavrin/widget/widget.h"
 
-// The rules that look at a document as it is drawn, in one room and appearance after the other. Each stands in a file
-// of its own in rules/.
+// The rules that look at a document as it is drawn, in one room and appearance after the other. They stand in rules/,
+// those of one theme in one file.
 
 namespace tavrin {
 

@@ -13,8 +13,8 @@ namespace {
 
 bool isEffect(const WrittenRecord& record) {
     constexpr ModifierType effects[] = {ModifierType::offset, ModifierType::scaleEffect, ModifierType::rotationEffect};
-    return record.tag && std::any_of(std::begin(effects), std::end(effects),
-                                     [&](ModifierType effect) { return record.type->name == rawValue(effect); });
+    return record.tag &&
+           std::ranges::any_of(effects, [&](ModifierType effect) { return record.type->name == rawValue(effect); });
 }
 
 /// A view, and what is known of where it stands.
@@ -31,7 +31,7 @@ BoundEffects boundEffects(const WrittenDocument& document) {
         return outline.isString(member.value) && isExpression(outline.string(member.value));
     };
     for (const WrittenRecord& record : document.records())
-        if (isEffect(record) && std::any_of(record.members.begin(), record.members.end(), holdsExpression))
+        if (isEffect(record) && std::ranges::any_of(record.members, holdsExpression))
             bound.insert(toText(outline.path(record.object)));
     return bound;
 }

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/diagnostics/failure_hints.h"
-
 #include <algorithm>
-#include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "tavrin/diagnostics/findings.h"
+#include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/suggestions.h"
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/dsl/structure.h"
@@ -37,8 +33,7 @@ public:
 
 private:
     void addForWord(Index place) {
-        const auto wrong = std::find_if(document_.wrongWords().begin(), document_.wrongWords().end(),
-                                        [&](const WrongWord& word) { return word.value == place; });
+        const auto wrong = std::ranges::find(document_.wrongWords(), place, &WrongWord::value);
         if (wrong != document_.wrongWords().end()) suggestKeyword(place, wrong->words);
     }
 
@@ -62,8 +57,7 @@ private:
     }
 
     void addForMain() {
-        const WrittenMember* const nodes =
-            document_.records().empty() ? nullptr : memberOf<&DSLRoot::nodes>(document_.records().front());
+        const WrittenMember* const nodes = document_.root() ? memberOf<&DSLRoot::nodes>(*document_.root()) : nullptr;
         if (!nodes) return;
         moveTo(nodes->value);
         const std::vector<std::string_view> names = entryNames();

@@ -42,7 +42,7 @@ void place(std::vector<Diagnostic>& diagnostics, TextRole role, std::string_view
         if (diagnostic.range) add(*diagnostic.range);
         for (TextEdit& edit : diagnostic.fix) add(edit.range);
     }
-    std::sort(places.begin(), places.end(), [](auto* a, auto* b) { return a->offset < b->offset; });
+    std::ranges::sort(places, {}, &TextPlace::offset);
     PlaceFinder finder(text);
     for (TextPlace* place : places) *place = finder.advance(place->offset);
 }
@@ -55,16 +55,10 @@ auto order(const Diagnostic& diagnostic) {
 }  // namespace
 
 Diagnostic& Findings::add(Rule rule, std::string message) {
-    Diagnostic* added = &spare_;
-    if (isFull())
-        ++dropped_;
-    else
-        added = &diagnostics_.emplace_back();
-    *added = {};
-    added->severity = info(rule).severity;
-    added->code = info(rule).code;
-    added->message = std::move(message);
-    return *added;
+    if (isFull()) ++dropped_;
+    Diagnostic& added = isFull() ? spare_ : diagnostics_.emplace_back();
+    added = {.severity = info(rule).severity, .code = info(rule).code, .message = std::move(message)};
+    return added;
 }
 
 Diagnostic& Findings::add(Rule rule, const JSONOutline& outline, Index value, std::string message, TextRole role) {
@@ -85,8 +79,7 @@ Diagnostic& Findings::addAtKey(Rule rule, const JSONOutline& outline, Index memb
 std::vector<Diagnostic> Findings::take(std::string_view document, std::string_view model) {
     place(diagnostics_, TextRole::document, document);
     place(diagnostics_, TextRole::model, model);
-    std::stable_sort(diagnostics_.begin(), diagnostics_.end(),
-                     [](const Diagnostic& a, const Diagnostic& b) { return order(a) < order(b); });
+    std::ranges::stable_sort(diagnostics_, {}, order);
     return std::move(diagnostics_);
 }
 

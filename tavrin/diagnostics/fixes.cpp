@@ -43,7 +43,7 @@ FixedText applyFixes(std::string_view document, const std::vector<Diagnostic>& d
     for (std::size_t i = 0; i < diagnostics.size(); ++i) {
         const Diagnostic& diagnostic = diagnostics[i];
         if (diagnostic.fix.empty() || diagnostic.role != TextRole::document) continue;
-        const bool fits = std::all_of(diagnostic.fix.begin(), diagnostic.fix.end(), [&](const TextEdit& edit) {
+        const bool fits = std::ranges::all_of(diagnostic.fix, [&](const TextEdit& edit) {
             const auto [begin, end] = std::pair(edit.range.begin.offset, edit.range.end.offset);
             return begin <= end && end <= document.size() && edits.accepts(edit);
         });

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "tavrin/diagnostics/failure_hints.h"
 #include "tavrin/json/decoding_error.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/model_context.h"

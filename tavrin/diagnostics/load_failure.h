@@ -2,7 +2,6 @@
 #pragma once
 
 #include <exception>
-#include <string_view>
 
 #include "tavrin/diagnostics/findings.h"
 #include "tavrin/diagnostics/written_document.h"
@@ -13,5 +12,9 @@ namespace tavrin {
 /// `document` may be null, where the text is no JSON.
 void addFailure(const std::exception_ptr& failure, const WrittenDocument* document, const JSONOutline* model,
                 Findings& findings);
+
+/// Adds to the error of a document what was probably meant, behind the error's own message, as a fix where that is
+/// safe, and moves it to the value that is to blame.
+void addHints(Rule rule, const WrittenDocument& document, Diagnostic& error);
 
 }  // namespace tavrin

@@ -37,14 +37,14 @@ std::optional<std::string_view> meantKeyword(std::string_view word, std::span<co
         const std::size_t at = word.size() > longest ? std::string_view::npos : word.find(side);
         if (at == std::string_view::npos) continue;
         const std::string meant = std::string(word).replace(at, side.size(), edge);
-        const auto found = std::find(words.begin(), words.end(), meant);
+        const auto found = std::ranges::find(words, meant);
         if (found != words.end()) return *found;
     }
     return onlyCloseMatch(word, words);
 }
 
 std::string keywordSuggestion(std::string_view word, std::span<const std::string_view> words) {
-    if (std::none_of(word.begin(), word.end(), isLetter<char>)) return {};  // numbers are all alike
+    if (std::ranges::none_of(word, isLetter<char>)) return {};  // numbers are all alike
     const auto meant = meantKeyword(word, words);
     return meant ? "; did you mean " + inQuotes(*meant) + "?" : suggestionFor(word, words);
 }

@@ -6,6 +6,9 @@
 
 namespace tavrin {
 
+/// Writes a way as an array of its keys and indices.
+void write(const CodingPath& path, JSONWriter& writer);
+
 /// Writes one diagnostic as an object, in the form of `toJSON`.
 void write(const Diagnostic& diagnostic, JSONWriter& writer);
 

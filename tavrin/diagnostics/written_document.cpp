@@ -12,22 +12,17 @@ namespace {
 
 bool isRecord(ValueKind kind) { return kind == ValueKind::nodeRecord || kind == ValueKind::part; }
 
-const LanguageRecord* find(const std::vector<LanguageRecord>& records, std::string_view name) {
-    const auto found =
-        std::find_if(records.begin(), records.end(), [&](const LanguageRecord& record) { return record.name == name; });
-    return found == records.end() ? nullptr : &*found;
+/// The one of some things that is called so; null where there is none.
+template <class Things, class NameOf>
+auto* find(const Things& things, std::string_view name, NameOf nameOf) {
+    const auto found = std::ranges::find(things, name, nameOf);
+    return found == things.end() ? nullptr : &*found;
 }
 
 /// A record that a property holds directly: a node's, or a part.
 const LanguageRecord* findHeld(std::string_view name) {
-    const LanguageRecord* const node = find(documentLanguage().nodes, name);
-    return node ? node : find(documentLanguage().parts, name);
-}
-
-const LanguageField* findField(const LanguageRecord& record, std::string_view key) {
-    const auto found = std::find_if(record.fields.begin(), record.fields.end(),
-                                    [&](const LanguageField& field) { return field.key == key; });
-    return found == record.fields.end() ? nullptr : &*found;
+    const LanguageRecord* const node = find(documentLanguage().nodes, name, &LanguageRecord::name);
+    return node ? node : find(documentLanguage().parts, name, &LanguageRecord::name);
 }
 
 /// The entries that references lead to from one of them, itself included.
@@ -49,8 +44,7 @@ std::set<JSONOutline::Index> reached(JSONOutline::Index start,
 std::span<const std::string_view> tagsOf(bool areNodes) {
     const auto namesOf = [](const std::vector<LanguageRecord>& records) {
         std::vector<std::string_view> names;
-        names.reserve(records.size());
-        for (const LanguageRecord& record : records) names.emplace_back(record.name);
+        for (const LanguageRecord& record : records) names.push_back(record.name);
         return names;
     };
     static const std::vector<std::string_view> nodes = namesOf(documentLanguage().nodes);
@@ -92,7 +86,8 @@ void WrittenDocument::read(const Pending& pending, std::vector<Pending>& more) {
         if (!record.tag || !outline_.isString(*record.tag)) return;
         const bool isNode = pending.kind == ValueKind::node;
         const Language& language = documentLanguage();
-        record.type = find(isNode ? language.nodes : language.modifiers, outline_.string(*record.tag));
+        const std::vector<LanguageRecord>& tagged = isNode ? language.nodes : language.modifiers;
+        record.type = find(tagged, outline_.string(*record.tag), &LanguageRecord::name);
         if (!record.type) return wrongWords_.push_back({*record.tag, tagsOf(isNode)});
     }
     readMembers(record, more);
@@ -104,7 +99,7 @@ void WrittenDocument::readMembers(WrittenRecord& record, std::vector<Pending>& m
     std::unordered_set<std::string> seen;
     outline_.forEachChild(record.object, [&](Index value) {
         std::string key = outline_.key(value);
-        WrittenMember member{.value = value, .field = findField(*record.type, key)};
+        WrittenMember member{.value = value, .field = find(record.type->fields, key, &LanguageField::key)};
         member.isRepeated = !seen.insert(std::move(key)).second;
         if (member.field && !member.isRepeated) readValue(*member.field, value, record.entry, more);
         record.members.push_back(member);
@@ -122,7 +117,7 @@ void WrittenDocument::readValue(const LanguageField& field, Index value, Index e
         else if (isRecord(field.kind))
             more.push_back({one, field.kind, findHeld(field.record), inEntry});
         else if (isKeyword && outline_.isString(one) &&
-                 std::find(field.words.begin(), field.words.end(), outline_.string(one)) == field.words.end())
+                 std::ranges::find(field.words, outline_.string(one)) == field.words.end())
             wrongWords_.push_back({one, field.words});
     };
     if (field.isNamed && outline_.isObject(value)) {
@@ -163,10 +158,7 @@ std::set<JSONOutline::Index> WrittenDocument::entriesThatDraw(Index entry) const
 }
 
 const WrittenMember* memberOf(const WrittenRecord& record, std::string_view key) {
-    const auto properties = record.properties();
-    const auto found = std::find_if(properties.begin(), properties.end(),
-                                    [&](const WrittenMember& member) { return member.field->key == key; });
-    return found == properties.end() ? nullptr : &*found;
+    return find(record.properties(), key, [](const WrittenMember& member) { return member.field->key; });
 }
 
 }  // namespace tavrin

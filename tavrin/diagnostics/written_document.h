@@ -60,6 +60,8 @@ public:
     [[nodiscard]] const JSONOutline& outline() const { return outline_; }
     /// In pre-order; the first is the document itself.
     [[nodiscard]] const std::vector<WrittenRecord>& records() const { return records_; }
+    /// The document itself; null where it is no object.
+    [[nodiscard]] const WrittenRecord* root() const { return records_.empty() ? nullptr : &records_.front(); }
     [[nodiscard]] const std::vector<WrongWord>& wrongWords() const { return wrongWords_; }
     /// The named nodes, by name.
     [[nodiscard]] const std::map<std::string, Index, std::less<>>& entries() const { return entries_; }

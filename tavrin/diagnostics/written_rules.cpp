@@ -17,4 +17,16 @@ std::optional<std::string> expressionIn(const WrittenDocument& document, const W
     return isExpression(text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
+std::optional<std::string> textBehind(const WrittenSubject& subject, std::string_view expression) {
+    return subject.model && isWellFormed(expression) ? subject.model->find(expression) : std::nullopt;
+}
+
+bool isTrue(const JSONOutline& outline, const WrittenMember* member) {
+    return member && (outline.raw(member->value) == "true" || outline.raw(member->value) == "\"true\"");
+}
+
+bool isFilledList(const JSONOutline& outline, const WrittenMember* member) {
+    return member && outline.isArray(member->value) && outline[member->value].last > member->value + 1;
+}
+
 }  // namespace tavrin

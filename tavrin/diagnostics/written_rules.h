@@ -18,6 +18,7 @@ struct WrittenSubject {
     const BoundModel* model = nullptr;
     /// Whether pictures come from a folder, where their names need not be addresses.
     bool hasPictureFolder = false;
+    const JSONOutline& outline = document.outline();
 };
 
 void findUnknownKeys(const WrittenSubject& subject, Findings& findings);
@@ -46,5 +47,13 @@ void forEachProperty(const WrittenDocument& document, const Visit& visit) {
 
 /// The expression that a property holds, braces included; none for a literal.
 [[nodiscard]] std::optional<std::string> expressionIn(const WrittenDocument& document, const WrittenMember& member);
+
+/// The text that an expression leads to; none without a model, and where it is malformed or leads nowhere.
+[[nodiscard]] std::optional<std::string> textBehind(const WrittenSubject& subject, std::string_view expression);
+
+/// Whether a member is there and holds a truth.
+[[nodiscard]] bool isTrue(const JSONOutline& outline, const WrittenMember* member);
+/// Whether a member is there and holds a list of something.
+[[nodiscard]] bool isFilledList(const JSONOutline& outline, const WrittenMember* member);
 
 }  // namespace tavrin

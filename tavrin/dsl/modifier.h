@@ -26,6 +26,7 @@ concept ModifierProtocol = requires(const T& modifier, AnyView view, Context& co
 
 class ModifierBox : public RecordBox<ModifierType> {
 public:
+    static constexpr const char* name = "Modifier";
     using Tagged = RecordBox<ModifierType>;
     using RecordBox::RecordBox;
 
@@ -41,54 +42,34 @@ public:
     using RecordBoxOf<Record, ModifierBox, ModifierProtocol<Record>>::RecordBoxOf;
 
     CountedPtr<ModifierBox> bound(const ModelContext& model) const override {
-        if constexpr (!ModifierProtocol<Record>) failUnsupported("Modifier", *this);
-        return CountedPtr<ModifierBox>(new ModifierBoxOf(boundCopy(this->record_, model)));
+        return CountedPtr<ModifierBox>(new ModifierBoxOf(this->boundRecord(model)));
     }
     AnyView modify(AnyView view, Context& context) const override {
         return apply(this->record_, std::move(view), context);
     }
     AnyView modifyBound(AnyView view, Context& context, const ModelContext& model) const override {
-        if constexpr (!ModifierProtocol<Record>) failUnsupported("Modifier", *this);
-        return apply(boundCopy(this->record_, model), std::move(view), context);
+        return apply(this->boundRecord(model), std::move(view), context);
     }
 
 private:
     AnyView apply(const Record& record, AnyView view, Context& context) const {
-        if constexpr (ModifierProtocol<Record>) {
-            return record.modify(std::move(view), context);
-        } else {
-            failUnsupported("Modifier", *this);
-        }
+        if constexpr (ModifierProtocol<Record>) return record.modify(std::move(view), context);
+        failUnsupported(ModifierBox::name, *this);
     }
 };
 
-/// A tagged modifier. A value: cheap to copy, immutable but for `bindModel`.
-class Modifier {
+/// A tagged modifier.
+class Modifier : public BoxedRecord<ModifierBox> {
 public:
     template <DSLModifierProtocol Record>
     Modifier(Record record)  // NOLINT(google-explicit-constructor): a record is a modifier wherever one is asked for
-        : box_(new ModifierBoxOf<Record>(std::move(record))) {}
+        : Modifier(CountedPtr<ModifierBox>(new ModifierBoxOf<Record>(std::move(record)))) {}
     /// Decodes a record of a known type.
     template <DSLModifierProtocol Record>
     static Modifier decodeAs(const Decoder& decoder) {
         return Modifier(CountedPtr<ModifierBox>(new ModifierBoxOf<Record>(decoder)));
     }
 
-    [[nodiscard]] ModifierType type() const { return box_->type; }
-    [[nodiscard]] DSLVersion version() const { return box_->version; }
-
-    /// The record inside when it is a `Record`, else null.
-    template <DSLModifierProtocol Record>
-    [[nodiscard]] const Record* as() const {
-        return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
-    }
-
-    [[nodiscard]] bool needsBinding() const { return box_->needsBinding(); }
-    /// Resolves the record's expressions. Throws `ModelContextError`, or `TavrinError` for a record that is no
-    /// `ModifierProtocol`, and then changes nothing.
-    void bindModel(const ModelContext& model) {
-        if (box_->needsBinding()) box_ = box_->bound(model);
-    }
     /// Applies the modifier as it is; binding is the caller's.
     [[nodiscard]] AnyView modify(AnyView view, Context& context) const {
         return box_->modify(std::move(view), context);
@@ -98,19 +79,10 @@ public:
         return needsBinding() ? box_->modifyBound(std::move(view), context, model) : modify(std::move(view), context);
     }
 
-    /// Names the record; copies that are not bound have the same.
-    [[nodiscard]] const void* identity() const { return box_->identity(); }
-    /// Shows `visitor` the nodes and modifiers that the record holds itself.
-    void showContents(ContentsVisitor& visitor) const { box_->showContents(visitor); }
-
-    friend bool operator==(const Modifier& a, const Modifier& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
-
 private:
     friend struct Coding<Modifier>;
 
-    explicit Modifier(CountedPtr<ModifierBox> box) : box_(std::move(box)) {}
-
-    CountedPtr<ModifierBox> box_;
+    using BoxedRecord::BoxedRecord;
 };
 
 /// What authors should know of a node's "modifiers".

@@ -3,7 +3,6 @@
 
 #include <concepts>
 #include <span>
-#include <vector>
 
 #include "tavrin/dsl/modifier.h"
 
@@ -30,6 +29,7 @@ concept NodeProtocol = requires(const T& node, Context& context) {
 
 class NodeBox : public RecordBox<NodeType> {
 public:
+    static constexpr const char* name = "Node";
     using Tagged = RecordBox<NodeType>;
     using RecordBox::RecordBox;
 
@@ -49,17 +49,13 @@ public:
     CountedPtr<NodeBox> bound(const ModelContext& model) const override;
     AnyView render(Context& context) const override { return draw(this->record_, context); }
     AnyView renderBound(Context& context, const ModelContext& model) const override {
-        if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
-        return draw(boundCopy(this->record_, model), context);
+        return draw(this->boundRecord(model), context);
     }
 
 private:
     AnyView draw(const Record& record, Context& context) const {
-        if constexpr (NodeProtocol<Record>) {
-            return record.render(context);
-        } else {
-            failUnsupported("Node", *this);
-        }
+        if constexpr (NodeProtocol<Record>) return record.render(context);
+        failUnsupported(NodeBox::name, *this);
     }
 };
 
@@ -77,57 +73,33 @@ private:
 
 template <DSLNodeProtocol Record>
 CountedPtr<NodeBox> NodeBoxOf<Record>::bound(const ModelContext& model) const {
-    if constexpr (!NodeProtocol<Record>) failUnsupported("Node", *this);
-    return CountedPtr<NodeBox>(new BoundNodeBoxOf<Record>(boundCopy(this->record_, model), this->identity()));
+    return CountedPtr<NodeBox>(new BoundNodeBoxOf<Record>(this->boundRecord(model), this->identity()));
 }
 
-/// A tagged node. A value: cheap to copy, immutable but for `bindModel`.
-class Node {
+/// A tagged node.
+class Node : public BoxedRecord<NodeBox> {
 public:
     /// An empty view.
     Node();
     template <DSLNodeProtocol Record>
     Node(Record record)  // NOLINT(google-explicit-constructor): a record is a node wherever one is asked for
-        : box_(new NodeBoxOf<Record>(std::move(record))) {}
+        : Node(CountedPtr<NodeBox>(new NodeBoxOf<Record>(std::move(record)))) {}
     /// Decodes a record of a known type.
     template <DSLNodeProtocol Record>
     static Node decodeAs(const Decoder& decoder) {
         return Node(CountedPtr<NodeBox>(new NodeBoxOf<Record>(decoder)));
     }
 
-    [[nodiscard]] NodeType type() const { return box_->type; }
-    [[nodiscard]] DSLVersion version() const { return box_->version; }
     [[nodiscard]] std::span<const Modifier> modifiers() const { return box_->modifiers(); }
 
-    /// The record inside when it is a `Record`, else null.
-    template <DSLNodeProtocol Record>
-    [[nodiscard]] const Record* as() const {
-        return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
-    }
-
-    [[nodiscard]] bool needsBinding() const { return box_->needsBinding(); }
-    /// Resolves the record's own expressions; not those of children and modifiers, which are bound when they are drawn.
-    /// Throws `ModelContextError`, or `TavrinError` for a record that is no `NodeProtocol`, and then changes nothing.
-    void bindModel(const ModelContext& model) {
-        if (box_->needsBinding()) box_ = box_->bound(model);
-    }
     /// Draws a copy that is bound to the context's model where it has one. Throws what binding and the record throw,
     /// and `TavrinError` of kind "Engine" beyond the context's bounds.
     [[nodiscard]] AnyView render(Context& context) const;
 
-    /// Names the record as it was decoded; copies, bound ones too, have the same.
-    [[nodiscard]] const void* identity() const { return box_->identity(); }
-    /// Shows `visitor` the nodes and modifiers that the record holds itself.
-    void showContents(ContentsVisitor& visitor) const { box_->showContents(visitor); }
-
-    friend bool operator==(const Node& a, const Node& b) { return a.box_ == b.box_ || a.box_->equals(*b.box_); }
-
 private:
     friend struct Coding<Node>;
 
-    explicit Node(CountedPtr<NodeBox> box) : box_(std::move(box)) {}
-
-    CountedPtr<NodeBox> box_;
+    using BoxedRecord::BoxedRecord;
 };
 
 /// Wraps a record into a `Node` with its own tag.

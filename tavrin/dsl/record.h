@@ -51,9 +51,6 @@ template <DSLRecord Record>
 /// Whether binding would change the record: some property, or a record held directly, holds an expression.
 template <DSLRecord Record>
 [[nodiscard]] bool needsBinding(const Record& record);
-/// A copy of the record whose expressions are replaced by what they resolve to in a model. Throws `ModelContextError`.
-template <DSLRecord Record>
-[[nodiscard]] Record boundCopy(const Record& record, const ModelContext& model);
 /// Replaces a record's expressions by what they resolve to. Throws `ModelContextError`; what was bound before stays.
 template <DSLRecord Record>
 void bindModel(Record& record, const ModelContext& model);
@@ -96,7 +93,7 @@ struct FieldBinding<DSLValue<std::optional<T>>> {
 };
 
 template <bool first, DSLRecord Record>
-void bindFields(Record& record, const ModelContext& model) {
+void bindThose(Record& record, const ModelContext& model) {
     forEachField<Record>([&]<class Wrapper>(const Field<Record, Wrapper>& field) {
         if constexpr (FieldBinding<Wrapper>::boundFirst == first) {
             Wrapper& value = record.*field.member;
@@ -106,14 +103,11 @@ void bindFields(Record& record, const ModelContext& model) {
     });
 }
 
-/// A copy of a record whose own values are bound in declaration order, and then what it holds directly. The first
-/// failure ends it.
+/// Binds a record's own values in declaration order, and then what it holds directly. The first failure ends it.
 template <DSLRecord Record>
-[[nodiscard]] Record boundFields(const Record& record, const ModelContext& model) {
-    Record bound = record;
-    bindFields<true>(bound, model);
-    bindFields<false>(bound, model);
-    return bound;
+void bindFields(Record& record, const ModelContext& model) {
+    bindThose<true>(record, model);
+    bindThose<false>(record, model);
 }
 
 template <DSLRecord Record>
@@ -124,22 +118,20 @@ bool needsBinding(const Record& record) {
 }
 
 template <DSLRecord Record>
-Record boundCopy(const Record& record, const ModelContext& model) {
-    if constexpr (requires { record.boundToModel(model); }) {
-        return record.boundToModel(model);  // the record binds some property its own way
+void bindModel(Record& record, const ModelContext& model) {
+    if constexpr (requires { record.bindToModel(model); }) {
+        record.bindToModel(model);  // the record binds some property its own way
     } else {
-        return boundFields(record, model);
+        bindFields(record, model);
     }
 }
 
+/// A copy of the record whose expressions are replaced by what they resolve to in a model. Throws `ModelContextError`.
 template <DSLRecord Record>
-void bindModel(Record& record, const ModelContext& model) {
-    if constexpr (requires { record.boundToModel(model); }) {
-        record = record.boundToModel(model);
-    } else {
-        bindFields<true>(record, model);
-        bindFields<false>(record, model);
-    }
+[[nodiscard]] Record boundCopy(const Record& record, const ModelContext& model) {
+    Record bound = record;
+    bindModel(bound, model);
+    return bound;
 }
 
 /// Decodes the property at a place in a record's list of fields.

@@ -47,6 +47,22 @@ protected:
     bool needsBinding_ = false;  // settled once, when the box is made
 };
 
+/// A record's text form for messages: its tag and its members.
+template <class Tag>
+[[nodiscard]] std::string describe(const RecordBox<Tag>& box) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject();
+    box.encodeMembers(writer);
+    writer.endObject();
+    return std::string(rawValue(box.type)) + " " + std::move(writer).text();
+}
+
+/// What binding and drawing a record come to that can do neither; `kind` is "Node" or "Modifier".
+template <class Tag>
+[[noreturn]] void failUnsupported(const char* kind, const RecordBox<Tag>& box) {
+    throw TavrinError(kind, "unsupported type: " + describe(box) + ")");
+}
+
 /// The box of one record type; `Base` is the interface of nodes or of modifiers. A record that is not `supported` can
 /// be stored, but neither bound nor drawn.
 template <DSLRecord Record, class Base, bool supported>
@@ -69,27 +85,17 @@ public:
     void encodeMembers(JSONWriter& writer) const final { encodeFields(record_, writer); }
 
 protected:
+    /// A bound copy of the record.
+    [[nodiscard]] Record boundRecord(const ModelContext& model) const {
+        if constexpr (!supported) failUnsupported(Base::name, *this);
+        return boundCopy(record_, model);
+    }
+
     const Record record_;
 
 private:
     void settle() { this->needsBinding_ = !supported || tavrin::needsBinding(record_); }
 };
-
-/// A record's text form for messages: its tag and its members.
-template <class Tag>
-[[nodiscard]] std::string describe(const RecordBox<Tag>& box) {
-    JSONWriter writer(JSONWriter::Style::compact);
-    writer.beginObject();
-    box.encodeMembers(writer);
-    writer.endObject();
-    return std::string(rawValue(box.type)) + " " + std::move(writer).text();
-}
-
-/// What binding and drawing a record come to that can do neither; `kind` is "Node" or "Modifier".
-template <class Tag>
-[[noreturn]] void failUnsupported(const char* kind, const RecordBox<Tag>& box) {
-    throw TavrinError(kind, "unsupported type: " + describe(box) + ")");
-}
 
 /// Writes a tagged record: its "type" and, beside it, its members.
 template <class Tag>
@@ -98,5 +104,41 @@ void encodeTagged(const RecordBox<Tag>& box, JSONWriter& writer) {
     box.encodeMembers(writer);
     writer.endObject();
 }
+
+/// A tagged record as a value: cheap to copy, immutable but for `bindModel`. What nodes and modifiers have in common.
+template <class Box>
+class BoxedRecord {
+public:
+    [[nodiscard]] auto type() const { return box_->type; }
+    [[nodiscard]] DSLVersion version() const { return box_->version; }
+
+    /// The record inside when it is a `Record`, else null.
+    template <DSLRecord Record>
+    [[nodiscard]] const Record* as() const {
+        return box_->recordType() == typeid(Record) ? static_cast<const Record*>(box_->record()) : nullptr;
+    }
+
+    [[nodiscard]] bool needsBinding() const { return box_->needsBinding(); }
+    /// Resolves the record's own expressions; not those of the nodes and modifiers in it, which are bound when they are
+    /// drawn. Throws `ModelContextError`, or `TavrinError` for a record that can not be drawn, and then changes
+    /// nothing.
+    void bindModel(const ModelContext& model) {
+        if (box_->needsBinding()) box_ = box_->bound(model);
+    }
+
+    /// Names the record as it was decoded; copies, bound nodes too, have the same.
+    [[nodiscard]] const void* identity() const { return box_->identity(); }
+    /// Shows `visitor` the nodes and modifiers that the record holds itself.
+    void showContents(ContentsVisitor& visitor) const { box_->showContents(visitor); }
+
+    friend bool operator==(const BoxedRecord& a, const BoxedRecord& b) {
+        return a.box_ == b.box_ || a.box_->equals(*b.box_);
+    }
+
+protected:
+    explicit BoxedRecord(CountedPtr<Box> box) : box_(std::move(box)) {}
+
+    CountedPtr<Box> box_;
+};
 
 }  // namespace tavrin

@@ -51,7 +51,7 @@ void RenderState::NodeScope::fail(const Context& context) const {
 
 RenderState::ReferenceScope::ReferenceScope(RenderState& state, std::string_view name) : state_(state) {
     std::vector<std::string_view>& open = state.openReferences;
-    const auto first = std::find(open.begin(), open.end(), name);
+    const auto first = std::ranges::find(open, name);
     if (first != open.end()) {
         std::string cycle;
         for (auto step = first; step != open.end(); ++step) cycle.append(*step).append(" -> ");

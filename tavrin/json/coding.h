@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <limits>
@@ -30,22 +29,14 @@ void encode(const T& value, JSONWriter& writer) {
     Coding<T>::encode(value, writer);
 }
 
-template <>
-struct Coding<std::string> {
-    static std::string decode(const Decoder& decoder) {
+template <class T>
+    requires(std::same_as<T, SharedText> || std::same_as<T, std::string>)
+struct Coding<T> {
+    static T decode(const Decoder& decoder) {
         decoder.require(JSONKind::string);
-        return std::string(decoder.value().string());
+        return T(decoder.value().string());
     }
-    static void encode(const std::string& value, JSONWriter& writer) { writer.value(value); }
-};
-
-template <>
-struct Coding<SharedText> {
-    static SharedText decode(const Decoder& decoder) {
-        decoder.require(JSONKind::string);
-        return decoder.value().string();
-    }
-    static void encode(const SharedText& value, JSONWriter& writer) { writer.value(value.view()); }
+    static void encode(const T& value, JSONWriter& writer) { writer.value(std::string_view(value)); }
 };
 
 template <>
@@ -73,11 +64,7 @@ struct Coding<T> {
         decoder.failDataCorrupted("the number is no whole number in range");
     }
     static void encode(T value, JSONWriter& writer) {
-        if constexpr (std::signed_integral<T>) {
-            writer.value(static_cast<std::int64_t>(value));
-        } else {
-            writer.value(static_cast<std::uint64_t>(value));
-        }
+        writer.value(static_cast<std::conditional_t<std::signed_integral<T>, std::int64_t, std::uint64_t>>(value));
     }
 };
 
@@ -116,11 +103,8 @@ struct Coding<std::optional<T>> {
         return tavrin::decode<T>(decoder);
     }
     static void encode(const std::optional<T>& value, JSONWriter& writer) {
-        if (value) {
-            tavrin::encode(*value, writer);
-        } else {
-            writer.value(nullptr);
-        }
+        if (!value) return static_cast<void>(writer.value(nullptr));
+        tavrin::encode(*value, writer);
     }
 };
 

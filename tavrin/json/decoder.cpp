@@ -33,7 +33,7 @@ CodingPath Decoder::codingPath() const {
             path.emplace_back(step->index_);
         }
     }
-    std::reverse(path.begin(), path.end());
+    std::ranges::reverse(path);
     return path;
 }
 

@@ -73,9 +73,8 @@ JSONObject::JSONObject(Members members) : members_(std::move(members)) {
     byKey_.resize(members_.size());
     std::iota(byKey_.begin(), byKey_.end(), std::uint32_t{0});
     // Stable, so that the first of equal keys comes first and is the one a look-up meets.
-    std::stable_sort(byKey_.begin(), byKey_.end(), [&](std::uint32_t a, std::uint32_t b) {
-        return members_[a].first.view() < members_[b].first.view();
-    });
+    std::ranges::stable_sort(
+        byKey_, [&](std::uint32_t a, std::uint32_t b) { return members_[a].first.view() < members_[b].first.view(); });
 }
 
 const JSON* JSONObject::find(std::string_view key) const {

@@ -83,11 +83,8 @@ private:
 
     template <class Scalar>
     static Widest<Scalar> widest(Scalar scalar) {
-        if constexpr (std::same_as<Scalar, float>) {
-            return doubleOfSameText(scalar);
-        } else {
-            return static_cast<Widest<Scalar>>(scalar);
-        }
+        if constexpr (std::same_as<Scalar, float>) return doubleOfSameText(scalar);
+        return static_cast<Widest<Scalar>>(scalar);
     }
 
     Value value_;

@@ -12,7 +12,7 @@ bool isContainer(const JSON& value) {
     return std::holds_alternative<JSONObject>(value.object()) || std::holds_alternative<JSONArray>(value.object());
 }
 
-bool holdsContainers(const JSONArray& array) { return std::any_of(array.begin(), array.end(), isContainer); }
+bool holdsContainers(const JSONArray& array) { return std::ranges::any_of(array, isContainer); }
 
 /// Compares two values side by side.
 class Comparison {

@@ -10,11 +10,6 @@
 namespace tavrin {
 
 JSONOutline::JSONOutline(std::string_view text) : text_(text.substr(0, maximumBytes)) {
-    read();
-    if (values_.empty()) values_.push_back({.last = 1});
-}
-
-void JSONOutline::read() {
     using Event = JSONScanner::Event;
     struct Container {
         Index index;
@@ -49,6 +44,7 @@ void JSONOutline::read() {
         }
     }
     for (const Container& container : open) values_[container.index].last = static_cast<Index>(values_.size());
+    if (values_.empty()) values_.push_back({.last = 1});
 }
 
 std::string_view JSONOutline::raw(Index index) const {
@@ -71,7 +67,7 @@ CodingPath JSONOutline::path(Index index) const {
         else
             path.emplace_back(std::size_t{values_[index].position});
     }
-    std::reverse(path.begin(), path.end());
+    std::ranges::reverse(path);
     return path;
 }
 

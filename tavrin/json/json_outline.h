@@ -66,8 +66,6 @@ public:
     }
 
 private:
-    void read();
-
     std::string_view text_;
     pool::Vector<Value> values_;
 };

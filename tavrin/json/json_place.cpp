@@ -20,7 +20,7 @@ TextPlace placeAt(std::string_view text, std::size_t offset) {
     offset = std::min(offset, text.size());
     const std::string_view before = text.substr(0, offset);
     const std::size_t start = startOfLine(text, offset);
-    const auto lineEnds = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+    const auto lineEnds = static_cast<std::size_t>(std::ranges::count(before, '\n'));
     return {offset, lineEnds + 1, countCodePoints(before.substr(start)) + 1};
 }
 

@@ -195,8 +195,7 @@ std::optional<char32_t> JSONScanner::hexDigits() {
             expected("four hexadecimal digits after '\\u'");
             return std::nullopt;
         }
-        const char c = text_[at_];
-        number = number * 16 + static_cast<char32_t>(isDigit(c) ? c - '0' : (c | 0x20) - 'a' + 10);
+        number = number * 16 + hexValue(text_[at_]);
     }
     return number;
 }

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 #include "tavrin/platform/foundation/memory/short_text.h"
 

@@ -9,27 +9,18 @@
 namespace tavrin {
 namespace {
 
-Color plainColor(const ColorNode& node, Context& context) {
-    const AnyView rendered = node.render(context);
-    if (const Color* plain = mirrorKeyPath("storage.view", rendered).as<Color>()) return *plain;
+Color foregroundColor(const ColorNode& node, Context& context) {
+    if (const std::optional<Color> plain = plainColor(node, context)) return *plain;
     throw TavrinError("ForegroundColorModifier", "invalid color node");
 }
 
-std::optional<Color> colorOf(const ColorNode& node, Context& context) {
+Color borderColor(const BorderModifier& border, Context& context) {
     try {
-        const AnyView rendered = node.render(context);
-        const Color* color = mirrorKeyPath("storage.view", rendered).as<Color>();
-        return color != nullptr ? std::optional(*color) : std::nullopt;
+        if (const auto color = plainColor(border.colorNode.wrappedValue, context)) return *color;
     } catch (const TavrinError& error) {
         if (error.kind == "Precondition") throw;  // no error at all, but for those who asked for one
-        return std::nullopt;
-    } catch (const std::exception&) {  // a border that cannot have its colour takes the next one
-        return std::nullopt;
+    } catch (const std::exception&) {             // a border that cannot have its colour takes the next one
     }
-}
-
-Color borderColor(const BorderModifier& border, Context& context) {
-    if (const std::optional<Color> color = colorOf(border.colorNode.wrappedValue, context)) return *color;
     return colorFromHexString(border.color.wrappedValue()).value_or(Color::white);
 }
 
@@ -44,7 +35,7 @@ Shape outlineOf(const AnyView& view) {
 
 AnyView ForegroundColorModifier::modify(AnyView view, Context& context) const {
     return ForegroundColor{.color = within(keyOf<&ForegroundColorModifier::color>,
-                                           [&] { return plainColor(color.wrappedValue, context); }),
+                                           [&] { return foregroundColor(color.wrappedValue, context); }),
                            .content = std::move(view)};
 }
 

@@ -12,6 +12,11 @@
 
 namespace tavrin {
 
+/// What authors should know of a frame's length.
+constexpr Note frameNote(std::string_view text, std::string_view absent, std::string_view example) {
+    return {.text = text, .unit = Unit::points, .minimum = 0, .absent = absent, .example = example};
+}
+
 /// A fixed room and, around it, a flexible one; always both. Lengths are in points.
 struct FrameModifier {
     static constexpr ModifierType type = ModifierType::frame;
@@ -28,42 +33,16 @@ struct FrameModifier {
     LosslessDSLValue<std::optional<AlignmentDSL>> alignment = {};
 
     static constexpr Fields fields{
-        Field{"width", &FrameModifier::width,
-              Note{.text = "The exact width.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own width",
-                   .example = "40"}},
-        Field{"height", &FrameModifier::height,
-              Note{.text = "The exact height.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own height",
-                   .example = "40"}},
-        Field{"minWidth", &FrameModifier::minWidth,
-              Note{.text = "The least width.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own width",
-                   .example = "20"}},
+        Field{"width", &FrameModifier::width, frameNote("The exact width.", "the view's own width", "40")},
+        Field{"height", &FrameModifier::height, frameNote("The exact height.", "the view's own height", "40")},
+        Field{"minWidth", &FrameModifier::minWidth, frameNote("The least width.", "the view's own width", "20")},
         Field{"maxWidth", &FrameModifier::maxWidth,
-              Note{.text = "The greatest width; `\"infinity\"` takes all that is offered.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own width",
-                   .example = R"("infinity")"}},
-        Field{"minHeight", &FrameModifier::minHeight,
-              Note{.text = "The least height.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own height",
-                   .example = "20"}},
+              frameNote("The greatest width; `\"infinity\"` takes all that is offered.", "the view's own width",
+                        R"("infinity")")},
+        Field{"minHeight", &FrameModifier::minHeight, frameNote("The least height.", "the view's own height", "20")},
         Field{"maxHeight", &FrameModifier::maxHeight,
-              Note{.text = "The greatest height; `\"infinity\"` takes all that is offered.",
-                   .unit = Unit::points,
-                   .minimum = 0,
-                   .absent = "the view's own height",
-                   .example = R"("infinity")"}},
+              frameNote("The greatest height; `\"infinity\"` takes all that is offered.", "the view's own height",
+                        R"("infinity")")},
         Field{"alignment", &FrameModifier::alignment,
               Note{.text = "Where the view lies in a larger room.", .defaultValue = R"("center")"}}};
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
-
 #include "tavrin/dsl/modifier.h"
 
 namespace tavrin {

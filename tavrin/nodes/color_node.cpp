@@ -6,6 +6,7 @@
 #include "tavrin/nodes/color_string.h"
 #include "tavrin/platform/foundation/strings/graphemes.h"
 #include "tavrin/platform/ui/views.h"
+#include "tavrin/values/mirror_key_path.h"
 
 namespace tavrin {
 namespace {
@@ -48,15 +49,21 @@ AnyView solidView(const ColorNode& node) {
 
 }  // namespace
 
-ColorNode ColorNode::boundToModel(const ModelContext& model) const {
-    ColorNode bound = boundFields(*this, model);
-    if (!value.resolved()) bound.value.setWrappedValue(convertARGB(bound.value.wrappedValue()));
-    return bound;
+void ColorNode::bindToModel(const ModelContext& model) {
+    const bool isOfModel = !value.resolved();
+    bindFields(*this, model);
+    if (isOfModel) value.setWrappedValue(convertARGB(value.wrappedValue()));
 }
 
 AnyView ColorNode::render(Context& context) const {
     const bool isGradient = gradient.wrappedValue() == true;
     return applyModifiers(*this, isGradient ? gradientView(*this) : solidView(*this), context);
+}
+
+std::optional<Color> plainColor(const ColorNode& node, Context& context) {
+    const AnyView rendered = node.render(context);
+    const auto* const color = mirrorKeyPath("storage.view", rendered).as<Color>();
+    return color ? std::optional(*color) : std::nullopt;
 }
 
 }  // namespace tavrin

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "tavrin/dsl/node.h"
+#include "tavrin/platform/ui/color.h"
 #include "tavrin/values/unit_point_dsl.h"
 
 namespace tavrin {
@@ -49,9 +49,12 @@ struct ColorNode {
 
     /// Binds as every record does; but models carry colours with a hexadecimal alpha, documents do not, so a "value"
     /// that comes from the model is converted.
-    [[nodiscard]] ColorNode boundToModel(const ModelContext& model) const;
+    void bindToModel(const ModelContext& model);
 
     [[nodiscard]] AnyView render(Context& context) const;
 };
+
+/// The plain colour that a node draws; none where it draws anything else.
+[[nodiscard]] std::optional<Color> plainColor(const ColorNode& node, Context& context);
 
 }  // namespace tavrin

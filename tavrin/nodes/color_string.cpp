@@ -46,7 +46,7 @@ std::string_view trimmed(std::string_view text) {
                                            "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
                                            "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u2028",
                                            "\u2029", "\u202F", "\u205F", "\u3000"};
-    const auto find = [&](auto stands) { return std::find_if(std::begin(spaces), std::end(spaces), stands); };
+    const auto find = [&](auto stands) { return std::ranges::find_if(spaces, stands); };
     for (;;) {
         const auto* const space = find([&](std::string_view each) { return text.starts_with(each); });
         if (space == std::end(spaces)) break;

@@ -80,19 +80,22 @@ AnyView bar(const LinearProgressViewStyle& style, double fraction, Size room) {
     return FixedFrame{.width = room.width, .height = room.height, .content = std::move(content)};
 }
 
-/// What the two styles print alike: the keys up to `attachment`, and those from `color` on.
+/// What a style prints; the keys of both stand in one order.
 template <class Style>
-void writeLine(const Style& style, ViewWriter& writer) {
-    writer.json().key("lineWidth").value(double{style.lineWidth}).key("lineCap").value(rawValue(style.lineCap));
-}
-
-template <class Style>
-void writeColors(const Style& style, ViewWriter& writer) {
-    writer.json().key("color");
+void writeStyle(std::string_view name, const Style& style, ViewWriter& writer) {
+    JSONWriter& json = writer.json();
+    json.beginObject().key(name).beginObject();
+    json.key("lineWidth").value(style.lineWidth).key("lineCap").value(rawValue(style.lineCap));
+    if constexpr (requires { style.lineCornerRadius; }) json.key("lineCornerRadius").value(style.lineCornerRadius);
+    json.key("attachment");
+    writer.part(style.attachment);
+    if constexpr (requires { style.attachmentPosition; })
+        json.key("attachmentPosition").value(rawValue(style.attachmentPosition));
+    json.key("color");
     writer.viewValue(style.color);
-    writer.json().key("background");
+    json.key("background");
     writer.viewValue(style.background);
-    writer.json().key("flip").value(style.flip);
+    json.key("flip").value(style.flip).endObject().endObject();
 }
 
 template <class Style>
@@ -108,14 +111,7 @@ AnyView CircularProgressViewStyle::makeBody(const ProgressViewStyleConfiguration
                               const GeometryProxy& geometry) { return ring(style, fraction, geometry.size); }};
 }
 
-void CircularProgressViewStyle::write(ViewWriter& writer) const {
-    writer.json().beginObject().key("circular").beginObject();
-    writeLine(*this, writer);
-    writer.json().key("attachment");
-    writer.part(attachment);
-    writeColors(*this, writer);
-    writer.json().endObject().endObject();
-}
+void CircularProgressViewStyle::write(ViewWriter& writer) const { writeStyle("circular", *this, writer); }
 
 void CircularProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
     forEachView(*this, visit);
@@ -126,21 +122,7 @@ AnyView LinearProgressViewStyle::makeBody(const ProgressViewStyleConfiguration& 
                               const GeometryProxy& geometry) { return bar(style, fraction, geometry.size); }};
 }
 
-void LinearProgressViewStyle::write(ViewWriter& writer) const {
-    writer.json().beginObject().key("linear").beginObject();
-    writeLine(*this, writer);
-    writer.json().key("lineCornerRadius");
-    if (lineCornerRadius) {
-        writer.json().value(double{*lineCornerRadius});
-    } else {
-        writer.json().value(nullptr);
-    }
-    writer.json().key("attachment");
-    writer.part(attachment);
-    writer.json().key("attachmentPosition").value(rawValue(attachmentPosition));
-    writeColors(*this, writer);
-    writer.json().endObject().endObject();
-}
+void LinearProgressViewStyle::write(ViewWriter& writer) const { writeStyle("linear", *this, writer); }
 
 void LinearProgressViewStyle::forEachInside(const std::function<void(const AnyView&)>& visit) const {
     forEachView(*this, visit);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/nodes/shape_nodes.h"
 
-#include "tavrin/values/mirror_key_path.h"
-
 namespace tavrin {
 namespace {
 
@@ -11,10 +9,8 @@ RoundedCornerStyle styleOf(const LosslessDSLValue<std::optional<RoundedCornerSty
 }
 
 /// The plain colour that the colour node of a key draws; gray where it draws anything else.
-Color plainColor(std::string_view key, const ColorNode& node, Context& context) {
-    const AnyView rendered = within(key, [&] { return node.render(context); });
-    const Color* color = mirrorKeyPath("storage.view", rendered).as<Color>();
-    return color != nullptr ? *color : Color::gray;
+Color colorOf(std::string_view key, const ColorNode& node, Context& context) {
+    return within(key, [&] { return plainColor(node, context); }).value_or(Color::gray);
 }
 
 /// Strokes or fills a bare shape as its node says; stroking leaves the fill out.
@@ -23,13 +19,12 @@ AnyView handleStrokeAndFill(const BareShape& view, const NodeRecord& node, Conte
     constexpr float defaultLineWidth = 1;
     if (node.stroke.wrappedValue() == true) {
         const std::optional<ColorNode>& color = node.strokeColor.wrappedValue;
-        return StrokedShape{
-            .shape = view,
-            .stroke = color ? plainColor(keyOf<&NodeRecord::strokeColor>, *color, context) : Color::gray,
-            .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
+        return StrokedShape{.shape = view,
+                            .stroke = color ? colorOf(keyOf<&NodeRecord::strokeColor>, *color, context) : Color::gray,
+                            .lineWidth = node.lineWidth.wrappedValue().value_or(defaultLineWidth)};
     }
     if (const std::optional<ColorNode>& color = node.fillColor.wrappedValue)
-        return FilledShape{.shape = view, .fill = plainColor(keyOf<&NodeRecord::fillColor>, *color, context)};
+        return FilledShape{.shape = view, .fill = colorOf(keyOf<&NodeRecord::fillColor>, *color, context)};
     return view;
 }
 

@@ -3,7 +3,6 @@
 
 #include <concepts>
 #include <optional>
-#include <type_traits>
 
 #include "tavrin/dsl/dsl_root.h"
 #include "tavrin/engine/record_types.h"
@@ -11,53 +10,29 @@
 namespace tavrin {
 namespace {
 
+/// What a type is where it stands for itself.
+template <class T>
+consteval ValueKind kindOf() {
+    if constexpr (std::same_as<T, Node>) return ValueKind::node;
+    if constexpr (std::same_as<T, Modifier>) return ValueKind::modifier;
+    if constexpr (DSLNodeProtocol<T>) return ValueKind::nodeRecord;
+    if constexpr (DSLRecord<T> && !DSLNodeProtocol<T>) return ValueKind::part;
+    if constexpr (StringConvertible<T>) return ValueKind::keyword;
+    if constexpr (std::same_as<T, bool>) return ValueKind::boolean;
+    if constexpr (std::integral<T>) return ValueKind::integer;
+    if constexpr (std::floating_point<T>) return ValueKind::number;
+    if constexpr (std::same_as<T, SharedText> || std::same_as<T, std::string>) return ValueKind::text;
+}
+
 /// Fills in what a property's type says of its field; wrappers add their share and pass on.
 template <class T>
-struct Describe;
-
-template <class T>
-    requires(std::same_as<T, SharedText> || std::same_as<T, std::string>)
-struct Describe<T> {
-    static void in(LanguageField& field) { field.kind = ValueKind::text; }
-};
-template <>
-struct Describe<bool> {
-    static void in(LanguageField& field) { field.kind = ValueKind::boolean; }
-};
-template <std::integral T>
-    requires(!std::same_as<T, bool>)
-struct Describe<T> {
-    static void in(LanguageField& field) { field.kind = ValueKind::integer; }
-};
-template <std::floating_point T>
-struct Describe<T> {
-    static void in(LanguageField& field) { field.kind = ValueKind::number; }
-};
-template <StringConvertible Enum>
-struct Describe<Enum> {
+struct Describe {
     static void in(LanguageField& field) {
-        field.kind = ValueKind::keyword;
-        field.words = Keywords<Enum>::raw;
-    }
-};
-template <>
-struct Describe<Node> {
-    static void in(LanguageField& field) { field.kind = ValueKind::node; }
-};
-template <>
-struct Describe<Modifier> {
-    static void in(LanguageField& field) { field.kind = ValueKind::modifier; }
-};
-template <DSLRecord Record>
-struct Describe<Record> {
-    static void in(LanguageField& field) {
-        if constexpr (requires { Record::type; }) {
-            field.kind = ValueKind::nodeRecord;
-            field.record = rawValue(Record::type);
-        } else {
-            field.kind = ValueKind::part;
-            field.record = Record::name;
-        }
+        constexpr ValueKind kind = kindOf<T>();
+        field.kind = kind;
+        if constexpr (kind == ValueKind::keyword) field.words = Keywords<T>::raw;
+        if constexpr (kind == ValueKind::nodeRecord) field.record = rawValue(T::type);
+        if constexpr (kind == ValueKind::part) field.record = T::name;
     }
 };
 template <class T>

@@ -1,35 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/values/mirror_key_path.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
-namespace {
-
-/// What a path has reached: erased views are the only values with labelled members, two in a row.
-enum class Reached { erasedView, storage, concreteView };
-
-}  // namespace
-
 const AnyView& mirrorKeyPath(std::string_view keyPath, const AnyView& view) {
-    Reached reached = Reached::erasedView;
-    std::string_view rest = keyPath;
-    while (!rest.empty()) {
-        const std::size_t dot = rest.find('.');
-        const std::string_view label = rest.substr(0, dot);
-        rest.remove_prefix(dot == std::string_view::npos ? rest.size() : dot + 1);
+    // Erased views are the only values with labelled members, two in a row.
+    constexpr std::array<std::string_view, 2> labels{"storage", "view"};
+    std::size_t reached = 0;
+    bool leadsOn = true;
+    for (std::string_view rest = keyPath; leadsOn && !rest.empty();) {
+        const std::string_view label = rest.substr(0, rest.find('.'));
+        rest.remove_prefix(std::min(label.size() + 1, rest.size()));
         if (label.empty()) continue;
-        if (reached == Reached::erasedView && label == "storage") {
-            reached = Reached::storage;
-        } else if (reached == Reached::storage && label == "view") {
-            reached = Reached::concreteView;
-        } else {
-            throw TavrinError("Unwrap AnyView", "value not found for key path: " + std::string(keyPath));
-        }
+        leadsOn = reached < labels.size() && label == labels[reached];
+        ++reached;
     }
-    if (reached == Reached::storage)
+    if (!leadsOn || reached == 1)
         throw TavrinError("Unwrap AnyView", "value not found for key path: " + std::string(keyPath));
     return view;
 }

@@ -8,17 +8,13 @@ namespace tavrin {
 namespace {
 
 std::string debugDescription(std::string_view key) {
+    constexpr std::string_view letters = "\"\\nrt0";
+    constexpr std::string_view meanings("\"\\\n\r\t\0", letters.size());
     std::string text = "\"";
     for (const char c : key) {
-        switch (c) {
-            case '"': text += "\\\""; break;
-            case '\\': text += "\\\\"; break;
-            case '\n': text += "\\n"; break;
-            case '\r': text += "\\r"; break;
-            case '\t': text += "\\t"; break;
-            case '\0': text += "\\0"; break;
-            default: text += c;
-        }
+        const std::size_t letter = meanings.find(c);
+        if (letter < letters.size()) text += '\\';
+        text += letter < letters.size() ? letters[letter] : c;
     }
     return text + '"';
 }

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <type_traits>
 #include <variant>
-#include <vector>
 
 #include "tavrin/json/json.h"
 #include "tavrin/platform/foundation/placed_error.h"

@@ -17,7 +17,7 @@ void failUnknownKeyword(const Decoder& decoder, std::string_view type, std::span
     message += std::string_view("aeiou").find(type.front()) == std::string_view::npos ? "a " : "an ";
     message += type;
     // Numbers are all alike; for words the nearest is the likely one.
-    const bool isWord = std::any_of(word.begin(), word.end(), isLetter<char>);
+    const bool isWord = std::ranges::any_of(word, isLetter<char>);
     if (const auto meant = isWord ? closestMatch(word, words) : std::nullopt) {
         message += "; did you mean " + quoted(*meant) + "?";
     } else if (words.size() <= mostListed) {

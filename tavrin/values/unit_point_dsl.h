@@ -6,7 +6,7 @@
 
 #include "tavrin/platform/foundation/note.h"
 #include "tavrin/platform/ui/unit_point.h"
-#include "tavrin/values/text_conversion.h"
+#include "tavrin/values/alignment_dsl.h"
 
 namespace tavrin {
 
@@ -30,20 +30,12 @@ struct Keywords<UnitPointDSL> : NamedKeywords<UnitPointDSL> {
     static constexpr UnitPointDSL defaultCase = UnitPointDSL::zero;
 };
 
-/// The platform's point of the same name.
+/// The platform's point of the same name: but for `zero` the place that the alignment of that name is.
 [[nodiscard]] constexpr UnitPoint platformValue(UnitPointDSL point) {
-    using enum UnitPointDSL;
-    constexpr EnumeratorTable<UnitPointDSL, UnitPoint> values{{{zero, UnitPoint::zero},
-                                                               {center, UnitPoint::center},
-                                                               {leading, UnitPoint::leading},
-                                                               {trailing, UnitPoint::trailing},
-                                                               {top, UnitPoint::top},
-                                                               {bottom, UnitPoint::bottom},
-                                                               {topLeading, UnitPoint::topLeading},
-                                                               {topTrailing, UnitPoint::topTrailing},
-                                                               {bottomLeading, UnitPoint::bottomLeading},
-                                                               {bottomTrailing, UnitPoint::bottomTrailing}}};
-    return values[point];
+    const std::optional<AlignmentDSL> namesake = enumeratorNamed<AlignmentDSL>(name(point));
+    if (!namesake) return UnitPoint::zero;
+    const Alignment place = platformValue(*namesake);
+    return {fraction(place.horizontal), fraction(place.vertical)};
 }
 
 /// What authors should know of an effect's "anchor".

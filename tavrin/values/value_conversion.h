@@ -35,11 +35,8 @@ template <class T, class Number>
     if constexpr (DSLOptional<T>) {
         return std::optional<T>(std::in_place, convertNumber<typename T::value_type>(number));
     } else if constexpr (std::floating_point<T>) {
-        if constexpr (std::same_as<T, float> && std::same_as<Number, double>) {
-            return singlePrecision(number);
-        } else {
-            return static_cast<T>(number);
-        }
+        if constexpr (std::same_as<T, float> && std::same_as<Number, double>) return singlePrecision(number);
+        return static_cast<T>(number);
     } else if constexpr (std::integral<T> && !std::same_as<T, bool> && std::integral<Number>) {
         return std::in_range<T>(number) ? std::optional<T>(static_cast<T>(number)) : std::nullopt;
     } else {
@@ -68,11 +65,8 @@ template <class T>
 /// Converts a text of the model, which is shared where a text is asked for.
 template <class T>
 [[nodiscard]] std::optional<T> convertText(const SharedText& text) {
-    if constexpr (std::convertible_to<const SharedText&, T>) {
-        return text;
-    } else {
-        return fromText<T>(text);
-    }
+    if constexpr (std::convertible_to<const SharedText&, T>) return text;
+    return fromText<T>(text);
 }
 
 /// Converts a value of the model; null, arrays and dictionaries go through their text form.

@@ -42,7 +42,7 @@ public:
 
     /// The moment in `options` counts for nothing. `notes` hears what the view logs while it is laid out, where it
     /// comes from a `BoundDocument`.
-    AnimationRenderer(AnyView view, RenderOptions options, std::function<void(const WidgetNote&)> notes = {});
+    AnimationRenderer(AnyView view, RenderOptions options, NoteSink notes = {});
     ~AnimationRenderer();
     AnimationRenderer(const AnimationRenderer&) = delete;
     AnimationRenderer& operator=(const AnimationRenderer&) = delete;

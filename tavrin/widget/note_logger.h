@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <utility>
 
 #include "tavrin/platform/foundation/logger.h"
 #include "tavrin/widget/widget_options.h"
 
 namespace tavrin {
-
-using NoteSink = std::function<void(const WidgetNote&)>;
 
 /// Makes notes of the errors that are logged. Views keep the logger that they were bound with, but what they tell it
 /// while a thread lays one widget out is that widget's: see `Hearing`.

@@ -32,6 +32,9 @@ struct WidgetNote {
     [[nodiscard]] std::string text() const { return (code.empty() ? "warning: " : "error " + code + ": ") + message; }
 };
 
+/// Hears what is doubtful.
+using NoteSink = std::function<void(const WidgetNote&)>;
+
 /// What is kept of how a widget came about.
 enum class WidgetTrace : unsigned char {
     none,
@@ -80,7 +83,7 @@ struct WidgetOptions {
     RenderBudget budget = {};
     WidgetTrace trace = WidgetTrace::none;
     /// Hears what is doubtful, on the thread that works; it must live as long as what is made with it.
-    std::function<void(const WidgetNote&)> notes = {};
+    NoteSink notes = {};
 };
 
 }  // namespace tavrin

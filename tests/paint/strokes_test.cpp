@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/paint/canvas.h"
+#include "tests/paint/drawn.h"
 
 // Strokes of every width, by how far each pixel is from the outline.
 
@@ -31,9 +31,9 @@ PixelBuffer stroked(const Outline& outline, double width, double scale, bool gra
     const RGBA half{0, 0, 0, 0.5};
     const Paint paint = gradient ? Paint{Gradient{{half, half}, {0, 0}, {9, 9}}} : Paint{half};
     const Point corner{(page.width - outline.size.width) / 2, (page.height - outline.size.height) / 2};
-    Canvas canvas = Canvas::raster(page, scale);
-    canvas.stroke(outline.shape, {corner, outline.size}, paint, {width});
-    return canvas.finishRaster();
+    return drawn(page, scale, [&](Canvas& canvas) {
+        canvas.stroke(outline.shape, {corner, outline.size}, paint, {width});
+    });
 }
 
 void expectCoverage(const PixelBuffer& picture, const Outline& outline, double width, double scale) {

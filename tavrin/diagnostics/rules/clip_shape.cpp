@@ -7,10 +7,6 @@
 namespace tavrin {
 namespace {
 
-bool isList(const JSONOutline& outline, const WrittenMember* member) {
-    return member && outline.isArray(member->value) && outline[member->value].last > member->value + 1;
-}
-
 bool isGiven(const JSONOutline& outline, const WrittenMember* member) {
     return member && outline.kind(member->value) != 'n';
 }
@@ -20,13 +16,12 @@ std::string faultOf(const JSONOutline& outline, const WrittenRecord& node) {
     if (!isA<CircleNode, CapsuleNode, RoundedRectangleNode>(node))
         return "a " + std::string(node.type->name) +
                " is no shape to clip to; a circle, a capsule or a roundedRectangle is";
-    if (isList(outline,
-               memberOf<&CircleNode::modifiers, &CapsuleNode::modifiers, &RoundedRectangleNode::modifiers>(node)))
+    if (isFilledList(outline,
+                     memberOf<&CircleNode::modifiers, &CapsuleNode::modifiers, &RoundedRectangleNode::modifiers>(node)))
         return "a clip's shape must have no modifiers";
     const WrittenMember* const stroke =
         memberOf<&CircleNode::stroke, &CapsuleNode::stroke, &RoundedRectangleNode::stroke>(node);
-    if (stroke && (outline.raw(stroke->value) == "true" || outline.raw(stroke->value) == "\"true\""))
-        return "a clip's shape must not be stroked";
+    if (isTrue(outline, stroke)) return "a clip's shape must not be stroked";
     const bool mayBeStroked = stroke && outline.isString(stroke->value);  // then the fill does not count
     if (isGiven(outline,
                 memberOf<&CircleNode::fillColor, &CapsuleNode::fillColor, &RoundedRectangleNode::fillColor>(node)) &&
@@ -50,14 +45,13 @@ const WrittenRecord* drawn(const WrittenDocument& document, const WrittenRecord*
 }  // namespace
 
 void findRefusedClipShapes(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
         const WrittenMember* const view = memberOf<&ClipShapeModifier::view>(record);
         const WrittenRecord* const node =
             view ? drawn(subject.document, subject.document.recordAt(view->value)) : nullptr;
         if (!node) continue;
-        const std::string fault = faultOf(outline, *node);
-        if (!fault.empty()) findings.add(Rule::clipShape, outline, view->value, fault);
+        const std::string fault = faultOf(subject.outline, *node);
+        if (!fault.empty()) findings.add(Rule::clipShape, subject.outline, view->value, fault);
     }
 }
 

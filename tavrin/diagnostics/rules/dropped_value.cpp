@@ -29,7 +29,7 @@ bool isReadable(const LanguageField& field, std::string_view text) {
         case ValueKind::boolean:
         case ValueKind::keyword: {
             const auto words = wordsOf(field);
-            return std::find(words.begin(), words.end(), text) != words.end();
+            return std::ranges::find(words, text) != words.end();
         }
         case ValueKind::text: return !isTimeZone(field) || timeZoneNames().empty() || TimeZone::named(text).has_value();
         default: return true;
@@ -86,16 +86,15 @@ void reportBound(const JSONOutline& outline, const WrittenMember& member, const 
 }  // namespace
 
 void findDroppedValues(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
         const LanguageField& field = *member.field;
         if (!field.isLossless || field.isRequired || findings.isFull()) return;
         if (const auto expression = expressionIn(subject.document, member)) {
-            if (!subject.model || !isWellFormed(*expression)) return;
-            const auto text = subject.model->find(*expression);
-            if (text && *text != "null" && !isReadable(field, *text)) reportBound(outline, member, *text, findings);
-        } else if (const auto text = scalarText(outline, member.value); text && !isReadable(field, *text)) {
-            reportLiteral(outline, member, *text, findings);
+            const auto text = textBehind(subject, *expression);
+            if (text && *text != "null" && !isReadable(field, *text))
+                reportBound(subject.outline, member, *text, findings);
+        } else if (const auto text = scalarText(subject.outline, member.value); text && !isReadable(field, *text)) {
+            reportLiteral(subject.outline, member, *text, findings);
         }
     });
 }

@@ -16,16 +16,13 @@ bool isAddress(const WrittenRecord& record, const WrittenMember& member, bool ha
 }  // namespace
 
 void findInvalidURLs(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord& record, const WrittenMember& member) {
-        if (!isAddress(record, member, subject.hasPictureFolder) || !outline.isString(member.value)) return;
-        std::optional<std::string> text = outline.string(member.value);
+        if (!isAddress(record, member, subject.hasPictureFolder) || !subject.outline.isString(member.value)) return;
         const auto expression = expressionIn(subject.document, member);
-        if (expression)
-            text = subject.model && isWellFormed(*expression) ? subject.model->find(*expression) : std::nullopt;
+        const auto text = expression ? textBehind(subject, *expression) : subject.outline.string(member.value);
         if (!text || URL::parse(*text)) return;
         const std::string_view whose = expression ? "the model gives " : "";
-        findings.add(Rule::invalidURL, outline, member.value,
+        findings.add(Rule::invalidURL, subject.outline, member.value,
                      std::string(whose) + inQuotes(text->substr(0, 200)) + (expression ? ", which" : "") +
                          " is no address, so it leads nowhere");
     });

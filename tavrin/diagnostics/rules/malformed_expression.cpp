@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "tavrin/diagnostics/written_rules.h"
 #include "tavrin/values/expression_path.h"
 
@@ -60,14 +59,13 @@ std::optional<Fault> faultOf(std::string_view expression) {
 }  // namespace
 
 void findMalformedExpressions(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
         const auto expression = expressionIn(subject.document, member);
         if (!expression || findings.isFull()) return;
         const auto fault = faultOf(*expression);
         if (!fault) return;
-        Diagnostic& found = findings.add(Rule::malformedExpression, outline, member.value, fault->message);
-        if (!fault->meant.empty()) found.fix = {replaceByString(outline, member.value, fault->meant)};
+        Diagnostic& found = findings.add(Rule::malformedExpression, subject.outline, member.value, fault->message);
+        if (!fault->meant.empty()) found.fix = {replaceByString(subject.outline, member.value, fault->meant)};
     });
 }
 

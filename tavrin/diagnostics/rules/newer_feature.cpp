@@ -9,12 +9,12 @@ namespace tavrin {
 void findNewerFeatures(const WrittenSubject& subject, Findings& findings) {
     const WrittenDocument& document = subject.document;
     const JSONOutline& outline = document.outline();
-    const WrittenMember* const version =
-        document.records().empty() ? nullptr : memberOf<&DSLRoot::version>(document.records().front());
+    const WrittenRecord* const root = document.root();
+    const WrittenMember* const version = root ? memberOf<&DSLRoot::version>(*root) : nullptr;
     if (!version || !outline.isString(version->value)) return;
     const std::string declared = outline.string(version->value);
     const std::span<const std::string_view> known = version->field->words;
-    if (std::find(known.begin(), known.end(), declared) == known.end()) return;  // loading refuses it
+    if (std::ranges::find(known, declared) == known.end()) return;  // loading refuses it
     std::string needed = declared;
     for (const WrittenRecord& record : document.records()) needed = std::max(needed, std::string(record.type->version));
     if (needed == declared) return;

@@ -65,14 +65,14 @@ std::optional<Oddness> oddnessOf(std::string_view color) {
 class ColorRule {
 public:
     ColorRule(const WrittenSubject& subject, Findings& findings)
-        : subject_(subject), outline_(subject.document.outline()), findings_(findings) {
+        : subject_(subject), outline_(subject.outline), findings_(findings) {
         if (subject.model) modelPaths_.emplace(subject.model->outline());
     }
 
     /// Judges a property that holds a colour. One that cannot be read fails the document where it `mustBeReadable`.
     void judge(const WrittenMember& member, bool isList, bool isConverted, bool mustBeReadable) {
         if (const auto expression = expressionIn(subject_.document, member)) {
-            if (subject_.model && isWellFormed(*expression)) judgeBound(*expression, isList, isConverted);
+            judgeBound(*expression, isList, isConverted);
         } else if (outline_.isString(member.value)) {
             judgeText(outline_, member.value, outline_.string(member.value), isList, mustBeReadable,
                       TextRole::document);
@@ -81,7 +81,7 @@ public:
 
 private:
     void judgeBound(const std::string& expression, bool isList, bool isConverted) {
-        const auto text = subject_.model->find(expression);
+        const auto text = textBehind(subject_, expression);
         const auto place = text ? modelPaths_->find(pathInModel(expression)) : std::nullopt;
         if (!place || !subject_.model->outline().isString(*place)) return;
         const JSONOutline& model = subject_.model->outline();
@@ -128,11 +128,8 @@ private:
 
 void findOddColors(const WrittenSubject& subject, Findings& findings) {
     ColorRule rule(subject, findings);
-    const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
-        const WrittenMember* const gradient = memberOf<&ColorNode::gradient>(record);
-        const bool isGradient =
-            gradient && (outline.raw(gradient->value) == "true" || outline.raw(gradient->value) == "\"true\"");
+        const bool isGradient = isTrue(subject.outline, memberOf<&ColorNode::gradient>(record));
         if (const auto* value = memberOf<&ColorNode::value>(record)) rule.judge(*value, isGradient, true, true);
         if (const auto* dark = memberOf<&ColorNode::dark>(record); dark && !isGradient)
             rule.judge(*dark, false, false, false);

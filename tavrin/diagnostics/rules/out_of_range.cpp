@@ -55,20 +55,15 @@ std::string faultOf(const WrittenRecord& record, const WrittenMember& member, co
 }  // namespace
 
 void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord& record, const WrittenMember& member) {
         const LanguageField& field = *member.field;
         if (field.isList || (field.kind != ValueKind::number && field.kind != ValueKind::integer)) return;
         const auto expression = expressionIn(subject.document, member);
-        std::optional<std::string> text;
-        if (expression)
-            text = subject.model && isWellFormed(*expression) ? subject.model->find(*expression) : std::nullopt;
-        else if (outline.isString(member.value))
-            text = outline.string(member.value);
-        else
-            text = outline.raw(member.value);
+        const auto text = expression                               ? textBehind(subject, *expression)
+                          : subject.outline.isString(member.value) ? subject.outline.string(member.value)
+                                                                   : std::string(subject.outline.raw(member.value));
         const std::string fault = text ? faultOf(record, member, *text, expression.has_value()) : std::string();
-        if (!fault.empty()) findings.add(Rule::outOfRange, outline, member.value, fault);
+        if (!fault.empty()) findings.add(Rule::outOfRange, subject.outline, member.value, fault);
     });
 }
 

@@ -5,15 +5,13 @@
 namespace tavrin {
 
 void findReferenceModifiers(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
         const WrittenMember* const modifiers = memberOf<&RefNode::modifiers>(record);
-        if (!modifiers || !outline.isArray(modifiers->value) || outline[modifiers->value].last == modifiers->value + 1)
-            continue;
+        if (!isFilledList(subject.outline, modifiers)) continue;
         const WrittenMember* const name = memberOf<&RefNode::name>(record);
         const std::string entry =
-            name && outline.isString(name->value) ? " " + inQuotes(outline.string(name->value)) : "";
-        findings.addAtKey(Rule::referenceModifiers, outline, modifiers->value,
+            name && subject.outline.isString(name->value) ? " " + inQuotes(subject.outline.string(name->value)) : "";
+        findings.addAtKey(Rule::referenceModifiers, subject.outline, modifiers->value,
                           "a reference's own modifiers are not applied; they belong to the node" + entry +
                               ", or around the reference in a stack");
     }

@@ -17,7 +17,7 @@ bool isTheAuthorsOwn(std::string_view key) {
 
 bool isModifier(std::string_view word) {
     const auto& modifiers = documentLanguage().modifiers;
-    return std::any_of(modifiers.begin(), modifiers.end(), [&](const auto& modifier) { return modifier.name == word; });
+    return std::ranges::any_of(modifiers, [&](const auto& modifier) { return modifier.name == word; });
 }
 
 /// The record's keys that are not written yet.
@@ -45,11 +45,10 @@ void report(const WrittenDocument& document, const WrittenRecord& record, JSONOu
 }  // namespace
 
 void findUnknownKeys(const WrittenSubject& subject, Findings& findings) {
-    const JSONOutline& outline = subject.document.outline();
     for (const WrittenRecord& record : subject.document.records()) {
         for (const WrittenMember& member : record.others()) {
             if (member.isRepeated || findings.isFull()) continue;
-            const std::string key = outline.key(member.value);
+            const std::string key = subject.outline.key(member.value);
             // A colour that a property holds may name its type as a node does.
             if (isTheAuthorsOwn(key) || (key == typeKey && record.object != 0)) continue;
             report(subject.document, record, member.value, key, findings);

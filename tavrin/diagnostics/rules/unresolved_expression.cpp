@@ -13,8 +13,7 @@ void resolve(const ModelContext& context, const LanguageField& field, const std:
         return static_cast<void>(context.resolve<SharedText>(expression));
     if (field.kind == ValueKind::number) return static_cast<void>(context.resolve<float>(expression));
     const SharedText text = context.resolve<SharedText>(expression);
-    if (field.kind == ValueKind::keyword &&
-        std::find(field.words.begin(), field.words.end(), text.view()) == field.words.end())
+    if (field.kind == ValueKind::keyword && std::ranges::find(field.words, text.view()) == field.words.end())
         throw ModelContextError("unable to convert value " + std::string(text) + " to a keyword" +
                                 suggestionFor(text, field.words));
 }
@@ -73,7 +72,6 @@ std::string repaired(const BoundModel& model, const std::string& expression, con
 
 void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings) {
     if (!subject.model) return;
-    const JSONOutline& outline = subject.document.outline();
     forEachProperty(subject.document, [&](const WrittenRecord&, const WrittenMember& member) {
         const auto expression = expressionIn(subject.document, member);
         if (!expression || !isWellFormed(*expression) || findings.isFull()) return;
@@ -82,9 +80,9 @@ void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings
         } catch (const ModelContextError& error) {
             const Stop stop = stopOf(subject.model->context().model, innerOf(*expression));
             Diagnostic& found =
-                findings.add(Rule::unresolvedExpression, outline, member.value, error.message + stop.hint);
+                findings.add(Rule::unresolvedExpression, subject.outline, member.value, error.message + stop.hint);
             const std::string meant = repaired(*subject.model, *expression, stop);
-            if (!meant.empty()) found.fix = {replaceByString(outline, member.value, meant)};
+            if (!meant.empty()) found.fix = {replaceByString(subject.outline, member.value, meant)};
         }
     });
 }

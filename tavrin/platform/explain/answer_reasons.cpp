@@ -7,7 +7,6 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/explain/leaf_reasons.h"
 #include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/modifier_rules.h"

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/explain/distance_reasons.h"
-
 #include <optional>
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/edge_distances.h"
 #include "tavrin/platform/layout/stack_children.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <cstdint>
 #include <numeric>
 #include <utility>
 
@@ -9,22 +8,12 @@
 namespace tavrin {
 namespace {
 
-void write(JSONWriter& writer, const std::optional<double>& length) {
-    if (length)
-        writer.value(*length);
-    else
-        writer.value(nullptr);
-}
-
 void writeFrame(JSONWriter& writer, const ViewExplanation& view) {
     if (!view.frame) {
         writer.key("proposed").value(nullptr).key("frame").value(nullptr);
         return;
     }
-    writer.key("proposed").beginArray();
-    write(writer, view.proposal.width);
-    write(writer, view.proposal.height);
-    writer.endArray();
+    writer.key("proposed").beginArray().value(view.proposal.width).value(view.proposal.height).endArray();
     const auto& [origin, size] = *view.frame;
     writer.key("frame").beginArray().value(origin.x).value(origin.y);
     writer.value(size.width).value(size.height).endArray();
@@ -36,20 +25,15 @@ void writeShare(JSONWriter& writer, const std::optional<layout::StackShare>& sha
         writer.value(nullptr);
         return;
     }
-    writer.beginObject().key("turn").value(std::uint64_t{share->turn}).key("of").value(std::uint64_t{share->count});
+    writer.beginObject().key("turn").value(share->turn).key("of").value(share->count);
     writer.key("yields").value(share->yields).key("setAside").value(share->setAside);
-    writer.key("remainder").value(share->remainder).key("flexibility");
-    write(writer, share->flexibility);
-    writer.endObject();
+    writer.key("remainder").value(share->remainder).key("flexibility").value(share->flexibility).endObject();
 }
 
 void write(JSONWriter& writer, const ViewExplanation& view) {
     writer.beginObject().key("view").value(view.name).key("title").value(view.title);
-    writer.key("depth").value(std::uint64_t{view.depth}).key("origin");
-    if (view.origin)
-        writer.value(toText(*view.origin));
-    else
-        writer.value(nullptr);
+    writer.key("depth").value(view.depth).key("origin");
+    writer.value(view.origin ? std::optional(toText(*view.origin)) : std::nullopt);
     writeFrame(writer, view);
     writeShare(writer, view.share);
     writer.key("summary").value(view.summary).key("because").beginArray();

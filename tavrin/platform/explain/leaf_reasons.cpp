@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/explain/leaf_reasons.h"
-
 #include <cmath>
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/leaf_rules.h"
 #include "tavrin/platform/ui/views.h"

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <cmath>
 #include <optional>
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/explain/distance_reasons.h"
 #include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
 #include "tavrin/platform/layout/modifier_rules.h"

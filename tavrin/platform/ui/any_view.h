@@ -141,19 +141,13 @@ struct AnyView::Box final : ViewBox {
     const std::type_info& type() const override { return typeid(V); }
 
     std::string_view name() const override {
-        if constexpr (requires { V::name; }) {
-            return V::name;
-        } else {
-            return typeid(V).name();
-        }
+        if constexpr (requires { V::name; }) return V::name;
+        return typeid(V).name();
     }
 
     AnyView body(const EnvironmentValues& environment) const override {
-        if constexpr (ComposedView<V>) {
-            return view.body(environment);
-        } else {
-            return {};
-        }
+        if constexpr (ComposedView<V>) return view.body(environment);
+        return {};
     }
 
     bool mayReadDate() const override { return ComposedView<V> && !TimelessView<V>; }
@@ -163,19 +157,13 @@ struct AnyView::Box final : ViewBox {
     }
 
     static constexpr ViewKind kindOf() {
-        if constexpr (PrimitiveView<V>) {
-            return V::kind;
-        } else {
-            return ViewKind::composed;
-        }
+        if constexpr (PrimitiveView<V>) return V::kind;
+        return ViewKind::composed;
     }
 
     std::optional<Loading> loading() const override {
-        if constexpr (LoadingView<V>) {
-            return view.loading();
-        } else {
-            return std::nullopt;
-        }
+        if constexpr (LoadingView<V>) return view.loading();
+        return std::nullopt;
     }
 
     void forEachInside(const std::function<void(const AnyView&)>& visit) const override { forEachInner(view, visit); }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tavrin/platform/foundation/field.h"
 #include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/ui/view_kind.h"
 

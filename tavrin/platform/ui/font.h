@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string_view>
-
 namespace tavrin {
 
 /// A font as a text asks for it. Sizes are in points; a size that is not positive draws nothing.

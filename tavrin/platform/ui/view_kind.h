@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string_view>
-
 namespace tavrin {
 
 /// The closed set of primitive views; layout and painting each know all of them. Any other view is `composed`: it has
@@ -50,15 +48,18 @@ enum class ViewKind : unsigned char {
     composed,
 };
 
+/// What other views a view holds.
+enum class ViewHolds : unsigned char {
+    nothing,
+    content,           ///< one view
+    contentAndSecond,  ///< one view, and before it another that is proposed the first one's size
+    children,          ///< a list of views; the view is a stack
+};
+
 /// What follows from a view's kind, beyond the rules that layout and painting have for it alone. Each primitive view
 /// says it in its struct; who asks reads it with `traitsOf` instead of listing kinds.
 struct ViewTraits {
-    enum class Holds : unsigned char {
-        nothing,
-        content,           ///< one view
-        contentAndSecond,  ///< one view, and before it another that is proposed the first one's size
-        children,          ///< a list of views; the view is a stack
-    };
+    using Holds = ViewHolds;
 
     Holds holds = Holds::nothing;
     /// Layout leaves it as it is: proposals, answers, edges and priority pass through to its content.

@@ -11,7 +11,7 @@ namespace tavrin {
 /// A room of fixed size; an absent dimension is the content's own.
 struct FixedFrame {
     static constexpr ViewKind kind = ViewKind::fixedFrame;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "frame";
 
     std::optional<double> width = std::nullopt;
@@ -26,7 +26,7 @@ struct FixedFrame {
 /// A room between bounds; an absent bound is the content's.
 struct FlexibleFrame {
     static constexpr ViewKind kind = ViewKind::flexibleFrame;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "flexFrame";
 
     std::optional<double> minWidth = std::nullopt;
@@ -57,7 +57,7 @@ inline constexpr Edges Edges::all{true, true, true, true};
 /// The same inset at each of some edges; a negative length lets the content stick out.
 struct Padding {
     static constexpr ViewKind kind = ViewKind::padding;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "padding";
 
     Edges edges = Edges::all;
@@ -81,7 +81,7 @@ struct EdgeInsets {
 /// An inset of its own at each edge; a negative one lets the content stick out.
 struct InsetPadding {
     static constexpr ViewKind kind = ViewKind::insetPadding;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "padding";
 
     EdgeInsets insets = {};
@@ -96,8 +96,7 @@ struct InsetPadding {
 /// Draws its content elsewhere; its place stays.
 struct Offset {
     static constexpr ViewKind kind = ViewKind::offset;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "offset";
 
     double x = 0;
@@ -110,8 +109,7 @@ struct Offset {
 /// Draws its content larger or smaller, around an anchor; a negative scale mirrors, and 0 draws nothing.
 struct ScaleEffect {
     static constexpr ViewKind kind = ViewKind::scaleEffect;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "scaleEffect";
 
     double x = 1;
@@ -126,8 +124,7 @@ struct ScaleEffect {
 /// Draws its content turned around an anchor, clockwise by an angle in radians.
 struct RotationEffect {
     static constexpr ViewKind kind = ViewKind::rotationEffect;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "rotationEffect";
 
     double angle = 0;
@@ -152,8 +149,7 @@ struct Axis3D {
 /// nothing.
 struct Rotation3DEffect {
     static constexpr ViewKind kind = ViewKind::rotation3DEffect;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "rotation3DEffect";
 
     double angle = 0;
@@ -191,8 +187,7 @@ struct ClockHandPeriod {
 /// period.
 struct ClockHandRotationEffect {
     static constexpr ViewKind kind = ViewKind::clockHandRotationEffect;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .isEffect = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .isEffect = true};
     static constexpr std::string_view name = "clockHandRotationEffect";
 
     ClockHandPeriod period = {};
@@ -210,7 +205,7 @@ enum class ContentMode : unsigned char { fit, fill };
 /// Proposes a size of one ratio (width / height) to its content; an absent ratio is the content's own.
 struct AspectRatio {
     static constexpr ViewKind kind = ViewKind::aspectRatio;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "aspectRatio";
 
     std::optional<double> ratio = std::nullopt;
@@ -224,7 +219,7 @@ struct AspectRatio {
 /// How many lines each text inside may have; absent: any number. Below 1 counts as 1.
 struct LineLimit {
     static constexpr ViewKind kind = ViewKind::lineLimit;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "lineLimit";
 
     std::optional<std::int64_t> number = std::nullopt;
@@ -236,7 +231,7 @@ struct LineLimit {
 /// When its content is drawn among the children of a stack: ascending, document order among equals.
 struct ZIndex {
     static constexpr ViewKind kind = ViewKind::zIndex;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "zIndex";
 
     double value = 0;
@@ -248,7 +243,7 @@ struct ZIndex {
 /// The colour of text and bare shapes inside; the innermost wins.
 struct ForegroundColor {
     static constexpr ViewKind kind = ViewKind::foregroundColor;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "foregroundColor";
 
     Color color = Color::primary;
@@ -261,7 +256,7 @@ struct ForegroundColor {
 /// A second view behind its content, of the content's size.
 struct Background {
     static constexpr ViewKind kind = ViewKind::background;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::contentAndSecond, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::contentAndSecond, .isTransparentToLayout = true};
     static constexpr std::string_view name = "background";
 
     Alignment alignment = Alignment::center;
@@ -276,7 +271,7 @@ struct Background {
 /// A second view in front of its content, of the content's size.
 struct Overlay {
     static constexpr ViewKind kind = ViewKind::overlay;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::contentAndSecond, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::contentAndSecond, .isTransparentToLayout = true};
     static constexpr std::string_view name = "overlay";
 
     Alignment alignment = Alignment::center;
@@ -291,7 +286,7 @@ struct Overlay {
 struct Border {
     static constexpr ViewKind kind = ViewKind::border;
     static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .drawsBesideContent = true};
+        .holds = ViewHolds::content, .isTransparentToLayout = true, .drawsBesideContent = true};
     static constexpr std::string_view name = "border";
 
     Color color = Color::primary;
@@ -305,8 +300,7 @@ struct Border {
 /// Cuts its content to a shape that fills its bounds.
 struct ClipShape {
     static constexpr ViewKind kind = ViewKind::clipShape;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "clipShape";
 
     Shape shape;
@@ -320,8 +314,7 @@ struct ClipShape {
 /// Cuts its content to its bounds.
 struct Clipped {
     static constexpr ViewKind kind = ViewKind::clipped;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "clipped";
 
     bool antialiased = false;
@@ -333,8 +326,7 @@ struct Clipped {
 /// Cuts its content to a rectangle with circular corners.
 struct CornerRadius {
     static constexpr ViewKind kind = ViewKind::cornerRadius;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .clips = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .clips = true};
     static constexpr std::string_view name = "cornerRadius";
 
     double radius = 0;
@@ -349,8 +341,7 @@ struct CornerRadius {
 /// Fades its content as one layer; values outside 0…1 are clamped when drawn.
 struct Opacity {
     static constexpr ViewKind kind = ViewKind::opacity;
-    static constexpr ViewTraits traits{
-        .holds = ViewTraits::Holds::content, .isTransparentToLayout = true, .composes = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true, .composes = true};
     static constexpr std::string_view name = "opacity";
 
     double value = 1;
@@ -362,7 +353,7 @@ struct Opacity {
 /// Marks its content with the address that opens when the widget is tapped there; absent: none.
 struct WidgetURL {
     static constexpr ViewKind kind = ViewKind::widgetURL;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "widgetURL";
 
     std::optional<URL> url = std::nullopt;

@@ -54,14 +54,9 @@ private:
     void value(const AnyView& child) { view(child); }
     void value(const Color& color) { object(color); }
     void value(const LinearGradient& gradient) { object(gradient); }
-    void value(const Shape& shape) {
-        std::visit([this](const auto& outline) { object(outline); }, shape);
-    }
-    void value(const ClosedShape& shape) {
-        std::visit([this](const auto& outline) { object(outline); }, shape);
-    }
-    void value(const ShapeStyle& style) {
-        std::visit([this](const auto& paint) { object(paint); }, style);
+    template <class... Views>
+    void value(const std::variant<Views...>& view) {
+        std::visit([this](const auto& held) { object(held); }, view);
     }
     void value(const Font& font);
     void value(Edges edges);
@@ -71,21 +66,17 @@ private:
     void value(const ClockHandPeriod& period);
     void value(const TimeZone& zone) { writer_.value(zone.identifier()); }
     void value(const URL& url) { writer_.value(url.string()); }
-    void value(double number) { writer_.value(number); }
-    void value(std::int64_t number) { writer_.value(number); }
-    void value(bool truth) { writer_.value(truth); }
-    void value(const std::string& text) { writer_.value(text); }
+    template <class Scalar>
+        requires std::is_arithmetic_v<Scalar>
+    void value(Scalar scalar) { writer_.value(scalar); }
     template <Keyword Value>
     void value(Value keyword) {
         writer_.value(name(keyword));
     }
     template <class Value>
     void value(const std::optional<Value>& optional) {
-        if (optional) {
-            value(*optional);
-        } else {
-            writer_.value(nullptr);
-        }
+        if (!optional) return static_cast<void>(writer_.value(nullptr));
+        value(*optional);
     }
     template <class Value, class Allocator>
     void value(const std::vector<Value, Allocator>& list) {
@@ -165,10 +156,7 @@ void ViewPrinter::colorFields(const Color& color) {
                 object(Color::rgb(form.red, form.green, form.blue, form.opacity));
             }
             return;
-        case Color::Source::blue: writer_.key("name").value("blue"); return;
-        case Color::Source::gray: writer_.key("name").value("gray"); return;
-        case Color::Source::white: writer_.key("name").value("white"); return;
-        case Color::Source::primary: writer_.key("name").value("primary"); return;
+        default: writer_.key("name").value(name(color.source()));
     }
 }
 

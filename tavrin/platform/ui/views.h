@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -192,7 +191,7 @@ struct StrokedShape {
 /// what font metrics ask for beside texts, 0 beside a spacer.
 struct VStack {
     static constexpr ViewKind kind = ViewKind::vstack;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
+    static constexpr ViewTraits traits{.holds = ViewHolds::children};
     static constexpr std::string_view name = "VStack";
 
     HorizontalAlignment alignment = HorizontalAlignment::center;
@@ -206,7 +205,7 @@ struct VStack {
 /// Children from leading to trailing, spaced as in a `VStack`.
 struct HStack {
     static constexpr ViewKind kind = ViewKind::hstack;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
+    static constexpr ViewTraits traits{.holds = ViewHolds::children};
     static constexpr std::string_view name = "HStack";
 
     VerticalAlignment alignment = VerticalAlignment::center;
@@ -220,7 +219,7 @@ struct HStack {
 /// Children on top of each other.
 struct ZStack {
     static constexpr ViewKind kind = ViewKind::zstack;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::children};
+    static constexpr ViewTraits traits{.holds = ViewHolds::children};
     static constexpr std::string_view name = "ZStack";
 
     Alignment alignment = Alignment::center;
@@ -239,7 +238,7 @@ struct GeometryProxy {
 /// the tree is laid out, when that is known. The content is offered that size and lies at the top leading corner.
 struct GeometryReader {
     static constexpr ViewKind kind = ViewKind::geometryReader;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content};
     static constexpr std::string_view name = "GeometryReader";
 
     std::function<AnyView(const GeometryProxy&)> content;
@@ -250,7 +249,7 @@ struct GeometryReader {
 /// A label that leads to an address when it is tapped; it looks and is laid out as the label alone.
 struct Link {
     static constexpr ViewKind kind = ViewKind::link;
-    static constexpr ViewTraits traits{.holds = ViewTraits::Holds::content, .isTransparentToLayout = true};
+    static constexpr ViewTraits traits{.holds = ViewHolds::content, .isTransparentToLayout = true};
     static constexpr std::string_view name = "Link";
 
     URL destination;

@@ -2,7 +2,6 @@
 #include "tavrin/platform/ui/widget_family.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
 #include <vector>
 
@@ -47,16 +46,15 @@ std::span<const Size> knownScreens() {
     static const std::vector<Size> screens = [] {
         std::vector<Size> list;
         for (const ScreenSizes& row : rows)
-            std::copy_if(row.screens.begin(), row.screens.end(), std::back_inserter(list),
-                         [](Size screen) { return screen != none; });
+            std::ranges::copy_if(row.screens, std::back_inserter(list), [](Size screen) { return screen != none; });
         return list;
     }();
     return screens;
 }
 
 std::optional<Size> widgetSize(WidgetFamily family, Size screen) {
-    const auto row = std::find_if(std::begin(rows), std::end(rows), [screen](const ScreenSizes& each) {
-        return screen != none && std::find(each.screens.begin(), each.screens.end(), screen) != each.screens.end();
+    const auto row = std::ranges::find_if(rows, [screen](const ScreenSizes& each) {
+        return screen != none && std::ranges::find(each.screens, screen) != each.screens.end();
     });
     if (row == std::end(rows)) return std::nullopt;
     const Size size = row->sizes[indexOf(family)];

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 
-#include <charconv>
-
 #include "tavrin/platform/foundation/strings/ascii.h"
 
 namespace tavrin {
@@ -19,10 +17,7 @@ std::string percentDecoded(std::string_view text) {
             decoded += text[at];
             continue;
         }
-        unsigned char byte = 0;
-        const char* const digits = text.data() + at + 1;
-        std::from_chars(digits, digits + 2, byte, 16);
-        decoded += static_cast<char>(byte);
+        decoded += static_cast<char>(hexValue(text[at + 1]) << 4 | hexValue(text[at + 2]));
         at += 2;
     }
     return decoded;

@@ -17,14 +17,15 @@ namespace {
 using IPv4 = std::uint32_t;
 using IPv6 = std::array<std::uint8_t, 16>;
 
-struct Block4 {
-    IPv4 first;
+template <class Address>
+struct Block {
+    Address first;
     unsigned bits;
 };
 
 constexpr IPv4 ipv4(IPv4 a, IPv4 b, IPv4 c, IPv4 d) { return a << 24 | b << 16 | c << 8 | d; }
 
-constexpr Block4 notPublic4[] = {
+constexpr Block<IPv4> notPublic4[] = {
     {ipv4(0, 0, 0, 0), 8},         // "this network", the unspecified address
     {ipv4(10, 0, 0, 0), 8},        // private
     {ipv4(100, 64, 0, 0), 10},     // carrier-grade NAT, and a metadata service
@@ -42,22 +43,17 @@ constexpr Block4 notPublic4[] = {
     {ipv4(224, 0, 0, 0), 3},       // multicast, reserved, broadcast
 };
 
-struct Block6 {
-    IPv6 first;
-    unsigned bits;
-};
-
-constexpr Block6 mapped{{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF}, 96};  // ::ffff:a.b.c.d
-constexpr Block6 translated{{0, 0x64, 0xFF, 0x9B}, 96};                   // 64:ff9b::a.b.c.d, NAT64
-constexpr Block6 globalUnicast{{0x20}, 3};
-constexpr Block6 notPublic6[] = {
+constexpr Block<IPv6> mapped{{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF}, 96};  // ::ffff:a.b.c.d
+constexpr Block<IPv6> translated{{0, 0x64, 0xFF, 0x9B}, 96};                   // 64:ff9b::a.b.c.d, NAT64
+constexpr Block<IPv6> globalUnicast{{0x20}, 3};
+constexpr Block<IPv6> notPublic6[] = {
     {{0x20, 0x01, 0x00}, 23},        // protocol assignments, Teredo
     {{0x20, 0x01, 0x0D, 0xB8}, 32},  // documentation
     {{0x20, 0x02}, 16},              // 6to4
     {{0x3F, 0xFF, 0x00}, 20},        // documentation
 };
 
-bool isIn(const Block6& block, const IPv6& address) {
+bool isIn(const Block<IPv6>& block, const IPv6& address) {
     const std::size_t whole = block.bits / 8;
     if (!std::equal(address.begin(), address.begin() + static_cast<std::ptrdiff_t>(whole), block.first.begin()))
         return false;
@@ -66,15 +62,15 @@ bool isIn(const Block6& block, const IPv6& address) {
 }
 
 bool isPublic(IPv4 address) {
-    return std::none_of(std::begin(notPublic4), std::end(notPublic4),
-                        [address](const Block4& block) { return (address ^ block.first) >> (32 - block.bits) == 0; });
+    return std::ranges::none_of(
+        notPublic4, [address](const Block<IPv4>& block) { return (address ^ block.first) >> (32 - block.bits) == 0; });
 }
 
 bool isPublic(const IPv6& address) {
     if (isIn(mapped, address) || isIn(translated, address))
         return isPublic(ipv4(address[12], address[13], address[14], address[15]));
-    return isIn(globalUnicast, address) && std::none_of(std::begin(notPublic6), std::end(notPublic6),
-                                                        [&](const Block6& block) { return isIn(block, address); });
+    return isIn(globalUnicast, address) &&
+           std::ranges::none_of(notPublic6, [&](const Block<IPv6>& block) { return isIn(block, address); });
 }
 
 }  // namespace

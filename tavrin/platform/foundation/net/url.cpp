@@ -44,7 +44,7 @@ std::optional<std::string> encodedHost(std::string_view host) {
     // What stands in brackets must be an address of IPv6, and brackets stand nowhere else.
     if (host.find_first_of("[]") != std::string_view::npos) return std::string(host);
     const auto isASCII = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::all_of(host.begin(), host.end(), isASCII)) return encodedPart(host, inHost);
+    if (std::ranges::all_of(host, isASCII)) return encodedPart(host, inHost);
     std::optional<std::string> ascii = asciiHost(host);
     // The mapping makes ordinary ones of wide "/", ":" and the like, with which another host would be meant.
     if (!ascii || ascii->empty() || !std::all_of(ascii->begin(), ascii->end(), inHost)) return std::nullopt;

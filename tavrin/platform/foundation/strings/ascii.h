@@ -20,6 +20,11 @@ template <class Char>
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
+/// What a hexadecimal digit stands for.
+[[nodiscard]] constexpr unsigned hexValue(char digit) {
+    return static_cast<unsigned>(isDigit(digit) ? digit - '0' : (digit | 0x20) - 'a' + 10);
+}
+
 [[nodiscard]] constexpr char lowerCase(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
 }

@@ -15,7 +15,7 @@ constexpr std::size_t firstWindow = 64;  // code points
 
 /// Whether every byte is a character.
 bool isPlain(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }) &&
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; }) &&
            text.find("\r\n") == std::string_view::npos;
 }
 

@@ -15,46 +15,19 @@ constexpr std::size_t longestJoinedArray = 80;
 constexpr std::size_t pieceBytes = 64 * 1024;
 
 void appendEscaped(std::string& out, char control) {
+    constexpr std::string_view letters = "\"\\bfnrt";
+    constexpr std::string_view meanings = "\"\\\b\f\n\r\t";
     constexpr std::string_view hex = "0123456789abcdef";
-    switch (control) {
-        case '"': out += "\\\""; return;
-        case '\\': out += "\\\\"; return;
-        case '\b': out += "\\b"; return;
-        case '\f': out += "\\f"; return;
-        case '\n': out += "\\n"; return;
-        case '\r': out += "\\r"; return;
-        case '\t': out += "\\t"; return;
-        default: break;
-    }
     const auto code = static_cast<unsigned>(control);
-    out += "\\u00";
-    out += hex[code >> 4];
-    out += hex[code & 0xF];
+    if (const std::size_t letter = meanings.find(control); letter < letters.size())
+        out.append({'\\', letters[letter]});
+    else
+        out.append("\\u00").append({hex[code >> 4], hex[code & 0xF]});
 }
 
 bool needsEscape(char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; }
 
 }  // namespace
-
-JSONWriter& JSONWriter::beginObject() {
-    begin('{', false);
-    return *this;
-}
-
-JSONWriter& JSONWriter::endObject() {
-    end('}', false);
-    return *this;
-}
-
-JSONWriter& JSONWriter::beginArray() {
-    begin('[', true);
-    return *this;
-}
-
-JSONWriter& JSONWriter::endArray() {
-    end(']', true);
-    return *this;
-}
 
 JSONWriter& JSONWriter::key(std::string_view key) {
     if (afterKey_ || open_.empty() || open_.back().isArray) preconditionFailure("JSONWriter: a key outside an object");
@@ -80,27 +53,14 @@ JSONWriter& JSONWriter::value(double number) {
     return *this;
 }
 
-JSONWriter& JSONWriter::value(std::int64_t number) {
-    beginValue(true);
-    appendText(text_, number);
-    return *this;
-}
+JSONWriter& JSONWriter::value(std::int64_t number) { return literal(toText(number)); }
+JSONWriter& JSONWriter::value(std::uint64_t number) { return literal(toText(number)); }
+JSONWriter& JSONWriter::value(bool truth) { return literal(truth ? "true" : "false"); }
+JSONWriter& JSONWriter::value(std::nullptr_t) { return literal("null"); }
 
-JSONWriter& JSONWriter::value(std::uint64_t number) {
+JSONWriter& JSONWriter::literal(std::string_view text) {
     beginValue(true);
-    appendText(text_, number);
-    return *this;
-}
-
-JSONWriter& JSONWriter::value(bool truth) {
-    beginValue(true);
-    text_ += truth ? "true" : "false";
-    return *this;
-}
-
-JSONWriter& JSONWriter::value(std::nullptr_t) {
-    beginValue(true);
-    text_ += "null";
+    text_ += text;
     return *this;
 }
 
@@ -123,13 +83,14 @@ void JSONWriter::beginElement(bool isScalar) {
     newLine();
 }
 
-void JSONWriter::begin(char bracket, bool isArray) {
+JSONWriter& JSONWriter::begin(char bracket, bool isArray) {
     beginValue(false);
     open_.push_back({.isArray = isArray, .start = size()});
     text_ += bracket;
+    return *this;
 }
 
-void JSONWriter::end(char bracket, bool isArray) {
+JSONWriter& JSONWriter::end(char bracket, bool isArray) {
     if (afterKey_ || open_.empty() || open_.back().isArray != isArray)
         preconditionFailure("JSONWriter: an end without its begin or after a key");
     const Container ended = open_.back();
@@ -138,6 +99,7 @@ void JSONWriter::end(char bracket, bool isArray) {
     text_ += bracket;
     if (style_ == Style::pretty && isArray && ended.onlyScalars) joinLines(ended.start - gone_);
     if (sink_) sendOn();
+    return *this;
 }
 
 void JSONWriter::newLine() {

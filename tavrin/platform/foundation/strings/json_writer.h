@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,10 +35,10 @@ public:
     /// With a sink the text goes there as it is written, and what comes last when it is whole.
     explicit JSONWriter(Style style, TextSink sink = {}) : style_(style), sink_(std::move(sink)) {}
 
-    JSONWriter& beginObject();
-    JSONWriter& endObject();
-    JSONWriter& beginArray();
-    JSONWriter& endArray();
+    JSONWriter& beginObject() { return begin('{', false); }
+    JSONWriter& endObject() { return end('}', false); }
+    JSONWriter& beginArray() { return begin('[', true); }
+    JSONWriter& endArray() { return end(']', true); }
     JSONWriter& key(std::string_view key);
 
     JSONWriter& value(std::string_view text);
@@ -48,6 +49,11 @@ public:
     JSONWriter& value(int number) { return value(std::int64_t{number}); }
     JSONWriter& value(bool truth);
     JSONWriter& value(std::nullptr_t);
+    /// What may be absent; null where it is.
+    template <class Value>
+    JSONWriter& value(const std::optional<Value>& optional) {
+        return optional ? value(*optional) : value(nullptr);
+    }
 
     /// How many bytes have been written.
     [[nodiscard]] std::size_t size() const { return gone_ + text_.size(); }
@@ -66,8 +72,9 @@ private:
 
     void beginValue(bool isScalar);
     void beginElement(bool isScalar);
-    void begin(char bracket, bool isArray);
-    void end(char bracket, bool isArray);
+    JSONWriter& begin(char bracket, bool isArray);
+    JSONWriter& end(char bracket, bool isArray);
+    JSONWriter& literal(std::string_view text);
     void newLine();
     void string(std::string_view text);
     void joinLines(std::size_t start);

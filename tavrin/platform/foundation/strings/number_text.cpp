@@ -95,18 +95,6 @@ void appendText(std::string& out, float value) { appendFloat(out, value); }
 void appendText(std::string& out, std::int64_t value) { append(out, value); }
 void appendText(std::string& out, std::uint64_t value) { append(out, value); }
 
-std::string toText(double value) {
-    std::string text;
-    appendText(text, value);
-    return text;
-}
-
-std::string toText(float value) {
-    std::string text;
-    appendText(text, value);
-    return text;
-}
-
 std::optional<double> doubleFromText(std::string_view text) { return floatingPointFromText<double>(text); }
 std::optional<float> floatFromText(std::string_view text) { return floatingPointFromText<float>(text); }
 

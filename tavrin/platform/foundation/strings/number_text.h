@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace tavrin {
 
@@ -21,16 +22,14 @@ void appendText(std::string& out, float value);
 void appendText(std::string& out, std::int64_t value);
 void appendText(std::string& out, std::uint64_t value);
 
-/// The text form of a number; see `appendText`.
-[[nodiscard]] std::string toText(double value);
-[[nodiscard]] std::string toText(float value);
-
-/// The decimal digits of an integer, with "-" before a negative one.
-template <std::integral T>
-    requires(!std::same_as<T, bool>)
+/// The text form of a number, see `appendText`; of an integer its decimal digits, with "-" before a negative one.
+template <class T>
+    requires(std::is_arithmetic_v<T> && !std::same_as<T, bool>)
 [[nodiscard]] std::string toText(T value) {
     std::string text;
-    if constexpr (std::signed_integral<T>)
+    if constexpr (std::floating_point<T>)
+        appendText(text, value);
+    else if constexpr (std::signed_integral<T>)
         appendText(text, static_cast<std::int64_t>(value));
     else
         appendText(text, static_cast<std::uint64_t>(value));

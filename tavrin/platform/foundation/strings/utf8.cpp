@@ -58,6 +58,11 @@ std::size_t countCodePoints(std::string_view text) {
     return count;
 }
 
+std::size_t skipCodePoints(std::string_view text, std::size_t offset, std::size_t count) {
+    for (; count > 0 && offset < text.size(); --count) offset += decodeUtf8(text, offset).length;
+    return offset;
+}
+
 std::string sanitizedUtf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());

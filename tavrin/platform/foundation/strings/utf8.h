@@ -24,6 +24,9 @@ struct Utf8Step {
 /// The number of code points; each broken sequence counts as one.
 [[nodiscard]] std::size_t countCodePoints(std::string_view text);
 
+/// The offset of what stands so many code points behind another offset, at most the end.
+[[nodiscard]] std::size_t skipCodePoints(std::string_view text, std::size_t offset, std::size_t count);
+
 /// `text` with each broken sequence replaced by U+FFFD.
 [[nodiscard]] std::string sanitizedUtf8(std::string_view text);
 

@@ -94,7 +94,7 @@ std::optional<TimeZone> TimeZone::named(std::string_view name) {
 }
 
 std::optional<TimeZone> TimeZone::ofDatabase(std::string_view identifier) {
-    if (std::find(namesOfUTC.begin(), namesOfUTC.end(), identifier) != namesOfUTC.end())
+    if (std::ranges::find(namesOfUTC, identifier) != namesOfUTC.end())
         return TimeZone(std::string(identifier), nullptr);
     if (identifier.empty() || identifier == linkToSystemZone) return std::nullopt;
     try {

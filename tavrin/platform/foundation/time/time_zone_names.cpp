@@ -8,6 +8,8 @@
 
 #include <date/tz.h>
 
+#include "tavrin/platform/foundation/strings/number_text.h"
+
 namespace tavrin {
 namespace {
 
@@ -79,13 +81,8 @@ constexpr int minutesOfHour = 60;
 
 /// The number that one or two digits write, less than 100; none for anything else.
 std::optional<int> shortNumber(std::string_view digits) {
-    if (digits.empty() || digits.size() > 2) return std::nullopt;
-    int number = 0;
-    for (const char digit : digits) {
-        if (digit < '0' || digit > '9') return std::nullopt;
-        number = number * 10 + (digit - '0');
-    }
-    return number;
+    const bool areDigits = digits.find_first_not_of("0123456789") == std::string_view::npos;
+    return areDigits && digits.size() <= 2 ? intFromText<int>(digits) : std::nullopt;
 }
 
 std::vector<std::string_view> readNames() {
