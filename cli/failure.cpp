@@ -13,13 +13,6 @@
 #include "tavrin/values/model_context.h"
 
 namespace tavrin::cli {
-namespace {
-
-Failure::Place shown(const TextPlace& place, std::string_view text) {
-    return {place.line, place.column, excerptAt(text, place.offset)};
-}
-
-}  // namespace
 
 Failure describe(const std::exception_ptr& error) {
     try {
@@ -48,6 +41,10 @@ Failure describe(const std::exception_ptr& error) {
 }
 
 namespace {
+
+Failure::Place shown(const TextPlace& place, std::string_view text) {
+    return {place.line, place.column, excerptAt(text, place.offset)};
+}
 
 /// Adds what is known about where it went wrong.
 void addPlace(Failure& failure, const PlacedError& error, const Source& document, const Source* model) {

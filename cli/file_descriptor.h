@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cerrno>
+#include <cstddef>
 #include <string_view>
 #include <unistd.h>
 #include <utility>
@@ -30,6 +32,14 @@ private:
 };
 
 /// Writes all bytes, over interruptions. Returns false, with `errno` set, when that fails.
-[[nodiscard]] bool writeAll(int descriptor, std::string_view bytes);
+[[nodiscard]] inline bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
 
 }  // namespace tavrin::cli

@@ -71,13 +71,12 @@ public:
     [[nodiscard]] path folder() const { return real_.parent_path(); }
     [[nodiscard]] bool replaces() const { return replaces_; }
 
-    /// Gives the old file a second name; where there are no hard links, another one.
+    /// Gives the old file, if there is one, a second name; where there are no hard links, another one.
     void keepOld() {
-        if (!replaces_) return;
         old_ = freeName(folder());
         if (::link(real_.c_str(), old_.c_str()) == 0 || std::rename(real_.c_str(), old_.c_str()) == 0) return;
         old_.clear();
-        fail();
+        if (errno != ENOENT) fail();
     }
 
     void takeName() {
@@ -120,6 +119,8 @@ void FileTransaction::write(const path& target, std::string_view bytes) {
 
 void FileTransaction::commit() {
     std::set<path> changed;
+    for (const StagedFile& file : files_)
+        if (file.replaces()) changed.insert(file.folder());
     {
         const BlockedSignals blocked;
         auto file = files_.begin();
@@ -128,12 +129,10 @@ void FileTransaction::commit() {
                 if (std::next(file) != files_.end()) file->keepOld();  // nothing can fail after the last
                 file->takeName();
             }
-        } catch (const IOError&) {
+        } catch (...) {
             for (++file; file != files_.begin();) (--file)->bringBack();
             throw;
         }
-        for (const StagedFile& written : files_)
-            if (written.replaces()) changed.insert(written.folder());
         files_.clear();
     }
     for (const path& folder : changed) syncFolder(folder);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "cli/matrix/matrix_picture.h"
@@ -9,37 +9,30 @@
 namespace tavrin::cli {
 namespace {
 
-void writeText(JSONWriter& writer, std::string_view key, const std::string& text) {
-    writer.key(key);
-    if (text.empty())
-        writer.value(nullptr);
-    else
-        writer.value(text);
+/// What is empty is written as null.
+std::optional<std::string_view> unlessEmpty(std::string_view text) {
+    return text.empty() ? std::nullopt : std::optional(text);
 }
 
 void write(JSONWriter& writer, const Matrix& matrix, const MatrixPicture& picture) {
     const Cell& cell = picture.cell;
     const WidgetRoom& room = matrix.rooms[cell.room];
-    writer.beginObject();
-    writeText(writer, "file", picture.file);
+    writer.beginObject().key("file").value(unlessEmpty(picture.file));
     writer.key("document").value(matrix.documents[cell.document].path);
-    writeText(writer, "model", matrix.models[cell.model].path.value_or(""));
+    writer.key("model").value(unlessEmpty(matrix.models[cell.model].path.value_or("")));
     writer.key("family").value(room.name);
     writer.key("appearance").value(name(matrix.appearances[cell.appearance]));
     writer.key("scale").value(matrix.scales[cell.scale]);
-    writeText(writer, "date", matrix.moments[cell.moment].text);
+    writer.key("date").value(unlessEmpty(matrix.moments[cell.moment].text));
     writer.key("size").beginArray().value(room.size.width).value(room.size.height).endArray();
     writer.key("pixels");
     if (picture.file.empty())
         writer.value(nullptr);
     else
         writer.beginArray().value(picture.width).value(picture.height).endArray();
-    writeText(writer, "sha256", picture.sha256);
-    writer.key("warnings").beginArray();
+    writer.key("sha256").value(unlessEmpty(picture.sha256)).key("warnings").beginArray();
     for (const std::string& warning : picture.warnings) writer.value(warning);
-    writer.endArray();
-    writeText(writer, "error", picture.error);
-    writer.endObject();
+    writer.endArray().key("error").value(unlessEmpty(picture.error)).endObject();
 }
 
 }  // namespace

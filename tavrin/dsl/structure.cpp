@@ -23,10 +23,9 @@ auto alignmentOf(const LosslessDSLValue<std::optional<AlignmentKeyword>>& alignm
 
 template <class Stack, class StackNode>
 AnyView renderStack(const StackNode& node, Context& context) {
-    ViewList children = renderChildren(node.children.wrappedValue(), context);
     Stack stack{.alignment = alignmentOf(node.alignment),
                 .spacing = node.spacing.wrappedValue(),
-                .children = std::move(children)};
+                .children = renderChildren(node.children.wrappedValue(), context)};
     return applyModifiers(node, std::move(stack), context);
 }
 
@@ -37,8 +36,7 @@ AnyView VStackNode::render(Context& context) const { return renderStack<VStack>(
 AnyView HStackNode::render(Context& context) const { return renderStack<HStack>(*this, context); }
 
 AnyView ZStackNode::render(Context& context) const {
-    ViewList views = renderChildren(children.wrappedValue(), context);
-    ZStack stack{.alignment = alignmentOf(alignment), .children = std::move(views)};
+    ZStack stack{.alignment = alignmentOf(alignment), .children = renderChildren(children.wrappedValue(), context)};
     return applyModifiers(*this, std::move(stack), context);
 }
 

@@ -66,21 +66,13 @@ std::string hintFor(const LanguageField& field, std::string_view text) {
     return isNumber ? numberSuggestion(text, field) : keywordSuggestion(text, wordsOf(field));
 }
 
-void reportLiteral(const JSONOutline& outline, const WrittenMember& member, std::string_view text, Findings& findings) {
+/// `what` is how the value is written, or where else it comes from.
+Diagnostic& reportDropped(const WrittenSubject& subject, const WrittenMember& member, const std::string& what,
+                          std::string_view text, Findings& findings) {
     const LanguageField& field = *member.field;
-    Diagnostic& found =
-        findings.add(Rule::droppedValue, outline, member.value,
-                     std::string(outline.raw(member.value).substr(0, 80)) + " is " + expected(field) + ", so \"" +
-                         std::string(field.key) + "\" counts as left out" + hintFor(field, text));
-    if (const auto meant = meantKeyword(text, wordsOf(field)); meant && outline.isString(member.value))
-        found.fix = {replaceByString(outline, member.value, *meant)};
-}
-
-void reportBound(const JSONOutline& outline, const WrittenMember& member, const std::string& text, Findings& findings) {
-    const LanguageField& field = *member.field;
-    findings.add(Rule::droppedValue, outline, member.value,
-                 "the model gives " + inQuotes(text.substr(0, 80)) + ", which is " + expected(field) + ", so \"" +
-                     std::string(field.key) + "\" counts as left out" + hintFor(field, text));
+    return findings.add(Rule::droppedValue, subject.outline, member.value,
+                        what + " is " + expected(field) + ", so \"" + std::string(field.key) + "\" counts as left out" +
+                            hintFor(field, text));
 }
 
 }  // namespace
@@ -92,9 +84,14 @@ void findDroppedValues(const WrittenSubject& subject, Findings& findings) {
         if (const auto expression = expressionIn(subject.document, member)) {
             const auto text = textBehind(subject, *expression);
             if (text && *text != "null" && !isReadable(field, *text))
-                reportBound(subject.outline, member, *text, findings);
+                reportDropped(subject, member, "the model gives " + inQuotes(text->substr(0, 80)) + ", which", *text,
+                              findings);
         } else if (const auto text = scalarText(subject.outline, member.value); text && !isReadable(field, *text)) {
-            reportLiteral(subject.outline, member, *text, findings);
+            const std::string what(subject.outline.raw(member.value).substr(0, 80));
+            Diagnostic& found = reportDropped(subject, member, what, *text, findings);
+            const auto meant = meantKeyword(*text, wordsOf(field));
+            if (meant && subject.outline.isString(member.value))
+                found.fix = {replaceByString(subject.outline, member.value, *meant)};
         }
     });
 }

@@ -66,15 +66,11 @@ private:
         if (pending.parent) view.depth = explanation_[*pending.parent].depth + 1;
         view.name = view.title = placed_.view(pending.node).box().name();
         if (const CodingPath* path = placed_.origin(pending.node)) view.origin = *path;
-        addTitle(view);
+        if (const auto* text = placed_.view(pending.node).as<Text>()) {
+            const auto* shown = std::get_if<SharedText>(&text->content);
+            view.title += shown ? " " + explain::excerpt(shown->view(), titleCharacters) : " (timer)";
+        }
         addReasons(view);
-    }
-
-    void addTitle(ViewExplanation& view) const {
-        const auto* text = placed_.view(view.node).as<Text>();
-        if (!text) return;
-        const auto* shown = std::get_if<SharedText>(&text->content);
-        view.title += shown ? " " + explain::excerpt(shown->view(), titleCharacters) : " (timer)";
     }
 
     void addReasons(ViewExplanation& view) const {

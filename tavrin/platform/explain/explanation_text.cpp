@@ -35,12 +35,6 @@ std::size_t columnWidth(const Explanation& explanation, std::size_t widest, Text
     return std::min(columns, widest) + 2;
 }
 
-std::string headline(const ViewExplanation& view) {
-    std::string line = view.title;
-    if (view.origin) line += " from " + toText(*view.origin);
-    return line + "\n";
-}
-
 }  // namespace
 
 std::string outlineText(const Explanation& explanation) {
@@ -66,7 +60,7 @@ std::string explanationText(const Explanation& explanation, std::span<const std:
     for (const std::size_t at : chosen) {
         const ViewExplanation& view = explanation[at];
         if (!text.empty()) text += "\n";
-        text += headline(view);
+        text += view.title + (view.origin ? " from " + toText(*view.origin) : "") + "\n";
         if (!view.frame) {
             text += "  It is " + view.summary + ".\n";
             continue;
