@@ -108,8 +108,8 @@ int run(const CheckArguments& arguments, const Reporter& reporter) {
     const Source* const modelSource = model ? &*model : nullptr;
     Check check(arguments, reporter, modelSource);
     try {
-        if (model) model->text = readInput(*arguments.model);
-    } catch (const IOError&) {
+        if (model) model->text = readInput(*arguments.model, arguments.widget.budget);
+    } catch (const std::exception&) {
         return check.giveUp(describe(std::current_exception()));
     }
     const std::vector<std::string>& documents = arguments.documents;

@@ -123,7 +123,7 @@ private:
 CheckedDocument checkDocument(const CheckArguments& arguments, const Source* model, const std::string& path) {
     CheckedDocument checked{.document = {displayName(path)}};
     try {
-        checked.document.text = readInput(path);
+        checked.document.text = readInput(path, arguments.widget.budget);
         const DiagnoseOptions options{arguments.widget, arguments.check.rooms, arguments.check.appearances};
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         checked.diagnostics = diagnose(checked.document.text, modelText, options);

@@ -10,6 +10,7 @@
 
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
+#include "tavrin/platform/foundation/budget/metering.h"
 
 namespace tavrin::cli {
 namespace {
@@ -37,10 +38,16 @@ std::size_t expectedBytes(int descriptor, const std::string& path) {
 }
 
 std::string readAll(int descriptor, const std::string& path) {
-    std::string text(expectedBytes(descriptor, path), '\0');
+    const std::size_t expected = expectedBytes(descriptor, path);
+    HeldBytes held(expected);
+    std::string text(expected, '\0');
     std::size_t size = 0;
     for (;;) {
-        if (size == text.size()) text.resize(std::min(2 * size, maximumInputBytes + 1));
+        if (size == text.size()) {
+            const std::size_t next = std::min(2 * size, maximumInputBytes + 1);
+            held.grow(next - size);
+            text.resize(next);
+        }
         const ssize_t count = ::read(descriptor, text.data() + size, text.size() - size);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw IOError(failureText(path), errno, displayName(path));
@@ -62,7 +69,9 @@ FileDescriptor openForReading(const std::string& path, int flags) {
 
 std::string displayName(const std::string& path) { return path == "-" ? "<stdin>" : path; }
 
-std::string readInput(const std::string& path) {
+std::string readInput(const std::string& path, const RenderBudget& budget) {
+    Cost cost;
+    const Metering metering(budget, cost);
     if (path == "-") return readAll(STDIN_FILENO, path);
     const FileDescriptor file = openForReading(path, 0);
     return readAll(file.number(), path);

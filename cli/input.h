@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "tavrin/platform/foundation/budget/render_budget.h"
+
 namespace tavrin::cli {
 
 /// A text that was read, and what messages call it.
@@ -16,8 +18,9 @@ struct Source {
 [[nodiscard]] std::string displayName(const std::string& path);
 
 /// All bytes of a file that was named, which may be a pipe, or of standard input for "-". Throws `IOError` for what
-/// cannot be read, for a folder and for more than 256 MiB.
-[[nodiscard]] std::string readInput(const std::string& path);
+/// cannot be read, for a folder and for more than 256 MiB, and `TavrinError` of kind "Budget" for more bytes than a
+/// budget has.
+[[nodiscard]] std::string readInput(const std::string& path, const RenderBudget& budget);
 
 /// The same for a file that was found in a folder: it must be a regular one, and nothing else is waited for.
 [[nodiscard]] std::string readFound(const std::string& path);

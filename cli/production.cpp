@@ -16,7 +16,7 @@ Outcome produce(const DocumentArguments& arguments, const Source* model, const s
     Outcome outcome;
     Source source{displayName(path)};
     try {
-        source.text = readInput(path);
+        source.text = readInput(path, arguments.widget.budget);
         const WidgetOptions options = noting(arguments.widget, outcome.notes);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const BoundDocument document = Document(source.text, options.budget).bind(modelText, options);
@@ -37,7 +37,8 @@ WidgetOptions noting(WidgetOptions options, std::vector<std::string>& lines) {
 void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
                 const std::function<void(const std::string& document, Outcome)>& take) {
     std::optional<Source> model;
-    if (arguments.model) model = Source{displayName(*arguments.model), readInput(*arguments.model)};
+    if (arguments.model)
+        model = Source{displayName(*arguments.model), readInput(*arguments.model, arguments.widget.budget)};
     const std::vector<std::string>& documents = arguments.documents;
     inOrder<Outcome>(
         documents.size(),

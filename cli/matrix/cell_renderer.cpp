@@ -13,7 +13,8 @@ CellRenderer::CellRenderer(const DocumentArguments& arguments, const Matrix& mat
       texts_(matrix.documents.size()),
       bound_(matrix.documents.size() * matrix.models.size() * matrix.moments.size()) {
     for (const Matrix::Model& model : matrix.models)
-        models_.push_back(model.path ? std::optional(Source{displayName(*model.path), readInput(*model.path)})
+        models_.push_back(model.path ? std::optional(Source{displayName(*model.path),
+                                                            readInput(*model.path, arguments.widget.budget)})
                                      : std::nullopt);
 }
 
@@ -23,7 +24,7 @@ CellRenderer::Text& CellRenderer::text(std::size_t at) {
         const std::string& path = matrix_.documents[at].path;
         text.source.name = displayName(path);
         try {
-            text.source.text = readInput(path);
+            text.source.text = readInput(path, arguments_.widget.budget);
             text.prepared.emplace(text.source.text, arguments_.widget.budget);
         } catch (...) {
             text.error = std::current_exception();
