@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
-#include <ranges>
 #include <utility>
 
 #include "tavrin/diagnostics/fixes.h"
@@ -60,7 +59,7 @@ public:
 
 private:
     [[nodiscard]] std::size_t originalOffset(std::size_t offset) const {
-        for (const std::vector<TextEdit>& edits : std::views::reverse(rounds_)) offset = offsetBefore(offset, edits);
+        for (auto edits = rounds_.rbegin(); edits != rounds_.rend(); ++edits) offset = offsetBefore(offset, *edits);
         return offset;
     }
 

@@ -56,7 +56,7 @@ private:
     void value(const LinearGradient& gradient) { object(gradient); }
     template <class... Views>
     void value(const std::variant<Views...>& view) {
-        std::visit([this](const auto& held) { object(held); }, view);
+        std::visit([this](const auto& held) { this->object(held); }, view);
     }
     void value(const Font& font);
     void value(Edges edges);
