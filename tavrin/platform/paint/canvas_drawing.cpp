@@ -177,7 +177,7 @@ void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, Te
     const std::optional<PixelRect> area = state_->wholePixels(frame);
     const Point corner = area ? state_->points(*area).origin : frame.origin;
     if (!state_->raster) state_->count({});
-    painter.draw(state_->cairo.get(), text, corner, frame.size.width, color);
+    painter.draw(state_->cairo.get(), text, corner, frame.size.width, color, state_->raster ? nullptr : &state_->texts);
 }
 
 }  // namespace tavrin::paint

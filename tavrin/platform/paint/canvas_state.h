@@ -15,6 +15,7 @@
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
 
 // What the parts of `Canvas` share; nobody else includes this.
 
@@ -57,6 +58,7 @@ struct Canvas::State {
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
+    DocumentTexts texts;  ///< of a document
     /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
