@@ -117,10 +117,12 @@ std::string AnimationRenderer::encode(const FrameSpan& span, const AnimationOpti
     paint::AnimationEncoder encoder(animation.format, state_->options.compression);
     std::size_t frame = 0;
     draw(span, [&](const std::shared_ptr<const PixelBuffer>& picture) {
+        const Metering metering(state_->options.budget, state_->cost);
         encoder.add(picture, beginOf(frame + 1, delay) - beginOf(frame, delay));
         ++frame;
         if (animation.progress) animation.progress(frame);
     });
+    const Metering metering(state_->options.budget, state_->cost);
     return encoder.finish();
 }
 

@@ -9,6 +9,7 @@
 #include <cairo-svg.h>
 #include <fmt/format.h>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/canvas_state.h"
@@ -45,16 +46,21 @@ void checkPage(Size size) {
                                           size.width, size.height, PixelBuffer::maxSide)};
 }
 
-cairo_status_t appendToDocument(void* document, const unsigned char* bytes, unsigned int count) {
+}  // namespace
+
+cairo_status_t Canvas::State::append(void* state, const unsigned char* bytes, unsigned int count) {
+    auto& [text, failure] = static_cast<State*>(state)->document;
     try {
-        static_cast<std::string*>(document)->append(reinterpret_cast<const char*>(bytes), count);
+        // Texts grow by doubling.
+        static_cast<State*>(state)->documentBytes.grow(2 * std::size_t{count});
+        checkBudget();
+        text.append(reinterpret_cast<const char*>(bytes), count);
         return CAIRO_STATUS_SUCCESS;
-    } catch (const std::exception&) {
-        return CAIRO_STATUS_NO_MEMORY;
+    } catch (...) {
+        failure = std::current_exception();
+        return CAIRO_STATUS_WRITE_ERROR;
     }
 }
-
-}  // namespace
 
 Canvas::Canvas(std::unique_ptr<State> state) : state_(std::move(state)) {
     state_->cairo.reset(cairo_create(state_->surface.get()));
@@ -71,6 +77,7 @@ Canvas Canvas::raster(Size size, double scale) {
     state->pixels = PixelBuffer(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
     const int width = state->pixels.width();
     const int height = state->pixels.height();
+    Meter::ofThisThread().paint(static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height));
     state->surface.reset(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(state->pixels.row(0)),
                                                              CAIRO_FORMAT_ARGB32, width, height, width * 4));
     Canvas canvas(std::move(state));
@@ -82,8 +89,7 @@ Canvas Canvas::raster(Size size, double scale) {
 Canvas Canvas::svg(Size size) {
     checkPage(size);
     auto state = std::make_unique<State>();
-    state->surface.reset(
-        cairo_svg_surface_create_for_stream(appendToDocument, &state->document, size.width, size.height));
+    state->surface.reset(cairo_svg_surface_create_for_stream(&State::append, state.get(), size.width, size.height));
     // A browser shows a widget's point as a CSS pixel; what SVG calls a point is a third more.
     cairo_svg_surface_set_document_unit(state->surface.get(), CAIRO_SVG_UNIT_PX);
     Canvas canvas(std::move(state));
@@ -94,8 +100,7 @@ Canvas Canvas::svg(Size size) {
 Canvas Canvas::pdf(Size size) {
     checkPage(size);
     auto state = std::make_unique<State>();
-    state->surface.reset(
-        cairo_pdf_surface_create_for_stream(appendToDocument, &state->document, size.width, size.height));
+    state->surface.reset(cairo_pdf_surface_create_for_stream(&State::append, state.get(), size.width, size.height));
     // Not the present: the same drawing is the same bytes.
     cairo_pdf_surface_set_metadata(state->surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "1970-01-01T00:00:00Z");
     Canvas canvas(std::move(state));
@@ -134,6 +139,9 @@ void Canvas::transform(const AffineTransform& transform) {
 
 void Canvas::link(const Rect& area, const URL& destination) {
     if (state_->raster || !mayLeadTo(destination)) return;
+    constexpr std::uint64_t steps = 300;
+    constexpr std::size_t bytes = 2048;
+    state_->countInDocument(steps, bytes + 4 * destination.string().size());
     if (state_->isSVG()) {
         state_->links += svgLink(area, destination);
         return;
@@ -146,9 +154,21 @@ void Canvas::link(const Rect& area, const URL& destination) {
     cairo_restore(cairo);
 }
 
+void Canvas::limit(const Rect& extent) {
+    if (!state_->raster || hidden() || !isFinite(extent)) return;
+    PixelRect touched = state_->touchedPixels(extent);
+    // Edges are rounded to whole pixels.
+    constexpr int margin = 2;
+    touched = {touched.x0 - margin, touched.y0 - margin, touched.x1 + margin, touched.y1 + margin};
+    if (intersection(touched, state_->level().clip) != state_->level().clip) state_->clip(touched);
+}
+
 void Canvas::beginLayer() {
-    cairo_push_group(state_->cairo.get());
+    const PixelRect area = state_->level().clip;
+    state_->count(area);
     state_->pushLevel();
+    if (state_->raster) state_->level().layer = HeldBytes(area.area() * sizeof(std::uint32_t));
+    cairo_push_group(state_->cairo.get());
 }
 
 void Canvas::endLayer(double opacity) {
@@ -156,6 +176,7 @@ void Canvas::endLayer(double opacity) {
     state_->popLevel();
     cairo_t* const cairo = state_->cairo.get();
     cairo_pop_group_to_source(cairo);
+    state_->count(state_->level().clip);
     if (opacity > 0) cairo_paint_with_alpha(cairo, std::min(opacity, 1.0));
     // Lets go of the layer. (Cairo 1.16 loses 472 bytes for each layer of an SVG, whatever is done here.)
     cairo_set_source_rgb(cairo, 0, 0, 0);
@@ -193,8 +214,10 @@ PixelBuffer Canvas::finishRaster() {
 std::string Canvas::finishDocument() {
     const bool isSVG = state_->isSVG();
     state_->finish();
-    if (!isSVG) return std::move(state_->document);
-    std::string document = withStableNames(state_->document);
+    std::string& written = state_->document.text;
+    if (!isSVG) return std::move(written);
+    const HeldBytes held(written.size() + state_->links.size());
+    std::string document = withStableNames(written);
     // Cairo writes no links into an SVG.
     return document.insert(document.rfind("</svg>"), state_->links);
 }

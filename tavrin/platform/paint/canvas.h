@@ -86,8 +86,11 @@ public:
     /// last lies on top.
     void link(const Rect& area, const URL& destination);
 
+    /// Nothing will be drawn outside of `extent` until the enclosing `restore` or `endLayer`: layers of a raster need
+    /// not be larger.
+    void limit(const Rect& extent);
     /// What is drawn up to the matching `endLayer` is composed apart, then drawn with `opacity` (clamped to 0…1; NaN
-    /// draws nothing). A layer is as large as the clip: clip first where the extent is known. Saves within a layer are
+    /// draws nothing). A layer is as large as the clip and `limit` leave it. Saves within a layer are
     /// restored within it.
     void beginLayer();
     void endLayer(double opacity);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 
 #include "tavrin/platform/paint/canvas.h"
@@ -41,15 +42,11 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
     cairo_t* const cairo = state_->cairo.get();
     State::Level& level = state_->level();
     const PixelRect touched = state_->touchedPixels(outlineBounds(shape, *box));
-    if (state_->wholePixels(*box)) {
+    // Cairo takes time with the square of the outlines that clip within each other.
+    constexpr std::uint64_t mostOutlinedClips = 8;
+    if (state_->wholePixels(*box) || (state_->raster && level.outlinedClips == mostOutlinedClips)) {
         // Only the bounds clip; what is drawn past the outline within them is taken back in the end.
-        const State::Pieces pieces = state_->pieces(shape, *box);
-        if (!pieces.outlined.empty()) {
-            const PixelTarget target(cairo);
-            for (const PixelRect& piece : pieces.outlined)
-                if (const PixelRect area = intersection(piece, target.bounds()); !area.empty())
-                    level.backdrops.emplace_back(target, state_->coverage(area, shape, *box, antialiased));
-        }
+        state_->keepBackdrops(shape, *box, antialiased);
         state_->clip(touched);
     } else {
         cairo_new_path(cairo);
@@ -57,7 +54,7 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
         appendOutline(cairo, shape, *box);
         cairo_clip(cairo);
         cairo_set_antialias(cairo, CAIRO_ANTIALIAS_DEFAULT);
-        level.outlinedClip = true;
+        ++level.outlinedClips;
         if (state_->raster) level.clip = intersection(level.clip, touched);
     }
 }
@@ -70,7 +67,7 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     if (!box) return;
     cairo_t* const cairo = state_->cairo.get();
     // Cairo is quick with outlines in one colour; rectangles and gradients are quicker done by ourselves.
-    const bool direct = state_->raster && !state_->level().outlinedClip;
+    const bool direct = state_->raster && state_->level().outlinedClips == 0;
     const bool gradient = std::holds_alternative<Gradient>(paint);
     const State::Pieces pieces = direct ? state_->pieces(shape, *box) : State::Pieces{};
     if (direct && (gradient || pieces.outlined.empty())) {
@@ -79,7 +76,9 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
         const PixelTarget target(cairo);
         for (const PixelRect& area : pieces.full) target.fill(area, *source);
         for (const PixelRect& area : pieces.outlined) target.fill(state_->coverage(area, shape, *box, true), *source);
-    } else if (setSource(cairo, paint, state_->raster)) {
+    } else {
+        state_->count(state_->touchedPixels(*box));
+        if (!state_->setSource(paint)) return;
         cairo_new_path(cairo);
         appendOutline(cairo, shape, *box);
         cairo_fill(cairo);
@@ -112,9 +111,10 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
             cairo_stroke(context);
         }
     };
-    if (state_->raster && !state_->level().outlinedClip && std::holds_alternative<Gradient>(paint)) {
+    const PixelRect touched = state_->touchedPixels(outside);
+    state_->count(touched);
+    if (state_->raster && state_->level().outlinedClips == 0 && std::holds_alternative<Gradient>(paint)) {
         const cairo_matrix_t matrix = state_->matrix();
-        const PixelRect touched = state_->touchedPixels(outside);
         const PixelRect area = intersection(touched, state_->level().clip);
         const std::optional<PixelSource> source = PixelSource::make(paint, matrix);
         if (!source || area.empty()) return;
@@ -128,8 +128,8 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
         cairo_push_group_with_content(cairo, CAIRO_CONTENT_ALPHA);
         draw(cairo);
         const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo));
-        if (setSource(cairo, paint, false)) cairo_mask(cairo, mask.get());
-    } else if (setSource(cairo, paint, state_->raster)) {
+        if (state_->setSource(paint)) cairo_mask(cairo, mask.get());
+    } else if (state_->setSource(paint)) {
         cairo_new_path(cairo);
         draw(cairo);
     }
@@ -160,7 +160,9 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
         fill(Rect{{outer->origin.x, innerBottom}, {outer->size.width, bottom - innerBottom}}, color);
         fill(Rect{{outer->origin.x, inner.origin.y}, {inner.origin.x - outer->origin.x, inner.size.height}}, color);
         fill(Rect{{innerRight, inner.origin.y}, {right - innerRight, inner.size.height}}, color);
-    } else if (cairo_t* const cairo = state_->cairo.get(); setSource(cairo, color, state_->raster)) {
+    } else if (state_->setSource(color)) {
+        cairo_t* const cairo = state_->cairo.get();
+        state_->count(state_->touchedPixels(*outer));
         cairo_new_path(cairo);
         appendRect(cairo, *outer);
         appendRect(cairo, inner);
@@ -174,7 +176,8 @@ void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, Te
     if (hidden() || !isFinite(frame)) return;
     const std::optional<PixelRect> area = state_->wholePixels(frame);
     const Point corner = area ? state_->points(*area).origin : frame.origin;
-    painter.draw(state_->cairo.get(), text, corner, frame.size.width, color);
+    if (!state_->raster) state_->count({});
+    painter.draw(state_->cairo.get(), text, corner, frame.size.width, color, state_->raster ? nullptr : &state_->texts);
 }
 
 }  // namespace tavrin::paint

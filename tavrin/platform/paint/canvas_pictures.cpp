@@ -88,6 +88,7 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
     const PixelRect part{
         mirrorsX ? frame.x1 - area.x1 : area.x0 - frame.x0, mirrorsY ? frame.y1 - area.y1 : area.y0 - frame.y0,
         mirrorsX ? frame.x1 - area.x0 : area.x1 - frame.x0, mirrorsY ? frame.y1 - area.y0 : area.y1 - frame.y0};
+    count(area);
     const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, frame.width(), frame.height(), part));
     cairo_t* context = cairo.get();
     cairo_identity_matrix(context);
@@ -100,6 +101,7 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
 
 void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double opacity) {
     if (intersection(touchedPixels(rect), level().clip).empty()) return;
+    count(touchedPixels(rect));
     const Size shown = extent(matrix(), rect.size);
     const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(shown.width, picture->width()),
                                                                     sideFor(shown.height, picture->height())));
@@ -132,9 +134,17 @@ void Canvas::State::embed(const Picture& picture, const Rect& rect) {
         width = std::max(1, width / 2);
         height = std::max(1, height / 2);
     }
+    count({});
     const Picture reduced = ScaledBitmaps::shared().scaled(picture, width, height);
     Surface& source = embedded[reduced->identity()];
-    if (!source) source = surfaceOf(reduced);
+    if (!source) {
+        // Cairo copies it, and compresses it in the end.
+        constexpr std::uint64_t weight = 8;
+        constexpr std::size_t copies = 3;
+        Meter::ofThisThread().paint(weight * reduced->byteCount() / sizeof(std::uint32_t));
+        countInDocument(0, copies * reduced->byteCount());
+        source = surfaceOf(reduced);
+    }
     setStretched(cairo.get(), source.get(), rect);
     cairo_paint(cairo.get());
     clearSource(cairo.get());

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/paint/shape_path.h"
 
 namespace tavrin::paint {
@@ -48,7 +49,24 @@ bool isFinite(const Rect& rect) {
            std::isfinite(rect.origin.y + rect.size.height);
 }
 
-void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClip}); }
+void Canvas::State::count(const PixelRect& touched) {
+    constexpr std::uint64_t stepsOfCall = 100;
+    constexpr std::uint64_t stepsInDocument = 300;
+    constexpr std::size_t bytesInDocument = 2048;
+    const std::uint64_t outlines = 1 + level().outlinedClips;
+    if (!raster) return countInDocument(outlines * stepsInDocument, bytesInDocument);
+    Meter& meter = Meter::ofThisThread();
+    meter.step(outlines * stepsOfCall);
+    meter.paint(outlines * intersection(touched, level().clip).area());
+}
+
+void Canvas::State::countInDocument(std::uint64_t steps, std::size_t bytes) {
+    if (document.failure) std::rethrow_exception(document.failure);
+    Meter::ofThisThread().step(steps);
+    documentBytes.grow(bytes);
+}
+
+void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClips}); }
 
 void Canvas::State::popLevel() {
     if (!level().backdrops.empty()) {
@@ -80,6 +98,7 @@ void Canvas::State::finish() {
     popLevel();
     const DecimalPoint decimalPoint;  // Cairo reads the places of links in the user's locale
     cairo_surface_finish(surface.get());
+    if (document.failure) std::rethrow_exception(document.failure);
     for (const cairo_status_t status : {cairo_status(cairo.get()), cairo_surface_status(surface.get())})
         if (status != CAIRO_STATUS_SUCCESS) throw TavrinError{"Render", cairo_status_to_string(status)};
 }
@@ -178,6 +197,30 @@ Canvas::State::Pieces Canvas::State::pieces(const Shape& shape, const Rect& boun
     add(pieces.outlined, {box.x0, bottom, left, box.y1});
     add(pieces.outlined, {right, bottom, box.x1, box.y1});
     return pieces;
+}
+
+bool Canvas::State::setSource(const Paint& paint) {
+    constexpr std::size_t bytesOfStop = 512;
+    const std::size_t colors = paint::setSource(cairo.get(), paint, raster);
+    if (!raster) countInDocument(colors, colors * bytesOfStop);
+    return colors > 0;
+}
+
+void Canvas::State::keepBackdrops(const Shape& shape, const Rect& bounds, bool antialiased) {
+    const Pieces cut = pieces(shape, bounds);
+    if (cut.outlined.empty()) return;
+    // Clips within each other often have the same outline.
+    const auto around =
+        std::find_if(levels.rbegin() + 1, levels.rend(), [](const Level& outer) { return !outer.backdrops.empty(); });
+    std::vector<Backdrop>& backdrops = level().backdrops;
+    const PixelTarget target(cairo.get());
+    for (const PixelRect& piece : cut.outlined) {
+        const PixelRect area = intersection(piece, target.bounds());
+        if (area.empty()) continue;
+        const bool hasAlike = around != levels.rend() && backdrops.size() < around->backdrops.size();
+        backdrops.emplace_back(target, coverage(area, shape, bounds, antialiased),
+                               hasAlike ? &around->backdrops[backdrops.size()] : nullptr);
+    }
 }
 
 Coverage Canvas::State::coverage(const PixelRect& area, const Shape& shape, const Rect& bounds,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <map>
 #include <memory>
 #include <optional>
@@ -10,9 +11,11 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
 
 // What the parts of `Canvas` share; nobody else includes this.
 
@@ -32,26 +35,42 @@ struct Canvas::State {
     struct Level {
         /// A raster's pixels that the clip leaves; only empty or not on a document.
         PixelRect clip;
-        /// The clip is not just that rectangle: Cairo alone knows it.
-        bool outlinedClip = false;
+        /// So many outlines clip beside that rectangle; Cairo alone knows them.
+        std::uint64_t outlinedClips = 0;
         /// Outlines to cut along when the level ends: within it only their bounds clip.
         std::vector<Backdrop> backdrops = {};
+        /// The pixels of the layer that the level is.
+        HeldBytes layer = {};
     };
 
     bool raster = false;
     double scale = 1;
     PixelBuffer pixels;
-    std::string document;
+    /// What Cairo has written of a document. What must not leave through Cairo is thrown by the next call.
+    struct Written {
+        std::string text;
+        std::exception_ptr failure = nullptr;
+    };
+    Written document;
+    /// What a document takes in memory until it is finished: what is written, and what Cairo keeps to write.
+    HeldBytes documentBytes;
     std::string links;  ///< elements to stand at the end of an SVG
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
+    DocumentTexts texts;  ///< of a document
     /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
     [[nodiscard]] bool isSVG() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_SVG; }
     [[nodiscard]] bool isPDF() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_PDF; }
     [[nodiscard]] Level& level() { return levels.back(); }
+    /// Where Cairo writes a document to.
+    static cairo_status_t append(void* state, const unsigned char* bytes, unsigned int count);
+    /// Counts what Cairo is to draw on pixels of a raster, under the outlines that clip it, or once more in a document.
+    void count(const PixelRect& touched);
+    /// Counts what is to stand in a document: steps and bytes.
+    void countInDocument(std::uint64_t steps, std::size_t bytes);
     void pushLevel();
     void popLevel();
     /// Clips a raster to whole pixels until the level ends.
@@ -86,6 +105,10 @@ struct Canvas::State {
     void drawTurned(const std::shared_ptr<const Bitmap>& picture, const Rect& rect, double opacity);
     void embed(const std::shared_ptr<const Bitmap>& picture, const Rect& rect);
 
+    /// Makes the paint Cairo's source; false when it draws nothing.
+    [[nodiscard]] bool setSource(const Paint& paint);
+    /// Keeps what a clip's outline on a raster will have to bring back.
+    void keepBackdrops(const Shape& shape, const Rect& bounds, bool antialiased);
     [[nodiscard]] Coverage coverage(const PixelRect& area, const Shape& shape, const Rect& bounds,
                                     bool antialiased) const;
 };

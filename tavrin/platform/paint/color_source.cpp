@@ -7,6 +7,7 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/gradient_stops.h"
 
@@ -25,13 +26,15 @@ void setColor(cairo_t* cairo, const RGBA& color, bool raster) {
     cairo_set_source_rgba(cairo, channel(16), channel(8), channel(0), alpha / 255);
 }
 
-void setGradient(cairo_t* cairo, const Gradient& gradient, const std::vector<RGBA>& colors, bool raster) {
+std::size_t setGradient(cairo_t* cairo, const Gradient& gradient, const std::vector<RGBA>& colors, bool raster) {
     const std::unique_ptr<cairo_pattern_t, decltype(&cairo_pattern_destroy)> pattern(
         cairo_pattern_create_linear(gradient.start.x, gradient.start.y, gradient.end.x, gradient.end.y),
         &cairo_pattern_destroy);
-    for (const auto& [place, color] : gradientStops(colors, raster ? rasterTolerance : documentTolerance))
+    const std::vector<GradientStop> stops = gradientStops(colors, raster ? rasterTolerance : documentTolerance);
+    for (const auto& [place, color] : stops)
         cairo_pattern_add_color_stop_rgba(pattern.get(), place, color.red, color.green, color.blue, color.opacity);
     cairo_set_source(cairo, pattern.get());
+    return stops.size();
 }
 
 }  // namespace
@@ -54,6 +57,8 @@ std::uint32_t pixelOf(const RGBA& clampedColor) {
 std::vector<RGBA> clampedColors(const Gradient& gradient) {
     const auto& [colors, start, end] = gradient;
     if (!std::isfinite(start.x) || !std::isfinite(start.y) || !std::isfinite(end.x) || !std::isfinite(end.y)) return {};
+    constexpr std::size_t colorsInStep = 4;
+    Meter::ofThisThread().step(colors.size() / colorsInStep);
     std::vector<RGBA> result;
     result.reserve(colors.size());
     for (const RGBA& color : colors) {
@@ -65,21 +70,18 @@ std::vector<RGBA> clampedColors(const Gradient& gradient) {
     return result;
 }
 
-bool setSource(cairo_t* cairo, const Paint& paint, bool raster) {
+std::size_t setSource(cairo_t* cairo, const Paint& paint, bool raster) {
     if (const auto* color = std::get_if<RGBA>(&paint)) {
         const std::optional<RGBA> usable = clamped(*color);
-        if (!usable || usable->opacity == 0) return false;
+        if (!usable || usable->opacity == 0) return 0;
         setColor(cairo, *usable, raster);
-        return true;
+        return 1;
     }
     const auto& gradient = std::get<Gradient>(paint);
     const std::vector<RGBA> colors = clampedColors(gradient);
-    if (colors.empty()) return false;
-    if (colors.size() == 1)
-        setColor(cairo, colors.front(), raster);
-    else
-        setGradient(cairo, gradient, colors, raster);
-    return true;
+    if (colors.size() > 1) return setGradient(cairo, gradient, colors, raster);
+    if (!colors.empty()) setColor(cairo, colors.front(), raster);
+    return colors.size();
 }
 
 }  // namespace tavrin::paint

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -24,7 +25,8 @@ inline constexpr double rasterTolerance = 0.25 / 255;
 /// A gradient's colours, each clamped, or the one colour that it comes down to; empty when it draws nothing.
 [[nodiscard]] std::vector<RGBA> clampedColors(const Gradient& gradient);
 
-/// Makes the paint Cairo's source; false when it draws nothing. On a raster colours are those of `pixelOf`.
-[[nodiscard]] bool setSource(cairo_t* cairo, const Paint& paint, bool raster);
+/// Makes the paint Cairo's source; of so many colours, none when it draws nothing. On a raster colours are those of
+/// `pixelOf`.
+[[nodiscard]] std::size_t setSource(cairo_t* cairo, const Paint& paint, bool raster);
 
 }  // namespace tavrin::paint

@@ -5,11 +5,13 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
 
 Coverage::Coverage(const PixelRect& area, bool antialiased, const std::function<void(cairo_t*)>& draw) : area_(area) {
+    Meter::ofThisThread().paint(area.area());
     const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
     stride_ = static_cast<std::size_t>(stride);
     bytes_.resize(stride_ * static_cast<std::size_t>(area.height()));

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 
 typedef struct _cairo cairo_t;
@@ -27,7 +27,7 @@ public:
 private:
     PixelRect area_;
     std::size_t stride_ = 0;
-    std::vector<std::uint8_t> bytes_;
+    pool::Vector<std::uint8_t> bytes_;
 };
 
 }  // namespace tavrin::paint

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/oklab.h"
 
 namespace tavrin::paint {
@@ -92,9 +94,13 @@ std::vector<GradientStop> gradientStops(const std::vector<RGBA>& colors, double 
     const auto color = [&](std::size_t i) -> const RGBA& { return colors[i * (colors.size() - 1) / segments]; };
     const double length = 1 / static_cast<double>(segments);
     std::vector<GradientStop> stops;
-    for (std::size_t i = 0; i < segments; ++i)
+    constexpr std::uint64_t stepsOfStop = 10;
+    for (std::size_t i = 0; i < segments; ++i) {
+        const std::size_t before = stops.size();
         Segment(color(i), color(i + 1), static_cast<double>(i) * length, length, tolerance)
             .appendStops(stops, maximumPieces / segments);
+        Meter::ofThisThread().step(stepsOfStop * (stops.size() - before));
+    }
     stops.back().place = 1;
     return stops;
 }

@@ -30,7 +30,12 @@ std::array<Point, 4> beginning(const std::array<Point, 4>& curve, double t) {
     return {curve[0], a, ab, pointAt(curve, t)};
 }
 
-std::array<Point, 4> reversed(const std::array<Point, 4>& curve) { return {curve[3], curve[2], curve[1], curve[0]}; }
+/// The curve from a parameter to its end.
+std::array<Point, 4> ending(const std::array<Point, 4>& curve, double t) {
+    const Point b = between(curve[1], curve[2], t);
+    const Point c = between(curve[2], curve[3], t);
+    return {pointAt(curve, t), between(b, c, t), c, curve[3]};
+}
 
 double distance(Point a, Point b) { return std::hypot(b.x - a.x, b.y - a.y); }
 
@@ -92,7 +97,7 @@ double MeasuredPath::Piece::parameterAt(double reached) const {
 std::array<Point, 4> MeasuredPath::Piece::part(double from, double to) const {
     std::array<Point, 4> result = points;
     if (to < 1) result = beginning(result, to);
-    if (from > 0) result = reversed(beginning(reversed(result), 1 - from / to));
+    if (from > 0) result = ending(result, from / to);
     return result;
 }
 

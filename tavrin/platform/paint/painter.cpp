@@ -8,6 +8,7 @@
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/effects.h"
+#include "tavrin/platform/paint/drawn_extents.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -20,7 +21,7 @@ using Index = LayoutTree::Index;
 
 /// How many pixels of a raster may be held at once by layers and outlined clips within each other; what would take more
 /// is drawn strip by strip.
-constexpr std::int64_t maximumHeldPixels = 32'000'000;
+constexpr std::int64_t maximumHeldPixels = 16'000'000;
 
 class Painter {
 public:
@@ -28,6 +29,7 @@ public:
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
+          extents_(tree),
           drawsTexts_(options.drawsTexts),
           appearance_(tree.environment().appearance),
           still_(options.still),
@@ -138,7 +140,7 @@ private:
         if (opacity_ >= 1 || isFadedAlike(content))
             paint(content);
         else
-            drawWhole(index, [&] { paintAsLayer(content); });
+            drawFaded(index, content);
         opacity_ = before;
     }
 
@@ -146,6 +148,7 @@ private:
 
     /// The nodes that go with the time, or may, in their order.
     void listMoving() {
+        Meter::ofThisThread().step(tree_.nodes().size() / 8);
         for (Index index = 0; index < tree_.nodes().size(); ++index) {
             const LayoutNode& node = tree_.node(index);
             const auto* text = node.kind == ViewKind::text ? node.view->as<Text>() : nullptr;
@@ -199,6 +202,14 @@ private:
         });
     }
 
+    /// Draws a subtree as a whole, in a layer no larger than it.
+    void drawFaded(Index index, Index content) {
+        canvas_.save();
+        canvas_.limit(extents_.of(content));
+        if (!canvas_.hidden()) drawWhole(index, [&] { paintAsLayer(content); });
+        canvas_.restore();
+    }
+
     /// Draws what is composed or cut as a whole, the outermost such view with all within it in no more memory than
     /// there may be.
     template <class Draw>
@@ -213,6 +224,7 @@ private:
     [[nodiscard]] std::int64_t nestedWholes(Index outermost) const {
         std::vector<Index> ends;
         std::size_t most = 0;
+        Meter::ofThisThread().step((tree_.node(outermost).end - outermost) / 8);
         for (Index index = outermost; index < tree_.node(outermost).end; ++index) {
             while (!ends.empty() && ends.back() <= index) ends.pop_back();
             if (isWhole(tree_.node(index).kind)) ends.push_back(tree_.node(index).end);
@@ -273,6 +285,7 @@ private:
     const LayoutTree& tree_;
     Canvas& canvas_;
     TextPainter& texts_;
+    DrawnExtents extents_;
     bool drawsTexts_;
     Appearance appearance_;
     StillPart* still_;

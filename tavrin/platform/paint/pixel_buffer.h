@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
+
 namespace tavrin::paint {
 
 /// A picture in memory: rows of 32-bit pixels from top to bottom, each 0xAARRGGBB with premultiplied channels, without
@@ -41,7 +43,7 @@ private:
 
     int width_ = 0;
     int height_ = 0;
-    std::vector<std::uint32_t> pixels_;
+    pool::Vector<std::uint32_t> pixels_;
 };
 
 }  // namespace tavrin::paint

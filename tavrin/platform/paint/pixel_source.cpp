@@ -6,6 +6,7 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/paint/gradient_stops.h"
@@ -33,6 +34,7 @@ constexpr double farthest = 1e100;
 std::vector<std::uint32_t> rampOf(const std::vector<RGBA>& colors) {
     if (colors.size() == 1) return {pixelOf(colors.front())};
     std::vector<std::uint32_t> ramp(std::min((colors.size() - 1) * stepsPerSegment, maxSteps));
+    Meter::ofThisThread().paint(ramp.size());
     const auto size = static_cast<double>(ramp.size());
     const std::vector<GradientStop> stops = gradientStops(colors, rasterTolerance);
     std::size_t i = 0;

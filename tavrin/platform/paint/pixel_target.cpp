@@ -12,6 +12,7 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::paint {
@@ -80,8 +81,10 @@ void PixelTarget::fill(const PixelRect& wanted, const PixelSource& source) const
     const PixelRect area = intersection(wanted, bounds_);
     if (area.empty()) return;
     const auto width = static_cast<std::size_t>(area.width());
+    Meter& meter = Meter::ofThisThread();
     if (const std::optional<std::uint32_t> solid = source.solid()) {
         for (int y = area.y0; y < area.y1; ++y) {
+            meter.paint(width);
             if (source.isOpaque())
                 std::fill_n(pixel(area.x0, y), width, *solid);
             else
@@ -91,6 +94,7 @@ void PixelTarget::fill(const PixelRect& wanted, const PixelSource& source) const
     }
     SourceRows rows(source, area);
     for (int y = area.y0; y < area.y1; ++y) {
+        meter.paint(width);
         if (source.isOpaque())
             std::copy_n(rows.row(y), width, pixel(area.x0, y));
         else
@@ -102,28 +106,50 @@ void PixelTarget::fill(const Coverage& coverage, const PixelSource& source) cons
     const PixelRect area = intersection(coverage.area(), bounds_);
     if (area.empty()) return;
     const auto width = static_cast<std::size_t>(area.width());
+    Meter& meter = Meter::ofThisThread();
     SourceRows rows(source, area);
-    for (int y = area.y0; y < area.y1; ++y)
-        blendRow(rows.row(y), coverage.row(y) + (area.x0 - coverage.area().x0), {pixel(area.x0, y), width});
-}
-
-Backdrop::Backdrop(const PixelTarget& target, Coverage inside) : inside_(std::move(inside)) {
-    const PixelRect& area = inside_.area();
-    pixels_.reserve(static_cast<std::size_t>(area.width()) * static_cast<std::size_t>(area.height()));
     for (int y = area.y0; y < area.y1; ++y) {
-        const std::uint32_t* row = target.pixel(area.x0, y);
-        pixels_.insert(pixels_.end(), row, row + area.width());
+        meter.paint(width);
+        blendRow(rows.row(y), coverage.row(y) + (area.x0 - coverage.area().x0), {pixel(area.x0, y), width});
     }
 }
 
-void Backdrop::restore(const PixelTarget& target) const {
-    const PixelRect& area = inside_.area();
-    const std::uint32_t* kept = pixels_.data();
+Backdrop::Outside::Outside(const Coverage& inside) {
+    const PixelRect& area = inside.area();
     for (int y = area.y0; y < area.y1; ++y) {
-        std::uint32_t* row = target.pixel(area.x0, y);
-        const std::uint8_t* inside = inside_.row(y);
-        for (int i = 0; i < area.width(); ++i, ++kept)
-            if (inside[i] != 0xFF) row[i] = mixPixels(row[i], *kept, inside[i]);
+        const std::uint8_t* const begin = inside.row(y);
+        const std::uint8_t* const end = begin + area.width();
+        const auto isCovered = [](std::uint8_t share) { return share == 0xFF; };
+        for (const std::uint8_t* at = begin; at != end;) {
+            const std::uint8_t* const first = std::find_if_not(at, end, isCovered);
+            at = std::find_if(first, end, isCovered);
+            if (first == at) break;
+            runs.push_back({area.x0 + static_cast<int>(first - begin), y, static_cast<int>(at - first)});
+            shares.insert(shares.end(), first, at);
+        }
+    }
+}
+
+Backdrop::Backdrop(const PixelTarget& target, const Coverage& inside, const Backdrop* around)
+    : outside_(std::make_shared<const Outside>(inside)) {
+    Pixels pixels;
+    pixels.reserve(outside_->shares.size());
+    for (const Run& run : outside_->runs) {
+        const std::uint32_t* const first = target.pixel(run.x, run.y);
+        pixels.insert(pixels.end(), first, first + run.count);
+    }
+    if (around && *around->outside_ == *outside_) outside_ = around->outside_;
+    pixels_ =
+        around && *around->pixels_ == pixels ? around->pixels_ : std::make_shared<const Pixels>(std::move(pixels));
+}
+
+void Backdrop::restore(const PixelTarget& target) const {
+    Meter::ofThisThread().paint(pixels_->size());
+    const std::uint8_t* share = outside_->shares.data();
+    const std::uint32_t* kept = pixels_->data();
+    for (const Run& run : outside_->runs) {
+        std::uint32_t* const row = target.pixel(run.x, run.y);
+        for (int i = 0; i < run.count; ++i, ++share, ++kept) row[i] = mixPixels(row[i], *kept, *share);
     }
 }
 

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <memory>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/coverage.h"
 #include "tavrin/platform/paint/pixel_source.h"
@@ -41,15 +42,34 @@ private:
 /// The pixels that a clip with an outline will have to bring back: what was in an area before something was drawn.
 class Backdrop {
 public:
-    /// Keeps the pixels of `target` in the area of `inside`, the outline's coverage, which lies within its bounds.
-    Backdrop(const PixelTarget& target, Coverage inside);
+    /// Keeps those pixels of `target` that `inside`, the outline's coverage, leaves out in part or altogether; its area
+    /// lies within the target's bounds. What is the same in `around`, the backdrop of a clip around it, if any, is
+    /// shared with it.
+    Backdrop(const PixelTarget& target, const Coverage& inside, const Backdrop* around);
 
     /// Brings the kept pixels back as far as the outline leaves them out.
     void restore(const PixelTarget& target) const;
 
 private:
-    Coverage inside_;
-    std::vector<std::uint32_t> pixels_;
+    /// Neighbouring pixels of a row.
+    struct Run {
+        int x = 0;
+        int y = 0;
+        int count = 0;
+        friend bool operator==(const Run&, const Run&) = default;
+    };
+    /// What an outline does not cover wholly.
+    struct Outside {
+        explicit Outside(const Coverage& inside);
+
+        pool::Vector<Run> runs;
+        pool::Vector<std::uint8_t> shares;  ///< how much of each of the runs' pixels is covered
+        friend bool operator==(const Outside&, const Outside&) = default;
+    };
+    using Pixels = pool::Vector<std::uint32_t>;
+
+    std::shared_ptr<const Outside> outside_;
+    std::shared_ptr<const Pixels> pixels_;  ///< those of the runs
 };
 
 }  // namespace tavrin::paint

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/run_deflater.h"
 
 namespace tavrin::paint {
@@ -15,6 +16,7 @@ void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::
     const std::vector<std::uint32_t> nothing(width, opaque ? 0xFF000000 : 0);
     const std::uint32_t* above = nothing.data();
     for (int y = 0; y < picture.height(); ++y) {
+        Meter::ofThisThread().paint(width);
         const std::uint32_t* row = picture.row(y);
         deflater.addRow(row, above, width);
         above = row;

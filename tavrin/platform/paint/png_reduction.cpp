@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/straight_rows.h"
 
 namespace tavrin::paint {
@@ -86,6 +87,7 @@ PngSamples emptySamples(const StraightRows& rows, PngColorType colorType, std::s
     PngSamples samples;
     samples.colorType = colorType;
     samples.bytesPerRow = 1 + bytesPerRow;
+    Meter::ofThisThread().paint(rows.width() * static_cast<std::size_t>(rows.height()));
     samples.rows.resize(static_cast<std::size_t>(rows.height()) * samples.bytesPerRow);
     return samples;
 }

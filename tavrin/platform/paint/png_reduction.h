@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/png_file.h"
 
@@ -15,7 +16,7 @@ struct PngSamples {
     PngColorType colorType = PngColorType::rgba;
     int bitDepth = 8;
     std::size_t bytesPerRow = 0;  ///< with the filter number
-    std::vector<std::uint8_t> rows;
+    pool::Vector<std::uint8_t> rows;
     /// R, G, B of each palette entry; empty without a palette.
     std::vector<std::uint8_t> palette;
     /// Opacities of the first palette entries; the others are opaque.

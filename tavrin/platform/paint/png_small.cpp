@@ -10,6 +10,7 @@
 
 #include <libdeflate.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/png_file.h"
 #include "tavrin/platform/paint/png_reduction.h"
@@ -17,7 +18,7 @@
 namespace tavrin::paint {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = pool::Vector<std::uint8_t>;
 
 /// The lowest at which libdeflate looks for a longer match behind each one; for widgets a tenth smaller than the level
 /// below.
@@ -66,6 +67,8 @@ std::uint32_t weigh(std::span<const std::uint8_t> differences) {
 
 /// A zlib stream.
 Bytes compressed(const Bytes& bytes, int level) {
+    constexpr std::uint64_t bytesInPixel = 2;  // compressing takes longer than painting
+    Meter::ofThisThread().paint(bytes.size() / bytesInPixel);
     const std::unique_ptr<libdeflate_compressor, decltype([](auto* it) { libdeflate_free_compressor(it); })> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor) throw TavrinError{"Render", "a picture could not be compressed (out of memory)"};
@@ -126,6 +129,7 @@ private:
         const Bytes nothing(count_);
         for (std::size_t y = 0; y < height_; ++y) {
             if (bands && y % rowsFromBandToBand >= rowsInBand) continue;
+            Meter::ofThisThread().paint(count_ / step_);
             const std::uint8_t* row = samples_.rows.data() + y * (1 + count_) + 1;
             visit(row, y == 0 ? nothing.data() : row - (1 + count_));
         }
@@ -153,8 +157,9 @@ Bytes smallData(const PngSamples& samples, std::size_t width) {
 
 }  // namespace
 
-std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture) {
-    return smallData(rgbaPngSamples(picture), static_cast<std::size_t>(picture.width()));
+std::string pngRowsSmall(const PixelBuffer& picture) {
+    const Bytes rows = smallData(rgbaPngSamples(picture), static_cast<std::size_t>(picture.width()));
+    return {rows.begin(), rows.end()};
 }
 
 std::string encodePngSmall(const PixelBuffer& picture) {

@@ -14,6 +14,6 @@ namespace tavrin::paint {
 [[nodiscard]] std::string encodePngSmall(const PixelBuffer& picture);
 
 /// The rows alone, as RGBA: a zlib stream.
-[[nodiscard]] std::vector<std::uint8_t> pngRowsSmall(const PixelBuffer& picture);
+[[nodiscard]] std::string pngRowsSmall(const PixelBuffer& picture);
 
 }  // namespace tavrin::paint

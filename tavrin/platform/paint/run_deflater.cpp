@@ -122,6 +122,7 @@ void RunDeflater::writeBlock(bool last) {
     for (std::size_t symbol = 0; symbol < symbolCount; ++symbol)
         size += std::uint64_t{counts[symbol]} * (codes[symbol].length + bitsAfterSymbol[symbol]);
     const std::size_t begin = out_.size();
+    held_.grow(size / 8 + mostOfHeader);
     out_.resize(begin + size / 8 + mostOfHeader);
 
     BitWriter bits(out_.data() + begin, pendingBits_, pendingCount_);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/pixel_runs.h"
 #include "tavrin/platform/paint/run_symbols.h"
 
@@ -48,6 +49,7 @@ private:
     std::size_t runCount_ = 0;
     unsigned pendingBits_ = 0;
     unsigned pendingCount_ = 0;
+    HeldBytes held_;  // what is written
 };
 
 }  // namespace tavrin::paint

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
 namespace tavrin {
 
@@ -15,6 +16,10 @@ struct PixelRect {
     [[nodiscard]] constexpr bool empty() const { return x0 >= x1 || y0 >= y1; }
     [[nodiscard]] constexpr int width() const { return x1 - x0; }
     [[nodiscard]] constexpr int height() const { return y1 - y0; }
+    /// How many pixels it has.
+    [[nodiscard]] constexpr std::uint64_t area() const {
+        return empty() ? 0 : static_cast<std::uint64_t>(width()) * static_cast<std::uint64_t>(height());
+    }
 
     friend constexpr PixelRect intersection(const PixelRect& a, const PixelRect& b) {
         return {std::max(a.x0, b.x0), std::max(a.y0, b.y0), std::min(a.x1, b.x1), std::min(a.y1, b.y1)};

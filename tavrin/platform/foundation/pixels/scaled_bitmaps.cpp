@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/scaling.h"
 
 namespace tavrin {
@@ -37,8 +38,14 @@ std::shared_ptr<const Bitmap> ScaledBitmaps::scaled(const std::shared_ptr<const 
     const PixelRect whole{0, 0, picture->width(), picture->height()};
     if (width == whole.x1 && height == whole.y1 && part == whole) return picture;
     const Key key{picture->identity(), width, height, part};
-    if (std::shared_ptr<const Bitmap> known = find(key)) return known;
     const PixelRows rows{picture->row(0), whole.x1, whole.y1, whole.x1};
+    const HeldBytes held(part.area() * sizeof(std::uint32_t));
+    if (std::shared_ptr<const Bitmap> known = find(key)) {
+        // It costs the same whatever was drawn before.
+        Meter::ofThisThread().paint(scalingCostOfRow(rows, width, height, part) *
+                                    static_cast<std::uint64_t>(part.height()));
+        return known;
+    }
     return keep(key,
                 std::make_shared<const Bitmap>(part.width(), part.height(), scaledPixels(rows, width, height, part)));
 }

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "tavrin/platform/foundation/budget/meter.h"
+
 namespace tavrin {
 namespace {
 
@@ -82,14 +84,23 @@ std::uint32_t blendPixels(const float* pixel, const Axis::Blend& blend) {
 
 }  // namespace
 
+std::uint64_t scalingCostOfRow(const PixelRows& source, int width, int height, const PixelRect& part) {
+    // How many source pixels a pixel is made of along an axis.
+    const auto blended = [](int from, int to) { return static_cast<std::uint64_t>(from / to) + 1; };
+    const std::uint64_t inRows = blended(source.width, width) * static_cast<std::uint64_t>(part.width());
+    return inRows * (blended(source.height, height) + 1);
+}
+
 std::vector<std::uint32_t> scaledPixels(const PixelRows& source, int width, int height, const PixelRect& part) {
     const Axis columns(source.width, width, part.x0, part.x1);
     const Axis rows(source.height, height, part.y0, part.y1);
     const int left = columns.sourceBegin();
     std::vector<float> sum(4 * static_cast<std::size_t>(columns.sourceEnd() - left));
     std::vector<std::uint32_t> pixels;
-    pixels.reserve(static_cast<std::size_t>(part.width()) * static_cast<std::size_t>(part.height()));
+    pixels.reserve(static_cast<std::size_t>(part.area()));
+    const std::uint64_t costOfRow = scalingCostOfRow(source, width, height, part);
     for (int y = 0; y < part.height(); ++y) {
+        Meter::ofThisThread().paint(costOfRow);
         blendRows(source, rows.blend(y), left, sum);
         for (int x = 0; x < part.width(); ++x) {
             const Axis::Blend blend = columns.blend(x);

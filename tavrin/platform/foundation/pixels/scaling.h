@@ -18,9 +18,12 @@ struct PixelRows {
     std::ptrdiff_t stride;
 };
 
+/// What each row of a scaled picture's part takes, in pixels painted; see `Meter`.
+std::uint64_t scalingCostOfRow(const PixelRows& source, int width, int height, const PixelRect& part);
+
 /// A part of a picture as it is when scaled to `width` x `height` pixels: each pixel is the average of the area that it
 /// covers; along an axis that grows, pixels are interpolated linearly and the outermost ones repeated. `part` is not
-/// empty and lies within the scaled picture.
+/// empty and lies within the scaled picture. Counts its cost row by row.
 std::vector<std::uint32_t> scaledPixels(const PixelRows& source, int width, int height, const PixelRect& part);
 
 }  // namespace tavrin

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/parallel_loop.h"
 #include "tavrin/platform/paint/animation/apng_file.h"
@@ -22,6 +24,12 @@ constexpr std::int64_t maximumWaitingPixels = 32'000'000;
 std::size_t threadCount() { return std::max(1U, std::thread::hardware_concurrency()); }
 
 std::int64_t pixelCount(const FramePatch& patch) { return std::int64_t{patch.area.width()} * patch.area.height(); }
+
+/// How many times as long as painting a pixel compressing one takes, roughly.
+std::uint64_t compressingWeight(AnimationFormat format, PngCompression compression) {
+    if (format == AnimationFormat::webp) return compression == PngCompression::small ? 64 : 16;
+    return compression == PngCompression::small ? 8 : 1;
+}
 
 void checkSize(const PixelBuffer& picture, AnimationFormat format) {
     const int side = std::max(picture.width(), picture.height());
@@ -53,6 +61,7 @@ void AnimationEncoder::addPatch(const PixelBuffer& picture) {
         patch = patchOf(*last_, picture, area);
     }
     std::int64_t waiting = pixelCount(patch);
+    Meter::ofThisThread().paint(compressingWeight(format_, compression_) * static_cast<std::uint64_t>(waiting));
     for (const FramePatch& other : patches_) waiting += pixelCount(other);
     if (patches_.size() == patchesPerThread * threadCount() || waiting > maximumWaitingPixels) encodePatches();
     frames_.push_back({patch.area, patch.isBlended});
@@ -61,9 +70,22 @@ void AnimationEncoder::addPatch(const PixelBuffer& picture) {
 
 void AnimationEncoder::encodePatches() {
     const std::size_t first = frames_.size() - patches_.size();
-    parallelLoop(patches_.size(), threadCount(),
-                 [&](std::size_t index) { frames_[first + index].bytes = encoded(patches_[index]); });
-    for (std::size_t i = first; i < frames_.size(); ++i) bytes_ += frames_[i].bytes.size();
+    // What compressing costs was counted with the patches: here only time passes.
+    RenderBudget time{.steps = UINT64_MAX, .pixels = UINT64_MAX, .bytes = UINT64_MAX};
+    if (const Metering* const metering = Metering::ofThisThread()) {
+        const RenderBudget rest = metering->rest();
+        time.seconds = rest.seconds;
+        time.cancel = rest.cancel;
+    }
+    parallelLoop(patches_.size(), threadCount(), [&](std::size_t index) {
+        Cost cost;
+        const Metering metering(time, cost);
+        frames_[first + index].bytes = encoded(patches_[index]);
+    });
+    for (std::size_t i = first; i < frames_.size(); ++i) {
+        bytes_ += frames_[i].bytes.size();
+        held_.grow(frames_[i].bytes.size());
+    }
     patches_.clear();
     if (bytes_ > maximumBytes)
         throw TavrinError("Render", fmt::format("the animation takes more than {} bytes", maximumBytes));
@@ -76,6 +98,7 @@ std::string AnimationEncoder::encoded(const FramePatch& patch) const {
 std::string AnimationEncoder::finish() {
     if (!last_) throw TavrinError("Render", "an animation needs a frame");
     encodePatches();
+    const HeldBytes held = std::exchange(held_, {});  // until the file is made
     return format_ == AnimationFormat::webp ? webpFile(last_->width(), last_->height(), frames_)
                                             : apngFile(last_->width(), last_->height(), frames_);
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/animation/animation_format.h"
 #include "tavrin/platform/paint/animation/encoded_frame.h"
 #include "tavrin/platform/paint/animation/frame_patch.h"
@@ -45,6 +46,7 @@ private:
     std::vector<EncodedFrame> frames_;  // the last of them not yet compressed: those of `patches_`
     std::vector<FramePatch> patches_;
     std::uint64_t bytes_ = 0;
+    HeldBytes held_;  // those of the frames
 };
 
 }  // namespace tavrin::paint

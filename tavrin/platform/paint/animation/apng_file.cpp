@@ -48,10 +48,7 @@ void addControl(PngFile& file, const EncodedFrame& frame, std::uint32_t sequence
 }  // namespace
 
 std::string apngFrame(const FramePatch& patch, PngCompression compression) {
-    if (compression == PngCompression::small) {
-        const std::vector<std::uint8_t> rows = pngRowsSmall(patch.pixels);
-        return {rows.begin(), rows.end()};
-    }
+    if (compression == PngCompression::small) return pngRowsSmall(patch.pixels);
     std::string rows;
     appendPngRowsFast(patch.pixels, PngColorType::rgba, rows);
     return rows;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "tavrin/platform/foundation/budget/meter.h"
+
 namespace tavrin::paint {
 namespace {
 
@@ -27,6 +29,7 @@ bool canBeDrawnOver(const PixelBuffer& before, const PixelBuffer& now, const Pix
 PixelRect changedArea(const PixelBuffer& before, const PixelBuffer& now) {
     PixelRect area{now.width(), now.height(), 0, 0};
     for (int y = 0; y < now.height(); ++y) {
+        Meter::ofThisThread().paint(static_cast<std::uint64_t>(now.width()));
         const std::span<const std::uint32_t> left = pixelsOf(before, y);
         const std::span<const std::uint32_t> right = pixelsOf(now, y);
         const auto first = std::mismatch(left.begin(), left.end(), right.begin()).first;
@@ -47,6 +50,7 @@ FramePatch wholePatch(const PixelBuffer& picture) {
 FramePatch patchOf(const PixelBuffer& before, const PixelBuffer& now, const PixelRect& area) {
     FramePatch patch{area, PixelBuffer(area.width(), area.height()), canBeDrawnOver(before, now, area)};
     for (int y = 0; y < area.height(); ++y) {
+        Meter::ofThisThread().paint(static_cast<std::uint64_t>(area.width()));
         const std::uint32_t* const old = before.row(area.y0 + y) + area.x0;
         const std::uint32_t* const row = now.row(area.y0 + y) + area.x0;
         std::uint32_t* const out = patch.pixels.row(y);

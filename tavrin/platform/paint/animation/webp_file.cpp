@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <fmt/format.h>
 #include <webp/encode.h>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
@@ -80,11 +82,26 @@ std::string webpFrame(const FramePatch& patch, PngCompression compression) {
     WebPMemoryWriterInit(&writer);
     picture.writer = WebPMemoryWrite;
     picture.custom_ptr = &writer;
+    // Looks now and then whether there is time left; what that throws must not leave through the library.
+    std::exception_ptr failure;
+    picture.user_data = &failure;
+    picture.progress_hook = [](int, const WebPPicture* of) {
+        try {
+            checkBudget();
+            return 1;
+        } catch (...) {
+            *static_cast<std::exception_ptr*>(of->user_data) = std::current_exception();
+            return 0;
+        }
+    };
     const std::unique_ptr<WebPPicture, decltype(&WebPPictureFree)> pictureEnd(&picture, &WebPPictureFree);
     const std::unique_ptr<WebPMemoryWriter, decltype(&WebPMemoryWriterClear)> writerEnd(&writer,
                                                                                         &WebPMemoryWriterClear);
     const std::vector<std::uint8_t> rgba = patch.pixels.straightRGBA();
-    if (!WebPPictureImportRGBA(&picture, rgba.data(), 4 * picture.width) || !WebPEncode(&config, &picture))
+    const bool isWritten =
+        WebPPictureImportRGBA(&picture, rgba.data(), 4 * picture.width) && WebPEncode(&config, &picture);
+    if (failure) std::rethrow_exception(failure);
+    if (!isWritten)
         throw TavrinError("Render", fmt::format("a frame could not be compressed (WebP error {})",
                                                 static_cast<int>(picture.error_code)));
     return {reinterpret_cast<const char*>(writer.mem) + fileHeaderSize, writer.size - fileHeaderSize};

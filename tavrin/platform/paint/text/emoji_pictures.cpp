@@ -14,6 +14,11 @@ namespace {
 
 constexpr std::size_t mostEmojiBytes = 8U << 20;
 
+std::uint64_t pixelCount(cairo_surface_t* picture) {
+    return static_cast<std::uint64_t>(cairo_image_surface_get_width(picture)) *
+           static_cast<std::uint64_t>(cairo_image_surface_get_height(picture));
+}
+
 struct PngReader {
     const char* rest;
     unsigned length;
@@ -36,6 +41,8 @@ EmojiPicture decode(hb_font_t* font, std::uint32_t glyph) {
     if (reader.length == 0) return nullptr;
     EmojiPicture decoded(cairo_image_surface_create_from_png_stream(&PngReader::read, &reader));
     if (cairo_surface_status(decoded.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    constexpr std::uint64_t weight = 4;  // decompressing takes longer than painting
+    Meter::ofThisThread().paint(weight * pixelCount(decoded.get()));
     if (cairo_image_surface_get_format(decoded.get()) == CAIRO_FORMAT_ARGB32) return decoded;
 
     EmojiPicture picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(decoded.get()),
@@ -73,29 +80,34 @@ PictureBox EmojiPictures::box(text::FontId font, std::uint32_t glyph) {
 }
 
 cairo_surface_t* EmojiPictures::original(text::FontId font, std::uint32_t glyph) {
-    const Key key{font, glyph, 0, 0};
-    if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
-    return keep(key, decode(faces_.face(font).shaper(), glyph));
+    return kept({font, glyph, 0, 0}, [&] { return decode(faces_.face(font).shaper(), glyph); });
 }
 
 cairo_surface_t* EmojiPictures::scaled(text::FontId font, std::uint32_t glyph, int width, int height) {
-    const Key key{font, glyph, width, height};
-    if (const auto found = pictures_.find(key); found != pictures_.end()) return found->second.get();
-    cairo_surface_t* picture = original(font, glyph);
-    return keep(key, picture == nullptr ? nullptr : scaledPicture(picture, width, height));
+    return kept({font, glyph, width, height}, [&] {
+        const EmojiPicture picture = decode(faces_.face(font).shaper(), glyph);
+        return picture ? scaledPicture(picture.get(), width, height) : nullptr;
+    });
 }
 
-cairo_surface_t* EmojiPictures::keep(const Key& key, EmojiPicture picture) {
+template <class Make>
+cairo_surface_t* EmojiPictures::kept(const Key& key, Make make) {
+    Meter& meter = Meter::ofThisThread();
+    if (const auto found = pictures_.find(key); found != pictures_.end()) {
+        meter.paint(found->second.cost);
+        return found->second.picture.get();
+    }
+    const std::uint64_t before = meter.pixels;
+    Kept made{make()};
+    made.cost = meter.pixels - before;
     if (bytes_ > mostEmojiBytes) {
         pictures_.clear();
         bytes_ = 0;
     }
     constexpr std::size_t overhead = 128;
     bytes_ += overhead;
-    if (picture)
-        bytes_ += static_cast<std::size_t>(cairo_image_surface_get_stride(picture.get())) *
-                  static_cast<std::size_t>(cairo_image_surface_get_height(picture.get()));
-    return (pictures_[key] = std::move(picture)).get();
+    if (made.picture) bytes_ += pixelCount(made.picture.get()) * sizeof(std::uint32_t);
+    return (pictures_[key] = std::move(made)).picture.get();
 }
 
 }  // namespace tavrin::paint

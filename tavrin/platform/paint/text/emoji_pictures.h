@@ -7,12 +7,27 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/text/font_faces.h"
 
 namespace tavrin::paint {
 
 using EmojiPicture = Handle<cairo_surface_t, cairo_surface_destroy>;
+
+/// What the texts of one document keep until it is finished.
+struct DocumentTexts {
+    struct Emoji {
+        const void* painter;
+        text::FontId font;
+        std::uint32_t glyph;
+        double opacity;
+        auto operator<=>(const Emoji&) const = default;  // NOLINT(modernize-use-nullptr): there is none
+    };
+    /// What is drawn again is not embedded again.
+    std::map<Emoji, EmojiPicture> emoji;
+    HeldBytes bytes;
+};
 
 /// Where a glyph's picture stands, in parts of the text's size from the pen on the baseline; y grows downwards.
 struct PictureBox {
@@ -42,10 +57,16 @@ private:
         int height;
         auto operator<=>(const Key&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
     };
-    cairo_surface_t* keep(const Key& key, EmojiPicture picture);
+    struct Kept {
+        EmojiPicture picture;
+        std::uint64_t cost = 0;  ///< in pixels painted: what is kept costs no less than what is made
+    };
+    /// The picture with this key, made when there is none.
+    template <class Make>
+    cairo_surface_t* kept(const Key& key, Make make);
 
     text::FontFaces& faces_;
-    std::map<Key, EmojiPicture> pictures_;
+    std::map<Key, Kept> pictures_;
     std::size_t bytes_ = 0;
 };
 

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/memory/handles.h"
 
 namespace tavrin::paint {
@@ -16,6 +18,8 @@ void LineRaster::begin(const PixelRect& clip) {
 }
 
 void LineRaster::add(const text::Piece& piece, double pixelsPerEm, double scale, Point pen) {
+    constexpr std::uint64_t stepsOfGlyph = 20;  // as if its mask had to be rendered
+    Meter& meter = Meter::ofThisThread();
     SizedMasks& masks = masks_.sized(piece.font, pixelsPerEm);
     const double reach = 4 * pixelsPerEm;  // no glyph extends farther from its pen
     const double begin = clip_.x0 - reach;
@@ -25,6 +29,7 @@ void LineRaster::add(const text::Piece& piece, double pixelsPerEm, double scale,
         const double y = pen.y + static_cast<double>(glyph.y) * scale;
         pen.x += static_cast<double>(glyph.advance) * scale;
         if (x < begin || x > end || std::abs(y) > 1e6) continue;
+        meter.step(stepsOfGlyph);
         const auto quarters = static_cast<int>(std::floor(x * phasesOfPixel + 0.5));
         const GlyphMask& mask =
             masks.mask(glyph.id, static_cast<unsigned>(quarters & (phasesOfPixel - 1)), masks_.bytes());
@@ -33,6 +38,7 @@ void LineRaster::add(const text::Piece& piece, double pixelsPerEm, double scale,
         const int top = static_cast<int>(std::floor(y + 0.5)) + mask.top;
         if (left >= clip_.x1 || top >= clip_.y1 || left + mask.width <= clip_.x0 || top + mask.height <= clip_.y0)
             continue;
+        meter.paint(static_cast<std::uint64_t>(mask.width) * static_cast<std::uint64_t>(mask.height));
         placed_.push_back({&mask, left, top});
         extent_.x0 = std::min(extent_.x0, left);
         extent_.y0 = std::min(extent_.y0, top);
@@ -48,7 +54,10 @@ void LineRaster::paint(cairo_t* cairo) {
     const int height = box.height();
     const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, width);
     if (stride <= 0) return;
-    coverage_.assign(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height), 0);
+    const std::size_t bytes = static_cast<std::size_t>(stride) * static_cast<std::size_t>(height);
+    const HeldBytes held(bytes);
+    Meter::ofThisThread().paint(2 * bytes);
+    coverage_.assign(bytes, 0);
     for (const auto& placed : placed_) blend(placed, box, static_cast<std::size_t>(stride));
     const Handle<cairo_surface_t, cairo_surface_destroy> mask(
         cairo_image_surface_create_for_data(coverage_.data(), CAIRO_FORMAT_A8, width, height, stride));

@@ -9,6 +9,7 @@
 
 #include <cairo.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/text/embedded_fonts.h"
 #include "tavrin/platform/paint/text/emoji_pictures.h"
 #include "tavrin/platform/paint/text/glyph_masks.h"
@@ -66,6 +67,7 @@ struct Target {
     Rect clip;              ///< in points
     PixelRect pixelClip;    ///< for `Method::masks`
     RGBA color;
+    DocumentTexts* document = nullptr;
 
     [[nodiscard]] Point toPixels(Point p) const {
         cairo_matrix_transform_point(&matrix, &p.x, &p.y);
@@ -74,10 +76,22 @@ struct Target {
     [[nodiscard]] bool isVisible(double left, double right) const {
         return right >= clip.origin.x && left <= clip.origin.x + clip.size.width;
     }
+    /// Counts what drawing so many glyphs by Cairo costs, each as large as the text.
+    void count(std::size_t glyphs, double size) const {
+        constexpr std::uint64_t stepsOfGlyph = 50;
+        constexpr std::size_t bytesOfGlyph = 256;  // in a font or as a reference
+        constexpr std::size_t bytesOfOutline = 4096;
+        Meter& meter = Meter::ofThisThread();
+        meter.step(stepsOfGlyph * glyphs);
+        if (document) return document->bytes.grow((method == Method::fonts ? bytesOfGlyph : bytesOfOutline) * glyphs);
+        const double magnification = std::hypot(matrix.xx, matrix.yx) * std::hypot(matrix.xy, matrix.yy);
+        const double area = std::min(size * size, clip.size.width * clip.size.height) * magnification;
+        meter.paint(static_cast<std::uint64_t>(std::clamp(area, 0.0, 1e12)) * glyphs);
+    }
 };
 
 Target targetOf(cairo_t* cairo, double size) {
-    Target target{cairo, Method::fonts, {}, {}, {}, {}};
+    Target target{cairo, Method::fonts, {}, {}, {}, {}, nullptr};
     cairo_get_matrix(cairo, &target.matrix);
     double left = 0;
     double top = 0;
@@ -105,13 +119,16 @@ public:
     explicit State(text::FontFaces& faces)
         : outlines_(faces), masks_(outlines_), raster_(masks_), fonts_(faces), pictures_(faces) {}
 
-    void draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width, RGBA color);
+    void draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width, RGBA color,
+              DocumentTexts* document);
 
 private:
     void drawLine(const Target& target, const text::ShapedText& text, Point pen);
     void drawPiece(const Target& target, double size, const text::Piece& piece, Point pen);
     void drawPictures(const Target& target, double size, const text::Piece& piece, Point pen);
     void drawPicture(const Target& target, double size, text::FontId font, std::uint32_t glyph, Point pen);
+    /// The glyph's picture as the font has it, faded; null when it has none.
+    EmojiPicture unscaledPicture(const Target& target, text::FontId font, std::uint32_t glyph);
     void fillOutlines(const Target& target, double size, const text::Piece& piece, Point pen);
 
     GlyphOutlines outlines_;
@@ -134,14 +151,15 @@ TextPainter& TextPainter::ofThisThread() {
     return painter;
 }
 
-void TextPainter::draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color) {
+void TextPainter::draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color,
+                       DocumentTexts* document) {
     if (!block.lines()) return;
     if (!state_) state_ = std::make_unique<State>(engine_.faces());
-    state_->draw(cairo, *block.lines(), origin, width, color);
+    state_->draw(cairo, *block.lines(), origin, width, color, document);
 }
 
 void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width,
-                              RGBA color) {
+                              RGBA color, DocumentTexts* document) {
     const text::ShapedText& text = *lines.text;
     const text::BrokenText& broken = *lines.broken;
     if (text.size == 0 || !std::isfinite(origin.x) || !std::isfinite(origin.y) || !(color.opacity > 0)) return;
@@ -149,6 +167,7 @@ void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& line
     cairo_save(cairo);
     Target target = targetOf(cairo, text.size);
     target.color = color;
+    target.document = document;
     // Where letters overlap, glyphs of embedded fonts would be darker: fade the text as a whole. (In SVG by outlines,
     // since Cairo 1.16 loses the memory of faded groups there.)
     const bool isFaded = target.method == Method::fonts && color.opacity < 1;
@@ -173,6 +192,8 @@ void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& line
         const bool isTrailing = text.paragraphs[line.paragraph].level % 2 != 0 && std::isfinite(width);
         const double x = origin.x + (isTrailing ? width - line.width : 0);
         const double y = origin.y + broken.firstBaseline + static_cast<double>(i) * text.linePitch();
+        constexpr std::size_t unitsInStep = 4;
+        Meter::ofThisThread().step(1 + (line.unitEnd - line.unitBegin) / unitsInStep);
         text::placePieces(text, line, pieces_);
         drawLine(target, text, {x, y});
     }
@@ -196,18 +217,30 @@ void TextPainter::State::drawPiece(const Target& target, double size, const text
     switch (target.method) {
         case Method::masks: raster_.add(piece, size * target.matrix.xx, target.matrix.xx, target.toPixels(pen)); break;
         case Method::outlines: fillOutlines(target, size, piece, pen); break;
-        case Method::fonts: fonts_.show(target.cairo, size, piece, pen); break;
+        case Method::fonts:
+            target.count(piece.glyphs.size(), size);
+            fonts_.show(target.cairo, size, piece, pen);
+            break;
     }
 }
 
 void TextPainter::State::fillOutlines(const Target& target, double size, const text::Piece& piece, Point pen) {
     FontOutlines& font = outlines_.ofFont(piece.font);
     const double reach = 4 * size;
+    constexpr std::size_t mostOfPath = 1024;
+    std::size_t count = 0;
     cairo_new_path(target.cairo);
     for (const auto& glyph : piece.glyphs) {
         const Point at{pen.x + static_cast<double>(glyph.x), pen.y + static_cast<double>(glyph.y)};
         pen.x += static_cast<double>(glyph.advance);
-        if (target.isVisible(at.x - reach, at.x + reach)) addOutline(target.cairo, font, glyph.id, size, at);
+        if (!target.isVisible(at.x - reach, at.x + reach)) continue;
+        target.count(1, size);
+        // So many are never joined, and one path would take long.
+        if (++count % mostOfPath == 0) {
+            cairo_fill(target.cairo);
+            cairo_new_path(target.cairo);
+        }
+        addOutline(target.cairo, font, glyph.id, size, at);
     }
     cairo_fill(target.cairo);
 }
@@ -218,6 +251,30 @@ void TextPainter::State::drawPictures(const Target& target, double size, const t
         pen.x += static_cast<double>(glyph.advance);
         if (target.isVisible(at.x - 2 * size, at.x + 2 * size)) drawPicture(target, size, piece.font, glyph.id, at);
     }
+}
+
+EmojiPicture TextPainter::State::unscaledPicture(const Target& target, text::FontId font, std::uint32_t glyph) {
+    const double opacity = std::min(1.0, target.color.opacity);
+    EmojiPicture* embedded = nullptr;
+    if (target.document) {
+        embedded = &target.document->emoji[{this, font, glyph, opacity}];
+        if (*embedded) return EmojiPicture(cairo_surface_reference(embedded->get()));
+    }
+    cairo_surface_t* const original = pictures_.original(font, glyph);
+    if (original == nullptr) return nullptr;
+    const std::uint64_t pixels = static_cast<std::uint64_t>(cairo_image_surface_get_width(original)) *
+                                 static_cast<std::uint64_t>(cairo_image_surface_get_height(original));
+    if (target.document) {
+        // Cairo copies it, and compresses it in the end.
+        constexpr std::uint64_t weight = 8;
+        constexpr std::size_t copies = 3;
+        Meter::ofThisThread().paint(weight * pixels);
+        target.document->bytes.grow(copies * pixels * sizeof(std::uint32_t));
+    }
+    Meter::ofThisThread().paint(pixels);
+    EmojiPicture picture = opacity < 1 ? fadedCopy(original, opacity) : EmojiPicture(cairo_surface_reference(original));
+    if (embedded) embedded->reset(cairo_surface_reference(picture.get()));
+    return picture;
 }
 
 void TextPainter::State::drawPicture(const Target& target, double size, text::FontId font, std::uint32_t glyph,
@@ -233,16 +290,17 @@ void TextPainter::State::drawPicture(const Target& target, double size, text::Fo
         const int width = std::max(1, static_cast<int>(std::lround(box.width * scale)));
         const int height = std::max(1, static_cast<int>(std::lround(box.height * scale)));
         if (cairo_surface_t* picture = pictures_.scaled(font, glyph, width, height)) {
+            target.count(1, size);
             const Point pixel = target.toPixels(corner);
             cairo_set_source_surface(cairo, picture, std::floor(pixel.x + 0.5), std::floor(pixel.y + 0.5));
             cairo_paint_with_alpha(cairo, std::min(1.0, target.color.opacity));
         }
-    } else if (cairo_surface_t* picture = pictures_.original(font, glyph)) {
+    } else if (const EmojiPicture picture = unscaledPicture(target, font, glyph)) {
+        target.count(1, size);
         cairo_translate(cairo, corner.x, corner.y);
-        cairo_scale(cairo, box.width * size / cairo_image_surface_get_width(picture),
-                    box.height * size / cairo_image_surface_get_height(picture));
-        const EmojiPicture faded = target.color.opacity < 1 ? fadedCopy(picture, target.color.opacity) : nullptr;
-        cairo_set_source_surface(cairo, faded ? faded.get() : picture, 0, 0);
+        cairo_scale(cairo, box.width * size / cairo_image_surface_get_width(picture.get()),
+                    box.height * size / cairo_image_surface_get_height(picture.get()));
+        cairo_set_source_surface(cairo, picture.get(), 0, 0);
         cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_GOOD);
         cairo_paint(cairo);
     }

@@ -11,6 +11,8 @@ typedef struct _cairo cairo_t;
 
 namespace tavrin::paint {
 
+struct DocumentTexts;
+
 /// Draws the texts of one engine on Cairo: on pictures from its own glyph masks, which stand on quarters of pixels;
 /// turned, stretched and very large texts as outlines; in documents as glyphs of embedded fonts. It keeps masks and
 /// emoji from picture to picture. Not thread-safe, as the engine.
@@ -31,7 +33,9 @@ public:
 
     /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
     /// trailing in right-to-left paragraphs). `cairo`'s user space is points.
-    void draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color);
+    /// `document` is that which is drawn on; none is a raster.
+    void draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color,
+              DocumentTexts* document = nullptr);
 
 private:
     class State;

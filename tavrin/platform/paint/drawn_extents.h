@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
+#include "tavrin/platform/layout/layout_tree.h"
+
+namespace tavrin::paint {
+
+/// Where what the views of a tree draw may lie. Never less than they draw, up to the rounding to whole pixels; infinite
+/// where that is not known. Each view is looked at once, when it is asked for.
+class DrawnExtents {
+public:
+    using Index = layout::LayoutTree::Index;
+
+    explicit DrawnExtents(const layout::LayoutTree& tree);
+    DrawnExtents(const DrawnExtents&) = delete;
+    DrawnExtents& operator=(const DrawnExtents&) = delete;
+    ~DrawnExtents();
+
+    /// Of a view with all it holds, in the points of its frame.
+    [[nodiscard]] Rect of(Index index);
+
+private:
+    /// Edges, so that two can be united: of nothing, the first lie beyond the others.
+    struct Extent;
+
+    [[nodiscard]] const Extent& extentOf(Index index);
+    [[nodiscard]] Extent made(Index index);
+    [[nodiscard]] Extent ofText(Index index) const;
+
+    const layout::LayoutTree& tree_;
+    pool::Vector<Extent> known_;
+};
+
+}  // namespace tavrin::paint
