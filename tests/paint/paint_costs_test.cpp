@@ -178,6 +178,26 @@ TEST(PaintCosts, GrowWithWhatIsDrawn) {
     }
 }
 
+TEST(PaintCosts, GrowWithTheLinksOfADocument) {
+    for (const bool isSVG : {false, true}) {
+        std::vector<double> steps;
+        std::vector<double> bytes;
+        for (const int count : {50, 100, 200}) {
+            const auto draw = [&] {
+                Canvas canvas = isSVG ? Canvas::svg(page) : Canvas::pdf(page);
+                for (int i = 0; i < count; ++i)
+                    canvas.link({{}, page}, *URL::parse(fmt::format("https://example.com/{}", i)));
+                EXPECT_FALSE(canvas.finishDocument().empty());
+            };
+            steps.push_back(static_cast<double>(costOf(draw).steps));
+            bytes.push_back(static_cast<double>(bytesFor(draw)));
+        }
+        EXPECT_GE(steps[0], 50);
+        EXPECT_LE(steps[2] - steps[1], 2.2 * (steps[1] - steps[0]));
+        EXPECT_LE(bytes[2] - bytes[1], 2.2 * (bytes[1] - bytes[0]) + bytes[2] / 16);
+    }
+}
+
 TEST(PaintCosts, AreTheSameWhateverIsKept) {
     const auto bitmap = plainBitmap();
     const AnyView view =

@@ -202,7 +202,10 @@ const PixelBuffer& Canvas::pixels() const {
 void Canvas::replacePixels(const PixelBuffer& picture) {
     cairo_surface_flush(state_->surface.get());
     const auto width = static_cast<std::size_t>(picture.width());
-    for (int y = 0; y < picture.height(); ++y) std::copy_n(picture.row(y), width, state_->pixels.row(y));
+    for (int y = 0; y < picture.height(); ++y) {
+        Meter::ofThisThread().paint(width);
+        std::copy_n(picture.row(y), width, state_->pixels.row(y));
+    }
     cairo_surface_mark_dirty(state_->surface.get());
 }
 

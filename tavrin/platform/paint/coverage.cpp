@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/coverage.h"
 
+#include <cstdint>
 #include <memory>
 
 #include <cairo.h>
@@ -11,6 +12,8 @@
 namespace tavrin::paint {
 
 Coverage::Coverage(const PixelRect& area, bool antialiased, const std::function<void(cairo_t*)>& draw) : area_(area) {
+    constexpr std::uint64_t stepsOfCall = 100;  // however small the area
+    Meter::ofThisThread().step(stepsOfCall);
     Meter::ofThisThread().paint(area.area());
     const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, area.width());
     stride_ = static_cast<std::size_t>(stride);
