@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
@@ -156,6 +160,105 @@ TEST(Costs, NotingPlacementsAsksNothingMoreAndChangesNoPlace) {
     EXPECT_EQ(noted.placements()->proposals.size(), noted.nodes().size());
     for (std::size_t at = 0; at < plain.nodes().size(); ++at)
         EXPECT_EQ(noted.nodes()[at].frame, plain.nodes()[at].frame) << at;
+}
+
+/// What laying a view out counts; of bytes what its tree holds.
+Cost costOf(const AnyView& view) {
+    Cost cost;
+    const Metering metering({}, cost);
+    const LayoutTree tree = laidOut(view);
+    const Meter& meter = Meter::ofThisThread();
+    return {.steps = meter.steps, .bytes = meter.bytes};
+}
+
+std::string repeated(std::string_view what, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) text += what;
+    return text;
+}
+
+AnyView column(int count, const std::function<AnyView(int)>& child) {
+    ViewList children;
+    for (int i = 0; i < count; ++i) children.push_back(child(i));
+    return VStack{.children = std::move(children)};
+}
+
+TEST(Costs, TextsAreLinear) {
+    const auto textOf = [](std::string_view what) {
+        return [what](int count) -> AnyView { return Text{.content = repeated(what, count)}; };
+    };
+    const std::string article = repeated("some words ", 500);
+    const struct {
+        const char* why;
+        std::function<AnyView(int)> make;
+    } rows[] = {
+        {"words", textOf("some words ")},
+        {"isolates", textOf("\u2068")},
+        {"isolates side by side", textOf("\u2067a\u2069")},
+        {"brackets", textOf("\u05D0()()")},
+        {"a heap of marks", textOf("\u0301")},
+        {"ends of lines", textOf("\n")},
+        {"Thai without a blank", textOf("\u0E01")},
+        {"an address without a blank", textOf("a.b/c-")},
+        {"both directions in turn", textOf("a\u05D0")},
+        {"fonts in turn", textOf("a\u0E01\u6C49\u0915")},
+        {"different texts",
+         [](int count) {
+             return column(count, [](int i) -> AnyView { return Text{.content = std::to_string(100'000 + i)}; });
+         }},
+        {"one text in many places",
+         [&](int count) { return column(count, [&](int) -> AnyView { return Text{.content = article}; }); }},
+        {"one text in many widths",
+         [&](int count) {
+             return column(count, [&](int i) { return framed(100 + i, 50, Text{.content = article}); });
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        Cost before = costOf(row.make(1'000));
+        for (const int count : {2'000, 4'000}) {
+            const Cost cost = costOf(row.make(count));
+            constexpr double most = 2.1436;  // 2 to the power of 1.1
+            EXPECT_LT(static_cast<double>(cost.steps), most * static_cast<double>(before.steps));
+            EXPECT_LT(static_cast<double>(cost.bytes), most * static_cast<double>(before.bytes));
+            before = cost;
+        }
+    }
+}
+
+TEST(Costs, TextsCostTheSameWhetherTheirShapesAreRememberedOrNot) {
+    const AnyView view = column(4, [](int i) -> AnyView {
+        return Text{.content = std::to_string(i) + repeated(" remembered or not", 100 * i)};
+    });
+    const auto in = [&](text::TextEngine& engine) {
+        Cost cost;
+        const Metering metering({}, cost);
+        const LayoutTree tree = layOut(view, mediumWidget, {}, engine);
+        return std::pair(Meter::ofThisThread().steps, Meter::ofThisThread().bytes);
+    };
+    text::TextEngine fresh(nullptr);
+    const auto first = in(fresh);
+    EXPECT_GT(first.first, 10'000U);
+    EXPECT_EQ(in(fresh), first);
+}
+
+TEST(Costs, LongTextsAreShapedOnce) {
+    // Together their shapes are more than an engine remembers.
+    const auto times = [](int count) {
+        return costOf(column(count, [](int i) -> AnyView {
+            return Text{.content = static_cast<char>('a' + i % 4) + repeated(" of 63 KB", 7'000)};
+        }));
+    };
+    const Cost once = times(4);
+    const Cost often = times(200);
+    EXPECT_LT(often.steps, 2 * once.steps);
+    EXPECT_LT(often.bytes, 2 * once.bytes);
+    EXPECT_LT(often.bytes, 32 << 20);
+}
+
+TEST(Costs, LinesThatAreKeptAreHeld) {
+    const auto of = [](int lines) { return costOf(Text{.content = repeated("line\n", lines)}); };
+    EXPECT_GT(of(20'000).bytes - of(10'000).bytes, 10'000 * 40);
 }
 
 }  // namespace

@@ -192,6 +192,7 @@ private:
     pool::Vector<Inherited> inherited_;
     EdgeTable edges_;
     pool::Vector<TextItem> texts_;
+    HeldBytes heldShapes_;
     pool::Vector<TimerItem> timers_;
     pool::Vector<Index> clockHands_;
     pool::Vector<ContainerItem> containers_;

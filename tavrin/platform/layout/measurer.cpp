@@ -17,6 +17,9 @@ std::optional<double> finite(const std::optional<double>& length) {
     return length && std::isfinite(*length) ? length : std::nullopt;
 }
 
+/// Breaking a text takes a step for so many bytes of it.
+constexpr std::size_t bytesBroken = 8;
+
 }  // namespace
 
 Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) {}
@@ -26,13 +29,9 @@ void Measurer::takeIn() {
     textMemories_.resize(tree_.texts_.size());
 }
 
-void Measurer::countAnswer(std::uint64_t cost) {
-    tree_.answerCount_ += cost;
-    Meter::ofThisThread().step(cost);
-}
-
 Size Measurer::answer(Index index, const Proposal& proposal) {
-    countAnswer(1);
+    ++tree_.answerCount_;
+    Meter::ofThisThread().step();
     const LayoutNode& node = tree_.node(index);
     switch (node.kind) {
         case ViewKind::emptyView: return {};
@@ -188,7 +187,7 @@ const text::TextBlock& Measurer::ideal(Index text) {
 
 text::TextBlock Measurer::broken(Index text, const Proposal& proposal) {
     const LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
-    countAnswer(item.bytes / 64);  // so that long texts asked often are bounded too
+    Meter::ofThisThread().step(item.bytes / bytesBroken);
     return texts_.fit(item.shaped, {.width = finite(proposal.width),
                                     .height = finite(proposal.height),
                                     .lineLimit = tree_.inherited(text).lineLimit,

@@ -61,7 +61,6 @@ private:
         AnswerMemory<text::TextBlock> broken;
     };
 
-    void countAnswer(std::uint64_t cost);
     Size textAnswer(Index text, const Proposal& proposal);
     Size containerAnswer(Index container, const Proposal& proposal);
     Size stackAnswer(Index stack, const Proposal& proposal);

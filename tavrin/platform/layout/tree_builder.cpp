@@ -11,6 +11,7 @@
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/modifier_rules.h"
 #include "tavrin/platform/layout/stack_children.h"
+#include "tavrin/platform/text/shaped_text.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::layout {
@@ -41,10 +42,8 @@ SpacerAxes axesInside(ViewKind kind, SpacerAxes outside) {
     }
 }
 
-/// The engine's memory of shapes is not made for texts from this size on, in bytes; a tree remembers its own.
-constexpr std::size_t longText = 64 * 1024;
-/// A shape takes dozens of times the memory of its text.
-constexpr std::size_t maximumLongTextBytes = 4 * 1024 * 1024;
+/// Looking a text up takes a step for so many bytes of it.
+constexpr std::size_t bytesLookedUp = 64;
 
 std::optional<std::int64_t> atLeastOne(std::optional<std::int64_t> lines) {
     return lines ? std::optional(std::max<std::int64_t>(1, *lines)) : std::nullopt;
@@ -160,12 +159,12 @@ void TreeBuilder::addText(const Pending& pending, Index index) {
         std::string shown = timerText(*date, tree_.environment_.date);
         item.timer = static_cast<std::uint32_t>(tree_.timers_.size());
         item.bytes = shown.size();
-        item.shaped = texts_.shape(shown, font);
+        item.shaped = shape(shown, font);
         tree_.timers_.push_back({index, std::move(shown), std::nullopt});
     } else {
         const SharedText& shown = std::get<SharedText>(text.content);
         item.bytes = shown.size();
-        item.shaped = shown.size() < longText ? texts_.shape(shown, font) : shapeLongText(shown, font);
+        item.shaped = shapeOnce(shown, font);
     }
     LayoutNode& node = tree_.nodes_[index];
     node.detail = static_cast<std::uint32_t>(tree_.texts_.size());
@@ -182,14 +181,18 @@ EdgeTable::Id TreeBuilder::edgesOfText(const Font& font) {
     return lastEdges_;
 }
 
-std::shared_ptr<const text::ShapedText> TreeBuilder::shapeLongText(const SharedText& shown, const Font& font) {
-    for (const LongText& known : longTexts_)
-        if (known.font == font && known.text == shown) return known.shaped;
-    longTextBytes_ += shown.size();
-    if (longTextBytes_ > maximumLongTextBytes)
-        throw TavrinError("Engine",
-                          "more than " + std::to_string(maximumLongTextBytes) + " bytes of long texts are laid out");
-    return longTexts_.emplace_back(LongText{shown, font, texts_.shape(shown, font)}).shaped;
+/// However often a text stands in the tree, it is shaped and held once.
+std::shared_ptr<const text::ShapedText> TreeBuilder::shapeOnce(const SharedText& shown, const Font& font) {
+    Meter::ofThisThread().step(shown.size() / bytesLookedUp);
+    const auto [known, isNew] = shapes_.try_emplace(text::TextKey{shown, font});
+    if (isNew) known->second = shape(shown, font);
+    return known->second;
+}
+
+std::shared_ptr<const text::ShapedText> TreeBuilder::shape(std::string_view shown, const Font& font) {
+    std::shared_ptr<const text::ShapedText> shaped = texts_.shape(shown, font);
+    tree_.heldShapes_.grow(shaped->bytes());
+    return shaped;
 }
 
 std::uint32_t TreeBuilder::addContainer() {

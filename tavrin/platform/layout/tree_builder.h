@@ -2,13 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/leaf_rules.h"
 #include "tavrin/platform/layout/loaded_bodies.h"
+#include "tavrin/platform/text/shape_cache.h"
 
 namespace tavrin::layout {
 
@@ -53,18 +57,14 @@ private:
 
     void closeSubtrees(Index first);
 
-    /// A text that is shaped once however often it stands in the tree.
-    struct LongText {
-        SharedText text;
-        Font font;
-        std::shared_ptr<const text::ShapedText> shaped;
-    };
-    std::shared_ptr<const text::ShapedText> shapeLongText(const SharedText& shown, const Font& font);
+    std::shared_ptr<const text::ShapedText> shapeOnce(const SharedText& shown, const Font& font);
+    std::shared_ptr<const text::ShapedText> shape(std::string_view shown, const Font& font);
 
+    using Shape = std::pair<const text::TextKey, std::shared_ptr<const text::ShapedText>>;
+    std::unordered_map<text::TextKey, Shape::second_type, text::TextKey::Hash, std::equal_to<>, pool::Allocator<Shape>>
+        shapes_;  // by the texts of the tree's views
     std::optional<Font> lastFont_;
     EdgeTable::Id lastEdges_ = EdgeTable::none;
-    pool::Vector<LongText> longTexts_;
-    std::size_t longTextBytes_ = 0;
     LayoutTree& tree_;
     LoadedBodies& loaded_;
     text::TextEngine& texts_;

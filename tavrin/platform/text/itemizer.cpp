@@ -2,7 +2,12 @@
 #include "tavrin/platform/text/itemizer.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/text/emoji.h"
 
 namespace tavrin::text {
@@ -34,12 +39,45 @@ std::vector<hb_script_t> scriptsOf(std::u32string_view characters) {
     return scripts;
 }
 
-std::vector<PangoLogAttr> breaksOf(const Paragraph& paragraph) {
+/// Where graphemes begin and lines may break in a text of so many characters as `breaks` has room for, and its end.
+void findBreaks(std::string_view utf8, std::span<PangoLogAttr> breaks) {
     // The language is named so that the user's locale has no say.
     static PangoLanguage* const language = pango_language_from_string("en");
-    std::vector<PangoLogAttr> breaks(paragraph.characters.size() + 1);
-    pango_get_log_attrs(paragraph.utf8.data(), static_cast<int>(paragraph.utf8.size()), -1, language, breaks.data(),
+    pango_get_log_attrs(utf8.data(), static_cast<int>(utf8.size()), -1, language, breaks.data(),
                         static_cast<int>(breaks.size()));
+}
+
+/// Pango takes quadratic time for some long stretches without a blank. So a long paragraph is looked at through windows
+/// of this many characters; those at a window's edges are there only for what stands between them.
+constexpr std::size_t windowLength = 4096;
+constexpr std::size_t windowEdge = 256;
+
+void findBreaksThroughWindows(const std::string& utf8, std::span<PangoLogAttr> breaks) {
+    constexpr std::size_t step = windowLength - 2 * windowEdge;
+    const std::size_t length = breaks.size() - 1;
+    std::vector<PangoLogAttr> window(windowLength + 1);
+    const char* first = utf8.data();
+    for (std::size_t begin = 0;; begin += step) {
+        const std::size_t count = std::min(windowLength, length - begin);
+        const char* const last = g_utf8_offset_to_pointer(first, static_cast<glong>(count));
+        findBreaks({first, last}, std::span(window).first(count + 1));
+        // What is found at the window's end is the next one's to find better.
+        const std::size_t edge = begin == 0 ? 0 : windowEdge;
+        std::ranges::copy(std::span(window).first(count + 1).subspan(edge),
+                          breaks.begin() + static_cast<std::ptrdiff_t>(begin + edge));
+        if (begin + count == length) return;
+        first = g_utf8_offset_to_pointer(first, static_cast<glong>(step));
+        checkBudget();
+    }
+}
+
+std::vector<PangoLogAttr> breaksOf(const Paragraph& paragraph) {
+    std::vector<PangoLogAttr> breaks(paragraph.characters.size() + 1);
+    if (paragraph.characters.size() <= windowLength) {
+        findBreaks(paragraph.utf8, breaks);
+    } else {
+        findBreaksThroughWindows(paragraph.utf8, breaks);
+    }
     breaks.front().is_cursor_position = 1;
     return breaks;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/strings/ascii.h"
 #include "tavrin/platform/text/font_metrics.h"
 
@@ -45,7 +46,10 @@ void ParagraphShaper::add(const Paragraph& paragraph, const ItemizedParagraph& i
     character_ = 0;
     byte_ = static_cast<std::uint32_t>(shaped_.utf8.size());
     shaped_.utf8 += paragraph.utf8;
-    for (const auto& item : itemized.items) shapeItem(item);
+    for (const auto& item : itemized.items) {
+        shapeItem(item);
+        checkBudget();
+    }
     shaped_.paragraphs.push_back({itemized.baseLevel, static_cast<std::uint32_t>(shaped_.units.size()),
                                   static_cast<std::uint32_t>(shaped_.runs.size())});
 }

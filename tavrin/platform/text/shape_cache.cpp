@@ -5,7 +5,7 @@
 
 namespace tavrin::text {
 
-std::size_t ShapeCache::Hash::operator()(const Key& key) const {
+std::size_t TextKey::Hash::operator()(const TextKey& key) const {
     const std::size_t style = static_cast<std::size_t>(key.font.weight) * 4 + static_cast<std::size_t>(key.font.family);
     std::size_t hash = std::hash<std::string_view>{}(key.text);
     hash ^= (std::hash<double>{}(key.font.size) + style) * 0x9E3779B97F4A7C15U;
@@ -13,7 +13,7 @@ std::size_t ShapeCache::Hash::operator()(const Key& key) const {
 }
 
 std::shared_ptr<const ShapedText> ShapeCache::find(std::string_view text, const Font& font) {
-    const auto found = index_.find(Key{text, font});
+    const auto found = index_.find(TextKey{text, font});
     if (found == index_.end()) return nullptr;
     recent_.splice(recent_.begin(), recent_, found->second);
     return found->second->shaped;
@@ -21,15 +21,15 @@ std::shared_ptr<const ShapedText> ShapeCache::find(std::string_view text, const 
 
 void ShapeCache::keep(std::string_view text, const Font& font, std::shared_ptr<const ShapedText> shaped) {
     constexpr std::size_t overhead = 256;
-    const std::size_t bytes = overhead + text.size() + shaped->bytes();
+    const std::size_t bytes = overhead + text.size() + shaped->bytes() + shaped->memoryBytes();
     if (bytes > mostBytes_) return;
     recent_.push_front({std::string(text), font, std::move(shaped), bytes});
-    if (!index_.try_emplace(Key{recent_.front().text, font}, recent_.begin()).second) return recent_.pop_front();
+    if (!index_.try_emplace(TextKey{recent_.front().text, font}, recent_.begin()).second) return recent_.pop_front();
     bytes_ += bytes;
     while (bytes_ > mostBytes_) {
         const Entry& oldest = recent_.back();
         bytes_ -= oldest.bytes;
-        index_.erase(Key{oldest.text, oldest.font});
+        index_.erase(TextKey{oldest.text, oldest.font});
         recent_.pop_back();
     }
 }

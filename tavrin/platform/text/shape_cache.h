@@ -13,6 +13,17 @@
 
 namespace tavrin::text {
 
+/// What a shape depends on.
+struct TextKey {
+    struct Hash {
+        std::size_t operator()(const TextKey& key) const;
+    };
+
+    std::string_view text;
+    Font font;
+    bool operator==(const TextKey&) const = default;
+};
+
 /// The shapes of recently used texts, bounded by the memory they take.
 class ShapeCache {
 public:
@@ -33,19 +44,11 @@ private:
         std::shared_ptr<const ShapedText> shaped;
         std::size_t bytes;
     };
-    struct Key {
-        std::string_view text;  ///< of the entry itself
-        Font font;
-        bool operator==(const Key&) const = default;
-    };
-    struct Hash {
-        std::size_t operator()(const Key& key) const;
-    };
 
     std::size_t mostBytes_;
     std::size_t bytes_ = 0;
-    std::list<Entry> recent_;  ///< the most recently used first
-    std::unordered_map<Key, std::list<Entry>::iterator, Hash> index_;
+    std::list<Entry> recent_;                                                       ///< the most recently used first
+    std::unordered_map<TextKey, std::list<Entry>::iterator, TextKey::Hash> index_;  ///< by the entries' own texts
 };
 
 }  // namespace tavrin::text

@@ -12,10 +12,13 @@ constexpr std::size_t mostLinesRemembered = 256;
 }  // namespace
 
 std::size_t ShapedText::bytes() const {
-    const std::size_t lines = std::min(units.size() + paragraphs.size(), mostLinesRemembered);
     return sizeof(ShapedText) + utf8.capacity() + paragraphs.capacity() * sizeof(ShapedParagraph) +
-           runs.capacity() * sizeof(Run) + units.capacity() * sizeof(Unit) + glyphs.capacity() * sizeof(Glyph) +
-           memory_.size() * (sizeof(BrokenText) + lines * sizeof(Line));
+           runs.capacity() * sizeof(Run) + units.capacity() * sizeof(Unit) + glyphs.capacity() * sizeof(Glyph);
+}
+
+std::size_t ShapedText::memoryBytes() const {
+    const std::size_t lines = std::min(units.size() + paragraphs.size(), mostLinesRemembered);
+    return memory_.size() * (sizeof(BrokenText) + lines * sizeof(Line));
 }
 
 std::shared_ptr<const BrokenText> ShapedText::recall(const TextRoom& room) const {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/text/font_catalog.h"
 #include "tavrin/platform/text/text_engine.h"
 
@@ -78,8 +79,10 @@ public:
     FontId ellipsisFont = 0;
     Glyph ellipsis;
 
-    /// An estimate of the memory it takes, with what it remembers.
+    /// The memory it takes, without what it remembers.
     [[nodiscard]] std::size_t bytes() const;
+    /// An estimate of what it may come to take for what it remembers.
+    [[nodiscard]] std::size_t memoryBytes() const;
     /// From one baseline to the next, in points.
     [[nodiscard]] double linePitch() const { return lineHeight + leading; }
     [[nodiscard]] std::size_t endByte(std::size_t unit) const {
@@ -102,6 +105,7 @@ private:
 struct TextBlock::Lines {
     std::shared_ptr<const ShapedText> text;
     std::shared_ptr<const BrokenText> broken;
+    HeldBytes held;
 };
 
 }  // namespace tavrin::text

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/text/font_faces.h"
 #include "tavrin/platform/text/line_breaker.h"
 #include "tavrin/platform/text/missing_characters.h"
@@ -14,6 +15,12 @@ namespace tavrin::text {
 namespace {
 
 constexpr std::size_t mostShapedBytes = 8U << 20;
+
+// What shaping costs, whether a shape is remembered or not.
+constexpr std::uint64_t stepsOfText = 16;
+constexpr std::uint64_t stepsOfByte = 16;
+/// While a text is shaped: its characters with all that is found out about them, and room for units and glyphs.
+constexpr std::size_t bytesOfByte = 80;
 
 }  // namespace
 
@@ -50,6 +57,8 @@ TextEngine& TextEngine::ofThisThread() {
 std::shared_ptr<const ShapedText> TextEngine::shape(std::string_view text, const Font& font) {
     Font drawn = font;
     if (std::isnan(drawn.size)) drawn.size = 0;  // equal to itself, for the cache
+    Meter::ofThisThread().step(stepsOfText + stepsOfByte * text.size());
+    const HeldBytes meanwhile(bytesOfByte * text.size());
     State& known = state();
     if (auto kept = known.shapes.find(text, drawn)) return kept;
     auto shaped = known.shaper.shape(text, drawn);
@@ -64,7 +73,9 @@ TextBlock TextEngine::fit(const std::shared_ptr<const ShapedText>& text, const T
         broken = std::make_shared<const BrokenText>(breakLines(*text, room));
         text->remember(room, broken);
     }
-    return TextBlock(std::make_shared<const TextBlock::Lines>(TextBlock::Lines{text, std::move(broken)}));
+    HeldBytes held(sizeof(TextBlock::Lines) + broken->lines.size() * sizeof(Line));
+    return TextBlock(
+        std::make_shared<const TextBlock::Lines>(TextBlock::Lines{text, std::move(broken), std::move(held)}));
 }
 
 std::vector<char32_t> TextEngine::missingCharacters(const TextBlock& block) {

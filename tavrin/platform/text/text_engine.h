@@ -96,10 +96,12 @@ public:
     static TextEngine& ofThisThread();
 
     /// Shapes a text once; break it into lines with `fit`. Invalid UTF-8 is drawn as U+FFFD. A size that is not
-    /// positive or not finite takes no room; sizes are limited to 10,000 points.
+    /// positive or not finite takes no room; sizes are limited to 10,000 points. Counts steps by the text's length,
+    /// also of a text whose shape is remembered; the memory of the shape is the caller's to count.
     std::shared_ptr<const ShapedText> shape(std::string_view text, const Font& font);
 
-    /// Breaks a shaped text into lines for a room.
+    /// Breaks a shaped text into lines for a room. The lines count as held as long as the block lives; steps are the
+    /// caller's to count.
     TextBlock fit(const std::shared_ptr<const ShapedText>& text, const TextRoom& room);
 
     /// The characters of a block's text, also of what did not fit, for which an empty box is drawn since no font has
