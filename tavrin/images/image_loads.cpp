@@ -13,9 +13,8 @@ namespace {
 
 /// How much the calling thread may still hold: exactly what it would not be refused.
 std::size_t bytesLeft() {
-    const Meter& meter = Meter::ofThisThread();
-    if (meter.bytes > meter.bytesAllowed) return 0;
-    return static_cast<std::size_t>(meter.bytesAllowed) - static_cast<std::size_t>(meter.bytes);
+    const Metering* const metering = Metering::ofThisThread();
+    return metering ? metering->bytesLeft() : SIZE_MAX;
 }
 
 }  // namespace

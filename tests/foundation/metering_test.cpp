@@ -117,17 +117,19 @@ TEST(Metering, CountsForTheInnermostOnly) {
     EXPECT_EQ(inner.steps, 10U);
 }
 
-TEST(Metering, LendsItsRestToAThread) {
+TEST(Metering, TakesWhatAnotherThreadHasCost) {
     Cost cost;
-    Metering metering({.steps = 100, .pixels = 100, .bytes = 100}, cost);
+    const Metering metering({.steps = 100, .bytes = 100}, cost);
     step(40);
-    paint(30);
     const HeldBytes held(20);
-    const RenderBudget rest = metering.rest();
-    EXPECT_EQ(rest.steps, 60U);
-    EXPECT_EQ(rest.pixels, 70U);
-    EXPECT_EQ(rest.bytes, 80U);
-    Metering::charge({.steps = 60, .pixels = 1, .bytes = 1});
+    EXPECT_EQ(metering.bytesLeft(), 80U);
+    Cost elsewhere = metering.spent();
+    std::jthread([&] {
+        const Metering other(metering.budget(), elsewhere);
+        step(60);
+    }).join();
+    EXPECT_EQ(elsewhere.steps, 100U);
+    Metering::charge({.steps = 60});
     EXPECT_THROW(step(1), TavrinError);
 }
 

@@ -98,13 +98,8 @@ Cost Metering::spent() const {
             cost_.seconds + passed.count()};
 }
 
-RenderBudget Metering::rest() const {
-    RenderBudget rest = budget_;
-    rest.steps -= std::min(rest.steps, threadMeter.steps);
-    rest.pixels -= std::min(rest.pixels, threadMeter.pixels);
-    rest.bytes = static_cast<std::uint64_t>(std::max<std::int64_t>(0, allowedBytes() - threadMeter.bytes));
-    if (end_) rest.seconds = std::chrono::duration<double>(*end_ - Clock::now()).count();
-    return rest;
+std::size_t Metering::bytesLeft() const {
+    return static_cast<std::size_t>(std::max<std::int64_t>(0, allowedBytes() - threadMeter.bytes));
 }
 
 void Metering::charge(const Cost& cost) {

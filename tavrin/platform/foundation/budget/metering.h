@@ -43,8 +43,8 @@ public:
     /// What was given to draw on, and what has been spent of it: a thread that works for this one goes on from there.
     [[nodiscard]] const RenderBudget& budget() const { return budget_; }
     [[nodiscard]] Cost spent() const;
-    /// What is left of the budget now, for another thread that works for this one; see `charge`.
-    [[nodiscard]] RenderBudget rest() const;
+    /// How many more bytes may be held.
+    [[nodiscard]] std::size_t bytesLeft() const;
     /// Counts what another thread's work has cost, but for its time.
     static void charge(const Cost& cost);
 

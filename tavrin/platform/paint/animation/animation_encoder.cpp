@@ -72,13 +72,14 @@ void AnimationEncoder::encodePatches() {
     const std::size_t first = frames_.size() - patches_.size();
     // What compressing costs was counted with the patches: here only time passes.
     RenderBudget time{.steps = UINT64_MAX, .pixels = UINT64_MAX, .bytes = UINT64_MAX};
+    Cost passed;
     if (const Metering* const metering = Metering::ofThisThread()) {
-        const RenderBudget rest = metering->rest();
-        time.seconds = rest.seconds;
-        time.cancel = rest.cancel;
+        time.seconds = metering->budget().seconds;
+        time.cancel = metering->token();
+        passed.seconds = metering->spent().seconds;
     }
     parallelLoop(patches_.size(), threadCount(), [&](std::size_t index) {
-        Cost cost;
+        Cost cost = passed;
         const Metering metering(time, cost);
         frames_[first + index].bytes = encoded(patches_[index]);
     });
