@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tests/layout/laid_out.h"
 
@@ -34,6 +35,7 @@ struct Waiting {
     std::chrono::milliseconds time = 30ms;
     bool isReady = false;
     bool fails = false;
+    std::size_t bytes = 0;  // that its load holds
 
     [[nodiscard]] Loading loading() const {
         return {key, isReady, [view = *this]() -> Loading::Body {
@@ -42,6 +44,8 @@ struct Waiting {
                     book.mostAtOnce = std::max(book.mostAtOnce.load(), ++book.atOnce);
                     std::this_thread::sleep_for(view.time);
                     --book.atOnce;
+                    Meter::ofThisThread().hold(view.bytes);
+                    Meter::ofThisThread().paint(view.bytes / 4);
                     if (book.loads == 1) book.loader = std::this_thread::get_id();
                     if (view.fails) throw std::runtime_error(view.key);
                     return [view](const EnvironmentValues&) -> AnyView {
@@ -95,6 +99,60 @@ TEST(LoadedBodyThreads, OneKeyIsWaitedForOnce) {
         laidOut(stackOf({shared, Waiting{"b", &diary}, shared, Waiting{"a", &diary}, Holder{shared}}));
     EXPECT_THAT(diary.bodies, ElementsAre("a", "b", "a", "a", "a"));
     EXPECT_EQ(diary.loads, 2);
+}
+
+/// What laying out costs, whichever thread loads.
+Cost spentOn(const AnyView& view, const RenderBudget& budget = {}) {
+    Cost cost;
+    {
+        const Metering metering(budget, cost);
+        const LayoutTree tree = laidOut(view);
+    }
+    return cost;
+}
+
+TEST(LoadedBodyThreads, WhatLoadsCostCountsForWhoAsks) {
+    Diary diary;
+    const auto views = [&](std::size_t count, std::size_t bytes, bool isReady = false) {
+        ViewList children;
+        for (std::size_t i = 0; i < count; ++i)
+            children.emplace_back(Waiting{std::to_string(i), &diary, 1ms, isReady, false, bytes});
+        children.push_back(children.front());  // whose key is the first one's
+        return stackOf(std::move(children));
+    };
+    for (const std::size_t count : {1U, 2U, 40U}) {
+        SCOPED_TRACE(count);
+        const Cost nothing = spentOn(views(count, 0));
+        const Cost loaded = spentOn(views(count, 4000));
+        EXPECT_EQ(loaded.pixels - nothing.pixels, 1000 * count);
+        EXPECT_EQ(loaded.steps, nothing.steps);
+        EXPECT_EQ(spentOn(views(count, 4000, true)).pixels, loaded.pixels) << "loaded one by one";
+
+        for (const bool isReady : {false, true}) {
+            diary.loads = 0;
+            try {
+                spentOn(views(count, 1 << 20, isReady), {.bytes = (count << 20) - 1});
+                ADD_FAILURE() << "that is too much";
+            } catch (const TavrinError& error) {
+                EXPECT_EQ(error.kind, "Budget");
+                EXPECT_EQ(error.message, "more than " + std::to_string((count << 20) - 1) + " bytes are held at once");
+            }
+        }
+    }
+}
+
+TEST(LoadedBodyThreads, NothingIsBegunWhenTheBudgetIsSpent) {
+    Diary diary;
+    ViewList children;
+    for (int i = 0; i < 100; ++i) children.emplace_back(Waiting{std::to_string(i), &diary, 1ms, false, false, 1 << 20});
+    EXPECT_THROW(spentOn(stackOf(children), {.bytes = 4 << 20}), TavrinError);
+    EXPECT_LE(diary.loads, 4 + 32);
+
+    diary.loads = 0;
+    const RenderBudget budget{.cancel = CancelToken()};
+    budget.cancel->cancel();
+    EXPECT_THROW(spentOn(stackOf(children), budget), TavrinError);
+    EXPECT_EQ(diary.loads, 0);
 }
 
 TEST(LoadedBodyThreads, AreBoundedInNumber) {

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/layout/loaded_bodies.h"
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <optional>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/parallel_loop.h"
 
@@ -40,12 +43,45 @@ std::vector<Loading> findLoads(const AnyView& root) {
 /// What a load comes to; an error is thrown again where the body is made.
 Loading::Body bodyOf(const Loading& loading) {
     try {
+        checkBudget();
         return loading.load();
     } catch (...) {
         return
             [error = std::current_exception()](const EnvironmentValues&) -> AnyView { std::rethrow_exception(error); };
     }
 }
+
+/// Lets other threads go on from what this one has spent, and knows what they hold in all. Once that is too much, no
+/// other load begins: it is up to who asks for its body, if it comes to that.
+class CostElsewhere {
+public:
+    CostElsewhere() {
+        const Metering* const metering = Metering::ofThisThread();
+        if (!metering) return;
+        budget_ = metering->budget();
+        spent_ = metering->spent();
+        bytes_ = spent_.bytes;
+    }
+
+    [[nodiscard]] bool isTooMuch() const { return budget_ && bytes_ > 0 && std::uint64_t(bytes_) > budget_->bytes; }
+
+    template <class Work>
+    Cost of(const Work& work) {
+        Cost cost = spent_;
+        {
+            std::optional<Metering> metering;
+            if (budget_) metering.emplace(*budget_, cost);
+            work();
+        }
+        bytes_ += cost.bytes - spent_.bytes;
+        return {cost.steps - spent_.steps, cost.pixels - spent_.pixels, cost.bytes - spent_.bytes};
+    }
+
+private:
+    std::optional<RenderBudget> budget_;
+    Cost spent_;
+    std::atomic<std::int64_t> bytes_ = 0;
+};
 
 }  // namespace
 
@@ -54,10 +90,16 @@ LoadedBodies LoadedBodies::under(const AnyView& root) {
     if (!root.box().loads) return loaded;
     std::vector<Loading> loads = findLoads(root);
     if (loads.size() < 2) return loaded;
-    std::vector<Loading::Body> bodies(loads.size());
-    parallelLoop(loads.size(), maximumThreads, [&](std::size_t index) { bodies[index] = bodyOf(loads[index]); });
+    CostElsewhere elsewhere;
+    std::vector<std::optional<Loaded>> ended(loads.size());
+    parallelLoop(loads.size(), maximumThreads, [&](std::size_t index) {
+        if (elsewhere.isTooMuch()) return;
+        Loaded& load = ended[index].emplace();
+        load.cost = elsewhere.of([&] { load.makeBody = bodyOf(loads[index]); });
+    });
+    checkBudget();
     for (std::size_t i = 0; i < loads.size(); ++i)
-        loaded.bodies_.emplace(std::move(loads[i].key), Loaded{std::move(bodies[i])});
+        if (ended[i]) loaded.bodies_.emplace(std::move(loads[i].key), *std::move(ended[i]));
     return loaded;
 }
 
@@ -67,7 +109,8 @@ AnyView LoadedBodies::body(const ViewBox& view, const EnvironmentValues& environ
     if (!loading) return view.body(environment);
     auto found = bodies_.find(loading->key);
     if (found == bodies_.end()) found = bodies_.emplace(loading->key, Loaded{loading->load()}).first;
-    auto& [makeBody, first] = found->second;
+    auto& [makeBody, cost, first] = found->second;
+    Metering::charge(std::exchange(cost, {}));
     if (isRepeated_ && first) return *first;
     AnyView body = makeBody(environment);
     if (!first) first = body;

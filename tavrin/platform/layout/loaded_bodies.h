@@ -6,12 +6,14 @@
 #include <string>
 #include <unordered_map>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/ui/any_view.h"
 
 namespace tavrin::layout {
 
 /// The bodies of the views in one tree that wait for something outside. All are waited for at once, each key once, so
 /// that a tree takes as long as the slowest of them; the bodies themselves are made one by one, by who asks for them.
+/// That thread also pays for the load, whichever thread did it, when it first asks.
 class LoadedBodies {
 public:
     /// At most so many views are waited for at once; the next ones begin as others end.
@@ -33,6 +35,7 @@ public:
 private:
     struct Loaded {
         Loading::Body makeBody;
+        Cost cost = {};  ///< what loading has cost elsewhere, until it is counted for who asks first
         std::optional<AnyView> first = std::nullopt;
     };
 

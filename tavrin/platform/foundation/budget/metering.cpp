@@ -66,8 +66,7 @@ Metering::Metering(const RenderBudget& budget, Cost& cost)
 }
 
 Metering::~Metering() {
-    const std::chrono::duration<double> passed = Clock::now() - begin_;
-    cost_ = {threadMeter.steps, threadMeter.pixels, threadMeter.bytes, cost_.seconds + passed.count()};
+    cost_ = spent();
     threadMeter = outer_;
     innermost = outerMetering_;
 }
@@ -88,6 +87,11 @@ void Metering::lookAgainLater() const {
     const std::uint64_t pixels = looksOften ? sum(threadMeter.pixels, pixelsBetween) : UINT64_MAX;
     threadMeter.stepsToLook = std::min(budget_.steps, steps);
     threadMeter.pixelsToLook = std::min(budget_.pixels, pixels);
+}
+
+Cost Metering::spent() const {
+    const std::chrono::duration<double> passed = Clock::now() - begin_;
+    return {threadMeter.steps, threadMeter.pixels, threadMeter.bytes, cost_.seconds + passed.count()};
 }
 
 RenderBudget Metering::rest() const {

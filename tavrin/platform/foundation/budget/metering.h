@@ -39,6 +39,9 @@ public:
     /// When there is no time left.
     [[nodiscard]] const std::optional<Clock::time_point>& end() const { return end_; }
     [[nodiscard]] const std::optional<CancelToken>& token() const { return budget_.cancel; }
+    /// What was given to draw on, and what has been spent of it: a thread that works for this one goes on from there.
+    [[nodiscard]] const RenderBudget& budget() const { return budget_; }
+    [[nodiscard]] Cost spent() const;
     /// What is left of the budget now, for another thread that works for this one; see `charge`.
     [[nodiscard]] RenderBudget rest() const;
     /// Counts what another thread's work has cost, but for its time.
