@@ -37,7 +37,8 @@ Orientation exifOrientation(std::string_view segment) {
     constexpr std::uint32_t orientationTag = 0x0112;
     constexpr std::uint32_t shortType = 3;
     const std::size_t directory = tiff.number(4, 4);
-    const std::size_t count = tiff.number(directory, 2);
+    // Of entries that the segment has no room for, none is read: a file may have thousands of segments.
+    const std::size_t count = std::min<std::size_t>(tiff.number(directory, 2), segment.size() / entryLength);
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t entry = directory + 2 + i * entryLength;
         if (tiff.number(entry, 2) != orientationTag) continue;
