@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <stop_token>
@@ -12,18 +13,33 @@ namespace tavrin::images {
 
 using Picture = std::shared_ptr<const Bitmap>;
 
-/// `tavrin::decodeImage`, and null also when `stop` asks for it: that is looked at before the picture is begun and, but
-/// for WebP, at every row.
-Picture decodeImage(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+/// What a picture may cost while it is decoded, and what it has come to.
+struct Decoding {
+    ImageBounds bounds = {};
+    std::stop_token stop = {};
+    /// What those who wait for it may still hold.
+    std::size_t bytesAllowed = SIZE_MAX;
+
+    /// The pixels that the file declares; 0 until they are found to be within the bounds.
+    std::uint64_t pixels = 0;
+    /// Whether it was given up for a budget: it may be a picture for those who have more.
+    bool isGivenUp = false;
+
+    /// Whether a picture of this size may be decoded; to be asked before anything is allocated for it.
+    bool admits(std::uint64_t width, std::uint64_t height);
+    /// Whether to stop at this row: when `stop` asks for it or the thread's budget is spent.
+    bool isStopped();
+};
+
+/// `tavrin::decodeImage`, and null also when it is stopped: that is looked at before the picture is begun and, but for
+/// WebP, at every row.
+Picture decodeImage(std::string_view bytes, Decoding& decoding);
 
 // One decoder for each format; `decodeImage` chooses among them. What is said of it holds for each.
 
-/// Whether a file may declare so many pixels.
-bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height);
-
-Picture decodePng(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
-Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
-Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
-Picture decodeGif(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+Picture decodePng(std::string_view bytes, Decoding& decoding);
+Picture decodeJpeg(std::string_view bytes, Decoding& decoding);
+Picture decodeWebP(std::string_view bytes, Decoding& decoding);
+Picture decodeGif(std::string_view bytes, Decoding& decoding);
 
 }  // namespace tavrin::images

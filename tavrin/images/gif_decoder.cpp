@@ -62,7 +62,7 @@ Palette paletteOf(const ColorMapObject& colors, int transparentIndex) {
 
 /// Reads the frame's rows in the order of the file, top to bottom or in the four passes of an interlaced one.
 bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target, std::size_t stride,
-               const std::stop_token& stop) {
+               Decoding& decoding) {
     struct Pass {
         int first;
         int step;
@@ -73,7 +73,7 @@ bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target,
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     const auto readRows = [&](const Pass& pass) {
         for (int y = pass.first; y < frame.Height; y += pass.step) {
-            if (stop.stop_requested() || DGifGetLine(file, indices.data(), frame.Width) != GIF_OK) return false;
+            if (decoding.isStopped() || DGifGetLine(file, indices.data(), frame.Width) != GIF_OK) return false;
             std::transform(indices.begin(), indices.end(), target + static_cast<std::size_t>(y) * stride,
                            [&](GifPixelType index) { return palette[index]; });
         }
@@ -85,7 +85,7 @@ bool readFrame(GifFileType* file, const Palette& palette, std::uint32_t* target,
 
 }  // namespace
 
-Picture decodeGif(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
+Picture decodeGif(std::string_view bytes, Decoding& decoding) {
     const GifFile file(DGifOpen(&bytes, readBytes, nullptr));
     if (!file) return nullptr;
     const std::optional<int> transparentIndex = transparentIndexOfFirstFrame(file.get());
@@ -97,11 +97,11 @@ Picture decodeGif(std::string_view bytes, const ImageBounds& bounds, const std::
     // A frame that reaches beyond its screen enlarges it: some files declare a screen of no size.
     const int width = std::max(file->SWidth, frame.Left + frame.Width);
     const int height = std::max(file->SHeight, frame.Top + frame.Height);
-    if (!isWithin(bounds, static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height))) return nullptr;
+    if (!decoding.admits(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height))) return nullptr;
     const auto stride = static_cast<std::size_t>(width);
     std::vector<std::uint32_t> pixels(stride * static_cast<std::size_t>(height));
     std::uint32_t* target = pixels.data() + static_cast<std::size_t>(frame.Top) * stride + frame.Left;
-    if (!readFrame(file.get(), paletteOf(*colors, *transparentIndex), target, stride, stop)) return nullptr;
+    if (!readFrame(file.get(), paletteOf(*colors, *transparentIndex), target, stride, decoding)) return nullptr;
     return std::make_shared<const Bitmap>(width, height, std::move(pixels));
 }
 

@@ -2,21 +2,34 @@
 #include "tavrin/images/image_decoder.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 #include <semaphore>
 #include <thread>
 
 #include "tavrin/images/decoders.h"
+#include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin {
 namespace images {
 
-bool isWithin(const ImageBounds& bounds, std::uint64_t width, std::uint64_t height) {
-    constexpr std::uint64_t maximumSide = std::numeric_limits<int>::max();
-    return width >= 1 && height >= 1 && width <= maximumSide && height <= maximumSide &&
-           width <= bounds.maximumPixels / height &&
-           width * height * sizeof(std::uint32_t) + Bitmap::bytesInUse() <= bounds.maximumBytesInUse;
+bool Decoding::admits(std::uint64_t width, std::uint64_t height) {
+    if (width < 1 || height < 1 || width > ImageBounds::maximumSide || height > ImageBounds::maximumSide) return false;
+    if (width > bounds.maximumPixels / height) return false;
+    pixels = width * height;
+    const std::uint64_t bytes = pixels * sizeof(std::uint32_t);
+    isGivenUp = bytes > bytesAllowed;
+    return !isGivenUp && bytes + Bitmap::bytesInUse() <= bounds.maximumBytesInUse;
+}
+
+bool Decoding::isStopped() {
+    if (stop.stop_requested()) return true;
+    try {
+        checkBudget();
+    } catch (const TavrinError&) {  // which the libraries would not let through; it is thrown again later
+        isGivenUp = true;
+    }
+    return isGivenUp;
 }
 
 namespace {
@@ -38,7 +51,7 @@ private:
     }
 };
 
-using Decode = Picture (*)(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop);
+using Decode = Picture (*)(std::string_view bytes, Decoding& decoding);
 
 /// The decoder of the format that a file begins like; null when it is none of them.
 Decode decoderOf(std::string_view bytes) {
@@ -51,13 +64,13 @@ Decode decoderOf(std::string_view bytes) {
 
 }  // namespace
 
-Picture decodeImage(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
+Picture decodeImage(std::string_view bytes, Decoding& decoding) {
     const Decode decode = decoderOf(bytes);
     if (decode == nullptr) return nullptr;
     const DecodingPlace place;
-    if (stop.stop_requested()) return nullptr;
+    if (decoding.isStopped()) return nullptr;
     try {
-        return decode(bytes, bounds, stop);
+        return decode(bytes, decoding);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -66,7 +79,10 @@ Picture decodeImage(std::string_view bytes, const ImageBounds& bounds, const std
 }  // namespace images
 
 std::shared_ptr<const Bitmap> decodeImage(std::string_view bytes, const ImageBounds& bounds) {
-    return images::decodeImage(bytes, bounds, {});
+    images::Decoding decoding{bounds};
+    std::shared_ptr<const Bitmap> picture = images::decodeImage(bytes, decoding);
+    if (decoding.isGivenUp) checkBudget();
+    return picture;
 }
 
 }  // namespace tavrin

@@ -1,14 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/images/image_loads.h"
 
+#include <algorithm>
+#include <atomic>
 #include <exception>
 #include <utility>
 
-#include "tavrin/images/decoders.h"
+#include "tavrin/platform/foundation/budget/metering.h"
 
 namespace tavrin {
+namespace {
 
-/// A load that is under way. The lock guards all of it but `stop`.
+/// How much the calling thread may still hold.
+std::size_t bytesLeft() {
+    const Meter& meter = Meter::ofThisThread();
+    return static_cast<std::size_t>(
+        std::max<std::int64_t>(0, meter.bytesAllowed - std::max<std::int64_t>(0, meter.bytes)));
+}
+
+}  // namespace
+
+/// A load that is under way. The lock guards all of it but `stop` and `bytesAllowed`.
 struct ImageLoads::Load {
     std::condition_variable ended;
     bool isOver = false;
@@ -19,12 +31,14 @@ struct ImageLoads::Load {
 
     std::shared_ptr<URLSession::Task> task = nullptr;
     std::stop_source stop;
+    std::atomic<std::size_t> bytesAllowed = 0;  ///< the most that one of those who want it may hold
 };
 
-ImageLoads::Outcome ImageLoads::decoded(const URLResponse& response, const std::stop_token& stop) noexcept {
+ImageLoads::Outcome ImageLoads::decoded(const URLResponse& response, images::Decoding decoding) noexcept {
     try {
         if (response.error) return {nullptr, response.error};
-        return {images::decodeImage(response.data, {}, stop)};
+        std::shared_ptr<const Bitmap> image = images::decodeImage(response.data, decoding);
+        return {.image = std::move(image), .pixels = decoding.pixels, .isGivenUp = decoding.isGivenUp};
     } catch (const std::exception&) {  // there is not enough memory for it
         return {};
     }
@@ -34,7 +48,7 @@ ImageLoads::Outcome ImageLoads::wait(const Key& key, URLSession& session,
                                      std::optional<std::chrono::steady_clock::time_point> end) {
     std::unique_lock lock(mutex_);
     if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
-    const auto [load, isNew] = join(key);
+    const auto [load, isNew] = join(key, bytesLeft());
     ++load->waiting;
     const std::shared_ptr<URLSession::Task> task = load->task;
     lock.unlock();
@@ -42,45 +56,59 @@ ImageLoads::Outcome ImageLoads::wait(const Key& key, URLSession& session,
     if (task) task->hurry();
 
     lock.lock();
-    const auto isOver = [&load = *load] { return load.isOver; };
-    if (end)
-        load->ended.wait_until(lock, *end, isOver);
-    else
-        load->ended.wait(lock, isOver);
+    std::exception_ptr budgetError;
+    try {
+        waitFor(*load, lock, end);
+    } catch (...) {
+        budgetError = std::current_exception();
+    }
     --load->waiting;
-    if (load->isOver) return load->outcome;
-    leave(key, load, std::move(lock));
+    if (!budgetError && load->isOver) return load->outcome;
+    if (!load->isOver) leave(key, load, std::move(lock));
+    if (budgetError) std::rethrow_exception(budgetError);
     return {.isInTime = false};
 }
 
-ImageLoads::Outcome ImageLoads::make(const Key& key, const std::function<Outcome()>& make) {
+void ImageLoads::waitFor(Load& load, std::unique_lock<std::mutex>& lock,
+                         std::optional<std::chrono::steady_clock::time_point> end) {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto betweenLooks = std::chrono::milliseconds(20);
+    const auto isOver = [&load] { return load.isOver; };
+    for (;;) {
+        const Clock::time_point look = Clock::now() + betweenLooks;
+        if (load.ended.wait_until(lock, end ? std::min(look, *end) : look, isOver)) return;
+        if (end && Clock::now() >= *end) return;
+        checkBudget();
+    }
+}
+
+ImageLoads::Outcome ImageLoads::make(const Key& key, const Make& make) {
     std::unique_lock lock(mutex_);
     if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
-    const auto [load, isNew] = join(key);
-    ++load->waiting;
+    const auto [load, isNew] = join(key, bytesLeft());
     if (isNew) {
         lock.unlock();
-        finish(key, *load, make());
+        finish(key, *load, make({.bytesAllowed = load->bytesAllowed}));
         lock.lock();
     }
-    load->ended.wait(lock, [&load = *load] { return load.isOver; });
-    --load->waiting;
+    waitFor(*load, lock, std::nullopt);
     return load->outcome;
 }
 
 void ImageLoads::begin(const Key& key, URLSession& session, const Prefetch& prefetch) {
     std::unique_lock lock(mutex_);
     if (memory.holds(key.url)) return;
-    const auto [load, isNew] = join(key);
+    const auto [load, isNew] = join(key, SIZE_MAX);
     load->prefetches.push_back(prefetch);
     lock.unlock();
     if (isNew) request(key, load, session);
 }
 
-ImageLoads::Joined ImageLoads::join(const Key& key) {
+ImageLoads::Joined ImageLoads::join(const Key& key, std::size_t bytesAllowed) {
     LoadPtr& load = underWay_[key];
     const bool isNew = load == nullptr;
     if (isNew) load = std::make_shared<Load>();
+    load->bytesAllowed = std::max(load->bytesAllowed.load(), bytesAllowed);
     return {load, isNew};
 }
 
@@ -90,7 +118,7 @@ void ImageLoads::request(const Key& key, const LoadPtr& load, URLSession& sessio
     lock.unlock();
     // The cache may be gone when the load ends.
     const auto end = [loads = weak_from_this(), key, load](const URLResponse& response) {
-        Outcome outcome = decoded(response, load->stop.get_token());
+        Outcome outcome = decoded(response, {.stop = load->stop.get_token(), .bytesAllowed = load->bytesAllowed});
         if (const auto alive = loads.lock()) alive->finish(key, *load, std::move(outcome));
     };
     try {

@@ -4,14 +4,15 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <stop_token>
 #include <unordered_map>
 #include <vector>
 
+#include "tavrin/images/decoders.h"
 #include "tavrin/images/image_memory.h"
 #include "tavrin/platform/foundation/net/url_session.h"
 
@@ -37,15 +38,23 @@ public:
         std::shared_ptr<const Bitmap> image = nullptr;
         std::optional<URLError> error = std::nullopt;
         bool isInTime = true;
+        /// The pixels that a file without a picture declares, and whether it was given up for want of budget: then it
+        /// may be loaded for those who have more.
+        std::uint64_t pixels = 0;
+        bool isGivenUp = false;
     };
 
-    /// Makes a picture of a response's body; stops soon when `stop` asks for it.
-    static Outcome decoded(const URLResponse& response, const std::stop_token& stop) noexcept;
+    /// Makes a picture of a response's body.
+    static Outcome decoded(const URLResponse& response, images::Decoding decoding) noexcept;
+
+    // Those who wait go on from the budget of their threads, and throw what it says when that ends. A picture is
+    // decoded when one of them may hold it.
 
     /// Waits for a picture, until `end` if one is given.
     Outcome wait(const Key& key, URLSession& session, std::optional<std::chrono::steady_clock::time_point> end);
     /// Makes the picture on this thread by `make`, which must not throw, or waits for the thread that already does.
-    Outcome make(const Key& key, const std::function<Outcome()>& make);
+    using Make = std::function<Outcome(images::Decoding)>;
+    Outcome make(const Key& key, const Make& make);
     /// Begins to load a picture, unless it is in memory or a load is under way; `prefetch` is held until it is over.
     void begin(const Key& key, URLSession& session, const Prefetch& prefetch);
 
@@ -62,8 +71,11 @@ private:
         bool isNew;
     };
 
-    /// The load of an address. Called under the lock.
-    Joined join(const Key& key);
+    /// The load of an address, for someone who may hold so many bytes. Called under the lock.
+    Joined join(const Key& key, std::size_t bytesAllowed);
+    /// Waits until a load is over or `end` has come. Called under the lock.
+    static void waitFor(Load& load, std::unique_lock<std::mutex>& lock,
+                        std::optional<std::chrono::steady_clock::time_point> end);
     /// Begins to load; not under the lock, since the load may be over at once.
     void request(const Key& key, const LoadPtr& load, URLSession& session);
     void finish(const Key& key, Load& load, Outcome outcome);

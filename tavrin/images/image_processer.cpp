@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
 
 namespace tavrin {
@@ -29,8 +30,10 @@ std::shared_ptr<const Bitmap> ImageProcesser::fit(const std::shared_ptr<const Bi
     const Size size{static_cast<double>(image->width()), static_cast<double>(image->height())};
     const Size fitted = fittedSize(size, maxSize);
     if (!(fitted.width > 0 && fitted.height > 0)) return image;
-    return ScaledBitmaps::shared().scaled(image, std::max(1, wholePixels(fitted.width)),
-                                          std::max(1, wholePixels(fitted.height)));
+    std::shared_ptr<const Bitmap> scaled = ScaledBitmaps::shared().scaled(image, std::max(1, wholePixels(fitted.width)),
+                                                                          std::max(1, wholePixels(fitted.height)));
+    if (scaled != image) Meter::ofThisThread().hold(scaled->byteCount());
+    return scaled;
 }
 
 }  // namespace tavrin

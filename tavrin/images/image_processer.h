@@ -16,7 +16,8 @@ public:
 
     /// The picture, scaled down when it is larger than `maxSize`. A side that would not be a whole number of pixels is
     /// rounded up. When `maxSize` is not positive the picture stays as it is. Null stays null. The last results are
-    /// kept: the same picture gives the same result at once. Any thread.
+    /// kept: the same picture gives the same result at once. What is not the picture itself counts as held from then
+    /// on. Any thread.
     [[nodiscard]] std::shared_ptr<const Bitmap> fit(const std::shared_ptr<const Bitmap>& image) const;
 
     Size maxSize;

@@ -31,7 +31,7 @@ bool isHarmless(int warning) {
 /// The library's state. It reports errors by a jump to `failed`, which `readHeader` and `readPixels` set: nothing in
 /// them has a destructor.
 struct Reader {
-    Reader(std::string_view bytes, const std::stop_token& stop);
+    Reader(std::string_view bytes, Decoding& decoding);
     ~Reader() { jpeg_destroy_decompress(&info); }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
@@ -41,7 +41,7 @@ struct Reader {
     jpeg_progress_mgr progress{};
     std::jmp_buf failed{};
     std::string_view source;
-    const std::stop_token& stop;
+    Decoding& decoding;
 };
 
 Reader& readerOf(j_common_ptr info) { return *static_cast<Reader*>(info->client_data); }
@@ -54,13 +54,13 @@ void failOnDamage(j_common_ptr info, int level) {
 
 /// Called before every row of blocks and of pixels.
 void monitor(j_common_ptr info) {
-    if (readerOf(info).stop.stop_requested()) fail(info);
+    if (readerOf(info).decoding.isStopped()) fail(info);
     const jpeg_decompress_struct& picture = readerOf(info).info;
     const std::int64_t scan = picture.input_scan_number;
     if (scan > mostScans || scan * picture.image_width * picture.image_height > mostScannedPixels) fail(info);
 }
 
-Reader::Reader(std::string_view bytes, const std::stop_token& stop) : source(bytes), stop(stop) {
+Reader::Reader(std::string_view bytes, Decoding& decoding) : source(bytes), decoding(decoding) {
     info.err = jpeg_std_error(&errors);
     errors.error_exit = fail;
     errors.emit_message = failOnDamage;
@@ -113,10 +113,10 @@ void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
 
 }  // namespace
 
-Picture decodeJpeg(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
-    Reader reader(bytes, stop);
+Picture decodeJpeg(std::string_view bytes, Decoding& decoding) {
+    Reader reader(bytes, decoding);
     jpeg_decompress_struct& info = reader.info;
-    if (!readHeader(reader) || !isWithin(bounds, info.image_width, info.image_height)) return nullptr;
+    if (!readHeader(reader) || !decoding.admits(info.image_width, info.image_height)) return nullptr;
     const Orientation orientation = orientationOf(reader);
     const bool inks = info.num_components == 4;
     if (inks)

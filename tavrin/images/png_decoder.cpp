@@ -16,12 +16,12 @@ namespace {
 constexpr std::size_t mostMetadata = 16U << 20;
 
 /// Reads every row, of an interlaced picture once for each pass that it has pixels in.
-bool readRows(spng_ctx* context, std::uint32_t* pixels, std::size_t width, const std::stop_token& stop) {
+bool readRows(spng_ctx* context, std::uint32_t* pixels, std::size_t width, Decoding& decoding) {
     if (spng_decode_image(context, nullptr, 0, SPNG_FMT_RGBA8, SPNG_DECODE_TRNS | SPNG_DECODE_PROGRESSIVE) != SPNG_OK)
         return false;
     spng_row_info row{};
     int outcome = SPNG_OK;
-    while (outcome == SPNG_OK && !stop.stop_requested()) {
+    while (outcome == SPNG_OK && !decoding.isStopped()) {
         outcome = spng_get_row_info(context, &row);
         if (outcome == SPNG_OK)
             outcome = spng_decode_row(context, pixels + row.row_num * width, width * sizeof(pixels[0]));
@@ -31,18 +31,18 @@ bool readRows(spng_ctx* context, std::uint32_t* pixels, std::size_t width, const
 
 }  // namespace
 
-Picture decodePng(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& stop) {
+Picture decodePng(std::string_view bytes, Decoding& decoding) {
     const Handle<spng_ctx, spng_ctx_free> context(spng_ctx_new(0));
     spng_ihdr header{};
     if (!context || spng_set_png_buffer(context.get(), bytes.data(), bytes.size()) != SPNG_OK ||
         // Otherwise a damaged transparency is left out and the picture shown without.
         spng_set_crc_action(context.get(), SPNG_CRC_ERROR, SPNG_CRC_ERROR) != SPNG_OK ||
         spng_set_chunk_limits(context.get(), mostMetadata, mostMetadata) != SPNG_OK ||
-        spng_get_ihdr(context.get(), &header) != SPNG_OK || !isWithin(bounds, header.width, header.height))
+        spng_get_ihdr(context.get(), &header) != SPNG_OK || !decoding.admits(header.width, header.height))
         return nullptr;
 
     std::vector<std::uint32_t> pixels(std::size_t{header.width} * header.height);
-    if (!readRows(context.get(), pixels.data(), header.width, stop) || spng_decode_chunks(context.get()) != SPNG_OK)
+    if (!readRows(context.get(), pixels.data(), header.width, decoding) || spng_decode_chunks(context.get()) != SPNG_OK)
         return nullptr;
     premultiplyPixels(reinterpret_cast<const std::uint8_t*>(pixels.data()), pixels.data(), pixels.size());
     return std::make_shared<const Bitmap>(static_cast<int>(header.width), static_cast<int>(header.height),

@@ -2,6 +2,7 @@
 #include "tavrin/images/web_image_cache.h"
 
 #include <chrono>
+#include <cstdint>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "tavrin/images/image_loads.h"
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
 
@@ -27,13 +29,35 @@ void logFailure(Logger* logger, const URL& url) {
     logError(logger, "LoadImageError", "Load Image Failed: " + url.string());
 }
 
-ImageLoads::Outcome readPicture(const URL& url) noexcept {
+ImageLoads::Outcome readPicture(const URL& url, images::Decoding decoding) noexcept {
     try {
         FileContents file = readFile(url.filePath(), WebImageCache::maximumFileBytes);
         if (!file.error.empty()) return {nullptr, URLError{URLError::Code::failed, std::move(file.error)}};
-        return ImageLoads::decoded({std::move(file.bytes), 0, std::nullopt}, {});
+        return ImageLoads::decoded({std::move(file.bytes), 0, std::nullopt}, std::move(decoding));
     } catch (const std::exception&) {  // there is not enough memory for it
         return {};
+    }
+}
+
+/// Counts what a picture costs: the same whether it was in memory, was decoded, or turned out not to be one.
+void count(const ImageLoads::Outcome& outcome) {
+    Meter& meter = Meter::ofThisThread();
+    if (outcome.image) meter.hold(outcome.image->byteCount());
+    meter.paint(outcome.image ? outcome.image->byteCount() / sizeof(std::uint32_t) : outcome.pixels);
+}
+
+/// What a load comes to. One that was given up for want of budget is begun anew where this thread has enough of it:
+/// those who waited before had less.
+template <class LoadOnce>
+ImageLoads::Outcome load(const LoadOnce& loadOnce) {
+    for (;;) {
+        ImageLoads::Outcome outcome = loadOnce();
+        if (!outcome.isGivenUp) {
+            count(outcome);
+            return outcome;
+        }
+        const HeldBytes needed(outcome.pixels * sizeof(std::uint32_t));
+        checkBudget();
     }
 }
 
@@ -49,7 +73,10 @@ WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(st
 
 std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger, FetchPolicy policy) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimit);
-    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) return known;
+    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) {
+        count({known});
+        return known;
+    }
     if (const std::optional<std::string> reason = refusal(url, policy)) {
         logRefusal(logger, url, *reason);
         logFailure(logger, url);
@@ -57,7 +84,7 @@ std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logge
     }
     // What stands in the document itself never comes late: the same document is the same picture.
     const auto limit = url.isData() ? std::nullopt : std::optional(end);
-    ImageLoads::Outcome outcome = loads_->wait({url, policy}, session_, limit);
+    ImageLoads::Outcome outcome = load([&] { return loads_->wait({url, policy}, session_, limit); });
     if (outcome.image) return std::move(outcome.image);
     if (!outcome.isInTime) logError(logger, "LoadImageTimeOut", "Load Image Timeout: " + url.string());
     if (outcome.error && outcome.error->code == URLError::Code::refused)
@@ -67,8 +94,8 @@ std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logge
 }
 
 std::shared_ptr<const Bitmap> WebImageCache::loadImageFromFile(const URL& url, Logger* logger) {
-    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) return known;
-    ImageLoads::Outcome outcome = loads_->make({.url = url, .isLocal = true}, [&url] { return readPicture(url); });
+    const auto read = [&url](images::Decoding decoding) { return readPicture(url, std::move(decoding)); };
+    ImageLoads::Outcome outcome = load([&] { return loads_->make({.url = url, .isLocal = true}, read); });
     if (outcome.error) logError(logger, "LoadImageError", "Load local file error: " + outcome.error->message);
     return std::move(outcome.image);
 }

@@ -24,13 +24,13 @@ bool isInside(const WebPIterator& frame, std::uint32_t width, std::uint32_t heig
 
 }  // namespace
 
-Picture decodeWebP(std::string_view bytes, const ImageBounds& bounds, const std::stop_token& /*stop*/) {
+Picture decodeWebP(std::string_view bytes, Decoding& decoding) {
     const WebPData data{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
     const Handle<WebPDemuxer, WebPDemuxDelete> demuxer(WebPDemux(&data));
     if (!demuxer) return nullptr;
     const std::uint32_t width = WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_WIDTH);
     const std::uint32_t height = WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_HEIGHT);
-    if (!isWithin(bounds, width, height)) return nullptr;
+    if (!decoding.admits(width, height)) return nullptr;
 
     WebPIterator frame{};
     const Handle<WebPIterator, WebPDemuxReleaseIterator> release(&frame);

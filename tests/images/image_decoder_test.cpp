@@ -14,6 +14,8 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/images/decoders.h"
+#include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tests/images/pictures.h"
 
@@ -231,6 +233,46 @@ TEST(ImageDecoder, RefusesMorePixelsThanItMay) {
     EXPECT_EQ(decodeImage(jpeg, {.maximumPixels = 480 * 320 - 1}), nullptr);
 }
 
+TEST(ImageDecoder, RefusesSidesThatNoCanvasHas) {
+    std::string gif = pictureFile("plain.gif");
+    const std::size_t width = 6, height = 8;  // of its screen, the lower byte first
+    for (const std::size_t side : {width, height}) {
+        gif = pictureFile("plain.gif");
+        gif[side] = '\xFF', gif[side + 1] = '\x7F';
+        EXPECT_NE(decodeImage(gif), nullptr);
+        gif[side] = '\0', gif[side + 1] = '\x80';
+        EXPECT_EQ(decodeImage(gif), nullptr);
+    }
+}
+
+TEST(ImageDecoder, GivesUpWhatNobodyMayHold) {
+    for (const char* name : {"rgba8.png", "lossless.webp", "plain.gif", "large.jpg", "orientation6.jpg"}) {
+        SCOPED_TRACE(name);
+        const std::string bytes = pictureFile(name);
+        images::Decoding decoding;
+        const auto picture = images::decodeImage(bytes, decoding);
+        ASSERT_NE(picture, nullptr);
+        EXPECT_EQ(decoding.pixels * 4, picture->byteCount());
+        images::Decoding allowed{.bytesAllowed = picture->byteCount()};
+        EXPECT_NE(images::decodeImage(bytes, allowed), nullptr);
+        EXPECT_FALSE(allowed.isGivenUp);
+        images::Decoding less{.bytesAllowed = picture->byteCount() - 1};
+        EXPECT_EQ(images::decodeImage(bytes, less), nullptr);
+        EXPECT_TRUE(less.isGivenUp);
+        EXPECT_EQ(less.pixels, decoding.pixels);
+    }
+}
+
+TEST(ImageDecoder, EndsWithTheBudgetOfItsThread) {
+    Cost cost;
+    const RenderBudget budget{.cancel = CancelToken()};
+    const Metering metering(budget, cost);
+    EXPECT_NE(decodeImage(pictureFile("rgba8.png")), nullptr);
+    budget.cancel->cancel();
+    for (const char* name : {"rgba8.png", "progressive.jpg", "plain.gif"})
+        EXPECT_THROW((void)decodeImage(pictureFile(name)), TavrinError) << name;
+}
+
 TEST(ImageDecoder, CountsWhatAllPicturesTake) {
     const std::string bytes = pictureFile("rgba8.png");
     constexpr std::size_t size = patternWidth * patternHeight * 4;
@@ -337,8 +379,11 @@ TEST(ImageDecoder, DoesNotBeginWhatNobodyWants) {
     std::stop_source source;
     source.request_stop();
     for (const char* name : {"rgba8.png", "baseline.jpg", "plain.gif", "lossy.webp"}) {
-        EXPECT_NE(images::decodeImage(pictureFile(name), {}, std::stop_token()), nullptr) << name;
-        EXPECT_EQ(images::decodeImage(pictureFile(name), {}, source.get_token()), nullptr) << name;
+        images::Decoding wanted;
+        EXPECT_NE(images::decodeImage(pictureFile(name), wanted), nullptr) << name;
+        images::Decoding stopped{.stop = source.get_token()};
+        EXPECT_EQ(images::decodeImage(pictureFile(name), stopped), nullptr) << name;
+        EXPECT_FALSE(stopped.isGivenUp) << name;
     }
 }
 
@@ -352,7 +397,10 @@ TEST(ImageDecoderThreads, StopBetweenRows) {
         ASSERT_NE(decodeImage(row.bytes), nullptr);
         std::stop_source source;
         std::shared_ptr<const Bitmap> picture;
-        std::jthread decoding([&] { picture = images::decodeImage(row.bytes, {}, source.get_token()); });
+        std::jthread decoding([&] {
+            images::Decoding stopped{.stop = source.get_token()};
+            picture = images::decodeImage(row.bytes, stopped);
+        });
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
         source.request_stop();
         decoding.join();

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <future>
 #include <optional>
 #include <thread>
@@ -12,8 +13,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 #include "tavrin/platform/foundation/net/url_session.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
 #include "tests/network/listener.h"
 #include "tests/network/web_server.h"
@@ -231,6 +234,63 @@ TEST_F(WebImageCaches, CompletionsWaitForTheMainQueue) {
     EXPECT_FALSE(isComplete) << "nobody has run the queue";
     MainQueue::shared().runPending();
     EXPECT_TRUE(isComplete);
+}
+
+/// What a budget has to say of the work; empty when nothing.
+std::string refusalOf(const RenderBudget& budget, const std::function<void()>& work) {
+    try {
+        Cost cost;
+        const Metering metering(budget, cost);
+        work();
+    } catch (const TavrinError& error) {
+        return error.kind + ": " + error.message;
+    }
+    return {};
+}
+
+TEST_F(WebImageCaches, PicturesCostTheSameFromWhereverTheyCome) {
+    const std::string file = ::testing::TempDir() + "counted.png";
+    std::ofstream(file, std::ios::binary) << smallPicture();
+    const URL remote = urlOf(server.at("/ok/counted"));
+    const struct {
+        const char* why;
+        std::function<std::shared_ptr<const Bitmap>()> load;
+    } rows[] = {{"from the network", [&] { return cache.loadImageSync(remote, nullptr); }},
+                {"from a file", [&] { return cache.loadImageFromFile(URL::fileURL(file), nullptr); }}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const auto load = [&] { EXPECT_NE(row.load(), nullptr); };
+        constexpr std::uint64_t pixels = 32;
+        const std::string tooFewBytes = "Budget: more than 127 bytes are held at once";
+        const std::string tooFewPixels = "Budget: more than 31 pixels are painted";
+        EXPECT_EQ(refusalOf({.bytes = 4 * pixels - 1}, load), tooFewBytes) << "it is not decoded";
+        EXPECT_EQ(refusalOf({.pixels = pixels - 1}, load), tooFewPixels);
+        EXPECT_EQ(refusalOf({.pixels = pixels, .bytes = 4 * pixels}, load), "") << "now it is in memory";
+        EXPECT_EQ(refusalOf({.pixels = pixels, .bytes = 4 * pixels}, load), "");
+        EXPECT_EQ(refusalOf({.bytes = 4 * pixels - 1}, load), tooFewBytes);
+        EXPECT_EQ(refusalOf({.pixels = pixels - 1}, load), tooFewPixels);
+    }
+}
+
+TEST_F(WebImageCacheThreads, WaitingEndsWithTheBudget) {
+    const URL url = urlOf(server.at("/late/1500/budget"));
+    const auto begin = std::chrono::steady_clock::now();
+    const auto load = [&] { cache.loadImageSync(url, nullptr); };
+    EXPECT_EQ(refusalOf({.seconds = 0.1}, load), "Budget: it takes more than 0.1 seconds");
+    const CancelToken token;
+    std::jthread other([&] {
+        std::this_thread::sleep_for(100ms);
+        token.cancel();
+    });
+    EXPECT_EQ(refusalOf({.cancel = token}, load), "Budget: the call was cancelled");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1400ms);
+    EXPECT_NE(cache.loadImageSync(url, nullptr), nullptr) << "others wait as long as they may";
+}
+
+TEST_F(WebImageCacheThreads, WhoHasMoreBudgetGetsThePicture) {
+    const URL url = urlOf(server.at("/late/300/more"));
+    std::jthread poor([&] { EXPECT_NE(refusalOf({.bytes = 100}, [&] { cache.loadImageSync(url, nullptr); }), ""); });
+    EXPECT_NE(cache.loadImageSync(url, nullptr), nullptr);
 }
 
 TEST_F(WebImageCacheThreads, TenThousandAddressesAtOnce) {
