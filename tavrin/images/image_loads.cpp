@@ -11,11 +11,11 @@
 namespace tavrin {
 namespace {
 
-/// How much the calling thread may still hold.
+/// How much the calling thread may still hold: exactly what it would not be refused.
 std::size_t bytesLeft() {
     const Meter& meter = Meter::ofThisThread();
-    return static_cast<std::size_t>(
-        std::max<std::int64_t>(0, meter.bytesAllowed - std::max<std::int64_t>(0, meter.bytes)));
+    if (meter.bytes > meter.bytesAllowed) return 0;
+    return static_cast<std::size_t>(meter.bytesAllowed) - static_cast<std::size_t>(meter.bytes);
 }
 
 }  // namespace
