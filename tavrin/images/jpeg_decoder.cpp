@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <csetjmp>
@@ -42,6 +43,7 @@ struct Reader {
     std::jmp_buf failed{};
     std::string_view source;
     Decoding& decoding;
+    Orientation orientation = Orientation::upright;
 };
 
 Reader& readerOf(j_common_ptr info) { return *static_cast<Reader*>(info->client_data); }
@@ -69,12 +71,30 @@ Reader::Reader(std::string_view bytes, Decoding& decoding) : source(bytes), deco
     info.client_data = this;
 }
 
+/// Reads a segment that may say how the picture is turned; the first that does holds. The library would put all such
+/// segments into a list, and go through it for each.
+boolean readExif(j_decompress_ptr info) {
+    Reader& reader = readerOf(reinterpret_cast<j_common_ptr>(info));
+    jpeg_source_mgr& source = *info->src;  // all of the file is in memory
+    constexpr std::size_t lengthOfLength = 2;
+    if (source.bytes_in_buffer < lengthOfLength) fail(reinterpret_cast<j_common_ptr>(info));
+    const std::size_t announced = std::size_t{source.next_input_byte[0]} << 8 | source.next_input_byte[1];
+    const std::size_t length = std::max(announced, lengthOfLength);
+    if (source.bytes_in_buffer < length) fail(reinterpret_cast<j_common_ptr>(info));
+    const std::string_view segment(reinterpret_cast<const char*>(source.next_input_byte), length);
+    if (reader.orientation == Orientation::upright)
+        reader.orientation = exifOrientation(segment.substr(lengthOfLength));
+    source.next_input_byte += length;
+    source.bytes_in_buffer -= length;
+    return TRUE;
+}
+
 bool readHeader(Reader& reader) {
     if (setjmp(reader.failed) != 0) return false;
     jpeg_create_decompress(&reader.info);
     reader.info.progress = &reader.progress;
     jpeg_mem_src(&reader.info, reinterpret_cast<const unsigned char*>(reader.source.data()), reader.source.size());
-    jpeg_save_markers(&reader.info, JPEG_APP0 + 1, 0xFFFF);
+    jpeg_set_marker_processor(&reader.info, JPEG_APP0 + 1, readExif);
     return jpeg_read_header(&reader.info, TRUE) == JPEG_HEADER_OK;
 }
 
@@ -93,15 +113,6 @@ bool readPixels(Reader& reader, std::uint8_t* target, std::size_t rowLength) {
     return jpeg_finish_decompress(&reader.info) != FALSE;
 }
 
-Orientation orientationOf(const Reader& reader) {
-    for (const jpeg_marker_struct* marker = reader.info.marker_list; marker != nullptr; marker = marker->next) {
-        const std::string_view payload(reinterpret_cast<const char*>(marker->data), marker->data_length);
-        if (const Orientation orientation = exifOrientation(payload); orientation != Orientation::upright)
-            return orientation;
-    }
-    return Orientation::upright;
-}
-
 /// Words of four inks to pixels. Adobe's programs, which mark their files, store how much of each ink is left out.
 void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
     const std::uint32_t inverted = reader.info.saw_Adobe_marker ? 0 : 0xFFFFFFFF;
@@ -117,7 +128,7 @@ Picture decodeJpeg(std::string_view bytes, Decoding& decoding) {
     Reader reader(bytes, decoding);
     jpeg_decompress_struct& info = reader.info;
     if (!readHeader(reader) || !decoding.admits(info.image_width, info.image_height)) return nullptr;
-    const Orientation orientation = orientationOf(reader);
+    const Orientation orientation = reader.orientation;
     const bool inks = info.num_components == 4;
     if (inks)
         info.out_color_space = JCS_CMYK;
