@@ -102,7 +102,7 @@ TEST(LoadedBodyThreads, OneKeyIsWaitedForOnce) {
 }
 
 /// What laying out costs, whichever thread loads.
-Cost costOf(const AnyView& view, const RenderBudget& budget = {}) {
+Cost spentOn(const AnyView& view, const RenderBudget& budget = {}) {
     Cost cost;
     {
         const Metering metering(budget, cost);
@@ -122,16 +122,16 @@ TEST(LoadedBodyThreads, WhatLoadsCostCountsForWhoAsks) {
     };
     for (const std::size_t count : {1U, 2U, 40U}) {
         SCOPED_TRACE(count);
-        const Cost nothing = costOf(views(count, 0));
-        const Cost loaded = costOf(views(count, 4000));
+        const Cost nothing = spentOn(views(count, 0));
+        const Cost loaded = spentOn(views(count, 4000));
         EXPECT_EQ(loaded.pixels - nothing.pixels, 1000 * count);
         EXPECT_EQ(loaded.steps, nothing.steps);
-        EXPECT_EQ(costOf(views(count, 4000, true)).pixels, loaded.pixels) << "loaded one by one";
+        EXPECT_EQ(spentOn(views(count, 4000, true)).pixels, loaded.pixels) << "loaded one by one";
 
         for (const bool isReady : {false, true}) {
             diary.loads = 0;
             try {
-                costOf(views(count, 1 << 20, isReady), {.bytes = (count << 20) - 1});
+                spentOn(views(count, 1 << 20, isReady), {.bytes = (count << 20) - 1});
                 ADD_FAILURE() << "that is too much";
             } catch (const TavrinError& error) {
                 EXPECT_EQ(error.kind, "Budget");
@@ -145,13 +145,13 @@ TEST(LoadedBodyThreads, NothingIsBegunWhenTheBudgetIsSpent) {
     Diary diary;
     ViewList children;
     for (int i = 0; i < 100; ++i) children.emplace_back(Waiting{std::to_string(i), &diary, 1ms, false, false, 1 << 20});
-    EXPECT_THROW(costOf(stackOf(children), {.bytes = 4 << 20}), TavrinError);
+    EXPECT_THROW(spentOn(stackOf(children), {.bytes = 4 << 20}), TavrinError);
     EXPECT_LE(diary.loads, 4 + 32);
 
     diary.loads = 0;
     const RenderBudget budget{.cancel = CancelToken()};
     budget.cancel->cancel();
-    EXPECT_THROW(costOf(stackOf(children), budget), TavrinError);
+    EXPECT_THROW(spentOn(stackOf(children), budget), TavrinError);
     EXPECT_EQ(diary.loads, 0);
 }
 
