@@ -356,6 +356,24 @@ TEST(ImageDecoder, IgnoresFaultyOrientations) {
     EXPECT_GT(difference(decodeImage(bytes)->row(8)[8], tiles[0]), 50) << "what is stored is mirrored";
 }
 
+TEST(ImageDecoder, LooksForTheOrientationInAnyNumberOfSegments) {
+    const std::string turned = pictureFile("orientation6.jpg");
+    constexpr std::string_view empty(
+        "\xFF\xE1\0\x14"
+        "Exif\0\0II*\0\x08\0\0\0\xFF\xFF\0\0",
+        22);  // of 65,535 entries
+    std::string bytes = turned.substr(0, 2);
+    for (int i = 0; i < 200'000; ++i) bytes += empty;
+    bytes += turned.substr(2);
+    const auto picture = decodeImage(bytes);
+    ASSERT_NE(picture, nullptr);
+    const auto expected = decodeImage(turned);
+    ASSERT_EQ(picture->width(), expected->width());
+    ASSERT_EQ(picture->height(), expected->height());
+    for (int y = 0; y < expected->height(); ++y)
+        EXPECT_TRUE(std::equal(picture->row(y), picture->row(y) + picture->width(), expected->row(y))) << y;
+}
+
 /// A gray JPEG of `side` pixels a side, a multiple of 8: each block is two bits, "no difference" and "nothing more".
 std::string largeJpeg(unsigned side) {
     const auto bytes = [](std::initializer_list<unsigned> values) {
