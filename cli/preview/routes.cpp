@@ -95,6 +95,8 @@ Drawing Routes::drawing(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     Drawing drawing = drawingOf(fields);
     drawing.options.fetchPolicy = options_.fetchPolicy;
+    drawing.options.budget = options_.budget;
+    drawing.options.budget.cancel = request.cancel;
     drawing.options.maxImageSize = options_.maxImageSize;
     if (const auto path = fields.optionalText("path"))
         if (const auto pictures = folder_.picturesBeside(*path))

@@ -25,6 +25,11 @@ TEST(PreviewVerb, RefusesWhatItCannotShow) {
         {"two folders", {"preview", ".", ".", "--errors", "json"}, 2, "UsageError"},
         {"a port that is none", {"preview", ".", "--port", "70000", "--errors", "json"}, 2, "UsageError"},
         {"a port that is no number", {"preview", ".", "--port", "http", "--errors", "json"}, 2, "UsageError"},
+        {"a budget that is none", {"preview", ".", "--budget", "none", "--errors", "json"}, 2, "UsageError"},
+        {"a budget's count that is none",
+         {"preview", ".", "--budget-steps", "-1", "--errors", "json"},
+         2,
+         "UsageError"},
         {"an option of others", {"preview", ".", "--family", "systemSmall", "--errors", "json"}, 2, "UsageError"},
     };
     for (const auto& row : rows) {

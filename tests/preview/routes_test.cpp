@@ -14,6 +14,7 @@ namespace tavrin::cli {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr std::string_view hello = R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
@@ -124,6 +125,17 @@ TEST_F(RoutesTest, TellWhereADocumentFails) {
     EXPECT_EQ(answer.find("error")->find("line")->description(), "1");
     EXPECT_EQ(answer.find("error")->find("codingPath")->description(), R"(["nodes","main","type"])");
     EXPECT_EQ(answer.find("error")->find("file")->description(), "document");
+}
+
+TEST_F(RoutesTest, KeepToTheBudget) {
+    const Routes poor(folder_, {.fetchPolicy = FetchPolicy::none, .budget = {.steps = 1}});
+    for (const char* path : {"/api/render", "/api/explain", "/api/check"}) {
+        const HTTPRequest request{.method = "POST", .path = path, .body = drawingOf(hello)};
+        EXPECT_THAT(poor.answer(request).body, HasSubstr("more than 1 steps")) << path;
+        EXPECT_THAT(routes_.answer(request).body, Not(HasSubstr("steps"))) << path;
+        request.cancel.cancel();
+        EXPECT_THAT(routes_.answer(request).body, HasSubstr("cancelled")) << path;
+    }
 }
 
 TEST_F(RoutesTest, RefuseDrawingsThatAreNone) {
