@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstddef>
 #include <exception>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "cli/preview/http_session.h"
 #include "cli/preview/http_status.h"
 #include "cli/preview/request_guard.h"
+#include "cli/preview/secret.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
@@ -34,9 +36,8 @@ constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
 constexpr std::size_t handlerThreads = 4;
 
-HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler, std::uint16_t port) {
+HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler) {
     try {
-        if (auto refused = refusal(request, port)) return std::move(*refused);
         return handler(request);
     } catch (const std::exception& error) {
         return HTTPResponse::failure(http_status::internalError, error.what());
@@ -64,6 +65,9 @@ public:
 
     [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
+    [[nodiscard]] std::string address() const {
+        return "http://127.0.0.1:" + tavrin::toText(std::int64_t{port()}) + "/" + secret_ + "/";
+    }
     void stop() { context_.stop(); }
 
     void stopOnSignals() {
@@ -91,12 +95,16 @@ public:
 
     void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
         asio::post(handlers_, [this, session = std::move(session), request = std::move(request)]() mutable {
-            HTTPResponse response = answerTo(request, handler_, port());
+            HTTPResponse response = answerTo(request, handler_);
             // Sessions belong to the other thread, the last reference too.
             asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
                 session->answer(std::move(response));
             });
         });
+    }
+
+    std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
+        return cli::refusal(request, port(), secret_);
     }
 
     void listens(const std::shared_ptr<HTTPSession>& session) override {
@@ -150,6 +158,7 @@ private:
     std::vector<HTTPSession*> sessions_;
     std::vector<std::weak_ptr<HTTPSession>> listeners_;
     std::atomic<std::size_t> listenerCount_ = 0;
+    const std::string secret_ = newSecret();
     Handler handler_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
@@ -162,6 +171,7 @@ HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Conne
 HTTPServer::~HTTPServer() = default;
 
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
+std::string HTTPServer::address() const { return connections_->address(); }
 void HTTPServer::stopOnSignals() { connections_->stopOnSignals(); }
 void HTTPServer::run(Handler handler) { connections_->run(std::move(handler)); }
 void HTTPServer::stop() { connections_->stop(); }

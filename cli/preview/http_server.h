@@ -10,7 +10,8 @@
 
 namespace tavrin::cli {
 
-/// An HTTP server on 127.0.0.1. One thread talks to all connections; handlers run on a few others.
+/// An HTTP server on 127.0.0.1, all of it below a path that no one can guess. One thread talks to all connections;
+/// handlers run on a few others.
 ///
 /// Bounded: 64 connections, of which the one that has been idle longest makes room for a new one; 16 pages that listen;
 /// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive.
@@ -26,6 +27,8 @@ public:
     ~HTTPServer();
 
     [[nodiscard]] std::uint16_t port() const;
+    /// `http://127.0.0.1:PORT/SECRET/`
+    [[nodiscard]] std::string address() const;
     /// Lets SIGINT and SIGTERM, from now on, end `run` instead of the process.
     void stopOnSignals();
     /// Serves until `stop` is called.

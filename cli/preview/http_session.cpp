@@ -31,7 +31,8 @@ constexpr std::size_t maximumUnsent = 256;
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
 
-HTTPRequest requestOf(http::request<http::string_body>&& message) {
+/// Without its body.
+HTTPRequest requestOf(const http::request<http::string_body>& message) {
     HTTPRequest request;
     request.method = message.method() == http::verb::head ? "GET" : text(message.method_string());
     const std::string target = text(message.target());
@@ -42,7 +43,6 @@ HTTPRequest requestOf(http::request<http::string_body>&& message) {
     request.origin = text(message[http::field::origin]);
     request.fetchSite = text(message["Sec-Fetch-Site"]);
     request.contentType = text(message[http::field::content_type]);
-    request.body = std::move(message.body());
     return request;
 }
 
@@ -76,8 +76,19 @@ void HTTPSession::readHead() {
     stream_.expires_after(headPatience);
     http::async_read_header(stream_, buffer_, *parser_,
                             [self = shared_from_this()](beast::error_code error, std::size_t) {
-                                error ? self->refuseBroken(error) : self->readBody();
+                                error ? self->refuseBroken(error) : self->takeHead();
                             });
+}
+
+void HTTPSession::takeHead() {
+    const auto& message = parser_->get();
+    goesOn_ = message.keep_alive();
+    isHead_ = message.method() == http::verb::head;
+    if (message.count(http::field::host) > 1)
+        return refuse(HTTPResponse::failure(http_status::badRequest, "a request names one Host"));
+    request_ = requestOf(message);
+    if (auto refused = host_.refusal(request_)) return refuse(*std::move(refused));
+    readBody();
 }
 
 void HTTPSession::readBody() {
@@ -90,23 +101,20 @@ void HTTPSession::readBody() {
 void HTTPSession::take() {
     stream_.expires_never();  // a handler takes the time it takes
     idleSince_ = std::nullopt;
-    const auto& message = parser_->get();
-    goesOn_ = message.keep_alive();
-    isHead_ = message.method() == http::verb::head;
-    if (message.count(http::field::host) > 1) return refuse(http_status::badRequest, "a request names one Host");
-    host_.handle(shared_from_this(), requestOf(parser_->release()));
+    request_.body = std::move(parser_->get().body());
+    host_.handle(shared_from_this(), std::move(request_));
 }
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
     if (!isAboutMessage(error)) return close();
     const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
-    refuse(isTooLarge ? http_status::tooLarge : http_status::badRequest,
-           isTooLarge ? "the request is too large" : "this is no HTTP request");
+    refuse(isTooLarge ? HTTPResponse::failure(http_status::tooLarge, "the request is too large")
+                      : HTTPResponse::failure(http_status::badRequest, "this is no HTTP request"));
 }
 
-void HTTPSession::refuse(unsigned status, std::string_view message) {
+void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
-    answer(HTTPResponse::failure(status, message));
+    answer(std::move(response));
 }
 
 void HTTPSession::answer(HTTPResponse response) {

@@ -29,6 +29,8 @@ public:
     HTTPSessionHost& operator=(const HTTPSessionHost&) = delete;
     virtual ~HTTPSessionHost() = default;
 
+    /// Why a request must not be answered, as its head tells; or none.
+    virtual std::optional<HTTPResponse> refusal(HTTPRequest& request) = 0;
     /// Has a request answered on another thread; the answer comes back through `HTTPSession::answer`.
     virtual void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) = 0;
     virtual void listens(const std::shared_ptr<HTTPSession>& session) = 0;
@@ -68,10 +70,11 @@ private:
 
     void waitForRequest(std::chrono::seconds patience);
     void readHead();
+    void takeHead();
     void readBody();
     void take();
     void refuseBroken(boost::system::error_code error);
-    void refuse(unsigned status, std::string_view message);
+    void refuse(HTTPResponse response);
     void becomeEventStream(const HTTPResponse& response);
     void sendNext();
     void endAnswer();
@@ -81,6 +84,7 @@ private:
     HTTPSessionHost& host_;
     boost::beast::flat_buffer buffer_{maximumBuffer};
     std::optional<Parser> parser_;
+    HTTPRequest request_;
     Message message_;
     bool goesOn_ = true;   // whether another request may follow
     bool isHead_ = false;  // whether the answer's body is left out

@@ -8,7 +8,6 @@
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"
-#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 
@@ -20,7 +19,7 @@ void servePreview(const PreviewOptions& options, const std::function<void(const 
         folder, [&server] { return server.hasListeners(); },
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });
     server.stopOnSignals();
-    announce("http://127.0.0.1:" + tavrin::toText(std::int64_t{server.port()}) + "/");
+    announce(server.address());
     server.run([&routes](const HTTPRequest& request) { return routes.answer(request); });
 }
 

@@ -27,7 +27,8 @@ struct PreviewOptions {
 };
 
 /// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM; hands its address to `announce` once it
-/// answers. Throws `IOError` for a folder that cannot be opened and a port that cannot be had.
+/// answers: whoever knows it may read and write the folder. Throws `IOError` for a folder that cannot be opened and a
+/// port that cannot be had.
 void servePreview(const PreviewOptions& options, const std::function<void(const std::string& address)>& announce);
 
 }  // namespace tavrin::cli

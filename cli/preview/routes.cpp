@@ -12,6 +12,7 @@
 #include "cli/preview/page.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"
+#include "cli/preview/secret.h"
 #include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
@@ -62,7 +63,7 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
 }
 
 HTTPResponse Routes::page(const HTTPRequest&) const {
-    std::string nonce = newNonce();
+    std::string nonce = newSecret();
     std::string html = pageWithNonce(nonce);
     return {.contentType = "text/html; charset=utf-8", .body = std::move(html), .nonce = std::move(nonce)};
 }

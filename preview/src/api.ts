@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// What the server can be asked; cli/preview/routes.h has the same list.
+// What the server can be asked; cli/preview/routes.h has the same list. Addresses are relative: the page's own has the
+// secret without which nothing is answered.
 
 export interface Family {
     name: string;
@@ -107,17 +108,17 @@ async function post(path: string, body: unknown): Promise<Response> {
     return response;
 }
 
-export const fetchProject = () => get<Project>("/api/project");
-export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("/api/files")).files;
-export const fetchFile = (path: string) => get<FileText>(`/api/file?path=${encodeURIComponent(path)}`);
+export const fetchProject = () => get<Project>("api/project");
+export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("api/files")).files;
+export const fetchFile = (path: string) => get<FileText>(`api/file?path=${encodeURIComponent(path)}`);
 
 export async function saveFile(path: string, text: string, revision: string): Promise<string> {
-    const response = await post("/api/save", { path, text, revision });
+    const response = await post("api/save", { path, text, revision });
     return ((await response.json()) as { revision: string }).revision;
 }
 
 export async function draw(drawing: Drawing): Promise<Drawn> {
-    const response = await post("/api/render", drawing);
+    const response = await post("api/render", drawing);
     const bytes = new Uint8Array(await response.arrayBuffer());
     const isFailure = response.headers.get("Content-Type") === "application/json";
     return isFailure ? failed(bytes) : succeeded(bytes);
@@ -137,7 +138,7 @@ function succeeded(bytes: Uint8Array<ArrayBuffer>): Drawn {
 
 /** Nothing for a document that cannot be drawn. */
 export async function explain(drawing: Drawing): Promise<Explained | null> {
-    const answer = (await (await post("/api/explain", drawing)).json()) as Explained | { error: Failure };
+    const answer = (await (await post("api/explain", drawing)).json()) as Explained | { error: Failure };
     return "error" in answer ? null : answer;
 }
 
@@ -160,5 +161,5 @@ export interface Finding {
 
 /** What is wrong or doubtful, as far as that drawing shows. */
 export async function check(drawing: Drawing): Promise<Finding[]> {
-    return (await (await post("/api/check", drawing)).json()) as Finding[];
+    return (await (await post("api/check", drawing)).json()) as Finding[];
 }

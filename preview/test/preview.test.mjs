@@ -317,6 +317,8 @@ test("shares one file that stands alone", () =>
             asked.join(),
         );
         await context.close();
+        const text = await readFile(path, "utf8");
+        assert.ok(!text.includes(new URL(server.address).pathname.slice(1, -1)), "it does not tell the secret");
     }));
 
 test("needs no wide screen, and moves nothing for those who ask for that", () =>
@@ -329,3 +331,19 @@ test("needs no wide screen, and moves nothing for those who ask for that", () =>
         },
         { viewport: { width: 390, height: 800 }, reducedMotion: "reduce" },
     ));
+
+const ask = (address, path, body) =>
+    fetch(address + path, {
+        method: "POST",
+        headers: { "Content-Type": "application/json" },
+        body: JSON.stringify(body),
+    });
+test("is nowhere but at its address", async () => {
+    const { origin } = new URL(server.address);
+    const almost = new URL(server.address).pathname.slice(0, -1);
+    for (const path of ["/", "/preview.js", "/api/files", `/${"0".repeat(32)}/`, almost])
+        assert.equal((await fetch(origin + path)).status, 404, path);
+    assert.equal((await ask(`${origin}/`, "api/save", {})).status, 404);
+    assert.equal((await ask(server.address, "api/save", {})).status, 400);
+    assert.equal((await fetch(server.address)).status, 200);
+});

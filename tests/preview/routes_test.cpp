@@ -176,17 +176,17 @@ TEST_F(RoutesTest, AreRefusedToOthersThroughTheServer) {
     scratch_.write("a.json", "{}");
     RunningServer running([this](const HTTPRequest& request) { return routes_.answer(request); });
     const std::string end = "Connection: close\r\n\r\n";
-    const std::string files = running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end);
+    const std::string files = running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end);
     EXPECT_THAT(files, StartsWith("HTTP/1.1 200 OK"));
     EXPECT_THAT(files, HasSubstr("X-Content-Type-Options: nosniff"));
     EXPECT_THAT(files, HasSubstr("Cross-Origin-Resource-Policy: same-origin"));
     EXPECT_THAT(files, HasSubstr("a.json"));
-    const std::string rebound = running.send("GET /api/files HTTP/1.1\r\nHost: evil.example:PORT\r\n" + end);
+    const std::string rebound = running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: evil.example:PORT\r\n" + end);
     EXPECT_THAT(rebound, StartsWith("HTTP/1.1 421"));
     const std::string foreign =
-        running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\nOrigin: http://evil.example\r\n" + end);
+        running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\nOrigin: http://evil.example\r\n" + end);
     EXPECT_THAT(foreign, StartsWith("HTTP/1.1 403"));
-    EXPECT_THAT(running.send("GET /../../etc/passwd HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end),
+    EXPECT_THAT(running.send("GET /SECRET/../../etc/passwd HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end),
                 StartsWith("HTTP/1.1 404"));
 }
 
