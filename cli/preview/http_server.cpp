@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <exception>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -34,7 +35,9 @@ using asio::ip::tcp;
 constexpr std::size_t maximumSessions = 64;
 constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
-constexpr std::size_t handlerThreads = 4;
+constexpr std::size_t shortThreads = 2;
+
+std::size_t longThreads() { return std::clamp(std::thread::hardware_concurrency(), 2U, 4U); }
 
 HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler) {
     try {
@@ -61,28 +64,37 @@ public:
         }
     }
 
-    ~Connections() override { handlers_.join(); }
-
     [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
     [[nodiscard]] std::string address() const {
         return "http://127.0.0.1:" + tavrin::toText(std::int64_t{port()}) + "/" + secret_ + "/";
     }
-    void stop() { context_.stop(); }
 
-    void stopOnSignals() {
-        signals_.add(SIGINT);
-        signals_.add(SIGTERM);
-        signals_.async_wait([this](boost::system::error_code error, int) {
-            if (!error) stop();
+    void stop() {
+        asio::post(context_, [this] {
+            for (HTTPSession* const session : sessions_) session->cancel();
+            context_.stop();
         });
     }
 
-    void run(Handler handler) {
+    void stopOnSignals(std::function<void()> stopping) {
+        signals_.add(SIGINT);
+        signals_.add(SIGTERM);
+        signals_.async_wait([this, stopping = std::move(stopping)](boost::system::error_code error, int) {
+            if (error) return;
+            signals_.clear();
+            stopping();
+            stop();
+        });
+    }
+
+    void run(Handler handler, Judge takesLong) {
         handler_ = std::move(handler);
+        takesLong_ = std::move(takesLong);
         accept();
         context_.run();
-        handlers_.join();
+        longOnes_.join();
+        shortOnes_.join();
     }
 
     void broadcast(std::string json) {
@@ -94,13 +106,16 @@ public:
     }
 
     void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
-        asio::post(handlers_, [this, session = std::move(session), request = std::move(request)]() mutable {
-            HTTPResponse response = answerTo(request, handler_);
-            // Sessions belong to the other thread, the last reference too.
-            asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
-                session->answer(std::move(response));
-            });
-        });
+        const bool isLong = takesLong_(request);
+        asio::post(isLong ? longOnes_ : shortOnes_,
+                   [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
+                       HTTPResponse response;
+                       if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
+                       // Sessions belong to the other thread, the last reference too.
+                       asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
+                           session->answer(std::move(response));
+                       });
+                   });
     }
 
     std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
@@ -160,11 +175,13 @@ private:
     std::atomic<std::size_t> listenerCount_ = 0;
     const std::string secret_ = newSecret();
     Handler handler_;
+    Judge takesLong_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
     asio::signal_set signals_{context_};
     asio::steady_timer pause_{context_};
-    asio::thread_pool handlers_{handlerThreads};
+    asio::thread_pool shortOnes_{shortThreads};
+    asio::thread_pool longOnes_{longThreads()};
 };
 
 HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Connections>(port)) {}
@@ -172,8 +189,8 @@ HTTPServer::~HTTPServer() = default;
 
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
 std::string HTTPServer::address() const { return connections_->address(); }
-void HTTPServer::stopOnSignals() { connections_->stopOnSignals(); }
-void HTTPServer::run(Handler handler) { connections_->run(std::move(handler)); }
+void HTTPServer::stopOnSignals(std::function<void()> stopping) { connections_->stopOnSignals(std::move(stopping)); }
+void HTTPServer::run(Handler handler, Judge takesLong) { connections_->run(std::move(handler), std::move(takesLong)); }
 void HTTPServer::stop() { connections_->stop(); }
 void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
 bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }

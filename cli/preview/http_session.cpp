@@ -99,10 +99,28 @@ void HTTPSession::readBody() {
 }
 
 void HTTPSession::take() {
-    stream_.expires_never();  // a handler takes the time it takes
     idleSince_ = std::nullopt;
     request_.body = std::move(parser_->get().body());
+    cancel_ = request_.cancel;
+    stream_.expires_never();  // a handler takes the time it takes
     host_.handle(shared_from_this(), std::move(request_));
+    watch();
+}
+
+/// While an answer is worked on, the end of what the other side sends tells that no one waits for it. What comes
+/// instead belongs to the next request.
+void HTTPSession::watch() {
+    if (buffer_.size() > maximumAhead) return;
+    isWatching_ = true;
+    stream_.async_read_some(buffer_.prepare(firstBytes),
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                self->isWatching_ = false;
+                                self->buffer_.commit(count);
+                                if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
+                                if (!error) return self->watch();
+                                self->cancel();
+                                self->close();
+                            });
 }
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
@@ -118,6 +136,12 @@ void HTTPSession::refuse(HTTPResponse response) {
 }
 
 void HTTPSession::answer(HTTPResponse response) {
+    if (!isWatching_) return sendAnswer(std::move(response));
+    answer_ = std::move(response);
+    stream_.cancel();
+}
+
+void HTTPSession::sendAnswer(HTTPResponse response) {
     if (response.isEventStream && !isHead_) return becomeEventStream(response);
     message_ = {};
     message_.result(response.status);

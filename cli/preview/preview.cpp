@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "cli/preview/preview.h"
 
+#include <chrono>
 #include <vector>
 
+#include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
 #include "cli/preview/http_server.h"
 #include "cli/preview/project_folder.h"
@@ -10,17 +12,24 @@
 #include "cli/preview/routes.h"
 
 namespace tavrin::cli {
+namespace {
+
+/// How long what cannot be cancelled at once may take after the first signal.
+constexpr std::chrono::milliseconds endPatience{1500};
+
+}  // namespace
 
 void servePreview(const PreviewOptions& options, const std::function<void(const std::string&)>& announce) {
     ProjectFolder folder(options.folder);
-    HTTPServer server(options.port);
     const Routes routes(folder, options);
+    EndDeadline deadline(endPatience, [&folder] { folder.stopSaving(); });
+    HTTPServer server(options.port);
     const FolderWatch watch(
         folder, [&server] { return server.hasListeners(); },
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });
-    server.stopOnSignals();
+    server.stopOnSignals([&deadline] { deadline.start(); });
     announce(server.address());
-    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); });
+    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); }, &Routes::takesLong);
 }
 
 }  // namespace tavrin::cli

@@ -26,9 +26,9 @@ struct PreviewOptions {
     RenderBudget budget = {.seconds = usualSeconds};  ///< what each picture, tree or check may cost
 };
 
-/// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM; hands its address to `announce` once it
-/// answers: whoever knows it may read and write the folder. Throws `IOError` for a folder that cannot be opened and a
-/// port that cannot be had.
+/// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM, and ends within two seconds then; a second
+/// signal ends the process at once. Hands its address to `announce` once it answers: whoever knows it may read and
+/// write the folder. Throws `IOError` for a folder that cannot be opened and a port that cannot be had.
 void servePreview(const PreviewOptions& options, const std::function<void(const std::string& address)>& announce);
 
 }  // namespace tavrin::cli

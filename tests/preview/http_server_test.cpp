@@ -4,6 +4,8 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <csignal>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -180,6 +182,82 @@ TEST(HTTPServer, IsNowhereButBehindItsSecret) {
     }
     EXPECT_EQ(handled, 0);
     EXPECT_THAT(running.send(get("/") + end), StartsWith("HTTP/1.1 200"));
+}
+
+/// Answers what takes long when it is cancelled, and all else at once.
+struct Patience {
+    std::atomic<int> begun = 0;
+    std::atomic<int> ended = 0;
+
+    static bool takesLong(const HTTPRequest& request) { return request.path.starts_with("/long"); }
+    HTTPResponse operator()(const HTTPRequest& request) {
+        if (!takesLong(request) || request.path == "/long/but-not-now") return echo(request);
+        ++begun;
+        while (!request.cancel.isCancelled()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        ++ended;
+        return {};
+    }
+};
+
+bool comesTrue(const std::function<bool()>& condition) {
+    for (int i = 0; i < 5000 && !condition(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return condition();
+}
+
+TEST(HTTPServer, AnswersWhileOthersTakeLongUntilTheyAreGivenUp) {
+    Patience patience;
+    const RunningServer running(std::ref(patience), &Patience::takesLong);
+    std::vector<FileDescriptor> waiting;
+    for (int i = 0; i < 10; ++i) waiting.push_back(running.begin(get("/long") + "\r\n"));
+    EXPECT_TRUE(comesTrue([&] { return patience.begun >= 2; }));
+    EXPECT_THAT(running.send(get("/page") + end), HasSubstr("GET /page"));
+    EXPECT_EQ(patience.ended, 0);
+    waiting.clear();
+    EXPECT_TRUE(comesTrue([&] { return patience.ended == patience.begun; }));
+    EXPECT_THAT(running.send(get("/long/but-not-now") + end), HasSubstr("GET /long/but-not-now"));
+    EXPECT_LE(patience.begun, 4) << "those that waited for their turn have not begun";
+    EXPECT_EQ(patience.ended, patience.begun);
+}
+
+TEST(HTTPServer, KeepsWhatIsSentWhileItAnswers) {
+    const RunningServer running([](const HTTPRequest& request) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return echo(request);
+    });
+    const FileDescriptor socket = running.begin(get("/first") + "\r\n" + "GET /");
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    ASSERT_TRUE(writeAll(socket.number(), running.addressed(get("/second") + end).substr(5)));
+    const std::string answers = received(socket, std::chrono::seconds(2));
+    EXPECT_THAT(answers, HasSubstr("GET /first"));
+    EXPECT_THAT(answers, EndsWith("GET /second  "));
+}
+
+TEST(HTTPServer, CancelsWhatIsAtWorkWhenItStops) {
+    Patience patience;
+    {
+        const RunningServer running(std::ref(patience), &Patience::takesLong);
+        const FileDescriptor waiting = running.begin(get("/long") + "\r\n");
+        EXPECT_TRUE(comesTrue([&] { return patience.begun == 1; }));
+        const FileDescriptor open = running.begin("");
+    }
+    EXPECT_EQ(patience.ended, 1);
+}
+
+TEST(HTTPServerDeathTest, EndsTheProcessAtTheSecondSignal) {
+    const auto interruptTwice = [] {
+        std::atomic<bool> isBegun = false;
+        RunningServer running([&](const HTTPRequest&) -> HTTPResponse {
+            isBegun = true;
+            while (true) std::this_thread::sleep_for(std::chrono::seconds(1));
+        });
+        std::atomic<bool> isStopping = false;
+        running.server().stopOnSignals([&] { isStopping = true; });
+        const FileDescriptor waiting = running.begin(get("/") + "\r\n");
+        comesTrue([&] { return isBegun.load(); });
+        ::kill(::getpid(), SIGTERM);
+        if (comesTrue([&] { return isStopping.load(); })) ::kill(::getpid(), SIGTERM);
+    };
+    EXPECT_EXIT(interruptTwice(), ::testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST(HTTPServer, HasAPortForItself) {

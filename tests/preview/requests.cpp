@@ -66,8 +66,10 @@ std::string received(const FileDescriptor& socket, std::chrono::seconds patience
     return answer;
 }
 
-RunningServer::RunningServer(HTTPServer::Handler handler)
-    : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler)); }) {}
+RunningServer::RunningServer(HTTPServer::Handler handler, HTTPServer::Judge takesLong)
+    : thread_([this, handler = std::move(handler), takesLong = std::move(takesLong)]() mutable {
+          server_.run(std::move(handler), std::move(takesLong));
+      }) {}
 
 RunningServer::~RunningServer() {
     server_.stop();

@@ -34,7 +34,8 @@ private:
 /// A server on a free port, on a thread of its own until the end of the scope.
 class RunningServer {
 public:
-    explicit RunningServer(HTTPServer::Handler handler);
+    explicit RunningServer(
+        HTTPServer::Handler handler, HTTPServer::Judge takesLong = [](const HTTPRequest&) { return false; });
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
     ~RunningServer();

@@ -127,6 +127,13 @@ TEST_F(RoutesTest, TellWhereADocumentFails) {
     EXPECT_EQ(answer.find("error")->find("file")->description(), "document");
 }
 
+TEST_F(RoutesTest, KnowWhatTakesLong) {
+    for (const char* path : {"/api/render", "/api/explain", "/api/check"})
+        EXPECT_TRUE(Routes::takesLong({.method = "POST", .path = path})) << path;
+    for (const char* path : {"/", "/api/files", "/api/save", "/api/events", "/nothing"})
+        EXPECT_FALSE(Routes::takesLong({.method = "POST", .path = path})) << path;
+}
+
 TEST_F(RoutesTest, KeepToTheBudget) {
     const Routes poor(folder_, {.fetchPolicy = FetchPolicy::none, .budget = {.steps = 1}});
     for (const char* path : {"/api/render", "/api/explain", "/api/check"}) {
