@@ -35,6 +35,7 @@ using asio::ip::tcp;
 constexpr std::size_t maximumSessions = 64;
 constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
+constexpr std::size_t maximumBodies = std::size_t{64} << 20;
 constexpr std::size_t shortThreads = 2;
 
 std::size_t longThreads() { return std::clamp(std::thread::hardware_concurrency(), 2U, 4U); }
@@ -111,6 +112,7 @@ public:
                    [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
                        HTTPResponse response;
                        if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
+                       request = {};  // before its share of the bodies is given back
                        // Sessions belong to the other thread, the last reference too.
                        asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
                            session->answer(std::move(response));
@@ -121,6 +123,14 @@ public:
     std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
         return cli::refusal(request, port(), secret_);
     }
+
+    bool takeShare(std::size_t bytes) override {
+        if (bytes > maximumBodies - bodies_) return false;
+        bodies_ += bytes;
+        return true;
+    }
+
+    void giveShareBack(std::size_t bytes) override { bodies_ -= bytes; }
 
     void listens(const std::shared_ptr<HTTPSession>& session) override {
         if (listeners_.size() == maximumListeners) {
@@ -173,6 +183,7 @@ private:
     std::vector<HTTPSession*> sessions_;
     std::vector<std::weak_ptr<HTTPSession>> listeners_;
     std::atomic<std::size_t> listenerCount_ = 0;
+    std::size_t bodies_ = 0;
     const std::string secret_ = newSecret();
     Handler handler_;
     Judge takesLong_;

@@ -14,7 +14,7 @@ namespace tavrin::cli {
 /// handlers run on a few others, those that take long on threads of their own.
 ///
 /// Bounded: 64 connections, of which the one that has been idle longest makes room for a new one; 16 pages that listen;
-/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive.
+/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive, 64 MiB of them in all.
 class HTTPServer {
 public:
     /// Answers a request; called by several threads at once. What it throws becomes status 500.

@@ -88,6 +88,12 @@ void HTTPSession::takeHead() {
         return refuse(HTTPResponse::failure(http_status::badRequest, "a request names one Host"));
     request_ = requestOf(message);
     if (auto refused = host_.refusal(request_)) return refuse(*std::move(refused));
+    // A body whose length is not declared may become as long as any.
+    const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(maximumBody);
+    if (!host_.takeShare(length))
+        return refuse(HTTPResponse::failure(http_status::unavailable,
+                                            "too much is being sent to the preview at once; try again in a moment"));
+    share_ = length;
     readBody();
 }
 
@@ -101,6 +107,8 @@ void HTTPSession::readBody() {
 void HTTPSession::take() {
     idleSince_ = std::nullopt;
     request_.body = std::move(parser_->get().body());
+    host_.giveShareBack(share_ - request_.body.size());
+    share_ = request_.body.size();
     cancel_ = request_.cancel;
     stream_.expires_never();  // a handler takes the time it takes
     host_.handle(shared_from_this(), std::move(request_));
@@ -136,6 +144,7 @@ void HTTPSession::refuse(HTTPResponse response) {
 }
 
 void HTTPSession::answer(HTTPResponse response) {
+    giveShareBack();
     if (!isWatching_) return sendAnswer(std::move(response));
     answer_ = std::move(response);
     stream_.cancel();

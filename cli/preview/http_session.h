@@ -32,6 +32,9 @@ public:
 
     /// Why a request must not be answered, as its head tells; or none.
     virtual std::optional<HTTPResponse> refusal(HTTPRequest& request) = 0;
+    /// All bodies share some room. False where so much of it is not left.
+    [[nodiscard]] virtual bool takeShare(std::size_t bytes) = 0;
+    virtual void giveShareBack(std::size_t bytes) = 0;
     /// Has a request answered on another thread; the answer comes back through `HTTPSession::answer`.
     virtual void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) = 0;
     virtual void listens(const std::shared_ptr<HTTPSession>& session) = 0;
@@ -51,7 +54,10 @@ public:
     }
     HTTPSession(const HTTPSession&) = delete;
     HTTPSession& operator=(const HTTPSession&) = delete;
-    ~HTTPSession() { host_.ended(*this); }
+    ~HTTPSession() {
+        giveShareBack();
+        host_.ended(*this);
+    }
 
     /// Waits for the first request.
     void start();
@@ -79,6 +85,7 @@ private:
     void takeHead();
     void readBody();
     void take();
+    void giveShareBack() { host_.giveShareBack(std::exchange(share_, 0)); }
     void watch();
     void sendAnswer(HTTPResponse response);
     void refuseBroken(boost::system::error_code error);
@@ -93,6 +100,7 @@ private:
     boost::beast::flat_buffer buffer_{maximumBuffer};
     std::optional<Parser> parser_;
     HTTPRequest request_;
+    std::size_t share_ = 0;  // of the room for bodies
     CancelToken cancel_;
     bool isWatching_ = false;             // whether the other side is read from while an answer is worked on
     std::optional<HTTPResponse> answer_;  // which waits for that to end
