@@ -368,6 +368,23 @@ test("is nowhere but at its address", async () => {
     assert.equal((await fetch(server.address)).status, 200);
 });
 
+test("gives a drawing up that no one waits for any more", async () => {
+    const path = join(place.folder, "endless.json");
+    await writeFile(path, endless());
+    await on("agenda/document.json", async (page) => {
+        await page.selectOption("#file", "endless.json");
+        await page.waitForTimeout(500);
+        const before = Number(await page.getAttribute("#stage", "data-change"));
+        assert.notEqual(await page.getAttribute(selected, "data-change"), String(before), "it is still being drawn");
+        const taken = await seconds(async () => {
+            await page.selectOption("#file", "clock/document.json");
+            await drawn(page, before);
+        });
+        assert.ok(taken < 5, `after ${taken} s`);
+    });
+    await rm(path);
+});
+
 test("answers, and ends, while it draws without an end", async () => {
     const busy = await serve(place.folder, "--budget-seconds", "600", "--budget-pixels", "1000000000000");
     const drawings = Array.from({ length: 8 }, () => ask(busy.address, "api/render", drawing(endless())));
