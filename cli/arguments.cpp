@@ -60,17 +60,6 @@ FetchPolicy fetchPolicyOf(const Values& values) {
     return policy;
 }
 
-RenderBudget budgetOf(const Values& values) {
-    BudgetProfile profile = BudgetProfile::usual;
-    values.choose("--budget", budgetWords, profile);
-    RenderBudget budget = RenderBudget::of(profile);
-    values.read("--budget-steps", readCount, budget.steps);
-    values.read("--budget-pixels", readCount, budget.pixels);
-    values.read("--budget-bytes", readCount, budget.bytes);
-    values.read("--budget-seconds", readSeconds, budget.seconds);
-    return budget;
-}
-
 WidgetOptions widgetOptionsOf(const Values& values) {
     WidgetOptions options;
     options.room = roomOf(values);
@@ -78,7 +67,7 @@ WidgetOptions widgetOptionsOf(const Values& values) {
     values.read("--background", readBackground, options.background);
     values.choose("--compression", compressionWords, options.compression);
     options.rounded = values.find("--rounded") != nullptr;
-    options.budget = budgetOf(values);
+    options.budget = readBudget(values.command());
     values.choose("--appearance", appearanceWords, options.appearance);
     // A snapshot has to come out the same again; else all documents show the same moment.
     const bool isSnapshot = values.command().verb == Verb::snapshot;
@@ -218,6 +207,18 @@ Arguments readArguments(const Command& command) {
         case Verb::fetch: return FetchArguments{std::move(common)};
         default: return PrintArguments{std::move(common), command.verb};
     }
+}
+
+RenderBudget readBudget(const Command& command) {
+    const Values values(command);
+    BudgetProfile profile = BudgetProfile::usual;
+    values.choose("--budget", budgetWords, profile);
+    RenderBudget budget = RenderBudget::of(profile);
+    values.read("--budget-steps", readCount, budget.steps);
+    values.read("--budget-pixels", readCount, budget.pixels);
+    values.read("--budget-bytes", readCount, budget.bytes);
+    values.read("--budget-seconds", readSeconds, budget.seconds);
+    return budget;
 }
 
 TextFormat errorFormatOf(std::span<const std::string> words) {

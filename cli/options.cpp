@@ -157,7 +157,7 @@ const std::vector<OptionInfo>& options() {
          "How many steps the work may take: nodes, questions of layout, characters, things drawn"},
         {"--budget-pixels", "N", budgeted, "How many pixels may be painted"},
         {"--budget-bytes", "N", budgeted, "How many bytes may be held at once"},
-        {"--budget-seconds", "S", budgeted, "How long it may take"},
+        {"--budget-seconds", "S", budgeted, "How long it may take (as long as it needs; in the preview 10)"},
         {"--background", "COLOR|none|auto", drawn.with(Verb::check),
          "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
          Completes::words, listOf({"auto", "none"})},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <string>
 
+#include "cli/arguments.h"
 #include "cli/option_values.h"
 #include "cli/output.h"
 #include "cli/usage_error.h"
@@ -19,6 +20,8 @@ void preview(const Command& command) {
     if (const std::string* port = command.find("--port")) options.port = readPort("--port", *port);
     if (const std::string* size = command.find("--max-image-size"))
         options.maxImageSize = readSize("--max-image-size", *size);
+    options.budget = readBudget(command);
+    if (!options.budget.seconds) options.budget.seconds = PreviewOptions::usualSeconds;
     if (command.find("--offline")) options.fetchPolicy = FetchPolicy::none;
     servePreview(options, [&options](const std::string& address) {
         writeStandardOutput("Showing '" + options.folder.string() + "' at " + address + "\nCtrl-C ends.\n");

@@ -14,7 +14,7 @@ namespace {
 
 Widget widgetOf(const Drawing& drawing, const WidgetOptions& options) {
     const auto model = drawing.model ? std::optional<std::string_view>(*drawing.model) : std::nullopt;
-    return Document(drawing.document).widget(model, options);
+    return Document(drawing.document, options.budget).widget(model, options);
 }
 
 void drawInto(Drawn& drawn, const Drawing& drawing) {

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "tavrin/platform/foundation/budget/render_budget.h"
+
 namespace tavrin::cli {
 
 /// What the preview reads of a request.
@@ -17,6 +19,7 @@ struct HTTPRequest {
     std::string fetchSite = {};  ///< `Sec-Fetch-Site`: how that page and this server are related
     std::string contentType = {};
     std::string body = {};
+    CancelToken cancel = {};  ///< once no one waits for the answer any more
 
     /// The decoded value of a query parameter; empty where it is missing.
     [[nodiscard]] std::string parameter(std::string_view name) const;

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <cstddef>
 #include <exception>
+#include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -21,6 +23,7 @@
 #include "cli/preview/http_session.h"
 #include "cli/preview/http_status.h"
 #include "cli/preview/request_guard.h"
+#include "cli/preview/secret.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
@@ -32,11 +35,13 @@ using asio::ip::tcp;
 constexpr std::size_t maximumSessions = 64;
 constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
-constexpr std::size_t handlerThreads = 4;
+constexpr std::size_t maximumBodies = std::size_t{64} << 20;
+constexpr std::size_t shortThreads = 2;
 
-HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler, std::uint16_t port) {
+std::size_t longThreads() { return std::clamp(std::thread::hardware_concurrency(), 2U, 4U); }
+
+HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler) {
     try {
-        if (auto refused = refusal(request, port)) return std::move(*refused);
         return handler(request);
     } catch (const std::exception& error) {
         return HTTPResponse::failure(http_status::internalError, error.what());
@@ -60,25 +65,37 @@ public:
         }
     }
 
-    ~Connections() override { handlers_.join(); }
-
     [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
-    void stop() { context_.stop(); }
+    [[nodiscard]] std::string address() const {
+        return "http://127.0.0.1:" + tavrin::toText(std::int64_t{port()}) + "/" + secret_ + "/";
+    }
 
-    void stopOnSignals() {
-        signals_.add(SIGINT);
-        signals_.add(SIGTERM);
-        signals_.async_wait([this](boost::system::error_code error, int) {
-            if (!error) stop();
+    void stop() {
+        asio::post(context_, [this] {
+            for (HTTPSession* const session : sessions_) session->cancel();
+            context_.stop();
         });
     }
 
-    void run(Handler handler) {
+    void stopOnSignals(std::function<void()> stopping) {
+        signals_.add(SIGINT);
+        signals_.add(SIGTERM);
+        signals_.async_wait([this, stopping = std::move(stopping)](boost::system::error_code error, int) {
+            if (error) return;
+            signals_.clear();
+            stopping();
+            stop();
+        });
+    }
+
+    void run(Handler handler, Judge takesLong) {
         handler_ = std::move(handler);
+        takesLong_ = std::move(takesLong);
         accept();
         context_.run();
-        handlers_.join();
+        longOnes_.join();
+        shortOnes_.join();
     }
 
     void broadcast(std::string json) {
@@ -90,14 +107,30 @@ public:
     }
 
     void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
-        asio::post(handlers_, [this, session = std::move(session), request = std::move(request)]() mutable {
-            HTTPResponse response = answerTo(request, handler_, port());
-            // Sessions belong to the other thread, the last reference too.
-            asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
-                session->answer(std::move(response));
-            });
-        });
+        const bool isLong = takesLong_(request);
+        asio::post(isLong ? longOnes_ : shortOnes_,
+                   [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
+                       HTTPResponse response;
+                       if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
+                       request = {};  // before its share of the bodies is given back
+                       // Sessions belong to the other thread, the last reference too.
+                       asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
+                           session->answer(std::move(response));
+                       });
+                   });
     }
+
+    std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
+        return cli::refusal(request, port(), secret_);
+    }
+
+    bool takeShare(std::size_t bytes) override {
+        if (bytes > maximumBodies - bodies_) return false;
+        bodies_ += bytes;
+        return true;
+    }
+
+    void giveShareBack(std::size_t bytes) override { bodies_ -= bytes; }
 
     void listens(const std::shared_ptr<HTTPSession>& session) override {
         if (listeners_.size() == maximumListeners) {
@@ -150,20 +183,25 @@ private:
     std::vector<HTTPSession*> sessions_;
     std::vector<std::weak_ptr<HTTPSession>> listeners_;
     std::atomic<std::size_t> listenerCount_ = 0;
+    std::size_t bodies_ = 0;
+    const std::string secret_ = newSecret();
     Handler handler_;
+    Judge takesLong_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
     asio::signal_set signals_{context_};
     asio::steady_timer pause_{context_};
-    asio::thread_pool handlers_{handlerThreads};
+    asio::thread_pool shortOnes_{shortThreads};
+    asio::thread_pool longOnes_{longThreads()};
 };
 
 HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Connections>(port)) {}
 HTTPServer::~HTTPServer() = default;
 
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
-void HTTPServer::stopOnSignals() { connections_->stopOnSignals(); }
-void HTTPServer::run(Handler handler) { connections_->run(std::move(handler)); }
+std::string HTTPServer::address() const { return connections_->address(); }
+void HTTPServer::stopOnSignals(std::function<void()> stopping) { connections_->stopOnSignals(std::move(stopping)); }
+void HTTPServer::run(Handler handler, Judge takesLong) { connections_->run(std::move(handler), std::move(takesLong)); }
 void HTTPServer::stop() { connections_->stop(); }
 void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
 bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }

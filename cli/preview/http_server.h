@@ -10,14 +10,18 @@
 
 namespace tavrin::cli {
 
-/// An HTTP server on 127.0.0.1. One thread talks to all connections; handlers run on a few others.
+/// An HTTP server on 127.0.0.1, all of it below a path that no one can guess. One thread talks to all connections;
+/// handlers run on a few others, those that take long on threads of their own.
 ///
 /// Bounded: 64 connections, of which the one that has been idle longest makes room for a new one; 16 pages that listen;
-/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive.
+/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive, 64 MiB of them in all.
 class HTTPServer {
 public:
     /// Answers a request; called by several threads at once. What it throws becomes status 500.
+    /// `HTTPRequest::cancel` tells it that the other side has gone or that the server stops.
     using Handler = std::function<HTTPResponse(const HTTPRequest&)>;
+    /// Whether the answer to a request may take long. One that is cancelled before its turn comes is never handled.
+    using Judge = std::function<bool(const HTTPRequest&)>;
 
     /// Takes a port; 0 is any free one. Throws `IOError` where that fails.
     explicit HTTPServer(std::uint16_t port);
@@ -26,11 +30,13 @@ public:
     ~HTTPServer();
 
     [[nodiscard]] std::uint16_t port() const;
-    /// Lets SIGINT and SIGTERM, from now on, end `run` instead of the process.
-    void stopOnSignals();
-    /// Serves until `stop` is called.
-    void run(Handler handler);
-    /// Ends `run`; from any thread.
+    /// `http://127.0.0.1:PORT/SECRET/`
+    [[nodiscard]] std::string address() const;
+    /// Lets the first SIGINT or SIGTERM from now on call `stopping` and end `run`; the next one ends the process.
+    void stopOnSignals(std::function<void()> stopping);
+    /// Serves until `stop` is called and the handlers that were at work then have returned.
+    void run(Handler handler, Judge takesLong);
+    /// Cancels what is at work and ends `run`; from any thread.
     void stop();
 
     /// Sends an event to every page that listens; from any thread.

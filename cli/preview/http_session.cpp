@@ -31,7 +31,8 @@ constexpr std::size_t maximumUnsent = 256;
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
 
-HTTPRequest requestOf(http::request<http::string_body>&& message) {
+/// Without its body.
+HTTPRequest requestOf(const http::request<http::string_body>& message) {
     HTTPRequest request;
     request.method = message.method() == http::verb::head ? "GET" : text(message.method_string());
     const std::string target = text(message.target());
@@ -42,7 +43,6 @@ HTTPRequest requestOf(http::request<http::string_body>&& message) {
     request.origin = text(message[http::field::origin]);
     request.fetchSite = text(message["Sec-Fetch-Site"]);
     request.contentType = text(message[http::field::content_type]);
-    request.body = std::move(message.body());
     return request;
 }
 
@@ -76,8 +76,25 @@ void HTTPSession::readHead() {
     stream_.expires_after(headPatience);
     http::async_read_header(stream_, buffer_, *parser_,
                             [self = shared_from_this()](beast::error_code error, std::size_t) {
-                                error ? self->refuseBroken(error) : self->readBody();
+                                error ? self->refuseBroken(error) : self->takeHead();
                             });
+}
+
+void HTTPSession::takeHead() {
+    const auto& message = parser_->get();
+    goesOn_ = message.keep_alive();
+    isHead_ = message.method() == http::verb::head;
+    if (message.count(http::field::host) > 1)
+        return refuse(HTTPResponse::failure(http_status::badRequest, "a request names one Host"));
+    request_ = requestOf(message);
+    if (auto refused = host_.refusal(request_)) return refuse(*std::move(refused));
+    // A body whose length is not declared may become as long as any.
+    const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(maximumBody);
+    if (!host_.takeShare(length))
+        return refuse(HTTPResponse::failure(http_status::unavailable,
+                                            "too much is being sent to the preview at once; try again in a moment"));
+    share_ = length;
+    readBody();
 }
 
 void HTTPSession::readBody() {
@@ -88,28 +105,52 @@ void HTTPSession::readBody() {
 }
 
 void HTTPSession::take() {
-    stream_.expires_never();  // a handler takes the time it takes
     idleSince_ = std::nullopt;
-    const auto& message = parser_->get();
-    goesOn_ = message.keep_alive();
-    isHead_ = message.method() == http::verb::head;
-    if (message.count(http::field::host) > 1) return refuse(http_status::badRequest, "a request names one Host");
-    host_.handle(shared_from_this(), requestOf(parser_->release()));
+    request_.body = std::move(parser_->get().body());
+    host_.giveShareBack(share_ - request_.body.size());
+    share_ = request_.body.size();
+    cancel_ = request_.cancel;
+    stream_.expires_never();  // a handler takes the time it takes
+    host_.handle(shared_from_this(), std::move(request_));
+    watch();
+}
+
+/// While an answer is worked on, the end of what the other side sends tells that no one waits for it. What comes
+/// instead belongs to the next request.
+void HTTPSession::watch() {
+    if (buffer_.size() > maximumAhead) return;
+    isWatching_ = true;
+    stream_.async_read_some(buffer_.prepare(firstBytes),
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                self->isWatching_ = false;
+                                self->buffer_.commit(count);
+                                if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
+                                if (!error) return self->watch();
+                                self->cancel();
+                                self->close();
+                            });
 }
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
     if (!isAboutMessage(error)) return close();
     const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
-    refuse(isTooLarge ? http_status::tooLarge : http_status::badRequest,
-           isTooLarge ? "the request is too large" : "this is no HTTP request");
+    refuse(isTooLarge ? HTTPResponse::failure(http_status::tooLarge, "the request is too large")
+                      : HTTPResponse::failure(http_status::badRequest, "this is no HTTP request"));
 }
 
-void HTTPSession::refuse(unsigned status, std::string_view message) {
+void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
-    answer(HTTPResponse::failure(status, message));
+    answer(std::move(response));
 }
 
 void HTTPSession::answer(HTTPResponse response) {
+    giveShareBack();
+    if (!isWatching_) return sendAnswer(std::move(response));
+    answer_ = std::move(response);
+    stream_.cancel();
+}
+
+void HTTPSession::sendAnswer(HTTPResponse response) {
     if (response.isEventStream && !isHead_) return becomeEventStream(response);
     message_ = {};
     message_.result(response.status);

@@ -13,5 +13,6 @@ inline constexpr unsigned tooLarge = 413;
 inline constexpr unsigned wrongType = 415;
 inline constexpr unsigned misdirected = 421;
 inline constexpr unsigned internalError = 500;
+inline constexpr unsigned unavailable = 503;
 
 }  // namespace tavrin::cli::http_status

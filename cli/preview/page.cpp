@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/preview/page.h"
 
-#include <random>
-
 #include "cli/embedded_file.h"
 
 // The bundler's files.
@@ -26,14 +24,6 @@ std::string pageWithNonce(std::string_view nonce) {
     for (std::size_t at = page.find(placeholder); at != std::string::npos; at = page.find(placeholder, at))
         page.replace(at, placeholder.size(), nonce);
     return page;
-}
-
-std::string newNonce() {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::random_device random;
-    std::string nonce;
-    for (int i = 0; i < 32; ++i) nonce += digits[random() % digits.size()];
-    return nonce;
 }
 
 }  // namespace tavrin::cli

@@ -16,7 +16,4 @@ struct Page {
 /// The page's HTML, whose scripts and styles carry a nonce.
 [[nodiscard]] std::string pageWithNonce(std::string_view nonce);
 
-/// A nonce that no one can guess.
-[[nodiscard]] std::string newNonce();
-
 }  // namespace tavrin::cli

@@ -46,6 +46,8 @@ public:
     /// Replaces the text of a JSON file that is there, whole or not at all, unless it has changed since `revision`.
     /// Returns its new revision. A file that is not UTF-8 is left as it is: who has read it has not seen all of it.
     std::string save(const std::string& path, std::string_view text, const std::string& revision);
+    /// Waits for the file that is being saved; none is saved any more. For the end of the process.
+    void stopSaving() { saving_.lock(); }
     /// The folder "pictures" beside a document, where there is one that holds plain files only.
     [[nodiscard]] std::optional<std::filesystem::path> picturesBeside(const std::string& document) const;
 

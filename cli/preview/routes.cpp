@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/preview/routes.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "cli/preview/page.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"
+#include "cli/preview/secret.h"
 #include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
@@ -25,12 +27,14 @@ HTTPResponse notAllowed(std::string_view method) {
 
 }  // namespace
 
-HTTPResponse Routes::answer(const HTTPRequest& request) const {
-    struct Route {
-        std::string_view method;
-        std::string_view path;
-        HTTPResponse (Routes::*answer)(const HTTPRequest&) const;
-    };
+struct Routes::Route {
+    std::string_view method;
+    std::string_view path;
+    HTTPResponse (Routes::*answer)(const HTTPRequest&) const;
+    bool takesLong = false;
+};
+
+const Routes::Route* Routes::routeTo(const HTTPRequest& request) {
     static constexpr std::array<Route, 12> routes{{
         {"GET", "/", &Routes::page},
         {"GET", "/preview.js", &Routes::script},
@@ -40,18 +44,27 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
         {"GET", "/api/files", &Routes::files},
         {"GET", "/api/file", &Routes::file},
         {"POST", "/api/save", &Routes::save},
-        {"POST", "/api/render", &Routes::render},
-        {"POST", "/api/explain", &Routes::explain},
-        {"POST", "/api/check", &Routes::check},
+        {"POST", "/api/render", &Routes::render, true},
+        {"POST", "/api/explain", &Routes::explain, true},
+        {"POST", "/api/check", &Routes::check, true},
         {"GET", "/api/events", &Routes::events},
     }};
+    const auto* const found =
+        std::find_if(routes.begin(), routes.end(), [&](const Route& route) { return route.path == request.path; });
+    return found == routes.end() ? nullptr : found;
+}
+
+bool Routes::takesLong(const HTTPRequest& request) {
+    const Route* const route = routeTo(request);
+    return route && route->takesLong;
+}
+
+HTTPResponse Routes::answer(const HTTPRequest& request) const {
+    const Route* const route = routeTo(request);
+    if (!route) return HTTPResponse::failure(http_status::notFound, "there is nothing here");
+    if (route->method != request.method) return notAllowed(route->method);
     try {
-        for (const Route& route : routes) {
-            if (route.path != request.path) continue;
-            if (route.method != request.method) return notAllowed(route.method);
-            return (this->*route.answer)(request);
-        }
-        return HTTPResponse::failure(http_status::notFound, "there is nothing here");
+        return (this->*route->answer)(request);
     } catch (const FolderError& error) {
         return HTTPResponse::failure(error.status, error.what());
     } catch (const RequestError& error) {
@@ -62,7 +75,7 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
 }
 
 HTTPResponse Routes::page(const HTTPRequest&) const {
-    std::string nonce = newNonce();
+    std::string nonce = newSecret();
     std::string html = pageWithNonce(nonce);
     return {.contentType = "text/html; charset=utf-8", .body = std::move(html), .nonce = std::move(nonce)};
 }
@@ -95,6 +108,8 @@ Drawing Routes::drawing(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     Drawing drawing = drawingOf(fields);
     drawing.options.fetchPolicy = options_.fetchPolicy;
+    drawing.options.budget = options_.budget;
+    drawing.options.budget.cancel = request.cancel;
     drawing.options.maxImageSize = options_.maxImageSize;
     if (const auto path = fields.optionalText("path"))
         if (const auto pictures = folder_.picturesBeside(*path))

@@ -27,8 +27,13 @@ public:
     Routes(ProjectFolder& folder, PreviewOptions options) : folder_(folder), options_(std::move(options)) {}
 
     [[nodiscard]] HTTPResponse answer(const HTTPRequest& request) const;
+    /// Whether a request asks for what is drawn.
+    [[nodiscard]] static bool takesLong(const HTTPRequest& request);
 
 private:
+    struct Route;
+    static const Route* routeTo(const HTTPRequest& request);
+
     [[nodiscard]] HTTPResponse page(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse script(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse style(const HTTPRequest& request) const;

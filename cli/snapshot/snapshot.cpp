@@ -102,8 +102,8 @@ std::string valueInWords(const JSON& value) {
 std::string inWords(const JSONDifference& first, const JSON& before) {
     const PlaceInView place = placeInView(before, first.path);
     std::string words = place.view;
-    if (!place.wayToView.empty()) words += " at " + toText(place.wayToView);
-    words += ": " + (place.wayInside.empty() ? "it" : toText(place.wayInside));
+    if (!place.wayToView.empty()) words += " at " + tavrin::toText(place.wayToView);
+    words += ": " + (place.wayInside.empty() ? "it" : tavrin::toText(place.wayInside));
     if (!first.before) return words + " is new, " + valueInWords(*first.after);
     if (!first.after) return words + " is gone, " + valueInWords(*first.before);
     return words + " was " + valueInWords(*first.before) + " and is " + valueInWords(*first.after);
@@ -118,7 +118,7 @@ std::string ofTrees(const std::string& kept, const std::string& drawn) {
         const std::vector<JSONDifference> found = differences(before, after, most);
         if (found.empty()) return {};
         // Places follow from what a view is.
-        const auto isFrame = [](const JSONDifference& one) { return toText(one.path).ends_with("frame"); };
+        const auto isFrame = [](const JSONDifference& one) { return tavrin::toText(one.path).ends_with("frame"); };
         const auto cause = std::find_if_not(found.begin(), found.end(), isFrame);
         std::string words = inWords(cause == found.end() ? found.front() : *cause, before);
         if (found.size() > 1)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// What the server can be asked; cli/preview/routes.h has the same list.
+// What the server can be asked; cli/preview/routes.h has the same list. Addresses are relative: the page's own has the
+// secret without which nothing is answered. What is drawn can be given up, and then the server stops drawing it.
 
 export interface Family {
     name: string;
@@ -97,27 +98,28 @@ async function get<T>(path: string): Promise<T> {
     return (await response.json()) as T;
 }
 
-async function post(path: string, body: unknown): Promise<Response> {
+async function post(path: string, body: unknown, signal: AbortSignal | null = null): Promise<Response> {
     const response = await fetch(path, {
         method: "POST",
         headers: { "Content-Type": "application/json" },
         body: JSON.stringify(body),
+        signal,
     });
     if (!response.ok) throw await failureOf(response);
     return response;
 }
 
-export const fetchProject = () => get<Project>("/api/project");
-export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("/api/files")).files;
-export const fetchFile = (path: string) => get<FileText>(`/api/file?path=${encodeURIComponent(path)}`);
+export const fetchProject = () => get<Project>("api/project");
+export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("api/files")).files;
+export const fetchFile = (path: string) => get<FileText>(`api/file?path=${encodeURIComponent(path)}`);
 
 export async function saveFile(path: string, text: string, revision: string): Promise<string> {
-    const response = await post("/api/save", { path, text, revision });
+    const response = await post("api/save", { path, text, revision });
     return ((await response.json()) as { revision: string }).revision;
 }
 
-export async function draw(drawing: Drawing): Promise<Drawn> {
-    const response = await post("/api/render", drawing);
+export async function draw(drawing: Drawing, signal: AbortSignal): Promise<Drawn> {
+    const response = await post("api/render", drawing, signal);
     const bytes = new Uint8Array(await response.arrayBuffer());
     const isFailure = response.headers.get("Content-Type") === "application/json";
     return isFailure ? failed(bytes) : succeeded(bytes);
@@ -136,8 +138,9 @@ function succeeded(bytes: Uint8Array<ArrayBuffer>): Drawn {
 }
 
 /** Nothing for a document that cannot be drawn. */
-export async function explain(drawing: Drawing): Promise<Explained | null> {
-    const answer = (await (await post("/api/explain", drawing)).json()) as Explained | { error: Failure };
+export async function explain(drawing: Drawing, signal: AbortSignal): Promise<Explained | null> {
+    const response = await post("api/explain", drawing, signal);
+    const answer = (await response.json()) as Explained | { error: Failure };
     return "error" in answer ? null : answer;
 }
 
@@ -159,6 +162,6 @@ export interface Finding {
 }
 
 /** What is wrong or doubtful, as far as that drawing shows. */
-export async function check(drawing: Drawing): Promise<Finding[]> {
-    return (await (await post("/api/check", drawing)).json()) as Finding[];
+export async function check(drawing: Drawing, signal: AbortSignal): Promise<Finding[]> {
+    return (await (await post("api/check", drawing, signal)).json()) as Finding[];
 }

@@ -21,6 +21,7 @@ type Point = { x: number; y: number };
 export class Inspection {
     readonly tree: TreeView;
     private pending = 0;
+    private asking = new AbortController();
 
     constructor(
         private readonly stage: () => Stage,
@@ -40,14 +41,15 @@ export class Inspection {
     /** The selected picture has changed: asks for its tree, once nothing newer is drawn for a moment. */
     update(drawing: Drawing): void {
         clearTimeout(this.pending);
-        const asked = window.setTimeout(async () => {
-            const explained = await explain(drawing).catch(() => null);
-            if (!explained || asked !== this.pending) return;
+        this.asking.abort();
+        const { signal } = (this.asking = new AbortController());
+        this.pending = window.setTimeout(async () => {
+            const explained = await explain(drawing, signal).catch(() => null);
+            if (!explained || signal.aborted) return;
             this.tree.show(explained);
             this.showDetails();
             this.look(null);
         }, quietMilliseconds);
-        this.pending = asked;
     }
 
     get root(): Node | null {

@@ -24,7 +24,7 @@ const defaultScreen = "390x844";
 let schema: Schema | null = null;
 
 async function loadSchema(): Promise<void> {
-    const response = await fetch("/api/schema");
+    const response = await fetch("api/schema");
     if (response.ok) schema = (await response.json()) as Schema;
 }
 
@@ -64,7 +64,7 @@ function setUpAppearances(state: State, changed: () => void): void {
 
 /** Hears of changed files, and asks again for all of them after the server was away. */
 function listen(sources: Sources): void {
-    const events = new EventSource("/api/events");
+    const events = new EventSource("api/events");
     let wasAway = false;
     events.onmessage = (event) => void sources.refresh((JSON.parse(event.data as string) as { paths: string[] }).paths);
     events.onerror = () => {

@@ -20,6 +20,7 @@ const roleOf = (failure: Failure): Role => (failure.file === "model" ? "model" :
 
 export class Reporting {
     private pending = 0;
+    private asking = new AbortController();
     private failed = false;
     private notes: string[] = [];
 
@@ -33,13 +34,13 @@ export class Reporting {
         else if (this.failed) this.show([]);
         this.failed = failure !== null;
         clearTimeout(this.pending);
-        this.pending = 0;
+        this.asking.abort();
         if (failure) return;
-        const asked = window.setTimeout(async () => {
-            const findings = await check(drawing).catch(() => null);
-            if (findings && asked === this.pending) this.checked(findings);
+        const { signal } = (this.asking = new AbortController());
+        this.pending = window.setTimeout(async () => {
+            const findings = await check(drawing, signal).catch(() => null);
+            if (findings && !signal.aborted) this.checked(findings);
         }, quietMilliseconds);
-        this.pending = asked;
     }
 
     private checked(findings: Finding[]): void {

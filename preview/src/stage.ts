@@ -11,6 +11,16 @@ import { Tile } from "./tile";
 
 const margin = 48;
 const atOnce = 2;
+/** How long a drawing of texts that have changed may still take: pictures keep coming while one types. */
+const lastMilliseconds = 300;
+
+/** A drawing that the server works on. */
+interface Work {
+    tile: Tile;
+    drawing: Drawing;
+    control: AbortController;
+    isGivenUp: boolean;
+}
 
 export interface StageEvents {
     /** The selected picture was drawn, or could not be. */
@@ -27,6 +37,7 @@ export class Stage {
     private zoom = 0;
     private selectedInFlight = false;
     private inFlight = new Set<Tile>();
+    private works = new Set<Work>();
 
     constructor(
         private readonly parent: HTMLElement,
@@ -64,7 +75,20 @@ export class Stage {
     invalidate(): void {
         this.change++;
         this.parent.dataset["change"] = String(this.change);
+        this.giveUpOld();
         this.work();
+    }
+
+    /** Lets no drawing of an older text, or for a tile that has gone, take much longer. */
+    private giveUpOld(): void {
+        const source = this.source();
+        for (const work of this.works) {
+            const { document, model } = work.drawing;
+            const isWanted = source?.document === document && source.model === model && this.tiles.includes(work.tile);
+            if (isWanted || work.isGivenUp) continue;
+            work.isGivenUp = true;
+            setTimeout(() => work.control.abort(), lastMilliseconds);
+        }
     }
 
     select(tile: Tile): void {
@@ -176,14 +200,18 @@ export class Stage {
 
     private async drawTile(tile: Tile, drawing: Drawing): Promise<Drawn | null> {
         const { change } = this;
+        const work = { tile, drawing, control: new AbortController(), isGivenUp: false };
+        this.works.add(work);
         try {
-            const drawn = await draw(drawing);
+            const drawn = await draw(drawing, work.control.signal);
             await tile.show(drawn, change);
             return drawn;
         } catch (error) {
             tile.shown = change; // asked again with the next change
-            this.events.failed(error as Error);
+            if (!work.isGivenUp) this.events.failed(error as Error);
             return null;
+        } finally {
+            this.works.delete(work);
         }
     }
 }

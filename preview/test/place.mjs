@@ -32,8 +32,8 @@ export async function examples() {
 }
 
 /** Starts the program; resolves with its address. */
-export function serve(folder) {
-    const child = spawn(program, ["preview", folder, "--offline"], { stdio: ["ignore", "pipe", "inherit"] });
+export function serve(folder, ...more) {
+    const child = spawn(program, ["preview", folder, "--offline", ...more], { stdio: ["ignore", "pipe", "inherit"] });
     const ended = new Promise((resolve) => child.once("exit", (code, signal) => resolve(signal ?? code)));
     const stop = (signal = "SIGTERM") => {
         child.kill(signal);
@@ -43,7 +43,7 @@ export function serve(folder) {
         let text = "";
         child.stdout.on("data", (bytes) => {
             text += bytes;
-            const address = /http:\/\/127\.0\.0\.1:\d+/.exec(text);
+            const address = /http:\/\/127\.0\.0\.1:\d+\/[0-9a-f]{32}\//.exec(text);
             if (address) resolve({ address: address[0], stop });
         });
         child.once("error", reject);
@@ -58,7 +58,7 @@ export async function open(browser, address, document = "agenda/document.json", 
     const complaints = [];
     page.on("console", (message) => message.type() === "error" && complaints.push(message.text()));
     page.on("pageerror", (error) => complaints.push(error.message));
-    await page.goto(`${address}/#${encodeURIComponent(document)}`);
+    await page.goto(`${address}#${encodeURIComponent(document)}`);
     await drawn(page);
     return { page, complaints, close: () => context.close() };
 }

@@ -317,6 +317,8 @@ test("shares one file that stands alone", () =>
             asked.join(),
         );
         await context.close();
+        const text = await readFile(path, "utf8");
+        assert.ok(!text.includes(new URL(server.address).pathname.slice(1, -1)), "it does not tell the secret");
     }));
 
 test("needs no wide screen, and moves nothing for those who ask for that", () =>
@@ -329,3 +331,68 @@ test("needs no wide screen, and moves nothing for those who ask for that", () =>
         },
         { viewport: { width: 390, height: 800 }, reducedMotion: "reduce" },
     ));
+
+/** A document whose picture takes longer than anyone waits: the same gradient, turned, 65,536 times. */
+function endless() {
+    const nodes = { leaf: { type: "color", gradient: true, start: "top", end: "bottom", value: "#5856D6-#FF2D55" } };
+    nodes.leaf.modifiers = [{ type: "rotationEffect", angle: 10 }];
+    const name = (level) => (level === 0 ? "main" : level === 16 ? "leaf" : `level${level}`);
+    for (let level = 0; level < 16; level++)
+        nodes[name(level)] = { type: "zstack", children: Array(2).fill({ type: "node", name: name(level + 1) }) };
+    return JSON.stringify({ version: "1.0", nodes });
+}
+
+const drawing = (document) => {
+    const room = { family: "systemLarge", width: 364, height: 382, scale: 3 };
+    return { document, ...room, appearance: "light", date: 0, timeZone: "UTC" };
+};
+const ask = (address, path, body) =>
+    fetch(address + path, {
+        method: "POST",
+        headers: { "Content-Type": "application/json" },
+        body: JSON.stringify(body),
+    });
+const seconds = async (work) => {
+    const begin = performance.now();
+    await work();
+    return (performance.now() - begin) / 1000;
+};
+
+test("is nowhere but at its address", async () => {
+    const { origin } = new URL(server.address);
+    const almost = new URL(server.address).pathname.slice(0, -1);
+    for (const path of ["/", "/preview.js", "/api/files", `/${"0".repeat(32)}/`, almost])
+        assert.equal((await fetch(origin + path)).status, 404, path);
+    assert.equal((await ask(`${origin}/`, "api/save", {})).status, 404);
+    assert.equal((await ask(server.address, "api/save", {})).status, 400);
+    assert.equal((await fetch(server.address)).status, 200);
+});
+
+test("gives a drawing up that no one waits for any more", async () => {
+    const path = join(place.folder, "endless.json");
+    await writeFile(path, endless());
+    await on("agenda/document.json", async (page) => {
+        await page.selectOption("#file", "endless.json");
+        await page.waitForTimeout(500);
+        const before = Number(await page.getAttribute("#stage", "data-change"));
+        assert.notEqual(await page.getAttribute(selected, "data-change"), String(before), "it is still being drawn");
+        const taken = await seconds(async () => {
+            await page.selectOption("#file", "clock/document.json");
+            await drawn(page, before);
+        });
+        assert.ok(taken < 5, `after ${taken} s`);
+    });
+    await rm(path);
+});
+
+test("answers, and ends, while it draws without an end", async () => {
+    const busy = await serve(place.folder, "--budget-seconds", "600", "--budget-pixels", "1000000000000");
+    const drawings = Array.from({ length: 8 }, () => ask(busy.address, "api/render", drawing(endless())));
+    const drawn = Promise.allSettled(drawings);
+    await new Promise((resolve) => setTimeout(resolve, 500));
+    const answered = await seconds(async () => assert.equal((await fetch(`${busy.address}api/files`)).status, 200));
+    assert.ok(answered < 2, `answered after ${answered} s`);
+    const ended = await seconds(async () => assert.equal(await busy.stop(), 0));
+    assert.ok(ended < 2.5, `ended after ${ended} s`);
+    assert.ok((await drawn).every(({ status }) => status === "rejected"));
+});

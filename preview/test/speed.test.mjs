@@ -17,7 +17,7 @@ test("the first paint, from the program's start to the painted picture", async (
         const page = await (await browser.newContext({ viewport: { width: 1440, height: 900 } })).newPage();
         const begin = performance.now();
         const server = await serve(place.folder);
-        await page.goto(`${server.address}/#agenda%2Fdocument.json`);
+        await page.goto(`${server.address}#agenda%2Fdocument.json`);
         await drawn(page);
         await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve))));
         times.push(performance.now() - begin);

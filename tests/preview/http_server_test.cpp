@@ -4,6 +4,8 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <csignal>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -26,6 +28,10 @@ using ::testing::Not;
 using ::testing::StartsWith;
 
 const std::string host = "Host: 127.0.0.1:PORT\r\n";
+const std::string post = "POST /SECRET/ HTTP/1.1\r\n" + host + "Content-Type: application/json\r\n";
+
+std::string get(const std::string& path) { return "GET /SECRET" + path + " HTTP/1.1\r\n" + host; }
+const std::string end = "Connection: close\r\n\r\n";
 
 HTTPResponse echo(const HTTPRequest& request) {
     return HTTPResponse::json(request.method + " " + request.path + " " + request.parameter("q") + " " + request.body);
@@ -34,42 +40,37 @@ HTTPResponse echo(const HTTPRequest& request) {
 TEST(HTTPServer, AnswersOneRequestAfterTheOther) {
     const RunningServer running(echo);
     const std::string answers =
-        running.send("GET /a%20b?q=%C3%A9 HTTP/1.1\r\n" + host + "\r\nPOST /c HTTP/1.1\r\n" + host +
+        running.send("GET /SECRET/a%20b?q=%C3%A9 HTTP/1.1\r\n" + host + "\r\nPOST /SECRET/c HTTP/1.1\r\n" + host +
                      "Content-Type: application/json\r\nContent-Length: 4\r\n"
                      "Connection: close\r\n\r\nbody");
     EXPECT_THAT(answers, HasSubstr("GET /a b é "));
     EXPECT_THAT(answers, HasSubstr("POST /c  body"));
     const std::string text(std::size_t{5} << 20, 'x');
-    const std::string end = "Connection: close\r\nContent-Type: application/json\r\n";
-    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Content-Length: 5242880\r\n\r\n" + text),
-                EndsWith(text));
-    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + end + "Transfer-Encoding: chunked\r\n\r\n500000\r\n" +
-                             text + "\r\n0\r\n\r\n"),
+    EXPECT_THAT(running.send(post + "Content-Length: 5242880\r\n" + end + text), EndsWith(text));
+    EXPECT_THAT(running.send(post + "Transfer-Encoding: chunked\r\n" + end + "500000\r\n" + text + "\r\n0\r\n\r\n"),
                 EndsWith(text));
 }
 
 TEST(HTTPServer, RefusesWhatIsTooLargeOrNoRequest) {
     const RunningServer running(echo);
     EXPECT_THAT(running.send("nonsense\r\n\r\n"), StartsWith("HTTP/1.1 400"));
-    EXPECT_THAT(running.send("GET / HTTP/1.1\r\n" + host + "X: " + std::string(20000, 'x') + "\r\n\r\n"),
+    EXPECT_THAT(running.send("GET /SECRET/ HTTP/1.1\r\n" + host + "X: " + std::string(20000, 'x') + "\r\n\r\n"),
                 StartsWith("HTTP/1.1 413"));
-    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Content-Length: 99999999\r\n\r\n"),
+    EXPECT_THAT(running.send("POST /SECRET/ HTTP/1.1\r\n" + host + "Content-Length: 99999999\r\n\r\n"),
                 StartsWith("HTTP/1.1 413"));
-    EXPECT_THAT(running.send("GET / HTTP/1.1\r\n" + host + host + "\r\n"), StartsWith("HTTP/1.1 400"));
+    EXPECT_THAT(running.send("GET /SECRET/ HTTP/1.1\r\n" + host + host + "\r\n"), StartsWith("HTTP/1.1 400"));
     const std::string body(std::size_t{17} << 20, 'x');
-    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Content-Length: 17825792\r\n\r\n" + body),
-                StartsWith("HTTP/1.1 413"))
+    EXPECT_THAT(running.send(post + "Content-Length: 17825792\r\n\r\n" + body), StartsWith("HTTP/1.1 413"))
         << "also to one that goes on sending";
     const std::string chunk = "1;" + std::string(std::size_t{1} << 20, 'x');
-    EXPECT_THAT(running.send("POST / HTTP/1.1\r\n" + host + "Transfer-Encoding: chunked\r\n\r\n" + chunk),
-                StartsWith("HTTP/1.1 400"));
+    EXPECT_THAT(running.send(post + "Transfer-Encoding: chunked\r\n\r\n" + chunk), StartsWith("HTTP/1.1 400"));
 }
 
 TEST(HTTPServer, AnswersHeadAsGetWithoutTheBody) {
     const RunningServer running(echo);
-    const std::string get = running.send("GET /a HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
-    const std::string both =
-        running.send("HEAD /a HTTP/1.1\r\n" + host + "\r\nGET /a HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    const std::string get = running.send("GET /SECRET/a HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    const std::string both = running.send("HEAD /SECRET/a HTTP/1.1\r\n" + host + "\r\nGET /SECRET/a HTTP/1.1\r\n" +
+                                          host + "Connection: close\r\n\r\n");
     EXPECT_THAT(get, HasSubstr("Content-Length: 8"));
     const std::size_t second = both.find("HTTP/1.1", 1);
     ASSERT_NE(second, std::string::npos);
@@ -80,16 +81,18 @@ TEST(HTTPServer, AnswersHeadAsGetWithoutTheBody) {
 
 TEST(HTTPServer, SaysWhichMethodsAreAllowed) {
     const RunningServer running([](const HTTPRequest&) { return HTTPResponse{.status = 405, .allow = "POST"}; });
-    EXPECT_THAT(running.send("GET / HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"), HasSubstr("Allow: POST\r\n"));
+    EXPECT_THAT(running.send("GET /SECRET/ HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"),
+                HasSubstr("Allow: POST\r\n"));
 }
 
 TEST(HTTPServer, IsNeverFull) {
     const RunningServer running(echo);
-    const std::string whole = "GET /whole HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(running.port()) + "\r\n\r\n";
-    const std::string_view kinds[] = {"", "GET / HT", "POST / HTTP/1.1\r\nContent-Length: 9\r\n\r\nbody", whole};
+    const std::string whole = "GET /SECRET/whole HTTP/1.1\r\n" + host + "\r\n";
+    const std::string kinds[] = {"", "GET /SECRET/ HT", post + "Content-Length: 9\r\n\r\nbody", whole};
     std::vector<FileDescriptor> idle;
     for (int i = 0; i < 200; ++i) idle.push_back(running.begin(kinds[i % 4]));
-    EXPECT_THAT(running.send("GET /page HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"), HasSubstr("GET /page"));
+    EXPECT_THAT(running.send("GET /SECRET/page HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n"),
+                HasSubstr("GET /page"));
     EXPECT_EQ(received(idle.front(), std::chrono::seconds(2)), "") << "the oldest has gone";
 }
 
@@ -97,7 +100,7 @@ TEST(HTTPServer, WaitsAFewSecondsForARequest) {
     const RunningServer running(echo);
     const auto begin = std::chrono::steady_clock::now();
     const FileDescriptor silent = running.begin("");
-    const FileDescriptor half = running.begin("GET / HTTP/1.1\r\nHost: 127");
+    const FileDescriptor half = running.begin("GET /SECRET/ HTTP/1.1\r\nHost: 127");
     EXPECT_EQ(received(silent, std::chrono::seconds(10)), "");
     EXPECT_EQ(received(half, std::chrono::seconds(10)), "");
     const auto time = std::chrono::steady_clock::now() - begin;
@@ -107,7 +110,7 @@ TEST(HTTPServer, WaitsAFewSecondsForARequest) {
 
 TEST(HTTPServer, LetsTheOldestOfTooManyListenersGo) {
     RunningServer running([](const HTTPRequest&) { return HTTPResponse{.isEventStream = true}; });
-    const std::string request = "GET / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(running.port()) + "\r\n\r\n";
+    const std::string request = "GET /SECRET/ HTTP/1.1\r\n" + host + "\r\n";
     std::vector<FileDescriptor> listeners;
     for (int i = 0; i < 17; ++i) {
         listeners.push_back(running.begin(request));
@@ -121,7 +124,7 @@ TEST(HTTPServer, LetsTheOldestOfTooManyListenersGo) {
 
 TEST(HTTPServer, TellsWhatAHandlerThrows) {
     const RunningServer running([](const HTTPRequest&) -> HTTPResponse { throw std::runtime_error("broken"); });
-    const std::string answer = running.send("GET / HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    const std::string answer = running.send("GET /SECRET/ HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
     EXPECT_THAT(answer, StartsWith("HTTP/1.1 500"));
     EXPECT_THAT(answer, HasSubstr("broken"));
 }
@@ -129,7 +132,7 @@ TEST(HTTPServer, TellsWhatAHandlerThrows) {
 TEST(HTTPServer, TellsListenersWhatHappens) {
     RunningServer running([](const HTTPRequest&) { return HTTPResponse{.isEventStream = true}; });
     std::string heard;
-    std::thread listener([&] { heard = running.send("GET /events HTTP/1.1\r\n" + host + "\r\n"); });
+    std::thread listener([&] { heard = running.send("GET /SECRET/events HTTP/1.1\r\n" + host + "\r\n"); });
     while (!running.server().hasListeners()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     running.server().broadcast("{\"a\":1}");
     listener.join();
@@ -146,11 +149,133 @@ TEST(HTTPServer, AnswersManyAtOnce) {
     std::vector<std::thread> clients;
     for (int i = 0; i < 16; ++i)
         clients.emplace_back([&] {
-            const std::string answer = running.send("GET /many HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+            const std::string answer =
+                running.send("GET /SECRET/many HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
             if (answer.starts_with("HTTP/1.1 200")) ++answered;
         });
     for (std::thread& client : clients) client.join();
     EXPECT_EQ(answered, 16);
+}
+
+TEST(HTTPServer, IsNowhereButBehindItsSecret) {
+    std::atomic<int> handled = 0;
+    const RunningServer running([&](const HTTPRequest&) {
+        ++handled;
+        return HTTPResponse{};
+    });
+    const std::string nothing = running.send("GET / HTTP/1.1\r\n" + host + end);
+    EXPECT_THAT(nothing, StartsWith("HTTP/1.1 404"));
+    const std::string paths[] = {"/SECRET",
+                                 "//SECRET/",
+                                 "/SECRET0/",
+                                 "/SECRE/",
+                                 "/preview.js",
+                                 "/api/files",
+                                 "SECRET/",
+                                 "/" + std::string(32, '0') + "/",
+                                 "http://127.0.0.1:PORT/SECRET/"};
+    for (const std::string& path : paths) {
+        EXPECT_EQ(running.send("GET " + path + " HTTP/1.1\r\n" + host + end), nothing) << path;
+        EXPECT_EQ(running.send("GET " + path + " HTTP/1.1\r\nHost: evil.example\r\n" + end), nothing) << path;
+        const std::string large = "Content-Type: application/json\r\nContent-Length: 16000000\r\n\r\nbody";
+        EXPECT_EQ(running.send("POST " + path + " HTTP/1.1\r\n" + host + large), nothing) << "the body is not awaited";
+    }
+    EXPECT_EQ(handled, 0);
+    EXPECT_THAT(running.send(get("/") + end), StartsWith("HTTP/1.1 200"));
+}
+
+/// Answers what takes long when it is cancelled, and all else at once.
+struct Patience {
+    std::atomic<int> begun = 0;
+    std::atomic<int> ended = 0;
+
+    static bool takesLong(const HTTPRequest& request) { return request.path.starts_with("/long"); }
+    HTTPResponse operator()(const HTTPRequest& request) {
+        if (!takesLong(request) || request.path == "/long/but-not-now") return echo(request);
+        ++begun;
+        while (!request.cancel.isCancelled()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        ++ended;
+        return {};
+    }
+};
+
+bool comesTrue(const std::function<bool()>& condition) {
+    for (int i = 0; i < 5000 && !condition(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return condition();
+}
+
+TEST(HTTPServer, AnswersWhileOthersTakeLongUntilTheyAreGivenUp) {
+    Patience patience;
+    const RunningServer running(std::ref(patience), &Patience::takesLong);
+    std::vector<FileDescriptor> waiting;
+    for (int i = 0; i < 10; ++i) waiting.push_back(running.begin(get("/long") + "\r\n"));
+    EXPECT_TRUE(comesTrue([&] { return patience.begun >= 2; }));
+    EXPECT_THAT(running.send(get("/page") + end), HasSubstr("GET /page"));
+    EXPECT_EQ(patience.ended, 0);
+    waiting.clear();
+    EXPECT_TRUE(comesTrue([&] { return patience.ended == patience.begun; }));
+    EXPECT_THAT(running.send(get("/long/but-not-now") + end), HasSubstr("GET /long/but-not-now"));
+    EXPECT_LE(patience.begun, 4) << "those that waited for their turn have not begun";
+    EXPECT_EQ(patience.ended, patience.begun);
+}
+
+TEST(HTTPServer, KeepsWhatIsSentWhileItAnswers) {
+    const RunningServer running([](const HTTPRequest& request) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return echo(request);
+    });
+    const FileDescriptor socket = running.begin(get("/first") + "\r\n" + "GET /");
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    ASSERT_TRUE(writeAll(socket.number(), running.addressed(get("/second") + end).substr(5)));
+    const std::string answers = received(socket, std::chrono::seconds(2));
+    EXPECT_THAT(answers, HasSubstr("GET /first"));
+    EXPECT_THAT(answers, EndsWith("GET /second  "));
+}
+
+TEST(HTTPServer, BoundsAllBodiesTogether) {
+    const RunningServer running(echo);
+    const std::string small = post + "Content-Length: 4\r\n" + end + "body";
+    const std::string large = "Content-Length: 16777216\r\n\r\n";
+    std::vector<FileDescriptor> strangers;
+    for (int i = 0; i < 8; ++i) strangers.push_back(running.begin("POST / HTTP/1.1\r\n" + host + large));
+    std::vector<FileDescriptor> senders;
+    for (const std::string& size : {large, large, large, std::string("Transfer-Encoding: chunked\r\n\r\n")}) {
+        EXPECT_THAT(running.send(small), StartsWith("HTTP/1.1 200"));
+        senders.push_back(running.begin(post + size));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));  // until its head is read
+    }
+    EXPECT_THAT(running.send(small), StartsWith("HTTP/1.1 503"));
+    EXPECT_THAT(running.send(get("/") + end), StartsWith("HTTP/1.1 200"));
+    senders.pop_back();
+    EXPECT_TRUE(comesTrue([&] { return running.send(small).starts_with("HTTP/1.1 200"); }));
+}
+
+TEST(HTTPServer, CancelsWhatIsAtWorkWhenItStops) {
+    Patience patience;
+    {
+        const RunningServer running(std::ref(patience), &Patience::takesLong);
+        const FileDescriptor waiting = running.begin(get("/long") + "\r\n");
+        EXPECT_TRUE(comesTrue([&] { return patience.begun == 1; }));
+        const FileDescriptor open = running.begin("");
+    }
+    EXPECT_EQ(patience.ended, 1);
+}
+
+TEST(HTTPServerDeathTest, EndsTheProcessAtTheSecondSignal) {
+    const auto interruptTwice = [] {
+        std::atomic<bool> isBegun = false;
+        RunningServer running([&](const HTTPRequest&) -> HTTPResponse {
+            isBegun = true;
+            while (true) std::this_thread::sleep_for(std::chrono::seconds(1));
+        });
+        std::atomic<bool> isStopping = false;
+        running.server().stopOnSignals([&] { isStopping = true; });
+        const FileDescriptor waiting = running.begin(get("/") + "\r\n");
+        comesTrue([&] { return isBegun.load(); });
+        ::kill(::getpid(), SIGTERM);
+        if (comesTrue([&] { return isStopping.load(); })) ::kill(::getpid(), SIGTERM);
+    };
+    EXPECT_EXIT(interruptTwice(), ::testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST(HTTPServer, HasAPortForItself) {

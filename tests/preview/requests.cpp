@@ -2,6 +2,8 @@
 #include "tests/preview/requests.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -12,8 +14,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-
-#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {
@@ -32,6 +32,12 @@ FileDescriptor connected(std::uint16_t port) {
     // NOLINTNEXTLINE: the interface of sockets
     ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
     return socket;
+}
+
+std::string replaced(std::string text, std::string_view word, std::string_view by) {
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size()))
+        text.replace(at, word.size(), by);
+    return text;
 }
 
 }  // namespace
@@ -60,24 +66,32 @@ std::string received(const FileDescriptor& socket, std::chrono::seconds patience
     return answer;
 }
 
-RunningServer::RunningServer(HTTPServer::Handler handler)
-    : thread_([this, handler = std::move(handler)]() mutable { server_.run(std::move(handler)); }) {}
+RunningServer::RunningServer(HTTPServer::Handler handler, HTTPServer::Judge takesLong)
+    : thread_([this, handler = std::move(handler), takesLong = std::move(takesLong)]() mutable {
+          server_.run(std::move(handler), std::move(takesLong));
+      }) {}
 
 RunningServer::~RunningServer() {
     server_.stop();
     thread_.join();
 }
 
-std::string RunningServer::send(std::string bytes) const {
-    const std::string port = tavrin::toText(std::int64_t{server_.port()});
-    for (std::size_t at = bytes.find("PORT"); at != std::string::npos; at = bytes.find("PORT"))
-        bytes.replace(at, 4, port);
-    return received(begin(bytes), std::chrono::seconds(2));
+std::string RunningServer::addressed(std::string bytes) const {
+    const std::string address = server_.address();
+    const std::size_t end = address.size() - 1;
+    const std::size_t slash = address.rfind('/', end - 1);
+    const std::size_t colon = address.rfind(':', slash);
+    bytes = replaced(std::move(bytes), "PORT", address.substr(colon + 1, slash - colon - 1));
+    return replaced(std::move(bytes), "SECRET", address.substr(slash + 1, end - slash - 1));
 }
 
-FileDescriptor RunningServer::begin(std::string_view bytes) const {
+std::string RunningServer::send(std::string bytes) const {
+    return received(begin(std::move(bytes)), std::chrono::seconds(2));
+}
+
+FileDescriptor RunningServer::begin(std::string bytes) const {
     FileDescriptor socket = connected(server_.port());
-    static_cast<void>(writeAll(socket.number(), bytes));
+    static_cast<void>(writeAll(socket.number(), addressed(std::move(bytes))));
     return socket;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -35,18 +34,21 @@ private:
 /// A server on a free port, on a thread of its own until the end of the scope.
 class RunningServer {
 public:
-    explicit RunningServer(HTTPServer::Handler handler);
+    explicit RunningServer(
+        HTTPServer::Handler handler, HTTPServer::Judge takesLong = [](const HTTPRequest&) { return false; });
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
     ~RunningServer();
 
     [[nodiscard]] HTTPServer& server() { return server_; }
-    [[nodiscard]] std::uint16_t port() const { return server_.port(); }
     /// Sends bytes and returns all that comes back until the server closes the connection or has been silent for a
-    /// while. "PORT" in them becomes the port.
+    /// while. The bytes are `addressed`, like those of `begin`.
     [[nodiscard]] std::string send(std::string bytes) const;
     /// A connection on which these bytes were sent, and no more.
-    [[nodiscard]] FileDescriptor begin(std::string_view bytes) const;
+    [[nodiscard]] FileDescriptor begin(std::string bytes) const;
+
+    /// A request in which "PORT" became the port and "SECRET" the secret.
+    [[nodiscard]] std::string addressed(std::string bytes) const;
 
 private:
     HTTPServer server_{0};

@@ -14,6 +14,7 @@ namespace tavrin::cli {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr std::string_view hello = R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
@@ -126,6 +127,24 @@ TEST_F(RoutesTest, TellWhereADocumentFails) {
     EXPECT_EQ(answer.find("error")->find("file")->description(), "document");
 }
 
+TEST_F(RoutesTest, KnowWhatTakesLong) {
+    for (const char* path : {"/api/render", "/api/explain", "/api/check"})
+        EXPECT_TRUE(Routes::takesLong({.method = "POST", .path = path})) << path;
+    for (const char* path : {"/", "/api/files", "/api/save", "/api/events", "/nothing"})
+        EXPECT_FALSE(Routes::takesLong({.method = "POST", .path = path})) << path;
+}
+
+TEST_F(RoutesTest, KeepToTheBudget) {
+    const Routes poor(folder_, {.fetchPolicy = FetchPolicy::none, .budget = {.steps = 1}});
+    for (const char* path : {"/api/render", "/api/explain", "/api/check"}) {
+        const HTTPRequest request{.method = "POST", .path = path, .body = drawingOf(hello)};
+        EXPECT_THAT(poor.answer(request).body, HasSubstr("more than 1 steps")) << path;
+        EXPECT_THAT(routes_.answer(request).body, Not(HasSubstr("steps"))) << path;
+        request.cancel.cancel();
+        EXPECT_THAT(routes_.answer(request).body, HasSubstr("cancelled")) << path;
+    }
+}
+
 TEST_F(RoutesTest, RefuseDrawingsThatAreNone) {
     EXPECT_EQ(post("/api/render", "[]").status, 400);
     EXPECT_EQ(render(hello, R"(, "model": 3)").status, 400);
@@ -164,17 +183,17 @@ TEST_F(RoutesTest, AreRefusedToOthersThroughTheServer) {
     scratch_.write("a.json", "{}");
     RunningServer running([this](const HTTPRequest& request) { return routes_.answer(request); });
     const std::string end = "Connection: close\r\n\r\n";
-    const std::string files = running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end);
+    const std::string files = running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end);
     EXPECT_THAT(files, StartsWith("HTTP/1.1 200 OK"));
     EXPECT_THAT(files, HasSubstr("X-Content-Type-Options: nosniff"));
     EXPECT_THAT(files, HasSubstr("Cross-Origin-Resource-Policy: same-origin"));
     EXPECT_THAT(files, HasSubstr("a.json"));
-    const std::string rebound = running.send("GET /api/files HTTP/1.1\r\nHost: evil.example:PORT\r\n" + end);
+    const std::string rebound = running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: evil.example:PORT\r\n" + end);
     EXPECT_THAT(rebound, StartsWith("HTTP/1.1 421"));
     const std::string foreign =
-        running.send("GET /api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\nOrigin: http://evil.example\r\n" + end);
+        running.send("GET /SECRET/api/files HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\nOrigin: http://evil.example\r\n" + end);
     EXPECT_THAT(foreign, StartsWith("HTTP/1.1 403"));
-    EXPECT_THAT(running.send("GET /../../etc/passwd HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end),
+    EXPECT_THAT(running.send("GET /SECRET/../../etc/passwd HTTP/1.1\r\nHost: 127.0.0.1:PORT\r\n" + end),
                 StartsWith("HTTP/1.1 404"));
 }
 

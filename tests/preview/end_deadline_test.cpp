@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "cli/preview/end_deadline.h"
+
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace tavrin::cli {
+namespace {
+
+using std::chrono::milliseconds;
+
+TEST(EndDeadlineDeathTest, EndsWhatDoesNotEndByItself) {
+    const auto hang = [] {
+        EndDeadline deadline(milliseconds(50), [] { std::cerr << "saved"; });
+        deadline.start();
+        while (true) std::this_thread::sleep_for(milliseconds(10));
+    };
+    EXPECT_EXIT(hang(), ::testing::ExitedWithCode(0), "saved");
+}
+
+TEST(EndDeadline, LeavesWhatEndsInTime) {
+    bool isLate = false;
+    {
+        EndDeadline deadline(milliseconds(60'000), [&] { isLate = true; });
+        deadline.start();
+    }
+    {
+        const EndDeadline neverStarted(milliseconds(0), [&] { isLate = true; });
+    }
+    EXPECT_FALSE(isLate);
+}
+
+}  // namespace
+}  // namespace tavrin::cli
