@@ -46,13 +46,15 @@ struct LayoutNode {
     std::uint32_t end = 0;
     /// Where the tree keeps what the node inherits.
     std::uint32_t inherited = 0;
-    /// Where the tree keeps more about a text, a stack, a spacer or a geometry reader.
+    /// Where the tree keeps more about a text, a spacer, a geometry reader or what remembers its answers.
     std::uint32_t detail = 0;
     /// Where the tree keeps how far its edges stay from others.
     EdgeTable::Id edges = EdgeTable::none;
     ViewKind kind = ViewKind::emptyView;
     /// No view at all: an `EmptyView`, every modifier around one, and what those modifiers hold.
     bool absent = false;
+    /// Whether its answers are remembered.
+    bool remembers = false;
     /// A spacer or an empty stack, also in modifiers that leave layout as it is: others come first.
     bool yields = false;
 };
@@ -167,8 +169,8 @@ private:
         std::optional<Proposal> proposal;
     };
 
-    /// A node that asks its content more than once: a stack with those of its children that are views, as ranges of
-    /// `childLists_`, or an aspect ratio, without.
+    /// A node whose answers are remembered: a stack with those of its children that are views, as ranges of
+    /// `childLists_`, or a modifier, without.
     struct ContainerItem {
         Index inDocumentOrder = 0;
         Index inDrawingOrder = 0;

@@ -33,6 +33,16 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
     ++tree_.answerCount_;
     Meter::ofThisThread().step();
     const LayoutNode& node = tree_.node(index);
+    if (!node.remembers) return freshAnswer(index, proposal);
+    AnswerMemory<Size>& memory = containers_[node.detail];
+    if (const Size* known = memory.find(proposal)) return *known;
+    const Size size = freshAnswer(index, proposal);
+    memory.keep(proposal, size);
+    return size;
+}
+
+Size Measurer::freshAnswer(Index index, const Proposal& proposal) {
+    const LayoutNode& node = tree_.node(index);
     switch (node.kind) {
         case ViewKind::emptyView: return {};
         case ViewKind::spacer:
@@ -50,9 +60,9 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
         case ViewKind::filledShape: return shapeAnswer(node.view->as<FilledShape>()->shape, proposal);
         case ViewKind::strokedShape: return shapeAnswer(node.view->as<StrokedShape>()->shape, proposal);
         case ViewKind::vstack:
-        case ViewKind::hstack:
-        case ViewKind::zstack:
-        case ViewKind::aspectRatio: return containerAnswer(index, proposal);
+        case ViewKind::hstack: return stackAnswer(index, proposal);
+        case ViewKind::zstack: return layeredAnswer(index, proposal);
+        case ViewKind::aspectRatio: return answer(index + 1, proposalInside(index, proposal));
         case ViewKind::fixedFrame: {
             const auto& frame = *node.view->as<FixedFrame>();
             return answerAround(frame, answer(index + 1, layout::proposalInside(frame, proposal)));
@@ -89,22 +99,6 @@ Size Measurer::answer(Index index, const Proposal& proposal) {
         case ViewKind::overlay: break;
     }
     return answer(tree_.content(index), proposal);
-}
-
-Size Measurer::containerAnswer(Index container, const Proposal& proposal) {
-    const LayoutNode& node = tree_.node(container);
-    AnswerMemory<Size>& memory = containers_[node.detail];
-    if (const Size* known = memory.find(proposal)) return *known;
-    Size size;
-    if (node.kind == ViewKind::aspectRatio) {
-        size = answer(container + 1, proposalInside(container, proposal));
-    } else if (node.kind == ViewKind::zstack) {
-        size = layeredAnswer(container, proposal);
-    } else {
-        size = stackAnswer(container, proposal);
-    }
-    memory.keep(proposal, size);
-    return size;
 }
 
 Proposal Measurer::proposalInside(Index aspectRatio, const Proposal& proposal) {

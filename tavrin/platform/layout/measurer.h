@@ -62,7 +62,7 @@ private:
     };
 
     Size textAnswer(Index text, const Proposal& proposal);
-    Size containerAnswer(Index container, const Proposal& proposal);
+    Size freshAnswer(Index index, const Proposal& proposal);
     Size stackAnswer(Index stack, const Proposal& proposal);
     [[nodiscard]] bool isMissingPicture(Index index) const;
     Size layeredAnswer(Index zstack, const Proposal& proposal);

@@ -49,6 +49,15 @@ std::optional<std::int64_t> atLeastOne(std::optional<std::int64_t> lines) {
     return lines ? std::optional(std::max<std::int64_t>(1, *lines)) : std::nullopt;
 }
 
+/// What asks its content more than once remembers its answers, so that nesting does not multiply the work. Modifiers
+/// ask for an answer and, to be placed, once more; it is enough that some do in each long chain of them.
+bool remembersAnswers(ViewKind kind, std::uint32_t depth) {
+    constexpr std::uint32_t longChain = 8;
+    if (isStack(kind) || kind == ViewKind::aspectRatio) return true;
+    const bool isModifier = traitsOf(kind).holds != ViewTraits::Holds::nothing && kind != ViewKind::geometryReader;
+    return isModifier && depth % longChain == 0;
+}
+
 }  // namespace
 
 Font effectiveFont(const Text& text, const EnvironmentValues& environment) {
@@ -103,7 +112,8 @@ void TreeBuilder::addNode(const Pending& pending) {
     if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
     if (kind == ViewKind::text) addText(pending, index);
     if (kind == ViewKind::clockHandRotationEffect) tree_.clockHands_.push_back(index);
-    if (isStack(kind) || kind == ViewKind::aspectRatio) node.detail = addContainer();
+    node.remembers = remembersAnswers(kind, pending.depth);
+    if (node.remembers) node.detail = addContainer();
     if (kind == ViewKind::geometryReader) node.detail = addReader(pending);
     if (kind == ViewKind::flexibleFrame) report(*pending.view);
 
