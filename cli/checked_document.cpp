@@ -59,7 +59,7 @@ public:
 
 private:
     [[nodiscard]] std::size_t originalOffset(std::size_t offset) const {
-        for (auto edits = rounds_.rbegin(); edits != rounds_.rend(); ++edits) offset = offsetBefore(offset, *edits);
+        for (std::size_t round = rounds_.size(); round-- > 0;) offset = offsetBefore(offset, rounds_[round]);
         return offset;
     }
 

@@ -29,7 +29,8 @@ void check(const tavrin::Bitmap& picture) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const auto picture = tavrin::images::TAVRIN_FUZZED_DECODER(bytes, {.maximumPixels = pixels}, {});
+    tavrin::images::Decoding decoding{.bounds = {.maximumPixels = pixels}};
+    const auto picture = tavrin::images::TAVRIN_FUZZED_DECODER(bytes, decoding);
     if (!picture) return 0;
     if (picture->byteCount() > 4 * pixels) std::abort();
     check(*picture);

@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     request.contentType = line();
     request.body = std::string(rest);
     try {
-        (void)refusal(request, 8080);
+        (void)refusal(request, 8080, "0123456789abcdef0123456789abcdef");
         (void)request.parameter("path");
         (void)drawingOf(RequestFields(request.body));
     } catch (const std::exception&) {  // an error is an answer; a crash is none

@@ -44,6 +44,7 @@ std::set<JSONOutline::Index> reached(JSONOutline::Index start,
 std::span<const std::string_view> tagsOf(bool areNodes) {
     const auto namesOf = [](const std::vector<LanguageRecord>& records) {
         std::vector<std::string_view> names;
+        names.reserve(records.size());
         for (const LanguageRecord& record : records) names.push_back(record.name);
         return names;
     };

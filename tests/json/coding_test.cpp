@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/json/coding.h"
 
+#include <cmath>
 #include <limits>
 #include <string>
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string_view>
+
 #include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/ui/view_kind.h"
 

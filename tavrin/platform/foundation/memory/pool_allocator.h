@@ -97,11 +97,14 @@ struct Allocator {
 
     [[nodiscard]] T* allocate(std::size_t count) {
         static_assert(alignof(T) <= step);
-        return static_cast<T*>(pool::allocate(count * sizeof(T)));
+        return static_cast<T*>(pool::allocate(count * size));
     }
-    void deallocate(T* block, std::size_t count) noexcept { pool::deallocate(block, count * sizeof(T)); }
+    void deallocate(T* block, std::size_t count) noexcept { pool::deallocate(block, count * size); }
 
     friend bool operator==(const Allocator&, const Allocator&) { return true; }
+
+private:
+    static constexpr std::size_t size = sizeof(T);  // NOLINT(bugprone-sizeof-expression): pointers, too
 };
 
 /// What a document can make long.
