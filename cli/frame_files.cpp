@@ -17,7 +17,7 @@ namespace {
 /// All numbered frames of one span wait in memory until the last is drawn.
 constexpr std::uint64_t maximumFileBytes = 0x7FFFFFFF;
 
-void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompression compression, Outcome& outcome,
+void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, Outcome& outcome,
                   const std::function<void()>& advance) {
     std::shared_ptr<const PixelBuffer> last;
     std::uint64_t bytes = 0;
@@ -25,7 +25,7 @@ void drawPictures(AnimationRenderer& renderer, const FrameSpan& span, PngCompres
         if (picture == std::exchange(last, picture)) {
             outcome.frames.push_back(outcome.frames.back());
         } else {
-            outcome.frames.push_back(std::make_shared<const std::string>(paint::encodePng(*picture, compression)));
+            outcome.frames.push_back(std::make_shared<const std::string>(renderer.png(*picture)));
             bytes += outcome.frames.back()->size();
         }
         if (bytes > maximumFileBytes)
@@ -40,8 +40,7 @@ void drawFrames(const Frames& frames, const Production& work) {
     Progress progress(frames.span.count());
     const auto advance = [&] { progress.advance(work.source.name); };
     AnimationRenderer renderer = work.document.animation(work.options);
-    if (frames.kind == Frames::Kind::numberedFiles)
-        return drawPictures(renderer, frames.span, work.options.compression, work.outcome, advance);
+    if (frames.kind == Frames::Kind::numberedFiles) return drawPictures(renderer, frames.span, work.outcome, advance);
     work.outcome.bytes =
         renderer.encode(frames.span, {frames.format, frames.framesPerSecond, [&](std::size_t) { advance(); }});
 }

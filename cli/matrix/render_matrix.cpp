@@ -30,7 +30,7 @@ DrawnCell drawnCell(CellRenderer& renderers, const MatrixArguments& arguments, s
     drawn.picture.cell = cellAt(arguments.matrix, index);
     drawn.outcome = renderers.draw(drawn.picture.cell, [&](Widget& widget) {
         const PixelBuffer pixels = widget.pixels();
-        drawn.png = paint::encodePng(pixels, arguments.widget.compression);
+        drawn.png = widget.png(pixels, arguments.widget.compression);
         drawn.picture.width = pixels.width();
         drawn.picture.height = pixels.height();
         drawn.picture.sha256 = sha256(drawn.png);

@@ -47,7 +47,7 @@ Compared compared(CellRenderer& renderers, const SnapshotArguments& arguments, s
     result.cell = cellAt(arguments.matrix, index);
     const SnapshotFiles files(options.folder, nameOf(arguments.matrix, result.cell));
     result.outcome = renderers.draw(result.cell, [&](Widget& widget) {
-        result.drawn.png = paint::encodePng(widget.pixels(), paint::PngCompression::small);
+        result.drawn.png = widget.png(widget.pixels(), paint::PngCompression::small);
         result.drawn.tree = withoutWorkingDirectory(widget.layoutText());
         const std::optional<Snapshot> kept = readSnapshot(files);
         result.isKept = kept.has_value();

@@ -26,7 +26,7 @@ bool Decoding::isStopped() {
     if (stop.stop_requested()) return true;
     try {
         checkBudget();
-    } catch (const TavrinError&) {  // which the libraries would not let through; it is thrown again later
+    } catch (...) {  // which the libraries would not let through; a spent budget throws again later
         isGivenUp = true;
     }
     return isGivenUp;

@@ -18,8 +18,9 @@ Color borderColor(const BorderModifier& border, Context& context) {
     try {
         if (const auto color = plainColor(border.colorNode.wrappedValue, context)) return *color;
     } catch (const TavrinError& error) {
-        if (error.kind == "Precondition") throw;  // no error at all, but for those who asked for one
-    } catch (const std::exception&) {             // a border that cannot have its colour takes the next one
+        // The one is no error at all but for those who asked for one, the other is nobody's to forgive.
+        if (error.kind == "Precondition" || error.kind == "Budget") throw;
+    } catch (const std::exception&) {  // a border that cannot have its colour takes the next one
     }
     return colorFromHexString(border.color.wrappedValue()).value_or(Color::white);
 }

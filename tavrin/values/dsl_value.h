@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/memory/shared_text.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/values/model_context.h"
 #include "tavrin/values/value_conversion.h"
 
@@ -246,6 +247,8 @@ struct Coding<LossyDSLArrayValue<T>> {
         for (JSONElement::Walk walk(decoder.value()); walk.next(); ++index) {
             try {
                 list.wrappedValue.push_back(tavrin::decode<T>(decoder.element(index, walk.value())));
+            } catch (const TavrinError& error) {
+                if (error.kind == "Budget") throw;
             } catch (const PlacedError&) {  // the element is left out, by this list's definition
             }
         }

@@ -69,6 +69,7 @@ struct AnimationRenderer::State {
     std::size_t stillLayout = 0;
     std::shared_ptr<const PixelBuffer> last = nullptr;
     std::size_t drawingCount = 0;
+    HeldBytes kept = {};  // those of `last` and `still`
     Cost cost = options.spent;
 };
 
@@ -98,8 +99,14 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     paint::paintWidget(s.layout.tree(), s.options.look(), canvas, s.texts, {.still = &s.still});
     PixelBuffer picture = canvas.finishRaster();
     ++s.drawingCount;
+    s.kept = HeldBytes(picture.byteCount() * (s.still.pixels ? 2 : 1));
     s.last = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));
     return s.last;
+}
+
+std::string AnimationRenderer::png(const PixelBuffer& pixels) {
+    const Metering metering(state_->options.budget, state_->cost);
+    return paint::encodePng(pixels, state_->options.compression);
 }
 
 void AnimationRenderer::draw(const FrameSpan& span,

@@ -52,6 +52,9 @@ public:
     /// `layout::layOut` does.
     [[nodiscard]] std::shared_ptr<const PixelBuffer> pixels(Date moment);
 
+    /// The last picture as a PNG, compressed as `RenderOptions` say; costs what it would have cost to write it at once.
+    [[nodiscard]] std::string png(const PixelBuffer& pixels);
+
     /// Draws each moment of a span and hands the pictures over in their order. Throws, before it hands over the first,
     /// what `FrameSpan::count` does, and `TavrinError` of kind "Render" for more than `maximumPixels`; passes on what
     /// `take` throws.

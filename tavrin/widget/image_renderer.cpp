@@ -32,9 +32,13 @@ text::TextEngine& ImageRenderer::textEngine() { return texts().engine(); }
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
     if (layout_ == nullptr) {
-        const Metering metering(options_.budget, options_.spent);
-        layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
-            view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
+        Cost cost = options_.spent;  // which stays as it is if layout fails
+        {
+            const Metering metering(options_.budget, cost);
+            layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
+                view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
+        }
+        options_.spent = cost;
     }
     cost_ = options_.spent;
     return *layout_;

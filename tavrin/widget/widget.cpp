@@ -55,6 +55,12 @@ std::string Widget::encode(PictureFormat format) {
     return renderer_.encode(format);
 }
 
+std::string Widget::png(const PixelBuffer& pixels, PngCompression compression) const {
+    Cost cost = renderer_.cost();
+    const Metering metering(options_.budget, cost);
+    return paint::encodePng(pixels, compression);
+}
+
 Explanation Widget::explanation() {
     const ViewOrigins* const origins = document_.origins().get();
     return explainLayout(layoutTree(),

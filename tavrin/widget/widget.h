@@ -26,6 +26,8 @@ public:
     [[nodiscard]] PixelBuffer pixels();
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();
     [[nodiscard]] std::string encode(PictureFormat format = PictureFormat::png);
+    /// The last answer's pixels as a PNG; costs what it would have cost to write them at once.
+    [[nodiscard]] std::string png(const PixelBuffer& pixels, PngCompression compression) const;
 
     /// Why each view has its size and place. Only with `WidgetTrace::reasons`; see `explainLayout`.
     [[nodiscard]] Explanation explanation();

@@ -28,6 +28,7 @@ TEST(Itemizer, LongParagraphsBreakWhereTheyDoAtOnce) {
         {"marks and joiners", U"aab \u0301\u0316\u200D\U0001F468\U0001F469\uFE0F"},
         {"hangul", U"\uAC00\uB098\u1100\u1161\u11A8 "},
         {"Thai", U"\u0E20\u0E32\u0E29\u0E32\u0E44\u0E17\u0E22\u0E01\u0E34\u0E19 "},
+        {"one flag behind the other", U"\U0001F1E9\U0001F1EA"},
         {"Arabic and numbers", U"\u0627\u0644\u0633\u064B 12,%"},
     };
     FontFaces faces(FontLibrary::system()->catalog());
@@ -35,7 +36,7 @@ TEST(Itemizer, LongParagraphsBreakWhereTheyDoAtOnce) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         std::mt19937 random(7);
-        std::u32string characters;
+        std::u32string characters = U"x";
         while (characters.size() < 30'000) characters += row.alphabet[random() % row.alphabet.size()];
         const Paragraph paragraph = paragraphOf(std::move(characters));
         const ItemizedParagraph itemized = itemize(paragraph, Font::Weight::regular, fonts);

@@ -129,5 +129,19 @@ TEST(AnimationRenderer, RefusesWhatIsNoAnimation) {
     EXPECT_THROW(static_cast<void>(nothing.encode(spanOf(1), {})), TavrinError);
 }
 
+TEST(AnimationRenderer, PicturesThatAreHandedOutAreNotHeld) {
+    RenderOptions options;
+    options.size = {60, 60};
+    options.scale = 1;
+    options.budget.bytes = 200'000;  // some fourteen pictures
+    AnimationRenderer renderer(Text{.content = Date{0}}, options);
+    std::shared_ptr<const PixelBuffer> last;
+    for (int second = 1; second <= 100; ++second) {
+        last = renderer.pixels({1000.0 + second});
+        EXPECT_FALSE(renderer.png(*last).empty());
+    }
+    EXPECT_EQ(renderer.drawingCount(), 100U);
+}
+
 }  // namespace
 }  // namespace tavrin

@@ -75,6 +75,7 @@ Canvas Canvas::raster(Size size, double scale) {
     state->raster = true;
     state->scale = scale;
     state->pixels = PixelBuffer(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
+    state->pixelBytes = HeldBytes(state->pixels.byteCount());
     const int width = state->pixels.width();
     const int height = state->pixels.height();
     Meter::ofThisThread().paint(static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height));

@@ -46,6 +46,7 @@ struct Canvas::State {
     bool raster = false;
     double scale = 1;
     PixelBuffer pixels;
+    HeldBytes pixelBytes;
     /// What Cairo has written of a document. What must not leave through Cairo is thrown by the next call.
     struct Written {
         std::string text;

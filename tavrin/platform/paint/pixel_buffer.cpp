@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
@@ -20,7 +21,9 @@ PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) {
                                                 height, maxPixels)};
     width_ = static_cast<int>(width);
     height_ = static_cast<int>(height);
-    pixels_.resize(static_cast<std::size_t>(width * height));
+    const auto count = static_cast<std::size_t>(width * height);
+    const HeldBytes mayBeHeld(count * sizeof(std::uint32_t));
+    pixels_.resize(count);
 }
 
 bool PixelBuffer::isOpaque() const {

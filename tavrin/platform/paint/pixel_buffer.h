@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "tavrin/platform/foundation/memory/pool_allocator.h"
-
 namespace tavrin::paint {
 
 /// A picture in memory: rows of 32-bit pixels from top to bottom, each 0xAARRGGBB with premultiplied channels, without
-/// gaps between rows. A value like any other; one thread at a time may change it.
+/// gaps between rows. What it takes counts as held by who draws on it, not by whom it is handed to. A value like any
+/// other; one thread at a time may change it.
 class PixelBuffer {
 public:
     static constexpr int maxSide = 32767;
@@ -24,6 +23,7 @@ public:
 
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
+    [[nodiscard]] std::size_t byteCount() const { return pixels_.size() * sizeof(std::uint32_t); }
 
     [[nodiscard]] std::uint32_t* row(int y) { return pixels_.data() + offset(y); }
     [[nodiscard]] const std::uint32_t* row(int y) const { return pixels_.data() + offset(y); }
@@ -43,7 +43,7 @@ private:
 
     int width_ = 0;
     int height_ = 0;
-    pool::Vector<std::uint32_t> pixels_;
+    std::vector<std::uint32_t> pixels_;
 };
 
 }  // namespace tavrin::paint

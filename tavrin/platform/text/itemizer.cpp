@@ -48,7 +48,8 @@ void findBreaks(std::string_view utf8, std::span<PangoLogAttr> breaks) {
 }
 
 /// Pango takes quadratic time for some long stretches without a blank. So a long paragraph is looked at through windows
-/// of this many characters; those at a window's edges are there only for what stands between them.
+/// of this many characters; those at a window's edges are there only for what stands between them. A window begins
+/// where a grapheme does, so that flags and the like are told apart by the same characters as in the whole.
 constexpr std::size_t windowLength = 4096;
 constexpr std::size_t windowEdge = 256;
 
@@ -57,7 +58,7 @@ void findBreaksThroughWindows(const std::string& utf8, std::span<PangoLogAttr> b
     const std::size_t length = breaks.size() - 1;
     std::vector<PangoLogAttr> window(windowLength + 1);
     const char* first = utf8.data();
-    for (std::size_t begin = 0;; begin += step) {
+    for (std::size_t begin = 0;;) {
         const std::size_t count = std::min(windowLength, length - begin);
         const char* const last = g_utf8_offset_to_pointer(first, static_cast<glong>(count));
         findBreaks({first, last}, std::span(window).first(count + 1));
@@ -66,7 +67,10 @@ void findBreaksThroughWindows(const std::string& utf8, std::span<PangoLogAttr> b
         std::ranges::copy(std::span(window).first(count + 1).subspan(edge),
                           breaks.begin() + static_cast<std::ptrdiff_t>(begin + edge));
         if (begin + count == length) return;
-        first = g_utf8_offset_to_pointer(first, static_cast<glong>(step));
+        std::size_t next = step;
+        while (next > step / 2 && !window[next].is_cursor_position) --next;
+        first = g_utf8_offset_to_pointer(first, static_cast<glong>(next));
+        begin += next;
         checkBudget();
     }
 }
