@@ -9,7 +9,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const tavrin::cli::Snapshot drawn = [] {
-        auto widget = tavrin::Document(R"({"version":"1.0","nodes":{"main":{"type":"color","color":"FF0000"}}})")
+        auto widget = tavrin::Document(R"({"version":"1.0","nodes":{"main":{"type":"color","value":"FF0000"}}})")
                           .widget(std::nullopt, smallOptions());
         return tavrin::cli::Snapshot{widget.encode(), widget.layoutText()};
     }();

@@ -31,6 +31,8 @@ fuzz_one() {
             corpora+=("$build/seeds/documents")
             ;;
     esac
+    # Cairo 1.16 does not free all that it allocates for a document and its fonts.
+    [ "$name" != write_document ] || export ASAN_OPTIONS=detect_leaks=0
     if "$build/fuzz/fuzz_$name" "${arguments[@]}" "${corpora[@]}" >"$log" 2>&1; then
         echo "fuzz_$name: $(tail -n 1 "$log")"
     else
