@@ -46,8 +46,7 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
 
 template <class Work>
 auto ImageRenderer::answer(Work work) {
-    const layout::LayoutTree& tree = layoutTree();
-    cost_ = options_.spent;
+    const layout::LayoutTree& tree = layoutTree();  // where the cost begins
     const Metering metering(options_.budget, cost_);
     return work(tree);
 }

@@ -5,6 +5,7 @@
 #include "tavrin/platform/foundation/pixels/scaled_bitmaps.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/canvas_state.h"
+#include "tavrin/platform/paint/text/emoji_pictures.h"
 
 namespace tavrin::paint {
 namespace {
@@ -138,11 +139,7 @@ void Canvas::State::embed(const Picture& picture, const Rect& rect) {
     const Picture reduced = ScaledBitmaps::shared().scaled(picture, width, height);
     Surface& source = embedded[reduced->identity()];
     if (!source) {
-        // Cairo copies it, and compresses it in the end.
-        constexpr std::uint64_t weight = 8;
-        constexpr std::size_t copies = 3;
-        Meter::ofThisThread().paint(weight * reduced->byteCount() / sizeof(std::uint32_t));
-        countInDocument(0, copies * reduced->byteCount());
+        countEmbedded(reduced->byteCount() / sizeof(std::uint32_t), documentBytes);
         source = surfaceOf(reduced);
     }
     setStretched(cairo.get(), source.get(), rect);

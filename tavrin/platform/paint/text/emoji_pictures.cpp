@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::size_t mostEmojiBytes = 8U << 20;
 
-std::uint64_t pixelCount(cairo_surface_t* picture) {
-    return static_cast<std::uint64_t>(cairo_image_surface_get_width(picture)) *
-           static_cast<std::uint64_t>(cairo_image_surface_get_height(picture));
-}
-
 struct PngReader {
     const char* rest;
     unsigned length;
@@ -71,6 +66,18 @@ EmojiPicture scaledPicture(cairo_surface_t* picture, int width, int height) {
 
 }  // namespace
 
+std::uint64_t pixelCount(cairo_surface_t* picture) {
+    return static_cast<std::uint64_t>(cairo_image_surface_get_width(picture)) *
+           static_cast<std::uint64_t>(cairo_image_surface_get_height(picture));
+}
+
+void countEmbedded(std::uint64_t pixels, HeldBytes& held) {
+    constexpr std::uint64_t weight = 8;
+    constexpr std::size_t copies = 3;
+    Meter::ofThisThread().paint(weight * pixels);
+    held.grow(copies * pixels * sizeof(std::uint32_t));
+}
+
 PictureBox EmojiPictures::box(text::FontId font, std::uint32_t glyph) {
     const text::FontFace& face = faces_.face(font);
     hb_glyph_extents_t extents{};
@@ -85,6 +92,7 @@ cairo_surface_t* EmojiPictures::original(text::FontId font, std::uint32_t glyph)
 
 cairo_surface_t* EmojiPictures::scaled(text::FontId font, std::uint32_t glyph, int width, int height) {
     return kept({font, glyph, width, height}, [&] {
+        // Not the original that is kept: scaled once, a surface is no longer embedded as the font's own PNG.
         const EmojiPicture picture = decode(faces_.face(font).shaper(), glyph);
         return picture ? scaledPicture(picture.get(), width, height) : nullptr;
     });

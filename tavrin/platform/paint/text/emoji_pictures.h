@@ -15,6 +15,11 @@ namespace tavrin::paint {
 
 using EmojiPicture = Handle<cairo_surface_t, cairo_surface_destroy>;
 
+[[nodiscard]] std::uint64_t pixelCount(cairo_surface_t* picture);
+
+/// Counts what a picture of so many pixels costs that a document embeds: Cairo copies it, and compresses it in the end.
+void countEmbedded(std::uint64_t pixels, HeldBytes& held);
+
 /// What the texts of one document keep until it is finished.
 struct DocumentTexts {
     struct Emoji {

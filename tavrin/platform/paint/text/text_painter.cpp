@@ -262,16 +262,8 @@ EmojiPicture TextPainter::State::unscaledPicture(const Target& target, text::Fon
     }
     cairo_surface_t* const original = pictures_.original(font, glyph);
     if (original == nullptr) return nullptr;
-    const std::uint64_t pixels = static_cast<std::uint64_t>(cairo_image_surface_get_width(original)) *
-                                 static_cast<std::uint64_t>(cairo_image_surface_get_height(original));
-    if (target.document) {
-        // Cairo copies it, and compresses it in the end.
-        constexpr std::uint64_t weight = 8;
-        constexpr std::size_t copies = 3;
-        Meter::ofThisThread().paint(weight * pixels);
-        target.document->bytes.grow(copies * pixels * sizeof(std::uint32_t));
-    }
-    Meter::ofThisThread().paint(pixels);
+    if (target.document) countEmbedded(pixelCount(original), target.document->bytes);
+    Meter::ofThisThread().paint(pixelCount(original));
     EmojiPicture picture = opacity < 1 ? fadedCopy(original, opacity) : EmojiPicture(cairo_surface_reference(original));
     if (embedded) embedded->reset(cairo_surface_reference(picture.get()));
     return picture;
