@@ -12,6 +12,7 @@
 
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/png_fast.h"
 #include "tavrin/platform/paint/png_reduction.h"
 
 namespace tavrin::paint {
@@ -139,6 +140,58 @@ TEST(PngEncoder, SmallIsSmaller) {
     const PixelBuffer gradient =
         picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
     EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
+}
+
+/// Changes some pixels of a picture and says where: a few, many, or whether it is opaque.
+std::vector<PixelRect> change(PixelBuffer& picture, std::mt19937& random) {
+    const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    std::vector<PixelRect> changed(static_cast<std::size_t>(below(4)));
+    for (PixelRect& area : changed) {
+        area.x0 = below(picture.width());
+        area.y0 = below(picture.height());
+        area.x1 = area.x0 + 1 + below(picture.width() - area.x0);
+        area.y1 = area.y0 + 1 + below(std::min(40, picture.height() - area.y0));
+        const std::uint32_t kind = random() % 4;
+        for (int y = area.y0; y < area.y1; ++y)
+            for (int x = area.x0; x < area.x1; ++x) {
+                const auto noise = static_cast<std::uint32_t>(random()) | 0xFF000000;
+                picture.row(y)[x] = kind == 0 ? 0xFFFFFFFF : kind == 1 ? 0x80000000 : noise;
+            }
+    }
+    return changed;
+}
+
+TEST(PngEncoder, PicturesAfterOthersAreTheSameBytes) {
+    std::mt19937 random(5);
+    for (const auto& [width, height] : {std::pair{1, 1}, {5, 16}, {300, 17}, {200, 400}, {700, 130}}) {
+        PixelBuffer current =
+            picture(width, height, [](auto x, auto y) { return x * y % 3 ? 0xFFEEEEEE : 0xFF111111; });
+        FastPng png;
+        std::vector<PixelRect> changed;
+        for (int i = 0; i < 100; ++i) {
+            ASSERT_EQ(png.encode(current, changed), encodePngFast(current)) << width << " x " << height << ", " << i;
+            changed = change(current, random);
+        }
+    }
+}
+
+TEST(PngEncoder, PicturesAfterOthersCompressOnlyBandsThatDiffer) {
+    // Noise, so that each group of rows is a band.
+    std::mt19937 random(5);
+    PixelBuffer noise =
+        picture(400, 320, [&](auto, auto) { return static_cast<std::uint32_t>(random()) | 0xFF000000; });
+    FastPng png;
+    EXPECT_NE(png.encode(noise, {}), "");
+    EXPECT_EQ(png.compressedRows(), 320);
+    EXPECT_NE(png.encode(noise, {}), "");
+    EXPECT_EQ(png.compressedRows(), 320) << "nothing differs";
+    noise.row(100)[7] ^= 0x30;
+    EXPECT_EQ(png.encode(noise, std::vector<PixelRect>{{7, 100, 8, 101}}), encodePngFast(noise));
+    EXPECT_EQ(png.compressedRows(), 336) << "rows 96 to 111";
+    noise.row(15)[0] ^= 0x30;
+    EXPECT_EQ(png.encode(noise, std::vector<PixelRect>{{0, 15, 1, 16}}), encodePngFast(noise));
+    EXPECT_EQ(png.compressedRows(), 368) << "the band of the row, and that of the one below";
+    EXPECT_GT(png.byteCount(), 400U * 320 * 3);
 }
 
 /// How many bytes the rows take in a PNG with one chunk of data.

@@ -2,7 +2,9 @@
 #include "tavrin/platform/paint/huffman_code.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <numeric>
 
 namespace tavrin::paint {
 namespace {
@@ -15,6 +17,7 @@ using LengthCounts = std::vector<std::uint32_t>;
 LengthCounts mergedLengths(const std::vector<std::uint64_t>& weights, unsigned longest) {
     const std::size_t leaves = weights.size();
     std::vector<std::uint64_t> merged;
+    merged.reserve(leaves);
     std::vector<std::size_t> parents(2 * leaves - 1);
     std::size_t leaf = 0;
     std::size_t inner = 0;
@@ -53,10 +56,35 @@ void makeFit(LengthCounts& counts) {
     }
 }
 
-std::uint16_t reversed(unsigned bits, unsigned length) {
-    unsigned result = 0;
-    for (unsigned i = 0; i < length; ++i) result |= (bits >> i & 1) << (length - 1 - i);
-    return static_cast<std::uint16_t>(result);
+std::uint16_t reversed(std::uint32_t bits, unsigned length) {
+    bits = (bits & 0x5555) << 1 | (bits >> 1 & 0x5555);
+    bits = (bits & 0x3333) << 2 | (bits >> 2 & 0x3333);
+    bits = (bits & 0x0F0F) << 4 | (bits >> 4 & 0x0F0F);
+    bits = (bits & 0x00FF) << 8 | (bits >> 8 & 0x00FF);
+    return static_cast<std::uint16_t>(bits >> (16 - length));
+}
+
+/// The symbols that occur, by how often; those that are alike in their own order. Digit by digit: counts are short
+/// numbers, and what comes next is hard to foresee.
+std::vector<std::uint32_t> byCount(std::span<const std::uint32_t> counts) {
+    constexpr unsigned digitBits = 8;
+    constexpr std::uint32_t digitMask = (1U << digitBits) - 1;
+    std::vector<std::uint32_t> symbols;
+    symbols.reserve(counts.size());
+    std::uint32_t greatest = 0;
+    for (std::uint32_t symbol = 0; symbol < counts.size(); ++symbol) {
+        if (counts[symbol] > 0) symbols.push_back(symbol);
+        greatest = std::max(greatest, counts[symbol]);
+    }
+    std::vector<std::uint32_t> sorted(symbols.size());
+    for (unsigned shift = 0; shift < 32 && greatest >> shift != 0; shift += digitBits) {
+        std::array<std::uint32_t, digitMask + 2> places{};
+        for (const std::uint32_t symbol : symbols) ++places[(counts[symbol] >> shift & digitMask) + 1];
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        for (const std::uint32_t symbol : symbols) sorted[places[counts[symbol] >> shift & digitMask]++] = symbol;
+        symbols.swap(sorted);
+    }
+    return symbols;
 }
 
 void numberCodes(std::vector<HuffmanCode>& codes, const LengthCounts& counts) {
@@ -70,16 +98,9 @@ void numberCodes(std::vector<HuffmanCode>& codes, const LengthCounts& counts) {
 }  // namespace
 
 std::vector<HuffmanCode> huffmanCodes(std::span<const std::uint32_t> counts, unsigned longest) {
-    // Each count with its symbol behind it, which keeps the order of those that are alike.
-    constexpr unsigned symbolBits = 32;
-    std::vector<std::uint64_t> weights;
-    for (std::size_t symbol = 0; symbol < counts.size(); ++symbol)
-        if (counts[symbol] > 0) weights.push_back(std::uint64_t{counts[symbol]} << symbolBits | symbol);
-    std::sort(weights.begin(), weights.end());
-    std::vector<std::uint32_t> symbols(weights.size());
-    std::transform(weights.begin(), weights.end(), symbols.begin(),
-                   [](std::uint64_t weight) { return static_cast<std::uint32_t>(weight); });
-    for (std::uint64_t& weight : weights) weight >>= symbolBits;
+    const std::vector<std::uint32_t> symbols = byCount(counts);
+    std::vector<std::uint64_t> weights(symbols.size());
+    std::ranges::transform(symbols, weights.begin(), [&](std::uint32_t symbol) { return counts[symbol]; });
 
     LengthCounts lengths = mergedLengths(weights, longest);
     makeFit(lengths);

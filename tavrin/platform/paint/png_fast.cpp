@@ -1,35 +1,201 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/png_fast.h"
 
+#include <algorithm>
+#include <functional>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/run_deflater.h"
 
 namespace tavrin::paint {
 
-void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
-    const auto width = static_cast<std::size_t>(picture.width());
-    const bool opaque = colorType == PngColorType::rgb;
-    RunDeflater deflater(out, opaque);
-    // Nothing is above the first row; opaque pixels have no alpha there to be less than.
-    const std::vector<std::uint32_t> nothing(width, opaque ? 0xFF000000 : 0);
-    const std::uint32_t* above = nothing.data();
-    for (int y = 0; y < picture.height(); ++y) {
-        Meter::ofThisThread().paint(width);
-        const std::uint32_t* row = picture.row(y);
-        deflater.addRow(row, above, width);
-        above = row;
+/// Some of a picture's rows, compressed.
+struct PngBand {
+    int begin = 0;
+    int end = 0;
+    DeflatedRows rows = {};
+};
+
+namespace {
+
+/// Bands end between groups of so many rows.
+constexpr int rowsInGroup = 16;
+/// So many runs take some twenty times the bytes that a band takes for itself.
+constexpr std::uint64_t runsInBand = 2048;
+
+constexpr std::string_view zlibHeader("\x78\x01", 2);
+
+/// Of how many runs the rows of a group are made.
+using Group = std::uint64_t;
+
+/// The rows of one picture, compressed from top to bottom.
+class BandWriter {
+public:
+    BandWriter(const PixelBuffer& picture, bool opaque, std::vector<Group>& groups)
+        : picture_(picture),
+          width_(static_cast<std::size_t>(picture.width())),
+          groups_(groups),
+          // Nothing is above the first row; opaque pixels have no alpha there to be less than.
+          nothing_(width_, opaque ? 0xFF000000 : 0),
+          deflater_(opaque) {}
+
+    /// The band that begins with a row.
+    PngBand write(int begin) {
+        int y = begin;
+        do {
+            Group& group = groups_[static_cast<std::size_t>(y / rowsInGroup)];
+            group = 0;
+            const int end = std::min(y + rowsInGroup, picture_.height());
+            for (; y < end; ++y) {
+                Meter::ofThisThread().paint(width_);
+                group += deflater_.addRow(picture_.row(y), y == 0 ? nothing_.data() : picture_.row(y - 1), width_);
+            }
+        } while (!endsBand(y));
+        return {begin, y, deflater_.take(y == picture_.height())};
     }
-    deflater.finish();
+
+    /// Whether a band ends before a row; the groups above are known.
+    [[nodiscard]] bool endsBand(int y) const {
+        if (y == picture_.height()) return true;
+        const auto next = static_cast<std::size_t>(y / rowsInGroup);
+        std::uint64_t runs = 0;
+        std::size_t counted = 0;
+        for (std::size_t count = 1; count <= next && next % count == 0; count *= 2) {
+            for (; counted < count; ++counted) runs += groups_[next - 1 - counted];
+            if (runs >= runsInBand) return true;
+        }
+        return false;
+    }
+
+private:
+    const PixelBuffer& picture_;
+    std::size_t width_;
+    std::vector<Group>& groups_;
+    std::vector<std::uint32_t> nothing_;
+    RunDeflater deflater_;
+};
+
+std::size_t groupCount(const PixelBuffer& picture) {
+    return static_cast<std::size_t>((picture.height() + rowsInGroup - 1) / rowsInGroup);
 }
 
-std::string encodePngFast(const PixelBuffer& picture) {
-    const PngColorType colorType = picture.isOpaque() ? PngColorType::rgb : PngColorType::rgba;
-    PngFile file(picture.width(), picture.height(), 8, colorType);
+/// Writes bands, which are all of a picture, as a zlib stream.
+void appendStream(const std::vector<PngBand>& bands, std::string& out) {
+    ZlibSum sum;
+    std::size_t size = zlibHeader.size() + sum.digits().size();
+    for (const PngBand& band : bands) size += band.rows.blocks.size();
+    out.reserve(out.size() + size);
+    out += zlibHeader;
+    for (const PngBand& band : bands) {
+        out += band.rows.blocks;
+        sum.append(band.rows.sum);
+    }
+    const auto digits = sum.digits();
+    out.append(digits.data(), digits.size());
+}
+
+bool isOpaque(const PixelBuffer& picture, std::size_t group) {
+    const int begin = static_cast<int>(group) * rowsInGroup;
+    const int end = std::min(begin + rowsInGroup, picture.height());
+    for (int y = begin; y < end; ++y)
+        if (!allOpaque(picture.row(y), static_cast<std::size_t>(picture.width()))) return false;
+    return true;
+}
+
+}  // namespace
+
+void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
+    std::vector<Group> groups(groupCount(picture));
+    BandWriter writer(picture, colorType == PngColorType::rgb, groups);
+    std::vector<PngBand> bands;
+    HeldBytes held;
+    for (int y = 0; y < picture.height(); y = bands.back().end) {
+        bands.push_back(writer.write(y));
+        held.grow(2 * bands.back().rows.blocks.size());  // here and in `out`
+    }
+    appendStream(bands, out);
+}
+
+std::string encodePngFast(const PixelBuffer& picture) { return FastPng().encode(picture, {}); }
+
+/// The last picture: its groups, and of which of them the rows are opaque, and its bands.
+struct FastPng::Kept {
+    int width = 0;
+    int height = 0;
+    std::vector<Group> groups;
+    std::vector<bool> areOpaque;
+    std::vector<PngBand> bands;
+
+    [[nodiscard]] bool isOpaque() const { return std::ranges::all_of(areOpaque, std::identity()); }
+};
+
+FastPng::FastPng() = default;
+FastPng::~FastPng() = default;
+FastPng::FastPng(FastPng&&) noexcept = default;
+FastPng& FastPng::operator=(FastPng&&) noexcept = default;
+
+std::size_t FastPng::byteCount() const {
+    if (!kept_) return 0;
+    std::size_t count = kept_->groups.size() * sizeof(Group);
+    for (const PngBand& band : kept_->bands) count += band.rows.blocks.capacity();
+    return count;
+}
+
+std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed) {
+    std::unique_ptr<Kept> kept = std::move(kept_);
+    const std::size_t count = groupCount(picture);
+    // 1. Which groups may be others: those with a changed row, or with one below a changed row.
+    const bool isAnother = !kept || kept->width != picture.width() || kept->height != picture.height();
+    if (isAnother)
+        kept.reset(
+            new Kept{picture.width(), picture.height(), std::vector<Group>(count), std::vector<bool>(count), {}});
+    std::vector<bool> differs(count, isAnother);
+    for (const PixelRect& area : changed) {
+        if (area.empty()) continue;
+        const int last = std::min(area.y1, picture.height() - 1);
+        for (int group = std::max(area.y0, 0) / rowsInGroup; group <= last / rowsInGroup; ++group)
+            differs[static_cast<std::size_t>(group)] = true;
+    }
+    // 2. Whether there is an alpha channel; if that changes, so do all.
+    const bool wasOpaque = kept->isOpaque();
+    for (std::size_t group = 0; group < count; ++group)
+        if (differs[group]) kept->areOpaque[group] = isOpaque(picture, group);
+    const bool opaque = kept->isOpaque();
+    if (opaque != wasOpaque) differs.assign(count, true);
+    // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one.
+    BandWriter writer(picture, opaque, kept->groups);
+    const auto isStillThere = [&](const PngBand& band) {
+        for (int y = band.begin; y < band.end; y += rowsInGroup) {
+            if (differs[static_cast<std::size_t>(y / rowsInGroup)]) return false;
+            const int end = std::min(y + rowsInGroup, band.end);
+            if (writer.endsBand(end) != (end == band.end)) return false;
+        }
+        return true;
+    };
+    std::vector<PngBand> bands;
+    HeldBytes held;
+    auto next = kept->bands.begin();
+    for (int y = 0; y < picture.height(); y = bands.back().end) {
+        while (next != kept->bands.end() && next->begin < y) ++next;
+        if (next != kept->bands.end() && next->begin == y && isStillThere(*next)) {
+            bands.push_back(std::move(*next));
+        } else {
+            bands.push_back(writer.write(y));
+            compressedRows_ += static_cast<std::uint64_t>(bands.back().end - y);
+        }
+        held.grow(2 * bands.back().rows.blocks.size());  // here and in the file
+    }
+    kept->bands = std::move(bands);
+
+    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
     file.beginChunk("IDAT");
-    appendPngRowsFast(picture, colorType, file.bytes());
+    appendStream(kept->bands, file.bytes());
     file.endChunk();
+    kept_ = std::move(kept);
     return file.finish();
 }
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/run_deflater.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "tavrin/platform/foundation/pixels/pixels.h"
 
@@ -16,15 +20,55 @@ constexpr unsigned longestLengthCode = 7;
 constexpr std::array<std::uint8_t, 19> codeLengths{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
 constexpr std::size_t mostOfHeader = 512;
 
+/// A symbol that stands for a code's length or for several, and the bits that follow it.
+struct LengthSymbol {
+    std::uint8_t symbol;
+    std::uint8_t extra = 0;
+    std::uint8_t extraBits = 0;
+};
+
+/// The lengths of codes as deflate writes them: of those that repeat, how often.
+std::vector<LengthSymbol> lengthSymbols(std::span<const std::uint8_t> lengths) {
+    constexpr std::size_t mostZeros = 138;
+    constexpr std::size_t fewestOfMany = 11;
+    constexpr std::size_t mostRepeats = 6;
+    constexpr std::size_t fewest = 3;
+    std::vector<LengthSymbol> symbols;
+    symbols.reserve(lengths.size());
+    for (std::size_t i = 0; i < lengths.size();) {
+        const std::uint8_t length = lengths[i];
+        std::size_t same = 1;
+        while (i + same < lengths.size() && lengths[i + same] == length) ++same;
+        std::size_t taken = 1;
+        if (length == 0 && same >= fewest) {
+            taken = std::min(same, mostZeros);
+            const bool many = taken >= fewestOfMany;
+            const auto extra = static_cast<std::uint8_t>(taken - (many ? fewestOfMany : fewest));
+            symbols.push_back(many ? LengthSymbol{18, extra, 7} : LengthSymbol{17, extra, 3});
+        } else {
+            symbols.push_back({length});
+            if (same > fewest) {
+                const std::size_t repeats = std::min(same - 1, mostRepeats);
+                symbols.push_back({16, static_cast<std::uint8_t>(repeats - fewest), 2});
+                taken += repeats;
+            }
+        }
+        i += taken;
+    }
+    return symbols;
+}
+
 /// Says that a block begins that has codes of its own, and which.
 void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes, std::size_t channels) {
-    std::vector<std::uint16_t> lengths;
-    for (const HuffmanCode& code : codes) lengths.push_back(code.length);
+    std::vector<std::uint8_t> lengths;
+    lengths.reserve(codes.size() + channels);
+    for (const HuffmanCode& code : codes) lengths.push_back(static_cast<std::uint8_t>(code.length));
     // Distances are 1 or a pixel, with one bit each.
     for (std::size_t distance = 1; distance <= channels; ++distance)
         lengths.push_back(distance == 1 || distance == channels ? 1 : 0);
+    const std::vector<LengthSymbol> symbols = lengthSymbols(lengths);
     std::array<std::uint32_t, codeLengths.size()> counts{};
-    for (const std::uint16_t length : lengths) ++counts[length];
+    for (const LengthSymbol& symbol : symbols) ++counts[symbol.symbol];
     const std::vector<HuffmanCode> lengthCodes = huffmanCodes(counts, longestLengthCode);
 
     constexpr unsigned ownCodes = 2;
@@ -33,7 +77,10 @@ void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes,
     bits.put(channels - 1, 5);
     bits.put(codeLengths.size() - 4, 4);
     for (const std::uint8_t length : codeLengths) bits.put(lengthCodes[length].length, 3);
-    for (const std::uint16_t length : lengths) bits.put(lengthCodes[length]);
+    for (const LengthSymbol& symbol : symbols) {
+        const HuffmanCode code = lengthCodes[symbol.symbol];
+        bits.put(code.bits | unsigned{symbol.extra} << code.length, code.length + symbol.extraBits);
+    }
 }
 
 /// The difference of two pixels whose channels are then no longer premultiplied.
@@ -46,10 +93,9 @@ struct SubtractStraight {
     }
 };
 
-}  // namespace
-
+/// Adds a row with the number of its filter to a checksum.
 template <std::size_t channels>
-void RunDeflater::Sum::addRow(const RowDifferences& row, std::size_t width) {
+void addRowTo(ZlibSum& sum, const RowDifferences& row, std::size_t width) {
     std::uint64_t ofBytes = 0;
     std::uint64_t ofPlaces = 0;  // each byte as often as there are pixels to the left
     std::uint64_t inPixels = 0;  // each byte as often as there are others before it in its pixel
@@ -65,29 +111,38 @@ void RunDeflater::Sum::addRow(const RowDifferences& row, std::size_t width) {
     }
     // A byte is in the sum of sums as often as there are bytes from it to the end.
     const std::uint64_t pixelBytes = channels * width;
-    sums += (bytes + filterUp) * (pixelBytes + 1) + ofBytes * pixelBytes - channels * ofPlaces - inPixels;
-    bytes += filterUp + ofBytes;
-    bytes %= adlerModulus;
-    sums %= adlerModulus;
+    sum.sums += (sum.bytes + filterUp) * (pixelBytes + 1) + ofBytes * pixelBytes - channels * ofPlaces - inPixels;
+    sum.bytes += filterUp + ofBytes;
+    sum.bytes %= adlerModulus;
+    sum.sums %= adlerModulus;
+    sum.length += pixelBytes + 1;
 }
 
-RunDeflater::RunDeflater(std::string& out, bool opaque) : out_(out), opaque_(opaque) { out_.append("\x78\x01", 2); }
+}  // namespace
 
-void RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
-    if (opaque_)
-        addRuns<3>(row, above, width);
-    else
-        addRuns<4>(row, above, width);
+void ZlibSum::append(const ZlibSum& next) {
+    sums = (sums + next.sums + next.length % adlerModulus * (bytes + adlerModulus - 1)) % adlerModulus;
+    bytes = (bytes + next.bytes + adlerModulus - 1) % adlerModulus;
+    length += next.length;
+}
+
+std::array<char, 4> ZlibSum::digits() const {
+    return {static_cast<char>(sums >> 8), static_cast<char>(sums), static_cast<char>(bytes >> 8),
+            static_cast<char>(bytes)};
+}
+
+std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
+    return opaque_ ? addRuns<3>(row, above, width) : addRuns<4>(row, above, width);
 }
 
 template <std::size_t channels>
-void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
+std::size_t RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
     constexpr std::size_t shortest = shortestMatch / channels + 1;  // one byte may have to be written by itself
     // Before a row, so that one is left for the last block.
     if (runCount_ >= runsInBlock) writeBlock<channels>(false);
-    runs_.resize(runsInBlock + width);
+    if (runs_.size() < runsInBlock + width) runs_.resize(runsInBlock + width);
     differences_.compare(row, above, width, SubtractStraight<channels>{});
-    sum_.addRow<channels>(differences_, width);
+    addRowTo<channels>(rows_.sum, differences_, width);
     PixelRun* const begin = runs_.data() + runCount_;
     PixelRun* const end = writeRuns(differences_, shortest, begin);
     const auto count = static_cast<std::size_t>(end - begin);
@@ -98,18 +153,30 @@ void RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, 
     }
     if (count % 2 != 0) symbolsOf<channels>(end[-1], counters_[0]);
     runCount_ += count;
+    return count;
 }
 
-void RunDeflater::finish() {
+DeflatedRows RunDeflater::take(bool last) {
     if (opaque_)
-        writeBlock<3>(true);
+        writeBlock<3>(last);
     else
-        writeBlock<4>(true);
-    if (pendingCount_ > 0) out_ += static_cast<char>(pendingBits_);
-    for (const std::uint64_t half : {sum_.sums, sum_.bytes}) {
-        out_ += static_cast<char>(half >> 8);
-        out_ += static_cast<char>(half);
-    }
+        writeBlock<4>(last);
+    fillByte(last);
+    held_ = {};  // from now on who takes them holds them
+    return std::exchange(rows_, {});
+}
+
+/// Lets the blocks end with a whole byte; an empty one follows where others are to come.
+void RunDeflater::fillByte(bool last) {
+    if (pendingCount_ == 0) return;
+    constexpr unsigned bitsOfKind = 3;
+    constexpr unsigned bitsInByte = 8;
+    constexpr std::string_view noBytes("\0\0\xFF\xFF", 4);
+    rows_.blocks += static_cast<char>(pendingBits_);
+    if (!last && pendingCount_ + bitsOfKind > bitsInByte) rows_.blocks += '\0';
+    if (!last) rows_.blocks += noBytes;
+    pendingBits_ = 0;
+    pendingCount_ = 0;
 }
 
 template <std::size_t channels>
@@ -121,11 +188,12 @@ void RunDeflater::writeBlock(bool last) {
     std::uint64_t size = 0;
     for (std::size_t symbol = 0; symbol < symbolCount; ++symbol)
         size += std::uint64_t{counts[symbol]} * (codes[symbol].length + bitsAfterSymbol[symbol]);
-    const std::size_t begin = out_.size();
+    std::string& out = rows_.blocks;
+    const std::size_t begin = out.size();
     held_.grow(size / 8 + mostOfHeader);
-    out_.resize(begin + size / 8 + mostOfHeader);
+    out.resize(begin + size / 8 + mostOfHeader);
 
-    BitWriter bits(out_.data() + begin, pendingBits_, pendingCount_);
+    BitWriter bits(out.data() + begin, pendingBits_, pendingCount_);
     writeHeader(bits, last, codes, channels);
     SymbolWriter writer(bits, std::span<const HuffmanCode, symbolCount>(codes));
     for (const PixelRun& run : std::span(runs_).first(runCount_)) symbolsOf<channels>(run, writer);
@@ -133,7 +201,7 @@ void RunDeflater::writeBlock(bool last) {
     bits.put(codes[endOfBlock]);
     pendingBits_ = bits.bits();
     pendingCount_ = bits.count();
-    out_.resize(static_cast<std::size_t>(bits.end() - out_.data()));
+    out.resize(static_cast<std::size_t>(bits.end() - out.data()));
     runCount_ = 0;
     counters_ = {};
 }

@@ -13,36 +13,47 @@
 
 namespace tavrin::paint {
 
-/// Writes the rows of a picture as those of a PNG under the filter *Up* as a zlib stream, appended to a string. Of what
-/// deflate offers it uses runs only: a widget is so much alike from row to row that most pixels are the one above, and
-/// looking for anything else takes longer than all of this. The same rows are the same bytes, on every machine.
+/// The checksum of a part of a zlib stream's text; those of parts that follow each other make that of both.
+struct ZlibSum {
+    std::uint64_t bytes = 1;
+    std::uint64_t sums = 0;
+    std::uint64_t length = 0;
+
+    void append(const ZlibSum& next);
+    /// Big-endian, as it stands at the end of a stream.
+    [[nodiscard]] std::array<char, 4> digits() const;
+};
+
+/// Some rows of a picture, compressed: blocks of deflate that end with a whole byte and need nothing of what stands
+/// before them.
+struct DeflatedRows {
+    std::string blocks;
+    ZlibSum sum;
+};
+
+/// Compresses the rows of a picture as those of a PNG under the filter *Up*. Of what deflate offers it uses runs only:
+/// a widget is so much alike from row to row that most pixels are the one above, and looking for anything else takes
+/// longer than all of this. The same rows are the same bytes, on every machine.
 class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
-    RunDeflater(std::string& out, bool opaque);
+    explicit RunDeflater(bool opaque) : opaque_(opaque) {}
 
-    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it.
-    void addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
-    /// Ends the stream, which has at least one row.
-    void finish();
+    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Returns of
+    /// how many runs it is made.
+    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
+    /// The rows that were added since it was last called, at least one. Whether they are the picture's last.
+    [[nodiscard]] DeflatedRows take(bool last);
 
 private:
-    /// The two halves of a zlib stream's checksum.
-    struct Sum {
-        std::uint64_t bytes = 1;
-        std::uint64_t sums = 0;
-
-        template <std::size_t channels>
-        void addRow(const RowDifferences& row, std::size_t width);
-    };
     template <std::size_t channels>
-    void addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
+    std::size_t addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
     template <std::size_t channels>
     void writeBlock(bool last);
+    void fillByte(bool last);
 
-    std::string& out_;
     bool opaque_;
-    Sum sum_;
+    DeflatedRows rows_;
     RowDifferences differences_;
     std::array<SymbolCounter, 2> counters_;
     std::vector<PixelRun> runs_;  // the first ones are those of the block that is not written yet
