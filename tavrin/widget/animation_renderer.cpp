@@ -3,29 +3,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
-#include "tavrin/platform/layout/timed_layout.h"
+#include "tavrin/platform/layout/loaded_bodies.h"
 #include "tavrin/platform/paint/animation/animation_encoder.h"
-#include "tavrin/platform/paint/canvas.h"
-#include "tavrin/platform/paint/painter.h"
+#include "tavrin/platform/paint/next_change.h"
 #include "tavrin/platform/paint/text/text_painter.h"
-#include "tavrin/platform/paint/widget_painter.h"
 #include "tavrin/widget/note_logger.h"
 
 namespace tavrin {
 namespace {
 
 constexpr double maximumFramesPerSecond = 100;
-
-EnvironmentValues environmentOf(const RenderOptions& options) {
-    EnvironmentValues environment = options.environment;
-    environment.displayScale = options.scale;
-    return environment;
-}
 
 void checkPixels(const PixelBuffer& picture, std::size_t count) {
     const std::int64_t pixels = std::int64_t{picture.width()} * picture.height();
@@ -53,23 +46,35 @@ std::uint64_t beginOf(std::size_t frame, double delay) {
 }  // namespace
 
 struct AnimationRenderer::State {
-    State(AnyView view, RenderOptions drawn, NoteSink heard)
-        : options(std::move(drawn)),
+    State(AnyView drawn, RenderOptions how, NoteSink heard)
+        : view(std::move(drawn)),
+          options(std::move(how)),
           notes(std::move(heard)),
-          ownTexts(options.fonts ? std::make_unique<paint::TextPainter>(options.fonts) : nullptr),
-          texts(ownTexts ? *ownTexts : paint::TextPainter::ofThisThread()),
-          layout(std::move(view), options.size, environmentOf(options), texts.engine(), options.diagnostics) {}
+          texts(paint::TextPainter::ofThisThread(options.fonts)) {
+        options.environment.displayScale = options.scale;
+    }
 
+    /// The tree at the present moment. What views wait for is waited for once, and what is doubtful is reported once.
+    std::shared_ptr<const layout::LayoutTree> layOut() {
+        if (loaded)
+            loaded->repeat();
+        else
+            loaded = layout::LoadedBodies::under(view);
+        return std::make_shared<const layout::LayoutTree>(
+            layout::layOut(view, options.size, options.environment, texts->engine(),
+                           std::exchange(options.diagnostics, {}), layout::Recording::none, &*loaded));
+    }
+
+    AnyView view;
     RenderOptions options;
     NoteSink notes;
-    std::unique_ptr<paint::TextPainter> ownTexts;  // only with fonts of the host's own
-    paint::TextPainter& texts;
-    layout::TimedLayout layout;
-    paint::StillPart still = {};  // of the layout with the number `stillLayout`
-    std::size_t stillLayout = 0;
-    std::shared_ptr<const PixelBuffer> last = nullptr;
-    std::size_t drawingCount = 0;
-    HeldBytes kept = {};  // those of `last` and `still`
+    std::shared_ptr<paint::TextPainter> texts;
+    std::optional<layout::LoadedBodies> loaded = std::nullopt;
+    paint::LastPicture last;
+    std::shared_ptr<const PixelBuffer> picture = nullptr;  // that of all moments from the options' one to `next`
+    Date next = {};
+    std::size_t layoutCount = 0;
+    HeldBytes kept = {};  // those of `picture`
     Cost cost = options.spent;
 };
 
@@ -78,9 +83,9 @@ AnimationRenderer::AnimationRenderer(AnyView view, RenderOptions options, NoteSi
 
 AnimationRenderer::~AnimationRenderer() = default;
 
-std::size_t AnimationRenderer::layoutCount() const { return state_->layout.layoutCount(); }
+std::size_t AnimationRenderer::layoutCount() const { return state_->layoutCount; }
 
-std::size_t AnimationRenderer::drawingCount() const { return state_->drawingCount; }
+const LastPicture::Work& AnimationRenderer::work() const { return state_->last.work(); }
 
 std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     State& s = *state_;
@@ -91,17 +96,18 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     s.cost.pixels = s.options.spent.pixels;
     Metering metering(s.options.budget, s.cost);
     metering.check();
-    const bool mayDiffer = s.layout.moveTo(moment);
-    if (s.last && !mayDiffer) return s.last;
-    paint::Canvas canvas = paint::Canvas::raster(s.options.size, s.options.scale);
-    const auto before = std::exchange(s.last, nullptr);  // no picture is kept if drawing throws
-    if (std::exchange(s.stillLayout, s.layout.layoutCount()) != s.layout.layoutCount()) s.still = {};
-    paint::paintWidget(s.layout.tree(), s.options.look(), canvas, s.texts, {.still = &s.still});
-    PixelBuffer picture = canvas.finishRaster();
-    ++s.drawingCount;
-    s.kept = HeldBytes(picture.byteCount() * (s.still.pixels ? 2 : 1));
-    s.last = before && *before == picture ? before : std::make_shared<const PixelBuffer>(std::move(picture));
-    return s.last;
+    Date& now = s.options.environment.date;
+    if (s.picture && now.secondsSince1970 <= moment.secondsSince1970 &&
+        moment.secondsSince1970 < s.next.secondsSince1970)
+        return s.picture;
+    const auto before = std::exchange(s.picture, nullptr);  // no picture is kept if drawing throws
+    now = moment;
+    const std::shared_ptr<const layout::LayoutTree> tree = s.layOut();
+    ++s.layoutCount;
+    s.picture = s.last.pixels(tree, s.options.look(), s.options.scale, s.texts);
+    s.next = paint::nextChange(*tree, *s.texts);
+    s.kept = HeldBytes(s.picture->byteCount());
+    return s.picture;
 }
 
 std::string AnimationRenderer::png(const PixelBuffer& pixels) {

@@ -10,6 +10,7 @@
 
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/paint/animation/animation_format.h"
+#include "tavrin/platform/paint/last_picture.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/frame_span.h"
@@ -18,6 +19,7 @@
 
 namespace tavrin {
 
+using paint::LastPicture;
 using paint::PixelBuffer;
 
 /// How an animation is written.
@@ -29,9 +31,9 @@ struct AnimationOptions {
     std::function<void(std::size_t done)> progress = {};
 };
 
-/// Draws one view at one moment after another: timers go on, clock hands turn. What stays the same from moment to
-/// moment is neither laid out nor drawn again. Not thread-safe, and to be used by the thread that made it; compressing
-/// takes threads of its own.
+/// Draws one view at one moment after another: timers go on, clock hands turn. While nothing changes nothing is done;
+/// then only what differs is drawn (see `LastPicture`). Not thread-safe, and to be used by the thread that made it;
+/// compressing takes threads of its own.
 ///
 ///     tavrin::AnimationRenderer renderer(view, {.size = {158, 158}});
 ///     std::string webp = renderer.encode({.first = now, .last = {now.secondsSince1970 + 60}}, {});
@@ -65,9 +67,9 @@ public:
     /// the format cannot hold.
     [[nodiscard]] std::string encode(const FrameSpan& span, const AnimationOptions& animation);
 
-    /// How many times the view was laid out, and how many times drawn.
+    /// How many times the view was laid out, and what was drawn.
     [[nodiscard]] std::size_t layoutCount() const;
-    [[nodiscard]] std::size_t drawingCount() const;
+    [[nodiscard]] const LastPicture::Work& work() const;
 
 private:
     struct State;

@@ -14,7 +14,7 @@
 namespace tavrin {
 
 ImageRenderer::ImageRenderer(AnyView view, RenderOptions options)
-    : view_(std::move(view)), options_(std::move(options)) {
+    : view_(std::move(view)), options_(std::move(options)), texts_(paint::TextPainter::ofThisThread(options_.fonts)) {
     options_.environment.displayScale = options_.scale;
 }
 
@@ -22,20 +22,14 @@ ImageRenderer::ImageRenderer(ImageRenderer&&) noexcept = default;
 ImageRenderer& ImageRenderer::operator=(ImageRenderer&&) noexcept = default;
 ImageRenderer::~ImageRenderer() = default;
 
-paint::TextPainter& ImageRenderer::texts() {
-    if (options_.fonts == nullptr) return paint::TextPainter::ofThisThread();
-    if (ownTexts_ == nullptr) ownTexts_ = std::make_unique<paint::TextPainter>(options_.fonts);
-    return *ownTexts_;
-}
-
-text::TextEngine& ImageRenderer::textEngine() { return texts().engine(); }
+text::TextEngine& ImageRenderer::textEngine() { return texts_->engine(); }
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
     if (layout_ == nullptr) {
         Cost cost = options_.spent;  // which stays as it is if layout fails
         {
             const Metering metering(options_.budget, cost);
-            layout_ = std::make_unique<layout::LayoutTree>(layout::layOut(
+            layout_ = std::make_shared<const layout::LayoutTree>(layout::layOut(
                 view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
         }
         options_.spent = cost;
@@ -82,12 +76,18 @@ std::string ImageRenderer::targetsText() {
 
 PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 
+std::shared_ptr<const PixelBuffer> ImageRenderer::pixels(LastPicture& last) {
+    const auto before = last.tree();  // given back when nothing is counted any more
+    return answer(
+        [&](const layout::LayoutTree&) { return last.pixels(layout_, options_.look(), options_.scale, texts_); });
+}
+
 PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
 
 PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
     return answer([&](const layout::LayoutTree& tree) {
         paint::Canvas canvas = paint::Canvas::raster(options_.size, options_.scale);
-        paint::paintWidget(tree, options_.look(), canvas, texts(), {.drawsTexts = drawsTexts});
+        paint::paintWidget(tree, options_.look(), canvas, *texts_, {.drawsTexts = drawsTexts});
         return canvas.finishRaster();
     });
 }
@@ -97,10 +97,18 @@ std::string ImageRenderer::encode(PictureFormat format) {
         paint::Canvas canvas = format == PictureFormat::png   ? paint::Canvas::raster(options_.size, options_.scale)
                                : format == PictureFormat::svg ? paint::Canvas::svg(options_.size)
                                                               : paint::Canvas::pdf(options_.size);
-        paint::paintWidget(tree, options_.look(), canvas, texts());
+        paint::paintWidget(tree, options_.look(), canvas, *texts_);
         if (format == PictureFormat::png) return paint::encodePng(canvas.finishRaster(), options_.compression);
         for (const TapTarget& target : targetsIn(tree)) canvas.link(target.frame, target.destination);
         return canvas.finishDocument();
+    });
+}
+
+std::string ImageRenderer::encode(PictureFormat format, LastPicture& last) {
+    if (format != PictureFormat::png) return encode(format);
+    const auto before = last.tree();
+    return answer([&](const layout::LayoutTree&) {
+        return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);
     });
 }
 

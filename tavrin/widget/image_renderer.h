@@ -8,6 +8,7 @@
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
+#include "tavrin/platform/paint/last_picture.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/widget/render_options.h"
@@ -18,13 +19,14 @@ class TextPainter;
 
 namespace tavrin {
 
+using paint::LastPicture;
 using paint::PixelBuffer;
 
 /// What a rendered picture is written as.
 enum class PictureFormat : unsigned char { png, svg, pdf };
 
-/// Lays out one view and draws it. Not thread-safe; several threads use a renderer each. What costs more than
-/// `RenderOptions::budget` throws `TavrinError` of kind "Budget".
+/// Lays out one view and draws it, on the thread that makes it: texts are shaped and drawn with what each thread keeps.
+/// What costs more than `RenderOptions::budget` throws `TavrinError` of kind "Budget".
 ///
 ///     tavrin::ImageRenderer renderer(view, {.size = {338, 158}, .scale = 3});
 ///     std::string png = renderer.encode(tavrin::PictureFormat::png);
@@ -48,11 +50,15 @@ public:
     [[nodiscard]] std::string targetsText();
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
+    /// The same, drawn from what differs from the last picture; see `LastPicture`.
+    [[nodiscard]] std::shared_ptr<const PixelBuffer> pixels(LastPicture& last);
     /// The same picture without its texts: what they stand on.
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();
     /// Draws the picture and writes it. SVG and PDF are drawn by the same walk, with text as glyphs, and lead where
     /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
     [[nodiscard]] std::string encode(PictureFormat format);
+    /// The same bytes; a PNG is made from what differs from the last picture. See `LastPicture`.
+    [[nodiscard]] std::string encode(PictureFormat format, LastPicture& last);
 
     /// What the last answer has cost, all that led to it included.
     [[nodiscard]] const Cost& cost() const { return cost_; }
@@ -64,14 +70,13 @@ private:
     template <class Work>
     auto answer(Work work);
     [[nodiscard]] std::vector<TapTarget> targetsIn(const layout::LayoutTree& tree) const;
-    [[nodiscard]] paint::TextPainter& texts();
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
     RenderOptions options_;  // which say what has been spent, the layout included
     Cost cost_;
-    std::unique_ptr<paint::TextPainter> ownTexts_;  // only with fonts of the host's own
-    std::unique_ptr<layout::LayoutTree> layout_;
+    std::shared_ptr<paint::TextPainter> texts_;
+    std::shared_ptr<const layout::LayoutTree> layout_;
 };
 
 }  // namespace tavrin

@@ -45,6 +45,11 @@ PixelBuffer Widget::pixels() {
     return renderer_.pixels();
 }
 
+std::shared_ptr<const PixelBuffer> Widget::pixels(LastPicture& last) {
+    const Hearing hearing(options_.notes);
+    return renderer_.pixels(last);
+}
+
 PixelBuffer Widget::pixelsWithoutTexts() {
     const Hearing hearing(options_.notes);
     return renderer_.pixelsWithoutTexts();
@@ -53,6 +58,11 @@ PixelBuffer Widget::pixelsWithoutTexts() {
 std::string Widget::encode(PictureFormat format) {
     const Hearing hearing(options_.notes);
     return renderer_.encode(format);
+}
+
+std::string Widget::encode(PictureFormat format, LastPicture& last) {
+    const Hearing hearing(options_.notes);
+    return renderer_.encode(format, last);
 }
 
 std::string Widget::png(const PixelBuffer& pixels, PngCompression compression) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,10 @@ public:
     [[nodiscard]] std::vector<TapTarget> targets();
     [[nodiscard]] std::string targetsText();
     [[nodiscard]] PixelBuffer pixels();
+    [[nodiscard]] std::shared_ptr<const PixelBuffer> pixels(LastPicture& last);
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();
     [[nodiscard]] std::string encode(PictureFormat format = PictureFormat::png);
+    [[nodiscard]] std::string encode(PictureFormat format, LastPicture& last);
     /// The last answer's pixels as a PNG; costs what it would have cost to write them at once.
     [[nodiscard]] std::string png(const PixelBuffer& pixels, PngCompression compression) const;
 

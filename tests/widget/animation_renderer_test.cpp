@@ -2,6 +2,7 @@
 #include "tavrin/widget/animation_renderer.h"
 
 #include <limits>
+#include <stdexcept>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -28,6 +29,47 @@ AnyView hand(double period) {
         .period = ClockHandPeriod::custom(period),
         .content = FixedFrame{.width = 10, .height = 50, .alignment = Alignment::top, .content = Rectangle{}}};
 }
+
+/// A view whose body is the same at every moment.
+struct Timeless {
+    static constexpr std::string_view name = "Timeless";
+    static constexpr bool readsDate = false;
+    [[nodiscard]] AnyView body(const EnvironmentValues&) const { return Rectangle{}; }
+};
+
+/// One with another at each.
+struct Today {
+    static constexpr std::string_view name = "Today";
+    [[nodiscard]] AnyView body(const EnvironmentValues& environment) const {
+        return FixedFrame{.width = environment.date.secondsSince1970 - noon + 1, .content = Rectangle{}};
+    }
+};
+
+/// A view that waits for something, and counts how often.
+struct Slow {
+    static constexpr std::string_view name = "Slow";
+    int* loads;
+    int* bodies;
+    [[nodiscard]] Loading loading() const {
+        return {"slow", false, [*this]() -> Loading::Body {
+                    ++*loads;
+                    return [*this](const EnvironmentValues&) -> AnyView {
+                        ++*bodies;
+                        return Rectangle{};
+                    };
+                }};
+    }
+    [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }
+};
+
+/// A view with a moment at which it has no body.
+struct Failing {
+    static constexpr std::string_view name = "Failing";
+    [[nodiscard]] AnyView body(const EnvironmentValues& environment) const {
+        if (environment.date == Date{noon + 1}) throw std::runtime_error("not now");
+        return Rectangle{};
+    }
+};
 
 RenderOptions smallOptions() {
     RenderOptions options;
@@ -78,14 +120,22 @@ TEST(AnimationRenderer, DrawsOnlyWhatMayDiffer) {
         const char* why;
         AnyView view;
         FrameSpan span;
-        std::size_t layouts, drawings, pictures;
+        std::size_t layouts, pictures;
     } rows[] = {
-        {"nothing depends on the moment", Rectangle{}, spanOf(10), 1, 1, 1},
-        {"a timer", timer(600), spanOf(10), 1, 11, 11},
-        {"a timer between its seconds", timer(600), spanOf(2, 0.25), 1, 3, 3},
-        {"a clock hand", hand(60), spanOf(10), 1, 11, 11},
-        {"a clock hand in even turns", hand(5), spanOf(10, 5), 1, 1, 1},
-        {"a clock hand that turns out of sight", Opacity{.value = 0, .content = hand(60)}, spanOf(10), 1, 11, 1},
+        {"nothing depends on the moment", Rectangle{}, spanOf(10), 1, 1},
+        {"a body that says so", Timeless{}, spanOf(10), 1, 1},
+        {"a body that may read the date", Today{}, spanOf(3), 4, 4},
+        {"a timer", timer(600), spanOf(10), 11, 11},
+        {"a timer between its seconds", timer(600), spanOf(2, 0.25), 3, 3},
+        {"a timer out of sight", Opacity{.value = 0, .content = timer(600)}, spanOf(10), 1, 1},
+        {"a timer in a geometry reader", GeometryReader{[](const GeometryProxy&) -> AnyView { return timer(600); }},
+         spanOf(3), 4, 4},
+        {"a clock hand", hand(60), spanOf(10), 11, 11},
+        {"a clock hand in even turns", hand(5), spanOf(10, 5), 3, 1},
+        {"a clock hand that stands still", hand(0), spanOf(10), 1, 1},
+        {"a clock hand that turns out of sight", Opacity{.value = 0, .content = hand(60)}, spanOf(10), 1, 1},
+        {"a round clock hand", ClockHandRotationEffect{.period = ClockHandPeriod::custom(60), .content = Circle{}},
+         spanOf(60, 15), 5, 1},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -98,7 +148,6 @@ TEST(AnimationRenderer, DrawsOnlyWhatMayDiffer) {
         });
         EXPECT_EQ(moments, row.span.count());
         EXPECT_EQ(renderer.layoutCount(), row.layouts);
-        EXPECT_EQ(renderer.drawingCount(), row.drawings);
         EXPECT_EQ(pictures.size(), row.pictures);
     }
 }
@@ -116,7 +165,7 @@ TEST(AnimationRenderer, RefusesWhatIsNoAnimation) {
     EXPECT_THROW(static_cast<void>(renderer.encode(spanOf(1, 0), {})), TavrinError);
     for (const double rate : {0.0, -1.0, 101.0, std::numeric_limits<double>::quiet_NaN()})
         EXPECT_THROW(static_cast<void>(renderer.encode(spanOf(1), {.framesPerSecond = rate})), TavrinError);
-    EXPECT_EQ(renderer.drawingCount(), 0U);
+    EXPECT_EQ(renderer.layoutCount(), 0U);
 
     RenderOptions large = smallOptions();
     large.size = {2000, 1000};
@@ -140,7 +189,50 @@ TEST(AnimationRenderer, PicturesThatAreHandedOutAreNotHeld) {
         last = renderer.pixels({1000.0 + second});
         EXPECT_FALSE(renderer.png(*last).empty());
     }
-    EXPECT_EQ(renderer.drawingCount(), 100U);
+    EXPECT_EQ(renderer.layoutCount(), 100U);
+}
+
+TEST(AnimationRenderer, WaitsOnce) {
+    int loads = 0;
+    int bodies = 0;
+    AnimationRenderer renderer(HStack{.children = {timer(600), Slow{&loads, &bodies}}}, smallOptions());
+    for (double moment = 0; moment < 5; ++moment) static_cast<void>(renderer.pixels({noon + moment}));
+    EXPECT_EQ(renderer.layoutCount(), 5U);
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(bodies, 1);
+}
+
+TEST(AnimationRenderer, ReportsOnce) {
+    int reports = 0;
+    RenderOptions options = smallOptions();
+    options.diagnostics = [&](std::string_view) { ++reports; };
+    const AnyView doubtful = FlexibleFrame{.minWidth = 2, .maxWidth = 1, .content = Rectangle{}};
+    AnimationRenderer renderer(HStack{.children = {timer(600), doubtful}}, options);
+    for (double moment = 0; moment < 3; ++moment) static_cast<void>(renderer.pixels({noon + moment}));
+    EXPECT_EQ(renderer.layoutCount(), 3U);
+    EXPECT_EQ(reports, 1);
+}
+
+TEST(AnimationRenderer, GoesOnAfterAFailure) {
+    const AnyView view = HStack{.children = {Failing{}, timer(600)}};
+    RenderOptions options = smallOptions();
+    AnimationRenderer renderer(view, options);
+    EXPECT_NE(renderer.pixels({noon}), nullptr);
+    EXPECT_THROW(static_cast<void>(renderer.pixels({noon + 1})), std::runtime_error);
+    EXPECT_THROW(static_cast<void>(renderer.pixels({noon + 1})), std::runtime_error);
+    options.environment.date = {noon + 2};
+    EXPECT_TRUE(*renderer.pixels({noon + 2}) == ImageRenderer(view, options).pixels());
+}
+
+TEST(AnimationRenderer, PaintsOnlyWhatDiffers) {
+    RenderOptions options = smallOptions();
+    const AnyView view = VStack{.children = {Text{.content = SharedText("still")}, timer(600)}};
+    AnimationRenderer renderer(view, options);
+    static_cast<void>(renderer.pixels({noon}));
+    const std::uint64_t whole = renderer.work().pixels;
+    EXPECT_EQ(whole, 200U * 120);
+    static_cast<void>(renderer.pixels({noon + 1}));
+    EXPECT_LT(renderer.work().pixels - whole, whole / 3) << "the timer's line";
 }
 
 }  // namespace

@@ -38,16 +38,6 @@ public:
         }
     }
 
-    /// Whether answers have been forgotten, or the next one will be.
-    [[nodiscard]] bool isFull() const { return more_.size() == capacity - 1; }
-
-    /// Calls `visit(proposal, answer)` for all that is remembered; the answers may be changed.
-    template <class Visit>
-    void forEach(const Visit& visit) {
-        if (used_) visit(first_.proposal, first_.answer);
-        for (Entry& entry : more_) visit(entry.proposal, entry.answer);
-    }
-
 private:
     struct Entry {
         Proposal proposal;

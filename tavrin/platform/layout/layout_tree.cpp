@@ -2,8 +2,12 @@
 #include "tavrin/platform/layout/layout_tree.h"
 
 #include <cmath>
+#include <cstddef>
+#include <memory>
+#include <optional>
 
-#include "tavrin/platform/layout/layout_steps.h"
+#include "tavrin/platform/layout/loaded_bodies.h"
+#include "tavrin/platform/layout/measurer.h"
 #include "tavrin/platform/layout/placer.h"
 #include "tavrin/platform/layout/tree_builder.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -36,9 +40,14 @@ std::span<const LayoutTree::Index> LayoutTree::drawingOrder(Index stack) const {
     return std::span(childLists_).subspan(item.inDrawingOrder, item.count);
 }
 
-void unrollAndPlace(LayoutTree& tree, const AnyView& root, LoadedBodies& loaded, Measurer& measurer,
-                    text::TextEngine& texts, const Diagnostics& diagnostics) {
-    TreeBuilder builder(tree, loaded, texts, diagnostics);
+LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
+                  const Diagnostics& diagnostics, Recording recording, LoadedBodies* loaded) {
+    LayoutTree tree(widget, environment);
+    if (recording == Recording::placements) tree.placements_ = std::make_unique<Placements>();
+    std::optional<LoadedBodies> own;
+    if (!loaded) loaded = &own.emplace(LoadedBodies::under(root));
+    Measurer measurer(tree, texts);
+    TreeBuilder builder(tree, *loaded, texts, diagnostics);
     builder.addRoot(root);
     measurer.takeIn();
     Placer placer(tree, measurer);
@@ -50,15 +59,6 @@ void unrollAndPlace(LayoutTree& tree, const AnyView& root, LoadedBodies& loaded,
         measurer.takeIn();
         placer.placeContent(reader);
     }
-}
-
-LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics, Recording recording) {
-    LayoutTree tree(widget, environment);
-    if (recording == Recording::placements) tree.placements_ = std::make_unique<Placements>();
-    LoadedBodies loaded = LoadedBodies::under(root);
-    Measurer measurer(tree, texts);
-    unrollAndPlace(tree, root, loaded, measurer, texts, diagnostics);
     return tree;
 }
 

@@ -22,6 +22,8 @@
 
 namespace tavrin::layout {
 
+class LoadedBodies;
+
 /// Hears what is doubtful in a view tree but no error, one sentence each.
 using Diagnostics = std::function<void(std::string_view message)>;
 
@@ -145,8 +147,7 @@ public:
 
 private:
     friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&,
-                             Recording);
-    friend class TimedLayout;
+                             Recording, LoadedBodies*);
     friend class TreeBuilder;
     friend class StackChildren;
     friend class Measurer;
@@ -157,16 +158,6 @@ private:
         std::shared_ptr<const text::ShapedText> shaped;
         text::TextBlock block;
         std::size_t bytes = 0;
-        std::uint32_t timer = noTimer;  ///< where `timers_` keeps more, of a timer
-    };
-    static constexpr std::uint32_t noTimer = UINT32_MAX;
-
-    /// A text that goes with the time.
-    struct TimerItem {
-        Index text = 0;
-        std::string shown;
-        /// What it was proposed where it stands; absent when it has no place.
-        std::optional<Proposal> proposal;
     };
 
     /// A node whose answers are remembered: a stack with those of its children that are views, as ranges of
@@ -195,8 +186,6 @@ private:
     EdgeTable edges_;
     pool::Vector<TextItem> texts_;
     HeldBytes heldShapes_;
-    pool::Vector<TimerItem> timers_;
-    pool::Vector<Index> clockHands_;
     pool::Vector<ContainerItem> containers_;
     pool::Vector<ReaderItem> readers_;
     pool::Vector<Index> childLists_;
@@ -211,8 +200,10 @@ private:
 /// Evaluates the body of each composed view and the content of each geometry reader once. Reports doubtful frames
 /// through `diagnostics`, if any. Throws `TavrinError` of kind "Engine" for views (composed ones unfolded) nested
 /// deeper than `AnyView::maximumNesting`, for more than 8,000,000 views, and for a tree whose layout takes unreasonably
-/// many steps; passes on what a body throws. Recording changes nothing but `LayoutTree::placements`.
+/// many steps; passes on what a body throws. Recording changes nothing but `LayoutTree::placements`. `loaded`, if any,
+/// has the bodies of the tree's views that wait for something, and keeps what is loaded.
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics = {}, Recording recording = Recording::none);
+                  const Diagnostics& diagnostics = {}, Recording recording = Recording::none,
+                  LoadedBodies* loaded = nullptr);
 
 }  // namespace tavrin::layout

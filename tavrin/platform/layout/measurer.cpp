@@ -140,30 +140,17 @@ Size Measurer::textAnswer(Index text, const Proposal& proposal) {
 }
 
 text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
-    const bool fits = fitsUnbroken(text, proposal);
-    if (fits && !isTimer(text)) return ideal(text);
+    if (fitsUnbroken(text, proposal)) return ideal(text);
     AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
     if (const text::TextBlock* known = memory.find(proposal)) return *known;
-    text::TextBlock block = fits ? ideal(text) : broken(text, proposal);
+    text::TextBlock block = broken(text, proposal);
     memory.keep(proposal, block);
     return block;
 }
 
-bool Measurer::renewTimer(Index timer) {
-    TextMemory& memory = textMemories_[tree_.node(timer).detail];
-    memory.idealKnown = false;
-    bool isSame = !memory.broken.isFull();  // what is forgotten cannot be compared
-    memory.broken.forEach([&](const Proposal& proposal, text::TextBlock& block) {
-        const Size before = block.size();
-        block = fitsUnbroken(timer, proposal) ? ideal(timer) : broken(timer, proposal);
-        const Size now = block.size();
-        const bool takesAll = proposal.width.has_value();  // whatever the block's own width
-        isSame = isSame && now.height == before.height && (takesAll || now.width == before.width);
-    });
-    return isSame;
+bool Measurer::isTimer(Index text) const {
+    return std::holds_alternative<Date>(tree_.node(text).view->as<Text>()->content);
 }
-
-bool Measurer::isTimer(Index text) const { return tree_.texts_[tree_.node(text).detail].timer != LayoutTree::noTimer; }
 
 bool Measurer::fitsUnbroken(Index text, const Proposal& proposal) {
     const Size size = ideal(text).size();

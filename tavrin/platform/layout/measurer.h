@@ -38,9 +38,6 @@ public:
     /// The lines of a text in the room it is proposed.
     text::TextBlock textBlock(Index text, const Proposal& proposal);
 
-    /// Takes note that a timer shows another text; says whether its answer to all that it was ever asked is the same.
-    bool renewTimer(Index timer);
-
     /// What an aspect ratio makes of a proposal to itself.
     Proposal proposalInside(Index aspectRatio, const Proposal& proposal);
 

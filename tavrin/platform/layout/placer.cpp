@@ -115,9 +115,7 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
 }
 
 void Placer::placeText(Index text, const Proposal& proposal) {
-    LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
-    item.block = measurer_.textBlock(text, proposal);
-    if (item.timer != LayoutTree::noTimer) tree_.timers_[item.timer].proposal = proposal;
+    tree_.texts_[tree_.node(text).detail].block = measurer_.textBlock(text, proposal);
 }
 
 void Placer::placeSecondary(Index modifier, const Rect& frame) {

@@ -111,7 +111,6 @@ void TreeBuilder::addNode(const Pending& pending) {
     node.inherited = pending.inherited;
     if (kind == ViewKind::spacer) node.detail = static_cast<std::uint32_t>(pending.axes);
     if (kind == ViewKind::text) addText(pending, index);
-    if (kind == ViewKind::clockHandRotationEffect) tree_.clockHands_.push_back(index);
     node.remembers = remembersAnswers(kind, pending.depth);
     if (node.remembers) node.detail = addContainer();
     if (kind == ViewKind::geometryReader) node.detail = addReader(pending);
@@ -166,11 +165,9 @@ void TreeBuilder::addText(const Pending& pending, Index index) {
     const Font font = effectiveFont(text, tree_.environment_);
     LayoutTree::TextItem item;
     if (const auto* date = std::get_if<Date>(&text.content)) {
-        std::string shown = timerText(*date, tree_.environment_.date);
-        item.timer = static_cast<std::uint32_t>(tree_.timers_.size());
+        const std::string shown = timerText(*date, tree_.environment_.date);
         item.bytes = shown.size();
         item.shaped = shape(shown, font);
-        tree_.timers_.push_back({index, std::move(shown), std::nullopt});
     } else {
         const SharedText& shown = std::get<SharedText>(text.content);
         item.bytes = shown.size();

@@ -71,18 +71,36 @@ Canvas& Canvas::operator=(Canvas&&) noexcept = default;
 Canvas::~Canvas() = default;
 
 Canvas Canvas::raster(Size size, double scale) {
+    PixelBuffer picture(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
+    const PixelRect all{0, 0, picture.width(), picture.height()};
+    return onPixels(std::move(picture), scale, all);
+}
+
+Canvas Canvas::raster(PixelBuffer picture, double scale, const PixelRect& window) {
+    const PixelRect area = intersection(window, {0, 0, picture.width(), picture.height()});
+    for (int y = area.y0; y < area.y1; ++y) std::fill(picture.row(y) + area.x0, picture.row(y) + area.x1, 0);
+    return onPixels(std::move(picture), scale, area);
+}
+
+Canvas Canvas::onPixels(PixelBuffer picture, double scale, const PixelRect& window) {
     auto state = std::make_unique<State>();
     state->raster = true;
     state->scale = scale;
-    state->pixels = PixelBuffer(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
+    state->pixels = std::move(picture);
     state->pixelBytes = HeldBytes(state->pixels.byteCount());
     const int width = state->pixels.width();
     const int height = state->pixels.height();
-    Meter::ofThisThread().paint(static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height));
+    const PixelRect all{0, 0, width, height};
+    state->window = state->wholeWindow = window;
+    Meter::ofThisThread().paint(state->window.area());
     state->surface.reset(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(state->pixels.row(0)),
                                                              CAIRO_FORMAT_ARGB32, width, height, width * 4));
     Canvas canvas(std::move(state));
-    canvas.state_->level().clip = {0, 0, width, height};
+    canvas.state_->level().clip = all;
+    if (window != all) {
+        cairo_rectangle(canvas.state_->cairo.get(), window.x0, window.y0, window.width(), window.height());
+        cairo_clip(canvas.state_->cairo.get());
+    }
     canvas.transform({scale, 0, 0, scale, 0, 0});
     return canvas;
 }
@@ -110,7 +128,11 @@ Canvas Canvas::pdf(Size size) {
 }
 
 double Canvas::scale() const { return state_->scale; }
-bool Canvas::hidden() const { return state_->level().clip.empty(); }
+bool Canvas::hidden() const {
+    if (!state_->raster) return state_->level().clip.empty();
+    // What is to be drawn once more needs not be finished.
+    return state_->visible().empty() || state_->wholeWindow != state_->window;
+}
 
 void Canvas::save() {
     cairo_save(state_->cairo.get());
@@ -157,15 +179,14 @@ void Canvas::link(const Rect& area, const URL& destination) {
 
 void Canvas::limit(const Rect& extent) {
     if (!state_->raster || hidden() || !isFinite(extent)) return;
-    PixelRect touched = state_->touchedPixels(extent);
-    // Edges are rounded to whole pixels.
-    constexpr int margin = 2;
-    touched = {touched.x0 - margin, touched.y0 - margin, touched.x1 + margin, touched.y1 + margin};
+    const PixelRect touched = state_->pixelsOfExtent(extent);
     if (intersection(touched, state_->level().clip) != state_->level().clip) state_->clip(touched);
 }
 
 void Canvas::beginLayer() {
-    const PixelRect area = state_->level().clip;
+    // How exactly Cairo reckons depends on where in memory a pixel lies: a layer must begin where it always does.
+    if (state_->raster && !state_->mayDrawWhole(state_->level().clip)) state_->hide();
+    const PixelRect area = state_->raster ? state_->visible() : state_->level().clip;
     state_->count(area);
     state_->pushLevel();
     if (state_->raster) state_->level().layer = HeldBytes(area.area() * sizeof(std::uint32_t));
@@ -184,7 +205,7 @@ void Canvas::endLayer(double opacity) {
 }
 
 void Canvas::inStrips(std::int64_t pixels, const std::function<void()>& draw) {
-    const PixelRect visible = state_->level().clip;
+    const PixelRect visible = state_->visible();
     if (!state_->raster || visible.empty() || pixels >= std::int64_t{visible.width()} * visible.height()) return draw();
     const int height = static_cast<int>(std::max<std::int64_t>(1, pixels / visible.width()));
     for (int top = visible.y0; top < visible.y1; top += height) {
@@ -195,19 +216,18 @@ void Canvas::inStrips(std::int64_t pixels, const std::function<void()>& draw) {
     }
 }
 
-const PixelBuffer& Canvas::pixels() const {
-    cairo_surface_flush(state_->surface.get());
-    return state_->pixels;
+bool Canvas::hasWindow() const {
+    return state_->raster && state_->window != PixelRect{0, 0, state_->pixels.width(), state_->pixels.height()};
 }
 
-void Canvas::replacePixels(const PixelBuffer& picture) {
-    cairo_surface_flush(state_->surface.get());
-    const auto width = static_cast<std::size_t>(picture.width());
-    for (int y = 0; y < picture.height(); ++y) {
-        Meter::ofThisThread().paint(width);
-        std::copy_n(picture.row(y), width, state_->pixels.row(y));
-    }
-    cairo_surface_mark_dirty(state_->surface.get());
+bool Canvas::isOutOfWindow(const Rect& extent) const {
+    if (!state_->raster || !isFinite(extent)) return false;
+    return intersection(state_->pixelsOfExtent(extent), state_->window).empty();
+}
+
+std::optional<PixelRect> Canvas::windowForOutlines() const {
+    if (state_->wholeWindow == state_->window) return std::nullopt;
+    return state_->wholeWindow;
 }
 
 PixelBuffer Canvas::finishRaster() {

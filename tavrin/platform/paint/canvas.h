@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "tavrin/platform/foundation/affine_transform.h"
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/foundation/pixels/bitmap.h"
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/foundation/pixels/rgba.h"
 #include "tavrin/platform/paint/gradient.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
@@ -40,6 +42,9 @@ public:
     /// A transparent picture of `size` points at `scale` pixels a point, rounded to whole pixels. Throws `TavrinError`
     /// of kind "Render" when it would have no pixels or more than `PixelBuffer` allows.
     static Canvas raster(Size size, double scale);
+    /// The same to go on with a picture that was drawn in that size and scale: what lies in `window` is cleared, and
+    /// only there is anything drawn, each pixel as on the whole picture. See `windowForOutlines`.
+    static Canvas raster(PixelBuffer picture, double scale, const PixelRect& window);
     /// A document of one page of `size` points. Throws `TavrinError` of kind "Render" unless both sides are positive
     /// and at most `PixelBuffer::maxSide`.
     static Canvas svg(Size size);
@@ -100,11 +105,14 @@ public:
     /// document.
     void inStrips(std::int64_t pixels, const std::function<void()>& draw);
 
-    /// The picture as it is by now. Only on a raster, and not within a layer.
-    [[nodiscard]] const PixelBuffer& pixels() const;
-    /// Makes the picture another one of the same size; clips and what they cut off stay. Only on a raster, and not
-    /// within a layer.
-    void replacePixels(const PixelBuffer& picture);
+    /// Whether only a part of a raster is drawn on.
+    [[nodiscard]] bool hasWindow() const;
+    /// Whether nothing within an extent is seen, whatever is drawn there: it lies outside of the window.
+    [[nodiscard]] bool isOutOfWindow(const Rect& extent) const;
+    /// Cairo does not draw quite the same pixels where it draws only a part: beside an edge that cuts an outline
+    /// between columns, and anywhere in turned pictures, gradients and clips. What would have had to be cut so is not
+    /// drawn; this larger window has it whole. Absent where there was none, and the picture is complete.
+    [[nodiscard]] std::optional<PixelRect> windowForOutlines() const;
 
     /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind
     /// "Render" with Cairo's message when anything failed. Only on a raster.
@@ -115,6 +123,7 @@ public:
 private:
     struct State;
     explicit Canvas(std::unique_ptr<State> state);
+    static Canvas onPixels(PixelBuffer picture, double scale, const PixelRect& window);
 
     std::unique_ptr<State> state_;
 };

@@ -55,7 +55,9 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
         cairo_clip(cairo);
         cairo_set_antialias(cairo, CAIRO_ANTIALIAS_DEFAULT);
         ++level.outlinedClips;
-        if (state_->raster) level.clip = intersection(level.clip, touched);
+        if (!state_->raster) return;
+        if (!state_->mayClip(touched)) return state_->hide();
+        level.clip = intersection(level.clip, touched);
     }
 }
 
@@ -73,11 +75,13 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     if (direct && (gradient || pieces.outlined.empty())) {
         const std::optional<PixelSource> source = PixelSource::make(paint, state_->matrix());
         if (!source) return;
-        const PixelTarget target(cairo);
+        const PixelTarget target(cairo, state_->window);
         for (const PixelRect& area : pieces.full) target.fill(area, *source);
         for (const PixelRect& area : pieces.outlined) target.fill(state_->coverage(area, shape, *box, true), *source);
     } else {
-        state_->count(state_->touchedPixels(*box));
+        const PixelRect touched = state_->touchedPixels(*box);
+        if (direct ? !state_->mayFill(touched, pieces) : !state_->mayDrawWhole(touched)) return;
+        state_->count(touched);
         if (!state_->setSource(paint)) return;
         cairo_new_path(cairo);
         appendOutline(cairo, shape, *box);
@@ -113,7 +117,8 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     };
     const PixelRect touched = state_->touchedPixels(outside);
     state_->count(touched);
-    if (state_->raster && state_->level().outlinedClips == 0 && std::holds_alternative<Gradient>(paint)) {
+    const bool gradient = std::holds_alternative<Gradient>(paint);
+    if (state_->raster && state_->level().outlinedClips == 0 && gradient) {
         const cairo_matrix_t matrix = state_->matrix();
         const PixelRect area = intersection(touched, state_->level().clip);
         const std::optional<PixelSource> source = PixelSource::make(paint, matrix);
@@ -122,14 +127,14 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
             cairo_set_matrix(context, &matrix);
             draw(context);
         });
-        PixelTarget(cairo).fill(coverage, *source);
-    } else if (state_->isPDF() && std::holds_alternative<Gradient>(paint)) {
+        PixelTarget(cairo, state_->window).fill(coverage, *source);
+    } else if (gradient && state_->isPDF()) {
         // Some viewers leave out what of a gradient's stroke lies past the bounds of the outline; a mask they draw.
         cairo_push_group_with_content(cairo, CAIRO_CONTENT_ALPHA);
         draw(cairo);
         const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo));
         if (state_->setSource(paint)) cairo_mask(cairo, mask.get());
-    } else if (state_->setSource(paint)) {
+    } else if (state_->mayDrawWhole(touched) && state_->setSource(paint)) {
         cairo_new_path(cairo);
         draw(cairo);
     }
@@ -160,7 +165,7 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
         fill(Rect{{outer->origin.x, innerBottom}, {outer->size.width, bottom - innerBottom}}, color);
         fill(Rect{{outer->origin.x, inner.origin.y}, {inner.origin.x - outer->origin.x, inner.size.height}}, color);
         fill(Rect{{innerRight, inner.origin.y}, {right - innerRight, inner.size.height}}, color);
-    } else if (state_->setSource(color)) {
+    } else if (state_->mayDrawWhole(state_->touchedPixels(*outer)) && state_->setSource(color)) {
         cairo_t* const cairo = state_->cairo.get();
         state_->count(state_->touchedPixels(*outer));
         cairo_new_path(cairo);
@@ -176,7 +181,15 @@ void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, Te
     if (hidden() || !isFinite(frame)) return;
     const std::optional<PixelRect> area = state_->wholePixels(frame);
     const Point corner = area ? state_->points(*area).origin : frame.origin;
-    if (!state_->raster) state_->count({});
+    if (state_->raster) {
+        if (!TextPainter::drawsMasks(text, state_->matrix())) {
+            const Rect ink = painter.ink(text, frame.size.width);
+            const Rect inked{{corner.x + ink.origin.x, corner.y + ink.origin.y}, ink.size};
+            if (!isFinite(inked) || !state_->mayDrawWhole(state_->pixelsOfExtent(inked))) return;
+        }
+    } else {
+        state_->count({});
+    }
     painter.draw(state_->cairo.get(), text, corner, frame.size.width, color, state_->raster ? nullptr : &state_->texts);
 }
 

@@ -81,7 +81,7 @@ void Canvas::draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect
 }
 
 void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, double opacity) {
-    const PixelRect area = intersection(frame, level().clip);
+    const PixelRect area = intersection(frame, visible());
     if (area.empty()) return;
     const cairo_matrix_t m = matrix();
     const bool mirrorsX = m.xx < 0;
@@ -101,7 +101,7 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
 }
 
 void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double opacity) {
-    if (intersection(touchedPixels(rect), level().clip).empty()) return;
+    if (intersection(touchedPixels(rect), visible()).empty() || !mayDrawWhole(touchedPixels(rect))) return;
     count(touchedPixels(rect));
     const Size shown = extent(matrix(), rect.size);
     const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(shown.width, picture->width()),

@@ -57,7 +57,7 @@ void Canvas::State::count(const PixelRect& touched) {
     if (!raster) return countInDocument(outlines * stepsInDocument, bytesInDocument);
     Meter& meter = Meter::ofThisThread();
     meter.step(outlines * stepsOfCall);
-    meter.paint(outlines * intersection(touched, level().clip).area());
+    meter.paint(outlines * intersection(touched, visible()).area());
 }
 
 void Canvas::State::countInDocument(std::uint64_t steps, std::size_t bytes) {
@@ -66,11 +66,34 @@ void Canvas::State::countInDocument(std::uint64_t steps, std::size_t bytes) {
     documentBytes.grow(bytes);
 }
 
+bool Canvas::State::mayFill(const PixelRect& touched, const Pieces& pieces) {
+    PixelRect outline{touched.x0, window.y1, touched.x1, window.y0};
+    for (const PixelRect& piece : pieces.outlined) {
+        outline.y0 = std::min(outline.y0, piece.y0);
+        outline.y1 = std::max(outline.y1, piece.y1);
+    }
+    return mayDrawWhole(outline);
+}
+
+bool Canvas::State::mayDrawWhole(const PixelRect& touched) { return hasInWindow(intersection(touched, level().clip)); }
+
+bool Canvas::State::mayClip(const PixelRect& touched) {
+    return intersection(touched, visible()).empty() || hasInWindow({0, 0, pixels.width(), pixels.height()});
+}
+
+bool Canvas::State::hasInWindow(const PixelRect& area) {
+    const PixelRect inside = intersection(area, window);
+    if (!raster || inside.empty() || inside == area) return true;
+    wholeWindow = {std::min(wholeWindow.x0, area.x0), std::min(wholeWindow.y0, area.y0),
+                   std::max(wholeWindow.x1, area.x1), std::max(wholeWindow.y1, area.y1)};
+    return false;
+}
+
 void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClips}); }
 
 void Canvas::State::popLevel() {
     if (!level().backdrops.empty()) {
-        const PixelTarget target(cairo.get());
+        const PixelTarget target(cairo.get(), window);
         std::for_each(level().backdrops.rbegin(), level().backdrops.rend(),
                       [&](const Backdrop& backdrop) { backdrop.restore(target); });
     }
@@ -150,6 +173,12 @@ std::optional<Rect> Canvas::State::placed(const Rect& rect) const {
     return Rect{origin, size};
 }
 
+PixelRect Canvas::State::pixelsOfExtent(const Rect& extent) const {
+    constexpr int margin = 2;
+    const PixelRect touched = touchedPixels(extent);
+    return {touched.x0 - margin, touched.y0 - margin, touched.x1 + margin, touched.y1 + margin};
+}
+
 PixelRect Canvas::State::touchedPixels(const Rect& rect) const {
     const cairo_matrix_t m = matrix();
     const auto span = [](double start, double first, double second) {
@@ -169,8 +198,8 @@ Canvas::State::Pieces Canvas::State::pieces(const Shape& shape, const Rect& boun
     const PixelRect box = touchedPixels(outlineBounds(shape, bounds));
     Pieces pieces;
     const auto add = [&](std::vector<PixelRect>& list, const PixelRect& area) {
-        const PixelRect visible = intersection(area, levels.back().clip);
-        if (!visible.empty()) list.push_back(visible);
+        const PixelRect clipped = intersection(area, levels.back().clip);
+        if (!intersection(clipped, window).empty()) list.push_back(clipped);
     };
     if (m.xy != 0 || m.yx != 0) {
         add(pieces.outlined, box);
@@ -213,10 +242,9 @@ void Canvas::State::keepBackdrops(const Shape& shape, const Rect& bounds, bool a
     const auto around =
         std::find_if(levels.rbegin() + 1, levels.rend(), [](const Level& outer) { return !outer.backdrops.empty(); });
     std::vector<Backdrop>& backdrops = level().backdrops;
-    const PixelTarget target(cairo.get());
-    for (const PixelRect& piece : cut.outlined) {
-        const PixelRect area = intersection(piece, target.bounds());
-        if (area.empty()) continue;
+    const PixelTarget target(cairo.get(), window);
+    for (const PixelRect& area : cut.outlined) {
+        if (intersection(area, target.bounds()).empty()) continue;
         const bool hasAlike = around != levels.rend() && backdrops.size() < around->backdrops.size();
         backdrops.emplace_back(target, coverage(area, shape, bounds, antialiased),
                                hasAlike ? &around->backdrops[backdrops.size()] : nullptr);

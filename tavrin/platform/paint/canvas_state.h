@@ -33,7 +33,7 @@ struct CairoDeleter {
 struct Canvas::State {
     /// What `save` keeps beside Cairo's own state.
     struct Level {
-        /// A raster's pixels that the clip leaves; only empty or not on a document.
+        /// A raster's pixels that the clip leaves, window or not; only empty or not on a document.
         PixelRect clip;
         /// So many outlines clip beside that rectangle; Cairo alone knows them.
         std::uint64_t outlinedClips = 0;
@@ -59,10 +59,17 @@ struct Canvas::State {
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
-    DocumentTexts texts;  ///< of a document
+    PixelRect window;       ///< a raster's pixels that may be drawn on
+    PixelRect wholeWindow;  ///< what it would have to be for all outlines
+    DocumentTexts texts;    ///< of a document
     /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
+    /// What a shape covers of a raster, within the clip: areas that are all inside, and areas with its outline in them.
+    struct Pieces {
+        std::vector<PixelRect> full;
+        std::vector<PixelRect> outlined;
+    };
     [[nodiscard]] bool isSVG() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_SVG; }
     [[nodiscard]] bool isPDF() const { return cairo_surface_get_type(surface.get()) == CAIRO_SURFACE_TYPE_PDF; }
     [[nodiscard]] Level& level() { return levels.back(); }
@@ -72,6 +79,18 @@ struct Canvas::State {
     void count(const PixelRect& touched);
     /// Counts what is to stand in a document: steps and bytes.
     void countInDocument(std::uint64_t steps, std::size_t bytes);
+    /// What of the clip's pixels may be drawn on.
+    [[nodiscard]] PixelRect visible() const { return intersection(levels.back().clip, window); }
+    /// Whether Cairo may draw something that touches these pixels: the window does not cut it. How exactly it reckons
+    /// depends on all edges in a row, and in those above.
+    [[nodiscard]] bool mayDrawWhole(const PixelRect& touched);
+    /// The same for a shape in one colour: it is enough that the window has all of the rows with an outline in them.
+    [[nodiscard]] bool mayFill(const PixelRect& touched, const Pieces& pieces);
+    /// Whether Cairo may clip along an outline that touches these pixels: beside another clip, even a whole one that
+    /// cuts nothing, it does so a little otherwise.
+    [[nodiscard]] bool mayClip(const PixelRect& touched);
+    /// Takes note that the window would have to have an area for something in it to be drawn; false if it has not.
+    [[nodiscard]] bool hasInWindow(const PixelRect& area);
     void pushLevel();
     void popLevel();
     /// Clips a raster to whole pixels until the level ends.
@@ -91,14 +110,11 @@ struct Canvas::State {
     /// `rect` moved to whole pixels if it can be, and in any case within what Cairo can count; nothing for an empty
     /// rectangle or one with a number that is not finite.
     [[nodiscard]] std::optional<Rect> placed(const Rect& rect) const;
+    /// The pixels on which what lies in an extent may be drawn, its edges rounded to whole pixels.
+    [[nodiscard]] PixelRect pixelsOfExtent(const Rect& extent) const;
     /// The pixels that `rect` touches.
     [[nodiscard]] PixelRect touchedPixels(const Rect& rect) const;
 
-    /// What a shape covers of a raster, within the clip: areas that are all inside, and areas with its outline in them.
-    struct Pieces {
-        std::vector<PixelRect> full;
-        std::vector<PixelRect> outlined;
-    };
     /// `bounds` as `placed` returns them.
     [[nodiscard]] Pieces pieces(const Shape& shape, const Rect& bounds) const;
     /// Draws a picture into whole pixels, a rectangle on a raster that is only scaled and moved.

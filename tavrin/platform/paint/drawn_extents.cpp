@@ -7,7 +7,7 @@
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/effects.h"
-#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -49,11 +49,14 @@ struct DrawnExtents::Extent {
         x1 = std::max(x1, other.x1);
         y1 = std::max(y1, other.y1);
     }
+    /// Where nothing seems to be left, rounding to whole pixels may bring it in.
     void cut(const Extent& other) {
+        if (isEmpty()) return;
         x0 = std::max(x0, other.x0);
         y0 = std::max(y0, other.y0);
         x1 = std::min(x1, other.x1);
         y1 = std::min(y1, other.y1);
+        if (isEmpty()) *this = other;
     }
     [[nodiscard]] Extent transformed(const AffineTransform& transform) const {
         if (isEmpty()) return {};
@@ -67,7 +70,7 @@ struct DrawnExtents::Extent {
     }
 };
 
-DrawnExtents::DrawnExtents(const layout::LayoutTree& tree) : tree_(tree) {}
+DrawnExtents::DrawnExtents(const layout::LayoutTree& tree, TextPainter& texts) : tree_(tree), texts_(texts) {}
 DrawnExtents::~DrawnExtents() = default;
 
 Rect DrawnExtents::of(Index index) {
@@ -123,23 +126,10 @@ DrawnExtents::Extent DrawnExtents::made(Index index) {
 }
 
 DrawnExtents::Extent DrawnExtents::ofText(Index index) const {
-    // No glyph reaches farther from where it stands, in sizes of its text.
-    constexpr double glyphReach = 4;
-    constexpr std::size_t glyphsInStep = 16;
-    const text::TextBlock& block = tree_.textBlock(index);
-    if (!block.lines()) return {};
-    const text::ShapedText& text = *block.lines()->text;
-    Meter::ofThisThread().step(text.glyphs.size() / glyphsInStep);
-    // Marks are heaped on marks.
-    double offset = 0;
-    for (const text::Glyph& glyph : text.glyphs)
-        offset = std::max({offset, std::abs(static_cast<double>(glyph.x)), std::abs(static_cast<double>(glyph.y))});
-    const double reach = glyphReach * text.size + offset;
-    // Lines wider than the frame begin or end outside of it.
     const Rect& frame = tree_.node(index).frame;
-    const double outside = std::max(0.0, block.size().width - frame.size.width);
-    const double below = std::max(0.0, block.size().height - frame.size.height);
-    return Extent::around(frame, reach + outside, reach + below);
+    const Rect ink = texts_.ink(tree_.textBlock(index), frame.size.width);
+    if (!(ink.size.width > 0 && ink.size.height > 0)) return {};
+    return Extent::around({{frame.origin.x + ink.origin.x, frame.origin.y + ink.origin.y}, ink.size});
 }
 
 }  // namespace tavrin::paint

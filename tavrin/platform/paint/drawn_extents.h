@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/layout_tree.h"
 
 namespace tavrin::paint {
+
+class TextPainter;
 
 /// Where what the views of a tree draw may lie. Never less than they draw, up to the rounding to whole pixels; infinite
 /// where that is not known. Each view is looked at once, when it is asked for.
@@ -12,7 +15,8 @@ class DrawnExtents {
 public:
     using Index = layout::LayoutTree::Index;
 
-    explicit DrawnExtents(const layout::LayoutTree& tree);
+    /// `texts` draws the tree's texts.
+    DrawnExtents(const layout::LayoutTree& tree, TextPainter& texts);
     DrawnExtents(const DrawnExtents&) = delete;
     DrawnExtents& operator=(const DrawnExtents&) = delete;
     ~DrawnExtents();
@@ -29,6 +33,7 @@ private:
     [[nodiscard]] Extent ofText(Index index) const;
 
     const layout::LayoutTree& tree_;
+    TextPainter& texts_;
     pool::Vector<Extent> known_;
 };
 

@@ -29,23 +29,16 @@ public:
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
-          extents_(tree),
+          extents_(tree, texts),
           drawsTexts_(options.drawsTexts),
-          appearance_(tree.environment().appearance),
-          still_(options.still),
-          isInStillPart_(still_ != nullptr),
-          isKnown_(still_ && still_->pixels) {
-        if (still_) listMoving();
-    }
+          hasWindow_(canvas.hasWindow()),
+          appearance_(tree.environment().appearance) {}
 
     void paint(Index index) {
         const LayoutNode& node = tree_.node(index);
         if (node.absent) return;
         Meter::ofThisThread().step();
-        if (isInStillPart_) {
-            if (endsStillPart(index)) endStillPart();
-            if (isKnown_ && isDrawnAtOnce(index, node)) return;
-        }
+        if (hasWindow_ && canvas_.isOutOfWindow(extents_.of(index))) return;
         if (node.kind == ViewKind::composed) return paint(tree_.content(index));
         visitPrimitive(*node.view, [&](const auto& view) { draw(view, index, node); });
     }
@@ -119,7 +112,7 @@ private:
     }
     void draw(const Border& border, Index index, const LayoutNode& node) {
         paint(tree_.content(index));
-        if (!isKnown_) canvas_.border(node.frame, shade(border.color), border.width);
+        canvas_.border(node.frame, shade(border.color), border.width);
     }
 
     void draw(const ClipShape& clip, Index index, const LayoutNode& node) {
@@ -137,49 +130,11 @@ private:
         if (!(opacity.value > 0)) return;
         const Index content = tree_.content(index);
         const double before = std::exchange(opacity_, opacity_ * std::min(opacity.value, 1.0));
-        if (opacity_ >= 1 || isFadedAlike(content))
+        if (opacity_ >= 1 || isFadedAlike(tree_, content))
             paint(content);
         else
             drawFaded(index, content);
         opacity_ = before;
-    }
-
-    // What is drawn before anything goes with the time: noted, or copied from a note.
-
-    /// The nodes that go with the time, or may, in their order.
-    void listMoving() {
-        Meter::ofThisThread().step(tree_.nodes().size() / 8);
-        for (Index index = 0; index < tree_.nodes().size(); ++index) {
-            const LayoutNode& node = tree_.node(index);
-            const auto* text = node.kind == ViewKind::text ? node.view->as<Text>() : nullptr;
-            const bool moves = node.kind == ViewKind::clockHandRotationEffect ||
-                               node.kind == ViewKind::geometryReader ||
-                               (text && std::holds_alternative<Date>(text->content));
-            if (moves) moving_.push_back(index);
-        }
-    }
-
-    /// What is composed or cut as a whole cannot be drawn in two parts.
-    static bool isWhole(ViewKind kind) { return traitsOf(kind).clips || traitsOf(kind).composes; }
-
-    [[nodiscard]] bool endsStillPart(Index index) const {
-        const auto next = std::lower_bound(moving_.begin(), moving_.end(), index);
-        if (next == moving_.end()) return false;
-        return *next == index || (isWhole(tree_.node(index).kind) && *next < tree_.node(index).end);
-    }
-
-    void endStillPart() {
-        isInStillPart_ = false;
-        if (isKnown_)
-            canvas_.replacePixels(*still_->pixels);
-        else
-            still_->pixels = canvas_.pixels();
-        isKnown_ = false;
-    }
-
-    /// Leaves, and what is drawn as a whole: within the still part, all of it belongs there.
-    static bool isDrawnAtOnce(Index index, const LayoutNode& node) {
-        return node.end == index + 1 || isWhole(node.kind);
     }
 
     // Helpers.
@@ -220,6 +175,9 @@ private:
         isInWhole_ = false;
     }
 
+    /// What is composed or cut as a whole.
+    static bool isWhole(ViewKind kind) { return traitsOf(kind).clips || traitsOf(kind).composes; }
+
     /// How many views that are composed or cut as a whole lie within each other at most, the outermost included.
     [[nodiscard]] std::int64_t nestedWholes(Index outermost) const {
         std::vector<Index> ends;
@@ -240,28 +198,6 @@ private:
         paint(content);
         canvas_.endLayer(whole);
         opacity_ = whole;
-    }
-
-    /// Whether a subtree needs no layer to be faded: it draws one thing only, or what it draws is faded further in, by
-    /// an opacity of its own, which then counts both.
-    [[nodiscard]] bool isFadedAlike(Index index) const {
-        while (!tree_.node(index).absent) {
-            const ViewTraits& traits = traitsOf(tree_.node(index).kind);
-            if (traits.composes) return true;
-            if (traits.drawsBesideContent) return false;
-            switch (traits.holds) {
-                case ViewTraits::Holds::nothing: return true;
-                case ViewTraits::Holds::content: index = tree_.content(index); break;
-                case ViewTraits::Holds::contentAndSecond: return false;
-                case ViewTraits::Holds::children: {
-                    const auto drawn = tree_.drawingOrder(index);
-                    if (drawn.size() != 1) return drawn.empty();
-                    index = drawn.front();
-                    break;
-                }
-            }
-        }
-        return true;
     }
 
     [[nodiscard]] RGBA shade(const Color& color) const {
@@ -287,16 +223,33 @@ private:
     TextPainter& texts_;
     DrawnExtents extents_;
     bool drawsTexts_;
+    bool hasWindow_;
     Appearance appearance_;
-    StillPart* still_;
-    std::vector<Index> moving_;
-    bool isInStillPart_;  // nothing that goes with the time has been drawn
-    bool isKnown_;        // and what is drawn has been drawn before
     double opacity_ = 1;
     bool isInWhole_ = false;
 };
 
 }  // namespace
+
+bool isFadedAlike(const layout::LayoutTree& tree, Index index) {
+    while (!tree.node(index).absent) {
+        const ViewTraits& traits = traitsOf(tree.node(index).kind);
+        if (traits.composes) return true;
+        if (traits.drawsBesideContent) return false;
+        switch (traits.holds) {
+            case ViewTraits::Holds::nothing: return true;
+            case ViewTraits::Holds::content: index = tree.content(index); break;
+            case ViewTraits::Holds::contentAndSecond: return false;
+            case ViewTraits::Holds::children: {
+                const auto drawn = tree.drawingOrder(index);
+                if (drawn.size() != 1) return drawn.empty();
+                index = drawn.front();
+                break;
+            }
+        }
+    }
+    return true;
+}
 
 void paintTree(const layout::LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options) {
     if (!tree.nodes().empty()) Painter(tree, canvas, texts, options).paint(0);

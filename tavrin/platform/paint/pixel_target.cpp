@@ -54,7 +54,7 @@ void blendRow(std::uint32_t source, Row target) {
 
 }  // namespace
 
-PixelTarget::PixelTarget(cairo_t* cairo) : surface_(cairo_get_group_target(cairo)) {
+PixelTarget::PixelTarget(cairo_t* cairo, const PixelRect& window) : surface_(cairo_get_group_target(cairo)) {
     cairo_surface_flush(surface_);
     bytes_ = cairo_image_surface_get_data(surface_);
     if (bytes_ == nullptr) return;
@@ -62,10 +62,10 @@ PixelTarget::PixelTarget(cairo_t* cairo) : surface_(cairo_get_group_target(cairo
     double x = 0;
     double y = 0;
     cairo_surface_get_device_offset(surface_, &x, &y);
-    bounds_.x0 = -static_cast<int>(std::lround(x));
-    bounds_.y0 = -static_cast<int>(std::lround(y));
-    bounds_.x1 = bounds_.x0 + cairo_image_surface_get_width(surface_);
-    bounds_.y1 = bounds_.y0 + cairo_image_surface_get_height(surface_);
+    left_ = -static_cast<int>(std::lround(x));
+    top_ = -static_cast<int>(std::lround(y));
+    bounds_ = intersection(window, {left_, top_, left_ + cairo_image_surface_get_width(surface_),
+                                    top_ + cairo_image_surface_get_height(surface_)});
 }
 
 PixelTarget::~PixelTarget() {
@@ -73,8 +73,8 @@ PixelTarget::~PixelTarget() {
 }
 
 std::uint32_t* PixelTarget::pixel(int x, int y) const {
-    auto* row = bytes_ + static_cast<std::ptrdiff_t>(y - bounds_.y0) * stride_;
-    return reinterpret_cast<std::uint32_t*>(row) + (x - bounds_.x0);
+    auto* row = bytes_ + static_cast<std::ptrdiff_t>(y - top_) * stride_;
+    return reinterpret_cast<std::uint32_t*>(row) + (x - left_);
 }
 
 void PixelTarget::fill(const PixelRect& wanted, const PixelSource& source) const {
@@ -92,13 +92,14 @@ void PixelTarget::fill(const PixelRect& wanted, const PixelSource& source) const
         }
         return;
     }
-    SourceRows rows(source, area);
+    SourceRows rows(source, wanted);
     for (int y = area.y0; y < area.y1; ++y) {
         meter.paint(width);
+        const std::uint32_t* const row = rows.row(y) + (area.x0 - wanted.x0);
         if (source.isOpaque())
-            std::copy_n(rows.row(y), width, pixel(area.x0, y));
+            std::copy_n(row, width, pixel(area.x0, y));
         else
-            blendRow(rows.row(y), {pixel(area.x0, y), width});
+            blendRow(row, {pixel(area.x0, y), width});
     }
 }
 
@@ -107,17 +108,18 @@ void PixelTarget::fill(const Coverage& coverage, const PixelSource& source) cons
     if (area.empty()) return;
     const auto width = static_cast<std::size_t>(area.width());
     Meter& meter = Meter::ofThisThread();
-    SourceRows rows(source, area);
+    SourceRows rows(source, coverage.area());
+    const int left = area.x0 - coverage.area().x0;
     for (int y = area.y0; y < area.y1; ++y) {
         meter.paint(width);
-        blendRow(rows.row(y), coverage.row(y) + (area.x0 - coverage.area().x0), {pixel(area.x0, y), width});
+        blendRow(rows.row(y) + left, coverage.row(y) + left, {pixel(area.x0, y), width});
     }
 }
 
-Backdrop::Outside::Outside(const Coverage& inside) {
-    const PixelRect& area = inside.area();
+Backdrop::Outside::Outside(const Coverage& inside, const PixelRect& bounds) {
+    const PixelRect area = intersection(inside.area(), bounds);
     for (int y = area.y0; y < area.y1; ++y) {
-        const std::uint8_t* const begin = inside.row(y);
+        const std::uint8_t* const begin = inside.row(y) + (area.x0 - inside.area().x0);
         const std::uint8_t* const end = begin + area.width();
         const auto isCovered = [](std::uint8_t share) { return share == 0xFF; };
         for (const std::uint8_t* at = begin; at != end;) {
@@ -131,7 +133,7 @@ Backdrop::Outside::Outside(const Coverage& inside) {
 }
 
 Backdrop::Backdrop(const PixelTarget& target, const Coverage& inside, const Backdrop* around)
-    : outside_(std::make_shared<const Outside>(inside)) {
+    : outside_(std::make_shared<const Outside>(inside, target.bounds())) {
     Pixels pixels;
     pixels.reserve(outside_->shares.size());
     for (const Run& run : outside_->runs) {

@@ -18,16 +18,17 @@ namespace tavrin::paint {
 /// pixels. Cairo must not draw while one exists.
 class PixelTarget {
 public:
-    explicit PixelTarget(cairo_t* cairo);
+    /// Only pixels of `window` are changed.
+    PixelTarget(cairo_t* cairo, const PixelRect& window);
     ~PixelTarget();
     PixelTarget(const PixelTarget&) = delete;
     PixelTarget& operator=(const PixelTarget&) = delete;
 
-    /// The pixels that there are.
+    /// The pixels that may be changed.
     [[nodiscard]] const PixelRect& bounds() const { return bounds_; }
     [[nodiscard]] std::uint32_t* pixel(int x, int y) const;
 
-    /// Draws `source` over an area; what is out of bounds is left out.
+    /// Draws `source` over an area; what is out of bounds is left out, and changes nothing of what is not.
     void fill(const PixelRect& area, const PixelSource& source) const;
     /// Draws `source` over an area as far as it is covered.
     void fill(const Coverage& coverage, const PixelSource& source) const;
@@ -36,14 +37,16 @@ private:
     cairo_surface_t* surface_;
     std::uint8_t* bytes_ = nullptr;
     int stride_ = 0;
+    int left_ = 0;  // where the surface begins
+    int top_ = 0;
     PixelRect bounds_;
 };
 
 /// The pixels that a clip with an outline will have to bring back: what was in an area before something was drawn.
 class Backdrop {
 public:
-    /// Keeps those pixels of `target` that `inside`, the outline's coverage, leaves out in part or altogether; its area
-    /// lies within the target's bounds. What is the same in `around`, the backdrop of a clip around it, if any, is
+    /// Keeps those pixels within the bounds of `target` that `inside`, the outline's coverage, leaves out in part or
+    /// altogether. What is the same in `around`, the backdrop of a clip around it, if any, is
     /// shared with it.
     Backdrop(const PixelTarget& target, const Coverage& inside, const Backdrop* around);
 
@@ -60,7 +63,7 @@ private:
     };
     /// What an outline does not cover wholly.
     struct Outside {
-        explicit Outside(const Coverage& inside);
+        Outside(const Coverage& inside, const PixelRect& bounds);
 
         pool::Vector<Run> runs;
         pool::Vector<std::uint8_t> shares;  ///< how much of each of the runs' pixels is covered

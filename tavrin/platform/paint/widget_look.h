@@ -15,6 +15,8 @@ struct WidgetBackground {
     };
     Kind kind = Kind::automatic;
     Color color = Color::primary;
+
+    friend bool operator==(const WidgetBackground&, const WidgetBackground&) = default;
 };
 
 namespace paint {
@@ -25,6 +27,8 @@ struct WidgetLook {
     Appearance appearance = Appearance::light;
     WidgetBackground background = {};
     bool rounded = false;  ///< whether the home screen's rounded corners are cut
+
+    friend bool operator==(const WidgetLook&, const WidgetLook&) = default;
 };
 
 }  // namespace paint

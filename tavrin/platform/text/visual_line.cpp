@@ -2,6 +2,7 @@
 #include "tavrin/platform/text/visual_line.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "tavrin/platform/text/bidi.h"
 
@@ -44,6 +45,11 @@ void addLogicalPieces(const ShapedText& text, const Line& line, std::vector<Piec
 }
 
 }  // namespace
+
+double leftEdge(const ShapedText& text, const Line& line, double width) {
+    const bool isTrailing = text.paragraphs[line.paragraph].level % 2 != 0 && std::isfinite(width);
+    return isTrailing ? width - line.width : 0;
+}
 
 void placePieces(const ShapedText& text, const Line& line, std::vector<Piece>& pieces) {
     pieces.clear();

@@ -20,6 +20,10 @@ struct Piece {
     std::string_view utf8;        ///< what the units were shaped from
 };
 
+/// Where a line begins that is aligned in a room of so many points: at its left, or, in a paragraph from right to left,
+/// so that it ends at its right.
+[[nodiscard]] double leftEdge(const ShapedText& text, const Line& line, double width);
+
 /// Puts the pieces of a line from left to right into `pieces`.
 void placePieces(const ShapedText& text, const Line& line, std::vector<Piece>& pieces);
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "tavrin/platform/foundation/strings/ascii.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
@@ -64,6 +65,14 @@ bool isStartOfMonth(std::chrono::sys_seconds time) {
     return time == day && std::chrono::year_month_day(day).day() == std::chrono::day(1);
 }
 
+constexpr double longestTimer = 999'999'999.0 * 3600 + 3599;
+
+std::int64_t shownSeconds(Date date, Date now) {
+    const double left = date.secondsSince1970 - now.secondsSince1970;
+    const double whole = left > 0 ? std::ceil(left) : std::floor(-left);
+    return static_cast<std::int64_t>(std::isnan(whole) ? 0 : std::min(whole, longestTimer));
+}
+
 }  // namespace
 
 Date Date::now() {
@@ -95,16 +104,19 @@ std::optional<Date> Date::parseRFC3339(std::string_view text) {
 }
 
 std::string timerText(Date date, Date now) {
-    constexpr double longest = 999'999'999.0 * 3600 + 3599;
-    const double left = date.secondsSince1970 - now.secondsSince1970;
-    const double whole = left > 0 ? std::ceil(left) : std::floor(-left);
-    const auto seconds = static_cast<std::int64_t>(std::isnan(whole) ? 0 : std::min(whole, longest));
-
+    const std::int64_t seconds = shownSeconds(date, now);
     const auto twoDigits = [](std::int64_t value) { return (value < 10 ? "0" : "") + toText(value); };
     const std::int64_t minutes = seconds / 60;
     const std::string tail = ":" + twoDigits(seconds % 60);
     if (minutes < 60) return toText(minutes) + tail;
     return toText(minutes / 60) + ":" + twoDigits(minutes % 60) + tail;
+}
+
+Date nextTimerText(Date date, Date now) {
+    const auto shown = static_cast<double>(shownSeconds(date, now));
+    if (date.secondsSince1970 > now.secondsSince1970) return {date.secondsSince1970 - (shown - 1)};
+    const bool stays = !(shown < longestTimer) || !(date.secondsSince1970 <= now.secondsSince1970);
+    return {stays ? std::numeric_limits<double>::infinity() : date.secondsSince1970 + shown + 1};
 }
 
 }  // namespace tavrin

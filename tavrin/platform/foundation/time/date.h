@@ -26,4 +26,7 @@ struct Date {
 /// At most 999,999,999 hours; the distance of dates that are no numbers is 0.
 [[nodiscard]] std::string timerText(Date date, Date now);
 
+/// When that text becomes another one: after `now`, and infinitely far away where it stays.
+[[nodiscard]] Date nextTimerText(Date date, Date now);
+
 }  // namespace tavrin

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/paint/text/embedded_fonts.h"
 #include "tavrin/platform/paint/text/emoji_pictures.h"
+#include "tavrin/platform/paint/text/glyph_ink.h"
 #include "tavrin/platform/paint/text/glyph_masks.h"
 #include "tavrin/platform/paint/text/glyph_outlines.h"
 #include "tavrin/platform/paint/text/line_raster.h"
@@ -39,6 +42,10 @@ bool isOnlyScaled(const cairo_matrix_t& m) {
     constexpr double tolerance = 1e-9;
     return m.xx > 0 && std::abs(m.xy) <= tolerance * m.xx && std::abs(m.yx) <= tolerance * m.xx &&
            std::abs(m.yy - m.xx) <= tolerance * m.xx;
+}
+
+bool drawsAsMasks(const cairo_matrix_t& matrix, double size) {
+    return isOnlyScaled(matrix) && size * matrix.xx <= largestMask;
 }
 
 int toPixel(double position) {
@@ -102,7 +109,7 @@ Target targetOf(cairo_t* cairo, double size) {
     if (!isPicture(cairo_get_group_target(cairo))) return target;
 
     target.method = Method::outlines;
-    if (!isOnlyScaled(target.matrix) || size * target.matrix.xx > largestMask) return target;
+    if (!drawsAsMasks(target.matrix, size)) return target;
     target.method = Method::masks;
     const Point from = target.toPixels({left, top});
     const Point to = target.toPixels({right, bottom});
@@ -117,10 +124,16 @@ Target targetOf(cairo_t* cairo, double size) {
 class TextPainter::State {
 public:
     explicit State(text::FontFaces& faces)
-        : outlines_(faces), masks_(outlines_), raster_(masks_), fonts_(faces), pictures_(faces) {}
+        : outlines_(faces),
+          masks_(outlines_),
+          raster_(masks_),
+          fonts_(faces),
+          pictures_(faces),
+          ink_(outlines_, pictures_) {}
 
     void draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width, RGBA color,
               DocumentTexts* document);
+    [[nodiscard]] GlyphInk& ink() { return ink_; }
 
 private:
     void drawLine(const Target& target, const text::ShapedText& text, Point pen);
@@ -136,6 +149,7 @@ private:
     LineRaster raster_;
     EmbeddedFonts fonts_;
     EmojiPictures pictures_;
+    GlyphInk ink_;
     std::vector<text::Piece> pieces_;
 };
 
@@ -151,11 +165,35 @@ TextPainter& TextPainter::ofThisThread() {
     return painter;
 }
 
+std::shared_ptr<TextPainter> TextPainter::ofThisThread(const std::shared_ptr<const text::FontLibrary>& library) {
+    // The thread's own, which nobody has to keep.
+    if (!library) return {std::shared_ptr<void>(), &ofThisThread()};
+    thread_local std::map<const text::FontLibrary*, std::weak_ptr<TextPainter>> painters;
+    std::erase_if(painters, [](const auto& painter) { return painter.second.expired(); });
+    std::weak_ptr<TextPainter>& known = painters[library.get()];  // which a painter keeps
+    std::shared_ptr<TextPainter> painter = known.lock();
+    if (!painter) known = painter = std::make_shared<TextPainter>(library);
+    return painter;
+}
+
+TextPainter::State& TextPainter::state() {
+    if (!state_) state_ = std::make_unique<State>(engine_.faces());
+    return *state_;
+}
+
+Rect TextPainter::ink(const text::TextBlock& block, double width) {
+    if (!block.lines()) return {};
+    return state().ink().ofText(*block.lines(), width);
+}
+
+bool TextPainter::drawsMasks(const text::TextBlock& block, const cairo_matrix_t& matrix) {
+    return !block.lines() || drawsAsMasks(matrix, block.lines()->text->size);
+}
+
 void TextPainter::draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color,
                        DocumentTexts* document) {
     if (!block.lines()) return;
-    if (!state_) state_ = std::make_unique<State>(engine_.faces());
-    state_->draw(cairo, *block.lines(), origin, width, color, document);
+    state().draw(cairo, *block.lines(), origin, width, color, document);
 }
 
 void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& lines, Point origin, double width,
@@ -189,8 +227,7 @@ void TextPainter::State::draw(cairo_t* cairo, const text::TextBlock::Lines& line
     const auto end = static_cast<std::size_t>(std::clamp(std::ceil(last), 0.0, count));
     for (std::size_t i = begin; i < end; ++i) {
         const text::Line& line = broken.lines[i];
-        const bool isTrailing = text.paragraphs[line.paragraph].level % 2 != 0 && std::isfinite(width);
-        const double x = origin.x + (isTrailing ? width - line.width : 0);
+        const double x = origin.x + text::leftEdge(text, line, width);
         const double y = origin.y + broken.firstBaseline + static_cast<double>(i) * text.linePitch();
         constexpr std::size_t unitsInStep = 4;
         Meter::ofThisThread().step(1 + (line.unitEnd - line.unitBegin) / unitsInStep);

@@ -8,6 +8,7 @@
 #include "tavrin/platform/text/text_engine.h"
 
 typedef struct _cairo cairo_t;
+typedef struct _cairo_matrix cairo_matrix_t;
 
 namespace tavrin::paint {
 
@@ -29,6 +30,9 @@ public:
     /// The calling thread's, over the thread's engine, made on first use.
     static TextPainter& ofThisThread();
 
+    /// The calling thread's over a library, as long as somebody there has it; null is the system library.
+    static std::shared_ptr<TextPainter> ofThisThread(const std::shared_ptr<const text::FontLibrary>& library);
+
     [[nodiscard]] text::TextEngine& engine() const { return engine_; }
 
     /// Draws a block with its top leading corner at `origin`, aligned within `width` points (leading in left-to-right,
@@ -37,8 +41,15 @@ public:
     void draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color,
               DocumentTexts* document = nullptr);
 
+    /// What a block drawn at a point covers, however little, in points from there; empty where it draws nothing.
+    [[nodiscard]] Rect ink(const text::TextBlock& block, double width);
+    /// Whether on a raster under such a matrix a block is drawn pixel by pixel, as masks, and not by Cairo.
+    [[nodiscard]] static bool drawsMasks(const text::TextBlock& block, const cairo_matrix_t& matrix);
+
 private:
     class State;
+
+    [[nodiscard]] State& state();
 
     std::unique_ptr<text::TextEngine> ownEngine_;
     text::TextEngine& engine_;

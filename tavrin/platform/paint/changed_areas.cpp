@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/platform/paint/changed_areas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <span>
+#include <utility>
+
+#include "tavrin/platform/foundation/affine_transform.h"
+#include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/layout/effects.h"
+#include "tavrin/platform/paint/drawn_extents.h"
+#include "tavrin/platform/paint/painter.h"
+#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/ui/primitive_views.h"
+
+namespace tavrin::paint {
+namespace {
+
+using layout::LayoutNode;
+using layout::LayoutTree;
+using Index = LayoutTree::Index;
+
+/// Edges are rounded to whole pixels, and what covers a part of a pixel touches it.
+constexpr double margin = 2;
+constexpr double farthestPixel = 1e6;
+
+int pixel(double edge) { return static_cast<int>(std::clamp(edge, -farthestPixel, farthestPixel)); }
+
+PixelRect united(const PixelRect& a, const PixelRect& b) {
+    return {std::min(a.x0, b.x0), std::min(a.y0, b.y0), std::max(a.x1, b.x1), std::max(a.y1, b.y1)};
+}
+
+class Comparison {
+public:
+    Comparison(const LayoutTree& before, const LayoutTree& after, TextPainter& texts)
+        : before_(before), after_(after), extentsBefore_(before, texts), extentsAfter_(after, texts) {}
+
+    /// What is around a view in both trees: from its points to pixels, and the pixels that clips leave.
+    struct Place {
+        AffineTransform toPixels;
+        PixelRect clip;
+    };
+
+    void compare(Index a, Index b, const Place& at) {
+        Meter::ofThisThread().step();
+        const LayoutNode& before = before_.node(a);
+        const LayoutNode& after = after_.node(b);
+        if (before.absent && after.absent) return;
+        if (before.absent != after.absent || before.kind != after.kind) return change(a, b, at);
+        if (after.kind == ViewKind::composed) return compare(before_.content(a), after_.content(b), at);
+        visitPrimitive(*after.view,
+                       [&]<class View>(const View& view) { compareAlike(*before.view->as<View>(), view, a, b, at); });
+    }
+
+    [[nodiscard]] std::vector<PixelRect>& areas() { return areas_; }
+
+private:
+    // Leaves, which draw something in their frame.
+
+    void compareAlike(const EmptyView&, const EmptyView&, Index, Index, const Place&) {}
+    void compareAlike(const Spacer&, const Spacer&, Index, Index, const Place&) {}
+
+    void compareAlike(const Text&, const Text&, Index a, Index b, const Place& at) {
+        const text::TextBlock::Lines* const before = before_.textBlock(a).lines();
+        const text::TextBlock::Lines* const after = after_.textBlock(b).lines();
+        // Shapes and how they are broken are remembered, so what is the same is mostly one object.
+        const bool isSame =
+            before == after || (before && after && before->text == after->text && before->broken == after->broken);
+        if (!isSame || !hasSameFrame(a, b) || !hasSameForeground(a, b)) change(a, b, at);
+    }
+
+    void compareAlike(const Image& before, const Image& after, Index a, Index b, const Place& at) {
+        if (before.bitmap != after.bitmap || !hasSameFrame(a, b)) change(a, b, at);
+    }
+
+    template <class View>
+        requires std::convertible_to<View, Shape>
+    void compareAlike(const View& before, const View& after, Index a, Index b, const Place& at) {
+        if (!(before == after) || !hasSameFrame(a, b) || !hasSameForeground(a, b)) change(a, b, at);
+    }
+
+    void compareAlike(const Color& before, const Color& after, Index a, Index b, const Place& at) {
+        if (!(before == after) || !hasSameFrame(a, b)) change(a, b, at);
+    }
+
+    template <class View>
+        requires(View::traits.holds == ViewHolds::nothing && !std::convertible_to<View, Shape>)
+    void compareAlike(const View& before, const View& after, Index a, Index b, const Place& at) {
+        if (!fieldsEqual(before, after) || !hasSameFrame(a, b)) change(a, b, at);
+    }
+
+    // What holds others.
+
+    template <class Stack>
+        requires(Stack::traits.holds == ViewHolds::children)
+    void compareAlike(const Stack&, const Stack&, Index a, Index b, const Place& at) {
+        compareLists(before_.drawingOrder(a), after_.drawingOrder(b), at);
+    }
+
+    void compareAlike(const GeometryReader&, const GeometryReader&, Index a, Index b, const Place& at) {
+        compareContent(a, b, at);
+    }
+
+    template <layout::EffectView View>
+    void compareAlike(const View& before, const View& after, Index a, Index b, const Place& at) {
+        const layout::Effect effectBefore = layout::effectOf(before, before_.node(a).frame, before_.environment().date);
+        const layout::Effect effect = layout::effectOf(after, after_.node(b).frame, after_.environment().date);
+        if (effectBefore != effect) return change(a, b, at);
+        if (effect) compareContent(a, b, {at.toPixels * *effect, at.clip});
+    }
+
+    void compareAlike(const Border& before, const Border& after, Index a, Index b, const Place& at) {
+        if (!(before.color == after.color) || before.width != after.width || !hasSameFrame(a, b))
+            return change(a, b, at);
+        compareContent(a, b, at);
+    }
+
+    void compareAlike(const Opacity& before, const Opacity& after, Index a, Index b, const Place& at) {
+        const bool isSame = before.value == after.value &&
+                            isFadedAlike(before_, before_.content(a)) == isFadedAlike(after_, after_.content(b));
+        if (!isSame) return change(a, b, at);
+        compareContent(a, b, at);
+    }
+
+    void compareAlike(const ClipShape& before, const ClipShape& after, Index a, Index b, const Place& at) {
+        compareClipped(before.shape == after.shape && before.antialiased == after.antialiased, a, b, at);
+    }
+    void compareAlike(const Clipped& before, const Clipped& after, Index a, Index b, const Place& at) {
+        compareClipped(before.antialiased == after.antialiased, a, b, at);
+    }
+    void compareAlike(const CornerRadius& before, const CornerRadius& after, Index a, Index b, const Place& at) {
+        compareClipped(before.radius == after.radius && before.antialiased == after.antialiased, a, b, at);
+    }
+    void compareClipped(bool isSame, Index a, Index b, const Place& at) {
+        if (!isSame || !hasSameFrame(a, b)) return change(a, b, at);
+        compareContent(a, b, {at.toPixels, intersection(at.clip, pixels(after_.node(b).frame, at))});
+    }
+
+    /// Any other modifier or link, which draws nothing of its own.
+    template <class View>
+        requires((View::traits.holds == ViewHolds::content || View::traits.holdsSecond()) && !View::traits.isEffect)
+    void compareAlike(const View&, const View&, Index a, Index b, const Place& at) {
+        if constexpr (View::traits.holdsSecond()) compare(before_.secondary(a), after_.secondary(b), at);
+        compareContent(a, b, at);
+    }
+
+    void compareContent(Index a, Index b, const Place& at) { compare(before_.content(a), after_.content(b), at); }
+
+    /// Where their numbers differ, what belongs together is not known.
+    void compareLists(std::span<const Index> before, std::span<const Index> after, const Place& at) {
+        if (before.size() == after.size()) {
+            for (std::size_t i = 0; i < before.size(); ++i) compare(before[i], after[i], at);
+            return;
+        }
+        for (const Index index : before) addExtent(extentsBefore_.of(index), at);
+        for (const Index index : after) addExtent(extentsAfter_.of(index), at);
+    }
+
+    // Helpers.
+
+    [[nodiscard]] bool hasSameFrame(Index a, Index b) const { return before_.node(a).frame == after_.node(b).frame; }
+    [[nodiscard]] bool hasSameForeground(Index a, Index b) const {
+        return before_.inherited(a).foregroundColor == after_.inherited(b).foregroundColor;
+    }
+
+    void change(Index a, Index b, const Place& at) {
+        addExtent(extentsBefore_.of(a), at);
+        addExtent(extentsAfter_.of(b), at);
+    }
+
+    void addExtent(const Rect& extent, const Place& at) {
+        const PixelRect area = intersection(pixels(extent, at), at.clip);
+        if (!area.empty()) areas_.push_back(area);
+    }
+
+    /// The pixels that a rectangle may touch; all of the clip where that is not known.
+    static PixelRect pixels(const Rect& extent, const Place& at) {
+        if (extent.size == Size{}) return {};
+        const auto& [origin, size] = boundingBox(at.toPixels, extent);
+        const double x1 = origin.x + size.width;
+        const double y1 = origin.y + size.height;
+        for (const double edge : {origin.x, origin.y, x1, y1})
+            if (!std::isfinite(edge)) return at.clip;
+        return {pixel(std::floor(origin.x) - margin), pixel(std::floor(origin.y) - margin),
+                pixel(std::ceil(x1) + margin), pixel(std::ceil(y1) + margin)};
+    }
+
+    const LayoutTree& before_;
+    const LayoutTree& after_;
+    DrawnExtents extentsBefore_;
+    DrawnExtents extentsAfter_;
+    std::vector<PixelRect> areas_;
+};
+
+}  // namespace
+
+std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas) {
+    constexpr std::size_t mostCompared = 64;
+    constexpr std::size_t mostAreas = 8;
+    // What clearing, clipping and looking at all views once more takes, in pixels.
+    constexpr std::uint64_t worthOfArea = 20'000;
+    if (areas.size() > mostCompared) {
+        const PixelRect all = std::reduce(areas.begin(), areas.end(), areas.front(), united);
+        return {all};
+    }
+    std::vector<PixelRect> merged;
+    const auto add = [&](PixelRect area) {
+        // One that takes up others grows, and may take up more.
+        for (std::size_t i = 0; i < merged.size();) {
+            const PixelRect both = united(area, merged[i]);
+            if (both.area() > area.area() + merged[i].area() + worthOfArea) {
+                ++i;
+                continue;
+            }
+            area = both;
+            merged.erase(merged.begin() + static_cast<std::ptrdiff_t>(i));
+            i = 0;
+        }
+        merged.push_back(area);
+    };
+    for (const PixelRect& area : areas) add(area);
+    while (merged.size() > mostAreas) {
+        const PixelRect last = merged.back();
+        merged.pop_back();
+        merged.back() = united(merged.back(), last);
+    }
+    return merged;
+}
+
+std::vector<PixelRect> changedAreas(const layout::LayoutTree& before, const layout::LayoutTree& after, double scale,
+                                    TextPainter& texts) {
+    if (before.nodes().empty() || after.nodes().empty()) return {};
+    const auto side = [&](double points) { return pixel(std::ceil(points * scale) + margin); };
+    const PixelRect all{0, 0, side(after.widget().width), side(after.widget().height)};
+    Comparison comparison(before, after, texts);
+    comparison.compare(0, 0, {{scale, 0, 0, scale, 0, 0}, all});
+    return mergedAreas(std::move(comparison.areas()));
+}
+
+}  // namespace tavrin::paint

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "tavrin/platform/foundation/pixels/pixel_rect.h"
+#include "tavrin/platform/layout/layout_tree.h"
+
+namespace tavrin::paint {
+
+class TextPainter;
+
+/// The pixels in which two laid-out trees may differ when they are drawn with the same look at `scale` pixels a point:
+/// a few areas that hold them all, none where nothing differs. Views are compared in the order in which they are drawn;
+/// of a view that is drawn otherwise, or not in both trees, all it may have touched in either counts. Takes steps as
+/// comparing goes, fewer than drawing. `texts` draws the texts of both.
+[[nodiscard]] std::vector<PixelRect> changedAreas(const layout::LayoutTree& before, const layout::LayoutTree& after,
+                                                  double scale, TextPainter& texts);
+
+/// Unites areas that overlap, or nearly so, until few are left.
+[[nodiscard]] std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas);
+
+}  // namespace tavrin::paint
