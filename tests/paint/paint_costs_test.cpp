@@ -198,6 +198,47 @@ TEST(PaintCosts, GrowWithTheLinksOfADocument) {
     }
 }
 
+/// Of two gradients no two neighbouring colours are alike.
+LinearGradient unlike(int number, int count) {
+    LinearGradient gradient;
+    for (int i = 0; i < count; ++i) {
+        const double place = number * count + i;
+        gradient.colors.push_back(Color::rgb(std::fmod(place * 0.377, 1), std::fmod(place * 0.618, 1), i % 2));
+    }
+    gradient.endPoint = UnitPoint::trailing;
+    return gradient;
+}
+
+TEST(PaintCosts, CountWhatCairoComparesOfThePDFsGradients) {
+    const auto steps = [](Medium medium, int count, bool areAlike) {
+        const layout::LayoutTree tree =
+            layout::laidOut(heaped(count, [&](int i) { return unlike(areAlike ? 0 : i, 100); }), page);
+        return static_cast<double>(costOf([&] { EXPECT_FALSE(paintedOn(medium, tree).empty()); }).steps);
+    };
+    for (const Medium medium : {Medium::svg, Medium::pdf}) {
+        const bool isPDF = medium == Medium::pdf;
+        for (const bool areAlike : {true, false}) {
+            SCOPED_TRACE(testing::Message() << (isPDF ? "PDF" : "SVG") << (areAlike ? ", alike" : ""));
+            const double four = steps(medium, 4, areAlike);
+            const double eight = steps(medium, 8, areAlike);
+            const double sixteen = steps(medium, 16, areAlike);
+            const double growth = (sixteen - eight) / (eight - four);
+            if (isPDF && !areAlike) {
+                EXPECT_GT(growth, 3) << "each is compared with all before";
+            } else {
+                EXPECT_LT(growth, 2.2);
+            }
+        }
+    }
+    const layout::LayoutTree tree = layout::laidOut(heaped(200, [](int i) { return unlike(i, 500); }), page);
+    try {
+        costOf([&] { paintedOn(Medium::pdf, tree); });
+        ADD_FAILURE() << "that would take half a minute";
+    } catch (const TavrinError& error) {
+        EXPECT_EQ(error.message, "the work takes more than 200000000 steps");
+    }
+}
+
 TEST(PaintCosts, AreTheSameWhateverIsKept) {
     const auto bitmap = plainBitmap();
     const AnyView view =

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <cairo.h>
@@ -55,6 +58,8 @@ struct Canvas::State {
     Written document;
     /// What a document takes in memory until it is finished: what is written, and what Cairo keeps to write.
     HeldBytes documentBytes;
+    /// The pairs of neighbouring stops, red, green, blue and opacity each, in the gradients of a PDF.
+    std::set<std::pair<std::array<double, 4>, std::array<double, 4>>> blends;
     std::string links;  ///< elements to stand at the end of an SVG
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
@@ -72,6 +77,9 @@ struct Canvas::State {
     void count(const PixelRect& touched);
     /// Counts what is to stand in a document: steps and bytes.
     void countInDocument(std::uint64_t steps, std::size_t bytes);
+    /// Counts what Cairo compares before it writes the gradient that is its source into a PDF: each pair of
+    /// neighbouring stops with all that it has written, until it finds it.
+    void countBlends();
     void pushLevel();
     void popLevel();
     /// Clips a raster to whole pixels until the level ends.
