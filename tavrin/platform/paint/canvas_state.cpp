@@ -99,6 +99,7 @@ void Canvas::State::finish() {
     const DecimalPoint decimalPoint;  // Cairo reads the places of links in the user's locale
     cairo_surface_finish(surface.get());
     if (document.failure) std::rethrow_exception(document.failure);
+    if (document.names) document.names->finish(document.text);
     for (const cairo_status_t status : {cairo_status(cairo.get()), cairo_surface_status(surface.get())})
         if (status != CAIRO_STATUS_SUCCESS) throw TavrinError{"Render", cairo_status_to_string(status)};
 }

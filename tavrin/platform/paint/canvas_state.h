@@ -18,6 +18,7 @@
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
+#include "tavrin/platform/paint/svg_names.h"
 #include "tavrin/platform/paint/text/emoji_pictures.h"
 
 // What the parts of `Canvas` share; nobody else includes this.
@@ -53,6 +54,7 @@ struct Canvas::State {
     /// What Cairo has written of a document. What must not leave through Cairo is thrown by the next call.
     struct Written {
         std::string text;
+        std::optional<SVGNames> names = std::nullopt;  ///< of an SVG
         std::exception_ptr failure = nullptr;
     };
     Written document;
