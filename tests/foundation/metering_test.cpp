@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <thread>
@@ -102,6 +104,15 @@ TEST(Metering, GoesOnFromWhatWasSpentBefore) {
                             step(1);
                         }),
               "the work takes more than 5 steps");
+}
+
+TEST(Metering, CountsNothingForABlockThatThereIsNoMemoryFor) {
+    if (!pool::keepsBlocks) GTEST_SKIP() << "sanitizers end the process instead";
+    Cost cost;
+    const Metering metering({.bytes = UINT64_MAX}, cost);
+    volatile std::size_t tooMany = PTRDIFF_MAX / 2;
+    EXPECT_THROW(pool::deallocate(pool::allocate(tooMany), tooMany), std::bad_alloc);
+    EXPECT_EQ(Meter::ofThisThread().bytes, 0);
 }
 
 TEST(Metering, CountsForTheInnermostOnly) {
