@@ -53,7 +53,10 @@ cairo_status_t Canvas::State::append(void* state, const unsigned char* bytes, un
     try {
         const std::size_t before = text.size();
         const std::string_view piece(reinterpret_cast<const char*>(bytes), count);
-        names ? names->append(piece, text) : void(text += piece);
+        if (names)
+            names->append(piece, text);
+        else
+            text += piece;
         // Texts grow by doubling.
         self.documentBytes.grow(2 * (text.size() - before));
         checkBudget();
