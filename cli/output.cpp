@@ -37,6 +37,11 @@ path withoutLinks(const path& target) {
     return error ? target : real;
 }
 
+/// Whether a second name for a file failed because the file system, or the file itself, can have none.
+bool allowsNoHardLinks(int error) {
+    return error == EPERM || error == EOPNOTSUPP || error == ENOSYS || error == EMLINK || error == EXDEV;
+}
+
 /// Brings to the disk which names a folder holds. Where that cannot be done its files are no less whole.
 void syncFolder(const path& folder) {
     const FileDescriptor file(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -74,7 +79,8 @@ public:
     /// Gives the old file, if there is one, a second name; where there are no hard links, another one.
     void keepOld() {
         old_ = freeName(folder());
-        if (::link(real_.c_str(), old_.c_str()) == 0 || std::rename(real_.c_str(), old_.c_str()) == 0) return;
+        if (::link(real_.c_str(), old_.c_str()) == 0) return;
+        if (allowsNoHardLinks(errno) && std::rename(real_.c_str(), old_.c_str()) == 0) return;
         old_.clear();
         if (errno != ENOENT) fail();
     }

@@ -20,7 +20,8 @@ public:
     /// Answers a request; called by several threads at once. What it throws becomes status 500.
     /// `HTTPRequest::cancel` tells it that the other side has gone or that the server stops.
     using Handler = std::function<HTTPResponse(const HTTPRequest&)>;
-    /// Whether the answer to a request may take long. One that is cancelled before its turn comes is never handled.
+    /// Whether the answer to a request may take long. Such a one is not handled where it is known to be cancelled when
+    /// its turn comes.
     using Judge = std::function<bool(const HTTPRequest&)>;
 
     /// Takes a port; 0 is any free one. Throws `IOError` where that fails.

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string_view>
+#include <sys/socket.h>
 #include <utility>
 
 #include <boost/asio/buffer.hpp>
@@ -27,6 +28,7 @@ constexpr std::size_t firstBytes = 4096;
 constexpr std::chrono::seconds headPatience{5};
 constexpr std::chrono::seconds bodyPatience{30};  // also for answers: the port may be forwarded over a slow line
 constexpr std::chrono::seconds betweenRequests{30};
+constexpr std::chrono::milliseconds resetPatience{200};
 constexpr std::size_t maximumUnsent = 256;
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
@@ -59,6 +61,7 @@ void HTTPSession::start() { waitForRequest(headPatience); }
 void HTTPSession::waitForRequest(std::chrono::seconds time) {
     idleSince_ = Clock::now();
     if (buffer_.size() > 0) return readHead();
+    if (hasEnded_) return close();
     stream_.expires_after(time);
     stream_.async_read_some(buffer_.prepare(firstBytes),
                             [self = shared_from_this()](beast::error_code error, std::size_t count) {
@@ -115,10 +118,10 @@ void HTTPSession::take() {
     watch();
 }
 
-/// While an answer is worked on, the end of what the other side sends tells that no one waits for it. What comes
-/// instead belongs to the next request.
+/// While an answer is worked on, it is looked whether the other side goes away. What comes instead belongs to the next
+/// request.
 void HTTPSession::watch() {
-    if (buffer_.size() > maximumAhead) return;
+    if (hasEnded_ || buffer_.size() > maximumAhead) return;
     isWatching_ = true;
     stream_.async_read_some(buffer_.prepare(firstBytes),
                             [self = shared_from_this()](beast::error_code error, std::size_t count) {
@@ -126,9 +129,35 @@ void HTTPSession::watch() {
                                 self->buffer_.commit(count);
                                 if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
                                 if (!error) return self->watch();
+                                if (error == boost::asio::error::eof) return self->askWhetherOneWaits();
                                 self->cancel();
                                 self->close();
                             });
+}
+
+/// Whoever has sent all may still wait for the answer, or be gone. Only where one is gone an interim answer, which
+/// means nothing, is met with a reset; reading would not tell.
+void HTTPSession::askWhetherOneWaits() {
+    constexpr std::string_view interim = "HTTP/1.1 100 Continue\r\n\r\n";
+    hasEnded_ = true;
+    if (parser_->get().version() < 11) return;  // one may not be asked
+    beast::error_code error;
+    stream_.socket().write_some(boost::asio::buffer(interim), error);
+    isWatching_ = true;
+    pause_.expires_after(resetPatience);
+    pause_.async_wait([self = shared_from_this()](beast::error_code) {
+        self->isWatching_ = false;
+        if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
+        if (!self->wasReset()) return;
+        self->cancel();
+        self->close();
+    });
+}
+
+bool HTTPSession::wasReset() {
+    int error = 0;
+    socklen_t size = sizeof error;
+    return ::getsockopt(stream_.socket().native_handle(), SOL_SOCKET, SO_ERROR, &error, &size) != 0 || error != 0;
 }
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
@@ -148,6 +177,7 @@ void HTTPSession::answer(HTTPResponse response) {
     if (!isWatching_) return sendAnswer(std::move(response));
     answer_ = std::move(response);
     stream_.cancel();
+    pause_.cancel();
 }
 
 void HTTPSession::sendAnswer(HTTPResponse response) {
@@ -192,6 +222,7 @@ void HTTPSession::sendNext() {
 }
 
 void HTTPSession::endAnswer() {
+    if (hasEnded_) return close();
     // What the other side still sends is read: a connection that is closed over it takes the answer along.
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
@@ -44,7 +45,7 @@ public:
 
 /// One connection: reads a request, has it answered, writes the answer, and again. Lives as long as an operation of its
 /// own is under way. Whoever is to send or to take something has a few seconds for it; whoever goes away meanwhile is
-/// not answered any more.
+/// not answered any more, unlike who only has nothing more to send.
 class HTTPSession : public std::enable_shared_from_this<HTTPSession> {
 public:
     using Clock = std::chrono::steady_clock;
@@ -87,6 +88,8 @@ private:
     void take();
     void giveShareBack() { host_.giveShareBack(std::exchange(share_, 0)); }
     void watch();
+    void askWhetherOneWaits();
+    [[nodiscard]] bool wasReset();
     void sendAnswer(HTTPResponse response);
     void refuseBroken(boost::system::error_code error);
     void refuse(HTTPResponse response);
@@ -96,6 +99,7 @@ private:
     void skipToEnd();
 
     boost::beast::tcp_stream stream_;
+    boost::asio::steady_timer pause_{stream_.get_executor()};
     HTTPSessionHost& host_;
     boost::beast::flat_buffer buffer_{maximumBuffer};
     std::optional<Parser> parser_;
@@ -103,6 +107,7 @@ private:
     std::size_t share_ = 0;  // of the room for bodies
     CancelToken cancel_;
     bool isWatching_ = false;             // whether the other side is read from while an answer is worked on
+    bool hasEnded_ = false;               // whether the other side has sent all; it is not read from any more
     std::optional<HTTPResponse> answer_;  // which waits for that to end
     Message message_;
     bool goesOn_ = true;   // whether another request may follow

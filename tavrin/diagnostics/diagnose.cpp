@@ -21,9 +21,10 @@ public:
 
     std::vector<Diagnostic> run() {
         try {
-            const Metering metering(options_.budget, cost_);
-            readTexts();
-            if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
+            look([this] {
+                readTexts();
+                if (written_) applyWrittenRules({*written_, bound(), options_.imageCacheDir.has_value()}, findings_);
+            });
             draw();
         } catch (...) {
             fail(std::current_exception());
@@ -36,6 +37,13 @@ public:
     }
 
 private:
+    /// Does on the call's own budget what looks at the texts. A drawing has one of its own.
+    template <class Work>
+    void look(const Work& work) {
+        const Metering metering(options_.budget, cost_);
+        work();
+    }
+
     [[nodiscard]] const BoundModel* bound() const { return bound_ ? &*bound_ : nullptr; }
 
     void readTexts() {
@@ -68,7 +76,7 @@ private:
         options.rounded = false;
         const ThrowingPreconditions instead;
         const BoundDocument bound = Document(document_, options.budget).bind(model_, options);
-        if (written_) boundEffects_ = boundEffects(*written_);
+        if (written_) look([this] { boundEffects_ = boundEffects(*written_); });
         DrawnFindings drawn;
         try {
             for (const WidgetRoom& room : options_.rooms)
@@ -80,12 +88,14 @@ private:
         } catch (...) {
             fail(std::current_exception());
         }
-        if (written_) drawn.moveTo(findings_, written_->outline());
+        if (written_) look([&] { drawn.moveTo(findings_, written_->outline()); });
     }
 
     void draw(Widget widget, DrawnFindings& findings) {
         const WidgetOptions& options = widget.options();
         const layout::LayoutTree& tree = widget.layoutTree();
+        Cost cost = widget.cost();
+        const Metering metering(options.budget, cost);  // what the rules have drawn counts anew
         const std::vector<DrawnView> views = drawnViews(tree, widget.document().origins().get(), boundEffects_);
         findings.enter(options.room.name, options.appearance == Appearance::dark ? "dark" : "light");
         applyDrawnRules({.widget = widget, .tree = tree, .views = views}, findings);
@@ -107,7 +117,7 @@ private:
     std::optional<std::string_view> model_;
     const DiagnoseOptions& options_;
     Findings findings_;
-    Cost cost_;  // of looking; each drawing has a budget of its own
+    Cost cost_;  // of looking at the texts
     std::optional<WrittenDocument> written_;
     std::optional<BoundModel> bound_;
     BoundEffects boundEffects_;

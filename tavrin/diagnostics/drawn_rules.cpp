@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <set>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/strings/utf8.h"
 #include "tavrin/platform/text/block_contents.h"
 #include "tavrin/platform/ui/views.h"
@@ -27,6 +28,7 @@ std::string joined(const std::vector<std::string>& words, std::string_view last)
 DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, std::string message, double badness,
                                          std::string_view what) {
     CodingPath path = origin ? *origin : CodingPath{};
+    Meter::ofThisThread().step(1 + path.size());
     const auto [known, isNew] = known_.try_emplace({rule, toText(path), std::string(what)}, found_.size());
     if (isNew) found_.push_back({rule, std::move(path), message, badness});
     Found& found = found_[known->second];
@@ -80,8 +82,10 @@ void DrawnFindings::moveTo(Findings& findings, const JSONOutline& outline) const
 
 void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings) {
     for (const auto rule : {findUntappableLinks, findMissingImages, findMissingGlyphs, findContradictoryFrames,
-                            findTruncatedTexts, findClippedTexts, findUnseenTexts, findLowContrast})
+                            findTruncatedTexts, findClippedTexts, findUnseenTexts, findLowContrast}) {
+        Meter::ofThisThread().step(subject.views.size());
         rule(subject, findings);
+    }
 }
 
 Rect textBounds(const DrawnSubject& subject, const DrawnView& text) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/written_rules.h"
 
+#include "tavrin/platform/foundation/budget/meter.h"
+
 namespace tavrin {
 
 void applyWrittenRules(const WrittenSubject& subject, Findings& findings) {
@@ -8,7 +10,10 @@ void applyWrittenRules(const WrittenSubject& subject, Findings& findings) {
          {findUnknownKeys, findDuplicateKeys, findDroppedValues, findNumbersOutOfRange, findMalformedExpressions,
           findUnresolvedExpressions, findEmbeddedExpressions, findOddColors, findReferenceModifiers, findNewerFeatures,
           findRefusedClipShapes, findInvalidURLs, findUnusedNodes})
-        if (!findings.isFull()) rule(subject, findings);
+        if (!findings.isFull()) {
+            Meter::ofThisThread().step(subject.document.outline().values().size());
+            rule(subject, findings);
+        }
 }
 
 std::optional<std::string> expressionIn(const WrittenDocument& document, const WrittenMember& member) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stop_token>
 #include <string_view>
@@ -17,8 +18,8 @@ using Picture = std::shared_ptr<const Bitmap>;
 struct Decoding {
     ImageBounds bounds = {};
     std::stop_token stop = {};
-    /// What those who wait for it may still hold.
-    std::size_t bytesAllowed = SIZE_MAX;
+    /// Asks, before anything is allocated, whether one of those who wait for it may hold so many bytes; null: always.
+    std::function<bool(std::size_t bytes)> mayBeHeld = nullptr;
 
     /// The pixels that the file declares; 0 until they are found to be within the bounds.
     std::uint64_t pixels = 0;

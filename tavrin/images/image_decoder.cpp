@@ -18,7 +18,7 @@ bool Decoding::admits(std::uint64_t width, std::uint64_t height) {
     if (width > bounds.maximumPixels / height) return false;
     pixels = width * height;
     const std::uint64_t bytes = pixels * sizeof(std::uint32_t);
-    isGivenUp = bytes > bytesAllowed;
+    isGivenUp = mayBeHeld && !mayBeHeld(bytes);
     return !isGivenUp && bytes + Bitmap::bytesInUse() <= bounds.maximumBytesInUse;
 }
 

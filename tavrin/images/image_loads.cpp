@@ -2,7 +2,6 @@
 #include "tavrin/images/image_loads.h"
 
 #include <algorithm>
-#include <atomic>
 #include <exception>
 #include <utility>
 
@@ -11,16 +10,53 @@
 namespace tavrin {
 namespace {
 
-/// How much the calling thread may still hold: exactly what it would not be refused.
-std::size_t bytesLeft() {
+/// What the calling thread may still hold: exactly what it would not be refused.
+ImageLoads::Allowance ofThisThread() {
     const Metering* const metering = Metering::ofThisThread();
-    return metering ? metering->bytesLeft() : SIZE_MAX;
+    if (!metering) return {};
+    return {metering->bytesLeft(), metering->shared()};
 }
 
 }  // namespace
 
-/// A load that is under way. The lock guards all of it but `stop` and `bytesAllowed`.
+/// What those who wait for a picture may hold of it. Thread-safe.
+class ImageLoads::Allowances {
+public:
+    void add(const Allowance& allowance) {
+        const std::lock_guard lock(mutex_);
+        most_ = std::max(most_, allowance.bytes);
+        if (allowance.shared && std::find(shared_.begin(), shared_.end(), allowance.shared) == shared_.end())
+            shared_.push_back(allowance.shared);
+    }
+    /// Whether one of them may hold so many bytes; shared ones are taken for it.
+    bool cover(std::size_t bytes) {
+        const std::lock_guard lock(mutex_);
+        if (bytes <= most_) return true;
+        const auto found = std::find_if(shared_.begin(), shared_.end(), [&](const auto& s) { return s->take(bytes); });
+        if (found == shared_.end()) return false;
+        taken_ = TakenBytes(*found, bytes);
+        return true;
+    }
+    /// Hands the calling thread what was taken for it.
+    void handOver() {
+        const std::lock_guard lock(mutex_);
+        if (Metering* const metering = Metering::ofThisThread()) metering->takeOver(taken_);
+    }
+
+private:
+    std::mutex mutex_;
+    std::size_t most_ = 0;
+    std::vector<std::shared_ptr<SharedBytes>> shared_;
+    TakenBytes taken_;
+};
+
+/// A load that is under way. The lock guards all of it but `stop` and `allowances`.
 struct ImageLoads::Load {
+    /// What decodes its picture; only as long as the load is kept.
+    images::Decoding decoding() {
+        return {.stop = stop.get_token(), .mayBeHeld = [this](std::size_t bytes) { return allowances.cover(bytes); }};
+    }
+
     std::condition_variable ended;
     bool isOver = false;
     Outcome outcome;
@@ -30,7 +66,7 @@ struct ImageLoads::Load {
 
     std::shared_ptr<URLSession::Task> task = nullptr;
     std::stop_source stop;
-    std::atomic<std::size_t> bytesAllowed = 0;  ///< the most that one of those who want it may hold
+    Allowances allowances;
 };
 
 ImageLoads::Outcome ImageLoads::decoded(const URLResponse& response, images::Decoding decoding) noexcept {
@@ -47,7 +83,7 @@ ImageLoads::Outcome ImageLoads::wait(const Key& key, URLSession& session,
                                      std::optional<std::chrono::steady_clock::time_point> end) {
     std::unique_lock lock(mutex_);
     if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
-    const auto [load, isNew] = join(key, bytesLeft());
+    const auto [load, isNew] = join(key, ofThisThread());
     ++load->waiting;
     const std::shared_ptr<URLSession::Task> task = load->task;
     lock.unlock();
@@ -62,7 +98,10 @@ ImageLoads::Outcome ImageLoads::wait(const Key& key, URLSession& session,
         budgetError = std::current_exception();
     }
     --load->waiting;
-    if (!budgetError && load->isOver) return load->outcome;
+    if (!budgetError && load->isOver) {
+        load->allowances.handOver();
+        return load->outcome;
+    }
     if (!load->isOver) leave(key, load, std::move(lock));
     if (budgetError) std::rethrow_exception(budgetError);
     return {.isInTime = false};
@@ -84,30 +123,31 @@ void ImageLoads::waitFor(Load& load, std::unique_lock<std::mutex>& lock,
 ImageLoads::Outcome ImageLoads::make(const Key& key, const Make& make) {
     std::unique_lock lock(mutex_);
     if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
-    const auto [load, isNew] = join(key, bytesLeft());
+    const auto [load, isNew] = join(key, ofThisThread());
     if (isNew) {
         lock.unlock();
-        finish(key, *load, make({.bytesAllowed = load->bytesAllowed}));
+        finish(key, *load, make(load->decoding()));
         lock.lock();
     }
     waitFor(*load, lock, std::nullopt);
+    load->allowances.handOver();
     return load->outcome;
 }
 
 void ImageLoads::begin(const Key& key, URLSession& session, const Prefetch& prefetch) {
     std::unique_lock lock(mutex_);
     if (memory.holds(key.url)) return;
-    const auto [load, isNew] = join(key, SIZE_MAX);
+    const auto [load, isNew] = join(key, {});
     load->prefetches.push_back(prefetch);
     lock.unlock();
     if (isNew) request(key, load, session);
 }
 
-ImageLoads::Joined ImageLoads::join(const Key& key, std::size_t bytesAllowed) {
+ImageLoads::Joined ImageLoads::join(const Key& key, const Allowance& allowance) {
     LoadPtr& load = underWay_[key];
     const bool isNew = load == nullptr;
     if (isNew) load = std::make_shared<Load>();
-    load->bytesAllowed = std::max(load->bytesAllowed.load(), bytesAllowed);
+    load->allowances.add(allowance);
     return {load, isNew};
 }
 
@@ -117,7 +157,7 @@ void ImageLoads::request(const Key& key, const LoadPtr& load, URLSession& sessio
     lock.unlock();
     // The cache may be gone when the load ends.
     const auto end = [loads = weak_from_this(), key, load](const URLResponse& response) {
-        Outcome outcome = decoded(response, {.stop = load->stop.get_token(), .bytesAllowed = load->bytesAllowed});
+        Outcome outcome = decoded(response, load->decoding());
         if (const auto alive = loads.lock()) alive->finish(key, *load, std::move(outcome));
     };
     try {

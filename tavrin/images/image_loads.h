@@ -14,6 +14,7 @@
 
 #include "tavrin/images/decoders.h"
 #include "tavrin/images/image_memory.h"
+#include "tavrin/platform/foundation/budget/shared_bytes.h"
 #include "tavrin/platform/foundation/net/url_session.h"
 
 namespace tavrin {
@@ -44,6 +45,12 @@ public:
         bool isGivenUp = false;
     };
 
+    /// What somebody who wants a picture may hold: bytes of their own, and what they share with others.
+    struct Allowance {
+        std::size_t bytes = SIZE_MAX;
+        std::shared_ptr<SharedBytes> shared = nullptr;
+    };
+
     /// Makes a picture of a response's body.
     static Outcome decoded(const URLResponse& response, images::Decoding decoding) noexcept;
 
@@ -61,6 +68,7 @@ public:
     ImageMemory memory{std::size_t{256} << 20};
 
 private:
+    class Allowances;
     struct Load;
     using LoadPtr = std::shared_ptr<Load>;
     struct Hash {
@@ -71,8 +79,8 @@ private:
         bool isNew;
     };
 
-    /// The load of an address, for someone who may hold so many bytes. Called under the lock.
-    Joined join(const Key& key, std::size_t bytesAllowed);
+    /// The load of an address, for someone who may hold so much. Called under the lock.
+    Joined join(const Key& key, const Allowance& allowance);
     /// Waits until a load is over or `end` has come. Called under the lock.
     static void waitFor(Load& load, std::unique_lock<std::mutex>& lock,
                         std::optional<std::chrono::steady_clock::time_point> end);

@@ -74,6 +74,10 @@ std::string ImageRenderer::targetsText() {
     return std::move(writer).text();
 }
 
+Explanation ImageRenderer::explanation(const explain::OriginOf& originOf) {
+    return answer([&](const layout::LayoutTree& tree) { return explainLayout(tree, originOf); });
+}
+
 PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 
 std::shared_ptr<const PixelBuffer> ImageRenderer::pixels(LastPicture& last) {

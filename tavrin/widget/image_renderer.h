@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/explain/explanation.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
@@ -48,6 +49,8 @@ public:
     [[nodiscard]] std::vector<TapTarget> targets();
     /// The same as JSON: `{"targets": [{"kind": …, "destination": …, "frame": [x, y, width, height]}, …]}`.
     [[nodiscard]] std::string targetsText();
+    /// Why each view has its size and place. Only with `Recording::placements`; see `explainLayout`.
+    [[nodiscard]] Explanation explanation(const explain::OriginOf& originOf = {});
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
     /// The same, drawn from what differs from the last picture; see `LastPicture`.

@@ -72,9 +72,9 @@ std::string Widget::png(const PixelBuffer& pixels, PngCompression compression) c
 }
 
 Explanation Widget::explanation() {
+    const Hearing hearing(options_.notes);
     const ViewOrigins* const origins = document_.origins().get();
-    return explainLayout(layoutTree(),
-                         [origins](const AnyView& view) { return origins ? origins->find(view) : nullptr; });
+    return renderer_.explanation([origins](const AnyView& view) { return origins ? origins->find(view) : nullptr; });
 }
 
 }  // namespace tavrin

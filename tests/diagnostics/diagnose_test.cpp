@@ -54,6 +54,38 @@ TEST(Diagnose, SaysWhatLoadingRefuses) {
     }
 }
 
+TEST(Diagnose, LooksOnTheBudgetOfTheDrawings) {
+    std::string unknown;
+    for (int i = 0; i < 2000; ++i) unknown += ", \"x" + std::to_string(i) + "\": 1";
+    std::string frames = R"({"type": "spacer"})";
+    for (int i = 0; i < 200; ++i)
+        frames += R"(, {"type": "spacer", "modifiers": [{"type": "frame", "maxWidth": 100}]})";
+    const struct {
+        const char* why;
+        std::string document;
+    } rows[] = {
+        {"the text's rules", documentOf(R"({"type": "spacer")" + unknown + "}")},
+        {"the drawing's rules", documentOf(R"({"type": "zstack", "children": [)" + frames + "]}")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        DiagnoseOptions options = quietOptions();
+        Widget widget = Document(row.document).widget(std::nullopt, options);
+        (void)widget.layoutTree();
+        options.budget.steps = widget.cost().steps;
+        const auto isRefused = [&] {
+            const auto found = diagnose(row.document, std::nullopt, options);
+            return std::ranges::any_of(found, [](const Diagnostic& d) { return d.message.starts_with("Budget: "); });
+        };
+        EXPECT_TRUE(isRefused()) << "they take steps as well";
+        options.budget = {};
+        EXPECT_FALSE(isRefused());
+        options.budget.cancel = CancelToken();
+        options.budget.cancel->cancel();
+        EXPECT_TRUE(isRefused());
+    }
+}
+
 TEST(Diagnose, SaysWhatWasMeantByWhatLoadingRefuses) {
     const auto nodes = [](const std::string& all) { return R"({"version": "1.2", "nodes": {)" + all + "}}"; };
     const auto progress = [&](const std::string& keys) {

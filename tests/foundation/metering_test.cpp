@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "tavrin/platform/foundation/budget/metering.h"
-
+#include <atomic>
+#include <cstdint>
 #include <functional>
+#include <memory>
+#include <new>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tavrin/platform/foundation/budget/metering_elsewhere.h"
 #include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
@@ -102,6 +106,15 @@ TEST(Metering, GoesOnFromWhatWasSpentBefore) {
               "the work takes more than 5 steps");
 }
 
+TEST(Metering, CountsNothingForABlockThatThereIsNoMemoryFor) {
+    if (!pool::keepsBlocks) GTEST_SKIP() << "sanitizers end the process instead";
+    Cost cost;
+    const Metering metering({.bytes = UINT64_MAX}, cost);
+    volatile std::size_t tooMany = PTRDIFF_MAX / 2;
+    EXPECT_THROW(pool::deallocate(pool::allocate(tooMany), tooMany), std::bad_alloc);
+    EXPECT_EQ(Meter::ofThisThread().bytes, 0);
+}
+
 TEST(Metering, CountsForTheInnermostOnly) {
     Cost outer;
     Cost inner;
@@ -123,14 +136,95 @@ TEST(Metering, TakesWhatAnotherThreadHasCost) {
     step(40);
     const HeldBytes held(20);
     EXPECT_EQ(metering.bytesLeft(), 80U);
-    Cost elsewhere = metering.spent();
+    const MeteringElsewhere elsewhere;
+    std::optional<Cost> spent;
     std::jthread([&] {
-        const Metering other(metering.budget(), elsewhere);
-        step(60);
+        spent = elsewhere.of([] {
+            step(60);
+            HeldBytes meanwhile(50);
+            Meter::ofThisThread().hold(30);
+        });
     }).join();
-    EXPECT_EQ(elsewhere.steps, 100U);
-    Metering::charge({.steps = 60});
+    ASSERT_TRUE(spent);
+    EXPECT_EQ(spent->steps, 60U);
+    EXPECT_EQ(spent->bytes, 30);
+    EXPECT_EQ(spent->peakBytes, 80);
+    Metering::charge(*spent);
+    EXPECT_EQ(Meter::ofThisThread().bytes, 50);
     EXPECT_THROW(step(1), TavrinError);
+    EXPECT_THROW(Metering::charge(*spent), TavrinError) << "it would not have been done here";
+}
+
+TEST(Metering, OtherThreadsShareTheBytesThatAreLeft) {
+    Cost cost;
+    const Metering metering({.bytes = 100}, cost);
+    const HeldBytes held(20);
+    const MeteringElsewhere elsewhere;
+    const auto hold = [](std::size_t count) { return [count] { Meter::ofThisThread().hold(count); }; };
+    const auto give = [](std::size_t count) { return [count] { const HeldBytes meanwhile(count); }; };
+    EXPECT_TRUE(elsewhere.of(give(80))) << "which are given back";
+    EXPECT_TRUE(elsewhere.of(hold(50)));
+    EXPECT_TRUE(elsewhere.of([&] {
+        const HeldBytes meanwhile(20);
+        EXPECT_TRUE(elsewhere.of(hold(10)));
+        EXPECT_EQ(Metering::ofThisThread()->bytesLeft(), 0U) << "it takes no more than it needs";
+    }));
+    EXPECT_FALSE(elsewhere.of([] {
+        try {
+            const HeldBytes meanwhile(21);
+            ADD_FAILURE();
+        } catch (const TavrinError& error) {
+            EXPECT_EQ(error.message, "more than 100 bytes are held at once");
+        }
+    }));
+    EXPECT_TRUE(elsewhere.of(hold(20))) << "what was refused took nothing";
+    EXPECT_FALSE(elsewhere.of([] { EXPECT_THROW(Meter::ofThisThread().hold(1), TavrinError); }));
+}
+
+TEST(Metering, TakesOverWhatAnotherThreadTookForIt) {
+    const auto shared = std::make_shared<SharedBytes>(100);
+    const auto others = std::make_shared<SharedBytes>(100);
+    {
+        Cost cost;
+        Metering metering({}, cost, shared);
+        for (const auto& bytes : {shared, others}) {
+            ASSERT_TRUE(bytes->take(60));
+            TakenBytes taken(bytes, 60);
+            metering.takeOver(taken);
+        }
+        EXPECT_EQ(others->left(), 100U) << "those are not its own";
+        EXPECT_EQ(metering.bytesLeft(), 60U);
+        Meter::ofThisThread().hold(40);
+        EXPECT_EQ(shared->left(), 40U);
+    }
+    EXPECT_EQ(shared->left(), 60U) << "it still holds 40";
+}
+
+TEST(MeteringThreads, HoldTogetherNoMoreThanThereIs) {
+    Cost cost;
+    const Metering metering({.bytes = 1000}, cost);
+    const MeteringElsewhere elsewhere;
+    std::atomic<int> held = 0;
+    std::atomic<int> most = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 8; ++thread)
+            threads.emplace_back([&] {
+                for (int i = 0; i < 2000; ++i)
+                    (void)elsewhere.of([&] {
+                        try {
+                            const HeldBytes meanwhile(300);
+                            const int now = held += 300;
+                            for (int seen = most; seen < now && !most.compare_exchange_weak(seen, now);) continue;
+                            held -= 300;
+                        } catch (const TavrinError&) {
+                        }
+                    });
+            });
+    }
+    EXPECT_GE(most, 300);
+    EXPECT_LE(most, 900);
+    EXPECT_TRUE(elsewhere.of([] { Meter::ofThisThread().hold(1000); })) << "all came back";
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/images/web_image_cache.h"
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -10,14 +12,16 @@
 #include <optional>
 #include <thread>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/budget/metering_elsewhere.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 #include "tavrin/platform/foundation/net/url_session.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
+#include "tavrin/platform/foundation/threads/parallel_loop.h"
 #include "tests/network/listener.h"
 #include "tests/network/web_server.h"
 
@@ -291,6 +295,39 @@ TEST_F(WebImageCacheThreads, WhoHasMoreBudgetGetsThePicture) {
     const URL url = urlOf(server.at("/late/300/more"));
     std::jthread poor([&] { EXPECT_NE(refusalOf({.bytes = 100}, [&] { cache.loadImageSync(url, nullptr); }), ""); });
     EXPECT_NE(cache.loadImageSync(url, nullptr), nullptr);
+}
+
+TEST_F(WebImageCacheThreads, PicturesOfOneCallAreDecodedAsFarAsItsBytesReach) {
+    constexpr std::size_t count = 16;
+    constexpr std::size_t pictureBytes = 128;
+    for (const bool isLocal : {false, true}) {
+        SCOPED_TRACE(isLocal);
+        std::vector<URL> urls;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::string file = fmt::format("{}shared-{}.png", ::testing::TempDir(), i);
+            std::ofstream(file, std::ios::binary) << smallPicture();
+            urls.push_back(isLocal ? URL::fileURL(file) : urlOf(server.at(fmt::format("/ok/shared/{}", i))));
+        }
+        Cost cost;
+        const Metering metering({.bytes = 3 * pictureBytes + 100}, cost);
+        const MeteringElsewhere elsewhere;
+        std::atomic<int> loaded = 0;
+        parallelLoop(count, count, [&](std::size_t i) {
+            const std::optional<Cost> spent = elsewhere.of([&] {
+                try {
+                    const auto picture =
+                        isLocal ? cache.loadImageFromFile(urls[i], nullptr) : cache.loadImageSync(urls[i], nullptr);
+                    EXPECT_NE(picture, nullptr);
+                } catch (const TavrinError& error) {
+                    EXPECT_EQ(error.kind, "Budget");
+                }
+            });
+            if (spent) ++loaded;
+        });
+        EXPECT_EQ(loaded, 3);
+        EXPECT_EQ(std::count_if(urls.begin(), urls.end(), [&](const URL& url) { return cache.holds(url); }), 3)
+            << "no other was decoded";
+    }
 }
 
 TEST_F(WebImageCacheThreads, TenThousandAddressesAtOnce) {

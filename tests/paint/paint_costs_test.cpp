@@ -16,6 +16,7 @@
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tavrin/platform/paint/text/text_painter.h"
+#include "tests/growth.h"
 #include "tests/layout/laid_out.h"
 #include "tests/paint/colors.h"
 
@@ -39,35 +40,14 @@ std::string paintedOn(Medium medium, const layout::LayoutTree& tree) {
     return canvas.finishDocument();
 }
 
-/// Draws on a budget, and says what it has cost.
+/// Draws on a budget, and says what it has cost; its bytes exactly.
 Cost costOf(const std::function<void()>& draw, const RenderBudget& budget = {}) {
     Cost cost;
     {
-        const Metering metering(budget, cost);
+        const Metering metering(budget, cost, std::make_shared<SharedBytes>(budget.bytes));
         draw();
     }
     return cost;
-}
-
-/// The fewest bytes with which something can be drawn, to within some percent.
-std::uint64_t bytesFor(const std::function<void()>& draw) {
-    const auto isEnough = [&](std::uint64_t bytes) {
-        try {
-            costOf(draw, {.bytes = bytes});
-            return true;
-        } catch (const TavrinError& error) {
-            EXPECT_EQ(error.kind, "Budget") << error.message;
-            return false;
-        }
-    };
-    std::uint64_t enough = 4096;
-    while (!isEnough(enough)) enough *= 2;
-    std::uint64_t tooFew = enough / 2;
-    while (tooFew + enough / 64 < enough) {
-        const std::uint64_t middle = (tooFew + enough) / 2;
-        (isEnough(middle) ? enough : tooFew) = middle;
-    }
-    return enough;
 }
 
 AnyView wrapped(int times, AnyView view, const std::function<AnyView(AnyView)>& wrap) {
@@ -168,12 +148,10 @@ TEST(PaintCosts, GrowWithWhatIsDrawn) {
                 const Cost cost = costOf(draw);
                 EXPECT_GE(cost.steps + cost.pixels, static_cast<std::uint64_t>(times * row.least));
                 work.push_back(static_cast<double>(cost.steps) + static_cast<double>(cost.pixels));
-                bytes.push_back(static_cast<double>(bytesFor(draw)));
+                bytes.push_back(static_cast<double>(cost.peakBytes));
             }
-            // What twice as many more cost more, without what one alone does.
-            const double most = 2 * std::pow(2, 0.1);
-            EXPECT_LE(work[2] - work[1], most * (work[1] - work[0]) + 1000);
-            EXPECT_LE(bytes[2] - bytes[1], most * (bytes[1] - bytes[0]) + bytes[2] / 16);
+            expectLinear("work", work, 1000);
+            expectLinear("bytes", bytes, bytes[2] / 16);
         }
     }
 }
@@ -189,12 +167,54 @@ TEST(PaintCosts, GrowWithTheLinksOfADocument) {
                     canvas.link({{}, page}, *URL::parse(fmt::format("https://example.com/{}", i)));
                 EXPECT_FALSE(canvas.finishDocument().empty());
             };
-            steps.push_back(static_cast<double>(costOf(draw).steps));
-            bytes.push_back(static_cast<double>(bytesFor(draw)));
+            const Cost cost = costOf(draw);
+            steps.push_back(static_cast<double>(cost.steps));
+            bytes.push_back(static_cast<double>(cost.peakBytes));
         }
         EXPECT_GE(steps[0], 50);
-        EXPECT_LE(steps[2] - steps[1], 2.2 * (steps[1] - steps[0]));
-        EXPECT_LE(bytes[2] - bytes[1], 2.2 * (bytes[1] - bytes[0]) + bytes[2] / 16);
+        expectLinear("steps", steps, 0);
+        expectLinear("bytes", bytes, bytes[2] / 16);
+    }
+}
+
+/// Of two gradients no two neighbouring colours are alike.
+LinearGradient unlike(int number, int count) {
+    LinearGradient gradient;
+    for (int i = 0; i < count; ++i) {
+        const double place = number * count + i;
+        gradient.colors.push_back(Color::rgb(std::fmod(place * 0.377, 1), std::fmod(place * 0.618, 1), i % 2));
+    }
+    gradient.endPoint = UnitPoint::trailing;
+    return gradient;
+}
+
+TEST(PaintCosts, CountWhatCairoComparesOfThePDFsGradients) {
+    const auto steps = [](Medium medium, int count, bool areAlike) {
+        const layout::LayoutTree tree =
+            layout::laidOut(heaped(count, [&](int i) { return unlike(areAlike ? 0 : i, 100); }), page);
+        return static_cast<double>(costOf([&] { EXPECT_FALSE(paintedOn(medium, tree).empty()); }).steps);
+    };
+    for (const Medium medium : {Medium::svg, Medium::pdf}) {
+        const bool isPDF = medium == Medium::pdf;
+        for (const bool areAlike : {true, false}) {
+            SCOPED_TRACE(testing::Message() << (isPDF ? "PDF" : "SVG") << (areAlike ? ", alike" : ""));
+            const double four = steps(medium, 4, areAlike);
+            const double eight = steps(medium, 8, areAlike);
+            const double sixteen = steps(medium, 16, areAlike);
+            const double growth = (sixteen - eight) / (eight - four);
+            if (isPDF && !areAlike) {
+                EXPECT_GT(growth, 3) << "each is compared with all before";
+            } else {
+                EXPECT_LT(growth, 2.2);
+            }
+        }
+    }
+    const layout::LayoutTree tree = layout::laidOut(heaped(200, [](int i) { return unlike(i, 500); }), page);
+    try {
+        costOf([&] { paintedOn(Medium::pdf, tree); });
+        ADD_FAILURE() << "that would take half a minute";
+    } catch (const TavrinError& error) {
+        EXPECT_EQ(error.message, "the work takes more than 200000000 steps");
     }
 }
 
@@ -212,11 +232,27 @@ TEST(PaintCosts, AreTheSameWhateverIsKept) {
     }
 }
 
+TEST(PaintCosts, OfAnSVGAreTheSameWhateverWasDrawnBefore) {
+    const layout::LayoutTree tree = layout::laidOut(
+        heaped(40,
+               [](int i) {
+                   return Opacity{.value = 0.5, .content = ZStack{.children = {Circle{}, Text{.content = emoji(i)}}}};
+               }),
+        page);
+    const auto draw = [&] { EXPECT_FALSE(paintedOn(Medium::svg, tree).empty()); };
+    const Cost before = costOf(draw);
+    for (int i = 0; i < 30; ++i) draw();
+    const Cost after = costOf(draw);
+    EXPECT_EQ(after.steps, before.steps);
+    EXPECT_EQ(after.bytes, before.bytes);
+    EXPECT_EQ(after.peakBytes, before.peakBytes) << "after more than a thousand groups";
+}
+
 TEST(PaintCosts, ClipsAlikeHoldWhatOneHolds) {
     const auto bytes = [](int depth) {
         const layout::LayoutTree tree = layout::laidOut(
             wrapped(depth, Rectangle{}, [](AnyView v) { return ClipShape{.shape = Circle{}, .content = v}; }), page);
-        return bytesFor([&] { EXPECT_FALSE(paintedOn(Medium::raster, tree).empty()); });
+        return costOf([&] { EXPECT_FALSE(paintedOn(Medium::raster, tree).empty()); }).peakBytes;
     };
     EXPECT_LE(static_cast<double>(bytes(100)), 1.1 * static_cast<double>(bytes(2)));
 }
@@ -291,13 +327,14 @@ TEST(PaintCosts, WhatCairoWritesIsRefusedAsABudget) {
     const layout::LayoutTree tree = layout::laidOut(heaped(50, [](int) { return Circle{}; }), page);
     for (const Medium medium : {Medium::svg, Medium::pdf}) {
         const auto draw = [&] { EXPECT_FALSE(paintedOn(medium, tree).empty()); };
-        const std::uint64_t enough = bytesFor(draw);
+        const auto enough = static_cast<std::uint64_t>(costOf(draw).peakBytes);
+        EXPECT_NO_THROW(costOf(draw, {.bytes = enough}));
         try {
-            costOf(draw, {.bytes = enough - enough / 16});
+            costOf(draw, {.bytes = enough - 1});
             ADD_FAILURE();
         } catch (const TavrinError& error) {
             EXPECT_EQ(error.kind, "Budget");
-            EXPECT_EQ(error.message, fmt::format("more than {} bytes are held at once", enough - enough / 16));
+            EXPECT_EQ(error.message, fmt::format("more than {} bytes are held at once", enough - 1));
         }
     }
 }

@@ -2,8 +2,10 @@
 #include "cli/preview/end_deadline.h"
 
 #include <chrono>
+#include <csignal>
 #include <iostream>
 #include <thread>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +21,20 @@ TEST(EndDeadlineDeathTest, EndsWhatDoesNotEndByItself) {
         while (true) std::this_thread::sleep_for(milliseconds(10));
     };
     EXPECT_EXIT(hang(), ::testing::ExitedWithCode(0), "saved");
+}
+
+TEST(EndDeadlineDeathTest, FinishesBeforeAnotherSignalEndsTheProcess) {
+    const auto interrupt = [](int signal) {
+        EndDeadline deadline(milliseconds(60'000), [] {
+            std::this_thread::sleep_for(milliseconds(50));
+            std::cerr << "saved";
+        });
+        deadline.start();
+        ::kill(::getpid(), signal);
+        while (true) std::this_thread::sleep_for(milliseconds(10));
+    };
+    for (const int signal : {SIGTERM, SIGINT})
+        EXPECT_EXIT(interrupt(signal), ::testing::KilledBySignal(signal), "saved");
 }
 
 TEST(EndDeadline, LeavesWhatEndsInTime) {

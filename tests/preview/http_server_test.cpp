@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -217,6 +218,31 @@ TEST(HTTPServer, AnswersWhileOthersTakeLongUntilTheyAreGivenUp) {
     EXPECT_THAT(running.send(get("/long/but-not-now") + end), HasSubstr("GET /long/but-not-now"));
     EXPECT_LE(patience.begun, 4) << "those that waited for their turn have not begun";
     EXPECT_EQ(patience.ended, patience.begun);
+}
+
+TEST(HTTPServer, AnswersWhoHasNothingMoreToSend) {
+    const RunningServer running([](const HTTPRequest& request) {
+        const bool isSlow = request.path == "/slow";
+        std::this_thread::sleep_for(std::chrono::milliseconds(isSlow ? 500 : 20));
+        return request.cancel.isCancelled() ? HTTPResponse{} : echo(request);
+    });
+    const struct {
+        const char* why;
+        std::string requests;
+        std::vector<std::string> answered;
+    } rows[] = {
+        {"at once", get("/fast") + "\r\n", {"GET /fast"}},
+        {"later", get("/slow") + "\r\n", {"GET /slow"}},
+        {"one after the other", get("/slow") + "\r\n" + get("/fast") + "\r\n", {"GET /slow", "GET /fast"}},
+        {"of an older version", "GET /SECRET/slow HTTP/1.0\r\n" + host + "\r\n", {"GET /slow"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const FileDescriptor socket = running.begin(row.requests);
+        ::shutdown(socket.number(), SHUT_WR);
+        const std::string answers = received(socket, std::chrono::seconds(5));
+        for (const std::string& answer : row.answered) EXPECT_THAT(answers, HasSubstr(answer));
+    }
 }
 
 TEST(HTTPServer, KeepsWhatIsSentWhileItAnswers) {

@@ -15,6 +15,7 @@
 
 #include "tavrin/json/json_outline.h"
 #include "tavrin/widget/widget.h"
+#include "tests/growth.h"
 
 // Whatever a document makes larger, what it costs grows in proportion: counted, never timed.
 
@@ -58,20 +59,15 @@ bool isEmptyArray(std::string_view raw) {
     return raw.front() == '[' && raw.find_first_not_of(" \n", 1) == raw.size() - 1;
 }
 
-/// Of three amounts at n, 2n and 4n, whether they grow no faster than n to the power of 1.1.
-void expectLinear(std::string_view what, double once, double twice, double fourTimes, double slack) {
-    constexpr double most = 2.15;  // 2 to the power of 1.1
-    EXPECT_LE(fourTimes - twice, most * std::max(0.0, twice - once) + slack)
-        << what << ": " << once << ", " << twice << ", " << fourTimes;
-}
-
 void expectLinearCost(const std::function<Cost(std::size_t times)>& costAt) {
     const Cost once = costAt(count);
     const Cost twice = costAt(2 * count);
     const Cost fourTimes = costAt(4 * count);
     const auto amounts = [&](std::string_view what, auto member, double slack) {
-        expectLinear(what, static_cast<double>(once.*member), static_cast<double>(twice.*member),
-                     static_cast<double>(fourTimes.*member), slack);
+        expectLinear(what,
+                     std::vector{static_cast<double>(once.*member), static_cast<double>(twice.*member),
+                                 static_cast<double>(fourTimes.*member)},
+                     slack);
     };
     amounts("steps", &Cost::steps, 300);
     amounts("pixels", &Cost::pixels, 20'000);

@@ -170,6 +170,39 @@ TEST(Widget, TracesOnlyWhatIsAskedFor) {
     EXPECT_EQ(toText(explanation.front().origin.value()), "nodes.main.modifiers[0]");
 }
 
+TEST(Widget, ExplainsOnTheBudgetOfItsDrawings) {
+    WidgetOptions options = quiet();
+    options.trace = WidgetTrace::reasons;
+    options.budget.cancel = CancelToken();
+    const Document document(greeting);
+    Widget widget = document.widget(ada, options);
+    (void)widget.layoutTree();
+    const Cost laidOut = widget.cost();
+    const std::size_t views = widget.explanation().size();
+    EXPECT_GE(widget.cost().steps, laidOut.steps + views) << "a step for each view";
+    const std::uint64_t explained = widget.cost().steps;
+    EXPECT_EQ(widget.explanation().size(), views);
+    EXPECT_EQ(widget.cost().steps, explained) << "each answer begins anew";
+
+    const auto refusal = [](Widget& asked) -> std::string {
+        try {
+            (void)asked.explanation();
+            return "";
+        } catch (const TavrinError& error) {
+            return error.kind + ": " + error.message;
+        }
+    };
+    options.budget.cancel->cancel();
+    EXPECT_EQ(refusal(widget), "Budget: the call was cancelled");
+    options.budget = {.steps = explained};
+    Widget enough = document.widget(ada, options);
+    EXPECT_EQ(refusal(enough), "");
+    options.budget.steps = explained - 1;
+    Widget tooFew = document.widget(ada, options);
+    EXPECT_NO_THROW((void)tooFew.layoutTree());
+    EXPECT_EQ(refusal(tooFew), "Budget: the work takes more than " + std::to_string(explained - 1) + " steps");
+}
+
 TEST(WidgetThreads, ShareADocument) {
     const Document document(greeting);
     const auto draw = [&](std::size_t number) {

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "tavrin/diagnostics/drawn_rules.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/text/block_contents.h"
 #include "tavrin/platform/ui/views.h"
 
@@ -87,6 +88,7 @@ private:
         std::uint32_t last = 0;  // neighbours are mostly alike
         double lastContrast = contrastOn(color, last);
         for (int y = pixel(place.origin.y, behind_.height()); y < bottom; ++y) {
+            Meter::ofThisThread().paint(static_cast<std::uint64_t>(std::max(0, right - left)));
             for (int x = left; x < right; ++x) {
                 const std::uint32_t under = behind_.row(y)[x];
                 if (onlyGlyphs && under == drawn_.row(y)[x]) continue;

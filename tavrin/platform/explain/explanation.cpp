@@ -8,6 +8,7 @@
 
 #include "tavrin/platform/explain/reasons.h"
 #include "tavrin/platform/explain/words.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/ui/views.h"
 
@@ -60,17 +61,23 @@ private:
     void add(const Pending& pending) {
         if (explanation_.size() == maximumViews)
             throw TavrinError("Engine", "more than " + std::to_string(maximumViews) + " views are to be explained");
+        constexpr std::uint64_t stepsOfView = 16;
+        const CodingPath* const origin = placed_.origin(pending.node);
+        Meter::ofThisThread().step(stepsOfView + (origin ? origin->size() : 0));
+        held_.grow(sizeof(ViewExplanation));
         ViewExplanation& view = explanation_.emplace_back();
         view.node = pending.node;
         view.parent = pending.parent;
         if (pending.parent) view.depth = explanation_[*pending.parent].depth + 1;
         view.name = view.title = placed_.view(pending.node).box().name();
-        if (const CodingPath* path = placed_.origin(pending.node)) view.origin = *path;
+        if (origin) view.origin = *origin;
         if (const auto* text = placed_.view(pending.node).as<Text>()) {
             const auto* shown = std::get_if<SharedText>(&text->content);
             view.title += shown ? " " + explain::excerpt(shown->view(), titleCharacters) : " (timer)";
         }
         addReasons(view);
+        held_.grow(view.title.size() + view.summary.size() + view.whyProposed.size() + view.whyAnswered.size() +
+                   view.whyPlaced.size());
     }
 
     void addReasons(ViewExplanation& view) const {
@@ -94,6 +101,7 @@ private:
     const PlacedTree& placed_;
     std::vector<Pending> pending_;
     Explanation explanation_;
+    HeldBytes held_;  // of the explanations, while they are made
 };
 
 /// Whether a path as text leads through another one: `nodes.main.children[0]` through `nodes.main`, not `nodes.ma`.

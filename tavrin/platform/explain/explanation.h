@@ -45,7 +45,7 @@ struct ViewExplanation {
 using Explanation = std::vector<ViewExplanation>;
 
 /// Explains a tree that was laid out with `Recording::placements`; anything else is a violated precondition. Throws
-/// `TavrinError` of kind "Engine" for more than 100,000 views.
+/// `TavrinError` of kind "Engine" for more than 100,000 views, and what the thread's budget says when that ends.
 ///
 ///     tavrin::ImageRenderer renderer(view, {.recording = tavrin::layout::Recording::placements});
 ///     const auto why = tavrin::explainLayout(renderer.layoutTree(), [&](auto& v) { return context.origins()->find(v);

@@ -17,9 +17,11 @@ const layout::Placements& placementsOf(const layout::LayoutTree& tree) {
 
 PlacedTree::PlacedTree(const layout::LayoutTree& tree, const OriginOf& originOf)
     : tree_(tree),
+      held_(tree.nodes().size() * (sizeof(Index) + sizeof(Sibling) + sizeof(const CodingPath*))),
       placements_(placementsOf(tree)),
       parents_(tree.nodes().size(), none),
       siblings_(tree.nodes().size()) {
+    Meter::ofThisThread().step(tree.nodes().size());
     findParents(0, none);
     for (Index index = 0; index < tree.nodes().size(); ++index)
         if (node(index).kind == ViewKind::geometryReader && tree.content(index) != 0)

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/coding_path.h"
 #include "tavrin/platform/layout/layout_tree.h"
 
@@ -60,6 +61,7 @@ private:
     void noteChildren(Index index);
 
     const layout::LayoutTree& tree_;
+    HeldBytes held_;  // of the lists, one entry for each node
     const layout::Placements& placements_;
     std::vector<Index> parents_;
     std::vector<Sibling> siblings_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/affine_transform.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -53,6 +54,7 @@ public:
         while (!pending_.empty()) {
             Place next = pending_.back();
             pending_.pop_back();
+            Meter::ofThisThread().step();
             const LayoutNode& node = tree_.node(next.index);
             if (node.absent || !visit_(next)) continue;
             if (node.kind == ViewKind::composed)

@@ -3,14 +3,13 @@
 
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
 #include <exception>
 #include <optional>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
-#include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/budget/metering_elsewhere.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/parallel_loop.h"
 
@@ -51,38 +50,6 @@ Loading::Body bodyOf(const Loading& loading) {
     }
 }
 
-/// Lets other threads go on from what this one has spent, and knows what they hold in all. Once that is too much, no
-/// other load begins: it is up to who asks for its body, if it comes to that.
-class CostElsewhere {
-public:
-    CostElsewhere() {
-        const Metering* const metering = Metering::ofThisThread();
-        if (!metering) return;
-        budget_ = metering->budget();
-        spent_ = metering->spent();
-        bytes_ = spent_.bytes;
-    }
-
-    [[nodiscard]] bool isTooMuch() const { return budget_ && bytes_ > 0 && std::uint64_t(bytes_) > budget_->bytes; }
-
-    template <class Work>
-    Cost of(const Work& work) {
-        Cost cost = spent_;
-        {
-            std::optional<Metering> metering;
-            if (budget_) metering.emplace(*budget_, cost);
-            work();
-        }
-        bytes_ += cost.bytes - spent_.bytes;
-        return {cost.steps - spent_.steps, cost.pixels - spent_.pixels, cost.bytes - spent_.bytes};
-    }
-
-private:
-    std::optional<RenderBudget> budget_;
-    Cost spent_;
-    std::atomic<std::int64_t> bytes_ = 0;
-};
-
 }  // namespace
 
 LoadedBodies LoadedBodies::under(const AnyView& root) {
@@ -90,16 +57,30 @@ LoadedBodies LoadedBodies::under(const AnyView& root) {
     if (!root.box().loads) return loaded;
     std::vector<Loading> loads = findLoads(root);
     if (loads.size() < 2) return loaded;
-    CostElsewhere elsewhere;
+    const MeteringElsewhere elsewhere;
+    std::atomic<bool> isShort = false;
     std::vector<std::optional<Loaded>> ended(loads.size());
     parallelLoop(loads.size(), maximumThreads, [&](std::size_t index) {
-        if (elsewhere.isTooMuch()) return;
-        Loaded& load = ended[index].emplace();
-        load.cost = elsewhere.of([&] { load.makeBody = bodyOf(loads[index]); });
+        if (isShort) return;  // there is not enough for all: no other begins
+        Loaded load;
+        const std::optional<Cost> cost = elsewhere.of([&] {
+            load.makeBody = bodyOf(loads[index]);
+            const Metering* const metering = Metering::ofThisThread();
+            if (metering && metering->isShort()) load.makeBody = nullptr;
+        });
+        if (cost) {
+            load.cost = *cost;
+            ended[index] = std::move(load);
+        } else {
+            isShort = true;
+        }
     });
     checkBudget();
-    for (std::size_t i = 0; i < loads.size(); ++i)
-        if (ended[i]) loaded.bodies_.emplace(std::move(loads[i].key), *std::move(ended[i]));
+    std::size_t kept = 0;
+    for (; kept < loads.size() && ended[kept]; ++kept)
+        loaded.bodies_.emplace(std::move(loads[kept].key), *std::move(ended[kept]));
+    // Those after the first that fell short make room for it: from there on each is loaded when it is asked for.
+    (void)elsewhere.of([&] { ended.clear(); });
     return loaded;
 }
 

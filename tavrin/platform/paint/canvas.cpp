@@ -14,7 +14,6 @@
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/canvas_state.h"
 #include "tavrin/platform/paint/document_links.h"
-#include "tavrin/platform/paint/svg_names.h"
 
 namespace tavrin::paint {
 namespace {
@@ -49,12 +48,18 @@ void checkPage(Size size) {
 }  // namespace
 
 cairo_status_t Canvas::State::append(void* state, const unsigned char* bytes, unsigned int count) {
-    auto& [text, failure] = static_cast<State*>(state)->document;
+    auto& self = *static_cast<State*>(state);
+    auto& [text, names, failure] = self.document;
     try {
+        const std::size_t before = text.size();
+        const std::string_view piece(reinterpret_cast<const char*>(bytes), count);
+        if (names)
+            names->append(piece, text);
+        else
+            text += piece;
         // Texts grow by doubling.
-        static_cast<State*>(state)->documentBytes.grow(2 * std::size_t{count});
+        self.documentBytes.grow(2 * (text.size() - before));
         checkBudget();
-        text.append(reinterpret_cast<const char*>(bytes), count);
         return CAIRO_STATUS_SUCCESS;
     } catch (...) {
         failure = std::current_exception();
@@ -108,6 +113,7 @@ Canvas Canvas::onPixels(PixelBuffer picture, double scale, const PixelRect& wind
 Canvas Canvas::svg(Size size) {
     checkPage(size);
     auto state = std::make_unique<State>();
+    state->document.names.emplace();
     state->surface.reset(cairo_svg_surface_create_for_stream(&State::append, state.get(), size.width, size.height));
     // A browser shows a widget's point as a CSS pixel; what SVG calls a point is a third more.
     cairo_svg_surface_set_document_unit(state->surface.get(), CAIRO_SVG_UNIT_PX);
@@ -238,12 +244,11 @@ PixelBuffer Canvas::finishRaster() {
 std::string Canvas::finishDocument() {
     const bool isSVG = state_->isSVG();
     state_->finish();
-    std::string& written = state_->document.text;
-    if (!isSVG) return std::move(written);
-    const HeldBytes held(written.size() + state_->links.size());
-    std::string document = withStableNames(written);
+    std::string& document = state_->document.text;
     // Cairo writes no links into an SVG.
-    return document.insert(document.rfind("</svg>"), state_->links);
+    const HeldBytes held(isSVG ? document.size() + state_->links.size() : 0);
+    if (isSVG) document.insert(document.rfind("</svg>"), state_->links);
+    return std::move(document);
 }
 
 }  // namespace tavrin::paint

@@ -122,6 +122,7 @@ void Canvas::State::finish() {
     const DecimalPoint decimalPoint;  // Cairo reads the places of links in the user's locale
     cairo_surface_finish(surface.get());
     if (document.failure) std::rethrow_exception(document.failure);
+    if (document.names) document.names->finish(document.text);
     for (const cairo_status_t status : {cairo_status(cairo.get()), cairo_surface_status(surface.get())})
         if (status != CAIRO_STATUS_SUCCESS) throw TavrinError{"Render", cairo_status_to_string(status)};
 }
@@ -232,7 +233,24 @@ bool Canvas::State::setSource(const Paint& paint) {
     constexpr std::size_t bytesOfStop = 512;
     const std::size_t colors = paint::setSource(cairo.get(), paint, raster);
     if (!raster) countInDocument(colors, colors * bytesOfStop);
+    if (isPDF()) countBlends();
     return colors > 0;
+}
+
+void Canvas::State::countBlends() {
+    constexpr std::size_t comparedInStep = 8;
+    cairo_pattern_t* const source = cairo_get_source(cairo.get());
+    int stops = 0;
+    if (cairo_pattern_get_color_stop_count(source, &stops) != CAIRO_STATUS_SUCCESS) return;  // not a gradient
+    std::array<double, 4> last{};
+    for (int stop = 0; stop < stops; ++stop) {
+        double place = 0;
+        auto& [red, green, blue, opacity] = last;
+        const std::array<double, 4> before = last;
+        cairo_pattern_get_color_stop_rgba(source, stop, &place, &red, &green, &blue, &opacity);
+        if (stop > 0) blends.emplace(before, last);
+        Meter::ofThisThread().step(blends.size() / comparedInStep);
+    }
 }
 
 void Canvas::State::keepBackdrops(const Shape& shape, const Rect& bounds, bool antialiased) {

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <cairo.h>
@@ -15,6 +18,7 @@
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/pixel_target.h"
+#include "tavrin/platform/paint/svg_names.h"
 #include "tavrin/platform/paint/text/emoji_pictures.h"
 
 // What the parts of `Canvas` share; nobody else includes this.
@@ -50,11 +54,14 @@ struct Canvas::State {
     /// What Cairo has written of a document. What must not leave through Cairo is thrown by the next call.
     struct Written {
         std::string text;
+        std::optional<SVGNames> names = std::nullopt;  ///< of an SVG
         std::exception_ptr failure = nullptr;
     };
     Written document;
     /// What a document takes in memory until it is finished: what is written, and what Cairo keeps to write.
     HeldBytes documentBytes;
+    /// The pairs of neighbouring stops, red, green, blue and opacity each, in the gradients of a PDF.
+    std::set<std::pair<std::array<double, 4>, std::array<double, 4>>> blends;
     std::string links;  ///< elements to stand at the end of an SVG
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
@@ -91,6 +98,9 @@ struct Canvas::State {
     [[nodiscard]] bool mayClip(const PixelRect& touched);
     /// Takes note that the window would have to have an area for something in it to be drawn; false if it has not.
     [[nodiscard]] bool hasInWindow(const PixelRect& area);
+    /// Counts what Cairo compares before it writes the gradient that is its source into a PDF: each pair of
+    /// neighbouring stops with all that it has written, until it finds it.
+    void countBlends();
     void pushLevel();
     void popLevel();
     /// Clips a raster to whole pixels until the level ends.

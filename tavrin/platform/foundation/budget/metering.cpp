@@ -44,34 +44,53 @@ void Meter::look() {
 }
 
 void Meter::lookAtBytes(std::size_t added) {
-    const std::int64_t allowed = innermost ? innermost->allowedBytes() : INT64_MAX;
-    if (bytes > allowed) {
+    if (innermost && !innermost->coversBytes()) {
         release(added);
-        fail(fmt::format("more than {} bytes are held at once", allowed));
+        fail(fmt::format("more than {} bytes are held at once", innermost->budget().bytes));
     }
-    bytesToLook = std::min(allowed, bytes + bytesBetween);
+    bytesToLook = innermost ? innermost->nextBytes() : INT64_MAX;
 }
 
-Metering::Metering(const RenderBudget& budget, Cost& cost)
+Metering::Metering(const RenderBudget& budget, Cost& cost, std::shared_ptr<SharedBytes> shared)
     : budget_(budget),
       cost_(cost),
+      shared_(std::move(shared)),
       outer_(std::exchange(threadMeter, Meter{.steps = cost.steps, .pixels = cost.pixels, .bytes = cost.bytes})),
       outerMetering_(std::exchange(innermost, this)) {
     if (budget_.seconds) end_ = after(*budget_.seconds - cost.seconds);
     // The first step looks: it may be too late, or cancelled.
     threadMeter.stepsToLook = end_ || budget_.cancel ? 0 : budget_.steps;
     threadMeter.pixelsToLook = std::min(budget_.pixels, sum(cost.pixels, pixelsBetween));
-    threadMeter.bytesToLook = std::min(allowedBytes(), std::max(cost.peakBytes, cost.bytes + bytesBetween));
+    threadMeter.bytesToLook =
+        shared_ ? cost.bytes : std::min(allowedBytes(), std::max(cost.peakBytes, cost.bytes + bytesBetween));
 }
 
 Metering::~Metering() {
+    if (shared_) shared_->giveBack(bytesLeft());
     cost_ = spent();
     threadMeter = outer_;
     innermost = outerMetering_;
 }
 
 std::int64_t Metering::allowedBytes() const {
+    if (shared_) return cost_.bytes + taken_;
     return static_cast<std::int64_t>(std::min<std::uint64_t>(budget_.bytes, INT64_MAX));
+}
+
+bool Metering::coversBytes() {
+    const std::int64_t missing = threadMeter.bytes - allowedBytes();
+    if (missing <= 0) return true;
+    if (!shared_) return false;
+    if (!shared_->take(static_cast<std::size_t>(missing))) {
+        isShort_ = true;
+        return false;
+    }
+    taken_ += missing;
+    return true;
+}
+
+std::int64_t Metering::nextBytes() const {
+    return shared_ ? threadMeter.bytes : std::min(allowedBytes(), threadMeter.bytes + bytesBetween);
 }
 
 Metering* Metering::ofThisThread() { return innermost; }
@@ -99,13 +118,24 @@ Cost Metering::spent() const {
 }
 
 std::size_t Metering::bytesLeft() const {
-    return static_cast<std::size_t>(std::max<std::int64_t>(0, allowedBytes() - threadMeter.bytes));
+    const std::int64_t allowed = allowedBytes();
+    if (threadMeter.bytes >= allowed) return 0;
+    const std::size_t left = static_cast<std::size_t>(allowed) - static_cast<std::size_t>(threadMeter.bytes);
+    // What had been held before and was given back here was never shared.
+    return shared_ ? std::min(left, static_cast<std::size_t>(taken_)) : left;
+}
+
+void Metering::takeOver(TakenBytes& taken) {
+    if (shared_ && taken.areOf(*shared_)) taken_ += static_cast<std::int64_t>(taken.handOver());
 }
 
 void Metering::charge(const Cost& cost) {
     threadMeter.step(cost.steps);
     threadMeter.paint(cost.pixels);
-    threadMeter.hold(static_cast<std::size_t>(std::max<std::int64_t>(0, cost.bytes)));
+    const std::int64_t held = std::max<std::int64_t>(0, cost.bytes);
+    const std::int64_t most = std::max(held, cost.peakBytes);
+    threadMeter.hold(static_cast<std::size_t>(most));
+    threadMeter.release(static_cast<std::size_t>(most - held));
 }
 
 }  // namespace tavrin

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/budget/render_budget.h"
+#include "tavrin/platform/foundation/budget/shared_bytes.h"
 
 namespace tavrin {
 
@@ -26,7 +29,10 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// Goes on from what `cost` says has been spent of the budget; it says, when this ends, what has been spent then.
-    Metering(const RenderBudget& budget, Cost& cost);
+    Metering(const RenderBudget& budget, Cost& cost) : Metering(budget, cost, nullptr) {}
+    /// The same; what is held on top of `cost` is drawn on `shared`, where there is one, instead of the budget's bytes.
+    /// Its peak is known exactly.
+    Metering(const RenderBudget& budget, Cost& cost, std::shared_ptr<SharedBytes> shared);
     Metering(const Metering&) = delete;
     Metering& operator=(const Metering&) = delete;
     ~Metering();
@@ -40,23 +46,36 @@ public:
     /// When there is no time left.
     [[nodiscard]] const std::optional<Clock::time_point>& end() const { return end_; }
     [[nodiscard]] const std::optional<CancelToken>& token() const { return budget_.cancel; }
-    /// What was given to draw on, and what has been spent of it: a thread that works for this one goes on from there.
+    /// What was given to draw on, and what has been spent of it.
     [[nodiscard]] const RenderBudget& budget() const { return budget_; }
     [[nodiscard]] Cost spent() const;
-    /// How many more bytes may be held.
+    /// How many more bytes may be held; of shared ones, those that have been taken already.
     [[nodiscard]] std::size_t bytesLeft() const;
-    /// Counts what another thread's work has cost, but for its time.
+    /// What bytes are drawn on together with other threads; null where this has its own.
+    [[nodiscard]] const std::shared_ptr<SharedBytes>& shared() const { return shared_; }
+    /// Whether shared bytes were refused.
+    [[nodiscard]] bool isShort() const { return isShort_; }
+    /// Makes shared bytes that were taken for what this thread is going to hold its own, if they are of the same ones.
+    void takeOver(TakenBytes& taken);
+    /// Counts what another thread's work has cost, but for its time, as if it were done now on this one.
     static void charge(const Cost& cost);
 
 private:
     friend struct Meter;
     [[nodiscard]] std::int64_t allowedBytes() const;
+    /// Whether what the thread holds is allowed; takes shared bytes for it.
+    bool coversBytes();
+    /// When to look at the bytes again, after they have come to what they are.
+    [[nodiscard]] std::int64_t nextBytes() const;
     void lookAgainLater() const;
 
     RenderBudget budget_;
     Cost& cost_;
     Clock::time_point begin_ = Clock::now();
     std::optional<Clock::time_point> end_;
+    std::shared_ptr<SharedBytes> shared_;
+    std::int64_t taken_ = 0;  ///< of the shared bytes
+    bool isShort_ = false;
     Meter outer_;
     Metering* outerMetering_;
 };

@@ -29,6 +29,15 @@ void open() { thread_local const Janitor janitor; }
 
 constinit thread_local FreeBlocks freeBlocks{};
 
+void* allocateAnew(std::size_t size, std::size_t held) {
+    try {
+        return ::operator new(size);
+    } catch (...) {
+        Meter::ofThisThread().release(held);
+        throw;
+    }
+}
+
 void giveBackWithoutRoom(void* block, std::size_t bytes) noexcept {
     if (isOpen) return ::operator delete(block);
     open();

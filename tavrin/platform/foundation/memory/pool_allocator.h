@@ -54,15 +54,17 @@ extern constinit thread_local FreeBlocks freeBlocks;
 constexpr std::size_t classOf(std::size_t bytes) { return bytes == 0 ? 0 : (bytes - 1) / step; }
 constexpr std::size_t classSize(std::size_t index) { return (index + 1) * step; }
 
+/// A block of `size` from the general allocator, for which `held` bytes have been counted.
+[[nodiscard]] void* allocateAnew(std::size_t size, std::size_t held);
 /// Opens the thread's lists or, when they are full or closed, frees the block.
 void giveBackWithoutRoom(void* block, std::size_t bytes) noexcept;
 
 inline void* allocate(std::size_t bytes) {
     Meter::ofThisThread().hold(bytes);
-    if (!keepsBlocks || bytes > largestBlock) return ::operator new(bytes);
+    if (!keepsBlocks || bytes > largestBlock) return allocateAnew(bytes, bytes);
     const std::size_t index = classOf(bytes);
     FreeBlock*& first = freeBlocks.first[index];
-    if (first == nullptr) return ::operator new(classSize(index));
+    if (first == nullptr) return allocateAnew(classSize(index), bytes);
     freeBlocks.room += classSize(index);
     return std::exchange(first, first->next);
 }

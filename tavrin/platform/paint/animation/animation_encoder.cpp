@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/budget/metering_elsewhere.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/foundation/threads/parallel_loop.h"
 #include "tavrin/platform/paint/animation/apng_file.h"
@@ -70,18 +70,10 @@ void AnimationEncoder::addPatch(const PixelBuffer& picture) {
 
 void AnimationEncoder::encodePatches() {
     const std::size_t first = frames_.size() - patches_.size();
-    // What compressing costs was counted with the patches: here only time passes.
-    RenderBudget time{.steps = UINT64_MAX, .pixels = UINT64_MAX, .bytes = UINT64_MAX};
-    Cost passed;
-    if (const Metering* const metering = Metering::ofThisThread()) {
-        time.seconds = metering->budget().seconds;
-        time.cancel = metering->token();
-        passed.seconds = metering->spent().seconds;
-    }
+    // What compressing costs was counted with the patches.
+    const MeteringElsewhere elsewhere(MeteringElsewhere::Heeds::timeOnly);
     parallelLoop(patches_.size(), threadCount(), [&](std::size_t index) {
-        Cost cost = passed;
-        const Metering metering(time, cost);
-        frames_[first + index].bytes = encoded(patches_[index]);
+        (void)elsewhere.of([&] { frames_[first + index].bytes = encoded(patches_[index]); });
     });
     for (std::size_t i = first; i < frames_.size(); ++i) {
         bytes_ += frames_[i].bytes.size();
