@@ -87,7 +87,7 @@ AnyView leafOf(Tape& tape) {
         case 2: return std::visit([](const auto& shape) -> AnyView { return shape; }, shapeOf(tape));
         case 3: return FilledShape{shapeOf(tape), styleOf(tape)};
         case 4: return StrokedShape{.shape = shapeOf(tape), .stroke = styleOf(tape), .lineWidth = lengthOf(tape)};
-        case 5: return EmptyView{};
+        case 5: return tape.rarely() ? AnyView(EmptyView{}) : AnyView(Spacer{});
         default: return textOf(tape);
     }
 }

@@ -15,7 +15,7 @@
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/paint/drawn_extents.h"
 #include "tavrin/platform/paint/painter.h"
-#include "tavrin/platform/text/shaped_text.h"
+#include "tavrin/platform/text/text_engine.h"
 #include "tavrin/platform/ui/primitive_views.h"
 
 namespace tavrin::paint {
@@ -30,6 +30,16 @@ constexpr double margin = 2;
 constexpr double farthestPixel = 1e6;
 
 int pixel(double edge) { return static_cast<int>(std::clamp(edge, -farthestPixel, farthestPixel)); }
+
+/// Whether two edges, in pixels, are moved to the same whole pixel: they differ by no more than sums of the same
+/// lengths do, and are not where that would decide.
+bool isSameEdge(double a, double b) {
+    constexpr double sumError = 1e-9;
+    constexpr double threshold = 0.5 - 1e-6;  // as the canvas moves edges
+    constexpr double clearance = 1e-7;
+    const double fraction = a - std::floor(a);
+    return std::abs(a - b) < sumError && std::abs(fraction - threshold) > clearance;
+}
 
 PixelRect united(const PixelRect& a, const PixelRect& b) {
     return {std::min(a.x0, b.x0), std::min(a.y0, b.y0), std::max(a.x1, b.x1), std::max(a.y1, b.y1)};
@@ -66,32 +76,36 @@ private:
     void compareAlike(const Spacer&, const Spacer&, Index, Index, const Place&) {}
 
     void compareAlike(const Text&, const Text&, Index a, Index b, const Place& at) {
-        const text::TextBlock::Lines* const before = before_.textBlock(a).lines();
-        const text::TextBlock::Lines* const after = after_.textBlock(b).lines();
-        // Shapes and how they are broken are remembered, so what is the same is mostly one object.
-        const bool isSame =
-            before == after || (before && after && before->text == after->text && before->broken == after->broken);
-        if (!isSame || !hasSameFrame(a, b) || !hasSameForeground(a, b)) change(a, b, at);
+        const text::TextBlock& block = after_.textBlock(b);
+        // Lines from right to left end where their room does.
+        const bool isSamePlace = block.isLeftToRight() ? hasSamePixels(a, b, at) : hasSameFrame(a, b);
+        if (!isSamePlace || !(before_.textBlock(a) == block) || !hasSameForeground(a, b)) change(a, b, at);
     }
 
     void compareAlike(const Image& before, const Image& after, Index a, Index b, const Place& at) {
-        if (before.bitmap != after.bitmap || !hasSameFrame(a, b)) change(a, b, at);
+        if (before.bitmap != after.bitmap || !hasSamePixels(a, b, at)) change(a, b, at);
     }
 
     template <class View>
         requires std::convertible_to<View, Shape>
     void compareAlike(const View& before, const View& after, Index a, Index b, const Place& at) {
-        if (!(before == after) || !hasSameFrame(a, b) || !hasSameForeground(a, b)) change(a, b, at);
+        if (!(before == after) || !hasSamePixels(a, b, at) || !hasSameForeground(a, b)) change(a, b, at);
     }
 
     void compareAlike(const Color& before, const Color& after, Index a, Index b, const Place& at) {
-        if (!(before == after) || !hasSameFrame(a, b)) change(a, b, at);
+        if (!(before == after) || !hasSamePixels(a, b, at)) change(a, b, at);
     }
 
-    template <class View>
-        requires(View::traits.holds == ViewHolds::nothing && !std::convertible_to<View, Shape>)
-    void compareAlike(const View& before, const View& after, Index a, Index b, const Place& at) {
-        if (!fieldsEqual(before, after) || !hasSameFrame(a, b)) change(a, b, at);
+    void compareAlike(const FilledShape& before, const FilledShape& after, Index a, Index b, const Place& at) {
+        const bool isSamePlace = hasOneColor(after.fill) ? hasSamePixels(a, b, at) : hasSameFrame(a, b);
+        if (!isSamePlace || !fieldsEqual(before, after)) change(a, b, at);
+    }
+    void compareAlike(const StrokedShape& before, const StrokedShape& after, Index a, Index b, const Place& at) {
+        const bool isSamePlace = hasOneColor(after.stroke) ? hasSamePixels(a, b, at) : hasSameFrame(a, b);
+        if (!isSamePlace || !fieldsEqual(before, after)) change(a, b, at);
+    }
+    void compareAlike(const LinearGradient& before, const LinearGradient& after, Index a, Index b, const Place& at) {
+        if (!(before == after) || !hasSameFrame(a, b)) change(a, b, at);
     }
 
     // What holds others.
@@ -115,7 +129,7 @@ private:
     }
 
     void compareAlike(const Border& before, const Border& after, Index a, Index b, const Place& at) {
-        if (!(before.color == after.color) || before.width != after.width || !hasSameFrame(a, b))
+        if (!(before.color == after.color) || before.width != after.width || !hasSamePixels(a, b, at))
             return change(a, b, at);
         compareContent(a, b, at);
     }
@@ -137,7 +151,7 @@ private:
         compareClipped(before.radius == after.radius && before.antialiased == after.antialiased, a, b, at);
     }
     void compareClipped(bool isSame, Index a, Index b, const Place& at) {
-        if (!isSame || !hasSameFrame(a, b)) return change(a, b, at);
+        if (!isSame || !hasSamePixels(a, b, at)) return change(a, b, at);
         compareContent(a, b, {at.toPixels, intersection(at.clip, pixels(after_.node(b).frame, at))});
     }
 
@@ -164,6 +178,18 @@ private:
     // Helpers.
 
     [[nodiscard]] bool hasSameFrame(Index a, Index b) const { return before_.node(a).frame == after_.node(b).frame; }
+    /// Whether what has one colour, or is a picture, is drawn on the same pixels: sums of the same lengths may differ a
+    /// little, but edges are moved to whole pixels.
+    [[nodiscard]] bool hasSamePixels(Index a, Index b, const Place& at) const {
+        if (hasSameFrame(a, b)) return true;
+        if (at.toPixels.xy != 0 || at.toPixels.yx != 0) return false;
+        const auto& [origin, size] = boundingBox(at.toPixels, before_.node(a).frame);
+        const auto& [otherOrigin, otherSize] = boundingBox(at.toPixels, after_.node(b).frame);
+        return isSameEdge(origin.x, otherOrigin.x) && isSameEdge(origin.y, otherOrigin.y) &&
+               isSameEdge(origin.x + size.width, otherOrigin.x + otherSize.width) &&
+               isSameEdge(origin.y + size.height, otherOrigin.y + otherSize.height);
+    }
+    static bool hasOneColor(const ShapeStyle& style) { return std::holds_alternative<Color>(style); }
     [[nodiscard]] bool hasSameForeground(Index a, Index b) const {
         return before_.inherited(a).foregroundColor == after_.inherited(b).foregroundColor;
     }

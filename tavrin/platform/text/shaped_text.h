@@ -21,6 +21,8 @@ struct Glyph {
     float advance = 0;
     float x = 0;  ///< offset from where the pen stands
     float y = 0;
+
+    friend bool operator==(const Glyph&, const Glyph&) = default;
 };
 
 /// What a line is never broken inside of: a grapheme, or several that share glyphs.
@@ -31,6 +33,8 @@ struct Unit {
     float advance = 0;
     bool breakBefore = false;  ///< whether a line may break before it
     bool white = false;        ///< white space hangs at a line's end
+
+    friend bool operator==(const Unit&, const Unit&) = default;
 };
 
 /// Units that stand side by side in one font and one direction. Right-to-left runs have their glyphs left to right.
@@ -40,12 +44,16 @@ struct Run {
     bool emoji = false;
     std::uint32_t unitBegin = 0;
     std::uint32_t unitEnd = 0;
+
+    friend bool operator==(const Run&, const Run&) = default;
 };
 
 struct ShapedParagraph {
     std::uint8_t level = 0;
     std::uint32_t unitEnd = 0;
     std::uint32_t runEnd = 0;
+
+    friend bool operator==(const ShapedParagraph&, const ShapedParagraph&) = default;
 };
 
 /// A line of a text broken for some room.
@@ -56,6 +64,8 @@ struct Line {
     bool ellipsis = false;
     double width = 0;  ///< of what is drawn, in points, with the ellipsis
     double blank = 0;  ///< of the white space that hangs
+
+    friend bool operator==(const Line&, const Line&) = default;
 };
 
 struct BrokenText {
@@ -63,6 +73,8 @@ struct BrokenText {
     Size size;
     double firstBaseline = 0;  ///< from the top, in points; a pixel's edge
     bool truncated = false;
+
+    friend bool operator==(const BrokenText&, const BrokenText&) = default;
 };
 
 /// A text shaped once, in logical order. Immutable but for its memory of the last ways it was broken.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/text/text_engine.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "tavrin/platform/foundation/budget/meter.h"
@@ -37,6 +38,26 @@ struct TextEngine::State {
 Size TextBlock::size() const { return lines_ ? lines_->broken->size : Size{}; }
 std::size_t TextBlock::lineCount() const { return lines_ ? lines_->broken->lines.size() : 0; }
 bool TextBlock::truncated() const { return lines_ && lines_->broken->truncated; }
+bool TextBlock::isLeftToRight() const {
+    return !lines_ || std::ranges::all_of(lines_->text->paragraphs,
+                                          [](const ShapedParagraph& paragraph) { return paragraph.level % 2 == 0; });
+}
+
+bool operator==(const TextBlock& a, const TextBlock& b) {
+    if (a.lines_ == b.lines_) return true;
+    if (!a.lines_ || !b.lines_) return false;
+    const auto& [text, broken, held] = *a.lines_;
+    const auto& [otherText, otherBroken, otherHeld] = *b.lines_;
+    // Shapes and the last ways in which they were broken are remembered, and so mostly the same objects.
+    const auto isShapedAlike = [](const ShapedText& one, const ShapedText& other) {
+        return one.size == other.size && one.lineHeight == other.lineHeight && one.leading == other.leading &&
+               one.glyphs == other.glyphs && one.units == other.units && one.runs == other.runs &&
+               one.paragraphs == other.paragraphs && one.ellipsisFont == other.ellipsisFont &&
+               one.ellipsis == other.ellipsis;
+    };
+    return (broken == otherBroken || *broken == *otherBroken) &&
+           (text == otherText || isShapedAlike(*text, *otherText));
+}
 
 TextEngine::TextEngine(std::shared_ptr<const FontLibrary> library) : library_(std::move(library)) {}
 TextEngine::~TextEngine() = default;

@@ -46,7 +46,12 @@ public:
     [[nodiscard]] std::size_t lineCount() const;
     /// Whether something did not fit and the text ends in "…".
     [[nodiscard]] bool truncated() const;
+    /// Whether no paragraph goes from right to left.
+    [[nodiscard]] bool isLeftToRight() const;
     [[nodiscard]] const Lines* lines() const { return lines_.get(); }
+
+    /// Whether two blocks of one engine are drawn alike: the same glyphs in the same places.
+    friend bool operator==(const TextBlock& a, const TextBlock& b);
 
 private:
     std::shared_ptr<const Lines> lines_;
