@@ -56,6 +56,20 @@ public:
     explicit LineRenderer(const LinesArguments& arguments)
         : arguments_(arguments), documents_(arguments, arguments.matrix), nameBytes_(roomForName(arguments.matrix)) {}
 
+    /// Reports documents that cannot be drawn with any model; whether there is none.
+    [[nodiscard]] bool hasAllDocuments(const Reporter& reporter) {
+        bool hasAll = true;
+        for (std::size_t at = 0; at < arguments_.documents.size(); ++at) {
+            try {
+                static_cast<void>(documents_.prepared(at));
+            } catch (...) {
+                reporter.report(describe(std::current_exception(), documents_.source(at), nullptr));
+                hasAll = false;
+            }
+        }
+        return hasAll;
+    }
+
     [[nodiscard]] std::vector<DrawnLine> drawn(std::vector<ModelLine>& block) {
         std::vector<DrawnLine> lines;
         for (ModelLine& line : block) lines.push_back(drawn(line));
@@ -187,8 +201,9 @@ private:
 
 int run(const LinesArguments& arguments, const Reporter& reporter) {
     ModelLines lines(arguments.lines);
-    makeFolder(arguments.folder);
     LineRenderer renderer(arguments);
+    if (!renderer.hasAllDocuments(reporter)) return 1;
+    makeFolder(arguments.folder);
     LineWriter writer(arguments);
     Progress progress(0);
     CellReport report(reporter, progress);

@@ -166,6 +166,18 @@ TEST(Lines, TellWhichOneADocumentFailsWith) {
     EXPECT_THAT(pictures(place), ElementsAre("out/1.png", "out/index.json"));
 }
 
+TEST(Lines, AreNotDrawnWithoutTheirDocuments) {
+    const Workplace place;
+    place.write("w.json", hello);
+    place.write("bad.json", broken);
+    place.write("people.jsonl", "{}\n{}\n");
+    const Finished finished = place.run({"render", "w.json", "bad.json", "--models", "people.jsonl", "-o", "out"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, StartsWith("bad.json:4:"));
+    EXPECT_EQ(finished.err.find("error:"), finished.err.rfind("error:")) << "said once";
+    EXPECT_FALSE(place.has("out"));
+}
+
 TEST(Lines, MayBeDrawnAgain) {
     const Workplace place;
     place.write("w.json", hello);
