@@ -9,6 +9,7 @@
 
 #include <libdeflate.h>
 
+#include "tavrin/platform/foundation/memory/fresh_memory.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 
 namespace tavrin::images {
@@ -163,7 +164,11 @@ std::optional<std::vector<std::uint32_t>> plainPngPixels(std::string_view bytes,
     const std::size_t rowsBytes = rowBytes * header.height;
     if (!packed || !hasRoomToLookBack(*packed, rowsBytes)) return std::nullopt;
     // Rows become pixels where they stand: fresh memory costs as much as unpacking.
-    std::vector<std::uint32_t> pixels(rowsBytes / channels + 1);
+    const std::size_t enough = rowsBytes / channels + 1;
+    std::vector<std::uint32_t> pixels;
+    pixels.reserve(enough);
+    takeAtOnce(pixels.data(), rowsBytes);
+    pixels.resize(enough);
     auto* const rows = reinterpret_cast<std::uint8_t*>(pixels.data());
     if (!unpack(*packed, {rows, rowsBytes}) || !undoFilters(rows, rowBytes, header.height)) return std::nullopt;
     for (std::size_t y = 0; y < header.height; ++y) {

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/fresh_memory.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
@@ -27,6 +28,7 @@ PixelBuffer PixelBuffer::unset(std::int64_t width, std::int64_t height) {
     const auto count = static_cast<std::size_t>(width * height);
     const HeldBytes mayBeHeld(count * sizeof(std::uint32_t));
     buffer.pixels_.resize(count);
+    takeAtOnce(buffer.pixels_.data(), buffer.byteCount());
     return buffer;
 }
 
