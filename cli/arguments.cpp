@@ -94,8 +94,9 @@ void checkDocuments(const Command& command) {
         throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
 }
 
-void checkStandardInput(const DocumentArguments& arguments) {
-    const auto users = std::ranges::count(arguments.documents, "-") + (arguments.model == "-" ? 1 : 0);
+void checkStandardInput(const DocumentArguments& arguments, const std::string* models) {
+    const auto users = std::ranges::count(arguments.documents, "-") + (arguments.model == "-" ? 1 : 0) +
+                       (models && *models == "-" ? 1 : 0);
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 
@@ -106,7 +107,7 @@ DocumentArguments documentArgumentsOf(const Values& values) {
     arguments.documents = command.operands;
     if (command.verb == Verb::explain && command.operands.size() == 2) arguments.documents.pop_back();
     if (const std::string* model = values.find("--model")) arguments.model = *model;
-    checkStandardInput(arguments);
+    checkStandardInput(arguments, values.find("--models"));
     arguments.widget = widgetOptionsOf(values);
     if (const std::string* folder = values.find("--image-cache-dir"))
         arguments.imageCacheDir = readFolder("--image-cache-dir", *folder);
@@ -131,15 +132,18 @@ void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
     arguments.model = matrix.models.front().path;
 }
 
-/// What plural options ask for; none where that is one picture of each document and no folder is named, which is drawn
-/// like any other.
-std::optional<MatrixArguments> readMatrixArguments(const Values& values, DocumentArguments& common) {
+/// What plural options ask for: a matrix, or one with each line of a file; or else that is one picture of each document
+/// and no folder is named, which is drawn like any other.
+std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArguments& common) {
     if (values.find("--frames"))
         throw UsageError("--frames draws a span of one picture; give no plural options with it");
+    const std::string* const lines = findModelLines(values.command());
+    const std::string* const key = values.find("--key");
+    if (key && !lines) throw UsageError("--key names the pictures of models that are lines of a file: --models FILE");
     Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date);
     const std::string* const output = values.find("--output");
     const bool namesNoFolder = !output || output->empty() || *output == "-";
-    if (matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output))) {
+    if (!lines && matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output))) {
         drawOnlyPicture(matrix, common);
         return std::nullopt;
     }
@@ -148,12 +152,18 @@ std::optional<MatrixArguments> readMatrixArguments(const Values& values, Documen
         throw UsageError("several pictures cannot go to one file; give a folder instead of '" + *output + "'");
     if (const std::string* format = values.find("--format"); format && *format != "png")
         throw UsageError("several pictures of a document are drawn as png, not " + *format);
-    return MatrixArguments{std::move(common), std::move(matrix), *output};
+    MatrixArguments arguments{std::move(common), std::move(matrix), *output, values.find("--hashes") != nullptr};
+    if (!lines) return arguments;
+    return LinesArguments{std::move(arguments), *lines, key ? std::optional(ModelKey(*key)) : std::nullopt};
 }
 
 Arguments readRenderArguments(const Values& values, DocumentArguments common) {
     if (asksForMatrix(values.command()))
         if (auto arguments = readMatrixArguments(values, common)) return *std::move(arguments);
+    if (values.find("--key"))
+        throw UsageError("--key names the pictures of models that are lines of a file: --models FILE");
+    if (values.find("--hashes"))
+        throw UsageError("--hashes is for the index of several pictures of a document; there is none of this command");
     RenderArguments arguments{std::move(common)};
     arguments.frames = readFrames(values.command());
     if (arguments.frames)

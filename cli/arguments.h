@@ -12,6 +12,7 @@
 #include "cli/destination.h"
 #include "cli/frames.h"
 #include "cli/matrix/matrix.h"
+#include "cli/matrix/model_key.h"
 #include "cli/snapshot/snapshot_options.h"
 #include "tavrin/diagnostics/diagnose.h"
 
@@ -39,6 +40,15 @@ struct RenderArguments : DocumentArguments {
 struct MatrixArguments : DocumentArguments {
     Matrix matrix = {};
     std::filesystem::path folder = {};
+    /// Whether the index has a digest of each picture.
+    bool hashes = false;
+};
+
+/// For `render` with models that are lines of a file: the matrix, which has no models, is drawn with each of them.
+struct LinesArguments : MatrixArguments {
+    std::string lines = {};  ///< "-" is standard input
+    /// What in each model names its pictures; without it the line's number does.
+    std::optional<ModelKey> key = std::nullopt;
 };
 
 /// For `tree`, `layout` and `targets`.
@@ -75,8 +85,8 @@ struct SnapshotArguments : DocumentArguments {
 
 struct FetchArguments : DocumentArguments {};
 
-using Arguments = std::variant<RenderArguments, MatrixArguments, PrintArguments, ExplainArguments, CheckArguments,
-                               SnapshotArguments, FetchArguments>;
+using Arguments = std::variant<RenderArguments, MatrixArguments, LinesArguments, PrintArguments, ExplainArguments,
+                               CheckArguments, SnapshotArguments, FetchArguments>;
 
 /// Judges the values of a command that works on documents. Throws `UsageError`, and `IOError` for a folder that cannot
 /// be read.

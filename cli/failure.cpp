@@ -42,8 +42,8 @@ Failure describe(const std::exception_ptr& error) {
 
 namespace {
 
-Failure::Place shown(const TextPlace& place, std::string_view text) {
-    return {place.line, place.column, excerptAt(text, place.offset)};
+Failure::Place shown(const TextPlace& place, const Source& source) {
+    return {source.firstLine - 1 + place.line, place.column, excerptAt(source.text, place.offset)};
 }
 
 /// Adds what is known about where it went wrong.
@@ -55,7 +55,7 @@ void addPlace(Failure& failure, const PlacedError& error, const Source& document
     const auto* decoding = dynamic_cast<const DecodingError*>(&error);
     if (decoding) failure.key = decoding->key;
     const auto offset = decoding && decoding->offset ? decoding->offset : locate(source.text, error.codingPath);
-    if (offset) failure.place = shown(placeAt(source.text, *offset), source.text);
+    if (offset) failure.place = shown(placeAt(source.text, *offset), source);
 }
 
 }  // namespace
@@ -77,7 +77,7 @@ Failure describe(const Diagnostic& diagnostic, const Source& source) {
     Failure failure{"Diagnostic", diagnostic.message, std::string(diagnostic.code)};
     failure.codingPath = diagnostic.path;
     failure.file = source.name;
-    if (diagnostic.range) failure.place = shown(diagnostic.range->begin, source.text);
+    if (diagnostic.range) failure.place = shown(diagnostic.range->begin, source);
     return failure;
 }
 

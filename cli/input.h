@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@ namespace tavrin::cli {
 struct Source {
     std::string name;
     std::string text = {};
+    /// The line of the input that the text begins in, where it is a part.
+    std::size_t firstLine = 1;
 };
 
 /// What messages call an input: its path, "<stdin>" for "-".

@@ -128,8 +128,16 @@ const std::vector<OptionInfo>& options() {
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
          Completes::words, withAll(listOf(appearanceWords))},
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
-        {"--models", "DIR", drawn, "Draw with each model document (*.json) in a folder", Completes::folder},
+        {"--models", "DIR|FILE", onlyRender,
+         "Draw with each model document (*.json) in a folder, or with each line of a file (JSON Lines; \"-\" is "
+         "standard "
+         "input). Of a file's, however many, each picture is written as soon as it is drawn, whole or not at all",
+         Completes::file},
+        {"--key", "KEY", onlyRender,
+         "With --models FILE: which member of a model, such as id or person.id, names its picture (the line's number)"},
+        {"--models", "DIR", onlySnapshot, "Draw with each model document (*.json) in a folder", Completes::folder},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
+        {"--hashes", "", onlyRender, "Write the SHA-256 of each picture into index.json"},
         {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words,
          screenWords(knownScreens())},
         {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},

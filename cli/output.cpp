@@ -14,7 +14,6 @@
 
 #include "cli/file_descriptor.h"
 #include "cli/io_error.h"
-#include "cli/temporary_file.h"
 #include "tavrin/platform/foundation/threads/blocked_signals.h"
 
 namespace tavrin::cli {
@@ -30,8 +29,10 @@ void writeStraight(const path& target, std::string_view bytes) {
         throw IOError(failureText(target), errno, target);
 }
 
-/// The file that a chain of symbolic links leads to.
+/// The file that a chain of symbolic links leads to. Most files are none, and are not looked up step by step.
 path withoutLinks(const path& target) {
+    struct stat status {};
+    if (::lstat(target.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return target;
     std::error_code error;
     const path real = std::filesystem::canonical(target, error);
     return error ? target : real;
@@ -143,6 +144,20 @@ void FileTransaction::commit() {
     }
     for (const path& folder : changed) syncFolder(folder);
 }
+
+StreamedFile::StreamedFile(path target) : target_(std::move(target)), temporary_(target_.parent_path(), 0666) {
+    if (!temporary_.file().isOpen()) fail();
+}
+
+void StreamedFile::write(std::string_view bytes) {
+    if (!writeAll(temporary_.file().number(), bytes)) fail();
+}
+
+void StreamedFile::commit() {
+    if (!temporary_.file().close() || !temporary_.rename(target_)) fail();
+}
+
+void StreamedFile::fail() const { throw IOError(failureText(target_), errno, target_); }
 
 void writeFile(const path& target, std::string_view bytes) {
     FileTransaction one;

@@ -5,6 +5,8 @@
 #include <list>
 #include <string_view>
 
+#include "cli/temporary_file.h"
+
 namespace tavrin::cli {
 
 /// Files that belong together: all of them are replaced or, when anything fails, none. The bytes go to temporary files
@@ -25,6 +27,23 @@ public:
 private:
     class StagedFile;
     std::list<StagedFile> files_;
+};
+
+/// A file that is written piece by piece under a temporary name and takes its own at the end, in the place of what is
+/// called so then. It is one of very many that can be made again, and so not synced: what it replaces may be lost with
+/// it when the machine itself fails.
+class StreamedFile {
+public:
+    /// Throws `IOError`, as all of these.
+    explicit StreamedFile(std::filesystem::path target);
+    void write(std::string_view bytes);
+    void commit();
+
+private:
+    [[noreturn]] void fail() const;
+
+    std::filesystem::path target_;
+    TemporaryFile temporary_;
 };
 
 /// Writes one file, whole or not at all. Throws `IOError`, and then leaves no file behind.

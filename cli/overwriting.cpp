@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "cli/input.h"
 #include "cli/snapshot/snapshot.h"
@@ -47,13 +48,26 @@ public:
                          option_);
     }
 
-private:
+    /// Refuses inputs that may be called as one of the pictures in a folder or below, whatever these will be called.
+    void refusePictures(const std::filesystem::path& folder) const {
+        std::error_code error;
+        const std::filesystem::path top = std::filesystem::weakly_canonical(folder, error);
+        for (const std::string& path : paths_) {
+            const std::filesystem::path input = std::filesystem::weakly_canonical(path, error);
+            if (input.extension() == ".png" && *input.lexically_relative(top).begin() != "..")
+                throw UsageError("'" + path + "' could be written over by a picture; give another " + option_);
+        }
+    }
+
     void add(const std::string& path, const char* role) {
+        paths_.push_back(path);
         if (const auto identity = identityOf(path))
             inputs_.emplace(*identity, std::string(role) + " '" + displayName(path) + "'");
     }
 
+private:
     std::string option_;  // that says where outputs go
+    std::vector<std::string> paths_;
     std::map<Identity, std::string> inputs_;
 };
 
@@ -81,6 +95,13 @@ void refuseToOverwriteInputs(const MatrixArguments& arguments) {
     inputs.add(arguments.matrix);
     for (const char* name : {"index.json", "index.html"}) inputs.refuse(arguments.folder / name);
     forEachCell(arguments.matrix, [&](const std::string& name) { inputs.refuse(arguments.folder / (name + ".png")); });
+}
+
+void refuseToOverwriteInputs(const LinesArguments& arguments) {
+    Inputs inputs(arguments, "--output");
+    inputs.add(arguments.lines, "models");
+    inputs.refuse(arguments.folder / "index.json");
+    inputs.refusePictures(arguments.folder);
 }
 
 void refuseToOverwriteInputs(const SnapshotArguments& arguments) {

@@ -22,6 +22,11 @@ std::set<std::string>& temporaryNames() {
     return names;
 }
 
+std::filesystem::path nextName(const std::filesystem::path& folder) {
+    static std::atomic<unsigned> next = 0;
+    return folder / (".tavrin-" + std::to_string(::getpid()) + "-" + std::to_string(next++) + ".tmp");
+}
+
 void removeAndEnd(int signal) {
     for (const std::string& name : temporaryNames()) ::unlink(name.c_str());
     std::raise(signal);     // now with its usual effect
@@ -34,7 +39,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& folder, mode_t mode) :
     const BlockedSignals blocked;
     int descriptor = -1;
     do {
-        path_ = freeName(folder);
+        path_ = nextName(folder);
         descriptor = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     } while (descriptor < 0 && errno == EEXIST);
     file_ = FileDescriptor(descriptor);
@@ -56,9 +61,8 @@ bool TemporaryFile::rename(const std::filesystem::path& target) {
 }
 
 std::filesystem::path freeName(const std::filesystem::path& folder) {
-    static std::atomic<unsigned> next = 0;
     for (;;) {
-        auto name = folder / (".tavrin-" + std::to_string(::getpid()) + "-" + std::to_string(next++) + ".tmp");
+        const std::filesystem::path name = nextName(folder);
         struct stat status {};
         if (::lstat(name.c_str(), &status) != 0) return name;
     }

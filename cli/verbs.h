@@ -17,6 +17,8 @@ namespace tavrin::cli {
 [[nodiscard]] int run(const RenderArguments& arguments, const Reporter& reporter);
 /// Draws the matrix into its folder, also when a picture fails, with an index and a contact sheet.
 [[nodiscard]] int run(const MatrixArguments& arguments, const Reporter& reporter);
+/// Draws the matrix with one line after another, also when one fails, with an index; nothing when a document fails.
+[[nodiscard]] int run(const LinesArguments& arguments, const Reporter& reporter);
 /// Prints the view tree of one document or, as the verb says, the laid-out tree or the tap targets.
 [[nodiscard]] int run(const PrintArguments& arguments, const Reporter& reporter);
 /// Prints why views have their size and place.

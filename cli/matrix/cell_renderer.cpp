@@ -1,36 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "cli/matrix/cell_renderer.h"
 
+#include <exception>
 #include <string_view>
 
 #include "cli/production.h"
 
 namespace tavrin::cli {
 
+WidgetOptions optionsFor(const DocumentArguments& arguments, const Matrix& matrix, const Cell& cell,
+                         std::vector<std::string>& notes) {
+    WidgetOptions options = noting(arguments.widget, notes);
+    options.date = matrix.moments[cell.moment].date;
+    options.room = matrix.rooms[cell.room];
+    options.scale = matrix.scales[cell.scale];
+    options.appearance = matrix.appearances[cell.appearance];
+    return options;
+}
+
 CellRenderer::CellRenderer(const DocumentArguments& arguments, const Matrix& matrix)
     : arguments_(arguments),
       matrix_(matrix),
-      texts_(matrix.documents.size()),
+      documents_(arguments, matrix),
       bound_(matrix.documents.size() * matrix.models.size() * matrix.moments.size()) {
     for (const Matrix::Model& model : matrix.models)
         models_.push_back(model.path ? std::optional(Source{displayName(*model.path),
                                                             readInput(*model.path, arguments.widget.budget)})
                                      : std::nullopt);
-}
-
-CellRenderer::Text& CellRenderer::text(std::size_t at) {
-    Text& text = texts_[at];
-    std::call_once(text.once, [&] {
-        const std::string& path = matrix_.documents[at].path;
-        text.source.name = displayName(path);
-        try {
-            text.source.text = readInput(path, arguments_.widget.budget);
-            text.prepared.emplace(text.source.text, arguments_.widget.budget);
-        } catch (...) {
-            text.error = std::current_exception();
-        }
-    });
-    return text;
 }
 
 CellRenderer::Bound& CellRenderer::bound(const Cell& cell) {
@@ -41,24 +37,14 @@ CellRenderer::Bound& CellRenderer::bound(const Cell& cell) {
 }
 
 void CellRenderer::bind(const Cell& cell, Bound& bound) {
-    const Text& text = this->text(cell.document);
     const Source* const model = models_[cell.model] ? &*models_[cell.model] : nullptr;
     try {
-        if (text.error) std::rethrow_exception(text.error);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
-        bound.document = text.prepared->bind(modelText, optionsFor(cell, bound.outcome.notes));
+        const WidgetOptions options = optionsFor(arguments_, matrix_, cell, bound.outcome.notes);
+        bound.document = documents_.prepared(cell.document).bind(modelText, options);
     } catch (...) {
-        bound.outcome.failure = describe(std::current_exception(), text.source, model);
+        bound.outcome.failure = describe(std::current_exception(), documents_.source(cell.document), model);
     }
-}
-
-WidgetOptions CellRenderer::optionsFor(const Cell& cell, std::vector<std::string>& notes) const {
-    WidgetOptions options = noting(arguments_.widget, notes);
-    options.date = matrix_.moments[cell.moment].date;
-    options.room = matrix_.rooms[cell.room];
-    options.scale = matrix_.scales[cell.scale];
-    options.appearance = matrix_.appearances[cell.appearance];
-    return options;
 }
 
 CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget&)>& use) {
@@ -66,11 +52,11 @@ CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget
     CellOutcome outcome = source.outcome;
     if (outcome.failure) return outcome;
     try {
-        Widget widget = source.document->widget(optionsFor(cell, outcome.notes));
+        Widget widget = source.document->widget(optionsFor(arguments_, matrix_, cell, outcome.notes));
         use(widget);
     } catch (...) {
         const Source* const model = models_[cell.model] ? &*models_[cell.model] : nullptr;
-        outcome.failure = describe(std::current_exception(), text(cell.document).source, model);
+        outcome.failure = describe(std::current_exception(), documents_.source(cell.document), model);
     }
     return outcome;
 }

@@ -2,17 +2,14 @@
 #pragma once
 
 #include <deque>
-#include <exception>
 #include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/arguments.h"
 #include "cli/failure.h"
-#include "cli/input.h"
-#include "cli/matrix/matrix.h"
+#include "cli/matrix/matrix_documents.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
@@ -23,6 +20,10 @@ struct CellOutcome {
     std::vector<std::string> notes = {};
     std::optional<Failure> failure = std::nullopt;
 };
+
+/// How a cell is drawn; what is doubtful becomes lines of `notes`, which must live as long as what is made with it.
+[[nodiscard]] WidgetOptions optionsFor(const DocumentArguments& arguments, const Matrix& matrix, const Cell& cell,
+                                       std::vector<std::string>& notes);
 
 /// Makes widgets for the cells of a matrix, on any number of threads. A document is read and decoded once, and bound
 /// once for each model and moment; each cell is laid out for itself, since size, scale and appearance all count there.
@@ -35,27 +36,19 @@ public:
     [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use);
 
 private:
-    struct Text {
-        std::once_flag once;
-        Source source;
-        std::optional<Document> prepared;
-        std::exception_ptr error;
-    };
     struct Bound {
         std::once_flag once;
         std::optional<BoundDocument> document;
         CellOutcome outcome;
     };
 
-    Text& text(std::size_t at);
     Bound& bound(const Cell& cell);
     void bind(const Cell& cell, Bound& bound);
-    [[nodiscard]] WidgetOptions optionsFor(const Cell& cell, std::vector<std::string>& notes) const;
 
     const DocumentArguments& arguments_;
     const Matrix& matrix_;
     std::vector<std::optional<Source>> models_;
-    std::deque<Text> texts_;
+    MatrixDocuments documents_;
     std::deque<Bound> bound_;
 };
 

@@ -11,7 +11,8 @@
 
 namespace tavrin::cli {
 
-/// Tells people about the notes and failures of a matrix, each once however many cells have it.
+/// Tells people about the notes and failures of a matrix, each once however many cells have it; the first thousands of
+/// different ones, that is.
 class CellReport {
 public:
     CellReport(const Reporter& reporter, Progress& progress) : reporter_(reporter), progress_(progress) {}
@@ -22,6 +23,9 @@ public:
 private:
     const Reporter& reporter_;
     Progress& progress_;
+    /// Whether it has not been said; remembers that it is now.
+    [[nodiscard]] bool isNew(const std::string& document, const std::string& line);
+
     std::set<std::pair<std::string, std::string>> said_;  // notes by their documents; failures name theirs
     bool failed_ = false;
 };

@@ -53,10 +53,14 @@ Cell cellAt(const Matrix& matrix, std::size_t index) {
 }
 
 std::string nameOf(const Matrix& matrix, const Cell& cell) {
+    return nameOf(matrix, cell, matrix.models[cell.model].name);
+}
+
+std::string nameOf(const Matrix& matrix, const Cell& cell, const std::string& model) {
     std::string name = matrix.documents[cell.document].name + "/" + matrix.rooms[cell.room].name + "-";
     name += tavrin::name(matrix.appearances[cell.appearance]);
     name += "@" + shortNumber(matrix.scales[cell.scale]) + "x";
-    for (const std::string* part : {&matrix.models[cell.model].name, &matrix.moments[cell.moment].name})
+    for (const std::string* part : {&model, &matrix.moments[cell.moment].name})
         if (!part->empty()) name += "-" + *part;
     return name;
 }

@@ -58,6 +58,8 @@ struct Cell {
 /// A cell's name without a suffix: "weather/systemSmall-dark@2x-rainy". It depends on the cell alone, not on
 /// what else is drawn.
 [[nodiscard]] std::string nameOf(const Matrix& matrix, const Cell& cell);
+/// The same where another model stands for the cell's.
+[[nodiscard]] std::string nameOf(const Matrix& matrix, const Cell& cell, const std::string& model);
 
 /// Names documents by their paths from the first folder of `tops` that they lie in, or else from the working directory,
 /// without suffixes: "widgets/weather". Throws `UsageError` for two of the same name.

@@ -19,7 +19,7 @@ void write(JSONWriter& writer, const Matrix& matrix, const MatrixPicture& pictur
     const WidgetRoom& room = matrix.rooms[cell.room];
     writer.beginObject().key("file").value(unlessEmpty(picture.file));
     writer.key("document").value(matrix.documents[cell.document].path);
-    writer.key("model").value(unlessEmpty(matrix.models[cell.model].path.value_or("")));
+    writer.key("model").value(unlessEmpty(picture.model));
     writer.key("family").value(room.name);
     writer.key("appearance").value(name(matrix.appearances[cell.appearance]));
     writer.key("scale").value(matrix.scales[cell.scale]);
@@ -37,12 +37,24 @@ void write(JSONWriter& writer, const Matrix& matrix, const MatrixPicture& pictur
 
 }  // namespace
 
+IndexWriter::IndexWriter(const Matrix& matrix, TextSink sink)
+    : matrix_(matrix), sink_(std::move(sink)), writer_(JSONWriter::Style::pretty, sink_) {
+    writer_.beginArray();
+}
+
+void IndexWriter::add(const MatrixPicture& picture) { write(writer_, matrix_, picture); }
+
+void IndexWriter::finish() {
+    writer_.endArray();
+    sink_("\n");
+}
+
 std::string indexText(const Matrix& matrix, std::span<const MatrixPicture> pictures) {
-    JSONWriter writer(JSONWriter::Style::pretty);
-    writer.beginArray();
-    for (const MatrixPicture& picture : pictures) write(writer, matrix, picture);
-    writer.endArray();
-    return std::move(writer).text() + "\n";
+    std::string text;
+    IndexWriter writer(matrix, [&text](std::string_view piece) { text += piece; });
+    for (const MatrixPicture& picture : pictures) writer.add(picture);
+    writer.finish();
+    return text;
 }
 
 }  // namespace tavrin::cli

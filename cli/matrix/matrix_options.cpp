@@ -51,6 +51,7 @@ std::vector<Matrix::Model> modelsIn(const std::string& folder) {
 }
 
 std::vector<Matrix::Model> modelsOf(const Command& command) {
+    if (findModelLines(command)) return {{std::nullopt, ""}};
     if (const std::string* folder = command.find(models.several)) return modelsIn(*folder);
     const std::string* const one = command.find(models.one);
     return {{one ? std::optional(*one) : std::nullopt, ""}};
@@ -73,6 +74,12 @@ std::vector<Matrix::Moment> momentsOf(const Command& command, Date now) {
 bool asksForMatrix(const Command& command) {
     return std::any_of(std::begin(plurals), std::end(plurals),
                        [&](std::string_view option) { return command.find(option) != nullptr; });
+}
+
+const std::string* findModelLines(const Command& command) {
+    const std::string* const path = command.find(models.several);
+    std::error_code error;
+    return path && command.verb == Verb::render && !fs::is_directory(*path, error) ? path : nullptr;
 }
 
 Matrix readMatrix(const Command& command, Size screen, Date now, const std::vector<fs::path>& tops) {

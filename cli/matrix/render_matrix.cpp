@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <exception>
 #include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "cli/failure_text.h"
-#include "cli/matrix/cell_renderer.h"
 #include "cli/matrix/cell_report.h"
-#include "cli/matrix/matrix_picture.h"
-#include "cli/matrix/sha256.h"
+#include "cli/matrix/drawn_cell.h"
 #include "cli/ordered_work.h"
 #include "cli/output.h"
 #include "cli/progress.h"
@@ -18,23 +14,11 @@
 namespace tavrin::cli {
 namespace {
 
-/// A cell's picture before it is written.
-struct DrawnCell {
-    MatrixPicture picture;
-    std::string png;
-    CellOutcome outcome;
-};
-
 DrawnCell drawnCell(CellRenderer& renderers, const MatrixArguments& arguments, std::size_t index) {
-    DrawnCell drawn;
-    drawn.picture.cell = cellAt(arguments.matrix, index);
-    drawn.outcome = renderers.draw(drawn.picture.cell, [&](Widget& widget) {
-        const PixelBuffer pixels = widget.pixels();
-        drawn.png = widget.png(pixels, arguments.widget.compression);
-        drawn.picture.width = pixels.width();
-        drawn.picture.height = pixels.height();
-        drawn.picture.sha256 = sha256(drawn.png);
-    });
+    const Matrix& matrix = arguments.matrix;
+    DrawnCell drawn{{cellAt(matrix, index)}};
+    drawn.picture.model = matrix.models[drawn.picture.cell.model].path.value_or("");
+    drawn.outcome = renderers.draw(drawn.picture.cell, [&](Widget& widget) { drawn.draw(widget, arguments); });
     return drawn;
 }
 
@@ -44,12 +28,6 @@ void writePicture(const MatrixArguments& arguments, DrawnCell& drawn, FileTransa
     const std::filesystem::path path = arguments.folder / drawn.picture.file;
     makeFolder(path.parent_path());
     files.write(path, drawn.png);
-}
-
-std::string errorText(const CellOutcome& outcome) {
-    std::string text = outcome.failure ? failureText(*outcome.failure, false) : "";
-    while (text.ends_with('\n')) text.pop_back();
-    return text;
 }
 
 }  // namespace
@@ -67,8 +45,7 @@ int run(const MatrixArguments& arguments, const Reporter& reporter) {
         [&](std::size_t, DrawnCell drawn) {
             writePicture(arguments, drawn, files);
             report.add(matrix, drawn.picture.cell, drawn.outcome);
-            drawn.picture.warnings = drawn.outcome.notes;
-            drawn.picture.error = errorText(drawn.outcome);
+            drawn.describe();
             progress.advance(nameOf(matrix, drawn.picture.cell));
             pictures.push_back(std::move(drawn.picture));
         });

@@ -6,6 +6,7 @@
 #include <spng.h>
 
 #include "tavrin/images/decoders.h"
+#include "tavrin/images/plain_png.h"
 #include "tavrin/platform/foundation/memory/handles.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 
@@ -41,12 +42,17 @@ Picture decodePng(std::string_view bytes, Decoding& decoding) {
         spng_get_ihdr(context.get(), &header) != SPNG_OK || !decoding.admits(header.width, header.height))
         return nullptr;
 
+    const auto bitmapOf = [&](std::vector<std::uint32_t> pixels) {
+        return std::make_shared<const Bitmap>(static_cast<int>(header.width), static_cast<int>(header.height),
+                                              std::move(pixels));
+    };
+    const PngHeader plain{header.width, header.height, header.bit_depth, header.color_type, header.interlace_method};
+    if (auto pixels = plainPngPixels(bytes, plain)) return bitmapOf(*std::move(pixels));
     std::vector<std::uint32_t> pixels(std::size_t{header.width} * header.height);
     if (!readRows(context.get(), pixels.data(), header.width, decoding) || spng_decode_chunks(context.get()) != SPNG_OK)
         return nullptr;
     premultiplyPixels(reinterpret_cast<const std::uint8_t*>(pixels.data()), pixels.data(), pixels.size());
-    return std::make_shared<const Bitmap>(static_cast<int>(header.width), static_cast<int>(header.height),
-                                          std::move(pixels));
+    return bitmapOf(std::move(pixels));
 }
 
 }  // namespace tavrin::images

@@ -47,12 +47,15 @@ std::string_view trimmed(std::string_view text) {
                                            "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u2028",
                                            "\u2029", "\u202F", "\u205F", "\u3000"};
     const auto find = [&](auto stands) { return std::ranges::find_if(spaces, stands); };
+    const auto isNoSpace = [](char byte) { return byte > ' ' && byte < '\x7F'; };  // nor a part of one, as most are
     for (;;) {
+        if (!text.empty() && isNoSpace(text.front())) break;
         const auto* const space = find([&](std::string_view each) { return text.starts_with(each); });
         if (space == std::end(spaces)) break;
         text.remove_prefix(space->size());
     }
     for (;;) {
+        if (!text.empty() && isNoSpace(text.back())) return text;
         const auto* const space = find([&](std::string_view each) { return text.ends_with(each); });
         if (space == std::end(spaces)) return text;
         text.remove_suffix(space->size());

@@ -15,9 +15,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr std::string_view greeting =
-    R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a}}"}}})";
-
 TEST(Matrix, DrawsEveryCombination) {
     const Workplace place;
     place.write("w.json", greeting);
@@ -84,7 +81,7 @@ TEST(Matrix, IndexTellsEverything) {
     const Workplace place;
     place.write("w.json", hello);
     place.write("bad.json", broken);
-    const Finished finished = place.run({"render", "w.json", "bad.json", "-o", "out", "--scales", "1"});
+    const Finished finished = place.run({"render", "w.json", "bad.json", "-o", "out", "--scales", "1", "--hashes"});
     EXPECT_EQ(finished.status, 1);
     EXPECT_THAT(finished.err, StartsWith("bad.json:4:"));
     const JSON index = JSON::parse(place.read("out/index.json"));
@@ -123,12 +120,20 @@ TEST(Matrix, IndexTellsEverything) {
 TEST(Matrix, DigestIsThatOfTheFile) {
     const Workplace place;
     place.write("w.json", hello);
-    EXPECT_EQ(place.run({"render", "w.json", "-o", "out", "--scales", "1"}).status, 0);
+    EXPECT_EQ(place.run({"render", "w.json", "-o", "out", "--scales", "1", "--hashes"}).status, 0);
     const std::string index = place.read("out/index.json");
     const std::string command =
         "cd " + place.path("out").string() +
         " && sha256sum w/*.png | cut -c1-64 | xargs -I{} grep -q '\"sha256\": \"{}\"' index.json";
     EXPECT_EQ(std::system(command.c_str()), 0) << index;
+}
+
+TEST(Matrix, DigestIsMadeOnlyWhenAskedFor) {
+    const Workplace place;
+    place.write("w.json", hello);
+    EXPECT_EQ(place.run({"render", "w.json", "-o", "out", "--scales", "1"}).status, 0);
+    const JSON index = JSON::parse(place.read("out/index.json"));
+    EXPECT_EQ(index.find(std::int64_t{0})->find("sha256")->description(), "null");
 }
 
 TEST(Matrix, ContactSheetEscapesWhatItShows) {
@@ -209,6 +214,7 @@ TEST(Matrix, IsRefused) {
         {"dates and a date", {"--dates", "x", "--date", "2026-03-01T09:41:00Z"}, 2, "--date"},
         {"misspelt family", {"--families", "systemSmall,systemlarge", "-o", "out"}, 2, "did you mean 'systemLarge'?"},
         {"an empty part", {"--scales", "1,", "-o", "out"}, 2, "not ''"},
+        {"hashes of no index", {"--hashes", "-o", "w.png"}, 2, "--hashes is for the index"},
         {"another format", {"--scales", "1", "-o", "out", "--format", "pdf"}, 2, "drawn as png, not pdf"},
         {"a folder without models", {"--models", "empty", "-o", "out"}, 1, "no model (*.json) in 'empty'"},
         {"a folder that is missing", {"--models", "gone", "-o", "out"}, 1, "cannot read 'gone'"},

@@ -60,6 +60,9 @@ private:
 /// A document that draws "Hello".
 inline constexpr std::string_view hello =
     R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
+/// A document that draws the model's "a".
+inline constexpr std::string_view greeting =
+    R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a}}"}}})";
 /// A document whose one fault stands in line 4, column 13.
 inline constexpr std::string_view broken =
     "{\n  \"version\": \"1.0\",\n  \"nodes\": {\n\t\"main\": {\"type\": \"text\", \"content\": 1.5e}\n  }\n}\n";

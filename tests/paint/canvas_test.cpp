@@ -2,10 +2,14 @@
 #include "tavrin/platform/paint/canvas.h"
 
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <numbers>
+#include <vector>
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/text/text_painter.h"
@@ -22,6 +26,78 @@ void drawText(Canvas& canvas, const Rect& frame) {
 }
 
 bool blank(const PixelBuffer& picture) { return picture == PixelBuffer(picture.width(), picture.height()); }
+
+TEST(Canvas, BeginsTransparentWhateverIsDrawnFirst) {
+    ::mallopt(M_PERTURB, 0x5A);  // new memory holds anything but zeros
+    const auto rect = [](double side) { return Rect{{1, 1}, {side, side}}; };
+    const struct {
+        const char* why;
+        std::function<void(Canvas&)> draw;
+    } rows[] = {
+        {"nothing", [](Canvas&) {}},
+        {"all of it",
+         [&](Canvas& canvas) {
+             canvas.fill(Rect{{0, 0}, {30, 20}}, red);
+         }},
+        {"all of it, translucent",
+         [&](Canvas& canvas) {
+             canvas.fill(Rect{{0, 0}, {30, 20}}, RGBA{1, 0, 0, 0.5});
+         }},
+        {"all of it, with round corners",
+         [&](Canvas& canvas) {
+             canvas.fill(Shape(RoundedRectangle{5}), Rect{{0, 0}, {30, 20}}, red);
+         }},
+        {"a part", [&](Canvas& canvas) { canvas.fill(rect(9), red); }},
+        {"a circle", [&](Canvas& canvas) { canvas.fill(Shape(Circle{}), rect(9), red); }},
+        {"what is hidden",
+         [&](Canvas& canvas) {
+             canvas.fill(Rect{{50, 50}, {9, 9}}, red);
+         }},
+        {"a stroke", [&](Canvas& canvas) { canvas.stroke(Shape(Circle{}), rect(9), red, Pen{}); }},
+        {"a border", [&](Canvas& canvas) { canvas.border(rect(9), red, 1); }},
+        {"a text", [&](Canvas& canvas) { drawText(canvas, rect(9)); }},
+        {"a picture",
+         [&](Canvas& canvas) {
+             canvas.draw(std::make_shared<const Bitmap>(1, 1, std::vector<std::uint32_t>{0xFF00FF00}), rect(9), 1);
+         }},
+        {"a layer",
+         [&](Canvas& canvas) {
+             canvas.beginLayer();
+             canvas.fill(Rect{{0, 0}, {30, 20}}, red);
+             canvas.endLayer(0.5);
+         }},
+        {"in an outline",
+         [&](Canvas& canvas) {
+             canvas.save();
+             canvas.clip(Shape(Circle{}), rect(9));
+             canvas.fill(rect(9), red);
+             canvas.restore();
+         }},
+        {"in an outline around all of it",
+         [&](Canvas& canvas) {
+             canvas.save();
+             canvas.clip(Shape(RoundedRectangle{5}), Rect{{0, 0}, {30, 20}});
+             canvas.fill(Rect{{0, 0}, {30, 20}}, red);
+             canvas.restore();
+         }},
+        {"in a turned one",
+         [&](Canvas& canvas) {
+             canvas.save();
+             canvas.transform({0.8, 0.6, -0.6, 0.8, 0, 0});
+             canvas.clip(rect(9));
+             canvas.fill(rect(9), red);
+             canvas.restore();
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const PixelBuffer once = drawn({30, 20}, 1, row.draw);
+        Canvas cleared = Canvas::raster(PixelBuffer(30, 20), 1, {0, 0, 30, 20});
+        row.draw(cleared);
+        EXPECT_TRUE(once == cleared.finishRaster());
+    }
+    ::mallopt(M_PERTURB, 0);
+}
 
 int distance(std::uint32_t a, std::uint32_t b) {
     int largest = 0;

@@ -76,9 +76,11 @@ Canvas& Canvas::operator=(Canvas&&) noexcept = default;
 Canvas::~Canvas() = default;
 
 Canvas Canvas::raster(Size size, double scale) {
-    PixelBuffer picture(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
+    PixelBuffer picture = PixelBuffer::unset(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
     const PixelRect all{0, 0, picture.width(), picture.height()};
-    return onPixels(std::move(picture), scale, all);
+    Canvas canvas = onPixels(std::move(picture), scale, all);
+    canvas.state_->isUnset = true;
+    return canvas;
 }
 
 Canvas Canvas::raster(PixelBuffer picture, double scale, const PixelRect& window) {
@@ -190,6 +192,7 @@ void Canvas::limit(const Rect& extent) {
 }
 
 void Canvas::beginLayer() {
+    state_->setPixels();
     // How exactly Cairo reckons depends on where in memory a pixel lies: a layer must begin where it always does.
     if (state_->raster && !state_->mayDrawWhole(state_->level().clip)) state_->hide();
     const PixelRect area = state_->raster ? state_->visible() : state_->level().clip;
@@ -237,6 +240,7 @@ std::optional<PixelRect> Canvas::windowForOutlines() const {
 }
 
 PixelBuffer Canvas::finishRaster() {
+    state_->setPixels();
     state_->finish();
     return std::move(state_->pixels);
 }

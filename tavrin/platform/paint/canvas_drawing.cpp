@@ -38,6 +38,7 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
     if (hidden()) return;
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return state_->hide();
+    state_->setPixels();
 
     cairo_t* const cairo = state_->cairo.get();
     State::Level& level = state_->level();
@@ -75,10 +76,14 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     if (direct && (gradient || pieces.outlined.empty())) {
         const std::optional<PixelSource> source = PixelSource::make(paint, state_->matrix());
         if (!source) return;
+        const PixelRect all{0, 0, state_->pixels.width(), state_->pixels.height()};
+        if (source->isOpaque() && !pieces.full.empty() && pieces.full.front() == all) state_->isUnset = false;
+        state_->setPixels();
         const PixelTarget target(cairo, state_->window);
         for (const PixelRect& area : pieces.full) target.fill(area, *source);
         for (const PixelRect& area : pieces.outlined) target.fill(state_->coverage(area, shape, *box, true), *source);
     } else {
+        state_->setPixels();
         const PixelRect touched = state_->touchedPixels(*box);
         if (direct ? !state_->mayFill(touched, pieces) : !state_->mayDrawWhole(touched)) return;
         state_->count(touched);
@@ -93,6 +98,7 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
     if (hidden() || !(pen.width > 0) || !std::isfinite(pen.width)) return;
     const std::optional<Rect> box = state_->placed(bounds);
     if (!box) return;
+    state_->setPixels();
     cairo_t* const cairo = state_->cairo.get();
     const double width = std::min(pen.width, state_->farPoints());
     const Rect outline = outlineBounds(shape, *box);
@@ -144,6 +150,7 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
     if (hidden() || !(width > 0)) return;
     const std::optional<Rect> outer = state_->placed(rect);
     if (!outer) return;
+    state_->setPixels();
     if (2 * width >= std::min(outer->size.width, outer->size.height)) return fill(*outer, color);
 
     Rect inner = inset(*outer, width);
@@ -179,6 +186,7 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
 
 void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, TextPainter& painter) {
     if (hidden() || !isFinite(frame)) return;
+    state_->setPixels();
     const std::optional<PixelRect> area = state_->wholePixels(frame);
     const Point corner = area ? state_->points(*area).origin : frame.origin;
     if (state_->raster) {

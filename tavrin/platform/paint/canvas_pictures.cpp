@@ -62,6 +62,7 @@ void Canvas::draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect
     if (hidden() || !(opacity > 0)) return;
     const std::optional<Rect> box = state_->placed(rect);
     if (!box) return;
+    state_->setPixels();
     const cairo_matrix_t matrix = state_->matrix();
     if (!state_->raster) {
         // Faded as a layer: Cairo 1.16 writes SVG that shows only a part of a picture that is scaled and faded.

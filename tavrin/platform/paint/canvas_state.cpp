@@ -49,6 +49,10 @@ bool isFinite(const Rect& rect) {
            std::isfinite(rect.origin.y + rect.size.height);
 }
 
+void Canvas::State::setPixels() {
+    if (std::exchange(isUnset, false)) pixels.clear();
+}
+
 void Canvas::State::count(const PixelRect& touched) {
     constexpr std::uint64_t stepsOfCall = 100;
     constexpr std::uint64_t stepsInDocument = 300;

@@ -50,6 +50,8 @@ struct Canvas::State {
     bool raster = false;
     double scale = 1;
     PixelBuffer pixels;
+    /// Nothing has been drawn, and the pixels are not even transparent yet: most widgets begin by painting all of them.
+    bool isUnset = false;
     HeldBytes pixelBytes;
     /// What Cairo has written of a document. What must not leave through Cairo is thrown by the next call.
     struct Written {
@@ -82,6 +84,8 @@ struct Canvas::State {
     [[nodiscard]] Level& level() { return levels.back(); }
     /// Where Cairo writes a document to.
     static cairo_status_t append(void* state, const unsigned char* bytes, unsigned int count);
+    /// Makes the pixels of a raster transparent if nothing has been drawn; before anything that reads or draws some.
+    void setPixels();
     /// Counts what Cairo is to draw on pixels of a raster, under the outlines that clip it, or once more in a document.
     void count(const PixelRect& touched);
     /// Counts what is to stand in a document: steps and bytes.

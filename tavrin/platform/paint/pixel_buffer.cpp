@@ -6,12 +6,15 @@
 #include <fmt/format.h>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/fresh_memory.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
 
-PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) {
+PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) : PixelBuffer(unset(width, height)) { clear(); }
+
+PixelBuffer PixelBuffer::unset(std::int64_t width, std::int64_t height) {
     const auto fits = [](std::int64_t side) { return side >= 1 && side <= maxSide; };
     if (!fits(width) || !fits(height))
         throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: each side must be 1 to {} pixels", width,
@@ -19,12 +22,17 @@ PixelBuffer::PixelBuffer(std::int64_t width, std::int64_t height) {
     if (width * height > maxPixels)
         throw TavrinError{"Render", fmt::format("a picture of {} x {} pixels: there may be at most {} pixels", width,
                                                 height, maxPixels)};
-    width_ = static_cast<int>(width);
-    height_ = static_cast<int>(height);
+    PixelBuffer buffer;
+    buffer.width_ = static_cast<int>(width);
+    buffer.height_ = static_cast<int>(height);
     const auto count = static_cast<std::size_t>(width * height);
     const HeldBytes mayBeHeld(count * sizeof(std::uint32_t));
-    pixels_.resize(count);
+    buffer.pixels_.resize(count);
+    takeAtOnce(buffer.pixels_.data(), buffer.byteCount());
+    return buffer;
 }
+
+void PixelBuffer::clear() { std::fill(pixels_.begin(), pixels_.end(), 0U); }
 
 bool PixelBuffer::isOpaque() const {
     for (int y = 0; y < height_; ++y)

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <vector>
 
 namespace tavrin::paint {
@@ -20,6 +22,10 @@ public:
     /// A transparent picture. Throws `TavrinError` of kind "Render", before anything is allocated, when a side is not
     /// in 1…`maxSide` or there would be more than `maxPixels`.
     PixelBuffer(std::int64_t width, std::int64_t height);
+    /// The same with pixels of any value, for who writes all of them.
+    [[nodiscard]] static PixelBuffer unset(std::int64_t width, std::int64_t height);
+    /// Makes it transparent.
+    void clear();
 
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
@@ -37,13 +43,27 @@ public:
     friend bool operator==(const PixelBuffer&, const PixelBuffer&) = default;
 
 private:
+    /// Leaves numbers unset that a vector would set to 0.
+    template <class Number>
+    struct Unset : std::allocator<Number> {
+        template <class Other>
+        struct rebind {
+            using other = Unset<Other>;
+        };
+        void construct(Number* place) const noexcept { ::new (static_cast<void*>(place)) Number; }
+        template <class... Arguments>
+        void construct(Number* place, Arguments... arguments) const noexcept {
+            ::new (static_cast<void*>(place)) Number(arguments...);
+        }
+    };
+
     [[nodiscard]] std::size_t offset(int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
     }
 
     int width_ = 0;
     int height_ = 0;
-    std::vector<std::uint32_t> pixels_;
+    std::vector<std::uint32_t, Unset<std::uint32_t>> pixels_;
 };
 
 }  // namespace tavrin::paint

@@ -3,6 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
+
+static_assert(std::endian::native == std::endian::little, "bytes are read as little-endian words");
 
 namespace tavrin {
 namespace {
@@ -24,8 +28,10 @@ bool allOpaque(const std::uint32_t* pixels, std::size_t count) {
 
 void premultiplyPixels(const std::uint8_t* bytes, std::uint32_t* pixels, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
-        const std::uint8_t* pixel = bytes + 4 * i;
-        pixels[i] = scalePixel(packPixel(0xFF, pixel[0], pixel[1], pixel[2]), pixel[3]);
+        std::uint32_t pixel = 0;  // 0xAABBGGRR; compilers vectorise what is done with whole words
+        std::memcpy(&pixel, bytes + 4 * i, sizeof pixel);
+        const std::uint32_t opaque = packPixel(0xFF, pixel & 0xFF, pixel >> 8 & 0xFF, pixel >> 16 & 0xFF);
+        pixels[i] = scalePixel(opaque, pixel >> 24);
     }
 }
 
