@@ -38,6 +38,21 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
     return *layout_;
 }
 
+void ImageRenderer::layOutLike(const LastPicture& last) {
+    const std::shared_ptr<const layout::LayoutTree> before = last.tree();
+    if (layout_ || !before || before->nodes().empty() || options_.recording != layout::Recording::none) return;
+    if (last.texts() != texts_ || before->wasDoubted() || view_.box().loads) return;
+    const EnvironmentValues& environment = before->environment();
+    const EnvironmentValues& now = options_.environment;
+    const bool isSameRoom = before->widget() == options_.size && environment.displayScale == now.displayScale &&
+                            environment.appearance == now.appearance && environment.date == now.date &&
+                            environment.timeZone == now.timeZone && environment.font == now.font &&
+                            environment.lineLimit == now.lineLimit &&
+                            environment.foregroundColor == now.foregroundColor && environment.custom.empty() &&
+                            now.custom.empty();
+    if (isSameRoom && before->nodes().front().view->isLike(view_)) layout_ = before;
+}
+
 template <class Work>
 auto ImageRenderer::answer(Work work) {
     const layout::LayoutTree& tree = layoutTree();  // where the cost begins
@@ -82,6 +97,7 @@ PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 
 std::shared_ptr<const PixelBuffer> ImageRenderer::pixels(LastPicture& last) {
     const auto before = last.tree();  // given back when nothing is counted any more
+    layOutLike(last);
     return answer(
         [&](const layout::LayoutTree&) { return last.pixels(layout_, options_.look(), options_.scale, texts_); });
 }
@@ -111,6 +127,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
 std::string ImageRenderer::encode(PictureFormat format, LastPicture& last) {
     if (format != PictureFormat::png) return encode(format);
     const auto before = last.tree();
+    layOutLike(last);
     return answer([&](const layout::LayoutTree&) {
         return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);
     });

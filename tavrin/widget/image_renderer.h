@@ -69,6 +69,8 @@ public:
     [[nodiscard]] text::TextEngine& textEngine();
 
 private:
+    /// Takes the tree that was drawn last where laying out would only make an equal one, and has nothing to report.
+    void layOutLike(const LastPicture& last);
     /// Does what an answer takes, on the budget, once the tree is laid out.
     template <class Work>
     auto answer(Work work);

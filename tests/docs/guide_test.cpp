@@ -26,6 +26,17 @@ DrawnWidget drawWidget(std::string_view document, std::string_view model, tavrin
 }
 // [/draw]
 
+// [next]
+/// A picture for each model; each costs what differs from the one before.
+std::vector<std::string> picturesOf(const tavrin::Document& document, const std::vector<std::string>& models) {
+    tavrin::LastPicture last;
+    std::vector<std::string> pictures;
+    for (const std::string& model : models)
+        pictures.push_back(document.widget(model, {}).encode(tavrin::PictureFormat::png, last));
+    return pictures;
+}
+// [/next]
+
 // [explain]
 /// Where in a text an error is: where it stops being JSON, or at the value that the error's path leads to.
 tavrin::TextPlace placeOf(const tavrin::PlacedError& error, std::string_view text) {
@@ -83,7 +94,7 @@ using testing::StartsWith;
 TEST(Guide, ShowsTheCodeThatIsCompiledHere) {
     const std::string source = contentOf("tests/docs/guide_test.cpp");
     const std::string guide = contentOf("docs/guide.md");
-    for (const std::string part : {"draw", "explain", "badge"}) {
+    for (const std::string part : {"draw", "next", "explain", "badge"}) {
         const std::string code = between(source, "// [" + part + "]\n", "// [/" + part + "]\n");
         ASSERT_FALSE(code.empty()) << part;
         EXPECT_THAT(guide, HasSubstr("\n```cpp\n" + code + "```\n"));
@@ -97,6 +108,17 @@ TEST(Guide, ItsCodeDrawsAWidgetThatCanBeTapped) {
     EXPECT_THAT(drawn.png, StartsWith("\x89PNG\r\n\x1A\n"));
     ASSERT_THAT(drawn.targets, SizeIs(1));
     EXPECT_EQ(drawn.targets.front().destination.string(), "my-app://open?https://example.com/1");
+}
+
+TEST(Guide, ItsCodeDrawsAPictureForEachModel) {
+    const Document document(R"({"version": "1.0", "nodes": {"main":
+        {"type": "text", "content": "{{initServerParam.name}}"}}})");
+    const std::vector<std::string> pictures =
+        picturesOf(document, {R"({"name": "Ann"})", R"({"name": "Ben"})", R"({"name": "Ann"})"});
+    ASSERT_THAT(pictures, SizeIs(3));
+    EXPECT_EQ(pictures[1], document.widget(R"({"name": "Ben"})", {}).encode());
+    EXPECT_EQ(pictures[0], pictures[2]);
+    EXPECT_NE(pictures[0], pictures[1]);
 }
 
 TEST(Guide, ItsCodeDrawsTheMomentThatItIsGiven) {

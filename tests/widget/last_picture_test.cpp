@@ -236,6 +236,48 @@ TEST(LastPicture, PaintsAndCompressesOnlyWhatDiffers) {
     }
 }
 
+TEST(LastPicture, LaysOutOnlyWhatIsAnotherView) {
+    const auto frame = [](double minimum) {
+        return FlexibleFrame{.minWidth = minimum, .maxWidth = 10, .content = Text{.content = SharedText("a")}};
+    };
+    const AnyView reader = GeometryReader{[](const GeometryProxy&) -> AnyView { return Circle{}; }};
+    const auto otherReader = GeometryReader{[](const GeometryProxy&) -> AnyView { return Circle{}; }};
+    RenderOptions options;
+    options.size = {60, 40};
+    RenderOptions later = options;
+    later.environment.date = {start};
+    RenderOptions dark = options;
+    dark.environment.appearance = Appearance::dark;
+    const struct {
+        const char* why;
+        AnyView first, second;
+        const RenderOptions& secondOptions;
+        bool isKept;
+    } rows[] = {
+        {"equal views", rowsOf({"one", "two"}), rowsOf({"one", "two"}), options, true},
+        {"another text", rowsOf({"one", "two"}), rowsOf({"one", "six"}), options, false},
+        {"another colour", rowsOf({"one"}), rowsOf({"one"}, Color::blue), options, false},
+        {"one view less", rowsOf({"one", "two"}), rowsOf({"one"}), options, false},
+        {"another moment", rowsOf({"one"}), rowsOf({"one"}), later, false},
+        {"another appearance", rowsOf({"one"}), rowsOf({"one"}), dark, false},
+        {"the same reader", reader, reader, options, true},
+        {"a reader with a like content", reader, otherReader, options, false},
+        {"an equal frame", frame(1), frame(1), options, true},
+        {"an equal frame to report", frame(20), frame(20), options, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        LastPicture last;
+        static_cast<void>(ImageRenderer(row.first, options).encode(PictureFormat::png, last));
+        const auto tree = last.tree();
+        ImageRenderer renderer(row.second, row.secondOptions);
+        EXPECT_EQ(renderer.encode(PictureFormat::png, last),
+                  ImageRenderer(row.second, row.secondOptions).encode(PictureFormat::png));
+        EXPECT_EQ(last.tree() == tree, row.isKept);
+        EXPECT_EQ(renderer.layoutText(), ImageRenderer(row.second, row.secondOptions).layoutText());
+    }
+}
+
 TEST(LastPicture, PicturesOfAllFormsFollowEachOther) {
     LastPicture last;
     RenderOptions options;

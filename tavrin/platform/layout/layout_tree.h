@@ -139,6 +139,9 @@ public:
     /// The size that the root was proposed.
     [[nodiscard]] Size widget() const { return widget_; }
 
+    /// Whether anything doubtful was met, heard or not.
+    [[nodiscard]] bool wasDoubted() const { return wasDoubted_; }
+
     /// What led to the places; null unless layout was asked to note it.
     [[nodiscard]] const Placements* placements() const { return placements_.get(); }
 
@@ -193,6 +196,7 @@ private:
     EnvironmentValues environment_;
     Size widget_;
     std::uint64_t answerCount_ = 0;
+    bool wasDoubted_ = false;
 };
 
 /// Gives every view of a tree its size and place: proposes `widget` to the root and centres it there.

@@ -213,8 +213,9 @@ std::uint32_t TreeBuilder::addReader(const Pending& pending) {
 }
 
 void TreeBuilder::report(const AnyView& view) {
-    if (diagnostics_ && isContradictory(*view.as<FlexibleFrame>()))
-        diagnostics_("a frame's minimum is larger than its maximum; the minimum holds");
+    if (!isContradictory(*view.as<FlexibleFrame>())) return;
+    tree_.wasDoubted_ = true;
+    if (diagnostics_) diagnostics_("a frame's minimum is larger than its maximum; the minimum holds");
 }
 
 void TreeBuilder::closeSubtrees(Index first) {

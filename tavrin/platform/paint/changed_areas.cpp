@@ -260,7 +260,7 @@ std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas) {
 
 std::vector<PixelRect> changedAreas(const layout::LayoutTree& before, const layout::LayoutTree& after, double scale,
                                     TextPainter& texts) {
-    if (before.nodes().empty() || after.nodes().empty()) return {};
+    if (&before == &after || before.nodes().empty() || after.nodes().empty()) return {};
     const auto side = [&](double points) { return pixel(std::ceil(points * scale) + margin); };
     const PixelRect all{0, 0, side(after.widget().width), side(after.widget().height)};
     Comparison comparison(before, after, texts);

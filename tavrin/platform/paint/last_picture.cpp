@@ -59,6 +59,8 @@ LastPicture& LastPicture::operator=(LastPicture&&) noexcept = default;
 
 std::shared_ptr<const layout::LayoutTree> LastPicture::tree() const { return kept_ ? kept_->tree : nullptr; }
 
+std::shared_ptr<TextPainter> LastPicture::texts() const { return kept_ ? kept_->texts : nullptr; }
+
 void LastPicture::forget() { kept_.reset(); }
 
 std::size_t LastPicture::byteCount() const {
@@ -145,10 +147,10 @@ void LastPicture::encode(PngCompression compression) {
     if (compression == PngCompression::small) {
         kept_->png = encodePng(*kept_->pixels, compression);
     } else {
-        const std::uint64_t before = kept_->fast.compressedRows();
+        const std::uint64_t before = kept_->fast.seenRows();
         kept_->png = kept_->fast.encode(*kept_->pixels, kept_->changed);
         kept_->changed.clear();
-        work_.rows += kept_->fast.compressedRows() - before;
+        work_.rows += kept_->fast.seenRows() - before;
     }
 }
 

@@ -44,12 +44,15 @@ public:
     /// The tree that was drawn last, if any. Who keeps it while the next is drawn decides when its memory is given
     /// back.
     [[nodiscard]] std::shared_ptr<const layout::LayoutTree> tree() const;
+    /// What drew its texts.
+    [[nodiscard]] std::shared_ptr<TextPainter> texts() const;
     /// Gives back what is kept.
     void forget();
     /// The bytes that are kept.
     [[nodiscard]] std::size_t byteCount() const;
 
-    /// How many pixels have been painted, each once for each picture in which it was, and rows of fast PNGs compressed.
+    /// How many pixels have been painted, each once for each picture in which it was, and rows looked at for
+    /// fast PNGs.
     struct Work {
         std::uint64_t pixels = 0;
         std::uint64_t rows = 0;

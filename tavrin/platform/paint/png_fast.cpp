@@ -17,7 +17,16 @@ namespace tavrin::paint {
 struct PngBand {
     int begin = 0;
     int end = 0;
-    DeflatedRows rows = {};
+    std::string blocks = {};
+    ZlibSum sum = {};
+};
+
+/// Neighbouring rows, between which no band ends.
+struct PngGroup {
+    std::size_t runCount = 0;
+    std::vector<PixelRun> runs = {};  ///< all of them, or none where they are not kept
+    ZlibSum sum = {};
+    bool isOpaque = false;
 };
 
 namespace {
@@ -25,58 +34,84 @@ namespace {
 /// Bands end between groups of so many rows.
 constexpr int rowsInGroup = 16;
 /// So many runs take some twenty times the bytes that a band takes for itself.
-constexpr std::uint64_t runsInBand = 2048;
+constexpr std::size_t runsInBand = 2048;
+
+/// Those of a picture with so many are not kept.
+constexpr std::size_t mostKeptRuns = 500'000;
 
 constexpr std::string_view zlibHeader("\x78\x01", 2);
-
-/// Of how many runs the rows of a group are made.
-using Group = std::uint64_t;
 
 /// The rows of one picture, compressed from top to bottom.
 class BandWriter {
 public:
-    BandWriter(const PixelBuffer& picture, bool opaque, std::vector<Group>& groups)
+    BandWriter(const PixelBuffer& picture, bool opaque, std::vector<PngGroup>& groups, bool keepsRuns)
         : picture_(picture),
           width_(static_cast<std::size_t>(picture.width())),
           groups_(groups),
           // Nothing is above the first row; opaque pixels have no alpha there to be less than.
           nothing_(width_, opaque ? 0xFF000000 : 0),
-          deflater_(opaque) {}
+          deflater_(opaque),
+          keepsRuns_(keepsRuns) {
+        for (const PngGroup& group : groups) keptRuns_ += group.runs.size();
+    }
 
     /// The band that begins with a row.
     PngBand write(int begin) {
-        int y = begin;
+        PngBand band{begin, begin};
         do {
-            Group& group = groups_[static_cast<std::size_t>(y / rowsInGroup)];
-            group = 0;
-            const int end = std::min(y + rowsInGroup, picture_.height());
-            for (; y < end; ++y) {
-                Meter::ofThisThread().paint(width_);
-                group += deflater_.addRow(picture_.row(y), y == 0 ? nothing_.data() : picture_.row(y - 1), width_);
-            }
-        } while (!endsBand(y));
-        return {begin, y, deflater_.take(y == picture_.height())};
+            PngGroup& group = groups_[static_cast<std::size_t>(band.end / rowsInGroup)];
+            const int end = std::min(band.end + rowsInGroup, picture_.height());
+            if (group.runs.empty())
+                addRows(band.end, end, group);
+            else
+                deflater_.addRows(group.runs);
+            band.sum.append(group.sum);
+            band.end = end;
+        } while (!endsBand(band.end));
+        band.blocks = deflater_.take(band.end == picture_.height());
+        return band;
     }
 
     /// Whether a band ends before a row; the groups above are known.
     [[nodiscard]] bool endsBand(int y) const {
         if (y == picture_.height()) return true;
         const auto next = static_cast<std::size_t>(y / rowsInGroup);
-        std::uint64_t runs = 0;
+        std::size_t runs = 0;
         std::size_t counted = 0;
         for (std::size_t count = 1; count <= next && next % count == 0; count *= 2) {
-            for (; counted < count; ++counted) runs += groups_[next - 1 - counted];
+            for (; counted < count; ++counted) runs += groups_[next - 1 - counted].runCount;
             if (runs >= runsInBand) return true;
         }
         return false;
     }
 
+    /// How many rows were looked at, and not only known by their runs.
+    [[nodiscard]] std::uint64_t seenRows() const { return seenRows_; }
+
 private:
+    void addRows(int begin, int end, PngGroup& group) {
+        group.runCount = 0;
+        group.sum = {};
+        for (int y = begin; y < end; ++y) {
+            Meter::ofThisThread().paint(width_);
+            const std::uint32_t* const above = y == 0 ? nothing_.data() : picture_.row(y - 1);
+            group.runCount += deflater_.addRow(picture_.row(y), above, width_, group.sum);
+        }
+        seenRows_ += static_cast<std::uint64_t>(end - begin);
+        if (!keepsRuns_ || keptRuns_ + group.runCount > mostKeptRuns) return;
+        const std::span<const PixelRun> runs = deflater_.lastRuns(group.runCount);
+        group.runs.assign(runs.begin(), runs.end());
+        keptRuns_ += runs.size();
+    }
+
     const PixelBuffer& picture_;
     std::size_t width_;
-    std::vector<Group>& groups_;
+    std::vector<PngGroup>& groups_;
     std::vector<std::uint32_t> nothing_;
     RunDeflater deflater_;
+    bool keepsRuns_;
+    std::size_t keptRuns_ = 0;
+    std::uint64_t seenRows_ = 0;
 };
 
 std::size_t groupCount(const PixelBuffer& picture) {
@@ -87,12 +122,12 @@ std::size_t groupCount(const PixelBuffer& picture) {
 void appendStream(const std::vector<PngBand>& bands, std::string& out) {
     ZlibSum sum;
     std::size_t size = zlibHeader.size() + sum.digits().size();
-    for (const PngBand& band : bands) size += band.rows.blocks.size();
+    for (const PngBand& band : bands) size += band.blocks.size();
     out.reserve(out.size() + size);
     out += zlibHeader;
     for (const PngBand& band : bands) {
-        out += band.rows.blocks;
-        sum.append(band.rows.sum);
+        out += band.blocks;
+        sum.append(band.sum);
     }
     const auto digits = sum.digits();
     out.append(digits.data(), digits.size());
@@ -109,28 +144,34 @@ bool isOpaque(const PixelBuffer& picture, std::size_t group) {
 }  // namespace
 
 void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
-    std::vector<Group> groups(groupCount(picture));
-    BandWriter writer(picture, colorType == PngColorType::rgb, groups);
+    std::vector<PngGroup> groups(groupCount(picture));
+    BandWriter writer(picture, colorType == PngColorType::rgb, groups, false);
     std::vector<PngBand> bands;
     HeldBytes held;
     for (int y = 0; y < picture.height(); y = bands.back().end) {
         bands.push_back(writer.write(y));
-        held.grow(2 * bands.back().rows.blocks.size());  // here and in `out`
+        held.grow(2 * bands.back().blocks.size());  // here and in `out`
     }
     appendStream(bands, out);
 }
 
-std::string encodePngFast(const PixelBuffer& picture) { return FastPng().encode(picture, {}); }
+std::string encodePngFast(const PixelBuffer& picture) {
+    const bool opaque = picture.isOpaque();
+    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
+    file.beginChunk("IDAT");
+    appendPngRowsFast(picture, opaque ? PngColorType::rgb : PngColorType::rgba, file.bytes());
+    file.endChunk();
+    return file.finish();
+}
 
-/// The last picture: its groups, and of which of them the rows are opaque, and its bands.
+/// The last picture.
 struct FastPng::Kept {
     int width = 0;
     int height = 0;
-    std::vector<Group> groups;
-    std::vector<bool> areOpaque;
+    std::vector<PngGroup> groups;
     std::vector<PngBand> bands;
 
-    [[nodiscard]] bool isOpaque() const { return std::ranges::all_of(areOpaque, std::identity()); }
+    [[nodiscard]] bool isOpaque() const { return std::ranges::all_of(groups, &PngGroup::isOpaque); }
 };
 
 FastPng::FastPng() = default;
@@ -140,8 +181,9 @@ FastPng& FastPng::operator=(FastPng&&) noexcept = default;
 
 std::size_t FastPng::byteCount() const {
     if (!kept_) return 0;
-    std::size_t count = kept_->groups.size() * sizeof(Group);
-    for (const PngBand& band : kept_->bands) count += band.rows.blocks.capacity();
+    std::size_t count = kept_->groups.size() * sizeof(PngGroup);
+    for (const PngGroup& group : kept_->groups) count += group.runs.capacity() * sizeof(PixelRun);
+    for (const PngBand& band : kept_->bands) count += band.blocks.capacity();
     return count;
 }
 
@@ -150,9 +192,7 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
     const std::size_t count = groupCount(picture);
     // 1. Which groups may be others: those with a changed row, or with one below a changed row.
     const bool isAnother = !kept || kept->width != picture.width() || kept->height != picture.height();
-    if (isAnother)
-        kept.reset(
-            new Kept{picture.width(), picture.height(), std::vector<Group>(count), std::vector<bool>(count), {}});
+    if (isAnother) kept.reset(new Kept{picture.width(), picture.height(), std::vector<PngGroup>(count), {}});
     std::vector<bool> differs(count, isAnother);
     for (const PixelRect& area : changed) {
         if (area.empty()) continue;
@@ -163,11 +203,14 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
     // 2. Whether there is an alpha channel; if that changes, so do all.
     const bool wasOpaque = kept->isOpaque();
     for (std::size_t group = 0; group < count; ++group)
-        if (differs[group]) kept->areOpaque[group] = isOpaque(picture, group);
+        if (differs[group]) kept->groups[group].isOpaque = isOpaque(picture, group);
     const bool opaque = kept->isOpaque();
     if (opaque != wasOpaque) differs.assign(count, true);
-    // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one.
-    BandWriter writer(picture, opaque, kept->groups);
+    for (std::size_t group = 0; group < count; ++group)
+        if (differs[group]) kept->groups[group].runs.clear();
+    // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one. Of
+    //    another the groups that are the same need not be looked at again.
+    BandWriter writer(picture, opaque, kept->groups, true);
     const auto isStillThere = [&](const PngBand& band) {
         for (int y = band.begin; y < band.end; y += rowsInGroup) {
             if (differs[static_cast<std::size_t>(y / rowsInGroup)]) return false;
@@ -185,11 +228,11 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
             bands.push_back(std::move(*next));
         } else {
             bands.push_back(writer.write(y));
-            compressedRows_ += static_cast<std::uint64_t>(bands.back().end - y);
         }
-        held.grow(2 * bands.back().rows.blocks.size());  // here and in the file
+        held.grow(2 * bands.back().blocks.size());  // here and in the file
     }
     kept->bands = std::move(bands);
+    seenRows_ += writer.seenRows();
 
     PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
     file.beginChunk("IDAT");

@@ -37,15 +37,15 @@ public:
     /// first and for one of another size. Where encoding throws, the next picture counts as the first.
     [[nodiscard]] std::string encode(const PixelBuffer& picture, std::span<const PixelRect> changed);
 
-    /// How many rows have been compressed, of all pictures.
-    [[nodiscard]] std::uint64_t compressedRows() const { return compressedRows_; }
+    /// How many rows have been looked at, of all pictures.
+    [[nodiscard]] std::uint64_t seenRows() const { return seenRows_; }
     /// The bytes that are kept.
     [[nodiscard]] std::size_t byteCount() const;
 
 private:
     struct Kept;
     std::unique_ptr<Kept> kept_;
-    std::uint64_t compressedRows_ = 0;
+    std::uint64_t seenRows_ = 0;
 };
 
 }  // namespace tavrin::paint

@@ -131,39 +131,68 @@ std::array<char, 4> ZlibSum::digits() const {
             static_cast<char>(bytes)};
 }
 
-std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
-    return opaque_ ? addRuns<3>(row, above, width) : addRuns<4>(row, above, width);
+/// Before a row, so that one is left for the last block.
+void RunDeflater::makeRoom(std::size_t runs) {
+    if (runCount_ >= runsInBlock) {
+        if (opaque_)
+            writeBlock<3>(false);
+        else
+            writeBlock<4>(false);
+    }
+    if (runs_.size() < runCount_ + runs) runs_.resize(runsInBlock + runs);
+}
+
+std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum) {
+    makeRoom(width);
+    return opaque_ ? addRow<3>(row, above, width, sum) : addRow<4>(row, above, width, sum);
 }
 
 template <std::size_t channels>
-std::size_t RunDeflater::addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width) {
+std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum) {
     constexpr std::size_t shortest = shortestMatch / channels + 1;  // one byte may have to be written by itself
-    // Before a row, so that one is left for the last block.
-    if (runCount_ >= runsInBlock) writeBlock<channels>(false);
-    if (runs_.size() < runsInBlock + width) runs_.resize(runsInBlock + width);
     differences_.compare(row, above, width, SubtractStraight<channels>{});
-    addRowTo<channels>(rows_.sum, differences_, width);
+    addRowTo<channels>(sum, differences_, width);
     PixelRun* const begin = runs_.data() + runCount_;
     PixelRun* const end = writeRuns(differences_, shortest, begin);
-    const auto count = static_cast<std::size_t>(end - begin);
-    // By turns, since the same symbols often follow each other, and each sum has to wait for the one before.
-    for (std::size_t i = 0; i + 1 < count; i += 2) {
-        symbolsOf<channels>(begin[i], counters_[0]);
-        symbolsOf<channels>(begin[i + 1], counters_[1]);
-    }
-    if (count % 2 != 0) symbolsOf<channels>(end[-1], counters_[0]);
-    runCount_ += count;
-    return count;
+    const auto added = static_cast<std::size_t>(end - begin);
+    count<channels>({begin, added});
+    runCount_ += added;
+    return added;
 }
 
-DeflatedRows RunDeflater::take(bool last) {
+template <std::size_t channels>
+void RunDeflater::count(std::span<const PixelRun> runs) {
+    // By turns, since the same symbols often follow each other, and each sum has to wait for the one before.
+    for (std::size_t i = 0; i + 1 < runs.size(); i += 2) {
+        symbolsOf<channels>(runs[i], counters_[0]);
+        symbolsOf<channels>(runs[i + 1], counters_[1]);
+    }
+    if (runs.size() % 2 != 0) symbolsOf<channels>(runs.back(), counters_[0]);
+}
+
+void RunDeflater::addRows(std::span<const PixelRun> runs) {
+    makeRoom(runs.size());
+    std::ranges::copy(runs, runs_.begin() + static_cast<std::ptrdiff_t>(runCount_));
+    if (opaque_)
+        count<3>(runs);
+    else
+        count<4>(runs);
+    runCount_ += runs.size();
+}
+
+std::span<const PixelRun> RunDeflater::lastRuns(std::size_t count) const {
+    if (count > runCount_) return {};
+    return std::span(runs_).first(runCount_).last(count);
+}
+
+std::string RunDeflater::take(bool last) {
     if (opaque_)
         writeBlock<3>(last);
     else
         writeBlock<4>(last);
     fillByte(last);
     held_ = {};  // from now on who takes them holds them
-    return std::exchange(rows_, {});
+    return std::exchange(blocks_, {});
 }
 
 /// Lets the blocks end with a whole byte; an empty one follows where others are to come.
@@ -172,9 +201,9 @@ void RunDeflater::fillByte(bool last) {
     constexpr unsigned bitsOfKind = 3;
     constexpr unsigned bitsInByte = 8;
     constexpr std::string_view noBytes("\0\0\xFF\xFF", 4);
-    rows_.blocks += static_cast<char>(pendingBits_);
-    if (!last && pendingCount_ + bitsOfKind > bitsInByte) rows_.blocks += '\0';
-    if (!last) rows_.blocks += noBytes;
+    blocks_ += static_cast<char>(pendingBits_);
+    if (!last && pendingCount_ + bitsOfKind > bitsInByte) blocks_ += '\0';
+    if (!last) blocks_ += noBytes;
     pendingBits_ = 0;
     pendingCount_ = 0;
 }
@@ -188,7 +217,7 @@ void RunDeflater::writeBlock(bool last) {
     std::uint64_t size = 0;
     for (std::size_t symbol = 0; symbol < symbolCount; ++symbol)
         size += std::uint64_t{counts[symbol]} * (codes[symbol].length + bitsAfterSymbol[symbol]);
-    std::string& out = rows_.blocks;
+    std::string& out = blocks_;
     const std::size_t begin = out.size();
     held_.grow(size / 8 + mostOfHeader);
     out.resize(begin + size / 8 + mostOfHeader);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -24,13 +25,6 @@ struct ZlibSum {
     [[nodiscard]] std::array<char, 4> digits() const;
 };
 
-/// Some rows of a picture, compressed: blocks of deflate that end with a whole byte and need nothing of what stands
-/// before them.
-struct DeflatedRows {
-    std::string blocks;
-    ZlibSum sum;
-};
-
 /// Compresses the rows of a picture as those of a PNG under the filter *Up*. Of what deflate offers it uses runs only:
 /// a widget is so much alike from row to row that most pixels are the one above, and looking for anything else takes
 /// longer than all of this. The same rows are the same bytes, on every machine.
@@ -39,21 +33,29 @@ public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     explicit RunDeflater(bool opaque) : opaque_(opaque) {}
 
-    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Returns of
-    /// how many runs it is made.
-    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
-    /// The rows that were added since it was last called, at least one. Whether they are the picture's last.
-    [[nodiscard]] DeflatedRows take(bool last);
+    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Adds it to
+    /// a checksum, and returns of how many runs it is made.
+    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
+    /// Rows as the runs they are made of.
+    void addRows(std::span<const PixelRun> runs);
+    /// The last so many runs that were added; none where they are not all still there.
+    [[nodiscard]] std::span<const PixelRun> lastRuns(std::size_t count) const;
+    /// The rows that were added since it was last called, at least one: blocks of deflate that end with a whole byte
+    /// and need nothing of what stands before them. Whether they are the picture's last.
+    [[nodiscard]] std::string take(bool last);
 
 private:
     template <std::size_t channels>
-    std::size_t addRuns(const std::uint32_t* row, const std::uint32_t* above, std::size_t width);
+    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
+    template <std::size_t channels>
+    void count(std::span<const PixelRun> runs);
+    void makeRoom(std::size_t runs);
     template <std::size_t channels>
     void writeBlock(bool last);
     void fillByte(bool last);
 
     bool opaque_;
-    DeflatedRows rows_;
+    std::string blocks_;
     RowDifferences differences_;
     std::array<SymbolCounter, 2> counters_;
     std::vector<PixelRun> runs_;  // the first ones are those of the block that is not written yet

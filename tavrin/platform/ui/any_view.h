@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -77,6 +78,8 @@ public:
     [[nodiscard]] virtual bool mayReadDate() const = 0;
     /// Writes what the view tree shows of a composed view beside its name.
     virtual void write(ViewWriter& writer) const = 0;
+    /// Whether another box holds an equal view. Not known, and so false, of most that are no primitive ones.
+    [[nodiscard]] virtual bool isLike(const ViewBox& other) const = 0;
     /// Calls `visit` with each view that this one holds, in document order.
     virtual void forEachInside(const std::function<void(const AnyView&)>& visit) const = 0;
 
@@ -103,6 +106,9 @@ public:
     /// The view inside when it is a `V`, else null.
     template <class V>
     [[nodiscard]] const V* as() const;
+
+    /// Whether both are equal views; see `ViewBox::isLike`. Copies of one are, at no cost.
+    [[nodiscard]] bool isLike(const AnyView& other) const { return box_ == other.box_ || box_->isLike(*other.box_); }
 
     [[nodiscard]] ViewKind kind() const { return box_->kind; }
     [[nodiscard]] const ViewBox& box() const { return *box_; }
@@ -164,6 +170,31 @@ struct AnyView::Box final : ViewBox {
     std::optional<Loading> loading() const override {
         if constexpr (LoadingView<V>) return view.loading();
         return std::nullopt;
+    }
+
+    bool isLike(const ViewBox& other) const override {
+        if (kind != other.kind || nesting != other.nesting || type() != other.type()) return false;
+        const V& second = static_cast<const Box&>(other).view;
+        if constexpr (requires { view.isLike(second); })
+            return view.isLike(second);  // a view that says itself what makes it equal
+        else if constexpr (PrimitiveView<V> && requires { V::fields; })
+            return V::fields.apply(
+                [&](const auto&... field) { return (areLike(view.*field.member, second.*field.member) && ...); });
+        else if constexpr (PrimitiveView<V>)
+            return view == second;
+        else
+            return false;
+    }
+
+    template <class Value>
+    static bool areLike(const Value& a, const Value& b) {
+        if constexpr (std::same_as<Value, AnyView>)
+            return a.isLike(b);
+        else if constexpr (std::same_as<Value, ViewList>)
+            return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                              [](const AnyView& one, const AnyView& other) { return one.isLike(other); });
+        else
+            return a == b;
     }
 
     void forEachInside(const std::function<void(const AnyView&)>& visit) const override { forEachInner(view, visit); }

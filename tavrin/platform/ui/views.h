@@ -69,6 +69,8 @@ struct Image {
     static constexpr Fields<> fields{};
 
     std::shared_ptr<const Bitmap> bitmap;
+
+    [[nodiscard]] bool isLike(const Image& other) const { return bitmap == other.bitmap; }
 };
 
 /// A ramp of evenly spaced colours between two unit points, padded at both ends.
@@ -244,6 +246,9 @@ struct GeometryReader {
     std::function<AnyView(const GeometryProxy&)> content;
 
     static constexpr Fields<> fields{};
+
+    /// Functions cannot be compared.
+    [[nodiscard]] bool isLike(const GeometryReader&) const { return false; }
 };
 
 /// A label that leads to an address when it is tapped; it looks and is laid out as the label alone.
