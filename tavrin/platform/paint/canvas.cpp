@@ -78,13 +78,17 @@ Canvas::~Canvas() = default;
 Canvas Canvas::raster(Size size, double scale) {
     PixelBuffer picture = PixelBuffer::unset(pixelsOf(size.width, scale), pixelsOf(size.height, scale));
     const PixelRect all{0, 0, picture.width(), picture.height()};
-    Canvas canvas = onPixels(std::move(picture), scale, all);
-    canvas.state_->isUnset = true;
-    return canvas;
+    return raster(std::move(picture), scale, all);
 }
 
 Canvas Canvas::raster(PixelBuffer picture, double scale, const PixelRect& window) {
-    const PixelRect area = intersection(window, {0, 0, picture.width(), picture.height()});
+    const PixelRect all{0, 0, picture.width(), picture.height()};
+    const PixelRect area = intersection(window, all);
+    if (area == all) {
+        Canvas canvas = onPixels(std::move(picture), scale, all);
+        canvas.state_->isUnset = true;
+        return canvas;
+    }
     for (int y = area.y0; y < area.y1; ++y) std::fill(picture.row(y) + area.x0, picture.row(y) + area.x1, 0);
     return onPixels(std::move(picture), scale, area);
 }

@@ -2,6 +2,7 @@
 #include "tavrin/platform/paint/last_picture.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -43,7 +44,8 @@ struct LastPicture::Kept {
     std::shared_ptr<PixelBuffer> pixels = nullptr;
     FastPng fast = {};
     std::vector<PixelRect> changed = {};  ///< since the last fast PNG
-    std::string png = {};                 ///< of the present picture; empty before it is made
+    std::string png = {};                 ///< of the present picture where `isEncoded`
+    bool isEncoded = false;
     PngCompression compression = PngCompression::fast;
 
     [[nodiscard]] bool looksLike(const Kept& other) const {
@@ -113,14 +115,21 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
         std::erase_if(areas, [](const PixelRect& area) { return area.empty(); });
         if (isMost(areas, all)) areas = {all};
         if (!areas.empty()) {
-            // Only what somebody else still has is copied.
+            // Only what somebody else still has is copied, as far as it stays.
             const bool isShared = before->pixels.use_count() > 1;
-            PixelBuffer picture = isShared ? *before->pixels : std::move(*before->pixels);
-            for (PixelRect& area : areas)
-                for (std::optional<PixelRect> window = area; window;) {
-                    area = *window;
-                    work_.pixels += area.area();
-                    std::tie(picture, window) = paint(Canvas::raster(std::move(picture), scale, area));
+            PixelBuffer picture;
+            if (!isShared)
+                picture = std::move(*before->pixels);
+            else if (areas.front() == all)
+                picture = PixelBuffer::unset(all.width(), all.height());
+            else
+                picture = *before->pixels;
+            for (std::size_t i = 0; i < areas.size(); ++i)
+                for (std::optional<PixelRect> window = areas[i]; window;) {
+                    areas[i] = *window;
+                    work_.pixels += areas[i].area();
+                    std::tie(picture, window) = paint(Canvas::raster(std::move(picture), scale, areas[i]));
+                    if (areas[i] == all) areas = {all};
                 }
             if (isShared && areAlike(*before->pixels, picture, areas))
                 areas.clear();
@@ -130,10 +139,9 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
         now->pixels = std::move(before->pixels);
         now->fast = std::move(before->fast);
         now->changed = std::move(before->changed);
-        if (areas.empty()) {
-            now->png = std::move(before->png);
-            now->compression = before->compression;
-        }
+        now->png = std::move(before->png);
+        now->isEncoded = before->isEncoded && areas.empty();
+        now->compression = before->compression;
         now->changed.insert(now->changed.end(), areas.begin(), areas.end());
         now->changed = mergedAreas(std::move(now->changed));
     }
@@ -142,16 +150,18 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
 }
 
 void LastPicture::encode(PngCompression compression) {
-    if (!kept_->png.empty() && kept_->compression == compression) return;
+    if (kept_->isEncoded && kept_->compression == compression) return;
+    kept_->isEncoded = false;
     kept_->compression = compression;
     if (compression == PngCompression::small) {
         kept_->png = encodePng(*kept_->pixels, compression);
     } else {
         const std::uint64_t before = kept_->fast.seenRows();
-        kept_->png = kept_->fast.encode(*kept_->pixels, kept_->changed);
+        kept_->png = kept_->fast.encode(*kept_->pixels, kept_->changed, std::move(kept_->png));
         kept_->changed.clear();
         work_.rows += kept_->fast.seenRows() - before;
     }
+    kept_->isEncoded = true;
 }
 
 }  // namespace tavrin::paint

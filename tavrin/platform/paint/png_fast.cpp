@@ -2,7 +2,7 @@
 #include "tavrin/platform/paint/png_fast.h"
 
 #include <algorithm>
-#include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -44,13 +44,14 @@ constexpr std::string_view zlibHeader("\x78\x01", 2);
 /// The rows of one picture, compressed from top to bottom.
 class BandWriter {
 public:
-    BandWriter(const PixelBuffer& picture, bool opaque, std::vector<PngGroup>& groups, bool keepsRuns)
+    /// `deflater` is one for pictures that are opaque or, as this one, are not.
+    BandWriter(const PixelBuffer& picture, RunDeflater& deflater, std::vector<PngGroup>& groups, bool keepsRuns)
         : picture_(picture),
           width_(static_cast<std::size_t>(picture.width())),
           groups_(groups),
           // Nothing is above the first row; opaque pixels have no alpha there to be less than.
-          nothing_(width_, opaque ? 0xFF000000 : 0),
-          deflater_(opaque),
+          nothing_(width_, deflater.isOpaque() ? 0xFF000000 : 0),
+          deflater_(deflater),
           keepsRuns_(keepsRuns) {
         for (const PngGroup& group : groups) keptRuns_ += group.runs.size();
     }
@@ -108,7 +109,7 @@ private:
     std::size_t width_;
     std::vector<PngGroup>& groups_;
     std::vector<std::uint32_t> nothing_;
-    RunDeflater deflater_;
+    RunDeflater& deflater_;
     bool keepsRuns_;
     std::size_t keptRuns_ = 0;
     std::uint64_t seenRows_ = 0;
@@ -145,7 +146,8 @@ bool isOpaque(const PixelBuffer& picture, std::size_t group) {
 
 void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
     std::vector<PngGroup> groups(groupCount(picture));
-    BandWriter writer(picture, colorType == PngColorType::rgb, groups, false);
+    RunDeflater deflater(colorType == PngColorType::rgb);
+    BandWriter writer(picture, deflater, groups, false);
     std::vector<PngBand> bands;
     HeldBytes held;
     for (int y = 0; y < picture.height(); y = bands.back().end) {
@@ -170,6 +172,7 @@ struct FastPng::Kept {
     int height = 0;
     std::vector<PngGroup> groups;
     std::vector<PngBand> bands;
+    std::optional<RunDeflater> deflater;  // whose memory is kept, too
 
     [[nodiscard]] bool isOpaque() const { return std::ranges::all_of(groups, &PngGroup::isOpaque); }
 };
@@ -181,18 +184,18 @@ FastPng& FastPng::operator=(FastPng&&) noexcept = default;
 
 std::size_t FastPng::byteCount() const {
     if (!kept_) return 0;
-    std::size_t count = kept_->groups.size() * sizeof(PngGroup);
+    std::size_t count = kept_->groups.size() * sizeof(PngGroup) + (kept_->deflater ? kept_->deflater->byteCount() : 0);
     for (const PngGroup& group : kept_->groups) count += group.runs.capacity() * sizeof(PixelRun);
     for (const PngBand& band : kept_->bands) count += band.blocks.capacity();
     return count;
 }
 
-std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed) {
+std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed, std::string memory) {
     std::unique_ptr<Kept> kept = std::move(kept_);
     const std::size_t count = groupCount(picture);
     // 1. Which groups may be others: those with a changed row, or with one below a changed row.
     const bool isAnother = !kept || kept->width != picture.width() || kept->height != picture.height();
-    if (isAnother) kept.reset(new Kept{picture.width(), picture.height(), std::vector<PngGroup>(count), {}});
+    if (isAnother) kept.reset(new Kept{picture.width(), picture.height(), std::vector<PngGroup>(count), {}, {}});
     std::vector<bool> differs(count, isAnother);
     for (const PixelRect& area : changed) {
         if (area.empty()) continue;
@@ -210,7 +213,8 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
         if (differs[group]) kept->groups[group].runs.clear();
     // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one. Of
     //    another the groups that are the same need not be looked at again.
-    BandWriter writer(picture, opaque, kept->groups, true);
+    if (!kept->deflater || kept->deflater->isOpaque() != opaque) kept->deflater.emplace(opaque);
+    BandWriter writer(picture, *kept->deflater, kept->groups, true);
     const auto isStillThere = [&](const PngBand& band) {
         for (int y = band.begin; y < band.end; y += rowsInGroup) {
             if (differs[static_cast<std::size_t>(y / rowsInGroup)]) return false;
@@ -234,7 +238,8 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
     kept->bands = std::move(bands);
     seenRows_ += writer.seenRows();
 
-    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba);
+    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba,
+                 std::move(memory));
     file.beginChunk("IDAT");
     appendStream(kept->bands, file.bytes());
     file.endChunk();

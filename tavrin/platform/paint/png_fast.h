@@ -35,7 +35,9 @@ public:
 
     /// `changed` holds every pixel that may differ from the last picture that was encoded; it is disregarded for the
     /// first and for one of another size. Where encoding throws, the next picture counts as the first.
-    [[nodiscard]] std::string encode(const PixelBuffer& picture, std::span<const PixelRect> changed);
+    /// `memory` is a string whose memory may be used.
+    [[nodiscard]] std::string encode(const PixelBuffer& picture, std::span<const PixelRect> changed,
+                                     std::string memory = {});
 
     /// How many rows have been looked at, of all pictures.
     [[nodiscard]] std::uint64_t seenRows() const { return seenRows_; }

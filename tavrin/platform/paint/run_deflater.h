@@ -32,6 +32,9 @@ class RunDeflater {
 public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     explicit RunDeflater(bool opaque) : opaque_(opaque) {}
+    [[nodiscard]] bool isOpaque() const { return opaque_; }
+    /// The memory it takes.
+    [[nodiscard]] std::size_t byteCount() const { return sizeof *this + runs_.capacity() * sizeof(PixelRun); }
 
     /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Adds it to
     /// a checksum, and returns of how many runs it is made.
