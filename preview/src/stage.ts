@@ -34,6 +34,8 @@ export class Stage {
     tiles: Tile[] = [];
     selected: Tile | null = null;
     private change = 0;
+    /** The last change that was not the clock's alone. */
+    private lastOther = 0;
     private zoom = 0;
     private selectedInFlight = false;
     private inFlight = new Set<Tile>();
@@ -73,6 +75,12 @@ export class Stage {
 
     /** Something that is drawn has changed. */
     invalidate(): void {
+        this.lastOther = this.change + 1;
+        this.moveClock();
+    }
+
+    /** The moment that is drawn has changed, and nothing else. */
+    moveClock(): void {
         this.change++;
         this.parent.dataset["change"] = String(this.change);
         this.giveUpOld();
@@ -145,6 +153,8 @@ export class Stage {
     private work(): void {
         const { selected } = this;
         const source = this.source();
+        for (const tile of this.tiles)
+            if (tile.shown >= this.lastOther && tile.isValidAt(this.state.moment)) tile.keep(this.change);
         if (this.selectedInFlight || !source) return;
         if (selected && selected.shown !== this.change) {
             void this.drawSelected(selected, source);
@@ -204,7 +214,7 @@ export class Stage {
         this.works.add(work);
         try {
             const drawn = await draw(drawing, work.control.signal);
-            await tile.show(drawn, change);
+            await tile.show(drawn, drawing.date, change);
             return drawn;
         } catch (error) {
             tile.shown = change; // asked again with the next change

@@ -151,6 +151,39 @@ test("draws any moment, and lets the clock run", () =>
         assert.equal(await page.getAttribute("#play", "aria-pressed"), "false");
     }));
 
+test("draws a timer once for each second that it shows, however smoothly the clock runs", () =>
+    on("countdown/document.json", async (page) => {
+        const moments = new Set();
+        let drawings = 0;
+        page.on("request", (request) => {
+            if (!request.url().endsWith("api/render")) return;
+            const { family, appearance, date } = request.postDataJSON();
+            if (family !== "systemMedium" || appearance !== "light") return;
+            drawings++;
+            moments.add(Math.floor(date));
+        });
+        const begin = Date.now();
+        await page.click("#play");
+        await page.waitForTimeout(2500);
+        await page.click("#play");
+        await drawn(page);
+        assert.ok(drawings >= 2, `${drawings} drawings`);
+        assert.ok(drawings <= (Date.now() - begin) / 1000 + 1, `${drawings} drawings`);
+        assert.equal(moments.size, drawings);
+    }));
+
+test("draws nothing while the clock runs where it changes nothing", () =>
+    on("weather/document.json", async (page) => {
+        await page.waitForTimeout(1000); // for the pictures that are not selected
+        let drawings = 0;
+        page.on("request", (request) => (drawings += request.url().endsWith("api/render")));
+        await page.click("#play");
+        await page.waitForTimeout(500);
+        await page.click("#play");
+        await drawn(page);
+        assert.equal(drawings, 0);
+    }));
+
 test("highlights the view that the tree looks at, and finds the view under the pointer", () =>
     on("agenda/document.json", async (page) => {
         const row = page.locator("[role=treeitem]", { hasText: "“SATURDAY”" });
