@@ -93,8 +93,8 @@ async function start(): Promise<void> {
     setUpTabs();
     const state = await asked;
     const changed = (): void => {
-        sources.update();
         stage.invalidate();
+        sources.update();
     };
     const editors: Record<Role, Editor> = {
         document: new Editor({

@@ -38,6 +38,8 @@ export class Stage {
     private lastOther = 0;
     private zoom = 0;
     private selectedInFlight = false;
+    /** Whether the selected picture is on its way to the screen; the others must not hold it up. */
+    private selectedIsPainted = true;
     private inFlight = new Set<Tile>();
     private works = new Set<Work>();
 
@@ -160,6 +162,7 @@ export class Stage {
             void this.drawSelected(selected, source);
             return;
         }
+        if (!this.selectedIsPainted) return;
         const seen = this.parent.getBoundingClientRect();
         for (const tile of this.tiles) {
             if (this.inFlight.size >= atOnce) return;
@@ -183,6 +186,10 @@ export class Stage {
         const drawing = this.drawingOf(tile, source);
         const drawn = await this.drawTile(tile, drawing);
         this.selectedInFlight = false;
+        this.selectedIsPainted = false;
+        this.work(); // what has come meanwhile
+        await painted();
+        this.selectedIsPainted = true;
         if (drawn && tile === this.selected) this.events.drawn(drawn, drawing);
         this.work();
     }
@@ -225,6 +232,9 @@ export class Stage {
         }
     }
 }
+
+/** Resolves when the next frame has been painted. */
+const painted = () => new Promise<void>((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
 
 function groupOf(family: string): string {
     if (family === "accessoryCircular" || family === "accessoryRectangular") return "accessories";

@@ -113,7 +113,10 @@ test("completes what the schema knows", () =>
         await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
         await page.waitForTimeout(200); // a list that has just opened does not take keys yet
         await page.keyboard.press("Enter");
-        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /"spacer", "modifiers": \[\]\},$/);
+        assert.match(
+            await page.locator("#document-panel .cm-activeLine").textContent(),
+            /"spacer", "modifiers": \[\]\},$/,
+        );
         await cursorBehind(page, '"alignment": "');
         await page.keyboard.press("Control+Space");
         const labels = page.locator(".cm-completionLabel");
