@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "cli/input.h"
+#include "cli/preview/kept_pictures.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
@@ -22,7 +23,11 @@ void drawInto(Drawn& drawn, const Drawing& drawing) {
     options.notes = [&drawn](const WidgetNote& note) {
         drawn.notes.push_back(note.code.empty() ? note.message : note.text());
     };
-    drawn.picture = widgetOf(drawing, options).encode();
+    KeptPictures& kept = KeptPictures::ofThisThread();
+    Widget widget = widgetOf(drawing, options);
+    drawn.picture = widget.encode(PictureFormat::png, kept.before(drawing));
+    kept.trim();
+    drawn.validUntil = widget.validUntil();
 }
 
 void explainInto(Explained& explained, const Drawing& drawing) {

@@ -12,14 +12,16 @@ namespace tavrin::cli {
 
 /// What the page wants to see: texts as they stand in its editors, and how they are drawn.
 struct Drawing {
-    std::string document;
+    std::optional<std::string> path = std::nullopt;  ///< the document's, as the folder names it
+    std::string document = {};
     std::optional<std::string> model = std::nullopt;
     WidgetOptions options = {.fetchPolicy = FetchPolicy::publicOnly};  // which keeps documents from naming files
 };
 
 /// What came of it.
 struct Drawn {
-    std::string picture = {};  ///< a PNG
+    std::string picture = {};                       ///< a PNG
+    std::optional<Date> validUntil = std::nullopt;  ///< see `Widget::validUntil`
     std::vector<std::string> notes = {};
     double milliseconds = 0;
     std::optional<Failure> failure = std::nullopt;
@@ -33,7 +35,7 @@ struct Explained {
     std::optional<Failure> failure = std::nullopt;
 };
 
-/// Draws on the calling thread; several may draw at once.
+/// Draws on the calling thread, from what it keeps of the picture before (`KeptPictures`); several may draw at once.
 [[nodiscard]] Drawn draw(const Drawing& drawing);
 [[nodiscard]] Explained explain(const Drawing& drawing);
 

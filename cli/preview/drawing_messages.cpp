@@ -25,7 +25,9 @@ TimeZone timeZoneOf(const RequestFields& fields) {
 }  // namespace
 
 Drawing drawingOf(const RequestFields& fields) {
-    Drawing drawing{.document = fields.text("document"), .model = fields.optionalText("model")};
+    Drawing drawing{.path = fields.optionalText("path"),
+                    .document = fields.text("document"),
+                    .model = fields.optionalText("model")};
     WidgetOptions& options = drawing.options;
     options.room.name = fields.text("family");
     options.room.size = {fields.number("width", leastSide, mostSide), fields.number("height", leastSide, mostSide)};
@@ -41,7 +43,9 @@ Drawing drawingOf(const RequestFields& fields) {
 HTTPResponse drawnMessage(const Drawn& drawn) {
     if (drawn.failure) return HTTPResponse::json(toJSONLine(*drawn.failure, true));
     JSONWriter head(JSONWriter::Style::compact);
-    head.beginObject().key("milliseconds").value(drawn.milliseconds).key("notes").beginArray();
+    head.beginObject().key("milliseconds").value(drawn.milliseconds);
+    if (drawn.validUntil) head.key("validUntil").value(drawn.validUntil->secondsSince1970);
+    head.key("notes").beginArray();
     for (const std::string& note : drawn.notes) head.value(note);
     head.endArray().endObject();
     return {.contentType = "application/octet-stream", .body = std::move(head).text() + "\n" + drawn.picture};

@@ -37,6 +37,7 @@ constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
 constexpr std::size_t maximumBodies = std::size_t{64} << 20;
 constexpr std::size_t shortThreads = 2;
+constexpr std::chrono::seconds untilRelease{1};
 
 std::size_t longThreads() { return std::clamp(std::thread::hardware_concurrency(), 2U, 4U); }
 
@@ -89,12 +90,17 @@ public:
         });
     }
 
-    void run(Handler handler, Judge takesLong) {
+    void run(Handler handler, Judge takesLong, Release release) {
         handler_ = std::move(handler);
         takesLong_ = std::move(takesLong);
+        release_ = std::move(release);
+        auto moreToCome = asio::make_work_guard(longOnes_);
+        std::vector<std::thread> threads(longThreads());
+        for (std::thread& thread : threads) thread = std::thread([this] { workLong(); });
         accept();
         context_.run();
-        longOnes_.join();
+        moreToCome.reset();
+        for (std::thread& thread : threads) thread.join();
         shortOnes_.join();
     }
 
@@ -108,16 +114,19 @@ public:
 
     void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
         const bool isLong = takesLong_(request);
-        asio::post(isLong ? longOnes_ : shortOnes_,
-                   [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
-                       HTTPResponse response;
-                       if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
-                       request = {};  // before its share of the bodies is given back
-                       // Sessions belong to the other thread, the last reference too.
-                       asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
-                           session->answer(std::move(response));
-                       });
-                   });
+        auto work = [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
+            HTTPResponse response;
+            if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
+            request = {};  // before its share of the bodies is given back
+            // Sessions belong to the other thread, the last reference too.
+            asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
+                session->answer(std::move(response));
+            });
+        };
+        if (isLong)
+            asio::post(longOnes_, std::move(work));
+        else
+            asio::post(shortOnes_, std::move(work));
     }
 
     std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
@@ -150,6 +159,13 @@ public:
     }
 
 private:
+    /// Does what takes long until there is none and none will come.
+    void workLong() {
+        while (!longOnes_.stopped())
+            if (longOnes_.run_one_for(untilRelease) == 0 && !hasListeners()) release_();
+        release_();
+    }
+
     void accept() {
         acceptor_.async_accept([this](boost::system::error_code error, tcp::socket socket) {
             if (error) return acceptLater();
@@ -187,12 +203,13 @@ private:
     const std::string secret_ = newSecret();
     Handler handler_;
     Judge takesLong_;
+    Release release_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
     asio::signal_set signals_{context_};
     asio::steady_timer pause_{context_};
     asio::thread_pool shortOnes_{shortThreads};
-    asio::thread_pool longOnes_{longThreads()};
+    asio::io_context longOnes_;
 };
 
 HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Connections>(port)) {}
@@ -201,7 +218,9 @@ HTTPServer::~HTTPServer() = default;
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
 std::string HTTPServer::address() const { return connections_->address(); }
 void HTTPServer::stopOnSignals(std::function<void()> stopping) { connections_->stopOnSignals(std::move(stopping)); }
-void HTTPServer::run(Handler handler, Judge takesLong) { connections_->run(std::move(handler), std::move(takesLong)); }
+void HTTPServer::run(Handler handler, Judge takesLong, Release release) {
+    connections_->run(std::move(handler), std::move(takesLong), std::move(release));
+}
 void HTTPServer::stop() { connections_->stop(); }
 void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
 bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }

@@ -23,6 +23,9 @@ public:
     /// Whether the answer to a request may take long. Such a one is not handled where it is known to be cancelled when
     /// its turn comes.
     using Judge = std::function<bool(const HTTPRequest&)>;
+    /// Gives back what the calling thread keeps from answer to answer. Called on each thread that answers what takes
+    /// long, within seconds once no page listens any more, and before the thread ends.
+    using Release = std::function<void()>;
 
     /// Takes a port; 0 is any free one. Throws `IOError` where that fails.
     explicit HTTPServer(std::uint16_t port);
@@ -36,7 +39,8 @@ public:
     /// Lets the first SIGINT or SIGTERM from now on call `stopping` and end `run`; the next one ends the process.
     void stopOnSignals(std::function<void()> stopping);
     /// Serves until `stop` is called and the handlers that were at work then have returned.
-    void run(Handler handler, Judge takesLong);
+    void run(
+        Handler handler, Judge takesLong, Release release = [] {});
     /// Cancels what is at work and ends `run`; from any thread.
     void stop();
 

@@ -7,6 +7,7 @@
 #include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
 #include "cli/preview/http_server.h"
+#include "cli/preview/kept_pictures.h"
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"
@@ -29,7 +30,8 @@ void servePreview(const PreviewOptions& options, const std::function<void(const 
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });
     server.stopOnSignals([&deadline] { deadline.start(); });
     announce(server.address());
-    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); }, &Routes::takesLong);
+    server.run([&routes](const HTTPRequest& request) { return routes.answer(request); }, &Routes::takesLong,
+               [] { KeptPictures::ofThisThread().forget(); });
 }
 
 }  // namespace tavrin::cli

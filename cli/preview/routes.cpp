@@ -111,8 +111,8 @@ Drawing Routes::drawing(const HTTPRequest& request) const {
     drawing.options.budget = options_.budget;
     drawing.options.budget.cancel = request.cancel;
     drawing.options.maxImageSize = options_.maxImageSize;
-    if (const auto path = fields.optionalText("path"))
-        if (const auto pictures = folder_.picturesBeside(*path))
+    if (drawing.path)
+        if (const auto pictures = folder_.picturesBeside(*drawing.path))
             drawing.options.imageCacheDir = URL::fileURL(pictures->string());
     return drawing;
 }

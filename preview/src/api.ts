@@ -59,6 +59,8 @@ export interface Failure {
 export interface Drawn {
     failure: Failure | null;
     milliseconds: number;
+    /** The moment at which the picture changes; absent where it never does. */
+    validUntil?: number;
     notes: string[];
     picture: Uint8Array<ArrayBuffer> | null;
 }
@@ -133,7 +135,7 @@ function failed(bytes: Uint8Array): Drawn {
 /** A line of JSON and the picture's bytes. */
 function succeeded(bytes: Uint8Array<ArrayBuffer>): Drawn {
     const end = bytes.indexOf(0x0a);
-    const head = JSON.parse(new TextDecoder().decode(bytes.subarray(0, end))) as Pick<Drawn, "milliseconds" | "notes">;
+    const head = JSON.parse(new TextDecoder().decode(bytes.subarray(0, end))) as Omit<Drawn, "failure" | "picture">;
     return { failure: null, ...head, picture: bytes.subarray(end + 1) };
 }
 

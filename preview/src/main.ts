@@ -93,8 +93,8 @@ async function start(): Promise<void> {
     setUpTabs();
     const state = await asked;
     const changed = (): void => {
-        sources.update();
         stage.invalidate();
+        sources.update();
     };
     const editors: Record<Role, Editor> = {
         document: new Editor({
@@ -127,7 +127,11 @@ async function start(): Promise<void> {
         picked: (point) => inspection.pick(point),
     });
     const sources = new Sources(state, editors, changed);
-    const timeBar = new TimeBar(state, () => stage.invalidate());
+    const timeBar = new TimeBar(
+        state,
+        () => stage.moveClock(),
+        () => stage.invalidate(),
+    );
     const shareNow = (): void => void share(state, sources, stage, inspection);
 
     setUpScreens(state, () => stage.build());

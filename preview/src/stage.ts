@@ -34,8 +34,12 @@ export class Stage {
     tiles: Tile[] = [];
     selected: Tile | null = null;
     private change = 0;
+    /** The last change that was not the clock's alone. */
+    private lastOther = 0;
     private zoom = 0;
     private selectedInFlight = false;
+    /** Whether the selected picture is on its way to the screen; the others must not hold it up. */
+    private selectedIsPainted = true;
     private inFlight = new Set<Tile>();
     private works = new Set<Work>();
 
@@ -73,6 +77,12 @@ export class Stage {
 
     /** Something that is drawn has changed. */
     invalidate(): void {
+        this.lastOther = this.change + 1;
+        this.moveClock();
+    }
+
+    /** The moment that is drawn has changed, and nothing else. */
+    moveClock(): void {
         this.change++;
         this.parent.dataset["change"] = String(this.change);
         this.giveUpOld();
@@ -145,11 +155,14 @@ export class Stage {
     private work(): void {
         const { selected } = this;
         const source = this.source();
+        for (const tile of this.tiles)
+            if (tile.shown >= this.lastOther && tile.isValidAt(this.state.moment)) tile.keep(this.change);
         if (this.selectedInFlight || !source) return;
         if (selected && selected.shown !== this.change) {
             void this.drawSelected(selected, source);
             return;
         }
+        if (!this.selectedIsPainted) return;
         const seen = this.parent.getBoundingClientRect();
         for (const tile of this.tiles) {
             if (this.inFlight.size >= atOnce) return;
@@ -173,6 +186,10 @@ export class Stage {
         const drawing = this.drawingOf(tile, source);
         const drawn = await this.drawTile(tile, drawing);
         this.selectedInFlight = false;
+        this.selectedIsPainted = false;
+        this.work(); // what has come meanwhile
+        await painted();
+        this.selectedIsPainted = true;
         if (drawn && tile === this.selected) this.events.drawn(drawn, drawing);
         this.work();
     }
@@ -204,7 +221,7 @@ export class Stage {
         this.works.add(work);
         try {
             const drawn = await draw(drawing, work.control.signal);
-            await tile.show(drawn, change);
+            await tile.show(drawn, drawing.date, change);
             return drawn;
         } catch (error) {
             tile.shown = change; // asked again with the next change
@@ -215,6 +232,9 @@ export class Stage {
         }
     }
 }
+
+/** Resolves when the next frame has been painted. */
+const painted = () => new Promise<void>((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
 
 function groupOf(family: string): string {
     if (family === "accessoryCircular" || family === "accessoryRectangular") return "accessories";

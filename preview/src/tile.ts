@@ -16,6 +16,8 @@ export class Tile {
     picture: Uint8Array<ArrayBuffer> | null = null;
     /** The number of the change that the picture shows. */
     shown = 0;
+    /** From when until just before when the clock changes nothing about it. */
+    private valid = { from: 0, until: 0 };
     private readonly highlight: HTMLElement;
     private readonly time: HTMLElement;
     private readonly frame: HTMLElement;
@@ -55,7 +57,7 @@ export class Tile {
         this.frame.style.height = `${this.family.height * zoom}px`;
     }
 
-    async show(drawn: Drawn, change: number): Promise<void> {
+    async show(drawn: Drawn, moment: number, change: number): Promise<void> {
         this.figure.classList.toggle("failed", drawn.failure !== null);
         if (drawn.picture) {
             const bitmap = await createImageBitmap(new Blob([drawn.picture], { type: "image/png" }));
@@ -65,8 +67,18 @@ export class Tile {
             this.picture = drawn.picture;
             this.time.textContent = `· ${drawn.milliseconds.toFixed(1)} ms`;
         }
+        this.valid = { from: moment, until: drawn.failure ? moment : (drawn.validUntil ?? Infinity) };
+        this.keep(change);
+    }
+
+    /** A change has left the picture as it is. */
+    keep(change: number): void {
         this.shown = change;
         this.figure.dataset["change"] = String(change);
+    }
+
+    isValidAt(moment: number): boolean {
+        return this.valid.from <= moment && moment < this.valid.until;
     }
 
     /** Outlines a frame in points, or nothing. */

@@ -16,7 +16,8 @@ export class TimeBar {
 
     constructor(
         private readonly state: State,
-        private readonly changed: () => void,
+        private readonly moved: () => void,
+        private readonly zoneChanged: () => void,
     ) {
         byId("zones").append(...knownZones().map((name) => element("option", { value: name })));
         this.slider.addEventListener("input", () => this.goTo(this.dayBegin() + this.slider.valueAsNumber));
@@ -43,8 +44,9 @@ export class TimeBar {
     }
 
     private tick(now: number): void {
-        const seconds = ((now - this.last) / 1000) * Number(this.speed.value);
-        this.last = now;
+        // A frame may have begun before the clock was started.
+        const seconds = (Math.max(0, now - this.last) / 1000) * Number(this.speed.value);
+        this.last = Math.max(now, this.last);
         this.running = requestAnimationFrame((next) => this.tick(next));
         this.set(this.state.moment + seconds);
     }
@@ -55,7 +57,7 @@ export class TimeBar {
         if (!isKnown) return;
         this.state.timeZone = this.zone.value;
         this.show();
-        this.changed();
+        this.zoneChanged();
     }
 
     private dayBegin(): number {
@@ -70,7 +72,7 @@ export class TimeBar {
     private set(moment: number): void {
         this.state.moment = moment;
         this.show();
-        this.changed();
+        this.moved();
     }
 
     private show(): void {

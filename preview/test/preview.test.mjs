@@ -113,7 +113,10 @@ test("completes what the schema knows", () =>
         await page.locator(".cm-completionLabel", { hasText: "modifiers" }).waitFor();
         await page.waitForTimeout(200); // a list that has just opened does not take keys yet
         await page.keyboard.press("Enter");
-        assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /"spacer", "modifiers": \[\]\},$/);
+        assert.match(
+            await page.locator("#document-panel .cm-activeLine").textContent(),
+            /"spacer", "modifiers": \[\]\},$/,
+        );
         await cursorBehind(page, '"alignment": "');
         await page.keyboard.press("Control+Space");
         const labels = page.locator(".cm-completionLabel");
@@ -149,6 +152,39 @@ test("draws any moment, and lets the clock run", () =>
         assert.notEqual(await picture(page), running);
         await page.click("#play");
         assert.equal(await page.getAttribute("#play", "aria-pressed"), "false");
+    }));
+
+test("draws a timer once for each second that it shows, however smoothly the clock runs", () =>
+    on("countdown/document.json", async (page) => {
+        const moments = new Set();
+        let drawings = 0;
+        page.on("request", (request) => {
+            if (!request.url().endsWith("api/render")) return;
+            const { family, appearance, date } = request.postDataJSON();
+            if (family !== "systemMedium" || appearance !== "light") return;
+            drawings++;
+            moments.add(Math.floor(date));
+        });
+        const begin = Date.now();
+        await page.click("#play");
+        await page.waitForTimeout(2500);
+        await page.click("#play");
+        await drawn(page);
+        assert.ok(drawings >= 2, `${drawings} drawings`);
+        assert.ok(drawings <= (Date.now() - begin) / 1000 + 1, `${drawings} drawings`);
+        assert.equal(moments.size, drawings);
+    }));
+
+test("draws nothing while the clock runs where it changes nothing", () =>
+    on("weather/document.json", async (page) => {
+        await page.waitForTimeout(1000); // for the pictures that are not selected
+        let drawings = 0;
+        page.on("request", (request) => (drawings += request.url().endsWith("api/render")));
+        await page.click("#play");
+        await page.waitForTimeout(500);
+        await page.click("#play");
+        await drawn(page);
+        assert.equal(drawings, 0);
     }));
 
 test("highlights the view that the tree looks at, and finds the view under the pointer", () =>

@@ -2,12 +2,14 @@
 #include "tavrin/widget/image_renderer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/next_change.h"
 #include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
 
@@ -91,6 +93,11 @@ std::string ImageRenderer::targetsText() {
 
 Explanation ImageRenderer::explanation(const explain::OriginOf& originOf) {
     return answer([&](const layout::LayoutTree& tree) { return explainLayout(tree, originOf); });
+}
+
+std::optional<Date> ImageRenderer::validUntil() {
+    const Date next = answer([this](const layout::LayoutTree& tree) { return paint::nextChange(tree, *texts_); });
+    return std::isfinite(next.secondsSince1970) ? std::optional(next) : std::nullopt;
 }
 
 PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }

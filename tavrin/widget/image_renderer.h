@@ -2,11 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tavrin/platform/explain/explanation.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/last_picture.h"
@@ -51,6 +53,10 @@ public:
     [[nodiscard]] std::string targetsText();
     /// Why each view has its size and place. Only with `Recording::placements`; see `explainLayout`.
     [[nodiscard]] Explanation explanation(const explain::OriginOf& originOf = {});
+    /// The next moment at which the pixels change; absent where they never do. Exact for timers of which all
+    /// that changes is seen, early for those that are cut off. Where a clock's hand turns or a body may read the date,
+    /// which may change all the time, it is the widget's own moment. Never late.
+    [[nodiscard]] std::optional<Date> validUntil();
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
     /// The same, drawn from what differs from the last picture; see `LastPicture`.

@@ -40,6 +40,11 @@ std::string Widget::targetsText() {
     return renderer_.targetsText();
 }
 
+std::optional<Date> Widget::validUntil() {
+    const Hearing hearing(options_.notes);
+    return renderer_.validUntil();
+}
+
 PixelBuffer Widget::pixels() {
     const Hearing hearing(options_.notes);
     return renderer_.pixels();

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tavrin/platform/explain/explanation.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/layout/tap_targets.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/widget/document.h"
@@ -24,6 +26,9 @@ public:
     void writeLayout(const TextSink& sink);
     [[nodiscard]] std::vector<TapTarget> targets();
     [[nodiscard]] std::string targetsText();
+    /// The next moment at which the pixels change; absent where they never do. Exact for timers that are not cut
+    /// off; the widget's own moment where a clock's hand turns or a body may read the date; never late.
+    [[nodiscard]] std::optional<Date> validUntil();
     [[nodiscard]] PixelBuffer pixels();
     [[nodiscard]] std::shared_ptr<const PixelBuffer> pixels(LastPicture& last);
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();

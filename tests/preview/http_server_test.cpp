@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -218,6 +219,33 @@ TEST(HTTPServer, AnswersWhileOthersTakeLongUntilTheyAreGivenUp) {
     EXPECT_THAT(running.send(get("/long/but-not-now") + end), HasSubstr("GET /long/but-not-now"));
     EXPECT_LE(patience.begun, 4) << "those that waited for their turn have not begun";
     EXPECT_EQ(patience.ended, patience.begun);
+}
+
+TEST(HTTPServer, LetsThreadsGiveBackWhatTheyKeepOnceNoPageListens) {
+    std::atomic<int> kept = 0;
+    thread_local bool isKept = false;
+    {
+        RunningServer running(
+            [&](const HTTPRequest& request) {
+                if (request.path == "/events") return HTTPResponse{.isEventStream = true};
+                if (!std::exchange(isKept, true)) ++kept;
+                return echo(request);
+            },
+            [](const HTTPRequest& request) { return request.path == "/long"; },
+            [&] {
+                if (std::exchange(isKept, false)) --kept;
+            });
+        {
+            const FileDescriptor page = running.begin(get("/events") + "\r\n");
+            EXPECT_TRUE(comesTrue([&] { return running.server().hasListeners(); }));
+            EXPECT_THAT(running.send(get("/long") + end), HasSubstr("GET /long"));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+            EXPECT_EQ(kept, 1) << "a page still listens";
+        }
+        EXPECT_TRUE(comesTrue([&] { return kept == 0; }));
+        EXPECT_THAT(running.send(get("/long") + end), HasSubstr("GET /long"));
+    }
+    EXPECT_EQ(kept, 0) << "also when the server ends";
 }
 
 TEST(HTTPServer, AnswersWhoHasNothingMoreToSend) {

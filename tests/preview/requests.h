@@ -35,7 +35,8 @@ private:
 class RunningServer {
 public:
     explicit RunningServer(
-        HTTPServer::Handler handler, HTTPServer::Judge takesLong = [](const HTTPRequest&) { return false; });
+        HTTPServer::Handler handler, HTTPServer::Judge takesLong = [](const HTTPRequest&) { return false; },
+        HTTPServer::Release release = [] {});
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
     ~RunningServer();

@@ -97,6 +97,17 @@ TEST_F(RoutesTest, Render) {
     EXPECT_THAT(drawn.body, HasSubstr("\n\x89PNG"));
 }
 
+TEST_F(RoutesTest, TellUntilWhenAPictureIsValid) {
+    const auto headOf = [&](std::string_view document) {
+        const std::string body = render(document).body;
+        return JSON::parse(body.substr(0, body.find('\n')));
+    };
+    EXPECT_EQ(headOf(hello).find("validUntil"), nullptr) << "it never changes";
+    const JSON timer = headOf(R"({"version": "1.2", "nodes": {"main": {"type": "timer", "timestamp": 1500000128}}})");
+    ASSERT_NE(timer.find("validUntil"), nullptr);
+    EXPECT_EQ(timer.find("validUntil")->description(), "1500000001");
+}
+
 TEST_F(RoutesTest, ExplainWhatIsDrawn) {
     const JSON explained = JSON::parse(post("/api/explain", drawingOf(hello)).body);
     EXPECT_EQ(explained.find("layout")->find("view")->description(), "Text");
