@@ -142,7 +142,7 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
 void LastPicture::encode(PngCompression compression) {
     if (!kept_->png.empty() && kept_->compression == compression) return;
     kept_->compression = compression;
-    if (compression == PngCompression::small) {
+    if (compression != PngCompression::fast) {
         kept_->png = encodePng(*kept_->pixels, compression);
     } else {
         const std::uint64_t before = kept_->fast.compressedRows();
