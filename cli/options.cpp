@@ -178,8 +178,9 @@ const std::vector<OptionInfo>& options() {
         {"--fps", "N", onlyRender,
          "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)", Completes::words,
          listOf({"10", "25", "50"})},
-        {"--compression", "fast|small", onlyRender, "Whether a PNG or WebP is written quickly or small (fast)",
-         Completes::words, listOf(compressionWords)},
+        {"--compression", "fast|balanced|small", onlyRender,
+         "Whether a PNG or WebP is written quickly, small or between (fast)", Completes::words,
+         listOf(compressionWords)},
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
         {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "

@@ -85,7 +85,7 @@ def compare(program, examples, scratch, case):
         same = (scratch / f"{alone}.png").read_bytes() == (scratch / f"single-{number}.png").read_bytes()
         assert same, f"the {alone} of the numbered frames is not the picture of its moment"
     for suffix in ("webp", "apng"):
-        for compression in ("fast", "small"):
+        for compression in ("fast", "balanced", "small"):
             path = scratch / f"{compression}.{suffix}"
             run(program, folder, [*span, "--compression", compression, "-o", str(path)])
             data = path.read_bytes()

@@ -101,8 +101,11 @@ TEST(AnimationEncoder, KeepsWhatChanged) {
 
 TEST(AnimationEncoder, EqualFramesAreOneLonger) {
     const Picture same = dotAt(1, 1);
-    for (const auto format : {AnimationFormat::png, AnimationFormat::webp}) {
-        AnimationEncoder encoder(format, PngCompression::small);
+    for (const auto& [format, compression] : {std::pair{AnimationFormat::png, PngCompression::small},
+                                              {AnimationFormat::png, PngCompression::balanced},
+                                              {AnimationFormat::webp, PngCompression::small},
+                                              {AnimationFormat::webp, PngCompression::balanced}}) {
+        AnimationEncoder encoder(format, compression);
         for (const Picture& picture : {same, same, dotAt(1, 1), dotAt(2, 2), dotAt(2, 2)}) encoder.add(picture, 500);
         EXPECT_EQ(encoder.frameCount(), 2U);
         const std::string file = encoder.finish();

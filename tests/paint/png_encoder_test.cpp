@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/paint/png_encoder.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <future>
 #include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <cairo.h>
 #include <gtest/gtest.h>
 #include <libdeflate.h>
 
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/paint/png_fast.h"
@@ -109,11 +114,13 @@ void expectSame(const PixelBuffer& actual, const PixelBuffer& expected) {
         for (int x = 0; x < actual.width(); ++x) ASSERT_EQ(actual.row(y)[x], expected.row(y)[x]) << x << ", " << y;
 }
 
+constexpr std::array allCompressions{PngCompression::fast, PngCompression::balanced, PngCompression::small};
+
 TEST(PngEncoder, PicturesComeBackPixelForPixel) {
     for (const Row& row : rows()) {
         SCOPED_TRACE(row.why);
-        for (const PngCompression compression : {PngCompression::fast, PngCompression::small}) {
-            SCOPED_TRACE(compression == PngCompression::fast ? "fast" : "small");
+        for (const PngCompression compression : allCompressions) {
+            SCOPED_TRACE(name(compression));
             const std::string png = encodePng(row.picture, compression);
             expectSame(decoded(png), row.picture);
         }
@@ -139,6 +146,7 @@ TEST(PngEncoder, FastLeavesOutTheAlphaOfOpaquePictures) {
 TEST(PngEncoder, SmallIsSmaller) {
     const PixelBuffer gradient =
         picture(300, 200, [](auto x, auto y) { return packPixel(255, x / 2, y, (x + y) / 2); });
+    EXPECT_LT(encodePng(gradient, PngCompression::balanced).size(), encodePng(gradient).size());
     EXPECT_LT(encodePng(gradient, PngCompression::small).size(), encodePng(gradient).size());
 }
 
@@ -238,18 +246,84 @@ TEST(PngEncoder, SmallIsNoLargerThanRowsWithoutFilters) {
         EXPECT_LE(dataSize(encodePng(pictures[i], PngCompression::small)), plainDataSize(pictures[i])) << i;
 }
 
+std::uint32_t below(std::uint32_t end, std::mt19937& random) { return static_cast<std::uint32_t>(random()) % end; }
+
+/// Some pixels, then copies of them and of other pixels, from anywhere, as long as they are random.
+PixelBuffer copyingPicture(std::mt19937& random, int width, int height, std::uint32_t colors) {
+    PixelBuffer made(width, height);
+    const int count = width * height;
+    std::uint32_t* const pixels = made.row(0);
+    for (int i = 0; i < count;) {
+        const int length = std::min(count - i, 1 + static_cast<int>(random() % 120));
+        const int distance =
+            random() % 2 == 0 ? static_cast<int>(random() % 3) * width : static_cast<int>(random() % 12000);
+        for (const int end = i + length; i < end; ++i) {
+            const bool isNew = distance == 0 || distance > i || random() % 30 == 0;
+            pixels[i] = isNew ? 0xFF000000 | (below(colors, random) * 0x010305) : pixels[i - distance];
+        }
+    }
+    return made;
+}
+
+TEST(PngEncoder, WhatRepeatsComesBackPixelForPixel) {
+    std::mt19937 random(7);
+    for (const int width : {1, 2, 85, 86, 87, 300, 1014, 8191, 10922, 10923, 12000}) {
+        for (const std::uint32_t colors : {1U, 2U, 40U, 200U}) {
+            for (const bool opaque : {true, false}) {
+                SCOPED_TRACE(std::to_string(width) + " wide, " + std::to_string(colors) + " colours");
+                PixelBuffer picture = copyingPicture(random, width, 60, colors);
+                if (!opaque) picture.row(30)[0] = 0;
+                expectSame(decoded(encodePng(picture, PngCompression::balanced)), picture);
+            }
+        }
+    }
+}
+
+/// Spots like letters, each some rows below or beside one that is the same.
+TEST(PngEncoder, BalancedFindsWhatRepeats) {
+    std::mt19937 random(9);
+    std::vector<std::uint32_t> letter(20 * 20);
+    for (std::uint32_t& pixel : letter)
+        pixel = packPixel(255, below(200, random), below(200, random), below(200, random));
+    const PixelBuffer spots = picture(400, 200, [&](auto x, auto y) {
+        return x % 40 < 20 && y % 40 < 20 ? letter[y % 40 * 20 + x % 40] : 0xFFFFFFFFU;
+    });
+    EXPECT_LT(encodePng(spots, PngCompression::balanced).size(), encodePng(spots).size() / 4);
+    EXPECT_LT(encodePng(spots, PngCompression::balanced).size(),
+              encodePng(spots, PngCompression::small).size() * 3 / 2);
+}
+
+TEST(PngEncoder, BalancedFiltersPhotographs) {
+    std::mt19937 random(9);
+    const PixelBuffer photograph = picture(300, 200, [&](auto x, auto y) {
+        return packPixel(255, x / 2 + below(4, random), y + below(4, random), (x + y) / 3 + below(4, random));
+    });
+    EXPECT_LT(encodePng(photograph, PngCompression::balanced).size(), plainDataSize(photograph) * 3 / 4);
+}
+
+/// What cannot be compressed takes hardly more than it is.
+TEST(PngEncoder, BalancedAddsLittleToNoise) {
+    std::mt19937 random(9);
+    const PixelBuffer noise =
+        picture(400, 300, [&](auto, auto) { return static_cast<std::uint32_t>(random()) | 0xFF000000; });
+    EXPECT_LT(encodePng(noise, PngCompression::balanced).size(), 400 * 300 * 3 * 101 / 100);
+}
+
 TEST(PngEncoderThreads, WriteTheSameBytes) {
     const PixelBuffer gradient =
         picture(500, 300, [](auto x, auto y) { return packPixel(255, x / 2, y / 2, x * y % 256); });
-    const std::string expected = encodePng(gradient);
-    std::vector<std::future<std::string>> others;
-    for (int i = 0; i < 4; ++i) others.push_back(std::async(std::launch::async, [&] { return encodePng(gradient); }));
-    for (auto& other : others) EXPECT_EQ(other.get(), expected);
+    for (const PngCompression compression : allCompressions) {
+        const std::string expected = encodePng(gradient, compression);
+        std::vector<std::future<std::string>> others;
+        for (int i = 0; i < 4; ++i)
+            others.push_back(std::async(std::launch::async, [&] { return encodePng(gradient, compression); }));
+        for (auto& other : others) EXPECT_EQ(other.get(), expected);
+    }
 }
 
 TEST(PngEncoder, RefusesAPictureWithoutPixels) {
-    EXPECT_THROW((void)encodePng(PixelBuffer{}), TavrinError);
-    EXPECT_THROW((void)encodePng(PixelBuffer{}, PngCompression::small), TavrinError);
+    for (const PngCompression compression : allCompressions)
+        EXPECT_THROW((void)encodePng(PixelBuffer{}, compression), TavrinError);
 }
 
 }  // namespace

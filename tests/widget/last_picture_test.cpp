@@ -283,7 +283,8 @@ TEST(LastPicture, PicturesOfAllFormsFollowEachOther) {
     RenderOptions options;
     options.size = {60, 40};
     for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::png, PictureFormat::pdf})
-        for (const PngCompression compression : {PngCompression::fast, PngCompression::small, PngCompression::fast})
+        for (const PngCompression compression :
+             {PngCompression::fast, PngCompression::small, PngCompression::balanced, PngCompression::fast})
             for (const char* text : {"a", "b", "b"}) {
                 options.compression = compression;
                 ImageRenderer renderer(Text{.content = SharedText(text)}, options);

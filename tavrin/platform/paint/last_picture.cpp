@@ -153,7 +153,7 @@ void LastPicture::encode(PngCompression compression) {
     if (kept_->isEncoded && kept_->compression == compression) return;
     kept_->isEncoded = false;
     kept_->compression = compression;
-    if (compression == PngCompression::small) {
+    if (compression != PngCompression::fast) {
         kept_->png = encodePng(*kept_->pixels, compression);
     } else {
         const std::uint64_t before = kept_->fast.seenRows();

@@ -9,80 +9,13 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/pixels/pixels.h"
+#include "tavrin/platform/paint/deflate_header.h"
 
 namespace tavrin::paint {
 namespace {
 
 constexpr std::size_t runsInBlock = std::size_t{1} << 14;
 constexpr unsigned adlerModulus = 65521;
-constexpr unsigned longestLengthCode = 7;
-/// In the order in which deflate wants the lengths of their own codes.
-constexpr std::array<std::uint8_t, 19> codeLengths{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
-constexpr std::size_t mostOfHeader = 512;
-
-/// A symbol that stands for a code's length or for several, and the bits that follow it.
-struct LengthSymbol {
-    std::uint8_t symbol;
-    std::uint8_t extra = 0;
-    std::uint8_t extraBits = 0;
-};
-
-/// The lengths of codes as deflate writes them: of those that repeat, how often.
-std::vector<LengthSymbol> lengthSymbols(std::span<const std::uint8_t> lengths) {
-    constexpr std::size_t mostZeros = 138;
-    constexpr std::size_t fewestOfMany = 11;
-    constexpr std::size_t mostRepeats = 6;
-    constexpr std::size_t fewest = 3;
-    std::vector<LengthSymbol> symbols;
-    symbols.reserve(lengths.size());
-    for (std::size_t i = 0; i < lengths.size();) {
-        const std::uint8_t length = lengths[i];
-        std::size_t same = 1;
-        while (i + same < lengths.size() && lengths[i + same] == length) ++same;
-        std::size_t taken = 1;
-        if (length == 0 && same >= fewest) {
-            taken = std::min(same, mostZeros);
-            const bool many = taken >= fewestOfMany;
-            const auto extra = static_cast<std::uint8_t>(taken - (many ? fewestOfMany : fewest));
-            symbols.push_back(many ? LengthSymbol{18, extra, 7} : LengthSymbol{17, extra, 3});
-        } else {
-            symbols.push_back({length});
-            if (same > fewest) {
-                const std::size_t repeats = std::min(same - 1, mostRepeats);
-                symbols.push_back({16, static_cast<std::uint8_t>(repeats - fewest), 2});
-                taken += repeats;
-            }
-        }
-        i += taken;
-    }
-    return symbols;
-}
-
-/// Says that a block begins that has codes of its own, and which.
-void writeHeader(BitWriter& bits, bool last, std::span<const HuffmanCode> codes, std::size_t channels) {
-    std::vector<std::uint8_t> lengths;
-    lengths.reserve(codes.size() + channels);
-    for (const HuffmanCode& code : codes) lengths.push_back(static_cast<std::uint8_t>(code.length));
-    // Distances are 1 or a pixel, with one bit each.
-    for (std::size_t distance = 1; distance <= channels; ++distance)
-        lengths.push_back(distance == 1 || distance == channels ? 1 : 0);
-    const std::vector<LengthSymbol> symbols = lengthSymbols(lengths);
-    std::array<std::uint32_t, codeLengths.size()> counts{};
-    for (const LengthSymbol& symbol : symbols) ++counts[symbol.symbol];
-    const std::vector<HuffmanCode> lengthCodes = huffmanCodes(counts, longestLengthCode);
-
-    constexpr unsigned ownCodes = 2;
-    bits.put((last ? 1 : 0) | ownCodes << 1, 3);
-    bits.put(symbolCount - (endOfBlock + 1), 5);
-    bits.put(channels - 1, 5);
-    bits.put(codeLengths.size() - 4, 4);
-    for (const std::uint8_t length : codeLengths) bits.put(lengthCodes[length].length, 3);
-    for (const LengthSymbol& symbol : symbols) {
-        const HuffmanCode code = lengthCodes[symbol.symbol];
-        bits.put(code.bits | unsigned{symbol.extra} << code.length, code.length + symbol.extraBits);
-    }
-}
-
 /// The difference of two pixels whose channels are then no longer premultiplied.
 template <std::size_t channels>
 struct SubtractStraight {
@@ -219,11 +152,14 @@ void RunDeflater::writeBlock(bool last) {
         size += std::uint64_t{counts[symbol]} * (codes[symbol].length + bitsAfterSymbol[symbol]);
     std::string& out = blocks_;
     const std::size_t begin = out.size();
-    held_.grow(size / 8 + mostOfHeader);
-    out.resize(begin + size / 8 + mostOfHeader);
+    held_.grow(size / 8 + mostOfDeflateHeader);
+    out.resize(begin + size / 8 + mostOfDeflateHeader);
 
     BitWriter bits(out.data() + begin, pendingBits_, pendingCount_);
-    writeHeader(bits, last, codes, channels);
+    // Distances are 1 or a pixel, with one bit each.
+    std::array<std::uint8_t, channels> distanceLengths{};
+    distanceLengths.front() = distanceLengths.back() = 1;
+    writeDeflateHeader(bits, last, codes, distanceLengths);
     SymbolWriter writer(bits, std::span<const HuffmanCode, symbolCount>(codes));
     for (const PixelRun& run : std::span(runs_).first(runCount_)) symbolsOf<channels>(run, writer);
     bits = writer.bits();

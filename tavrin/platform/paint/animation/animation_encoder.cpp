@@ -27,8 +27,13 @@ std::int64_t pixelCount(const FramePatch& patch) { return std::int64_t{patch.are
 
 /// How many times as long as painting a pixel compressing one takes, roughly.
 std::uint64_t compressingWeight(AnimationFormat format, PngCompression compression) {
-    if (format == AnimationFormat::webp) return compression == PngCompression::small ? 64 : 16;
-    return compression == PngCompression::small ? 8 : 1;
+    const bool isWebP = format == AnimationFormat::webp;
+    switch (compression) {
+        case PngCompression::fast: return isWebP ? 16 : 1;
+        case PngCompression::balanced: return isWebP ? 32 : 3;
+        case PngCompression::small: return isWebP ? 64 : 8;
+    }
+    return 1;
 }
 
 void checkSize(const PixelBuffer& picture, AnimationFormat format) {

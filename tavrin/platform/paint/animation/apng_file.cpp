@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/paint/png_balanced.h"
 #include "tavrin/platform/paint/png_fast.h"
 #include "tavrin/platform/paint/png_file.h"
 #include "tavrin/platform/paint/png_small.h"
@@ -49,6 +50,7 @@ void addControl(PngFile& file, const EncodedFrame& frame, std::uint32_t sequence
 
 std::string apngFrame(const FramePatch& patch, PngCompression compression) {
     if (compression == PngCompression::small) return pngRowsSmall(patch.pixels);
+    if (compression == PngCompression::balanced) return pngRowsBalanced(patch.pixels);
     std::string rows;
     appendPngRowsFast(patch.pixels, PngColorType::rgba, rows);
     return rows;

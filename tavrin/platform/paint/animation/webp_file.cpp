@@ -2,6 +2,7 @@
 #include "tavrin/platform/paint/animation/webp_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -12,6 +13,7 @@
 #include <webp/encode.h>
 
 #include "tavrin/platform/foundation/budget/metering.h"
+#include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::paint {
@@ -60,10 +62,9 @@ std::string fileHead(int width, int height) {
 }
 
 WebPConfig configFor(PngCompression compression) {
-    constexpr int fastLevel = 1;
-    constexpr int smallLevel = 8;
+    constexpr std::array<int, enumeratorCount<PngCompression>> levels{1, 4, 8};
     WebPConfig config;
-    const int level = compression == PngCompression::small ? smallLevel : fastLevel;
+    const int level = levels[indexOf(compression)];
     if (!WebPConfigInit(&config) || !WebPConfigLosslessPreset(&config, level))
         throw TavrinError("Render", "the WebP library is of another version");
     return config;
