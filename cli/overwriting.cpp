@@ -54,7 +54,8 @@ public:
         const std::filesystem::path top = std::filesystem::weakly_canonical(folder, error);
         for (const std::string& path : paths_) {
             const std::filesystem::path input = std::filesystem::weakly_canonical(path, error);
-            if (input.extension() == ".png" && *input.lexically_relative(top).begin() != "..")
+            const std::filesystem::path inside = input.lexically_relative(top);
+            if (input.extension() == ".png" && !inside.empty() && *inside.begin() != "..")
                 throw UsageError("'" + path + "' could be written over by a picture; give another " + option_);
         }
     }

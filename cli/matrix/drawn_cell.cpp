@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <string_view>
 
 #include "cli/failure_text.h"
 #include "cli/matrix/sha256.h"
@@ -20,8 +21,8 @@ LastPicture& lastPictureLike(const Cell& cell) {
         std::array<std::size_t, 4> numbers;
         LastPicture last;
     };
-    constexpr std::size_t mostLooks = 8;
-    constexpr std::size_t mostBytes = std::size_t{32} << 20;
+    constexpr std::size_t mostLooks = 32;
+    constexpr std::size_t mostBytes = std::size_t{8} << 20;
     thread_local std::deque<Look> looks;
     const std::array numbers{cell.document, cell.room, cell.scale, cell.appearance};
     const auto known = std::ranges::find(looks, numbers, &Look::numbers);
@@ -30,14 +31,19 @@ LastPicture& lastPictureLike(const Cell& cell) {
     return looks.emplace_back(Look{numbers, LastPicture(mostBytes)}).last;
 }
 
+/// A side of a PNG's picture, as its header has it at a place: big-endian.
+int sideAt(std::string_view png, std::size_t place) {
+    unsigned side = 0;
+    for (const char byte : png.substr(place, 4)) side = side << 8 | static_cast<unsigned char>(byte);
+    return static_cast<int>(side);
+}
+
 }  // namespace
 
 void DrawnCell::draw(Widget& widget, const MatrixArguments& arguments) {
-    LastPicture& last = lastPictureLike(picture.cell);
-    png = widget.encode(PictureFormat::png, last);
-    const auto pixels = widget.pixels(last);  // which are there
-    picture.width = pixels->width();
-    picture.height = pixels->height();
+    png = widget.encode(PictureFormat::png, lastPictureLike(picture.cell));
+    picture.width = sideAt(png, 16);
+    picture.height = sideAt(png, 20);
     if (arguments.hashes) picture.sha256 = sha256(png);
 }
 

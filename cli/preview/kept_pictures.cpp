@@ -15,10 +15,12 @@ paint::LastPicture& KeptPictures::before(const Drawing& drawing) {
     const WidgetOptions& options = drawing.options;
     Place place{drawing.path, options.room.name, options.room.size, options.scale, options.appearance};
     const auto found = std::ranges::find(pictures_, place, &Picture::place);
-    if (found == pictures_.end())
+    if (found == pictures_.end()) {
+        trim();  // also where drawings fail
         pictures_.push_front({std::move(place), paint::LastPicture(maximumBytes)});
-    else
+    } else {
         pictures_.splice(pictures_.begin(), pictures_, found);
+    }
     return pictures_.front().last;
 }
 

@@ -80,7 +80,7 @@ test("shows an error in place, and leads to it", () =>
         await page.keyboard.press("F8");
         assert.match(await page.locator("#document-panel .cm-activeLine").textContent(), /hstacks/);
         await redrawn(page, () => page.keyboard.press("Control+z"));
-        assert.equal(await problem.count(), 0);
+        await problem.waitFor({ state: "detached" }); // what is told of a document comes after its picture
     }));
 
 test("shows an error of the model in the model", () =>

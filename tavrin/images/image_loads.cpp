@@ -32,6 +32,7 @@ public:
     bool cover(std::size_t bytes) {
         const std::lock_guard lock(mutex_);
         if (bytes <= most_) return true;
+        taken_ = {};  // those of a picture before
         const auto found = std::find_if(shared_.begin(), shared_.end(), [&](const auto& s) { return s->take(bytes); });
         if (found == shared_.end()) return false;
         taken_ = TakenBytes(*found, bytes);

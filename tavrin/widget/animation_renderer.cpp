@@ -104,10 +104,11 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
     now = moment;
     const std::shared_ptr<const layout::LayoutTree> tree = s.layOut();
     ++s.layoutCount;
-    s.picture = s.last.pixels(tree, s.options.look(), s.options.scale, s.texts);
+    auto picture = s.last.pixels(tree, s.options.look(), s.options.scale, s.texts);
     s.next = paint::nextChange(*tree, *s.texts);
-    s.kept = HeldBytes(s.picture->byteCount());
-    return s.picture;
+    s.kept = {};
+    s.kept = HeldBytes(picture->byteCount());
+    return s.picture = std::move(picture);
 }
 
 std::string AnimationRenderer::png(const PixelBuffer& pixels) {

@@ -183,6 +183,19 @@ TEST(PngEncoder, PicturesAfterOthersAreTheSameBytes) {
     }
 }
 
+TEST(PngEncoder, BlocksEndAlikeWherePartsAreKept) {
+    // So many runs in a group of rows that more than one block is written in it.
+    std::mt19937 random(5);
+    PixelBuffer noise =
+        picture(1500, 64, [&](auto, auto) { return static_cast<std::uint32_t>(random()) | 0xFF000000; });
+    FastPng png;
+    EXPECT_EQ(png.encode(noise, {}), encodePngFast(noise));
+    for (const int y : {5, 20, 40}) {
+        for (int x = 0; x < 900; ++x) noise.row(y)[x] = 0xFFFFFFFF;
+        EXPECT_EQ(png.encode(noise, std::vector<PixelRect>{{0, y, 900, y + 1}}), encodePngFast(noise)) << y;
+    }
+}
+
 TEST(PngEncoder, PicturesAfterOthersCompressOnlyBandsThatDiffer) {
     // Noise, so that each group of rows is a band.
     std::mt19937 random(5);

@@ -76,8 +76,10 @@ AnyView textOf(Tape& tape) {
     const Font font =
         Font::system(tape.one({7.0, 11.0, 15.0, 30.0, 300.0}), tape.one({Font::Weight::regular, Font::Weight::bold}));
     if (tape.below(3) == 0) return Text{.content = Date{start + tape.one({5.0, 62.5, 3600.0, -7.0})}, .font = font};
-    return Text{.content = SharedText(tape.one({"jolly", "Ålesund 7°", "two words", "11:30", "שלום 12", "😀 ok", "f"})),
-                .font = font};
+    return Text{
+        .content = SharedText(tape.one({"jolly", "Ålesund 7°", "two words", "11:30", "שלום 12", "😀 ok", "f", "\uFDFD",
+                                        "ก\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49\u0E49"})),
+        .font = font};
 }
 
 AnyView leafOf(Tape& tape) {
@@ -233,6 +235,43 @@ TEST(LastPicture, PaintsAndCompressesOnlyWhatDiffers) {
         EXPECT_LE(last.work().pixels - before.pixels, row.mostPixels);
         EXPECT_LE(last.work().rows - before.rows, row.mostRows);
         EXPECT_EQ(last.work().pixels == before.pixels, row.mostPixels == 0);
+    }
+}
+
+TEST(LastPicture, LayersThatBeginElsewhereAreDrawnAnew) {
+    const auto row = [](const char* text, double angle) {
+        const AnyView emoji = RotationEffect{.angle = angle, .content = Text{.content = SharedText("😀")}};
+        const AnyView label = FixedFrame{.width = 31, .content = Text{.content = SharedText(text)}};
+        return Opacity{.value = 0.5, .content = HStack{.children = {label, emoji}}};
+    };
+    RenderOptions options;
+    options.size = {90, 50};
+    for (double angle = 0.1; angle < 3; angle += 0.2) {
+        LastPicture last;
+        for (const char* text : {"Aj", " ", "i", "Aj"}) {
+            ImageRenderer renderer(row(text, angle), options);
+            EXPECT_EQ(renderer.encode(PictureFormat::png, last), renderer.encode(PictureFormat::png)) << angle << text;
+        }
+    }
+}
+
+TEST(LastPicture, GlyphsThatReachFarAreDrawnInAnyPart) {
+    std::string marks = "ก";
+    for (int i = 0; i < 40; ++i) marks += "\u0E49";
+    for (const std::string& text : {marks, std::string("\uFDFD")}) {
+        LastPicture last;
+        for (const Color& color : {Color::blue, Color::gray}) {
+            const AnyView spot = FixedFrame{.width = 8, .height = 12, .content = color};
+            const AnyView view = ZStack{
+                .alignment = Alignment::topTrailing,
+                .children = {spot, FixedFrame{.width = 110,
+                                              .height = 100,
+                                              .content = Text{.content = SharedText(text), .font = Font::system(16)}}}};
+            RenderOptions options;
+            options.size = {110, 100};
+            ImageRenderer renderer(view, options);
+            EXPECT_EQ(renderer.encode(PictureFormat::png, last), renderer.encode(PictureFormat::png)) << text;
+        }
     }
 }
 

@@ -56,9 +56,10 @@ TEST(ValidUntil, IsTheNextChange) {
         {"a transparent timer", Opacity{.value = 0, .content = timerTo(62.5)}, std::nullopt},
         {"a timer without room", Clipped{.content = FixedFrame{.width = 0, .height = 0, .content = timerTo(62.5)}},
          std::nullopt},
-        {"a timer out of the widget", Offset{.x = 500, .content = timerTo(62.5)}, std::nullopt},
+        {"a timer out of the widget", Offset{.x = 5000, .content = timerTo(62.5)}, std::nullopt},
+        {"a timer that will be wide enough to reach in", Offset{.x = -150, .content = timerTo(-599)}, 1},
         {"a timer partly out of the widget", Offset{.x = 50, .content = timerTo(62.5)}, 0.5},
-        {"a timer behind what is cut off", Clipped{.content = Offset{.y = 200, .content = timerTo(62.5)}},
+        {"a timer behind what is cut off", Clipped{.content = Offset{.y = 2000, .content = timerTo(62.5)}},
          std::nullopt},
         {"a timer whose seconds are cut off is early",
          Clipped{.content =

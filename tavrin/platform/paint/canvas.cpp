@@ -95,23 +95,40 @@ Canvas Canvas::raster(PixelBuffer picture, double scale, const PixelRect& window
 
 Canvas Canvas::onPixels(PixelBuffer picture, double scale, const PixelRect& window) {
     auto state = std::make_unique<State>();
-    state->raster = true;
-    state->scale = scale;
     state->pixels = std::move(picture);
     state->pixelBytes = HeldBytes(state->pixels.byteCount());
     const int width = state->pixels.width();
     const int height = state->pixels.height();
-    const PixelRect all{0, 0, width, height};
-    state->window = state->wholeWindow = window;
-    Meter::ofThisThread().paint(state->window.area());
+    Meter::ofThisThread().paint(window.area());
     state->surface.reset(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(state->pixels.row(0)),
                                                              CAIRO_FORMAT_ARGB32, width, height, width * 4));
+    const PixelRect all{0, 0, width, height};
+    Canvas canvas = onRaster(std::move(state), all, scale, window);
+    if (window != all) {
+        cairo_t* const cairo = canvas.state_->cairo.get();
+        const cairo_matrix_t matrix = canvas.state_->matrix();
+        cairo_identity_matrix(cairo);
+        cairo_rectangle(cairo, window.x0, window.y0, window.width(), window.height());
+        cairo_clip(cairo);
+        cairo_set_matrix(cairo, &matrix);
+    }
+    return canvas;
+}
+
+Canvas Canvas::survey(const PixelRect& all, double scale, const PixelRect& window) {
+    auto state = std::make_unique<State>();
+    state->surveys = true;
+    state->surface.reset(cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1));
+    return onRaster(std::move(state), all, scale, intersection(window, all));
+}
+
+Canvas Canvas::onRaster(std::unique_ptr<State> state, const PixelRect& all, double scale, const PixelRect& window) {
+    state->raster = true;
+    state->scale = scale;
+    state->all = all;
+    state->window = window;
     Canvas canvas(std::move(state));
     canvas.state_->level().clip = all;
-    if (window != all) {
-        cairo_rectangle(canvas.state_->cairo.get(), window.x0, window.y0, window.width(), window.height());
-        cairo_clip(canvas.state_->cairo.get());
-    }
     canvas.transform({scale, 0, 0, scale, 0, 0});
     return canvas;
 }
@@ -140,11 +157,7 @@ Canvas Canvas::pdf(Size size) {
 }
 
 double Canvas::scale() const { return state_->scale; }
-bool Canvas::hidden() const {
-    if (!state_->raster) return state_->level().clip.empty();
-    // What is to be drawn once more needs not be finished.
-    return state_->visible().empty() || state_->wholeWindow != state_->window;
-}
+bool Canvas::hidden() const { return state_->raster ? state_->visible().empty() : state_->level().clip.empty(); }
 
 void Canvas::save() {
     cairo_save(state_->cairo.get());
@@ -197,19 +210,28 @@ void Canvas::limit(const Rect& extent) {
 
 void Canvas::beginLayer() {
     state_->setPixels();
-    // How exactly Cairo reckons depends on where in memory a pixel lies: a layer must begin where it always does.
-    if (state_->raster && !state_->mayDrawWhole(state_->level().clip)) state_->hide();
-    const PixelRect area = state_->raster ? state_->visible() : state_->level().clip;
-    state_->count(area);
-    state_->pushLevel();
-    if (state_->raster) state_->level().layer = HeldBytes(area.area() * sizeof(std::uint32_t));
-    cairo_push_group(state_->cairo.get());
+    if (state_->raster) {
+        // How exactly Cairo reckons depends on where in memory a pixel lies: a layer must begin where it always does.
+        state_->needWhole(state_->level().clip);
+        const PixelRect area = state_->visible();
+        state_->count(area);
+        state_->pushLevel();
+        state_->level().layer = HeldBytes(area.area() * sizeof(std::uint32_t));
+    } else {
+        state_->count(state_->level().clip);
+        state_->pushLevel();
+    }
+    if (state_->surveys)
+        cairo_save(state_->cairo.get());
+    else
+        cairo_push_group(state_->cairo.get());
 }
 
 void Canvas::endLayer(double opacity) {
     if (state_->levels.size() < 2) preconditionFailure("a canvas ends more layers than it begins");
     state_->popLevel();
     cairo_t* const cairo = state_->cairo.get();
+    if (state_->surveys) return cairo_restore(cairo);
     cairo_pop_group_to_source(cairo);
     state_->count(state_->level().clip);
     if (opacity > 0) cairo_paint_with_alpha(cairo, std::min(opacity, 1.0));
@@ -229,19 +251,14 @@ void Canvas::inStrips(std::int64_t pixels, const std::function<void()>& draw) {
     }
 }
 
-bool Canvas::hasWindow() const {
-    return state_->raster && state_->window != PixelRect{0, 0, state_->pixels.width(), state_->pixels.height()};
-}
+bool Canvas::hasWindow() const { return state_->raster && state_->window != state_->all; }
 
 bool Canvas::isOutOfWindow(const Rect& extent) const {
     if (!state_->raster || !isFinite(extent)) return false;
     return intersection(state_->pixelsOfExtent(extent), state_->window).empty();
 }
 
-std::optional<PixelRect> Canvas::windowForOutlines() const {
-    if (state_->wholeWindow == state_->window) return std::nullopt;
-    return state_->wholeWindow;
-}
+const PixelRect& Canvas::window() const { return state_->window; }
 
 PixelBuffer Canvas::finishRaster() {
     state_->setPixels();

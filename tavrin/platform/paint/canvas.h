@@ -43,8 +43,13 @@ public:
     /// of kind "Render" when it would have no pixels or more than `PixelBuffer` allows.
     static Canvas raster(Size size, double scale);
     /// The same to go on with a picture that was drawn in that size and scale: what lies in `window` is cleared, and
-    /// only there is anything drawn, each pixel as on the whole picture. See `windowForOutlines`.
+    /// only there is anything drawn, each pixel as on the whole picture where a survey has found the window.
     static Canvas raster(PixelBuffer picture, double scale, const PixelRect& window);
+    /// Draws nothing, but finds out how large a window has to be. Cairo does not draw quite the same pixels where it
+    /// draws only a part: where an outline is cut between columns or among its curves, and anywhere in turned pictures,
+    /// gradients and clips, and in layers. What would be cut so makes the window larger, and what was drawn before that
+    /// may then be cut: it is found once nothing makes it larger any more. `all` are the pixels of the picture.
+    static Canvas survey(const PixelRect& all, double scale, const PixelRect& window);
     /// A document of one page of `size` points. Throws `TavrinError` of kind "Render" unless both sides are positive
     /// and at most `PixelBuffer::maxSide`.
     static Canvas svg(Size size);
@@ -109,10 +114,8 @@ public:
     [[nodiscard]] bool hasWindow() const;
     /// Whether nothing within an extent is seen, whatever is drawn there: it lies outside of the window.
     [[nodiscard]] bool isOutOfWindow(const Rect& extent) const;
-    /// Cairo does not draw quite the same pixels where it draws only a part: beside an edge that cuts an outline
-    /// between columns, and anywhere in turned pictures, gradients and clips. What would have had to be cut so is not
-    /// drawn; this larger window has it whole. Absent where there was none, and the picture is complete.
-    [[nodiscard]] std::optional<PixelRect> windowForOutlines() const;
+    /// The part of a raster that is drawn on; of a survey, what it has grown to.
+    [[nodiscard]] const PixelRect& window() const;
 
     /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind
     /// "Render" with Cairo's message when anything failed. Only on a raster.
@@ -124,6 +127,7 @@ private:
     struct State;
     explicit Canvas(std::unique_ptr<State> state);
     static Canvas onPixels(PixelBuffer picture, double scale, const PixelRect& window);
+    static Canvas onRaster(std::unique_ptr<State> state, const PixelRect& all, double scale, const PixelRect& window);
 
     std::unique_ptr<State> state_;
 };

@@ -50,15 +50,15 @@ void Canvas::clip(const Shape& shape, const Rect& bounds, bool antialiased) {
         state_->keepBackdrops(shape, *box, antialiased);
         state_->clip(touched);
     } else {
+        state_->needAll(touched);
+        if (state_->surveys) return;
         cairo_new_path(cairo);
         cairo_set_antialias(cairo, antialiased ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
         appendOutline(cairo, shape, *box);
         cairo_clip(cairo);
         cairo_set_antialias(cairo, CAIRO_ANTIALIAS_DEFAULT);
         ++level.outlinedClips;
-        if (!state_->raster) return;
-        if (!state_->mayClip(touched)) return state_->hide();
-        level.clip = intersection(level.clip, touched);
+        if (state_->raster) level.clip = intersection(level.clip, touched);
     }
 }
 
@@ -73,6 +73,12 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     const bool direct = state_->raster && state_->level().outlinedClips == 0;
     const bool gradient = std::holds_alternative<Gradient>(paint);
     const State::Pieces pieces = direct ? state_->pieces(shape, *box) : State::Pieces{};
+    if (state_->surveys) {
+        const PixelRect touched = state_->touchedPixels(*box);
+        if (!direct) return state_->needWhole(touched);
+        if (!gradient) state_->needRows(touched, pieces);
+        return;
+    }
     if (direct && (gradient || pieces.outlined.empty())) {
         const std::optional<PixelSource> source = PixelSource::make(paint, state_->matrix());
         if (!source) return;
@@ -85,7 +91,6 @@ void Canvas::fill(const Shape& shape, const Rect& bounds, const Paint& paint) {
     } else {
         state_->setPixels();
         const PixelRect touched = state_->touchedPixels(*box);
-        if (direct ? !state_->mayFill(touched, pieces) : !state_->mayDrawWhole(touched)) return;
         state_->count(touched);
         if (!state_->setSource(paint)) return;
         cairo_new_path(cairo);
@@ -122,9 +127,12 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
         }
     };
     const PixelRect touched = state_->touchedPixels(outside);
-    state_->count(touched);
     const bool gradient = std::holds_alternative<Gradient>(paint);
-    if (state_->raster && state_->level().outlinedClips == 0 && gradient) {
+    const bool direct = state_->raster && state_->level().outlinedClips == 0 && gradient;
+    if (!direct) state_->needWhole(touched);
+    if (state_->surveys) return;
+    state_->count(touched);
+    if (direct) {
         const cairo_matrix_t matrix = state_->matrix();
         const PixelRect area = intersection(touched, state_->level().clip);
         const std::optional<PixelSource> source = PixelSource::make(paint, matrix);
@@ -140,7 +148,7 @@ void Canvas::stroke(const Shape& shape, const Rect& bounds, const Paint& paint, 
         draw(cairo);
         const std::unique_ptr<cairo_pattern_t, CairoDeleter> mask(cairo_pop_group(cairo));
         if (state_->setSource(paint)) cairo_mask(cairo, mask.get());
-    } else if (state_->mayDrawWhole(touched) && state_->setSource(paint)) {
+    } else if (state_->setSource(paint)) {
         cairo_new_path(cairo);
         draw(cairo);
     }
@@ -172,7 +180,9 @@ void Canvas::border(const Rect& rect, RGBA color, double width) {
         fill(Rect{{outer->origin.x, innerBottom}, {outer->size.width, bottom - innerBottom}}, color);
         fill(Rect{{outer->origin.x, inner.origin.y}, {inner.origin.x - outer->origin.x, inner.size.height}}, color);
         fill(Rect{{innerRight, inner.origin.y}, {right - innerRight, inner.size.height}}, color);
-    } else if (state_->mayDrawWhole(state_->touchedPixels(*outer)) && state_->setSource(color)) {
+    } else if (state_->surveys) {
+        state_->needWhole(state_->touchedPixels(*outer));
+    } else if (state_->setSource(color)) {
         cairo_t* const cairo = state_->cairo.get();
         state_->count(state_->touchedPixels(*outer));
         cairo_new_path(cairo);
@@ -189,15 +199,17 @@ void Canvas::draw(const text::TextBlock& text, const Rect& frame, RGBA color, Te
     state_->setPixels();
     const std::optional<PixelRect> area = state_->wholePixels(frame);
     const Point corner = area ? state_->points(*area).origin : frame.origin;
-    if (state_->raster) {
-        if (!TextPainter::drawsMasks(text, state_->matrix())) {
-            const Rect ink = painter.ink(text, frame.size.width);
-            const Rect inked{{corner.x + ink.origin.x, corner.y + ink.origin.y}, ink.size};
-            if (!isFinite(inked) || !state_->mayDrawWhole(state_->pixelsOfExtent(inked))) return;
-        }
-    } else {
-        state_->count({});
+    if (state_->surveys) {
+        if (painter.drawsAnyPart(text, state_->matrix())) return;
+        // With its lines, which are looked for by where they stand.
+        const Rect lines{corner, {frame.size.width, text.size().height}};
+        const auto& [origin, size] = painter.ink(text, frame.size.width);
+        const Rect inked{{corner.x + origin.x, corner.y + origin.y}, size};
+        for (const Rect& part : {lines, inked})
+            state_->needWhole(isFinite(part) ? state_->pixelsOfExtent(part) : state_->all);
+        return;
     }
+    if (!state_->raster) state_->count({});
     painter.draw(state_->cairo.get(), text, corner, frame.size.width, color, state_->raster ? nullptr : &state_->texts);
 }
 

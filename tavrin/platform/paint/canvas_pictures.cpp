@@ -71,6 +71,8 @@ void Canvas::draw(const std::shared_ptr<const Bitmap>& picture, const Rect& rect
         state_->embed(picture, *box);
         cairo_set_matrix(state_->cairo.get(), &matrix);
         if (fades) endLayer(opacity);
+    } else if (state_->surveys) {
+        if (!state_->wholePixels(*box)) state_->needWhole(state_->touchedPixels(*box));
     } else {
         if (const std::optional<PixelRect> frame = state_->wholePixels(*box))
             state_->drawAligned(picture, *frame, opacity);
@@ -102,7 +104,7 @@ void Canvas::State::drawAligned(const Picture& picture, const PixelRect& frame, 
 }
 
 void Canvas::State::drawTurned(const Picture& picture, const Rect& rect, double opacity) {
-    if (intersection(touchedPixels(rect), visible()).empty() || !mayDrawWhole(touchedPixels(rect))) return;
+    if (intersection(touchedPixels(rect), visible()).empty()) return;
     count(touchedPixels(rect));
     const Size shown = extent(matrix(), rect.size);
     const Surface source = surfaceOf(ScaledBitmaps::shared().scaled(picture, sideFor(shown.width, picture->width()),

@@ -70,27 +70,26 @@ void Canvas::State::countInDocument(std::uint64_t steps, std::size_t bytes) {
     documentBytes.grow(bytes);
 }
 
-bool Canvas::State::mayFill(const PixelRect& touched, const Pieces& pieces) {
-    PixelRect outline{touched.x0, window.y1, touched.x1, window.y0};
-    for (const PixelRect& piece : pieces.outlined) {
-        outline.y0 = std::min(outline.y0, piece.y0);
-        outline.y1 = std::max(outline.y1, piece.y1);
-    }
-    return mayDrawWhole(outline);
+void Canvas::State::needWhole(const PixelRect& touched) {
+    if (surveys) widen(intersection(touched, level().clip));
 }
 
-bool Canvas::State::mayDrawWhole(const PixelRect& touched) { return hasInWindow(intersection(touched, level().clip)); }
-
-bool Canvas::State::mayClip(const PixelRect& touched) {
-    return intersection(touched, visible()).empty() || hasInWindow({0, 0, pixels.width(), pixels.height()});
+void Canvas::State::needRows(const PixelRect& touched, const Pieces& pieces) {
+    if (!surveys || pieces.outlined.empty()) return;
+    PixelRect rows = touched;
+    rows.y0 = std::ranges::min(pieces.outlined, {}, &PixelRect::y0).y0;
+    rows.y1 = std::ranges::max(pieces.outlined, {}, &PixelRect::y1).y1;
+    needWhole(rows);
 }
 
-bool Canvas::State::hasInWindow(const PixelRect& area) {
-    const PixelRect inside = intersection(area, window);
-    if (!raster || inside.empty() || inside == area) return true;
-    wholeWindow = {std::min(wholeWindow.x0, area.x0), std::min(wholeWindow.y0, area.y0),
-                   std::max(wholeWindow.x1, area.x1), std::max(wholeWindow.y1, area.y1)};
-    return false;
+void Canvas::State::needAll(const PixelRect& touched) {
+    if (surveys && !intersection(touched, visible()).empty()) window = all;
+}
+
+void Canvas::State::widen(const PixelRect& area) {
+    if (intersection(area, window).empty()) return;
+    window = {std::min(window.x0, area.x0), std::min(window.y0, area.y0), std::max(window.x1, area.x1),
+              std::max(window.y1, area.y1)};
 }
 
 void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClips}); }
@@ -258,6 +257,7 @@ void Canvas::State::countBlends() {
 }
 
 void Canvas::State::keepBackdrops(const Shape& shape, const Rect& bounds, bool antialiased) {
+    if (surveys) return;
     const Pieces cut = pieces(shape, bounds);
     if (cut.outlined.empty()) return;
     // Clips within each other often have the same outline.

@@ -68,9 +68,10 @@ struct Canvas::State {
     std::unique_ptr<cairo_surface_t, CairoDeleter> surface;
     std::unique_ptr<cairo_t, CairoDeleter> cairo;
     std::vector<Level> levels;
-    PixelRect window;       ///< a raster's pixels that may be drawn on
-    PixelRect wholeWindow;  ///< what it would have to be for all outlines
-    DocumentTexts texts;    ///< of a document
+    PixelRect all;     ///< a raster's pixels
+    PixelRect window;  ///< those that may be drawn on
+    bool surveys = false;
+    DocumentTexts texts;  ///< of a document
     /// A document's pictures, by their bitmaps: what is drawn again is not embedded again.
     std::map<std::uint64_t, std::unique_ptr<cairo_surface_t, CairoDeleter>> embedded;
 
@@ -92,16 +93,16 @@ struct Canvas::State {
     void countInDocument(std::uint64_t steps, std::size_t bytes);
     /// What of the clip's pixels may be drawn on.
     [[nodiscard]] PixelRect visible() const { return intersection(levels.back().clip, window); }
-    /// Whether Cairo may draw something that touches these pixels: the window does not cut it. How exactly it reckons
-    /// depends on all edges in a row, and in those above.
-    [[nodiscard]] bool mayDrawWhole(const PixelRect& touched);
-    /// The same for a shape in one colour: it is enough that the window has all of the rows with an outline in them.
-    [[nodiscard]] bool mayFill(const PixelRect& touched, const Pieces& pieces);
-    /// Whether Cairo may clip along an outline that touches these pixels: beside another clip, even a whole one that
-    /// cuts nothing, it does so a little otherwise.
-    [[nodiscard]] bool mayClip(const PixelRect& touched);
-    /// Takes note that the window would have to have an area for something in it to be drawn; false if it has not.
-    [[nodiscard]] bool hasInWindow(const PixelRect& area);
+    /// Takes note, in a survey, that Cairo will draw something that touches these pixels, and is not to cut it: how
+    /// exactly it reckons depends on all edges in a row, and in those above.
+    void needWhole(const PixelRect& touched);
+    /// The same for a shape in one colour: it is enough to have all of the rows with an outline in them.
+    void needRows(const PixelRect& touched, const Pieces& pieces);
+    /// The same for a clip along an outline: beside another clip, even a whole one that cuts nothing, Cairo clips a
+    /// little otherwise.
+    void needAll(const PixelRect& touched);
+    /// Makes a survey's window so large that it has an area of which it has a part.
+    void widen(const PixelRect& area);
     /// Counts what Cairo compares before it writes the gradient that is its source into a PDF: each pair of
     /// neighbouring stops with all that it has written, until it finds it.
     void countBlends();

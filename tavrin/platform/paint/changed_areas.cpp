@@ -137,7 +137,11 @@ private:
     void compareAlike(const Opacity& before, const Opacity& after, Index a, Index b, const Place& at) {
         const bool isSame = before.value == after.value &&
                             isFadedAlike(before_, before_.content(a)) == isFadedAlike(after_, after_.content(b));
-        if (!isSame) return change(a, b, at);
+        // A layer begins where its content does, and how exactly Cairo reckons in it depends on that.
+        const bool hasLayer = after.value < 1 && !isFadedAlike(after_, after_.content(b));
+        const bool isSamePlace =
+            !hasLayer || extentsBefore_.of(before_.content(a)) == extentsAfter_.of(after_.content(b));
+        if (!isSame || !isSamePlace) return change(a, b, at);
         compareContent(a, b, at);
     }
 

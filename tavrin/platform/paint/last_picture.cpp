@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -42,11 +40,24 @@ struct LastPicture::Kept {
     double scale = 0;
     std::shared_ptr<TextPainter> texts;
     std::shared_ptr<PixelBuffer> pixels = nullptr;
+    std::shared_ptr<PixelBuffer> spare = nullptr;  ///< the picture before that, where somebody else had it
+    std::vector<PixelRect> inSpare = {};           ///< where it differs
     FastPng fast = {};
     std::vector<PixelRect> changed = {};  ///< since the last fast PNG
     std::string png = {};                 ///< of the present picture where `isEncoded`
     bool isEncoded = false;
     PngCompression compression = PngCompression::fast;
+
+    /// A picture to draw the next one on: as the last, unless all of it will be drawn.
+    [[nodiscard]] PixelBuffer other(bool isDrawnWhole) {
+        const bool isFree = spare && spare.use_count() == 1;
+        if (isDrawnWhole) return isFree ? std::move(*spare) : PixelBuffer::unset(pixels->width(), pixels->height());
+        if (!isFree) return *pixels;
+        for (const PixelRect& area : inSpare)
+            for (int y = area.y0; y < area.y1; ++y)
+                std::copy(pixels->row(y) + area.x0, pixels->row(y) + area.x1, spare->row(y) + area.x0);
+        return std::move(*spare);
+    }
 
     [[nodiscard]] bool looksLike(const Kept& other) const {
         return look == other.look && scale == other.scale && texts == other.texts &&
@@ -68,8 +79,8 @@ void LastPicture::forget() { kept_.reset(); }
 std::size_t LastPicture::byteCount() const {
     if (!kept_) return 0;
     constexpr std::size_t bytesOfNode = 256;  // with its text
-    return kept_->pixels->byteCount() + kept_->fast.byteCount() + kept_->png.capacity() +
-           kept_->tree->nodes().size() * bytesOfNode;
+    return kept_->pixels->byteCount() + (kept_->spare ? kept_->spare->byteCount() : 0) + kept_->fast.byteCount() +
+           kept_->png.capacity() + kept_->tree->nodes().size() * bytesOfNode;
 }
 
 void LastPicture::forgetTooMuch() {
@@ -100,12 +111,11 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
     auto now = std::make_unique<Kept>(Kept{std::move(tree), look, scale, texts});
     const auto paint = [&](Canvas canvas) {
         paintWidget(*now->tree, look, canvas, *texts);
-        const std::optional<PixelRect> wider = canvas.windowForOutlines();
-        return std::pair{canvas.finishRaster(), wider};
+        return canvas;
     };
 
     if (!before || !before->looksLike(*now)) {
-        now->pixels = std::make_shared<PixelBuffer>(paint(Canvas::raster(look.size, scale)).first);
+        now->pixels = std::make_shared<PixelBuffer>(paint(Canvas::raster(look.size, scale)).finishRaster());
         now->changed = {boundsOf(*now->pixels)};
         work_.pixels += now->changed.front().area();
     } else {
@@ -113,28 +123,41 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
         std::vector<PixelRect> areas = changedAreas(*before->tree, *now->tree, scale, *texts);
         for (PixelRect& area : areas) area = intersection(area, all);
         std::erase_if(areas, [](const PixelRect& area) { return area.empty(); });
+        // Windows grow to what they must not cut, and then may be worth uniting.
+        const auto grown = [&](PixelRect window) {
+            for (PixelRect smaller; window != smaller && window != all;)
+                window = paint(Canvas::survey(all, scale, smaller = window)).window();
+            return window;
+        };
+        for (bool isDone = false; !isDone;) {
+            std::vector<PixelRect> windows;
+            for (const PixelRect& area : areas) windows.push_back(grown(area));
+            windows = mergedAreas(std::move(windows));
+            isDone = windows.size() == areas.size();
+            areas = std::move(windows);
+        }
         if (isMost(areas, all)) areas = {all};
         if (!areas.empty()) {
-            // Only what somebody else still has is copied, as far as it stays.
+            // Somebody else may still have the last picture: then another one is drawn, the next by turns.
             const bool isShared = before->pixels.use_count() > 1;
-            PixelBuffer picture;
-            if (!isShared)
-                picture = std::move(*before->pixels);
-            else if (areas.front() == all)
-                picture = PixelBuffer::unset(all.width(), all.height());
-            else
-                picture = *before->pixels;
-            for (std::size_t i = 0; i < areas.size(); ++i)
-                for (std::optional<PixelRect> window = areas[i]; window;) {
-                    areas[i] = *window;
-                    work_.pixels += areas[i].area();
-                    std::tie(picture, window) = paint(Canvas::raster(std::move(picture), scale, areas[i]));
-                    if (areas[i] == all) areas = {all};
-                }
-            if (isShared && areAlike(*before->pixels, picture, areas))
+            PixelBuffer picture = isShared ? before->other(areas.front() == all) : std::move(*before->pixels);
+            for (const PixelRect& area : areas) {
+                work_.pixels += area.area();
+                picture = paint(Canvas::raster(std::move(picture), scale, area)).finishRaster();
+            }
+            const bool isAlike = isShared && areAlike(*before->pixels, picture, areas);
+            auto drawn = std::make_shared<PixelBuffer>(std::move(picture));
+            if (isAlike) {
+                now->spare = std::move(drawn);
                 areas.clear();
-            else
-                before->pixels = std::make_shared<PixelBuffer>(std::move(picture));
+            } else {
+                if (isShared) now->spare = std::exchange(before->pixels, nullptr);
+                now->inSpare = areas;
+                before->pixels = std::move(drawn);
+            }
+        } else {
+            now->spare = std::move(before->spare);
+            now->inSpare = std::move(before->inSpare);
         }
         now->pixels = std::move(before->pixels);
         now->fast = std::move(before->fast);

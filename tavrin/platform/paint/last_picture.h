@@ -20,6 +20,10 @@ class TextPainter;
 /// the bands of rows with those are compressed again. The pixels and bytes are those of a picture drawn from scratch,
 /// whatever came before.
 ///
+/// What is not drawn again costs nothing: a picture may pass a budget after another that it would not pass from
+/// scratch. A view that is equal to the last one's is not laid out again, and so the bodies of its composed views are
+/// not asked.
+///
 /// Pictures of other sizes, scales, looks and fonts may follow each other; they are drawn from scratch. Where drawing
 /// throws, nothing is kept. The painter of texts is kept, too. One thread at a time, and the same one for as long as
 /// something is kept.

@@ -9,6 +9,7 @@
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/drawing_walk.h"
 #include "tavrin/platform/paint/drawn_extents.h"
+#include "tavrin/platform/text/shaped_text.h"
 
 namespace tavrin::paint {
 namespace {
@@ -21,9 +22,11 @@ Date nextChange(const layout::LayoutTree& tree, TextPainter& texts) {
     const Date now = tree.environment().date;
     double next = std::numeric_limits<double>::infinity();
     DrawnExtents extents(tree, texts);
-    // Texts take all the room there is, but show no more than their glyphs, which are moved to whole pixels.
-    const auto isSeen = [&](const layout::DrawnPlace& at) {
-        constexpr double margin = 2;
+    // Texts take all the room there is, but show no more than their glyphs, which are moved to whole pixels; the next
+    // ones may be longer.
+    const auto maySee = [&](const layout::DrawnPlace& at, double textSize) {
+        constexpr double longest = 15;  // of "999999999:59:59", in sizes
+        const double margin = longest * textSize + 2 / std::min(1.0, tree.environment().displayScale);
         const Rect extent = extents.of(at.index);
         if (extent.size == Size{}) return false;
         const auto& [origin, size] = boundingBox(at.transform, extent);
@@ -38,7 +41,9 @@ Date nextChange(const layout::LayoutTree& tree, TextPainter& texts) {
         const layout::LayoutNode& node = tree.node(at.index);
         if (node.kind == ViewKind::text) {
             const auto* const date = std::get_if<Date>(&node.view->as<Text>()->content);
-            if (date && isSeen(at)) next = std::min(next, nextTimerText(*date, now).secondsSince1970);
+            const text::TextBlock::Lines* const lines = tree.textBlock(at.index).lines();
+            if (date && lines && maySee(at, lines->text->size))
+                next = std::min(next, nextTimerText(*date, now).secondsSince1970);
         } else if (node.kind == ViewKind::clockHandRotationEffect) {
             // Wherever it points to now: it comes around.
             const bool isDrawn = extents.of(tree.content(at.index)).size != Size{};

@@ -41,7 +41,7 @@ public:
     std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
     /// Rows as the runs they are made of.
     void addRows(std::span<const PixelRun> runs);
-    /// The last so many runs that were added; none where they are not all still there.
+    /// The last so many runs that were added; none where a block has been written within them.
     [[nodiscard]] std::span<const PixelRun> lastRuns(std::size_t count) const;
     /// The rows that were added since it was last called, at least one: blocks of deflate that end with a whole byte
     /// and need nothing of what stands before them. Whether they are the picture's last.

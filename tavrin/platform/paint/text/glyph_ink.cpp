@@ -2,6 +2,7 @@
 #include "tavrin/platform/paint/text/glyph_ink.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include FT_OUTLINE_H
@@ -41,12 +42,13 @@ const GlyphInk::Box& GlyphInk::of(text::FontId font, std::uint32_t glyph, bool e
     return box;
 }
 
-Rect GlyphInk::ofText(const text::TextBlock::Lines& lines, double width) {
+TextInk GlyphInk::ofText(const text::TextBlock::Lines& lines, double width) {
     const text::ShapedText& text = *lines.text;
     double x0 = beyond;
     double y0 = beyond;
     double x1 = -beyond;
     double y1 = -beyond;
+    double reach = 0;
     for (std::size_t i = 0; i < lines.broken->lines.size(); ++i) {
         const text::Line& line = lines.broken->lines[i];
         constexpr std::size_t unitsInStep = 4;
@@ -65,11 +67,15 @@ Rect GlyphInk::ofText(const text::TextBlock::Lines& lines, double width) {
                 x1 = std::max(x1, x + static_cast<double>(box.x1) * text.size);
                 y1 = std::max(y1, y + static_cast<double>(box.y1) * text.size);
                 pen += static_cast<double>(glyph.advance);
+                if (box.x0 > box.x1) continue;  // nothing
+                const double offset = std::max(std::abs(glyph.x), std::abs(glyph.y)) / text.size;
+                for (const float edge : {box.x0, box.y0, box.x1, box.y1})
+                    reach = std::max(reach, std::abs(static_cast<double>(edge)) + offset);
             }
         }
     }
     if (!(x0 <= x1 && y0 <= y1)) return {};
-    return {{x0, y0}, {x1 - x0, y1 - y0}};
+    return {{{x0, y0}, {x1 - x0, y1 - y0}}, reach};
 }
 
 }  // namespace tavrin::paint

@@ -12,15 +12,21 @@
 
 namespace tavrin::paint {
 
+/// What a text covers.
+struct TextInk {
+    Rect box = {};  ///< empty where it draws nothing
+    /// How far from where it stands a glyph reaches, in the text's sizes.
+    double reach = 0;
+};
+
 /// What glyphs and texts cover, however little: the boxes of the outlines and pictures that are drawn. Those of glyphs
 /// are kept.
 class GlyphInk {
 public:
     GlyphInk(GlyphOutlines& outlines, EmojiPictures& pictures) : outlines_(outlines), pictures_(pictures) {}
 
-    /// Of a text, in points from where it is drawn; `width` is the room that its lines are aligned in. Empty where it
-    /// draws nothing.
-    [[nodiscard]] Rect ofText(const text::TextBlock::Lines& lines, double width);
+    /// Of a text, in points from where it is drawn; `width` is the room that its lines are aligned in.
+    [[nodiscard]] TextInk ofText(const text::TextBlock::Lines& lines, double width);
 
 private:
     /// Edges in parts of an em, y downwards; of nothing the first lie beyond the others.

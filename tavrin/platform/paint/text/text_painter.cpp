@@ -183,11 +183,14 @@ TextPainter::State& TextPainter::state() {
 
 Rect TextPainter::ink(const text::TextBlock& block, double width) {
     if (!block.lines()) return {};
-    return state().ink().ofText(*block.lines(), width);
+    return state().ink().ofText(*block.lines(), width).box;
 }
 
-bool TextPainter::drawsMasks(const text::TextBlock& block, const cairo_matrix_t& matrix) {
-    return !block.lines() || drawsAsMasks(matrix, block.lines()->text->size);
+bool TextPainter::drawsAnyPart(const text::TextBlock& block, const cairo_matrix_t& matrix) {
+    if (!block.lines()) return true;
+    if (!drawsAsMasks(matrix, block.lines()->text->size)) return false;
+    constexpr double leastOvershoot = overshoot;  // a line is at least as high as its text is large
+    return state().ink().ofText(*block.lines(), 0).reach < leastOvershoot;
 }
 
 void TextPainter::draw(cairo_t* cairo, const text::TextBlock& block, Point origin, double width, RGBA color,

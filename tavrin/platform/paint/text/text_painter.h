@@ -43,8 +43,9 @@ public:
 
     /// What a block drawn at a point covers, however little, in points from there; empty where it draws nothing.
     [[nodiscard]] Rect ink(const text::TextBlock& block, double width);
-    /// Whether on a raster under such a matrix a block is drawn pixel by pixel, as masks, and not by Cairo.
-    [[nodiscard]] static bool drawsMasks(const text::TextBlock& block, const cairo_matrix_t& matrix);
+    /// Whether on a raster under such a matrix any part of a block is drawn as in the whole: pixel by pixel, as masks,
+    /// and not by Cairo, and by glyphs that are not looked for too near to where they stand.
+    [[nodiscard]] bool drawsAnyPart(const text::TextBlock& block, const cairo_matrix_t& matrix);
 
 private:
     class State;
