@@ -62,7 +62,7 @@ bool TemporaryFile::rename(const std::filesystem::path& target) {
 
 std::filesystem::path freeName(const std::filesystem::path& folder) {
     for (;;) {
-        const std::filesystem::path name = nextName(folder);
+        std::filesystem::path name = nextName(folder);
         struct stat status {};
         if (::lstat(name.c_str(), &status) != 0) return name;
     }

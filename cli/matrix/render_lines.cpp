@@ -72,6 +72,7 @@ public:
 
     [[nodiscard]] std::vector<DrawnLine> drawn(std::vector<ModelLine>& block) {
         std::vector<DrawnLine> lines;
+        lines.reserve(block.size());
         for (ModelLine& line : block) lines.push_back(drawn(line));
         return lines;
     }

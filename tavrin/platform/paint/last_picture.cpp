@@ -32,6 +32,22 @@ bool areAlike(const PixelBuffer& a, const PixelBuffer& b, const std::vector<Pixe
     });
 }
 
+/// Windows around areas, as large as a survey finds that they have to be, and united where that is worth it.
+template <class Survey>
+std::vector<PixelRect> grownWindows(std::vector<PixelRect> areas, const PixelRect& all, const Survey& survey) {
+    for (PixelRect& area : areas) area = intersection(area, all);
+    std::erase_if(areas, [](const PixelRect& area) { return area.empty(); });
+    for (;;) {
+        for (PixelRect& window : areas)
+            for (PixelRect smaller; window != smaller && window != all;) window = survey(smaller = window);
+        const std::size_t count = areas.size();
+        areas = mergedAreas(std::move(areas));
+        if (areas.size() == count) break;
+    }
+    if (isMost(areas, all)) areas = {all};
+    return areas;
+}
+
 }  // namespace
 
 struct LastPicture::Kept {
@@ -57,6 +73,35 @@ struct LastPicture::Kept {
             for (int y = area.y0; y < area.y1; ++y)
                 std::copy(pixels->row(y) + area.x0, pixels->row(y) + area.x1, spare->row(y) + area.x0);
         return std::move(*spare);
+    }
+
+    /// What a picture before can give to this one.
+    void takeOver(Kept& before) {
+        pixels = std::move(before.pixels);
+        spare = std::move(before.spare);
+        inSpare = std::move(before.inSpare);
+        fast = std::move(before.fast);
+        changed = std::move(before.changed);
+        png = std::move(before.png);
+        isEncoded = before.isEncoded;
+        compression = before.compression;
+    }
+
+    /// Makes a picture the present one that was drawn in some windows, on another than the last if that is shared.
+    void put(PixelBuffer picture, std::vector<PixelRect> windows, bool isShared) {
+        const bool isAlike = isShared && areAlike(*pixels, picture, windows);
+        auto drawn = std::make_shared<PixelBuffer>(std::move(picture));
+        if (isAlike) {
+            spare = std::move(drawn);
+            inSpare.clear();
+            return;
+        }
+        spare = isShared ? std::move(pixels) : nullptr;
+        pixels = std::move(drawn);
+        changed.insert(changed.end(), windows.begin(), windows.end());
+        changed = mergedAreas(std::move(changed));
+        inSpare = std::move(windows);
+        isEncoded = false;
     }
 
     [[nodiscard]] bool looksLike(const Kept& other) const {
@@ -118,57 +163,24 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
         now->pixels = std::make_shared<PixelBuffer>(paint(Canvas::raster(look.size, scale)).finishRaster());
         now->changed = {boundsOf(*now->pixels)};
         work_.pixels += now->changed.front().area();
-    } else {
-        const PixelRect all = boundsOf(*before->pixels);
-        std::vector<PixelRect> areas = changedAreas(*before->tree, *now->tree, scale, *texts);
-        for (PixelRect& area : areas) area = intersection(area, all);
-        std::erase_if(areas, [](const PixelRect& area) { return area.empty(); });
-        // Windows grow to what they must not cut, and then may be worth uniting.
-        const auto grown = [&](PixelRect window) {
-            for (PixelRect smaller; window != smaller && window != all;)
-                window = paint(Canvas::survey(all, scale, smaller = window)).window();
-            return window;
-        };
-        for (bool isDone = false; !isDone;) {
-            std::vector<PixelRect> windows;
-            for (const PixelRect& area : areas) windows.push_back(grown(area));
-            windows = mergedAreas(std::move(windows));
-            isDone = windows.size() == areas.size();
-            areas = std::move(windows);
-        }
-        if (isMost(areas, all)) areas = {all};
-        if (!areas.empty()) {
-            // Somebody else may still have the last picture: then another one is drawn, the next by turns.
-            const bool isShared = before->pixels.use_count() > 1;
-            PixelBuffer picture = isShared ? before->other(areas.front() == all) : std::move(*before->pixels);
-            for (const PixelRect& area : areas) {
-                work_.pixels += area.area();
-                picture = paint(Canvas::raster(std::move(picture), scale, area)).finishRaster();
-            }
-            const bool isAlike = isShared && areAlike(*before->pixels, picture, areas);
-            auto drawn = std::make_shared<PixelBuffer>(std::move(picture));
-            if (isAlike) {
-                now->spare = std::move(drawn);
-                areas.clear();
-            } else {
-                if (isShared) now->spare = std::exchange(before->pixels, nullptr);
-                now->inSpare = areas;
-                before->pixels = std::move(drawn);
-            }
-        } else {
-            now->spare = std::move(before->spare);
-            now->inSpare = std::move(before->inSpare);
-        }
-        now->pixels = std::move(before->pixels);
-        now->fast = std::move(before->fast);
-        now->changed = std::move(before->changed);
-        now->png = std::move(before->png);
-        now->isEncoded = before->isEncoded && areas.empty();
-        now->compression = before->compression;
-        now->changed.insert(now->changed.end(), areas.begin(), areas.end());
-        now->changed = mergedAreas(std::move(now->changed));
+        kept_ = std::move(now);
+        return;
     }
-
+    const PixelRect all = boundsOf(*before->pixels);
+    std::vector<PixelRect> windows =
+        grownWindows(changedAreas(*before->tree, *now->tree, scale, *texts), all,
+                     [&](const PixelRect& window) { return paint(Canvas::survey(all, scale, window)).window(); });
+    now->takeOver(*before);
+    if (!windows.empty()) {
+        // Somebody else may still have the last picture: then another one is drawn, the next by turns.
+        const bool isShared = now->pixels.use_count() > 1;
+        PixelBuffer picture = isShared ? now->other(windows.front() == all) : std::move(*now->pixels);
+        for (const PixelRect& window : windows) {
+            work_.pixels += window.area();
+            picture = paint(Canvas::raster(std::move(picture), scale, window)).finishRaster();
+        }
+        now->put(std::move(picture), std::move(windows), isShared);
+    }
     kept_ = std::move(now);
 }
 

@@ -46,10 +46,6 @@ private:
     /// Leaves numbers unset that a vector would set to 0.
     template <class Number>
     struct Unset : std::allocator<Number> {
-        template <class Other>
-        struct rebind {
-            using other = Unset<Other>;
-        };
         void construct(Number* place) const noexcept { ::new (static_cast<void*>(place)) Number; }
         template <class... Arguments>
         void construct(Number* place, Arguments... arguments) const noexcept {

@@ -54,7 +54,7 @@ void applyPaeth(const std::uint8_t* row, const std::uint8_t* above, std::uint8_t
         const auto toAbove = static_cast<std::int16_t>(fromAbove < 0 ? -fromAbove : fromAbove);
         const auto toCorner = static_cast<std::int16_t>(fromBoth < 0 ? -fromBoth : fromBoth);
         const std::int16_t other = toAbove <= toCorner ? up : corner;
-        const std::int16_t foretold = (toLeft <= toAbove) & (toLeft <= toCorner) ? left : other;
+        const std::int16_t foretold = ((toLeft <= toAbove) & (toLeft <= toCorner)) != 0 ? left : other;
         out[i] = static_cast<std::uint8_t>(row[i] - foretold);
     }
 }

@@ -174,7 +174,8 @@ struct FastPng::Kept {
     std::vector<PngBand> bands;
     std::optional<RunDeflater> deflater;  // whose memory is kept, too
 
-    [[nodiscard]] bool isOpaque() const { return std::ranges::all_of(groups, &PngGroup::isOpaque); }
+    /// Prepares for the next picture; which of its groups may be others.
+    std::vector<bool> renew(const PixelBuffer& picture, std::span<const PixelRect> changed);
 };
 
 FastPng::FastPng() = default;
@@ -190,30 +191,40 @@ std::size_t FastPng::byteCount() const {
     return count;
 }
 
-std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed, std::string memory) {
-    std::unique_ptr<Kept> kept = std::move(kept_);
+std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<const PixelRect> changed) {
+    const bool isAnother = width != picture.width() || height != picture.height();
     const std::size_t count = groupCount(picture);
+    width = picture.width();
+    height = picture.height();
+    groups.resize(count);
+    if (isAnother) bands.clear();
     // 1. Which groups may be others: those with a changed row, or with one below a changed row.
-    const bool isAnother = !kept || kept->width != picture.width() || kept->height != picture.height();
-    if (isAnother) kept.reset(new Kept{picture.width(), picture.height(), std::vector<PngGroup>(count), {}, {}});
     std::vector<bool> differs(count, isAnother);
     for (const PixelRect& area : changed) {
         if (area.empty()) continue;
-        const int last = std::min(area.y1, picture.height() - 1);
+        const int last = std::min(area.y1, height - 1);
         for (int group = std::max(area.y0, 0) / rowsInGroup; group <= last / rowsInGroup; ++group)
             differs[static_cast<std::size_t>(group)] = true;
     }
     // 2. Whether there is an alpha channel; if that changes, so do all.
-    const bool wasOpaque = kept->isOpaque();
     for (std::size_t group = 0; group < count; ++group)
-        if (differs[group]) kept->groups[group].isOpaque = isOpaque(picture, group);
-    const bool opaque = kept->isOpaque();
-    if (opaque != wasOpaque) differs.assign(count, true);
+        if (differs[group]) groups[group].isOpaque = isOpaque(picture, group);
+    const bool opaque = std::ranges::all_of(groups, &PngGroup::isOpaque);
+    if (!deflater || deflater->isOpaque() != opaque) {
+        deflater.emplace(opaque);
+        differs.assign(count, true);
+    }
     for (std::size_t group = 0; group < count; ++group)
-        if (differs[group]) kept->groups[group].runs.clear();
+        if (differs[group]) groups[group].runs.clear();
+    return differs;
+}
+
+std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed, std::string memory) {
+    std::unique_ptr<Kept> kept = std::move(kept_);
+    if (!kept) kept = std::make_unique<Kept>();
+    const std::vector<bool> differs = kept->renew(picture, changed);
     // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one. Of
     //    another the groups that are the same need not be looked at again.
-    if (!kept->deflater || kept->deflater->isOpaque() != opaque) kept->deflater.emplace(opaque);
     BandWriter writer(picture, *kept->deflater, kept->groups, true);
     const auto isStillThere = [&](const PngBand& band) {
         for (int y = band.begin; y < band.end; y += rowsInGroup) {
@@ -228,18 +239,15 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
     auto next = kept->bands.begin();
     for (int y = 0; y < picture.height(); y = bands.back().end) {
         while (next != kept->bands.end() && next->begin < y) ++next;
-        if (next != kept->bands.end() && next->begin == y && isStillThere(*next)) {
-            bands.push_back(std::move(*next));
-        } else {
-            bands.push_back(writer.write(y));
-        }
+        const bool isKept = next != kept->bands.end() && next->begin == y && isStillThere(*next);
+        bands.push_back(isKept ? std::move(*next) : writer.write(y));
         held.grow(2 * bands.back().blocks.size());  // here and in the file
     }
     kept->bands = std::move(bands);
     seenRows_ += writer.seenRows();
 
-    PngFile file(picture.width(), picture.height(), 8, opaque ? PngColorType::rgb : PngColorType::rgba,
-                 std::move(memory));
+    const PngColorType colorType = kept->deflater->isOpaque() ? PngColorType::rgb : PngColorType::rgba;
+    PngFile file(picture.width(), picture.height(), 8, colorType, std::move(memory));
     file.beginChunk("IDAT");
     appendStream(kept->bands, file.bytes());
     file.endChunk();

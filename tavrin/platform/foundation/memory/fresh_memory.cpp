@@ -14,11 +14,11 @@ void takeAtOnce(void* memory, std::size_t bytes) {
     static std::atomic<int> calls = 0;
     if (bytes < notWorthACall || calls.load(std::memory_order_relaxed) >= firstPictures) return;
     calls.fetch_add(1, std::memory_order_relaxed);
-    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + page - 1) / page * page;
-    const auto end = (reinterpret_cast<std::uintptr_t>(memory) + bytes) / page * page;
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+    const std::size_t pages = (bytes - before) / page;
     // Where the kernel cannot do it, the pages come one by one.
-    static_cast<void>(::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE));
+    static_cast<void>(::madvise(static_cast<char*>(memory) + before, pages * page, MADV_POPULATE_WRITE));
 }
 
 }  // namespace tavrin
