@@ -59,7 +59,7 @@ public:
             const std::size_t same = countSame(here, here - width_, limit);
             if (same > best.pixels) best = {same, rowBytes_};
         }
-        if (best.pixels < enough && x + 1 < width_) best = amongPairs(y, x, limit, best);
+        if (best.pixels < std::min(enough, limit) && x + 1 < width_) best = amongPairs(y, x, limit, best);
         if (best.pixels == 0) best = lastSame(y, x);
         remember(y, x);
         return best;
