@@ -6,9 +6,10 @@
 
 #include "cli/destination.h"
 #include "cli/matrix/matrix_options.h"
-#include "cli/option_values.h"
 #include "cli/several_options.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_reader.h"
+#include "tavrin/doors/option_values.h"
 
 namespace tavrin::cli {
 namespace {
@@ -23,11 +24,6 @@ public:
     [[nodiscard]] const Command& command() const { return command_; }
     [[nodiscard]] const std::string* find(std::string_view option) const { return command_.find(option); }
 
-    template <class Read, class Value>
-    void read(std::string_view option, Read read, Value& into) const {
-        if (const std::string* text = find(option)) into = read(option, *text);
-    }
-
     template <class Value>
     void choose(std::string_view option, std::span<const std::string_view> words, Value& into) const {
         if (const std::string* text = find(option)) into = static_cast<Value>(readWord(option, *text, words));
@@ -38,18 +34,8 @@ private:
 };
 
 Size screenOf(const Values& values) {
-    Size screen = defaultScreen;
-    values.read("--screen", readSize, screen);
-    return screen;
-}
-
-WidgetRoom roomOf(const Values& values) {
-    refuseBoth(values.command(), {"--size", "--family"});
-    const std::string* const size = values.find("--size");
-    const std::string* const family = values.find("--family");
-    const Size screen = screenOf(values);
-    if (size) return {.name = *size, .size = readSize("--size", *size)};
-    return readFamily("--family", family ? *family : defaultFamily, screen);
+    const std::string* const screen = values.find("--screen");
+    return screen ? readSize("--screen", *screen) : defaultScreen;
 }
 
 FetchPolicy fetchPolicyOf(const Values& values) {
@@ -61,24 +47,12 @@ FetchPolicy fetchPolicyOf(const Values& values) {
 }
 
 WidgetOptions widgetOptionsOf(const Values& values) {
-    WidgetOptions options;
-    options.room = roomOf(values);
-    values.read("--scale", readUpTo100, options.scale);
-    values.read("--background", readBackground, options.background);
-    values.choose("--compression", compressionWords, options.compression);
-    options.rounded = values.find("--rounded") != nullptr;
-    options.budget = readBudget(values.command());
-    values.choose("--appearance", appearanceWords, options.appearance);
     // A snapshot has to come out the same again; else all documents show the same moment.
     const bool isSnapshot = values.command().verb == Verb::snapshot;
-    options.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
-    values.read("--date", readDate, *options.date);
-    if (const std::string* zone = values.find("--time-zone"))
-        options.timeZone = readTimeZone("--time-zone", *zone);
-    else
-        options.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
-    if (const std::string* size = values.find("--max-image-size"))
-        options.maxImageSize = readSize("--max-image-size", *size);
+    WidgetOptions options = readWidgetOptions(values.command());
+    if (!options.date) options.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
+    if (!options.timeZone) options.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
+    options.fetchPolicy = fetchPolicyOf(values);
     return options;
 }
 
@@ -109,11 +83,9 @@ DocumentArguments documentArgumentsOf(const Values& values) {
     if (const std::string* model = values.find("--model")) arguments.model = *model;
     checkStandardInput(arguments, values.find("--models"));
     arguments.widget = widgetOptionsOf(values);
-    if (const std::string* folder = values.find("--image-cache-dir"))
-        arguments.imageCacheDir = readFolder("--image-cache-dir", *folder);
+    if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
     if (isFetch && !arguments.imageCacheDir) throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
-    if (arguments.imageCacheDir && !isFetch) arguments.widget.imageCacheDir = URL::fileURL(*arguments.imageCacheDir);
-    arguments.widget.fetchPolicy = fetchPolicyOf(values);
+    if (isFetch) arguments.widget.imageCacheDir.reset();  // where pictures go, not where they are looked for
     std::size_t ignored = 0;
     values.choose("--errors", textFormatWords, ignored);
     return arguments;
@@ -219,16 +191,15 @@ Arguments readArguments(const Command& command) {
     }
 }
 
-RenderBudget readBudget(const Command& command) {
-    const Values values(command);
-    BudgetProfile profile = BudgetProfile::usual;
-    values.choose("--budget", budgetWords, profile);
-    RenderBudget budget = RenderBudget::of(profile);
-    values.read("--budget-steps", readCount, budget.steps);
-    values.read("--budget-pixels", readCount, budget.pixels);
-    values.read("--budget-bytes", readCount, budget.bytes);
-    values.read("--budget-seconds", readSeconds, budget.seconds);
-    return budget;
+WidgetOptions readWidgetOptions(const Command& command) {
+    OptionReader reader(Spelling::kebab, OptionReader::Types::texts, {.widget = {.fetchPolicy = FetchPolicy::all}});
+    for (const Option& option : sharedOptions()) {
+        // The others mean something else to some verbs.
+        if (option.name == OptionName::format || option.name == OptionName::hashes) continue;
+        const std::string* const value = command.find(spelled(option.name, Spelling::kebab));
+        if (value) reader.read(option.name, option.kind == OptionKind::flag ? "true" : *value);
+    }
+    return reader.options().widget;
 }
 
 TextFormat errorFormatOf(std::span<const std::string> words) {

@@ -92,8 +92,8 @@ using Arguments = std::variant<RenderArguments, MatrixArguments, LinesArguments,
 /// be read.
 [[nodiscard]] Arguments readArguments(const Command& command);
 
-/// What a command says that a call may cost. Throws `UsageError`.
-[[nodiscard]] RenderBudget readBudget(const Command& command);
+/// What a command says of how documents become widgets. Throws `UsageError` and `OptionError`.
+[[nodiscard]] WidgetOptions readWidgetOptions(const Command& command);
 
 /// The format that a command line asks for, whatever else is wrong with it.
 [[nodiscard]] TextFormat errorFormatOf(std::span<const std::string> words);

@@ -7,9 +7,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/option_values.h"
-#include "cli/suggestion.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
+#include "tavrin/doors/words.h"
 
 namespace tavrin::cli {
 namespace {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "cli/completion.h"
 
-#include "cli/option_values.h"
 #include "cli/options.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 
 namespace tavrin::cli {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "cli/option_values.h"
 #include "cli/options.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/foundation/strings/ascii.h"
 
 namespace tavrin::cli {

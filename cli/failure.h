@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
 #include <exception>
 #include <optional>
 #include <string>
@@ -9,29 +8,17 @@
 #include "cli/excerpt.h"
 #include "cli/input.h"
 #include "tavrin/diagnostics/diagnostic.h"
-#include "tavrin/platform/foundation/coding_path.h"
+#include "tavrin/doors/error_description.h"
 
 namespace tavrin::cli {
 
-/// What went wrong, in the terms of the program's error objects.
-struct Failure {
-    /// Where in a text it went wrong.
-    struct Place {
-        std::size_t line;
-        std::size_t column;
-        Excerpt excerpt;
-    };
-
-    std::string type;
-    std::string message;
-    /// Empty where the type has none.
-    std::string kind = {};
-    std::optional<CodingPath> codingPath = std::nullopt;
-    /// The key that an object lacks.
-    std::optional<std::string> key = std::nullopt;
+/// What went wrong, in the terms of the program's error objects; their types are those of `ErrorDescription` and
+/// "UsageError", "IOError", "SnapshotDifference" and "Diagnostic".
+struct Failure : ErrorDescription {
     /// The text it is about; empty where it is about none.
     std::string file = {};
-    std::optional<Place> place = std::nullopt;
+    /// The line at its place.
+    std::optional<Excerpt> excerpt = std::nullopt;
 };
 
 /// An error that is about no text: of the command line, of a file, of the program itself.

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "cli/failure_text.h"
-#include "tavrin/diagnostics/write_diagnostic.h"
-#include "tavrin/json/decoding_error.h"
 
 namespace tavrin::cli {
 namespace {
@@ -23,13 +21,7 @@ void writePlace(JSONWriter& writer, const Failure& failure, bool withFile) {
 std::string toJSONLine(const Failure& failure, bool withFile) {
     JSONWriter writer(JSONWriter::Style::compact);
     writer.beginObject().key("error").beginObject();
-    writer.key("type").value(failure.type);
-    if (!failure.kind.empty()) writer.key("kind").value(failure.kind);
-    if (failure.type == "ConversionError")
-        writer.key("domain").value(ConversionError::domain).key("code").value(ConversionError::code);
-    if (failure.codingPath) write(*failure.codingPath, writer.key("codingPath"));
-    if (failure.key) writer.key("key").value(*failure.key);
-    writer.key("message").value(failure.message);
+    writeMembers(failure, "codingPath", writer);
     writePlace(writer, failure, withFile);
     writer.endObject().endObject();
     return std::move(writer).text() + "\n";

@@ -28,11 +28,11 @@ std::string message(const Failure& failure) {
     return (showsKind ? printable(failure.kind) + ": " : "") + printable(failure.message);
 }
 
-std::string excerptText(const Failure::Place& place, bool colored) {
-    const std::string number = std::to_string(place.line);
+std::string excerptText(std::size_t line, const Excerpt& excerpt, bool colored) {
+    const std::string number = std::to_string(line);
     const std::string margin(number.size() < 5 ? 5 - number.size() : 0, ' ');
-    const std::string mark = place.excerpt.mark.substr(0, place.excerpt.mark.size() - 1);
-    return margin + number + " | " + place.excerpt.line + "\n" +                //
+    const std::string mark = excerpt.mark.substr(0, excerpt.mark.size() - 1);
+    return margin + number + " | " + excerpt.line + "\n" +                      //
            std::string(std::max<std::size_t>(5, number.size()), ' ') + " | " +  //
            mark + painted("^", green, colored) + "\n";
 }
@@ -63,7 +63,7 @@ std::string failureText(const Failure& failure, bool colored, const Label& label
     std::string text = painted(location(failure) + ":", bold, colored) + " " +
                        painted(std::string(label.word) + ":", label.color, colored) + " " + message(failure) + code +
                        "\n";
-    if (failure.place) text += excerptText(*failure.place, colored);
+    if (failure.excerpt) text += excerptText(failure.place->line, *failure.excerpt, colored);
     if (failure.codingPath && !failure.codingPath->empty())
         text += "      at " + printable(shortened(*failure.codingPath)) + "\n";
     return text;

@@ -8,8 +8,8 @@
 #include <tuple>
 
 #include "cli/destination.h"
-#include "cli/option_values.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 
 namespace tavrin::cli {
@@ -127,6 +127,17 @@ path Frames::pathOf(std::size_t frame) const {
     std::string digits = std::to_string(frame);
     digits.insert(0, number.digits - std::min(number.digits, digits.size()), '0');
     return path.parent_path() / name.replace(number.begin, number.end - number.begin, digits);
+}
+
+std::pair<Date, Date> readMoments(std::string_view option, std::string_view value) {
+    const std::size_t dots = std::min(value.find(".."), value.size());
+    const auto first = Date::parseRFC3339(value.substr(0, dots));
+    const auto last = Date::parseRFC3339(value.substr(std::min(dots + 2, value.size())));
+    if (first && last && first->secondsSince1970 <= last->secondsSince1970) return {*first, *last};
+    throw UsageError(std::string(option) +
+                     " takes two moments such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, the earlier one first, "
+                     "not '" +
+                     std::string(value) + "'");
 }
 
 std::optional<Frames> readFrames(const Command& command) {

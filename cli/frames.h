@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 #include "cli/command_line.h"
 #include "tavrin/widget/animation_renderer.h"
@@ -30,6 +32,9 @@ struct Frames {
     /// Where the frame of that number goes; the first has number 1.
     [[nodiscard]] std::filesystem::path pathOf(std::size_t frame) const;
 };
+
+/// "FROM..TO": two moments, the second not before the first. Throws `UsageError`.
+[[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 
 /// What `--frames` and the options that go with it ask for; none where it is not given. Throws `UsageError`.
 [[nodiscard]] std::optional<Frames> readFrames(const Command& command);

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "cli/embedded_file.h"
-#include "cli/option_values.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 /// This project's licence and the notices of all that the program carries in itself.
@@ -16,6 +16,19 @@ namespace {
 template <class Words = std::initializer_list<std::string_view>>
 std::vector<std::string> listOf(const Words& words) {
     return {words.begin(), words.end()};
+}
+
+/// An option that all doors have; `more` says what depends on the verb, or what there is none of elsewhere.
+OptionInfo shared(OptionName name, std::string_view value, VerbSet takers, std::string_view usual = {},
+                  Completes completes = Completes::nothing, std::vector<std::string> words = {}) {
+    const Option& option = describe(name);
+    std::string help(option.sentence);
+    if (usual.empty()) usual = option.usual;
+    if (!usual.empty()) help.append(" (").append(usual).append(")");
+    if (words.empty()) words = listOf(option.words);
+    if (completes == Completes::nothing && !words.empty()) completes = Completes::words;
+    if (option.kind == OptionKind::folder) completes = Completes::folder;
+    return {spelled(name, Spelling::kebab), value, takers, std::move(help), completes, std::move(words)};
 }
 
 std::vector<std::string> withAll(std::vector<std::string> words) {
@@ -121,8 +134,7 @@ const std::vector<OptionInfo>& options() {
         {"--strict", "", onlySnapshot, "Fail where there is no snapshot yet, instead of recording it"},
         {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
         {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
-        {"--family", "NAME", laidOut, "A widget family's size (systemMedium)", Completes::words,
-         listOf(widgetFamilyNames)},
+        shared(OptionName::family, "NAME", laidOut),
         {"--families", "NAME,...|all", looked, "Each of several families, or all that the screen has", Completes::words,
          withAll(listOf(widgetFamilyNames))},
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
@@ -137,39 +149,29 @@ const std::vector<OptionInfo>& options() {
          "With --models FILE: which member of a model, such as id or person.id, names its picture (the line's number)"},
         {"--models", "DIR", onlySnapshot, "Draw with each model document (*.json) in a folder", Completes::folder},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
-        {"--hashes", "", onlyRender, "Write the SHA-256 of each picture into index.json"},
-        {"--screen", "WxH", laidOut, "The screen whose widget sizes hold (390x844)", Completes::words,
-         screenWords(knownScreens())},
-        {"--size", "WxH", laidOut, "The widget's size in points, instead of a family's"},
-        {"--scale", "N", laidOut, "Pixels for each point, up to 100 (3)", Completes::words, {"1", "2", "3"}},
-        {"--appearance", "light|dark", laidOut, "The device's appearance (light)", Completes::words,
-         listOf(appearanceWords)},
-        {"--date", "RFC3339", laidOut,
-         "The moment that is drawn, such as 2026-03-01T09:41:00Z (now; of snapshots that one, so that they "
-         "can be repeated)"},
-        {"--time-zone", "ID", laidOut,
-         "The device's time zone, such as Europe/Madrid, CET or GMT+2 (the system's; of snapshots UTC)"},
+        shared(OptionName::hashes, "", onlyRender, "in index.json, where there is one"),
+        shared(OptionName::screen, "WxH", laidOut, {}, Completes::words, screenWords(knownScreens())),
+        shared(OptionName::size, "WxH", laidOut),
+        shared(OptionName::scale, "N", laidOut, {}, Completes::words, {"1", "2", "3"}),
+        shared(OptionName::appearance, "light|dark", laidOut),
+        shared(OptionName::date, "RFC3339", laidOut, "now; of snapshots that one, so that they can be repeated"),
+        shared(OptionName::timeZone, "ID", laidOut, "the system's; of snapshots UTC"),
         {"--image-cache-dir", "DIR", loaded,
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
          "them",
          Completes::folder},
-        {"--max-image-size", "WxH", shown, "Larger pictures are scaled down to this size, in points"},
-        {"--fetch", "none|public|all", loaded,
-         "What may be fetched: nothing, only what has a public address on the Internet, or everything (all)",
-         Completes::words, listOf(fetchWords)},
+        shared(OptionName::maxImageSize, "WxH", shown),
+        shared(OptionName::fetch, "none|public|all", loaded, "all"),
         {"--offline", "", shown, "Fetch nothing: short for --fetch none"},
-        {"--budget", "usual|strangers", budgeted,
-         "What each picture may cost: usual, or strangers for documents of people one does not know (usual)",
-         Completes::words, listOf(budgetWords)},
-        {"--budget-steps", "N", budgeted,
-         "How many steps the work may take: nodes, questions of layout, characters, things drawn"},
-        {"--budget-pixels", "N", budgeted, "How many pixels may be painted"},
-        {"--budget-bytes", "N", budgeted, "How many bytes may be held at once"},
-        {"--budget-seconds", "S", budgeted, "How long it may take (as long as it needs; in the preview 10)"},
-        {"--background", "COLOR|none|auto", drawn.with(Verb::check),
-         "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own (auto)",
-         Completes::words, listOf({"auto", "none"})},
-        {"--rounded", "", drawn, "Cut the home screen's rounded corners; transparent outside"},
+        shared(OptionName::fontDir, "DIR", shown, "the system's"),
+        shared(OptionName::budget, "usual|strangers", budgeted),
+        shared(OptionName::budgetSteps, "N", budgeted),
+        shared(OptionName::budgetPixels, "N", budgeted),
+        shared(OptionName::budgetBytes, "N", budgeted),
+        shared(OptionName::budgetSeconds, "S", budgeted, "as long as it needs; in the preview 10"),
+        shared(OptionName::background, "COLOR|none|auto", drawn.with(Verb::check), {}, Completes::words,
+               listOf({"auto", "none"})),
+        shared(OptionName::rounded, "", drawn),
         {"--frames", "FROM..TO", onlyRender,
          "Draw the moments of a span, such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, instead of one: as an "
          "animation where OUT ends in .png, .apng or .webp, as numbered PNGs where it is a folder or has a place for "
@@ -178,9 +180,7 @@ const std::vector<OptionInfo>& options() {
         {"--fps", "N", onlyRender,
          "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)", Completes::words,
          listOf({"10", "25", "50"})},
-        {"--compression", "fast|balanced|small", onlyRender,
-         "Whether a PNG or WebP is written quickly, small or between (fast)", Completes::words,
-         listOf(compressionWords)},
+        shared(OptionName::compression, "fast|balanced|small", onlyRender),
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
         {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "

@@ -7,11 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "tavrin/platform/foundation/budget/render_budget.h"
+#include "tavrin/doors/option.h"
+#include "tavrin/doors/option_words.h"
+#include "tavrin/doors/words.h"
 #include "tavrin/platform/foundation/enumerators.h"
-#include "tavrin/platform/foundation/net/fetch_policy.h"
-#include "tavrin/platform/paint/png_encoder.h"
-#include "tavrin/platform/ui/color.h"
 
 namespace tavrin::cli {
 
@@ -76,10 +75,10 @@ enum class Completes : unsigned char { nothing, words, file, folder };
 
 /// One option: how it is written, explained and completed. Parsing, help and completion scripts all read this list.
 struct OptionInfo {
-    std::string_view name;   ///< "--family"
+    std::string name;        ///< "--family"
     std::string_view value;  ///< what stands behind it, "NAME"; empty for a flag
     VerbSet takers;          ///< the verbs that take it
-    std::string_view help;
+    std::string help;
     Completes completes = Completes::nothing;
     std::vector<std::string> words = {};  ///< the values it takes, or the usual ones
     std::string_view shortName = {};      ///< "-o"
@@ -96,27 +95,13 @@ struct InformationOption {
 
 [[nodiscard]] std::span<const InformationOption> informationOptions();
 
-/// Words with a blank, or another separator, between them.
-template <class Words>
-[[nodiscard]] std::string joined(const Words& words, std::string_view separator = " ") {
-    std::string text;
-    for (const auto& word : words) text.append(text.empty() ? "" : separator).append(word);
-    return text;
-}
-
 /// The shells that completion scripts are written for.
 inline constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
 
 /// The words of an option that takes nothing else.
-inline constexpr const auto& appearanceWords = enumeratorNames<Appearance>;
-inline constexpr const auto& budgetWords = enumeratorNames<BudgetProfile>;
 inline constexpr const auto& textFormatWords = enumeratorNames<TextFormat>;
 /// Of pictures behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};
 inline constexpr const auto& checkFormatWords = enumeratorNames<CheckFormat>;
-inline constexpr const auto& compressionWords = enumeratorNames<paint::PngCompression>;
-inline constexpr EnumeratorTable<FetchPolicy, std::string_view> fetchTable{
-    {{FetchPolicy::none, "none"}, {FetchPolicy::publicOnly, "public"}, {FetchPolicy::all, "all"}}};
-inline constexpr const auto& fetchWords = fetchTable.values();
 
 }  // namespace tavrin::cli

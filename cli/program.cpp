@@ -78,13 +78,12 @@ int runReported(std::span<const std::string> words, Reporter& reporter) {
         return runCommand(words, reporter);
     } catch (const ClosedOutput&) {
         return failed;
-    } catch (const UsageError&) {
-        reporter.report(describe(std::current_exception()));
+    } catch (...) {
+        const Failure failure = describe(std::current_exception());
+        reporter.report(failure);
+        if (failure.type != "UsageError") return failed;
         reporter.hint(helpFor(words));
         return wrongCommandLine;
-    } catch (...) {
-        reporter.report(describe(std::current_exception()));
-        return failed;
     }
 }
 

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "cli/option_values.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
 
 namespace tavrin::cli {

@@ -2,7 +2,7 @@
 # Lets programs carry in themselves what they draw and decode with: each shared library takes every start a tenth of a
 # millisecond, and Cairo's brings in nine of the X window system's that nothing here calls. Those who use the installed
 # package are not concerned. Cairo is carried under the Mozilla Public License, one of its two; libraries that are under
-# the LGPL alone stay shared.
+# the LGPL alone stay shared. Modules of other programs link the shared ones: the archives are not made for them.
 set(tavrin_carried_packages)
 
 # Puts `libraries` in front of the shared ones of a target, which the linker then finds no need for. `package` is the
@@ -14,7 +14,7 @@ function(tavrin_carry target package)
     if(NOT tavrin_${library})
       return()
     endif()
-    list(APPEND files ${tavrin_${library}})
+    list(APPEND files $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${tavrin_${library}}>)
   endforeach()
   get_target_property(shared PkgConfig::${target} INTERFACE_LINK_LIBRARIES)
   set_target_properties(PkgConfig::${target} PROPERTIES INTERFACE_LINK_LIBRARIES "${files};${shared}")

@@ -50,13 +50,16 @@ MAY_INCLUDE = {
     "tavrin/widget": ["tavrin/engine", "tavrin/images", *NODES_BELOW, LAYOUT, PAINT, PAINT_TEXT, EXPLAIN, TEXT],
     "tavrin/diagnostics": ["tavrin/widget", "tavrin/schema", "tavrin/engine", "tavrin/images", "tavrin/modifiers",
                            "tavrin/nodes", *NODES_BELOW, LAYOUT, PAINT, TEXT],
+    "tavrin/doors": ["tavrin/widget", "tavrin/diagnostics", "tavrin/schema", "tavrin/engine", "tavrin/images",
+                     *NODES_BELOW, LAYOUT, PAINT, EXPLAIN, TEXT],
     "tavrin/tavrin.h": ANYWHERE,
     "tavrin/records.h": ANYWHERE,
     "tavrin/diagnostics.h": ANYWHERE,
     "cli": ANYWHERE,
+    "bindings": ANYWHERE,
 }
 
-INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<((?:tavrin|cli)/[^>]+)>)')
+INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<((?:tavrin|cli|bindings)/[^>]+)>)')
 
 
 def home(path):
@@ -90,7 +93,7 @@ def violation(path, header):
 def check(top):
     """Every violation below a folder as 'file:line: message'."""
     found = []
-    for source in sorted(path for place in ("tavrin", "cli") for path in (top / place).rglob("*")):
+    for source in sorted(path for place in ("tavrin", "cli", "bindings") for path in (top / place).rglob("*")):
         if source.suffix not in (".h", ".cpp"):
             continue
         path = source.relative_to(top).as_posix()

@@ -4,8 +4,8 @@
 #include <fmt/format.h>
 
 #include "cli/matrix/matrix_picture.h"
-#include "cli/option_values.h"
 #include "cli/options.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 #include "tavrin/platform/foundation/strings/markup_text.h"
 

@@ -8,9 +8,9 @@
 
 #include <fmt/format.h>
 
-#include "cli/option_values.h"
 #include "cli/options.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 
 namespace tavrin::cli {
 namespace {

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "cli/io_error.h"
-#include "cli/option_values.h"
 #include "cli/several_options.h"
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 
 namespace tavrin::cli {
 namespace {

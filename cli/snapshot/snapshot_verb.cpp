@@ -115,7 +115,7 @@ private:
     }
 
     void fail(Compared& result, const std::string& message) const {
-        result.outcome.failure = Failure{"SnapshotDifference", message};
+        result.outcome.failure = Failure{{"SnapshotDifference", message}};
         result.outcome.failure->file = displayName(matrix_.documents[result.cell.document].path);
     }
 

@@ -51,7 +51,7 @@ TEST(Usage, IsRefused) {
         {"an accessory on a tablet",
          {"tree", "a.json", "--family", "accessoryInline", "--screen", "1024x1366"},
          "1024x1366 has no accessoryInline; 440x956, "},
-        {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give --size, or one of 440x956"},
+        {"an unknown screen", {"tree", "a.json", "--screen", "100x100"}, "give a size, or one of 440x956"},
         {"a screen that is no size", {"tree", "a.json", "--screen", "phone"}, "such as 338x158"},
         {"a size and a family", {"tree", "a.json", "--size", "1x1", "--family", "systemSmall"}, "instead of --family"},
         {"one number", {"tree", "a.json", "--size", "338"}, "--size takes a width and a height"},

@@ -66,6 +66,16 @@ FallbackFamily addFamily(std::string name, const Patterns& patterns, std::deque<
     return family;
 }
 
+/// What to tell where the system font is not found.
+std::string missing(const FontLibrary::Options& options) {
+    const std::string family = "the font family \"" + options.systemFamily + "\" is not ";
+    if (!options.folder.empty()) return family + "in the folder \"" + options.folder + "\"";
+    if (options.systemFamily != FontLibrary::Options().systemFamily) return family + "installed";
+    return family +
+           "installed; Debian has it in fonts-inter, and emoji in fonts-noto-color-emoji, or a folder of fonts can be "
+           "named";
+}
+
 }  // namespace
 
 hb_blob_t* FontSource::bytes() const {
@@ -78,7 +88,9 @@ const FallbackFamily* Fallbacks::find(std::string_view name) const {
     return found == families.end() ? nullptr : &*found;
 }
 
-FontCatalog::FontCatalog(const FontLibrary::Options& options) : config_(makePrivateFontConfig()) {
+FontCatalog::FontCatalog(const FontLibrary::Options& options) : config_(makePrivateFontConfig(options.folder)) {
+    if (!config_ && !options.folder.empty())
+        throw TavrinError("Font", "the folder of fonts \"" + options.folder + "\" cannot be read");
     if (!config_) throw TavrinError("Font", "the list of installed fonts cannot be read");
     std::vector<FontPattern> hostFonts;
     for (const auto& file : options.fontFiles) {
@@ -87,7 +99,7 @@ FontCatalog::FontCatalog(const FontLibrary::Options& options) : config_(makePriv
         hostFonts.insert(hostFonts.end(), fonts.begin(), fonts.end());
     }
     addHostFamilies(hostFonts);
-    findSystemFont(options.systemFamily, hostFonts);
+    findSystemFont(options, hostFonts);
 }
 
 void FontCatalog::addHostFamilies(const std::vector<FontPattern>& fonts) {
@@ -103,7 +115,8 @@ void FontCatalog::addHostFamilies(const std::vector<FontPattern>& fonts) {
     }
 }
 
-void FontCatalog::findSystemFont(const std::string& family, const std::vector<FontPattern>& hostFonts) {
+void FontCatalog::findSystemFont(const FontLibrary::Options& options, const std::vector<FontPattern>& hostFonts) {
+    const std::string& family = options.systemFamily;
     Handle<FcFontSet, FcFontSetDestroy> set;
     const std::vector<FontPattern> installed = listFonts(config_.get(), family, false, set);
     Patterns candidates;
@@ -112,7 +125,7 @@ void FontCatalog::findSystemFont(const std::string& family, const std::vector<Fo
             if (font.isOfFamily(family)) candidates.push_back(&font);
         if (!candidates.empty()) break;
     }
-    if (candidates.empty()) throw TavrinError("Font", "the font family \"" + family + "\" is not installed");
+    if (candidates.empty()) throw TavrinError("Font", missing(options));
     for (std::size_t i = 0; i < std::size(weights); ++i) system_[i] = add(*nearestWeight(candidates, weights[i]));
 }
 

@@ -78,7 +78,7 @@ public:
 
 private:
     void addHostFamilies(const std::vector<FontPattern>& fonts);
-    void findSystemFont(const std::string& family, const std::vector<FontPattern>& hostFonts);
+    void findSystemFont(const FontLibrary::Options& options, const std::vector<FontPattern>& hostFonts);
     FontId add(const FontPattern& font);
     void listFallbacks() const;
 

@@ -13,10 +13,12 @@
 namespace tavrin::text {
 namespace {
 
-constexpr const char* privateConfiguration = R"(<?xml version="1.0"?>
+constexpr std::string_view configurationBegin = R"(<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
-<fontconfig>
-  <dir>/usr/share/fonts</dir>
+<fontconfig>)";
+constexpr std::string_view installedFonts = R"(
+  <dir>/usr/share/fonts</dir>)";
+constexpr std::string_view configurationEnd = R"(
   <cachedir>/var/cache/fontconfig</cachedir>
   <cachedir prefix="xdg">fontconfig</cachedir>
 </fontconfig>)";
@@ -70,11 +72,16 @@ bool FontPattern::isOfFamily(std::string_view name) const {
     return std::find(families.begin(), families.end(), name) != families.end();
 }
 
-Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig() {
+Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig(const std::string& folder) {
+    const auto bytes = [](const std::string& text) { return reinterpret_cast<const FcChar8*>(text.c_str()); };
+    std::error_code error;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error)) return nullptr;
+    std::string text(configurationBegin);
+    text.append(folder.empty() ? installedFonts : "").append(configurationEnd);
     Handle<FcConfig, FcConfigDestroy> config(FcConfigCreate());
-    const auto* text = reinterpret_cast<const FcChar8*>(privateConfiguration);
-    if (!config || !FcConfigParseAndLoadFromMemory(config.get(), text, FcTrue) || !FcConfigBuildFonts(config.get()))
-        return nullptr;
+    if (!config || !FcConfigParseAndLoadFromMemory(config.get(), bytes(text), FcTrue)) return nullptr;
+    if (!FcConfigBuildFonts(config.get())) return nullptr;
+    if (!folder.empty() && !FcConfigAppFontAddDir(config.get(), bytes(folder))) return nullptr;
     return config;
 }
 

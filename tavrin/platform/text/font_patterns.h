@@ -23,8 +23,9 @@ struct FontPattern {
     [[nodiscard]] bool isOfFamily(std::string_view name) const;
 };
 
-/// A configuration that knows the directories packages install fonts in and nothing else.
-Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig();
+/// A configuration that knows the directories packages install fonts in and nothing else, or only a folder where one is
+/// named; null where there is no such folder.
+Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig(const std::string& folder);
 
 /// All faces of the configuration, of one family or (empty) of any. Upright, of normal width, scalable or in colour;
 /// the named instances of variable fonts are left out. `set` keeps the charsets alive. In no particular order.

@@ -65,6 +65,8 @@ public:
         std::string systemFamily = "Inter";
         /// Font files of the host's own, which come before the installed fallbacks.
         std::vector<std::string> fontFiles = {};
+        /// A folder whose fonts, also those in folders inside it, stand instead of the installed ones; empty: these.
+        std::string folder = {};
     };
 
     /// The library every renderer uses unless it is given another. Throws `TavrinError` of kind "Font" when the
@@ -73,6 +75,9 @@ public:
     /// A library of the host's own. Throws `TavrinError` of kind "Font" for a family that is not found or a file that
     /// cannot be read as a font.
     static std::shared_ptr<const FontLibrary> make(const Options& options);
+    /// A library of the fonts in a folder, and no others; some are kept, so that the next one asked for costs nothing.
+    /// Throws as `make` does. Thread-safe.
+    static std::shared_ptr<const FontLibrary> inFolder(const std::string& folder);
 
     explicit FontLibrary(std::unique_ptr<const FontCatalog> catalog);
     ~FontLibrary();

@@ -168,12 +168,15 @@ TextPainter& TextPainter::ofThisThread() {
 std::shared_ptr<TextPainter> TextPainter::ofThisThread(const std::shared_ptr<const text::FontLibrary>& library) {
     // The thread's own, which nobody has to keep.
     if (!library) return {std::shared_ptr<void>(), &ofThisThread()};
-    thread_local std::map<const text::FontLibrary*, std::weak_ptr<TextPainter>> painters;
-    std::erase_if(painters, [](const auto& painter) { return painter.second.expired(); });
-    std::weak_ptr<TextPainter>& known = painters[library.get()];  // which a painter keeps
-    std::shared_ptr<TextPainter> painter = known.lock();
-    if (!painter) known = painter = std::make_shared<TextPainter>(library);
-    return painter;
+    constexpr std::size_t maximumKept = 4;
+    using Painter = std::pair<std::shared_ptr<const text::FontLibrary>, std::shared_ptr<TextPainter>>;
+    thread_local std::vector<Painter> painters;  // the latest first
+    auto known = std::ranges::find(painters, library, &Painter::first);
+    if (known == painters.end())
+        known = painters.emplace(painters.begin(), library, std::make_shared<TextPainter>(library));
+    std::rotate(painters.begin(), known, known + 1);
+    if (painters.size() > maximumKept) painters.pop_back();
+    return painters.front().second;
 }
 
 TextPainter::State& TextPainter::state() {

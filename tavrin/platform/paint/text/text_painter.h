@@ -30,7 +30,8 @@ public:
     /// The calling thread's, over the thread's engine, made on first use.
     static TextPainter& ofThisThread();
 
-    /// The calling thread's over a library, as long as somebody there has it; null is the system library.
+    /// The calling thread's over a library; null is the system library. The last four are kept, with the fonts that
+    /// they have open.
     static std::shared_ptr<TextPainter> ofThisThread(const std::shared_ptr<const text::FontLibrary>& library);
 
     [[nodiscard]] text::TextEngine& engine() const { return engine_; }

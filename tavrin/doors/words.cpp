@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/suggestion.h"
+#include "tavrin/doors/words.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include "tavrin/platform/foundation/strings/ascii.h"
 #include "tavrin/platform/foundation/strings/edit_distance.h"
 
-namespace tavrin::cli {
+namespace tavrin {
 namespace {
 
 std::string_view withoutDashes(std::string_view word) {
@@ -26,6 +26,11 @@ bool beginsAlike(std::string_view word, std::string_view known) {
 
 }  // namespace
 
+std::string listed(std::span<const std::string_view> words) {
+    if (words.size() < 2) return joined(words);
+    return joined(words.first(words.size() - 1), ", ") + " or " + std::string(words.back());
+}
+
 std::string suggestion(std::string_view word, std::span<const std::string_view> known) {
     std::vector<std::string_view> likely;
     for (const std::string_view candidate : known)
@@ -35,4 +40,4 @@ std::string suggestion(std::string_view word, std::span<const std::string_view> 
     return "; did you mean '" + std::string(*std::ranges::find(known, *closest, withoutDashes)) + "'?";
 }
 
-}  // namespace tavrin::cli
+}  // namespace tavrin

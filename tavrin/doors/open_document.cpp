@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/doors/open_document.h"
+
+#include <cstddef>
+
+#include "tavrin/doors/explain_path.h"
+#include "tavrin/doors/option_error.h"
+#include "tavrin/doors/option_values.h"
+#include "tavrin/widget/widget.h"
+
+namespace tavrin {
+namespace {
+
+std::optional<std::string_view> viewOf(const std::shared_ptr<const std::string>& text) {
+    return text ? std::optional<std::string_view>(*text) : std::nullopt;
+}
+
+/// Does some work; what fails is told in the terms of the two texts.
+template <class Work>
+auto described(std::string_view document, std::optional<std::string_view> model, const Work& work) {
+    try {
+        return work();
+    } catch (const OptionError&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        throw CallError(describeError(std::current_exception(), document, model));
+    }
+}
+
+}  // namespace
+
+OpenDocument::OpenDocument(std::string text, const RenderBudget& budget)
+    : state_(described(text, std::nullopt, [&] {
+          Document document(text, budget);
+          return std::make_shared<const State>(State{std::move(text), std::move(document)});
+      })) {}
+
+OpenWidget OpenDocument::widget(std::optional<std::string> model, DrawingOptions options) const {
+    // Once for all answers.
+    if (!options.widget.date) options.widget.date = Date::now();
+    if (!options.widget.timeZone) options.widget.timeZone = TimeZone::current();
+    return OpenWidget(state_, std::move(model), std::move(options));
+}
+
+OpenWidget::OpenWidget(std::shared_ptr<const OpenDocument::State> document, std::optional<std::string> model,
+                       DrawingOptions options)
+    : document_(std::move(document)),
+      model_(model ? std::make_shared<const std::string>(*std::move(model)) : nullptr),
+      options_(std::move(options)),
+      bound_(described(document_->text, viewOf(model_),
+                       [&] { return document_->document.bind(viewOf(model_), options_.widget); })) {}
+
+template <class Work>
+auto OpenWidget::answer(const Work& work) const {
+    return described(document_->text, viewOf(model_), work);
+}
+
+LastPicture& OpenWidget::lastPicture() {
+    constexpr std::size_t mostBytes = std::size_t{16} << 20;
+    thread_local LastPicture last(mostBytes);
+    return last;
+}
+
+std::string OpenWidget::encode(const PictureOptions& picture) const {
+    return answer([&] {
+        WidgetOptions options = options_.widget;
+        if (picture.compression) options.compression = *picture.compression;
+        if (picture.quality) options.quality = picture.quality;
+        return bound_.widget(std::move(options)).encode(picture.format.value_or(options_.format), lastPicture());
+    });
+}
+
+std::shared_ptr<const PixelBuffer> OpenWidget::pixels() const {
+    return answer([&] { return bound_.widget(options_.widget).pixels(lastPicture()); });
+}
+
+std::string OpenWidget::treeText() const {
+    return answer([&] { return bound_.treeText(); });
+}
+
+std::string OpenWidget::layoutText() const {
+    return answer([&] { return bound_.widget(options_.widget).layoutText(); });
+}
+
+std::string OpenWidget::targetsText() const {
+    return answer([&] { return bound_.widget(options_.widget).targetsText(); });
+}
+
+std::optional<Date> OpenWidget::validUntil() const {
+    return answer([&] { return bound_.widget(options_.widget).validUntil(); });
+}
+
+std::string OpenWidget::explanation(const std::optional<std::string>& path) const {
+    return answer([&] {
+        WidgetOptions options = options_.widget;
+        options.trace = WidgetTrace::reasons;
+        const Explanation explanation =
+            document_->document.widget(viewOf(model_), options).explanation();  // bound anew, with origins
+        if (!path) return outlineText(explanation);
+        return explanationText(explanation, viewsAtPath(explanation, *path, document_->text));
+    });
+}
+
+std::vector<Diagnostic> checkDocument(std::string_view document, std::optional<std::string_view> model,
+                                      const DrawingOptions& options, const std::vector<std::string>& families) {
+    DiagnoseOptions diagnosed{options.widget};
+    diagnosed.rooms.clear();
+    for (const std::string& family : families)
+        diagnosed.rooms.push_back(readFamily("families", family, options.screen));
+    if (families.empty()) diagnosed.rooms.push_back(options.widget.room);
+    return diagnose(document, model, diagnosed);
+}
+
+}  // namespace tavrin
