@@ -2,7 +2,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo docs test bench bench-peers lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test test-doors test-c package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -14,13 +14,16 @@ setup: ## install the Debian packages of everything below
 	@scripts/setup.sh program tests checks
 
 # What a target needs is set up when it is first asked for.
-.PHONY: setup-program setup-tests setup-checks
+.PHONY: setup-program setup-tests setup-checks setup-doors
 setup-program:
 	@scripts/setup.sh program
 setup-tests:
 	@scripts/setup.sh program tests
 setup-checks:
 	@scripts/setup.sh program tests checks
+
+setup-doors:
+	@scripts/setup.sh program tests doors
 
 # A folder is configured once; after that the build itself notices what has to be configured again. The program is
 # configured alone as long as nobody has asked for its tests.
@@ -41,6 +44,21 @@ demo: build ## render every example into out/, with a page that shows them
 test: build/release/with-tests ## build everything and run all tests
 	cmake --build --preset release
 	ctest --preset release --parallel $(JOBS)
+
+test-doors: test-c ## set up and test the doors for other languages
+
+# `make test` tests the library itself; this is what it promised so far.
+test-c: build/release/with-tests | setup-doors
+	cmake --build --preset release --target tavrin_c
+	scripts/abi.sh check build/release/bindings/c/libtavrin_c.so.0
+
+package: build ## what is installed without compiling, in out/packages
+	cmake --build --preset release --target tavrin_program tavrin_c
+	cpack --config build/release/CPackConfig.cmake -B out/packages
+	rm -rf out/packages/_CPack_Packages
+
+test-package: package | setup-doors ## install the packages in an empty Debian, and use them there
+	scripts/package_test.py out/packages build/release/tavrin build/debian
 
 bench: build/release/with-tests ## run the benchmarks
 	cmake --build --preset release --target tavrin_bench

@@ -84,7 +84,7 @@ void build(CLI::App& app, std::span<const std::string> words) {
     app.set_help_flag("-h,--help", "Print this help and exit");
     for (const InformationOption& option : informationOptions()) {
         const std::string help = std::string(option.help) + " and exit";
-        addOption(app, {option.name, "", VerbSet(), help});
+        addOption(app, {std::string(option.name), "", VerbSet(), help});
     }
     addOption(app, optionNamed("--errors"));
     app.formatter(std::make_shared<HelpFormatter>("tavrin VERB ... [options]"));

@@ -19,7 +19,7 @@ std::string compgen(const std::string& what) { return "COMPREPLY=($(compgen " + 
 std::string pattern(const OptionInfo& option) {
     const auto namesakes = std::ranges::count(options(), option.name, &OptionInfo::name);
     std::vector<std::string> patterns;
-    for (const std::string_view name : {option.name, option.shortName}) {
+    for (const std::string_view name : {std::string_view(option.name), option.shortName}) {
         if (name.empty()) continue;
         if (namesakes == 1) patterns.push_back("*\\ " + std::string(name));
         for (const Verb verb : enumerators<Verb>)

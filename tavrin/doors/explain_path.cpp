@@ -15,8 +15,8 @@ namespace {
 /// Lists the ways to a value and to all inside, as errors write them.
 void listPaths(const JSON& value, CodingPath& way, std::vector<std::string>& paths) {
     paths.push_back(toText(way));
-    const auto step = [&](CodingKey key, const JSON& inner) {
-        way.push_back(std::move(key));
+    const auto step = [&](const auto& key, const JSON& inner) {
+        way.emplace_back(key);
         listPaths(inner, way, paths);
         way.pop_back();
     };

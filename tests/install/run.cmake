@@ -27,3 +27,15 @@ run(${CMAKE_COMMAND}
 run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
 run(${SCRATCH}/build/host)
 run(${SCRATCH}/prefix/bin/tavrin check ${HOST}/widget.json)
+if(EXISTS ${SCRATCH}/prefix/include/tavrin/tavrin_c.h)
+  # As its users would: what it needs pkg-config tells.
+  file(GLOB_RECURSE package ${SCRATCH}/prefix/tavrin-c.pc)
+  cmake_path(GET package PARENT_PATH package_folder)
+  cmake_path(GET package_folder PARENT_PATH library_folder)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${package_folder} pkg-config --cflags --libs tavrin-c
+                  OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(flags)
+  run(${C_COMPILER} -std=c99 -Wall -Wextra -pedantic -Werror ${C_HOST} ${flags} -Wl,-rpath,${library_folder}
+      -o ${SCRATCH}/c_host)
+  run(${SCRATCH}/c_host test ${HOST}/widget.json)
+endif()

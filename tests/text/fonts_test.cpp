@@ -103,6 +103,30 @@ TEST(Fonts, SystemFontMayBeAHostFile) {
     EXPECT_EQ(fileOf(catalog, catalog.systemFont(Font::Weight::bold)), "NotoSerif-Regular.ttf");
 }
 
+TEST(Fonts, AFolderStandsInsteadOfTheInstalledFonts) {
+    namespace fs = std::filesystem;
+    const FontCatalog& installed = FontLibrary::system()->catalog();
+    std::string folder = (fs::temp_directory_path() / "tavrin-fonts-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
+    fs::create_directory(folder + "/inside");
+    const std::string inter = installed.source(installed.systemFont(Font::Weight::regular)).path();
+    fs::copy_file(inter, folder + "/inside/Own.otf");
+    const auto library = FontLibrary::inFolder(folder);
+    EXPECT_EQ(fileOf(library->catalog(), library->catalog().systemFont(Font::Weight::bold)), "Own.otf");
+    EXPECT_TRUE(library->catalog().fallbacks().families.empty());
+    EXPECT_FALSE(library->catalog().fallbacks().emoji);
+    EXPECT_EQ(FontLibrary::inFolder(folder), library) << "is kept";
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    try {
+        (void)FontLibrary::make({.folder = folder});
+        FAIL();
+    } catch (const TavrinError& error) {
+        EXPECT_EQ(error.message, "the font family \"Inter\" is not in the folder \"" + folder + "\"");
+    }
+    fs::remove_all(folder);
+}
+
 TEST(Fonts, WhatIsMissingIsReported) {
     std::string folder = (std::filesystem::temp_directory_path() / "tavrin-fonts-XXXXXX").string();
     ASSERT_NE(::mkdtemp(folder.data()), nullptr);
@@ -117,6 +141,8 @@ TEST(Fonts, WhatIsMissingIsReported) {
         {"no such file", {"Inter", {"/nonexistent/font.ttf"}}},
         {"a file that is no font", {"Inter", {"/etc/passwd"}}},
         {"a pipe, which is not waited for", {"Inter", {pipe}}},
+        {"no such folder", {"Inter", {}, "/nonexistent"}},
+        {"a folder that is a file", {"Inter", {}, "/etc/passwd"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

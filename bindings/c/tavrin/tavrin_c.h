@@ -97,8 +97,13 @@ typedef struct tavrin_options {
     const tavrin_cancel_token* cancel; /* what ends the work; it must live as long as what is made with it */
 } tavrin_options;
 
-#define TAVRIN_OPTIONS_INIT \
-    { sizeof(tavrin_options) }
+/* clang-format off */
+#ifdef __cplusplus
+#define TAVRIN_OPTIONS_INIT { sizeof(tavrin_options) }
+#else
+#define TAVRIN_OPTIONS_INIT { .struct_size = sizeof(tavrin_options) }
+#endif
+/* clang-format on */
 
 /* The version's number, 10,000 * major + 100 * minor + patch, and through `text`, which may be NULL, "0.1.0". */
 TAVRIN_API int tavrin_version(const char** text);

@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Installs the Debian packages in an empty Debian 12 and uses them: package_test.py PACKAGES PROGRAM SCRATCH
+
+There the installed program must draw every example to the bytes that PROGRAM draws here, and a program in C must build
+against the installed library and draw. Lintian must find no errors in the packages. Where nobody may make an empty
+Debian (it takes root, and Debian's packages from the network) only Lintian looks, and a word says so.
+"""
+import hashlib
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+
+TOP = pathlib.Path(__file__).resolve().parent.parent
+RELEASE = "bookworm"
+MOMENT = ["--date", "2026-11-21T08:05:00Z", "--time-zone", "UTC"]
+
+
+def run(*command, **more):
+    return subprocess.run([str(word) for word in command], check=True, **more)
+
+
+def quiet(*command, **more):
+    return run(*command, stdout=subprocess.DEVNULL, **more)
+
+
+class Root:
+    """A folder that holds an empty Debian, in which commands run."""
+
+    def __init__(self, scratch):
+        self.path = scratch / RELEASE
+        base = scratch / f"{RELEASE}.tar"
+        if not base.exists():
+            shutil.rmtree(self.path, ignore_errors=True)
+            quiet("debootstrap", "--variant=minbase", RELEASE, self.path)
+            run("tar", "--create", "--file", f"{base}.part", "--directory", self.path, ".")
+            pathlib.Path(f"{base}.part").rename(base)
+        shutil.rmtree(self.path, ignore_errors=True)
+        self.path.mkdir(parents=True)
+        run("tar", "--extract", "--file", base, "--directory", self.path)
+
+    def run(self, *command, **more):
+        environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "DEBIAN_FRONTEND": "noninteractive", "HOME": "/root"}
+        return run("chroot", self.path, *command, env=environment, **more)
+
+    def install(self, *packages):
+        self.run("apt-get", "install", "--yes", "--quiet", *packages, stdout=subprocess.DEVNULL)
+
+
+def picture(run_program, folder):
+    """The picture of an example, drawn in its folder by a program that takes words."""
+    model = ["--model", f"{folder}/model.json"]
+    return run_program("render", f"{folder}/document.json", *model, *MOMENT, "--fetch", "none", "-o", "-",
+                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout  # pictures that may not be fetched
+
+
+def missing_for_debian():
+    if os.geteuid() != 0:
+        return "it takes root"
+    lacking = [command for command in ("debootstrap", "chroot", "tar") if not shutil.which(command)]
+    return f"{', '.join(lacking)} is not installed" if lacking else None
+
+
+def main():
+    packages, program, scratch = (pathlib.Path(word).resolve() for word in sys.argv[1:4])
+    debs = sorted(packages.glob("*.deb"))
+    if len(debs) != 3:
+        sys.exit(f"there should be three Debian packages in {packages}, not {len(debs)}")
+    run("lintian", "--fail-on", "error", "--suppress-tags", "bad-distribution-in-changes-file", *debs)
+    if reason := missing_for_debian():
+        print(f"No empty Debian was made: {reason}.")
+        return
+    scratch.mkdir(parents=True, exist_ok=True)
+    root = Root(scratch)
+    here = root.path / "tavrin"
+    here.mkdir()
+    for deb in debs:
+        shutil.copy(deb, here)
+    shutil.copytree(TOP / "examples", here / "examples")
+    shutil.copy(TOP / "bindings" / "c" / "tests" / "host.c", here)
+
+    root.install(*[f"/tavrin/{deb.name}" for deb in debs if deb.name.startswith("tavrin_")])
+    drawn = 0
+    for folder in sorted(path.parent for path in (TOP / "examples").glob("*/document.json")):
+        theirs = picture(lambda *words, **more: root.run("tavrin", *words, **more), f"/tavrin/examples/{folder.name}")
+        ours = picture(lambda *words, **more: run(program, *words, **more), folder)
+        if hashlib.sha256(theirs).digest() != hashlib.sha256(ours).digest():
+            sys.exit(f"the installed program draws {folder.name} otherwise")
+        drawn += 1
+    root.run("tavrin", "check", "/tavrin/examples/agenda/document.json", "--model",
+             "/tavrin/examples/agenda/model.json", "--fetch", "none")
+
+    root.install(*[f"/tavrin/{deb.name}" for deb in debs], "gcc", "libc6-dev", "pkg-config")
+    root.run("sh", "-c", "cc -std=c99 -Wall -Wextra -pedantic -Werror /tavrin/host.c"
+                         " $(pkg-config --cflags --libs tavrin-c) -o /tavrin/host")
+    root.run("/tavrin/host", "draw", "/tavrin/examples/agenda/document.json", "/tavrin/examples/agenda/model.json",
+             "png", "/tavrin/agenda.png", "date", MOMENT[1], "time_zone", MOMENT[3])
+    ours = picture(lambda *words, **more: run(program, *words, **more), TOP / "examples" / "agenda")
+    if (here / "agenda.png").read_bytes() != ours:
+        sys.exit("a program in C draws agenda otherwise")
+    shutil.rmtree(root.path)
+    print(f"In an empty Debian the packages draw {drawn} examples, and one from C, with the bytes of {program.name}.")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "tavrin/doors/open_document.h"
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tavrin/doors/option_error.h"
+#include "tavrin/widget/widget.h"
+
+namespace tavrin {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* greeting =
+    R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.name}}"}}})";
+
+DrawingOptions optionsAt(double seconds) {
+    DrawingOptions options;
+    options.widget.date = Date{seconds};
+    options.widget.timeZone = TimeZone();
+    options.widget.room = {.name = "100x50", .size = {100, 50}};
+    return options;
+}
+
+std::string fresh(const std::string& model) { return Document(greeting).widget(model, optionsAt(0).widget).encode(); }
+
+TEST(OpenDocument, AnswersAreTheWidgets) {
+    const OpenDocument document(greeting);
+    const OpenWidget widget = document.widget(R"({"name": "Ada"})", optionsAt(0));
+    Widget own = Document(greeting).widget(R"({"name": "Ada"})", optionsAt(0).widget);
+    EXPECT_EQ(widget.encode(), own.encode());
+    EXPECT_EQ(widget.encode({.format = PictureFormat::svg}), own.encode(PictureFormat::svg));
+    EXPECT_EQ(*widget.pixels(), own.pixels());
+    EXPECT_EQ(widget.layoutText(), own.layoutText());
+    EXPECT_EQ(widget.targetsText(), own.targetsText());
+    EXPECT_EQ(widget.treeText(), own.document().treeText());
+    EXPECT_EQ(widget.validUntil(), own.validUntil());
+    EXPECT_THAT(widget.explanation(std::nullopt), HasSubstr("Text \"Ada\""));
+    EXPECT_THAT(widget.explanation("nodes.main"), HasSubstr("Ada"));
+    EXPECT_EQ(document.text(), greeting);
+}
+
+TEST(OpenDocument, CompressionAndQualityOfAPictureWin) {
+    const OpenWidget widget = OpenDocument(greeting).widget(R"({"name": "Ada"})", optionsAt(0));
+    WidgetOptions small = optionsAt(0).widget;
+    small.compression = PngCompression::small;
+    EXPECT_EQ(widget.encode({.compression = PngCompression::small}),
+              Document(greeting).widget(R"({"name": "Ada"})", small).encode());
+}
+
+TEST(OpenDocument, ErrorsKnowTheirPlace) {
+    try {
+        const OpenDocument document("{\n  \"version\": \"1.0\",\n  \"nodes\": {\"main\": {\"type\": 5}}}");
+        FAIL();
+    } catch (const CallError& error) {
+        EXPECT_EQ(error.description.type, "DecodingError");
+        EXPECT_EQ(error.description.place->line, 3U);
+        EXPECT_THAT(toJSON(error.description), HasSubstr(R"("path":["nodes","main","type"])"));
+        EXPECT_THAT(toJSON(error.description), HasSubstr(R"("role":"document","line":3)"));
+    }
+    try {
+        (void)OpenDocument(greeting).widget("{", optionsAt(0));
+        FAIL();
+    } catch (const CallError& error) {
+        EXPECT_THAT(toJSON(error.description), HasSubstr(R"("role":"model","line":1,"column":2)"));
+    }
+}
+
+TEST(OpenDocument, ABudgetThatIsSpentIsAnError) {
+    DrawingOptions options = optionsAt(0);
+    options.widget.budget.cancel = CancelToken();
+    const OpenWidget widget = OpenDocument(greeting).widget(R"({"name": "Ada"})", options);
+    EXPECT_FALSE(widget.encode().empty());
+    options.widget.budget.cancel->cancel();
+    try {
+        (void)widget.treeText();
+        FAIL();
+    } catch (const CallError& error) {
+        EXPECT_EQ(error.description.kind, "Budget");
+    }
+}
+
+TEST(OpenDocument, ChecksInEachFamily) {
+    const auto codes = [](const std::vector<std::string>& families) {
+        return toJSON(checkDocument("{", std::nullopt, optionsAt(0), families));
+    };
+    EXPECT_THAT(codes({}), HasSubstr("\"severity\":\"error\""));
+    EXPECT_THAT(codes({"systemSmall", "systemLarge"}), HasSubstr("\"severity\":\"error\""));
+    EXPECT_THROW((void)codes({"systemTiny"}), OptionError);
+}
+
+TEST(OpenDocumentThreads, ShareOneWidget) {
+    const OpenDocument document(greeting);
+    const OpenWidget shared = document.widget(R"({"name": "Ada"})", optionsAt(0));
+    const std::string expected = fresh(R"({"name": "Ada"})");
+    std::vector<std::thread> threads;
+    std::vector<int> wrong(4);
+    for (std::size_t number = 0; number < wrong.size(); ++number)
+        threads.emplace_back([&, number] {
+            for (int i = 0; i < 20; ++i) {
+                wrong[number] += shared.encode() != expected;
+                const std::string model = R"({"name": "N)" + std::to_string(i) + "\"}";
+                wrong[number] += document.widget(model, optionsAt(0)).encode() != fresh(model);
+            }
+        });
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_THAT(wrong, testing::Each(0));
+    EXPECT_EQ(shared.encode(), expected) << "after the threads that drew it have gone";
+}
+
+}  // namespace
+}  // namespace tavrin
