@@ -79,6 +79,12 @@ std::uint64_t readCount(std::string_view option, std::string_view value) {
     return *count;
 }
 
+int readQuality(std::string_view option, std::string_view value) {
+    const auto quality = intFromText<int>(value);
+    if (!quality || *quality < 1 || *quality > 100) fail(option, "a whole number from 1 to 100", value);
+    return *quality;
+}
+
 std::pair<Date, Date> readMoments(std::string_view option, std::string_view value) {
     constexpr std::string_view wanted =
         "two moments such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, the earlier one first";

@@ -34,6 +34,8 @@ namespace tavrin::cli {
 [[nodiscard]] double readSeconds(std::string_view option, std::string_view value);
 /// A positive whole number.
 [[nodiscard]] std::uint64_t readCount(std::string_view option, std::string_view value);
+/// A whole number from 1 to 100.
+[[nodiscard]] int readQuality(std::string_view option, std::string_view value);
 /// "FROM..TO": two moments, the second not before the first.
 [[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 /// 0 to 65535.
