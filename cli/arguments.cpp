@@ -95,6 +95,11 @@ bool namesFile(const std::string& output) {
     return (namesPictureFormat(output) || !animationWord(output).empty()) && !namesFolder(output);
 }
 
+/// Refuses a quality of pictures that have none.
+void checkQuality(const DocumentArguments& arguments, std::string_view pictures) {
+    if (arguments.widget.quality) throw UsageError("--quality is for jpeg and webp, not for " + std::string(pictures));
+}
+
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
 void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
     arguments.widget.room = matrix.rooms.front();
@@ -124,6 +129,7 @@ std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArgum
         throw UsageError("several pictures cannot go to one file; give a folder instead of '" + *output + "'");
     if (const std::string* format = values.find("--format"); format && *format != "png")
         throw UsageError("several pictures of a document are drawn as png, not " + *format);
+    checkQuality(common, "png");
     MatrixArguments arguments{std::move(common), std::move(matrix), *output, values.find("--hashes") != nullptr};
     if (!lines) return arguments;
     return LinesArguments{std::move(arguments), *lines, key ? std::optional(ModelKey(*key)) : std::nullopt};
@@ -138,10 +144,14 @@ Arguments readRenderArguments(const Values& values, DocumentArguments common) {
         throw UsageError("--hashes is for the index of several pictures of a document; there is none of this command");
     RenderArguments arguments{std::move(common)};
     arguments.frames = readFrames(values.command());
-    if (arguments.frames)
+    if (arguments.frames) {
+        checkQuality(arguments, "frames, which are without loss");
         arguments.widget.date = arguments.frames->span.first;
-    else
-        arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
+        return arguments;
+    }
+    arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
+    const PictureFormat format = arguments.destination.format;
+    if (format != PictureFormat::jpeg && format != PictureFormat::webp) checkQuality(arguments, name(format));
     return arguments;
 }
 

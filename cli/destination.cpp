@@ -20,13 +20,15 @@ std::string suffixOf(PictureFormat format) { return "." + std::string(name(forma
 /// The format that a file's suffix names, in any letter case.
 std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
     const std::string suffix = lowercaseSuffix(path);
+    if (suffix == ".jpg") return PictureFormat::jpeg;
     for (const PictureFormat format : enumerators<PictureFormat>)
         if (suffix == suffixOf(format)) return format;
     return std::nullopt;
 }
 
 PictureFormat readFormat(const std::string& word) {
-    if (std::ranges::count(frameFormatWords, word) > 0 && word != "png")
+    const auto isOneOf = [&word](const auto& words) { return std::ranges::count(words, word) > 0; };
+    if (isOneOf(frameFormatWords) && !isOneOf(enumeratorNames<PictureFormat>))
         throw UsageError("--format " + word + " is for animations: say which moments with --frames");
     return enumerators<PictureFormat>[readWord("--format", word, enumeratorNames<PictureFormat>)];
 }
@@ -41,8 +43,8 @@ Destination fileOrFolder(const std::string& output, std::optional<PictureFormat>
     if (format) return {Destination::Kind::file, path, *format};
     if (!animationWord(path).empty())
         throw UsageError("'" + output + "' is an animation: say which moments with --frames");
-    throw UsageError("--output takes a name that ends in .png, .svg or .pdf, or --format says what '" + output +
-                     "' is; the name of a new folder ends in /");
+    throw UsageError("--output takes a name that ends in .png, .svg, .pdf, .webp or .jpg, or --format says what '" +
+                     output + "' is; the name of a new folder ends in /");
 }
 
 Destination folderForSeveral(const std::string* output, std::optional<PictureFormat> format) {

@@ -40,9 +40,10 @@ std::vector<std::string> withAll(std::vector<std::string> words) {
 
 std::span<const VerbInfo> verbs() {
     static constexpr VerbInfo list[] = {
-        {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG or PDF",
+        {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG, PDF, WebP or JPEG",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
+         "  tavrin render weather.json -o weather.jpg --quality 90\n"
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
          "  tavrin render clock.json -o clock.webp --frames 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z\n"
          "  tavrin render widgets/*.json -o out/ --families all --appearances all --scales 2,3\n"
@@ -115,8 +116,8 @@ const std::vector<OptionInfo>& options() {
          "format's suffix, in the working directory",
          Completes::file, listOf({}), "-o"},
         {"--format", "FORMAT", onlyRender,
-         "png, svg or pdf, or png, apng or webp of frames, where OUT's suffix does not tell (png)", Completes::words,
-         listOf({"png", "svg", "pdf", "apng", "webp"})},
+         "png, svg, pdf, webp or jpeg, or png, apng or webp of frames, where OUT's suffix does not tell (png)",
+         Completes::words, listOf({"png", "svg", "pdf", "webp", "jpeg", "apng"})},
         {"--format", "FORMAT", onlyCheck,
          "How findings are written: text, on standard error, or json, sarif or github, on standard output (text)",
          Completes::words, listOf(checkFormatWords)},
@@ -181,6 +182,7 @@ const std::vector<OptionInfo>& options() {
          "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)", Completes::words,
          listOf({"10", "25", "50"})},
         shared(OptionName::compression, "fast|balanced|small", onlyRender),
+        shared(OptionName::quality, "N", onlyRender, {}, Completes::words, listOf({"75", "85", "95"})),
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
         {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "

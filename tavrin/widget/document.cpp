@@ -59,6 +59,7 @@ RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {
     render.background = options.background;
     render.rounded = options.rounded;
     render.compression = options.compression;
+    render.quality = options.quality;
     render.fonts = options.fonts;
     render.widgetURL = widgetURL_;
     render.budget = options.budget;

@@ -6,14 +6,37 @@
 #include <iterator>
 #include <utility>
 
+#include <fmt/format.h>
+
 #include "tavrin/platform/foundation/strings/json_writer.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/layout_printer.h"
 #include "tavrin/platform/paint/canvas.h"
+#include "tavrin/platform/paint/jpeg_encoder.h"
 #include "tavrin/platform/paint/next_change.h"
 #include "tavrin/platform/paint/text/text_painter.h"
+#include "tavrin/platform/paint/webp_encoder.h"
 #include "tavrin/platform/paint/widget_painter.h"
 
 namespace tavrin {
+namespace {
+
+bool isMadeOfPixels(PictureFormat format) { return format != PictureFormat::svg && format != PictureFormat::pdf; }
+
+std::optional<int> checkedQuality(std::optional<int> quality) {
+    if (quality && (*quality < 1 || *quality > 100))
+        throw TavrinError("Render", fmt::format("a picture of quality {}: it must be 1 to 100", *quality));
+    return quality;
+}
+
+std::string fileOf(const PixelBuffer& pixels, PictureFormat format, const RenderOptions& options) {
+    if (format == PictureFormat::png) return paint::encodePng(pixels, options.compression);
+    const std::optional<int> quality = checkedQuality(options.quality);
+    if (format == PictureFormat::jpeg) return paint::encodeJpeg(pixels, quality.value_or(paint::usualJpegQuality));
+    return paint::encodeWebp(pixels, options.compression, quality);
+}
+
+}  // namespace
 
 ImageRenderer::ImageRenderer(AnyView view, RenderOptions options)
     : view_(std::move(view)), options_(std::move(options)), texts_(paint::TextPainter::ofThisThread(options_.fonts)) {
@@ -121,22 +144,24 @@ PixelBuffer ImageRenderer::drawPixels(bool drawsTexts) {
 
 std::string ImageRenderer::encode(PictureFormat format) {
     return answer([&](const layout::LayoutTree& tree) {
-        paint::Canvas canvas = format == PictureFormat::png   ? paint::Canvas::raster(options_.size, options_.scale)
-                               : format == PictureFormat::svg ? paint::Canvas::svg(options_.size)
-                                                              : paint::Canvas::pdf(options_.size);
+        paint::Canvas canvas = format == PictureFormat::svg   ? paint::Canvas::svg(options_.size)
+                               : format == PictureFormat::pdf ? paint::Canvas::pdf(options_.size)
+                                                              : paint::Canvas::raster(options_.size, options_.scale);
         paint::paintWidget(tree, options_.look(), canvas, *texts_);
-        if (format == PictureFormat::png) return paint::encodePng(canvas.finishRaster(), options_.compression);
+        if (isMadeOfPixels(format)) return fileOf(canvas.finishRaster(), format, options_);
         for (const TapTarget& target : targetsIn(tree)) canvas.link(target.frame, target.destination);
         return canvas.finishDocument();
     });
 }
 
 std::string ImageRenderer::encode(PictureFormat format, LastPicture& last) {
-    if (format != PictureFormat::png) return encode(format);
+    if (!isMadeOfPixels(format)) return encode(format);
     const auto before = last.tree();
     layOutLike(last);
     return answer([&](const layout::LayoutTree&) {
-        return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);
+        if (format == PictureFormat::png)
+            return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);
+        return fileOf(*last.pixels(layout_, options_.look(), options_.scale, texts_), format, options_);
     });
 }
 

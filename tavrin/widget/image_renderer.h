@@ -26,7 +26,13 @@ using paint::LastPicture;
 using paint::PixelBuffer;
 
 /// What a rendered picture is written as.
-enum class PictureFormat : unsigned char { png, svg, pdf };
+enum class PictureFormat : unsigned char {
+    png,
+    svg,
+    pdf,
+    webp,  ///< without loss, unless there is a quality
+    jpeg,  ///< over white
+};
 
 /// Lays out one view and draws it, on the thread that makes it: texts are shaped and drawn with what each thread keeps.
 /// What costs more than `RenderOptions::budget` throws `TavrinError` of kind "Budget".
@@ -64,9 +70,11 @@ public:
     /// The same picture without its texts: what they stand on.
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();
     /// Draws the picture and writes it. SVG and PDF are drawn by the same walk, with text as glyphs, and lead where
-    /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`).
+    /// `targets` do; not to addresses that a viewer would run (`javascript:`, `vbscript:`, `data:`). A WebP has at most
+    /// 16,383 pixels a side; a larger one throws `TavrinError` of kind "Render", and so does a quality that is none.
     [[nodiscard]] std::string encode(PictureFormat format);
-    /// The same bytes; a PNG is made from what differs from the last picture. See `LastPicture`.
+    /// The same bytes; what is made of pixels is drawn from what differs from the last picture, and a PNG is also
+    /// compressed so. See `LastPicture`.
     [[nodiscard]] std::string encode(PictureFormat format, LastPicture& last);
 
     /// What the last answer has cost, all that led to it included.

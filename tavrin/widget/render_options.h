@@ -30,6 +30,8 @@ struct RenderOptions {
     /// Whether to cut the home screen's rounded corners; outside them the picture is transparent.
     bool rounded = false;
     PngCompression compression = PngCompression::fast;
+    /// Of a JPEG (absent: 85), or of a WebP that is not to be lossless: 1 to 100.
+    std::optional<int> quality = std::nullopt;
     /// The fonts to draw with; null is the system library.
     std::shared_ptr<const text::FontLibrary> fonts = nullptr;
     /// What opens when the widget is tapped where nothing else leads anywhere: `Context::widgetURL` after `loadView`.

@@ -66,6 +66,8 @@ TEST(Completion, OfBash) {
         {"options of render", "tavrin render a.json --rou", "--rounded"},
         {"values", "tavrin tree a.json --family systemS", "systemSmall"},
         {"formats of pictures", "tavrin render a.json --format s", "svg"},
+        {"formats for the web", "tavrin render a.json --format j", "jpeg"},
+        {"how true", "tavrin render a.json --qu", "--quality"},
         {"formats of findings", "tavrin check a.json --format s", "sarif"},
         {"policies", "tavrin render a.json --fetch p", "public"},
         {"options of fetch", "tavrin fetch a.json --f", "--fetch"},

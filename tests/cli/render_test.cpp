@@ -42,6 +42,12 @@ TEST(Render, WritesWhereItIsTold) {
         {"a name of its own", {"in/widget.json", "-o", "x.png"}, "x.png", pngStart},
         {"SVG", {"in/widget.json", "-o", "x.svg"}, "x.svg", "<?xml"},
         {"PDF", {"in/widget.json", "--output=x.pdf"}, "x.pdf", "%PDF"},
+        {"WebP", {"in/widget.json", "-o", "x.webp"}, "x.webp", "RIFF"},
+        {"JPEG", {"in/widget.json", "-o", "x.jpeg"}, "x.jpeg", "\xFF\xD8\xFF"},
+        {"JPEG by its short suffix", {"in/widget.json", "-o", "x.JPG"}, "x.JPG", "\xFF\xD8\xFF"},
+        {"JPEG of both names", {"in/widget.json", "-o", "x.jpg", "--format", "jpeg"}, "x.jpg", "\xFF\xD8\xFF"},
+        {"JPEG under the document's name", {"in/widget.json", "--format=jpeg"}, "widget.jpeg", "\xFF\xD8\xFF"},
+        {"a still WebP by one plural option", {"in/widget.json", "--scales=2", "-o", "x.webp"}, "x.webp", "RIFF"},
         {"a suffix in capitals", {"in/widget.json", "-ox.SVG"}, "x.SVG", "<?xml"},
         {"a format instead of a suffix", {"in/widget.json", "-o", "x.new", "--format", "svg"}, "x.new", "<?xml"},
         {"a format for the document's name", {"in/widget.json", "--format", "pdf"}, "widget.pdf", "%PDF"},
@@ -114,6 +120,19 @@ TEST(Render, OptionsChangeThePicture) {
         EXPECT_LT(picture({"--compression", compression}).size(), usual.size()) << compression;
 }
 
+TEST(Render, AQualityChangesThePicture) {
+    const Workplace place;
+    place.write("a.json", hello);
+    const auto sizeOf = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), {"render", "a.json", "-o", "-"});
+        return place.run(words).out.size();
+    };
+    for (const char* format : {"jpeg", "webp"})
+        EXPECT_LT(sizeOf({"--format", format, "--quality", "5"}), sizeOf({"--format", format, "--quality", "100"}));
+    EXPECT_EQ(sizeOf({"--format", "jpeg"}), sizeOf({"--format", "jpeg", "--quality", "85"}));
+    EXPECT_LT(sizeOf({"--format", "webp", "--compression", "small"}), sizeOf({"--format", "webp"}));
+}
+
 TEST(Render, SeveralDocumentsInOrderAndPastFailures) {
     const Workplace place;
     std::vector<std::string> words{"render", "-o", "out/of/here"};
@@ -165,6 +184,7 @@ TEST(Render, LeavesNothingBehindAFailure) {
         {"a file where a folder should be", {"a.json", "a.json/../b.json", "-o", "file"}, "Not a directory"},
         {"a file within the folder's path", {"a.json", "-o", "file/x/"}, "Not a directory"},
         {"too many pixels", {"a.json", "--size", "100000x100000"}, "Render"},
+        {"too wide for a WebP", {"a.json", "--size", "16384x1", "--scale=1", "-o", "a.webp"}, "1 to 16383 pixels"},
         {"a size beyond all bounds", {"a.json", "--size", "1e300x1e300"}, "Render"},
     };
     for (const auto& row : rows) {

@@ -71,6 +71,12 @@ TEST(OpenDocument, ErrorsKnowTheirPlace) {
     }
 }
 
+TEST(OpenDocument, AMalformedExpressionEndsNoProcess) {
+    const OpenDocument document(
+        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a]b[}}"}}})");
+    EXPECT_THROW((void)document.widget(R"({"initServerParam": {}})", optionsAt(0)), CallError);
+}
+
 TEST(OpenDocument, ABudgetThatIsSpentIsAnError) {
     DrawingOptions options = optionsAt(0);
     options.widget.budget.cancel = CancelToken();

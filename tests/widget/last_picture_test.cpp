@@ -321,7 +321,8 @@ TEST(LastPicture, PicturesOfAllFormsFollowEachOther) {
     LastPicture last;
     RenderOptions options;
     options.size = {60, 40};
-    for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::png, PictureFormat::pdf})
+    for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::webp, PictureFormat::png,
+                                       PictureFormat::jpeg, PictureFormat::pdf})
         for (const PngCompression compression :
              {PngCompression::fast, PngCompression::small, PngCompression::balanced, PngCompression::fast})
             for (const char* text : {"a", "b", "b"}) {

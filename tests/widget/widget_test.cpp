@@ -61,7 +61,7 @@ TEST(Widget, IsWhatAnEngineAndARendererMake) {
     EXPECT_EQ(widget.layoutText(), renderer.layoutText());
     EXPECT_EQ(widget.targetsText(), renderer.targetsText());
     EXPECT_THAT(widget.targetsText(), HasSubstr("app:Ada"));
-    for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
+    for (const PictureFormat format : enumerators<PictureFormat>)
         EXPECT_EQ(widget.encode(format), renderer.encode(format));
 }
 

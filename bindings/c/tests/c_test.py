@@ -15,7 +15,7 @@ import unittest
 TOP = pathlib.Path(__file__).resolve().parents[3]
 PROGRAM, HOST, LIBRARY = map(pathlib.Path, sys.argv[1:4])
 MOMENT = "2026-03-01T09:41:00Z"
-FORMATS = ["png", "svg", "pdf"]
+FORMATS = ["png", "svg", "pdf", "webp", "jpeg"]
 
 
 def run(*command, **more):

@@ -12,6 +12,7 @@
 #include "tavrin/platform/foundation/threads/parallel_loop.h"
 #include "tavrin/platform/paint/animation/apng_file.h"
 #include "tavrin/platform/paint/animation/webp_file.h"
+#include "tavrin/platform/paint/webp_encoder.h"
 
 namespace tavrin::paint {
 namespace {
@@ -27,26 +28,19 @@ std::int64_t pixelCount(const FramePatch& patch) { return std::int64_t{patch.are
 
 /// How many times as long as painting a pixel compressing one takes, roughly.
 std::uint64_t compressingWeight(AnimationFormat format, PngCompression compression) {
-    const bool isWebP = format == AnimationFormat::webp;
+    if (format == AnimationFormat::webp) return webpWeight(compression);
     switch (compression) {
-        case PngCompression::fast: return isWebP ? 16 : 1;
-        case PngCompression::balanced: return isWebP ? 32 : 3;
-        case PngCompression::small: return isWebP ? 64 : 8;
+        case PngCompression::fast: return 1;
+        case PngCompression::balanced: return 3;
+        case PngCompression::small: return 8;
     }
     return 1;
-}
-
-void checkSize(const PixelBuffer& picture, AnimationFormat format) {
-    const int side = std::max(picture.width(), picture.height());
-    if (format == AnimationFormat::webp && side > maximumWebpSide)
-        throw TavrinError("Render", fmt::format("a WebP picture of {} x {} pixels: each side must be 1 to {} pixels",
-                                                picture.width(), picture.height(), maximumWebpSide));
 }
 
 }  // namespace
 
 void AnimationEncoder::add(const std::shared_ptr<const PixelBuffer>& picture, std::uint64_t milliseconds) {
-    if (!last_) checkSize(*picture, format_);
+    if (!last_ && format_ == AnimationFormat::webp) checkWebpSize(*picture);
     if (picture != last_) addPatch(*picture);
     frames_.back().milliseconds += milliseconds;
     last_ = picture;

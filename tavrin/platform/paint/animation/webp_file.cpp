@@ -2,19 +2,10 @@
 #include "tavrin/platform/paint/animation/webp_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <exception>
-#include <memory>
 #include <string_view>
-#include <vector>
 
-#include <fmt/format.h>
-#include <webp/encode.h>
-
-#include "tavrin/platform/foundation/budget/metering.h"
-#include "tavrin/platform/foundation/enumerators.h"
-#include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/paint/webp_encoder.h"
 
 namespace tavrin::paint {
 namespace {
@@ -61,51 +52,10 @@ std::string fileHead(int width, int height) {
     return bytes;
 }
 
-WebPConfig configFor(PngCompression compression) {
-    constexpr std::array<int, enumeratorCount<PngCompression>> levels{1, 4, 8};
-    WebPConfig config;
-    const int level = levels[indexOf(compression)];
-    if (!WebPConfigInit(&config) || !WebPConfigLosslessPreset(&config, level))
-        throw TavrinError("Render", "the WebP library is of another version");
-    return config;
-}
-
 }  // namespace
 
 std::string webpFrame(const FramePatch& patch, PngCompression compression) {
-    const WebPConfig config = configFor(compression);
-    WebPPicture picture;
-    if (!WebPPictureInit(&picture)) throw TavrinError("Render", "the WebP library is of another version");
-    picture.use_argb = 1;
-    picture.width = patch.pixels.width();
-    picture.height = patch.pixels.height();
-    WebPMemoryWriter writer;
-    WebPMemoryWriterInit(&writer);
-    picture.writer = WebPMemoryWrite;
-    picture.custom_ptr = &writer;
-    // Looks now and then whether there is time left; what that throws must not leave through the library.
-    std::exception_ptr failure;
-    picture.user_data = &failure;
-    picture.progress_hook = [](int, const WebPPicture* of) {
-        try {
-            checkBudget();
-            return 1;
-        } catch (...) {
-            *static_cast<std::exception_ptr*>(of->user_data) = std::current_exception();
-            return 0;
-        }
-    };
-    const std::unique_ptr<WebPPicture, decltype(&WebPPictureFree)> pictureEnd(&picture, &WebPPictureFree);
-    const std::unique_ptr<WebPMemoryWriter, decltype(&WebPMemoryWriterClear)> writerEnd(&writer,
-                                                                                        &WebPMemoryWriterClear);
-    const std::vector<std::uint8_t> rgba = patch.pixels.straightRGBA();
-    const bool isWritten =
-        WebPPictureImportRGBA(&picture, rgba.data(), 4 * picture.width) && WebPEncode(&config, &picture);
-    if (failure) std::rethrow_exception(failure);
-    if (!isWritten)
-        throw TavrinError("Render", fmt::format("a frame could not be compressed (WebP error {})",
-                                                static_cast<int>(picture.error_code)));
-    return {reinterpret_cast<const char*>(writer.mem) + fileHeaderSize, writer.size - fileHeaderSize};
+    return encodeWebp(patch.pixels, compression).substr(fileHeaderSize);
 }
 
 std::string webpFile(int width, int height, std::span<const EncodedFrame> frames) {

@@ -10,9 +10,6 @@
 
 namespace tavrin::paint {
 
-/// A WebP picture has at most so many pixels a side.
-inline constexpr int maximumWebpSide = 16383;
-
 /// A patch as the picture of a frame, without loss.
 [[nodiscard]] std::string webpFrame(const FramePatch& patch, PngCompression compression);
 
