@@ -8,6 +8,7 @@
 
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/changed_areas.h"
+#include "tavrin/platform/paint/drawn_extents.h"
 #include "tavrin/platform/paint/png_fast.h"
 #include "tavrin/platform/paint/text/text_painter.h"
 #include "tavrin/platform/paint/widget_painter.h"
@@ -55,6 +56,7 @@ struct LastPicture::Kept {
     WidgetLook look;
     double scale = 0;
     std::shared_ptr<TextPainter> texts;
+    std::unique_ptr<DrawnExtents> extents = std::make_unique<DrawnExtents>(*tree, *texts);
     std::shared_ptr<PixelBuffer> pixels = nullptr;
     std::shared_ptr<PixelBuffer> spare = nullptr;  ///< the picture before that, where somebody else had it
     std::vector<PixelRect> inSpare = {};           ///< where it differs
@@ -125,7 +127,7 @@ std::size_t LastPicture::byteCount() const {
     if (!kept_) return 0;
     constexpr std::size_t bytesOfNode = 256;  // with its text
     return kept_->pixels->byteCount() + (kept_->spare ? kept_->spare->byteCount() : 0) + kept_->fast.byteCount() +
-           kept_->png.capacity() + kept_->tree->nodes().size() * bytesOfNode;
+           kept_->png.capacity() + kept_->extents->byteCount() + kept_->tree->nodes().size() * bytesOfNode;
 }
 
 void LastPicture::forgetTooMuch() {
@@ -155,7 +157,7 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
     std::unique_ptr<Kept> before = std::move(kept_);
     auto now = std::make_unique<Kept>(Kept{std::move(tree), look, scale, texts});
     const auto paint = [&](Canvas canvas) {
-        paintWidget(*now->tree, look, canvas, *texts);
+        paintWidget(*now->tree, look, canvas, *texts, {.extents = now->extents.get()});
         return canvas;
     };
 
@@ -166,9 +168,10 @@ void LastPicture::draw(std::shared_ptr<const layout::LayoutTree> tree, const Wid
         kept_ = std::move(now);
         return;
     }
+    if (before->tree == now->tree) std::swap(before->extents, now->extents);
     const PixelRect all = boundsOf(*before->pixels);
     std::vector<PixelRect> windows =
-        grownWindows(changedAreas(*before->tree, *now->tree, scale, *texts), all,
+        grownWindows(changedAreas(*before->extents, *now->extents, scale), all,
                      [&](const PixelRect& window) { return paint(Canvas::survey(all, scale, window)).window(); });
     now->takeOver(*before);
     if (!windows.empty()) {

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <optional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
+#include "tavrin/platform/paint/deflate_header.h"
 #include "tavrin/platform/paint/run_deflater.h"
 
 namespace tavrin::paint {
@@ -38,8 +38,6 @@ constexpr std::size_t runsInBand = 2048;
 
 /// Those of a picture with so many are not kept.
 constexpr std::size_t mostKeptRuns = 500'000;
-
-constexpr std::string_view zlibHeader("\x78\x01", 2);
 
 /// The rows of one picture, compressed from top to bottom.
 class BandWriter {
