@@ -151,7 +151,7 @@ void LastPicture::forget() { kept_.reset(); }
 
 std::size_t LastPicture::byteCount() const {
     if (!kept_) return 0;
-    constexpr std::size_t bytesOfNode = 256;  // with its text
+    constexpr std::size_t bytesOfNode = 512;  // with its text and its answers
     return kept_->pixels->byteCount() + (kept_->spare ? kept_->spare->byteCount() : 0) + kept_->fast.byteCount() +
            kept_->png.capacity() + kept_->extents->byteCount() + kept_->tree->nodes().size() * bytesOfNode;
 }
