@@ -2,16 +2,15 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <isa-l.h>
 #include <libdeflate.h>
 
+#include "bench/measures.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tavrin/platform/paint/png_reduction.h"
 #include "tests/golden/golden_case.h"
@@ -54,26 +53,7 @@ std::size_t libdeflate(const PixelBuffer&, const PngSamples& samples) {
     return sizeByLibdeflate(samples.rows.data(), samples.rows.size(), level);
 }
 
-std::size_t igzip(const PixelBuffer&, const PngSamples& samples) {
-    static Bytes levelBuffer(ISAL_DEF_LVL1_DEFAULT);
-    static Bytes out;
-    constexpr std::size_t expansion = 4096;
-    out.resize(std::max(out.size(), samples.rows.size() + expansion));
-    isal_zstream stream;
-    isal_deflate_init(&stream);
-    stream.level = 1;
-    stream.level_buf = levelBuffer.data();
-    stream.level_buf_size = static_cast<std::uint32_t>(levelBuffer.size());
-    stream.gzip_flag = IGZIP_ZLIB;
-    stream.end_of_stream = 1;
-    stream.flush = NO_FLUSH;
-    stream.next_in = const_cast<std::uint8_t*>(samples.rows.data());
-    stream.avail_in = static_cast<std::uint32_t>(samples.rows.size());
-    stream.next_out = out.data();
-    stream.avail_out = static_cast<std::uint32_t>(out.size());
-    isal_deflate(&stream);
-    return stream.total_out;
-}
+std::size_t igzip(const PixelBuffer&, const PngSamples& samples) { return sizeByIgzip(samples.rows); }
 
 /// Whether a fifth of the pixels of some rows is neither the one above nor the one to the left.
 bool isNoisy(const PixelBuffer& picture) {
@@ -130,12 +110,6 @@ struct Compression {
 using Compressions = std::array<Compression, 12>;
 constexpr std::size_t fastest = 0;
 constexpr std::size_t smallest = 1;
-
-double threadSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 /// Everything, measured once.
 const Compressions& measured() {

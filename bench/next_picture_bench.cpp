@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <array>
 #include <cstddef>
-#include <ctime>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/bench_data.h"
+#include "bench/measures.h"
 #include "tavrin/tavrin.h"
 
 // What the next picture costs beside one from scratch, both from a model's text to the bytes of a PNG, by turns in one
@@ -17,12 +17,6 @@
 
 namespace tavrin::bench {
 namespace {
-
-double threadSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 WidgetOptions widgetOptions(const Example& example) {
     WidgetOptions options;

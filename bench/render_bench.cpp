@@ -3,9 +3,9 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <isa-l.h>
 
 #include "bench/bench_data.h"
+#include "bench/measures.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/painter.h"
 #include "tavrin/tavrin.h"
@@ -100,28 +100,11 @@ std::vector<std::uint8_t> filteredRows(const PixelBuffer& pixels) {
 
 void BM_IgzipAlone(benchmark::State& state) {
     const Widget& widget = widgets[state.range(0)];
-    std::vector<std::uint8_t> rows =
+    const std::vector<std::uint8_t> rows =
         filteredRows(ImageRenderer(load(Example(widget.name)), optionsFor(widget)).pixels());
-    std::vector<std::uint8_t> out(rows.size() + 4096);
-    std::vector<std::uint8_t> levelBuffer(ISAL_DEF_LVL1_DEFAULT);
     state.SetLabel(widget.name);
     std::size_t bytes = 0;
-    for (auto _ : state) {
-        isal_zstream stream;
-        isal_deflate_init(&stream);
-        stream.level = 1;
-        stream.level_buf = levelBuffer.data();
-        stream.level_buf_size = static_cast<std::uint32_t>(levelBuffer.size());
-        stream.gzip_flag = IGZIP_ZLIB;
-        stream.end_of_stream = 1;
-        stream.flush = NO_FLUSH;
-        stream.next_in = rows.data();
-        stream.avail_in = static_cast<std::uint32_t>(rows.size());
-        stream.next_out = out.data();
-        stream.avail_out = static_cast<std::uint32_t>(out.size());
-        isal_deflate(&stream);
-        bytes = stream.total_out;
-    }
+    for (auto _ : state) bytes = sizeByIgzip(rows);
     state.counters["bytes"] = static_cast<double>(bytes);
 }
 BENCHMARK(BM_IgzipAlone)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);

@@ -109,6 +109,10 @@ void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
     arguments.model = matrix.models.front().path;
 }
 
+[[noreturn]] void failKey() {
+    throw UsageError("--key names the pictures of models that are lines of a file: --models FILE");
+}
+
 /// What plural options ask for: a matrix, or one with each line of a file; or else that is one picture of each document
 /// and no folder is named, which is drawn like any other.
 std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArguments& common) {
@@ -116,7 +120,7 @@ std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArgum
         throw UsageError("--frames draws a span of one picture; give no plural options with it");
     const std::string* const lines = findModelLines(values.command());
     const std::string* const key = values.find("--key");
-    if (key && !lines) throw UsageError("--key names the pictures of models that are lines of a file: --models FILE");
+    if (key && !lines) failKey();
     Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date);
     const std::string* const output = values.find("--output");
     const bool namesNoFolder = !output || output->empty() || *output == "-";
@@ -138,8 +142,7 @@ std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArgum
 Arguments readRenderArguments(const Values& values, DocumentArguments common) {
     if (asksForMatrix(values.command()))
         if (auto arguments = readMatrixArguments(values, common)) return *std::move(arguments);
-    if (values.find("--key"))
-        throw UsageError("--key names the pictures of models that are lines of a file: --models FILE");
+    if (values.find("--key")) failKey();
     if (values.find("--hashes"))
         throw UsageError("--hashes is for the index of several pictures of a document; there is none of this command");
     RenderArguments arguments{std::move(common)};

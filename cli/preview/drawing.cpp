@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "cli/input.h"
-#include "cli/preview/kept_pictures.h"
+#include "cli/kept_pictures.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
@@ -25,7 +25,7 @@ void drawInto(Drawn& drawn, const Drawing& drawing) {
     };
     KeptPictures& kept = KeptPictures::ofThisThread();
     Widget widget = widgetOf(drawing, options);
-    drawn.picture = widget.encode(PictureFormat::png, kept.before(drawing));
+    drawn.picture = widget.encode(PictureFormat::png, kept.before(drawing.path, options));
     kept.trim();
     drawn.validUntil = widget.validUntil();
 }

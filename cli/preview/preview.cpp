@@ -4,10 +4,10 @@
 #include <chrono>
 #include <vector>
 
+#include "cli/kept_pictures.h"
 #include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
 #include "cli/preview/http_server.h"
-#include "cli/preview/kept_pictures.h"
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"

@@ -60,9 +60,9 @@ struct AnimationRenderer::State {
             loaded->repeat();
         else
             loaded = layout::LoadedBodies::under(view);
-        return std::make_shared<const layout::LayoutTree>(
-            layout::layOut(view, options.size, options.environment, texts->engine(),
-                           std::exchange(options.diagnostics, {}), layout::Recording::none, &*loaded));
+        return std::make_shared<const layout::LayoutTree>(layout::layOut(
+            view, options.size, options.environment, texts->engine(), std::exchange(options.diagnostics, {}),
+            layout::Recording::answers, &*loaded, last.tree().get()));
     }
 
     AnyView view;

@@ -50,32 +50,32 @@ ImageRenderer::~ImageRenderer() = default;
 text::TextEngine& ImageRenderer::textEngine() { return texts_->engine(); }
 
 const layout::LayoutTree& ImageRenderer::layoutTree() {
-    if (layout_ == nullptr) {
-        Cost cost = options_.spent;  // which stays as it is if layout fails
-        {
-            const Metering metering(options_.budget, cost);
-            layout_ = std::make_shared<const layout::LayoutTree>(layout::layOut(
-                view_, options_.size, options_.environment, textEngine(), options_.diagnostics, options_.recording));
-        }
-        options_.spent = cost;
-    }
+    if (layout_ == nullptr) layOut(options_.recording, nullptr);
     cost_ = options_.spent;
     return *layout_;
 }
 
-void ImageRenderer::layOutLike(const LastPicture& last) {
-    const std::shared_ptr<const layout::LayoutTree> before = last.tree();
-    if (layout_ || !before || before->nodes().empty() || options_.recording != layout::Recording::none) return;
-    if (last.texts() != texts_ || before->wasDoubted() || view_.box().loads) return;
-    const EnvironmentValues& environment = before->environment();
-    const EnvironmentValues& now = options_.environment;
-    const bool isSameRoom = before->widget() == options_.size && environment.displayScale == now.displayScale &&
-                            environment.appearance == now.appearance && environment.date == now.date &&
-                            environment.timeZone == now.timeZone && environment.font == now.font &&
-                            environment.lineLimit == now.lineLimit &&
-                            environment.foregroundColor == now.foregroundColor && environment.custom.empty() &&
-                            now.custom.empty();
-    if (isSameRoom && before->nodes().front().view->isLike(view_)) layout_ = before;
+void ImageRenderer::layOut(layout::Recording recording, const layout::LayoutTree* before) {
+    Cost cost = options_.spent;  // which stays as it is if layout fails
+    {
+        const Metering metering(options_.budget, cost);
+        layout_ = std::make_shared<const layout::LayoutTree>(layout::layOut(view_, options_.size, options_.environment,
+                                                                            textEngine(), options_.diagnostics,
+                                                                            recording, nullptr, before));
+    }
+    options_.spent = cost;
+}
+
+void ImageRenderer::layOutAfter(const LastPicture& last) {
+    if (layout_ || options_.recording != layout::Recording::none) return;
+    const std::shared_ptr<const layout::LayoutTree> before = last.texts() == texts_ ? last.tree() : nullptr;
+    const bool isSame = before && !before->nodes().empty() && !before->wasDoubted() && !view_.box().loads &&
+                        before->widget() == options_.size && before->environment().isLike(options_.environment) &&
+                        before->nodes().front().view->isLike(view_);
+    if (isSame)
+        layout_ = before;
+    else
+        layOut(layout::Recording::answers, before.get());
 }
 
 template <class Work>
@@ -127,7 +127,7 @@ PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 
 std::shared_ptr<const PixelBuffer> ImageRenderer::pixels(LastPicture& last) {
     const auto before = last.tree();  // given back when nothing is counted any more
-    layOutLike(last);
+    layOutAfter(last);
     return answer(
         [&](const layout::LayoutTree&) { return last.pixels(layout_, options_.look(), options_.scale, texts_); });
 }
@@ -157,7 +157,7 @@ std::string ImageRenderer::encode(PictureFormat format) {
 std::string ImageRenderer::encode(PictureFormat format, LastPicture& last) {
     if (!isMadeOfPixels(format)) return encode(format);
     const auto before = last.tree();
-    layOutLike(last);
+    layOutAfter(last);
     return answer([&](const layout::LayoutTree&) {
         if (format == PictureFormat::png)
             return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);

@@ -83,8 +83,10 @@ public:
     [[nodiscard]] text::TextEngine& textEngine();
 
 private:
-    /// Takes the tree that was drawn last where laying out would only make an equal one, and has nothing to report.
-    void layOutLike(const LastPicture& last);
+    void layOut(layout::Recording recording, const layout::LayoutTree* before);
+    /// Lays out from the tree that was drawn last; takes that where laying out would only make an equal one, and has
+    /// nothing to report.
+    void layOutAfter(const LastPicture& last);
     /// Does what an answer takes, on the budget, once the tree is laid out.
     template <class Work>
     auto answer(Work work);

@@ -150,11 +150,10 @@ TEST(Failures, OfReading) {
     };
     EXPECT_EQ(errorText(place.run({"tree", "b.json", "--errors", "json"}), "file"), "b.json");
     EXPECT_EQ(errorText(place.run({"tree", "a.json", "--model", "b.json", "--errors", "json"}), "file"), "b.json");
-    for (auto row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         EXPECT_THAT(place.run(row.words).err, HasSubstr(std::string("tavrin: error: cannot read ")));
-        row.words.insert(row.words.end(), {"--errors", "json"});
-        const Finished finished = place.run(row.words);
+        const Finished finished = place.run(joined(row.words, {"--errors", "json"}));
         EXPECT_EQ(finished.status, 1);
         EXPECT_EQ(errorText(finished, "type"), "IOError");
         EXPECT_THAT(errorText(finished, "message"), HasSubstr(row.message));

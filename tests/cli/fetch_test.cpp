@@ -143,9 +143,7 @@ TEST_F(Fetching, RenderTellsOfPicturesThatFail) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         const int before = server.requests();
-        std::vector<std::string> words{"render", "a.json"};
-        words.insert(words.end(), row.options.begin(), row.options.end());
-        const Finished finished = place.run(words);
+        const Finished finished = place.run(joined({"render", "a.json"}, row.options));
         EXPECT_EQ(finished.status, 0) << "the widget is drawn without";
         const bool mayFetch = row.requests > 0 || row.options.back() == "public";
         EXPECT_EQ(finished.err.substr(0, row.err.size()), row.err);

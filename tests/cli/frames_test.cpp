@@ -22,10 +22,9 @@ bool isApng(const std::string& bytes) { return bytes.starts_with(pngStart) && by
 bool isWebp(const std::string& bytes) { return bytes.starts_with("RIFF") && bytes.substr(8, 8) == "WEBPVP8X"; }
 
 std::vector<std::string> wordsFor(const std::vector<std::string>& more, const std::string& document = "clock.json") {
-    std::vector<std::string> words{"render", document, "--frames", "2026-03-01T09:41:00Z..2026-03-01T09:41:02Z",
-                                   "--size", "60x30",  "--scale",  "1"};
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
+    return joined({"render", document, "--frames", "2026-03-01T09:41:00Z..2026-03-01T09:41:02Z", "--size", "60x30",
+                   "--scale", "1"},
+                  more);
 }
 
 TEST(Frames, AreWrittenWhereTheyAreTold) {

@@ -23,10 +23,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-std::vector<std::string> lineWords(std::vector<std::string> more = {}) {
-    std::vector<std::string> words{"render", "w.json", "--models", "people.jsonl", "-o", "out", "--scale", "1"};
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
+std::vector<std::string> lineWords(const std::vector<std::string>& more = {}) {
+    return joined({"render", "w.json", "--models", "people.jsonl", "-o", "out", "--scale", "1"}, more);
 }
 
 std::vector<std::string> pictures(const Workplace& place) {
@@ -286,9 +284,7 @@ TEST(Lines, AreRefused) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> words{"render"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished finished = place.run(words);
+        const Finished finished = place.run(joined({"render"}, row.words));
         EXPECT_EQ(finished.status, row.status) << finished.err;
         EXPECT_THAT(finished.err, HasSubstr(row.message));
         EXPECT_FALSE(place.has("out"));

@@ -61,10 +61,8 @@ TEST(Matrix, OnePictureNeedsNoFolder) {
     const std::vector<std::string> one{
         "--families", "systemSmall", "--appearances",       "dark", "--scales", "2", "--models",
         "m",          "--dates",     "2026-03-01T09:41:00Z"};
-    const auto render = [&](std::vector<std::string> words) {
-        words.insert(words.begin(), "render");
-        words.insert(words.end(), one.begin(), one.end());
-        return place.run(words);
+    const auto render = [&](const std::vector<std::string>& words) {
+        return place.run(joined(joined({"render"}, words), one));
     };
     const Finished single = place.run({"render", "w.json", "-o", "-", "--family", "systemSmall", "--appearance", "dark",
                                        "--scale", "2", "--model", "m/only.json"});
@@ -226,9 +224,7 @@ TEST(Matrix, IsRefused) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> words{"render", "w.json"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished finished = place.run(words);
+        const Finished finished = place.run(joined({"render", "w.json"}, row.words));
         EXPECT_EQ(finished.status, row.status) << finished.err;
         EXPECT_THAT(finished.err, HasSubstr(row.message));
         EXPECT_FALSE(place.has("out"));

@@ -79,9 +79,8 @@ TEST(Print, TargetsAreThoseOfTheFamily) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(::testing::PrintToString(row.words));
-        const auto outputOf = [&](std::vector<std::string> words) {
-            words.insert(words.end(), row.words.begin(), row.words.end());
-            return place.run(words).out;
+        const auto outputOf = [&](const std::vector<std::string>& words) {
+            return place.run(joined(words, row.words)).out;
         };
         const std::string targets = outputOf({"targets", "a.json"});
         EXPECT_THAT(targets, HasSubstr("\"destination\": \"app:a\",\n      \"frame\": " + std::string(row.widget)));

@@ -86,6 +86,11 @@ std::vector<std::string> Workplace::files() const {
     return names;
 }
 
+std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 int waitFor(pid_t process) {
     int status = 0;
     ::waitpid(process, &status, 0);

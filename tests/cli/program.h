@@ -54,6 +54,9 @@ private:
     bool isTemporary_ = true;
 };
 
+/// A command's words and those behind them.
+[[nodiscard]] std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more);
+
 /// Waits for a process; see `Finished::status`.
 [[nodiscard]] int waitFor(pid_t process);
 

@@ -59,9 +59,7 @@ TEST(Render, WritesWhereItIsTold) {
         SCOPED_TRACE(row.why);
         const Workplace place;
         place.write("in/widget.json", hello);
-        std::vector<std::string> words{"render"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished finished = place.run(words, hello);
+        const Finished finished = place.run(joined({"render"}, row.words), hello);
         EXPECT_EQ(finished.status, 0);
         EXPECT_EQ(finished.out + finished.err, "");
         EXPECT_EQ(place.files().size(), 2u);
@@ -93,18 +91,15 @@ TEST(Render, DrawsInTheSizeThatIsAskedFor) {
     place.write("a.json", hello);
     for (const auto& row : rows) {
         SCOPED_TRACE(::testing::PrintToString(row.words));
-        std::vector<std::string> words{"render", "a.json", "-o", "-"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        EXPECT_EQ(pngSize(place.run(words).out), row.size);
+        EXPECT_EQ(pngSize(place.run(joined({"render", "a.json", "-o", "-"}, row.words)).out), row.size);
     }
 }
 
 TEST(Render, OptionsChangeThePicture) {
     const Workplace place;
     place.write("a.json", hello);
-    const auto picture = [&](std::vector<std::string> words) {
-        words.insert(words.begin(), {"render", "a.json", "-o", "-"});
-        return place.run(words).out;
+    const auto picture = [&](const std::vector<std::string>& words) {
+        return place.run(joined({"render", "a.json", "-o", "-"}, words)).out;
     };
     const std::string usual = picture({});
     EXPECT_EQ(picture({"--appearance", "light", "--background", "auto", "--compression", "fast"}), usual);
@@ -189,9 +184,7 @@ TEST(Render, LeavesNothingBehindAFailure) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> words{"render"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished finished = place.run(words);
+        const Finished finished = place.run(joined({"render"}, row.words));
         EXPECT_EQ(finished.status, 1);
         EXPECT_THAT(finished.err, HasSubstr(row.message));
         EXPECT_EQ(place.files(), before);

@@ -213,9 +213,7 @@ TEST(Snapshot, IsRefused) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> words{"snapshot", "w.json"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished finished = place.run(words);
+        const Finished finished = place.run(joined({"snapshot", "w.json"}, row.words));
         EXPECT_EQ(finished.status, 2);
         EXPECT_THAT(finished.err, HasSubstr(row.message));
     }

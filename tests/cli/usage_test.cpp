@@ -16,9 +16,7 @@ using ::testing::StartsWith;
 /// A command that draws frames, with other words behind.
 std::vector<std::string> framesWith(const std::vector<std::string>& more,
                                     const char* span = "2026-03-01T09:41:00Z..2026-03-01T09:42:00Z") {
-    std::vector<std::string> words{"render", "a.json", "--frames", span};
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
+    return joined({"render", "a.json", "--frames", span}, more);
 }
 
 TEST(Usage, IsRefused) {
@@ -165,9 +163,7 @@ TEST(Usage, IsRefused) {
         EXPECT_THAT(asText.err, StartsWith("tavrin: error: "));
         EXPECT_THAT(asText.err, HasSubstr(row.message));
 
-        std::vector<std::string> words{"--errors=json"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Finished asJSON = place.run(words);
+        const Finished asJSON = place.run(joined({"--errors=json"}, row.words));
         EXPECT_EQ(asJSON.status, 2);
         if (std::string_view(row.why) == "an unknown error format") continue;
         EXPECT_EQ(errorText(asJSON, "type"), "UsageError");

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/kept_pictures.h"
+#include "cli/kept_pictures.h"
 
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "cli/preview/drawing.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
@@ -36,13 +37,13 @@ protected:
 TEST_F(KeptPicturesTest, AnEditCostsWhatItChanges) {
     const Drawing first = drawingOf("ab");
     EXPECT_EQ(draw(first).picture, fromScratch(first));
-    const auto whole = kept().before(first).work().pixels;
+    const auto whole = kept().before(first.path, first.options).work().pixels;
     EXPECT_EQ(whole, 240U * 80U);
     for (const char* content : {"ac", "ab"}) {
         const Drawing next = drawingOf(content);
         EXPECT_EQ(draw(next).picture, fromScratch(next));
     }
-    EXPECT_LT(kept().before(first).work().pixels, whole * 3 / 2);
+    EXPECT_LT(kept().before(first.path, first.options).work().pixels, whole * 3 / 2);
     EXPECT_EQ(kept().count(), 1U);
 }
 

@@ -178,7 +178,9 @@ TEST(LastPicture, PicturesAfterOthersAreThoseFromScratch) {
             ImageRenderer renderer(view, options);
             const std::string expected = renderer.encode(PictureFormat::png);
             const std::uint64_t before = last.work().pixels;
-            const bool isSame = renderer.encode(PictureFormat::png, last) == expected;
+            ImageRenderer next(view, options);
+            const bool isSame = next.encode(PictureFormat::png, last) == expected;
+            ASSERT_EQ(next.layoutText(), renderer.layoutText()) << sequence << ", " << i;
             ASSERT_TRUE(isSame) << sequence << ", " << i << difference(*renderer.pixels(last), renderer.pixels())
                                 << viewTreeText(view);
             painted += last.work().pixels - before;

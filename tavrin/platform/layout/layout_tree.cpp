@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <utility>
 
+#include "tavrin/platform/layout/kept_answers.h"
 #include "tavrin/platform/layout/loaded_bodies.h"
 #include "tavrin/platform/layout/measurer.h"
 #include "tavrin/platform/layout/placer.h"
@@ -41,7 +43,7 @@ std::span<const LayoutTree::Index> LayoutTree::drawingOrder(Index stack) const {
 }
 
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
-                  const Diagnostics& diagnostics, Recording recording, LoadedBodies* loaded) {
+                  const Diagnostics& diagnostics, Recording recording, LoadedBodies* loaded, const LayoutTree* before) {
     LayoutTree tree(widget, environment);
     if (recording == Recording::placements) tree.placements_ = std::make_unique<Placements>();
     std::optional<LoadedBodies> own;
@@ -50,7 +52,12 @@ LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& env
     TreeBuilder builder(tree, *loaded, texts, diagnostics);
     builder.addRoot(root);
     measurer.takeIn();
-    Placer placer(tree, measurer);
+    const bool isComparable = before && before->environment().displayScale == environment.displayScale;
+    const EarlierLayout earlier = isComparable ? EarlierLayout(*before, tree) : EarlierLayout();
+    measurer.takeOver(earlier);
+    Placer placer(tree, measurer, earlier);
+    KeptAnswers kept;
+    if (recording == Recording::answers) placer.keepProposals(kept.proposals);
     placer.placeRoot();
     // Contents may hold further readers, which join the list.
     for (std::size_t next = 0; next < placer.placedReaders().size(); ++next) {
@@ -58,6 +65,11 @@ LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& env
         builder.addContent(reader);
         measurer.takeIn();
         placer.placeContent(reader);
+    }
+    if (recording == Recording::answers) {
+        kept.proposals.resize(tree.nodes_.size());
+        measurer.giveAway(kept);
+        tree.answers_ = std::make_shared<const KeptAnswers>(std::move(kept));
     }
     return tree;
 }

@@ -27,8 +27,14 @@ class LoadedBodies;
 /// Hears what is doubtful in a view tree but no error, one sentence each.
 using Diagnostics = std::function<void(std::string_view message)>;
 
-/// Whether layout notes what led to each place.
-enum class Recording : bool { none, placements };
+struct KeptAnswers;
+
+/// What layout keeps of how it came about.
+enum class Recording : unsigned char {
+    none,
+    placements,  ///< what led to each place, to be explained
+    answers,     ///< what was asked and answered, for a later tree to be laid out from
+};
 
 /// What texts and shapes inherit from the modifiers around them.
 struct Inherited {
@@ -133,6 +139,11 @@ public:
 
     [[nodiscard]] const Inherited& inherited(Index index) const { return inherited_[nodes_[index].inherited]; }
 
+    /// What a text looks like before it is broken.
+    [[nodiscard]] const std::shared_ptr<const text::ShapedText>& shapedText(Index text) const {
+        return texts_[nodes_[text].detail].shaped;
+    }
+
     /// The environment of the root; appearance, date and scale hold everywhere.
     [[nodiscard]] const EnvironmentValues& environment() const { return environment_; }
 
@@ -145,12 +156,15 @@ public:
     /// What led to the places; null unless layout was asked to note it.
     [[nodiscard]] const Placements* placements() const { return placements_.get(); }
 
+    /// What was asked and answered; null unless layout was asked to keep it. Only for layout.
+    [[nodiscard]] const KeptAnswers* answers() const { return answers_.get(); }
+
     /// How many sizes were asked for, by parents of their children.
     [[nodiscard]] std::uint64_t answerCount() const { return answerCount_; }
 
 private:
     friend LayoutTree layOut(const AnyView&, Size, const EnvironmentValues&, text::TextEngine&, const Diagnostics&,
-                             Recording, LoadedBodies*);
+                             Recording, LoadedBodies*, const LayoutTree*);
     friend class TreeBuilder;
     friend class StackChildren;
     friend class Measurer;
@@ -193,6 +207,7 @@ private:
     pool::Vector<ReaderItem> readers_;
     pool::Vector<Index> childLists_;
     std::unique_ptr<Placements> placements_;
+    std::shared_ptr<const KeptAnswers> answers_;
     EnvironmentValues environment_;
     Size widget_;
     std::uint64_t answerCount_ = 0;
@@ -204,10 +219,12 @@ private:
 /// Evaluates the body of each composed view and the content of each geometry reader once. Reports doubtful frames
 /// through `diagnostics`, if any. Throws `TavrinError` of kind "Engine" for views (composed ones unfolded) nested
 /// deeper than `AnyView::maximumNesting`, for more than 8,000,000 views, and for a tree whose layout takes unreasonably
-/// many steps; passes on what a body throws. Recording changes nothing but `LayoutTree::placements`. `loaded`, if any,
-/// has the bodies of the tree's views that wait for something, and keeps what is loaded.
+/// many steps; passes on what a body throws. Recording changes nothing but what the tree keeps. `loaded`, if any, has
+/// the bodies of the tree's views that wait for something, and keeps what is loaded. `before`, if any, is a tree that
+/// has kept its answers and was laid out with the same engine: what is the same in it is not asked again, and comes out
+/// the same.
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
                   const Diagnostics& diagnostics = {}, Recording recording = Recording::none,
-                  LoadedBodies* loaded = nullptr);
+                  LoadedBodies* loaded = nullptr, const LayoutTree* before = nullptr);
 
 }  // namespace tavrin::layout

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/layout/leaf_rules.h"
@@ -22,11 +23,27 @@ constexpr std::size_t bytesBroken = 8;
 
 }  // namespace
 
-Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), texts_(texts) {}
+Measurer::Measurer(LayoutTree& tree, text::TextEngine& texts) : tree_(tree), engine_(texts) {}
 
 void Measurer::takeIn() {
     containers_.resize(tree_.containers_.size());
-    textMemories_.resize(tree_.texts_.size());
+    texts_.resize(tree_.texts_.size());
+}
+
+void Measurer::takeOver(const EarlierLayout& earlier) {
+    const auto count = static_cast<Index>(tree_.nodes_.size());
+    for (Index index = 0; index < count; ++index) {
+        if (!earlier.isSame(index)) continue;
+        const LayoutNode& node = tree_.node(index);
+        const KeptAnswers& kept = *earlier.tree().answers();
+        if (node.remembers) containers_[node.detail] = kept.containers[node.detail];
+        if (node.kind == ViewKind::text) texts_[node.detail] = kept.texts[node.detail];
+    }
+}
+
+void Measurer::giveAway(KeptAnswers& kept) {
+    kept.containers = std::move(containers_);
+    kept.texts = std::move(texts_);
 }
 
 Size Measurer::answer(Index index, const Proposal& proposal) {
@@ -141,7 +158,7 @@ Size Measurer::textAnswer(Index text, const Proposal& proposal) {
 
 text::TextBlock Measurer::textBlock(Index text, const Proposal& proposal) {
     if (fitsUnbroken(text, proposal)) return ideal(text);
-    AnswerMemory<text::TextBlock>& memory = textMemories_[tree_.node(text).detail].broken;
+    AnswerMemory<text::TextBlock>& memory = texts_[tree_.node(text).detail].broken;
     if (const text::TextBlock* known = memory.find(proposal)) return *known;
     text::TextBlock block = broken(text, proposal);
     memory.keep(proposal, block);
@@ -158,7 +175,7 @@ bool Measurer::fitsUnbroken(Index text, const Proposal& proposal) {
 }
 
 const text::TextBlock& Measurer::ideal(Index text) {
-    TextMemory& memory = textMemories_[tree_.node(text).detail];
+    TextAnswers& memory = texts_[tree_.node(text).detail];
     if (!memory.idealKnown) {
         memory.ideal = broken(text, {});
         memory.idealKnown = true;
@@ -169,10 +186,10 @@ const text::TextBlock& Measurer::ideal(Index text) {
 text::TextBlock Measurer::broken(Index text, const Proposal& proposal) {
     const LayoutTree::TextItem& item = tree_.texts_[tree_.node(text).detail];
     Meter::ofThisThread().step(item.bytes / bytesBroken);
-    return texts_.fit(item.shaped, {.width = finite(proposal.width),
-                                    .height = finite(proposal.height),
-                                    .lineLimit = tree_.inherited(text).lineLimit,
-                                    .scale = tree_.environment().displayScale});
+    return engine_.fit(item.shaped, {.width = finite(proposal.width),
+                                     .height = finite(proposal.height),
+                                     .lineLimit = tree_.inherited(text).lineLimit,
+                                     .scale = tree_.environment().displayScale});
 }
 
 }  // namespace tavrin::layout

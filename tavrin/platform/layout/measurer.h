@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "tavrin/platform/foundation/memory/pool_allocator.h"
-#include "tavrin/platform/layout/answer_memory.h"
+#include "tavrin/platform/layout/kept_answers.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/layout/proposal.h"
 #include "tavrin/platform/ui/view_modifiers.h"
@@ -31,6 +31,10 @@ public:
 
     /// Prepares for the nodes that have come to the tree; to be called before anything is asked.
     void takeIn();
+    /// Takes over what nodes answered that are the same as in an earlier tree.
+    void takeOver(const EarlierLayout& earlier);
+    /// Hands over all answers; nothing can be asked any more.
+    void giveAway(KeptAnswers& kept);
 
     /// The size a present node takes when it is proposed that. Never NaN, never negative.
     Size answer(Index index, const Proposal& proposal);
@@ -51,13 +55,6 @@ public:
     void release(std::size_t first);
 
 private:
-    /// What a text answers where it need not be broken, and elsewhere; of a timer, to all that it was proposed.
-    struct TextMemory {
-        text::TextBlock ideal;
-        bool idealKnown = false;
-        AnswerMemory<text::TextBlock> broken;
-    };
-
     Size textAnswer(Index text, const Proposal& proposal);
     Size freshAnswer(Index index, const Proposal& proposal);
     Size stackAnswer(Index stack, const Proposal& proposal);
@@ -80,9 +77,9 @@ private:
     double dealOut(const Group& group, Index stack, const Proposal& proposal, double remainder);
 
     LayoutTree& tree_;
-    text::TextEngine& texts_;
+    text::TextEngine& engine_;
     pool::Vector<AnswerMemory<Size>> containers_;
-    pool::Vector<TextMemory> textMemories_;
+    pool::Vector<TextAnswers> texts_;
     pool::Vector<Share> shares_;         // of the sharings under way, innermost last
     pool::Vector<std::uint32_t> order_;  // the same, in the order in which shares are dealt
 };

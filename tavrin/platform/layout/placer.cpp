@@ -47,9 +47,11 @@ void Placer::placeAligned(Index child, const Proposal& proposal, const Rect& roo
 void Placer::place(Index index, Proposal proposal, Rect frame) {
     // Modifiers are taken in a loop: only stacks and second views are nested calls.
     while (true) {
+        if (!tree_.placements_ && earlier_.isSamePlace(index, proposal, frame)) return placeAsBefore(index);
         LayoutNode& node = tree_.nodes_[index];
         node.frame = frame;
         if (tree_.placements_) note(index, proposal);
+        if (proposals_ && index < proposals_->size()) (*proposals_)[index] = proposal;
         Index content = index + 1;
         switch (node.kind) {
             case ViewKind::vstack:
@@ -111,6 +113,18 @@ void Placer::place(Index index, Proposal proposal, Rect frame) {
             case ViewKind::composed: break;
         }
         index = content;
+    }
+}
+
+/// A view with all it holds, where it lay in the earlier tree.
+void Placer::placeAsBefore(Index index) {
+    const LayoutTree& before = earlier_.tree();
+    for (const Index end = tree_.node(index).end; index < end; ++index) {
+        LayoutNode& node = tree_.nodes_[index];
+        node.frame = before.node(index).frame;
+        if (proposals_) (*proposals_)[index] = before.answers()->proposals[index];
+        if (node.kind == ViewKind::text) tree_.texts_[node.detail].block = before.textBlock(index);
+        if (node.kind == ViewKind::geometryReader && !node.absent) placedReaders_.push_back(index);
     }
 }
 

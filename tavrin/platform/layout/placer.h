@@ -15,7 +15,15 @@ class Placer {
 public:
     using Index = LayoutTree::Index;
 
-    Placer(LayoutTree& tree, Measurer& measurer) : tree_(tree), measurer_(measurer) {}
+    /// `earlier` must outlive it.
+    Placer(LayoutTree& tree, Measurer& measurer, const EarlierLayout& earlier)
+        : tree_(tree), measurer_(measurer), earlier_(earlier) {}
+
+    /// From now on notes what each node is placed with.
+    void keepProposals(pool::Vector<Proposal>& proposals) {
+        proposals.resize(tree_.nodes().size());
+        proposals_ = &proposals;
+    }
 
     /// Proposes the widget's size to the root and centres it.
     void placeRoot();
@@ -27,6 +35,7 @@ public:
 
 private:
     void place(Index index, Proposal proposal, Rect frame);
+    void placeAsBefore(Index index);
     void placeText(Index text, const Proposal& proposal);
     void placeLayers(Index zstack, const Rect& frame);
     void placeRow(Index stack, const Proposal& proposal, const Rect& frame);
@@ -37,6 +46,8 @@ private:
 
     LayoutTree& tree_;
     Measurer& measurer_;
+    const EarlierLayout& earlier_;
+    pool::Vector<Proposal>* proposals_ = nullptr;
     pool::Vector<Index> placedReaders_;
 };
 

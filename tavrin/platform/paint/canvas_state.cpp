@@ -87,9 +87,7 @@ void Canvas::State::needAll(const PixelRect& touched) {
 }
 
 void Canvas::State::widen(const PixelRect& area) {
-    if (intersection(area, window).empty()) return;
-    window = {std::min(window.x0, area.x0), std::min(window.y0, area.y0), std::max(window.x1, area.x1),
-              std::max(window.y1, area.y1)};
+    if (!intersection(area, window).empty()) window = united(window, area);
 }
 
 void Canvas::State::pushLevel() { levels.push_back({level().clip, level().outlinedClips}); }

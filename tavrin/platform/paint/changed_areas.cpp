@@ -41,14 +41,10 @@ bool isSameEdge(double a, double b) {
     return std::abs(a - b) < sumError && std::abs(fraction - threshold) > clearance;
 }
 
-PixelRect united(const PixelRect& a, const PixelRect& b) {
-    return {std::min(a.x0, b.x0), std::min(a.y0, b.y0), std::max(a.x1, b.x1), std::max(a.y1, b.y1)};
-}
-
 class Comparison {
 public:
-    Comparison(const LayoutTree& before, const LayoutTree& after, TextPainter& texts)
-        : before_(before), after_(after), extentsBefore_(before, texts), extentsAfter_(after, texts) {}
+    Comparison(DrawnExtents& before, DrawnExtents& after)
+        : before_(before.tree()), after_(after.tree()), extentsBefore_(before), extentsAfter_(after) {}
 
     /// What is around a view in both trees: from its points to pixels, and the pixels that clips leave.
     struct Place {
@@ -222,8 +218,8 @@ private:
 
     const LayoutTree& before_;
     const LayoutTree& after_;
-    DrawnExtents extentsBefore_;
-    DrawnExtents extentsAfter_;
+    DrawnExtents& extentsBefore_;
+    DrawnExtents& extentsAfter_;
     std::vector<PixelRect> areas_;
 };
 
@@ -235,7 +231,8 @@ std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas) {
     // What clearing, clipping and looking at all views once more takes, in pixels.
     constexpr std::uint64_t worthOfArea = 20'000;
     if (areas.size() > mostCompared) {
-        const PixelRect all = std::reduce(areas.begin(), areas.end(), areas.front(), united);
+        const PixelRect all = std::reduce(areas.begin(), areas.end(), areas.front(),
+                                          [](const PixelRect& a, const PixelRect& b) { return united(a, b); });
         return {all};
     }
     std::vector<PixelRect> merged;
@@ -262,12 +259,11 @@ std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas) {
     return merged;
 }
 
-std::vector<PixelRect> changedAreas(const layout::LayoutTree& before, const layout::LayoutTree& after, double scale,
-                                    TextPainter& texts) {
-    if (&before == &after || before.nodes().empty() || after.nodes().empty()) return {};
+std::vector<PixelRect> changedAreas(DrawnExtents& before, DrawnExtents& after, double scale) {
+    if (&before == &after || before.tree().nodes().empty() || after.tree().nodes().empty()) return {};
     const auto side = [&](double points) { return pixel(std::ceil(points * scale) + margin); };
-    const PixelRect all{0, 0, side(after.widget().width), side(after.widget().height)};
-    Comparison comparison(before, after, texts);
+    const PixelRect all{0, 0, side(after.tree().widget().width), side(after.tree().widget().height)};
+    Comparison comparison(before, after);
     comparison.compare(0, 0, {{scale, 0, 0, scale, 0, 0}, all});
     return mergedAreas(std::move(comparison.areas()));
 }

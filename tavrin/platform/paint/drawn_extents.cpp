@@ -73,6 +73,8 @@ struct DrawnExtents::Extent {
 DrawnExtents::DrawnExtents(const layout::LayoutTree& tree, TextPainter& texts) : tree_(tree), texts_(texts) {}
 DrawnExtents::~DrawnExtents() = default;
 
+std::size_t DrawnExtents::byteCount() const { return known_.capacity() * sizeof(Extent); }
+
 Rect DrawnExtents::of(Index index) {
     if (known_.empty()) known_.resize(tree_.nodes().size());
     const Extent extent = extentOf(index);

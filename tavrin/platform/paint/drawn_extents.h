@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/layout_tree.h"
@@ -21,8 +23,12 @@ public:
     DrawnExtents& operator=(const DrawnExtents&) = delete;
     ~DrawnExtents();
 
+    [[nodiscard]] const layout::LayoutTree& tree() const { return tree_; }
     /// Of a view with all it holds, in the points of its frame.
     [[nodiscard]] Rect of(Index index);
+
+    /// The memory they take.
+    [[nodiscard]] std::size_t byteCount() const;
 
 private:
     /// Edges, so that two can be united: of nothing, the first lie beyond the others.

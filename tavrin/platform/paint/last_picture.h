@@ -68,7 +68,7 @@ private:
 
     void draw(std::shared_ptr<const layout::LayoutTree> tree, const WidgetLook& look, double scale,
               const std::shared_ptr<TextPainter>& texts);
-    void encode(PngCompression compression);
+    [[nodiscard]] std::string encode(PngCompression compression);
     void forgetTooMuch();
 
     std::size_t maximumBytes_;

@@ -5,7 +5,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,7 +22,6 @@ constexpr std::size_t tokensInBlock = std::size_t{1} << 15;
 constexpr std::size_t distanceCount = 30;
 /// No token takes more bytes: neither the codes of four bytes nor a length and a distance with the bits that follow.
 constexpr std::size_t bytesOfToken = 6;
-constexpr std::string_view zlibHeader("\x78\x01", 2);
 
 /// The symbol of a distance of `1 + over` bytes, and how many bits follow it.
 struct DistanceSymbol {

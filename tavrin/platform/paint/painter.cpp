@@ -29,7 +29,8 @@ public:
         : tree_(tree),
           canvas_(canvas),
           texts_(texts),
-          extents_(tree, texts),
+          ownExtents_(tree, texts),
+          extents_(options.extents ? *options.extents : ownExtents_),
           drawsTexts_(options.drawsTexts),
           hasWindow_(canvas.hasWindow()),
           appearance_(tree.environment().appearance) {}
@@ -221,7 +222,8 @@ private:
     const LayoutTree& tree_;
     Canvas& canvas_;
     TextPainter& texts_;
-    DrawnExtents extents_;
+    DrawnExtents ownExtents_;
+    DrawnExtents& extents_;
     bool drawsTexts_;
     bool hasWindow_;
     Appearance appearance_;

@@ -6,11 +6,14 @@
 
 namespace tavrin::paint {
 
+class DrawnExtents;
 class TextPainter;
 
-/// What of a tree is drawn.
+/// How a tree is drawn.
 struct PaintOptions {
     bool drawsTexts = true;
+    /// Those of the tree, where it is drawn more than once; absent: those of this time.
+    DrawnExtents* extents = nullptr;
 };
 
 /// Draws a laid-out tree on a canvas: one walk, whatever the canvas is. Throws nothing of its own; what cannot be drawn

@@ -2,13 +2,14 @@
 #include "tavrin/platform/paint/png_fast.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
+#include "tavrin/platform/paint/deflate_header.h"
 #include "tavrin/platform/paint/run_deflater.h"
 
 namespace tavrin::paint {
@@ -21,38 +22,39 @@ struct PngBand {
     ZlibSum sum = {};
 };
 
+/// Bands end between groups of so many rows.
+constexpr int rowsInGroup = 16;
+
 /// Neighbouring rows, between which no band ends.
 struct PngGroup {
     std::size_t runCount = 0;
-    std::vector<PixelRun> runs = {};  ///< all of them, or none where they are not kept
-    ZlibSum sum = {};
+    std::vector<PixelRun> runs = {};  ///< those of all rows, or none where they are not kept
+    std::array<ZlibSum, rowsInGroup> sums = {};
     bool isOpaque = false;
 };
 
 namespace {
 
-/// Bands end between groups of so many rows.
-constexpr int rowsInGroup = 16;
 /// So many runs take some twenty times the bytes that a band takes for itself.
 constexpr std::size_t runsInBand = 2048;
 
 /// Those of a picture with so many are not kept.
 constexpr std::size_t mostKeptRuns = 500'000;
 
-constexpr std::string_view zlibHeader("\x78\x01", 2);
-
 /// The rows of one picture, compressed from top to bottom.
 class BandWriter {
 public:
-    /// `deflater` is one for pictures that are opaque or, as this one, are not.
-    BandWriter(const PixelBuffer& picture, RunDeflater& deflater, std::vector<PngGroup>& groups, bool keepsRuns)
+    /// `deflater` is one for pictures that are opaque or, as this one, are not. `differs` tells of each row whether it
+    /// may be another than the groups know; without it nothing is known or kept.
+    BandWriter(const PixelBuffer& picture, RunDeflater& deflater, std::vector<PngGroup>& groups,
+               const std::vector<bool>* differs)
         : picture_(picture),
           width_(static_cast<std::size_t>(picture.width())),
           groups_(groups),
+          differs_(differs),
           // Nothing is above the first row; opaque pixels have no alpha there to be less than.
           nothing_(width_, deflater.isOpaque() ? 0xFF000000 : 0),
-          deflater_(deflater),
-          keepsRuns_(keepsRuns) {
+          deflater_(deflater) {
         for (const PngGroup& group : groups) keptRuns_ += group.runs.size();
     }
 
@@ -60,13 +62,8 @@ public:
     PngBand write(int begin) {
         PngBand band{begin, begin};
         do {
-            PngGroup& group = groups_[static_cast<std::size_t>(band.end / rowsInGroup)];
             const int end = std::min(band.end + rowsInGroup, picture_.height());
-            if (group.runs.empty())
-                addRows(band.end, end, group);
-            else
-                deflater_.addRows(group.runs);
-            band.sum.append(group.sum);
+            addRows(band.end, end, band.sum);
             band.end = end;
         } while (!endsBand(band.end));
         band.blocks = deflater_.take(band.end == picture_.height());
@@ -90,27 +87,51 @@ public:
     [[nodiscard]] std::uint64_t seenRows() const { return seenRows_; }
 
 private:
-    void addRows(int begin, int end, PngGroup& group) {
+    /// Adds the rows of a group, those that are the same as the runs they are made of.
+    void addRows(int begin, int end, ZlibSum& sumOfBand) {
+        PngGroup& group = groups_[static_cast<std::size_t>(begin / rowsInGroup)];
+        const std::vector<PixelRun> before = std::exchange(group.runs, {});
+        keptRuns_ -= before.size();
         group.runCount = 0;
-        group.sum = {};
+        std::span<const PixelRun> left = before;
         for (int y = begin; y < end; ++y) {
-            Meter::ofThisThread().paint(width_);
-            const std::uint32_t* const above = y == 0 ? nothing_.data() : picture_.row(y - 1);
-            group.runCount += deflater_.addRow(picture_.row(y), above, width_, group.sum);
+            ZlibSum& sum = group.sums[static_cast<std::size_t>(y - begin)];
+            const std::span<const PixelRun> known = firstRow(left);
+            left = left.subspan(known.size());
+            if (known.empty() || (*differs_)[static_cast<std::size_t>(y)]) {
+                group.runCount += addRow(y, sum);
+            } else {
+                deflater_.addRow(known);
+                group.runCount += known.size();
+            }
+            sumOfBand.append(sum);
         }
-        seenRows_ += static_cast<std::uint64_t>(end - begin);
-        if (!keepsRuns_ || keptRuns_ + group.runCount > mostKeptRuns) return;
+        if (!differs_ || keptRuns_ + group.runCount > mostKeptRuns) return;
         const std::span<const PixelRun> runs = deflater_.lastRuns(group.runCount);
         group.runs.assign(runs.begin(), runs.end());
         keptRuns_ += runs.size();
     }
 
+    /// Of how many runs it is made.
+    std::size_t addRow(int y, ZlibSum& sum) {
+        Meter::ofThisThread().paint(width_);
+        ++seenRows_;
+        sum = {};
+        return deflater_.addRow(picture_.row(y), y == 0 ? nothing_.data() : picture_.row(y - 1), width_, sum);
+    }
+
+    static std::span<const PixelRun> firstRow(std::span<const PixelRun> rows) {
+        if (rows.empty()) return rows;
+        const auto next = std::find_if(rows.begin() + 1, rows.end(), [](const PixelRun& run) { return run.startsRow; });
+        return rows.first(static_cast<std::size_t>(next - rows.begin()));
+    }
+
     const PixelBuffer& picture_;
     std::size_t width_;
     std::vector<PngGroup>& groups_;
+    const std::vector<bool>* differs_;
     std::vector<std::uint32_t> nothing_;
     RunDeflater& deflater_;
-    bool keepsRuns_;
     std::size_t keptRuns_ = 0;
     std::uint64_t seenRows_ = 0;
 };
@@ -124,7 +145,7 @@ void appendStream(const std::vector<PngBand>& bands, std::string& out) {
     ZlibSum sum;
     std::size_t size = zlibHeader.size() + sum.digits().size();
     for (const PngBand& band : bands) size += band.blocks.size();
-    out.reserve(out.size() + size);
+    out.reserve(out.size() + size + PngFile::endSize);
     out += zlibHeader;
     for (const PngBand& band : bands) {
         out += band.blocks;
@@ -134,11 +155,15 @@ void appendStream(const std::vector<PngBand>& bands, std::string& out) {
     out.append(digits.data(), digits.size());
 }
 
-bool isOpaque(const PixelBuffer& picture, std::size_t group) {
+/// The pixels of a group of rows.
+PixelRect groupOf(const PixelBuffer& picture, std::size_t group) {
     const int begin = static_cast<int>(group) * rowsInGroup;
-    const int end = std::min(begin + rowsInGroup, picture.height());
-    for (int y = begin; y < end; ++y)
-        if (!allOpaque(picture.row(y), static_cast<std::size_t>(picture.width()))) return false;
+    return {0, begin, picture.width(), std::min(begin + rowsInGroup, picture.height())};
+}
+
+bool isOpaque(const PixelBuffer& picture, const PixelRect& area) {
+    for (int y = area.y0; y < area.y1; ++y)
+        if (!allOpaque(picture.row(y) + area.x0, static_cast<std::size_t>(area.width()))) return false;
     return true;
 }
 
@@ -147,7 +172,7 @@ bool isOpaque(const PixelBuffer& picture, std::size_t group) {
 void appendPngRowsFast(const PixelBuffer& picture, PngColorType colorType, std::string& out) {
     std::vector<PngGroup> groups(groupCount(picture));
     RunDeflater deflater(colorType == PngColorType::rgb);
-    BandWriter writer(picture, deflater, groups, false);
+    BandWriter writer(picture, deflater, groups, nullptr);
     std::vector<PngBand> bands;
     HeldBytes held;
     for (int y = 0; y < picture.height(); y = bands.back().end) {
@@ -174,7 +199,7 @@ struct FastPng::Kept {
     std::vector<PngBand> bands;
     std::optional<RunDeflater> deflater;  // whose memory is kept, too
 
-    /// Prepares for the next picture; which of its groups may be others.
+    /// Prepares for the next picture; which of its rows may be compressed to others.
     std::vector<bool> renew(const PixelBuffer& picture, std::span<const PixelRect> changed);
 };
 
@@ -198,37 +223,47 @@ std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<con
     height = picture.height();
     groups.resize(count);
     if (isAnother) bands.clear();
-    // 1. Which groups may be others: those with a changed row, or with one below a changed row.
-    std::vector<bool> differs(count, isAnother);
-    for (const PixelRect& area : changed) {
+    // 1. Which rows may be others: changed ones, and those below, which are compared with them.
+    std::vector<bool> differs(static_cast<std::size_t>(height), isAnother);
+    // 2. Whether there is an alpha channel.
+    if (isAnother)
+        for (std::size_t group = 0; group < count; ++group)
+            groups[group].isOpaque = isOpaque(picture, groupOf(picture, group));
+    for (const PixelRect& any : changed) {
+        const PixelRect area = intersection(any, {0, 0, width, height});
         if (area.empty()) continue;
-        const int last = std::min(area.y1, height - 1);
-        for (int group = std::max(area.y0, 0) / rowsInGroup; group <= last / rowsInGroup; ++group)
-            differs[static_cast<std::size_t>(group)] = true;
+        std::fill(differs.begin() + area.y0, differs.begin() + std::min(area.y1 + 1, height), true);
+        const auto last = static_cast<std::size_t>((area.y1 - 1) / rowsInGroup);
+        for (auto group = static_cast<std::size_t>(area.y0 / rowsInGroup); group <= last; ++group) {
+            const PixelRect all = groupOf(picture, group);
+            // In what was opaque only what has changed need be looked at.
+            const bool wasOpaque = groups[group].isOpaque;
+            groups[group].isOpaque = isOpaque(picture, wasOpaque ? intersection(all, area) : all);
+        }
     }
-    // 2. Whether there is an alpha channel; if that changes, so do all.
-    for (std::size_t group = 0; group < count; ++group)
-        if (differs[group]) groups[group].isOpaque = isOpaque(picture, group);
     const bool opaque = std::ranges::all_of(groups, &PngGroup::isOpaque);
-    if (!deflater || deflater->isOpaque() != opaque) {
+    // 3. If that changes, so do all.
+    const bool isUnlike = !deflater || deflater->isOpaque() != opaque;
+    if (isUnlike) {
         deflater.emplace(opaque);
-        differs.assign(count, true);
+        differs.assign(differs.size(), true);
     }
-    for (std::size_t group = 0; group < count; ++group)
-        if (differs[group]) groups[group].runs.clear();
+    if (isAnother || isUnlike)
+        for (PngGroup& group : groups) group.runs.clear();
     return differs;
 }
 
-std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed, std::string memory) {
+std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed) {
     std::unique_ptr<Kept> kept = std::move(kept_);
     if (!kept) kept = std::make_unique<Kept>();
     const std::vector<bool> differs = kept->renew(picture, changed);
-    // 3. From top to bottom: a band that begins and ends where one did, in groups that are the same, is that one. Of
-    //    another the groups that are the same need not be looked at again.
-    BandWriter writer(picture, *kept->deflater, kept->groups, true);
+    // 4. From top to bottom: a band that begins and ends where one did, in rows that are the same, is that one. Of
+    //    another the rows that are the same need not be looked at again.
+    BandWriter writer(picture, *kept->deflater, kept->groups, &differs);
     const auto isStillThere = [&](const PngBand& band) {
+        if (std::find(differs.begin() + band.begin, differs.begin() + band.end, true) != differs.begin() + band.end)
+            return false;
         for (int y = band.begin; y < band.end; y += rowsInGroup) {
-            if (differs[static_cast<std::size_t>(y / rowsInGroup)]) return false;
             const int end = std::min(y + rowsInGroup, band.end);
             if (writer.endsBand(end) != (end == band.end)) return false;
         }
@@ -247,7 +282,7 @@ std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRec
     seenRows_ += writer.seenRows();
 
     const PngColorType colorType = kept->deflater->isOpaque() ? PngColorType::rgb : PngColorType::rgba;
-    PngFile file(picture.width(), picture.height(), 8, colorType, std::move(memory));
+    PngFile file(picture.width(), picture.height(), 8, colorType);
     file.beginChunk("IDAT");
     appendStream(kept->bands, file.bytes());
     file.endChunk();

@@ -35,9 +35,7 @@ public:
 
     /// `changed` holds every pixel that may differ from the last picture that was encoded; it is disregarded for the
     /// first and for one of another size. Where encoding throws, the next picture counts as the first.
-    /// `memory` is a string whose memory may be used.
-    [[nodiscard]] std::string encode(const PixelBuffer& picture, std::span<const PixelRect> changed,
-                                     std::string memory = {});
+    [[nodiscard]] std::string encode(const PixelBuffer& picture, std::span<const PixelRect> changed);
 
     /// How many rows have been looked at, of all pictures.
     [[nodiscard]] std::uint64_t seenRows() const { return seenRows_; }

@@ -21,9 +21,7 @@ std::array<char, 4> bigEndian(std::uint32_t value) {
 
 }  // namespace
 
-PngFile::PngFile(int width, int height, int bitDepth, PngColorType colorType, std::string memory)
-    : bytes_(std::move(memory)) {
-    bytes_ = signature;
+PngFile::PngFile(int width, int height, int bitDepth, PngColorType colorType) : bytes_(signature) {
     beginChunk("IHDR");
     for (const int side : {width, height}) {
         const auto digits = bigEndian(static_cast<std::uint32_t>(side));

@@ -15,8 +15,11 @@ enum class PngColorType : std::uint8_t { gray = 0, rgb = 2, palette = 3, grayAlp
 /// A PNG file in the making: the signature and chunks, in the order of the calls.
 class PngFile {
 public:
-    /// Starts with the signature and the header. `memory` is a string whose memory may be used.
-    PngFile(int width, int height, int bitDepth, PngColorType colorType, std::string memory = {});
+    /// So many bytes end the last chunk and the file.
+    static constexpr std::size_t endSize = 16;
+
+    /// Starts with the signature and the header.
+    PngFile(int width, int height, int bitDepth, PngColorType colorType);
 
     void addChunk(std::string_view type, std::span<const std::uint8_t> data);
 

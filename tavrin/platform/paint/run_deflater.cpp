@@ -103,20 +103,14 @@ void RunDeflater::count(std::span<const PixelRun> runs) {
     if (runs.size() % 2 != 0) symbolsOf<channels>(runs.back(), counters_[0]);
 }
 
-void RunDeflater::addRows(std::span<const PixelRun> runs) {
-    // Row by row, so that blocks end where they do when pixels are added.
-    while (!runs.empty()) {
-        const auto next = std::find_if(runs.begin() + 1, runs.end(), [](const PixelRun& run) { return run.startsRow; });
-        const auto row = runs.first(static_cast<std::size_t>(next - runs.begin()));
-        runs = runs.subspan(row.size());
-        makeRoom(row.size());
-        std::ranges::copy(row, runs_.begin() + static_cast<std::ptrdiff_t>(runCount_));
-        if (opaque_)
-            count<3>(row);
-        else
-            count<4>(row);
-        runCount_ += row.size();
-    }
+void RunDeflater::addRow(std::span<const PixelRun> runs) {
+    makeRoom(runs.size());
+    std::ranges::copy(runs, runs_.begin() + static_cast<std::ptrdiff_t>(runCount_));
+    if (opaque_)
+        count<3>(runs);
+    else
+        count<4>(runs);
+    runCount_ += runs.size();
 }
 
 std::span<const PixelRun> RunDeflater::lastRuns(std::size_t count) const {

@@ -39,8 +39,8 @@ public:
     /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Adds it to
     /// a checksum, and returns of how many runs it is made.
     std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
-    /// Rows as the runs they are made of.
-    void addRows(std::span<const PixelRun> runs);
+    /// One row as the runs it is made of.
+    void addRow(std::span<const PixelRun> runs);
     /// The last so many runs that were added; none where a block has been written within them.
     [[nodiscard]] std::span<const PixelRun> lastRuns(std::size_t count) const;
     /// The rows that were added since it was last called, at least one: blocks of deflate that end with a whole byte

@@ -30,6 +30,13 @@ struct EnvironmentValues {
     double displayScale = 3;
     /// The host's own values, by name.
     std::map<std::string, std::any, std::less<>> custom = {};
+
+    /// Whether both are known to be equal; the host's own values cannot be compared.
+    [[nodiscard]] bool isLike(const EnvironmentValues& other) const {
+        return font == other.font && lineLimit == other.lineLimit && foregroundColor == other.foregroundColor &&
+               appearance == other.appearance && date == other.date && timeZone == other.timeZone &&
+               displayScale == other.displayScale && custom.empty() && other.custom.empty();
+    }
 };
 
 }  // namespace tavrin

@@ -24,6 +24,10 @@ struct PixelRect {
     friend constexpr PixelRect intersection(const PixelRect& a, const PixelRect& b) {
         return {std::max(a.x0, b.x0), std::max(a.y0, b.y0), std::min(a.x1, b.x1), std::min(a.y1, b.y1)};
     }
+    /// The smallest that holds both, of which none is empty.
+    friend constexpr PixelRect united(const PixelRect& a, const PixelRect& b) {
+        return {std::min(a.x0, b.x0), std::min(a.y0, b.y0), std::max(a.x1, b.x1), std::max(a.y1, b.y1)};
+    }
     friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 

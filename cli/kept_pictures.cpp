@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/kept_pictures.h"
+#include "cli/kept_pictures.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,9 +11,8 @@ KeptPictures& KeptPictures::ofThisThread() {
     return pictures;
 }
 
-paint::LastPicture& KeptPictures::before(const Drawing& drawing) {
-    const WidgetOptions& options = drawing.options;
-    Place place{drawing.path, options.room.name, options.room.size, options.scale, options.appearance};
+paint::LastPicture& KeptPictures::before(const std::optional<std::string>& document, const WidgetOptions& options) {
+    Place place{document, options.room.name, options.room.size, options.scale, options.appearance};
     const auto found = std::ranges::find(pictures_, place, &Picture::place);
     if (found == pictures_.end()) {
         trim();  // also where drawings fail

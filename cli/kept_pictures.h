@@ -3,14 +3,16 @@
 
 #include <cstddef>
 #include <list>
+#include <optional>
+#include <string>
 
-#include "cli/preview/drawing.h"
 #include "tavrin/platform/paint/last_picture.h"
+#include "tavrin/widget/widget_options.h"
 
 namespace tavrin::cli {
 
-/// The pictures that the calling thread drew last, one for each that a page shows: an edit then costs what it changes.
-/// Bounded; what was drawn longest ago goes first.
+/// The pictures that the calling thread drew last, one for each document, room, scale and appearance: that of an edit,
+/// or of the next model, then costs what differs. Bounded; what was drawn longest ago goes first.
 class KeptPictures {
 public:
     static constexpr std::size_t maximumCount = 64;
@@ -18,8 +20,9 @@ public:
 
     static KeptPictures& ofThisThread();
 
-    /// What is kept of the picture that this one takes the place of. Good until the next call.
-    paint::LastPicture& before(const Drawing& drawing);
+    /// What is kept of the picture that another takes the place of: that of the document of the same name, if it has
+    /// one, with options like these. Good until the next call.
+    paint::LastPicture& before(const std::optional<std::string>& document, const WidgetOptions& options);
     /// Gives back what passes the bounds; called when a picture has been drawn.
     void trim();
     /// Gives back everything.
@@ -29,9 +32,9 @@ public:
     [[nodiscard]] std::size_t byteCount() const;
 
 private:
-    /// Where a picture stands on a page.
+    /// What pictures have in common that follow each other.
     struct Place {
-        std::optional<std::string> path;
+        std::optional<std::string> document;
         std::string family;
         Size size;
         double scale = 0;
