@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "cli/failure_text.h"
-#include "cli/kept_pictures.h"
 #include "cli/matrix/sha256.h"
+#include "tavrin/widget/kept_pictures.h"
 
 namespace tavrin::cli {
 namespace {

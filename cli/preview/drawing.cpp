@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "cli/input.h"
-#include "cli/kept_pictures.h"
+#include "tavrin/widget/kept_pictures.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {

@@ -4,13 +4,13 @@
 #include <chrono>
 #include <vector>
 
-#include "cli/kept_pictures.h"
 #include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
 #include "cli/preview/http_server.h"
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"
+#include "tavrin/widget/kept_pictures.h"
 
 namespace tavrin::cli {
 namespace {

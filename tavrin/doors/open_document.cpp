@@ -2,11 +2,13 @@
 #include "tavrin/doors/open_document.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "tavrin/doors/explain_path.h"
 #include "tavrin/doors/option_error.h"
 #include "tavrin/doors/option_values.h"
 #include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/widget/kept_pictures.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin {
@@ -29,6 +31,12 @@ auto described(std::string_view document, std::optional<std::string_view> model,
     } catch (...) {
         throw CallError(describeError(std::current_exception(), document, model));
     }
+}
+
+KeptPictures& keptByThisThread() {
+    constexpr std::size_t mostBytes = std::size_t{32} << 20;
+    thread_local KeptPictures kept(mostBytes);
+    return kept;
 }
 
 }  // namespace
@@ -59,23 +67,30 @@ auto OpenWidget::answer(const Work& work) const {
     return described(document_->text, viewOf(model_), work);
 }
 
-LastPicture& OpenWidget::lastPicture() {
-    constexpr std::size_t mostBytes = std::size_t{16} << 20;
-    thread_local LastPicture last(mostBytes);
-    return last;
+/// Does what draws the widget from what the thread keeps of the document's last picture.
+template <class Work>
+auto OpenWidget::fromLastPicture(const WidgetOptions& options, const Work& work) const {
+    KeptPictures& kept = keptByThisThread();
+    // A name that another document may get later: what is kept of this one then only helps less.
+    const std::string name = std::to_string(reinterpret_cast<std::uintptr_t>(document_.get()));
+    return answer([&] {
+        auto drawn = work(bound_.widget(options), kept.before(name, options));
+        kept.trim();
+        return drawn;
+    });
 }
 
 std::string OpenWidget::encode(const PictureOptions& picture) const {
-    return answer([&] {
-        WidgetOptions options = options_.widget;
-        if (picture.compression) options.compression = *picture.compression;
-        if (picture.quality) options.quality = picture.quality;
-        return bound_.widget(std::move(options)).encode(picture.format.value_or(options_.format), lastPicture());
+    WidgetOptions options = options_.widget;
+    if (picture.compression) options.compression = *picture.compression;
+    if (picture.quality) options.quality = picture.quality;
+    return fromLastPicture(options, [&](Widget widget, LastPicture& last) {
+        return widget.encode(picture.format.value_or(options_.format), last);
     });
 }
 
 std::shared_ptr<const PixelBuffer> OpenWidget::pixels() const {
-    return answer([&] { return bound_.widget(options_.widget).pixels(lastPicture()); });
+    return fromLastPicture(options_.widget, [](Widget widget, LastPicture& last) { return widget.pixels(last); });
 }
 
 std::string OpenWidget::treeText() const {

@@ -75,7 +75,8 @@ private:
                DrawingOptions options);
     template <class Work>
     auto answer(const Work& work) const;
-    [[nodiscard]] static LastPicture& lastPicture();
+    template <class Work>
+    auto fromLastPicture(const WidgetOptions& options, const Work& work) const;
 
     std::shared_ptr<const OpenDocument::State> document_;
     std::shared_ptr<const std::string> model_;  // null where there is none

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/kept_pictures.h"
+#include "tavrin/widget/kept_pictures.h"
 
 #include <string>
 
@@ -75,9 +75,9 @@ TEST_F(KeptPicturesTest, AreFewAndSmall) {
         Drawing large = drawingOf("a", "large " + std::to_string(i), 3);
         large.options.room.size = {700, 700};
         EXPECT_TRUE(draw(large).picture.starts_with("\x89PNG"));
-        EXPECT_LE(kept().byteCount(), KeptPictures::maximumBytes);
+        EXPECT_LE(kept().byteCount(), KeptPictures::usualBytes);
     }
-    EXPECT_GT(kept().byteCount(), KeptPictures::maximumBytes / 2);
+    EXPECT_GT(kept().byteCount(), KeptPictures::usualBytes / 2);
     kept().forget();
     EXPECT_EQ(kept().byteCount(), 0U);
 }

@@ -9,15 +9,17 @@
 #include "tavrin/platform/paint/last_picture.h"
 #include "tavrin/widget/widget_options.h"
 
-namespace tavrin::cli {
+namespace tavrin {
 
-/// The pictures that the calling thread drew last, one for each document, room, scale and appearance: that of an edit,
+/// The pictures that a thread drew last, one for each document, room, scale and appearance: that of an edit,
 /// or of the next model, then costs what differs. Bounded; what was drawn longest ago goes first.
 class KeptPictures {
 public:
     static constexpr std::size_t maximumCount = 64;
-    static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
+    static constexpr std::size_t usualBytes = std::size_t{64} << 20;
 
+    explicit KeptPictures(std::size_t maximumBytes = usualBytes) : maximumBytes_(maximumBytes) {}
+    /// The calling thread's own.
     static KeptPictures& ofThisThread();
 
     /// What is kept of the picture that another takes the place of: that of the document of the same name, if it has
@@ -47,7 +49,8 @@ private:
         paint::LastPicture last;
     };
 
+    std::size_t maximumBytes_;
     std::list<Picture> pictures_;  // the latest first
 };
 
-}  // namespace tavrin::cli
+}  // namespace tavrin

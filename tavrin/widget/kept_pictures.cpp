@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "cli/kept_pictures.h"
+#include "tavrin/widget/kept_pictures.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace tavrin::cli {
+namespace tavrin {
 
 KeptPictures& KeptPictures::ofThisThread() {
     thread_local KeptPictures pictures;
@@ -16,7 +16,7 @@ paint::LastPicture& KeptPictures::before(const std::optional<std::string>& docum
     const auto found = std::ranges::find(pictures_, place, &Picture::place);
     if (found == pictures_.end()) {
         trim();  // also where drawings fail
-        pictures_.push_front({std::move(place), paint::LastPicture(maximumBytes)});
+        pictures_.push_front({std::move(place), paint::LastPicture(maximumBytes_)});
     } else {
         pictures_.splice(pictures_.begin(), pictures_, found);
     }
@@ -28,7 +28,7 @@ void KeptPictures::trim() {
     std::size_t bytes = 0;
     const auto isTooMuch = [&](const Picture& picture) {
         bytes += picture.last.byteCount();
-        return ++count > maximumCount || bytes > maximumBytes;
+        return ++count > maximumCount || bytes > maximumBytes_;
     };
     pictures_.erase(std::ranges::find_if(pictures_, isTooMuch), pictures_.end());
 }
@@ -39,4 +39,4 @@ std::size_t KeptPictures::byteCount() const {
     return bytes;
 }
 
-}  // namespace tavrin::cli
+}  // namespace tavrin
