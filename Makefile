@@ -2,7 +2,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo docs test test-doors test-c package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test test-doors test-c test-python package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -45,12 +45,15 @@ test: build/release/with-tests ## build everything and run all tests
 	cmake --build --preset release
 	ctest --preset release --parallel $(JOBS)
 
-test-doors: test-c ## set up and test the doors for other languages
+test-doors: test-c test-python ## set up and test the doors for other languages
 
 # `make test` tests the library itself; this is what it promised so far.
 test-c: build/release/with-tests | setup-doors
 	cmake --build --preset release --target tavrin_c
 	scripts/abi.sh check build/release/bindings/c/libtavrin_c.so.0
+
+test-python: build | setup-doors
+	scripts/python_door.sh
 
 package: build ## what is installed without compiling, in out/packages
 	cmake --build --preset release --target tavrin_program tavrin_c

@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: MIT
+"""What mypy says of users' code in strict mode."""
+import pathlib
+import re
+import subprocess
+import sys
+
+import pytest
+
+GOOD = """
+from datetime import datetime, timezone
+from pathlib import Path
+from zoneinfo import ZoneInfo
+from typing import Literal
+
+import numpy
+import tavrin
+
+document: tavrin.Document = tavrin.Document.open(Path("agenda.json"), budget={"profile": "strangers", "seconds": 1})
+options: tavrin.Options = {"family": "systemSmall", "scale": 2, "budget": {"steps": 10}}
+widget = document.widget({"title": "a"}, date=datetime.now(timezone.utc), time_zone=ZoneInfo("UTC"), rounded=True,
+                         size=(338, 158), background="none")
+other = document.widget(**options)
+png: bytes = widget.encode("png", compression="small") + other.encode(format="svg", quality=3)
+width: int = widget.pixels().width
+shape: tuple[int, int, int] = widget.pixels().shape
+array = numpy.asarray(widget.pixels())
+moment: datetime | None = widget.valid_until
+why: str = widget.explain() + widget.explain("nodes.main")
+for found in tavrin.check("{}", None, ["systemSmall"]):
+    severity: Literal["error", "warning", "note"] = found.severity
+    line: int | None = found.range.line if found.range else None
+    edits: list[tavrin.Edit] = found.fix
+try:
+    tree = widget.tree(), widget.layout(), widget.targets()["targets"]
+except tavrin.DecodingError as error:
+    place: int | None = error.line
+    path: list[str | int] | None = error.path
+version: str = tavrin.__version__
+schema = tavrin.schema()["$schema"]
+view = memoryview(widget.pixels())
+"""
+
+BAD = """
+import tavrin
+
+document = tavrin.Document(5)  # arg-type
+document.widget(famly="systemSmall")  # call-arg
+document.widget(family="systemTiny")  # arg-type
+document.widget(scale="2")  # arg-type
+document.widget(size=3)  # arg-type
+document.widget(budget={"stps": 3})  # arg-type
+document.widget(5)  # arg-type
+document.widget().encode("gif")  # arg-type
+document.widget().valid_until.year  # union-attr
+tavrin.check("{}", families=["systemTiny"])  # list-item
+tavrin.check("{}")[0].range.line  # union-attr
+tavrin.check("{}")[0].code = "x"  # misc
+tavrin.render()  # attr-defined
+"""
+
+
+@pytest.fixture
+def mypy(tmp_path):
+    def run(text):
+        file = tmp_path / "user.py"
+        file.write_text(text)
+        return subprocess.run([sys.executable, "-m", "mypy", "--strict", "--cache-dir", tmp_path / "cache", file],
+                              capture_output=True, encoding="utf-8", check=False, cwd=tmp_path)
+
+    return run
+
+
+def test_good_code_passes(mypy):
+    checked = mypy(GOOD)
+    assert checked.returncode == 0, checked.stdout
+
+
+def test_every_mistake_is_found(mypy):
+    checked = mypy(BAD)
+    found = {int(line): code for line, code in re.findall(r"^[^:]+:(\d+): error: .*\[([a-z-]+)\]$", checked.stdout, re.M)}
+    expected = {number: line.split("# ")[1] for number, line in enumerate(BAD.splitlines(), 1) if "# " in line}
+    assert found == expected, checked.stdout
+
+
+def test_the_package_is_checked_strictly():
+    folder = pathlib.Path(__file__).resolve().parent.parent
+    checked = subprocess.run([sys.executable, "-m", "mypy", "--strict", "tavrin"], capture_output=True,
+                             encoding="utf-8", check=False, cwd=folder)
+    assert checked.returncode == 0, checked.stdout
