@@ -4,5 +4,5 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-find tavrin cli bindings tests bench fuzz \( -name '*.h' -o -name '*.cpp' \) -print0 |
+find tavrin cli bindings tests bench fuzz -name node_modules -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0 |
     xargs -0 -n 8 -P "$(nproc)" clang-format "$@"

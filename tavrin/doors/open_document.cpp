@@ -120,6 +120,12 @@ std::string OpenWidget::explanation(const std::optional<std::string>& path) cons
     });
 }
 
+OpenWidget OpenWidget::with(std::optional<CancelToken> token) const {
+    OpenWidget widget = *this;
+    widget.options_.widget.budget.cancel = std::move(token);
+    return widget;
+}
+
 std::vector<Diagnostic> checkDocument(std::string_view document, std::optional<std::string_view> model,
                                       const DrawingOptions& options, const std::vector<std::string>& families) {
     DiagnoseOptions diagnosed{options.widget};

@@ -12,6 +12,7 @@
 #include "tavrin/diagnostics/diagnose.h"
 #include "tavrin/doors/error_description.h"
 #include "tavrin/doors/option_reader.h"
+#include "tavrin/platform/foundation/budget/render_budget.h"
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/widget/document.h"
@@ -65,6 +66,9 @@ public:
     [[nodiscard]] std::optional<Date> validUntil() const;
     /// Why each view, or those that come from a path, have their size and place, in words as `tavrin explain` prints.
     [[nodiscard]] std::string explanation(const std::optional<std::string>& path) const;
+
+    /// The same widget; its answers, but for the tree, end with a `CallError` once `token` is cancelled.
+    [[nodiscard]] OpenWidget with(std::optional<CancelToken> token) const;
 
     /// With the moment and zone that it is drawn with.
     [[nodiscard]] const DrawingOptions& options() const { return options_; }

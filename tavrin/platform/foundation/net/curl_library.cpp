@@ -5,6 +5,8 @@
 
 #include <dlfcn.h>
 
+#include "tavrin/platform/foundation/net/system_library.h"
+
 namespace tavrin {
 namespace {
 
@@ -15,8 +17,7 @@ bool find(void* library, const char* name, Function& function) {
 }
 
 std::optional<CurlLibrary> load() {
-    // Never closed: its threads may be at work until the very end.
-    void* const library = ::dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL);
+    void* const library = openSystemLibrary("libcurl.so.4");
     if (!library) return std::nullopt;
     CurlLibrary curl{};
     const bool isWhole =

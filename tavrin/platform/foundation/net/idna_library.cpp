@@ -6,6 +6,8 @@
 #include <dlfcn.h>
 #include <idn2.h>
 
+#include "tavrin/platform/foundation/net/system_library.h"
+
 namespace tavrin {
 namespace {
 
@@ -21,7 +23,7 @@ struct IDNALibrary {
 
 private:
     static IDNALibrary load() {
-        void* const library = ::dlopen("libidn2.so.0", RTLD_NOW | RTLD_LOCAL);
+        void* const library = openSystemLibrary("libidn2.so.0");
         if (!library) return {};
         return {reinterpret_cast<decltype(toASCII)>(::dlsym(library, "idn2_to_ascii_8z")),
                 reinterpret_cast<decltype(free)>(::dlsym(library, "idn2_free"))};
