@@ -55,12 +55,20 @@ test-c: build/release/with-tests | setup-doors
 test-python: build | setup-doors
 	scripts/python_door.sh
 
-package: build ## what is installed without compiling, in out/packages
+bindings/node/node_modules/.package-lock.json: bindings/node/package-lock.json | build setup-tests
+	cd bindings/node && npm ci
+
+package: build bindings/node/node_modules/.package-lock.json | setup-doors ## what is installed without compiling, in out/packages
+	scripts/python_setup.sh
 	cmake --build --preset release --target tavrin_program tavrin_c
+	cmake build/release -D TAVRIN_NODE_ADDON=ON
+	cmake --build --preset release --target tavrin_node
+	rm -rf out/packages
 	cpack --config build/release/CPackConfig.cmake -B out/packages
 	rm -rf out/packages/_CPack_Packages
+	PATH="$$PWD/build/python/bin:$$PATH" scripts/package_doors.py out/packages
 
-test-package: package | setup-doors ## install the packages in an empty Debian, and use them there
+test-package: package | setup-doors ## install the packages in an empty Debian, and use them
 	scripts/package_test.py out/packages build/release/tavrin build/debian
 
 bench: build/release/with-tests ## run the benchmarks

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Installs the Debian packages in an empty Debian 12 and uses them: package_test.py PACKAGES PROGRAM SCRATCH
+"""Installs the packages in an empty Debian 12 and uses them: package_test.py PACKAGES PROGRAM SCRATCH
 
-There the installed program must draw every example to the bytes that PROGRAM draws here, and a program in C must build
-against the installed library and draw. Lintian must find no errors in the packages. Where nobody may make an empty
+There the wheel and the npm package must draw with nothing but an interpreter and fonts, and without fonts name the
+packages that have them. The installed program must draw every example to the bytes that PROGRAM draws here, and a
+program in C must build against the installed library and draw. Lintian must find no errors in the packages. Where nobody may make an empty
 Debian (it takes root, and Debian's packages from the network) only Lintian looks, and a word says so.
 """
 import hashlib
@@ -12,6 +13,8 @@ import pathlib
 import shutil
 import subprocess
 import sys
+import tarfile
+import zipfile
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 RELEASE = "bookworm"
@@ -49,6 +52,53 @@ class Root:
         self.run("apt-get", "install", "--yes", "--quiet", *packages, stdout=subprocess.DEVNULL)
 
 
+PYTHON = """
+import sys
+sys.path.insert(0, "/tavrin/wheel")
+import tavrin
+with open("/tavrin/examples/agenda/model.json") as model:
+    widget = tavrin.Document.open("/tavrin/examples/agenda/document.json").widget(
+        model.read(), date="{date}", time_zone="{zone}", fetch="none")
+try:
+    sys.stdout.buffer.write(widget.encode())
+except tavrin.TavrinError as error:
+    sys.exit(error.message)
+"""
+NODE = """
+import fs from "node:fs";
+import {{ Document }} from "/tavrin/package/index.js";
+const document = await Document.open("/tavrin/examples/agenda/document.json");
+const model = fs.readFileSync("/tavrin/examples/agenda/model.json", "utf8");
+const widget = await document.widget(model, {{ date: "{date}", timeZone: "{zone}", fetch: "none" }});
+process.stdout.write(await widget.encode());
+"""
+
+
+def try_wheel_and_npm(root, here, packages, expected):
+    """What they carry and what they ask for."""
+    def drawn(interpreter, name, program, **more):
+        (here / name).write_text(program.format(date=MOMENT[1], zone=MOMENT[3]))
+        return root.run(interpreter, f"/tavrin/{name}", stdout=subprocess.PIPE, **more).stdout
+
+    with zipfile.ZipFile(next(packages.glob("tavrin-*.whl"))) as archive:
+        archive.extractall(here / "wheel")
+    with tarfile.open(next(packages.glob("tavrin-[0-9.]*.tgz"))) as archive:
+        archive.extractall(here, filter="data")
+    root.install("python3-minimal", "libpython3-stdlib", "tzdata")
+    try:
+        drawn("python3", "draw.py", PYTHON, stderr=subprocess.PIPE)
+        sys.exit("without fonts the wheel draws all the same")
+    except subprocess.CalledProcessError as error:
+        if b"fonts-inter" not in error.stderr:
+            sys.exit(f"without fonts the wheel does not say which it needs: {error.stderr.decode()}")
+    root.install("fonts-inter", "fonts-noto-color-emoji")
+    if drawn("python3", "draw.py", PYTHON) != expected:
+        sys.exit("the wheel draws agenda otherwise")
+    root.install("nodejs")
+    if drawn("node", "draw.mjs", NODE) != expected:
+        sys.exit("the npm package draws agenda otherwise")
+
+
 def picture(run_program, folder):
     """The picture of an example, drawn in its folder by a program that takes words."""
     model = ["--model", f"{folder}/model.json"]
@@ -81,6 +131,9 @@ def main():
     shutil.copytree(TOP / "examples", here / "examples")
     shutil.copy(TOP / "bindings" / "c" / "tests" / "host.c", here)
 
+    agenda = picture(lambda *words, **more: run(program, *words, **more), TOP / "examples" / "agenda")
+    try_wheel_and_npm(root, here, packages, agenda)
+
     root.install(*[f"/tavrin/{deb.name}" for deb in debs if deb.name.startswith("tavrin_")])
     drawn = 0
     for folder in sorted(path.parent for path in (TOP / "examples").glob("*/document.json")):
@@ -97,11 +150,11 @@ def main():
                          " $(pkg-config --cflags --libs tavrin-c) -o /tavrin/host")
     root.run("/tavrin/host", "draw", "/tavrin/examples/agenda/document.json", "/tavrin/examples/agenda/model.json",
              "png", "/tavrin/agenda.png", "date", MOMENT[1], "time_zone", MOMENT[3])
-    ours = picture(lambda *words, **more: run(program, *words, **more), TOP / "examples" / "agenda")
-    if (here / "agenda.png").read_bytes() != ours:
+    if (here / "agenda.png").read_bytes() != agenda:
         sys.exit("a program in C draws agenda otherwise")
     shutil.rmtree(root.path)
-    print(f"In an empty Debian the packages draw {drawn} examples, and one from C, with the bytes of {program.name}.")
+    print(f"In an empty Debian the packages draw {drawn} examples, and one from C, Python and Node, with the bytes of"
+          f" {program.name}.")
 
 
 if __name__ == "__main__":

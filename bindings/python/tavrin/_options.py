@@ -11,7 +11,7 @@ Family = Literal[
     "accessoryRectangular", "accessoryInline"]
 Appearance = Literal["light", "dark"]
 Fetch = Literal["none", "public", "all"]
-Format = Literal["png", "svg", "pdf"]
+Format = Literal["png", "svg", "pdf", "webp", "jpeg"]
 Compression = Literal["fast", "balanced", "small"]
 Profile = Literal["usual", "strangers"]
 
@@ -65,7 +65,7 @@ class Options(TypedDict, total=False):
     format: Format
     """What the picture is written as. By default png."""
     compression: Compression
-    """Whether a PNG or WebP is written quickly, small or between. By default fast."""
+    """Whether a PNG, or a WebP without loss, is written quickly, small or between. By default fast."""
     quality: int
     """The quality of a JPEG, or of a WebP that is not to be lossless; from 1 to 100. By default 85."""
     budget: Profile | Budget
