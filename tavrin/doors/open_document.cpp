@@ -6,6 +6,7 @@
 #include "tavrin/doors/explain_path.h"
 #include "tavrin/doors/option_error.h"
 #include "tavrin/doors/option_values.h"
+#include "tavrin/platform/foundation/precondition.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin {
@@ -18,6 +19,7 @@ std::optional<std::string_view> viewOf(const std::shared_ptr<const std::string>&
 /// Does some work; what fails is told in the terms of the two texts.
 template <class Work>
 auto described(std::string_view document, std::optional<std::string_view> model, const Work& work) {
+    const ThrowingPreconditions throwing;  // what is malformed must not end the process of a host
     try {
         return work();
     } catch (const OptionError&) {
