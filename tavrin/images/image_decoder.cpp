@@ -9,6 +9,7 @@
 #include "tavrin/images/decoders.h"
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
+#include "tavrin/platform/foundation/threads/forked_child.h"
 
 namespace tavrin {
 namespace images {
@@ -44,10 +45,12 @@ public:
 
 private:
     using Places = std::counting_semaphore<>;
+    static unsigned count() { return std::max(2U, std::thread::hardware_concurrency()); }
     static Places& places() {
         // Pictures may still be decoded while the process ends.
-        static Places& places = *new Places(std::max(2U, std::thread::hardware_concurrency()));
-        return places;
+        static Places* const places = new Places(count());
+        [[maybe_unused]] static const bool isForkable = beginAnewInChildren([] { ::new (places) Places(count()); });
+        return *places;
     }
 };
 

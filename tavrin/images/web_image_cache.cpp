@@ -8,10 +8,12 @@
 #include <string_view>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include "tavrin/images/image_loads.h"
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/file_contents.h"
+#include "tavrin/platform/foundation/threads/forked_child.h"
 #include "tavrin/platform/foundation/threads/main_queue.h"
 
 namespace tavrin {
@@ -66,7 +68,14 @@ ImageLoads::Outcome load(const LoadOnce& loadOnce) {
 WebImageCache& WebImageCache::shared() {
     // Downloads may still end while the process does.
     static WebImageCache& cache = *new WebImageCache(URLSession::shared());
+    [[maybe_unused]] static const bool isForkable = beginAnewInChildren([] { cache.beginAnew(); });
     return cache;
+}
+
+void WebImageCache::beginAnew() {
+    // Nobody ends the loads that were under way, nor gives back a lock that was held.
+    static auto& others = *new std::vector<std::shared_ptr<ImageLoads>>;
+    others.push_back(std::exchange(loads_, std::make_shared<ImageLoads>()));
 }
 
 WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(std::make_shared<ImageLoads>()) {}

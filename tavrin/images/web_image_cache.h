@@ -28,7 +28,8 @@ public:
     /// Larger files and downloads are refused.
     static constexpr std::size_t maximumFileBytes = std::size_t{32} << 20;
 
-    /// The process's cache. It is never cleared, nor destroyed.
+    /// The process's cache. It is never cleared, nor destroyed; in a forked child it is empty at first, and of the
+    /// usual size.
     static WebImageCache& shared();
 
     explicit WebImageCache(URLSession& session);
@@ -61,6 +62,8 @@ public:
     [[nodiscard]] std::size_t bytes() const;
 
 private:
+    void beginAnew();
+
     URLSession& session_;
     /// Loads that end later hold it, too.
     std::shared_ptr<ImageLoads> loads_;

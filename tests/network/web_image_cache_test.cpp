@@ -10,7 +10,9 @@
 #include <functional>
 #include <future>
 #include <optional>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -446,6 +448,30 @@ TEST(ProcessWideImageCache, EndsWithTheProcess) {
         std::exit(cache.maximumBytes() == std::size_t{256} << 20 ? 7 : 1);
     };
     EXPECT_EXIT(leave(), ::testing::ExitedWithCode(7), "");
+}
+
+TEST(ProcessWideImageCache, BeginsAnewInAForkedChild) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    useNoProxy();
+    const auto forkAndLoad = [] {
+        const WebServer server;
+        WebImageCache& cache = WebImageCache::shared();
+        const URL known = urlOf(server.at("/ok/1"));
+        const URL underWay = urlOf(server.at("/late/1000"));
+        if (!load(cache, known).isPicture) std::_Exit(1);
+        cache.cacheImages({underWay}, nullptr);
+        while (server.requests() < 2) std::this_thread::sleep_for(1ms);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            for (const URL& url : {known, underWay, urlOf(server.at("/ok/2"))})
+                if (!load(cache, url).isPicture) std::_Exit(2);
+            std::exit(7);  // waits for its own threads, not for its parent's
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        std::_Exit(WIFEXITED(status) ? WEXITSTATUS(status) : 3);
+    };
+    EXPECT_EXIT(forkAndLoad(), ::testing::ExitedWithCode(7), "");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <nanobind/stl/vector.h>
 
 #include "bindings/python/src/arguments.h"
+#include "bindings/python/src/calls.h"
 #include "bindings/python/src/errors.h"
 #include "bindings/python/src/pixels.h"
 #include "tavrin/diagnostics/diagnose.h"
@@ -19,13 +20,6 @@ namespace nb = nanobind;
 
 namespace tavrin::python {
 namespace {
-
-/// Does some work while the interpreter is free for other threads.
-template <class Work>
-auto unlocked(const Work& work) {
-    const nb::gil_scoped_release release;
-    return work();
-}
 
 nb::bytes bytesOf(const std::string& text) { return nb::bytes(text.data(), text.size()); }
 
@@ -83,6 +77,7 @@ NB_MODULE(_tavrin, module) {
     using tavrin::OpenWidget;
 
     translateErrors();
+    watchForks();
     addPixels(module);
     nb::class_<OpenDocument>(module, "Document", nb::is_final())
         .def("text", [](const OpenDocument& document) { return bytesOf(document.text()); })

@@ -27,6 +27,7 @@ TABLE = {
         document({"type": "text", "content": "a", "modifiers": [{"type": "padding", "length": "wide"}]}), None, {}),
     "a model that is no JSON": (document({"type": "text", "content": "{{initServerParam.a}}"}), '{"a" 1}', {}),
     "an expression that leads nowhere": (document({"type": "text", "content": "{{initServerParam.a}}"}), "{}", {}),
+    "an expression inside out": (document({"type": "text", "content": "{{initServerParam.a]b[0}}"}), '{"a": 1}', {}),
     "a picture that is too large": (document({"type": "text", "content": "a"}), None, {"size": "20000x20000"}),
     "a budget that is too small": (document({"type": "text", "content": "a"}), None, {"budget_steps": 2}),
 }

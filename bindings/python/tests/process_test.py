@@ -160,8 +160,80 @@ def test_senseless_calls_raise_and_nothing_else():
 def test_a_fork_before_the_first_use_draws(script):
     assert script("""
 if os.fork() == 0:
-    sys.stdout.write(str(tavrin.Document(HELLO).widget().encode()[1:4]))
-    sys.stdout.flush()
+    print(tavrin.Document(HELLO).widget().encode()[1:4], flush=True)
     os._exit(0)
 os.wait()
-""") == "b'PNG'"
+""") == "b'PNG'\n"
+
+
+SERVER = """
+import http.server, io
+from PIL import Image
+
+class Pictures(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        time.sleep(0.3 if "late" in self.path else 0)
+        file = io.BytesIO()
+        Image.new("RGB", (8, 8), (255, 0, 0)).save(file, "PNG")
+        self.send_response(200)
+        self.send_header("Content-Length", str(file.tell()))
+        self.end_headers()
+        self.wfile.write(file.getvalue())
+
+    def log_message(self, *_):
+        pass
+
+server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Pictures)
+threading.Thread(target=server.serve_forever, daemon=True).start()
+
+def pixel(name):
+    url = f"http://127.0.0.1:{server.server_port}/{name}"
+    text = '{"version": "1.0", "nodes": {"main": {"type": "webImage", "url": "%s"}}}' % url
+    pixels = tavrin.Document(text).widget(size=(8, 8), scale=1, fetch="all").pixels()
+    return bytes(pixels)[4 * 36:4 * 37]
+"""
+
+
+def test_pictures_are_fetched_after_a_fork(script):
+    """Also those that the parent was fetching."""
+    red = "b'\\xff\\x00\\x00\\xff'\n"
+    assert script(SERVER + """
+print(pixel("parent"), flush=True)
+if os.fork() == 0:
+    print(pixel("parent"), flush=True)
+    print(pixel("child"), flush=True)
+    sys.exit()
+os.wait()
+print(pixel("later"))
+""") == red * 4
+
+
+def test_a_fork_amid_another_thread_s_call_is_refused_clearly(script):
+    """Whether a thread is in a call at that moment is luck, which is tried until it is so."""
+    assert script("""
+widget = tavrin.Document(HELLO).widget(size=(4000, 4000), scale=1)
+stopped = threading.Event()
+
+def draw():
+    while not stopped.is_set():
+        widget.pixels()
+
+def outcome_in_child():
+    if child := os.fork():
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+    try:
+        tavrin.Document(HELLO).widget().encode()
+        os._exit(0)
+    except tavrin.TavrinError as error:
+        os._exit(7 if error.kind == "Program" and "forked while another thread" in str(error) else 8)
+
+thread = threading.Thread(target=draw)
+thread.start()
+outcomes = set()
+while 7 not in outcomes and outcomes <= {0}:
+    time.sleep(0.01)
+    outcomes.add(outcome_in_child())
+stopped.set()
+thread.join()
+print(7 in outcomes, outcome_in_child())
+""") == "True 0\n"

@@ -15,6 +15,7 @@
 #include "tavrin/platform/foundation/net/transfer_queue.h"
 #include "tavrin/platform/foundation/net/url_transfer.h"
 #include "tavrin/platform/foundation/threads/blocked_signals.h"
+#include "tavrin/platform/foundation/threads/forked_child.h"
 #include "tavrin/platform/foundation/threads/work_queue.h"
 
 namespace tavrin {
@@ -334,7 +335,14 @@ URLSession& URLSession::shared() {
         ~StopAtExit() { session.stop(); }
     };
     static const StopAtExit stopAtExit;
+    [[maybe_unused]] static const bool isForkable = beginAnewInChildren([] { session.beginAnew(); });
     return session;
+}
+
+void URLSession::beginAnew() {
+    // The other one waits for threads that this process does not have, and must never end.
+    static auto& others = *new std::vector<std::shared_ptr<Loop>>;
+    others.push_back(std::exchange(loop_, std::make_shared<Loop>(Configuration{})));
 }
 
 URLSession::URLSession() : URLSession(Configuration{}) {}

@@ -55,7 +55,8 @@ struct URLRequest {
 
 /// Loads what URLs stand for: `http` and `https`, with HTTP/2 where the server offers it, at most 10 redirects, proxies
 /// from the environment and connections that are used again; `file`, for regular files on this machine; and `data`.
-/// After a fork the child can load nothing: it has none of the threads.
+/// After a fork the child's shared session begins anew, without the tasks of its parent; others can load nothing there,
+/// since they have none of the threads.
 ///
 /// One thread does all transfers, a few others call the completions; both start with the first task. At most 64
 /// transfers are under way, 32 of them with one host; the others wait, hosts taking turns. Thread-safe.
@@ -108,6 +109,8 @@ public:
 
 private:
     class Loop;
+    void beginAnew();
+
     std::shared_ptr<Loop> loop_;
 };
 
