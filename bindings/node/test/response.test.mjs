@@ -19,7 +19,13 @@ async function tagOf(more = {}) {
   return `"${createHash('sha256').update(picture).digest('base64url')}"`;
 }
 
-const types = { png: 'image/png', svg: 'image/svg+xml', pdf: 'application/pdf', webp: 'image/webp', jpeg: 'image/jpeg' };
+const types = {
+  png: 'image/png',
+  svg: 'image/svg+xml',
+  pdf: 'application/pdf',
+  webp: 'image/webp',
+  jpeg: 'image/jpeg',
+};
 for (const format of JSON.parse(addon.options()).find(({ name }) => name === 'format').words)
   test(`a picture as ${format}`, async () => {
     const response = await widgetResponse(document, model, { ...options, format });
@@ -59,8 +65,8 @@ for (const [why, request, status, hasBody] of requests)
     assert.equal((await bytesOf(response)).length > 0, hasBody);
   });
 
-const timer = timestamp => new Document(JSON.stringify({
-  version: '1.0', nodes: { main: { type: 'timer', ...(timestamp && { timestamp }) } } }));
+const timer = timestamp =>
+  new Document(JSON.stringify({ version: '1.0', nodes: { main: { type: 'timer', ...(timestamp && { timestamp }) } } }));
 const moment = Date.parse(options.date) / 1000;
 const lifetimes = [
   ['what never changes', document, 'max-age=86400'],
@@ -73,8 +79,9 @@ for (const [why, drawn, expected] of lifetimes)
   });
 
 test('a picture that lacks one is not kept', async () => {
-  const lacking = new Document(JSON.stringify({
-    version: '1.0', nodes: { main: { type: 'webImage', url: 'https://example.com/none.png' } } }));
+  const lacking = new Document(
+    JSON.stringify({ version: '1.0', nodes: { main: { type: 'webImage', url: 'https://example.com/none.png' } } }),
+  );
   for (const more of [{ fetch: 'none' }, { imageCacheDir: '/nonexistent' }]) {
     const response = await widgetResponse(lacking, null, { ...options, ...more });
     assert.equal(response.status, 200);
@@ -107,6 +114,11 @@ for (const [why, data, more, status, members] of problems)
 
 test('what no request can cause is thrown', async () => {
   await assert.rejects(widgetResponse({}, model, options), TypeError);
-  await assert.rejects(widgetResponse(document, () => 1, options), TypeError);
-  await assert.rejects(widgetResponse(document, model, { ...options, signal: AbortSignal.abort() }), { name: 'AbortError' });
+  await assert.rejects(
+    widgetResponse(document, () => 1, options),
+    TypeError,
+  );
+  await assert.rejects(widgetResponse(document, model, { ...options, signal: AbortSignal.abort() }), {
+    name: 'AbortError',
+  });
 });
