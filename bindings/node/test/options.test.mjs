@@ -95,7 +95,7 @@ test('a budget is a name or an object of bounds', async () => {
   const costs = { name: 'TavrinError', kind: 'Budget' };
   await document.widget(null, { budget: 'strangers' });
   await document.widget(null, { budget: { profile: 'strangers', steps: 1_000_000, seconds: 60 } });
-  const widget = await document.widget(null, { budget: { pixels: 1000 } });
+  const widget = await document.widget(null, { size: [103, 50], budget: { pixels: 1000 } });
   await assert.rejects(widget.encode(), costs);
   assert.throws(() => new Document(textDocument('x'), { budget: { bytes: 10 } }), costs);
 });

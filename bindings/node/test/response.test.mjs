@@ -89,11 +89,24 @@ test('a picture that lacks one is not kept', async () => {
   }
 });
 
+// What is drawn already costs nothing: those that spend a budget have sizes of their own.
 const problems = [
   ['a model that is no JSON', '{', {}, 422, { type: 'DecodingError', role: 'model', line: 1, column: 2 }],
   ['a model without the value', {}, {}, 422, { type: 'ModelContextError' }],
-  ['a budget that is spent', model, { budget: { pixels: 10 } }, 422, { type: 'TavrinError', kind: 'Budget' }],
-  ['one that cannot be laid out', model, { budget: { steps: 20 } }, 422, { type: 'TavrinError', kind: 'Budget' }],
+  [
+    'a budget that is spent',
+    model,
+    { size: [101, 50], budget: { pixels: 10 } },
+    422,
+    { type: 'TavrinError', kind: 'Budget' },
+  ],
+  [
+    'one that cannot be laid out',
+    model,
+    { size: [102, 50], budget: { steps: 20 } },
+    422,
+    { type: 'TavrinError', kind: 'Budget' },
+  ],
   ['an unknown option', model, { familly: 'x' }, 400, { type: 'UsageError' }],
   ['an option of a wrong type', model, { scale: '2' }, 400, { type: 'UsageError' }],
   ['an option out of range', model, { scale: 0 }, 400, { type: 'UsageError' }],
