@@ -2,7 +2,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo docs test test-doors test-c test-python package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test test-doors test-c test-python addon test-node package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -45,7 +45,7 @@ test: build/release/with-tests ## build everything and run all tests
 	cmake --build --preset release
 	ctest --preset release --parallel $(JOBS)
 
-test-doors: test-c test-python ## set up and test the doors for other languages
+test-doors: test-c test-python test-node ## set up and test the doors for other languages
 
 # `make test` tests the library itself; this is what it promised so far.
 test-c: build/release/with-tests | setup-doors
@@ -55,14 +55,19 @@ test-c: build/release/with-tests | setup-doors
 test-python: build | setup-doors
 	scripts/python_door.sh
 
-bindings/node/node_modules/.package-lock.json: bindings/node/package-lock.json | build setup-tests
-	cd bindings/node && npm ci
+bindings/node/node_modules/.package-lock.json: bindings/node/package-lock.json | setup-program
+	cd bindings/node && npm ci --ignore-scripts
 
-package: build bindings/node/node_modules/.package-lock.json | setup-doors ## what is installed without compiling, in out/packages
+# The addon for Node, of what is built already.
+addon: build bindings/node/node_modules/.package-lock.json
+	cd bindings/node && node install.mjs
+
+test-node: addon
+	cd bindings/node && npm test
+
+package: addon | setup-doors ## what is installed without compiling, in out/packages
 	scripts/python_setup.sh
 	cmake --build --preset release --target tavrin_program tavrin_c
-	cmake build/release -D TAVRIN_NODE_ADDON=ON
-	cmake --build --preset release --target tavrin_node
 	rm -rf out/packages
 	cpack --config build/release/CPackConfig.cmake -B out/packages
 	rm -rf out/packages/_CPack_Packages
@@ -78,7 +83,7 @@ bench: build/release/with-tests ## run the benchmarks
 bench/peers/node_modules/.package-lock.json: bench/peers/package-lock.json | setup-tests
 	cd bench/peers && npm ci
 
-bench-peers: build/release/with-tests bench/peers/node_modules/.package-lock.json ## one scene against two npm packages
+bench-peers: build/release/with-tests bench/peers/node_modules/.package-lock.json addon ## one scene against two npm packages
 	cmake --build --preset release --target tavrin_program tavrin_peer_bench
 	bench/peers/compare.py build/release out/peers
 

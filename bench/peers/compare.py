@@ -99,6 +99,8 @@ def measure(build, out):
     results = rows(["warm picture, 1 core", "its processor time"], "ms", warm(serving, cores[-1:]))
     if len(cores) > 1:
         results |= rows(["warm picture, 2 cores"], "ms", warm(serving, cores[-2:]))
+    together = subprocess.check_output(["node", HERE / "in_process.mjs", str(ROUNDS)])
+    results |= rows(["in one Node process"], "ms", json.loads(together))
     costs = by_turns({name: lambda command=command: process_cost(command) for name, command in once.items()})
     results |= rows(["whole process"], "ms", costs)
     results |= rows(["its peak memory"], "MiB", {name: lists[1:] for name, lists in costs.items()})

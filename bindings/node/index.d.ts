@@ -4,9 +4,9 @@
  * Renders home-screen widgets from small JSON documents.
  *
  * The work is done on the threads that Node keeps for such (`UV_THREADPOOL_SIZE`), never on the event loop, but for
- * decoding in `new Document`. Every promise may reject with a {@link TavrinError} for what a document or its model has
- * wrong, a `TypeError` for an option that there is not or of a wrong type, and a `RangeError` for an option's value that
- * is none of those allowed; both of these have the option's name as `option`.
+ * decoding in `new Document`. Every promise may reject with a {@link TavrinError} for what is wrong with a document or
+ * its model, a `TypeError` for an option that there is not or of a wrong type, and a `RangeError` for an option's value
+ * that is none of those allowed; both of these have the option's name as `option`.
  *
  * @packageDocumentation
  */

@@ -24,7 +24,7 @@ function isInSources() {
 }
 
 if (isInSources()) {
-  const isConfigured = fs.existsSync(path.join(build, 'build.ninja'));  // then it stays as it is
+  const isConfigured = fs.existsSync(path.join(build, 'build.ninja')); // then it stays as it is
   const alone = ['--preset', 'release', '-D', 'TAVRIN_TESTS=OFF', '-D', 'TAVRIN_BENCH=OFF'];
   run('cmake', ...(isConfigured ? [build] : alone), '-D', 'TAVRIN_NODE_ADDON=ON');
   run('cmake', '--build', '--preset', 'release', '--target', 'tavrin_node');

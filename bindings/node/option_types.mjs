@@ -7,15 +7,21 @@ const union = words => words.map(word => `'${word}'`).join(' | ');
 
 function typeOf({ name, kind, words }) {
   switch (kind) {
-    case 'word': return namedWords[name] ?? union(words);
-    case 'flag': return 'boolean';
+    case 'word':
+      return namedWords[name] ?? union(words);
+    case 'flag':
+      return 'boolean';
     case 'number':
-    case 'count': return 'number';
-    case 'size': return 'Size';
-    case 'moment': return 'Date | string';
+    case 'count':
+      return 'number';
+    case 'size':
+      return 'Size';
+    case 'moment':
+      return 'Date | string';
     case 'timeZone':
     case 'color':
-    case 'folder': return 'string';
+    case 'folder':
+      return 'string';
   }
   throw new Error(`there is no type for options of the kind ${kind}`);
 }
@@ -33,33 +39,41 @@ function member(option, name = option.name, type = typeOf(option)) {
   return `  /** ${option.sentence}${rangeOf(option)}.${usual} */\n  ${name}?: ${type};\n`;
 }
 
-const bounds = /^budget(?=[A-Z])/;
-const lowered = name => name[0].toLowerCase() + name.slice(1);
+const membersOf = options => options.map(option => member(option)).join('');
+
+/** A bound of the budget as a member of the budget itself: `steps` for `budgetSteps`. */
+function bound(option) {
+  const name = option.name.slice('budget'.length);
+  return member(option, name[0].toLowerCase() + name.slice(1));
+}
 
 /** The module of types for the options that all doors share. */
 export function optionTypes(options) {
-  const called = Object.fromEntries(options.map(option => [option.name, option]));
-  const using = use => options.filter(option => option.use === use && !option.name.startsWith('budget'));
-  const budget = member(called.budget, 'budget', 'BudgetProfile | Budget');
-  const inBudget = options.filter(({ name }) => bounds.test(name));
+  const { family, format, budget } = Object.fromEntries(options.map(option => [option.name, option]));
+  const ofBudget = options.filter(({ name }) => name.startsWith('budget') && name !== 'budget');
+  const ofPicture = options.filter(option => option.use === 'picture' && option !== format);
+  const ofWidget = options.filter(option => option.use === 'widget' && option !== budget && !ofBudget.includes(option));
   return `// SPDX-License-Identifier: MIT
 // Written by option_types.mjs.
 
 /** Width and height in points, both positive: \`[338, 158]\` or \`"338x158"\`. */
 export type Size = readonly [width: number, height: number] | \`\${number}x\${number}\`;
 
-${Object.entries(namedWords).map(([name, type]) => `export type ${type} = ${union(called[name].words)};\n`).join('')}
+export type Family = ${union(family.words)};
+export type PictureFormat = ${union(format.words)};
+export type BudgetProfile = ${union(budget.words)};
+
 /** What a call may cost: a profile, and bounds that hold instead of the profile's. What passes it rejects with a
  * {@link TavrinError} of kind \`"Budget"\`. */
 export interface Budget {
-${member(called.budget, 'profile')}${inBudget.map(option => member(option, lowered(option.name.replace(bounds, '')))).join('')}}
+${member(budget, 'profile')}${ofBudget.map(bound).join('')}}
 
 /** How a picture is written. */
 export interface PictureOptions {
-${using('picture').filter(({ name }) => name !== 'format').map(option => member(option)).join('')}}
+${membersOf(ofPicture)}}
 
 /** How a document becomes a widget, and its picture. */
 export interface WidgetOptions extends PictureOptions {
-${using('widget').map(option => member(option)).join('')}${member(called.format)}${budget}}
+${membersOf([...ofWidget, format])}${member(budget, 'budget', 'BudgetProfile | Budget')}}
 `;
 }

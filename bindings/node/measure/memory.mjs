@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // node --expose-gc memory.mjs [PICTURES]: draws so many, four at a time, each with a model of its own, and prints what
-// the process takes up in between, in MiB; at last how much that grew in the second half, when what is kept for the next
-// pictures has its size.
+// the process takes up in between, in MiB; at last how much that grew in the second half, when what is kept for the
+// next pictures has its size.
 import { Document } from '../index.js';
 import { scene } from './scene.mjs';
 

@@ -63,8 +63,11 @@ test('a signal ends a call', async () => {
     const controller = new AbortController();
     const ended = call(controller.signal);
     controller.abort(reason);
-    const failure = await ended.then(() => assert.fail(name), error => error);
-    assert.ok(failure === reason || failure.cause === reason, name);  // Node's own calls wrap it
+    const failure = await ended.then(
+      () => assert.fail(name),
+      error => error,
+    );
+    assert.ok(failure === reason || failure.cause === reason, name); // Node's own calls wrap it
     await call(new AbortController().signal).catch(error => name === 'encode' || Promise.reject(error));
   }
 });
@@ -75,7 +78,12 @@ test('a call that was cancelled leaves its thread', async () => {
   const token = addon.cancelToken();
   const work = addon.encode(widget, 'png', { compression: 'small' }, token);
   addon.cancel(token);
-  const failure = JSON.parse(await work.then(() => assert.fail('it is drawn'), error => error));
+  const failure = JSON.parse(
+    await work.then(
+      () => assert.fail('it is drawn'),
+      error => error,
+    ),
+  );
   assert.deepEqual([failure.type, failure.kind], ['TavrinError', 'Budget']);
 });
 
@@ -151,17 +159,63 @@ test('a thousand bad calls end in errors', async () => {
   const source = numbers(7);
   const pick = list => list[Math.floor(source.next().value * list.length)];
   const own = new Error('own');
-  const throwing = new Proxy({}, {
-    ownKeys: () => { throw own; },
-    get: () => { throw own; },
-  });
-  const getter = { get scale() { throw own; } };
-  const values = () => pick([
-    undefined, null, NaN, -1, 0, 1e308, 1n, '', 'x', '\ud800', '\0', 'x'.repeat(70000), true, Symbol('x'), {}, [],
-    [1, 2], [[]], [NaN, 1], new Date(NaN), new Date(1e15), Buffer.alloc(10), new Uint8Array(0), new Map(), () => 1,
-    throwing, getter, AbortSignal.abort(), Object.create(null), new Float64Array(3), '{"version":"1.0"}', '[[[[[',
-    '{"a":1e999}', { budget: {} }, { budget: throwing }, { signal: {} }, { families: ['x'] }, { families: 5 },
-  ]);
+  const throwing = new Proxy(
+    {},
+    {
+      ownKeys: () => {
+        throw own;
+      },
+      get: () => {
+        throw own;
+      },
+    },
+  );
+  const getter = {
+    get scale() {
+      throw own;
+    },
+  };
+  const values = () =>
+    pick([
+      undefined,
+      null,
+      NaN,
+      -1,
+      0,
+      1e308,
+      1n,
+      '',
+      'x',
+      '\ud800',
+      '\0',
+      'x'.repeat(70000),
+      true,
+      Symbol('x'),
+      {},
+      [],
+      [1, 2],
+      [[]],
+      [NaN, 1],
+      new Date(NaN),
+      new Date(1e15),
+      Buffer.alloc(10),
+      new Uint8Array(0),
+      new Map(),
+      () => 1,
+      throwing,
+      getter,
+      AbortSignal.abort(),
+      Object.create(null),
+      new Float64Array(3),
+      '{"version":"1.0"}',
+      '[[[[[',
+      '{"a":1e999}',
+      { budget: {} },
+      { budget: throwing },
+      { signal: {} },
+      { families: ['x'] },
+      { families: 5 },
+    ]);
   const names = JSON.parse(addon.options()).map(({ name }) => name);
   const options = () => (source.next().value < 0.3 ? values() : { [pick([...names, 'x', '', '__proto__'])]: values() });
   const document = new Document(textDocument('{{initServerParam.a}}'));

@@ -33,7 +33,10 @@ async function failureOf(text, model) {
   fs.writeFileSync(document, text);
   if (model) fs.writeFileSync(modelFile, model);
   const words = ['render', document, ...(model ? ['--model', modelFile] : []), '-o', '-', '--errors', 'json'];
-  const failure = await run(...words).then(() => assert.fail('the program draws it'), error => error);
+  const failure = await run(...words).then(
+    () => assert.fail('the program draws it'),
+    error => error,
+  );
   const { file, codingPath, ...others } = JSON.parse(failure.message).error;
   return { ...others, ...(codingPath && { path: codingPath }) };
 }
@@ -41,19 +44,25 @@ async function failureOf(text, model) {
 for (const [why, text, model] of rows)
   test(`the error for ${why}`, async () => {
     const draw = async () => (await new Document(text).widget(model)).encode();
-    const error = await draw().then(() => assert.fail('it is drawn'), failure => failure);
+    const error = await draw().then(
+      () => assert.fail('it is drawn'),
+      failure => failure,
+    );
     assert.ok(error instanceof TavrinError && error instanceof Error);
     assert.equal(error.name, 'TavrinError');
     const { role, ...members } = error.toJSON();
     assert.deepEqual(members, await failureOf(text, model));
-    if (error.line !== undefined) assert.equal(role, error.path && why.startsWith('a model that') ? 'model' : 'document');
+    if (error.line !== undefined)
+      assert.equal(role, error.path && why.startsWith('a model that') ? 'model' : 'document');
     for (const [name, value] of Object.entries(members)) assert.deepEqual(error[name], value);
     assert.match(error.stack, /errors\.test\.mjs/, 'a stack says who called');
   });
 
 test('one that cannot be laid out still has a tree', async () => {
   const views = Array.from({ length: 200 }, (_, i) => ({ type: 'text', content: `text ${i}` }));
-  const document = new Document(JSON.stringify({ version: '1.0', nodes: { main: { type: 'vstack', children: views } } }));
+  const document = new Document(
+    JSON.stringify({ version: '1.0', nodes: { main: { type: 'vstack', children: views } } }),
+  );
   let widget;
   for (let steps = 1000; !widget; steps *= 1.25)
     widget = await document.widget(null, { budget: { steps: Math.round(steps) } }).catch(() => undefined);

@@ -50,7 +50,8 @@ export const modelOf = ({ model }) => (model ? fs.readFileSync(model, 'utf8') : 
 export function asWords({ document, model }, options) {
   const kebab = name => '--' + name.replace(/[A-Z]/g, letter => '-' + letter.toLowerCase());
   const given = Object.entries(options).flatMap(([name, value]) =>
-    value === true ? [kebab(name)] : [kebab(name), String(value)]);
+    value === true ? [kebab(name)] : [kebab(name), String(value)],
+  );
   return [document, ...(model ? ['--model', model] : []), ...given];
 }
 

@@ -13,7 +13,11 @@ const wrongName = { name: 'TypeError', message: /there is no option|this call ha
 
 // For each kind of option, what it takes, what is no value of it, and what is of a type that it does not take.
 const kinds = {
-  word: { good: ({ name, words }) => words.filter(word => name !== 'family' || word !== 'systemExtraLarge'), bad: () => ['', 'nonsense'], wrong: [1, true, {}, [1, 2]] },
+  word: {
+    good: ({ name, words }) => words.filter(word => name !== 'family' || word !== 'systemExtraLarge'),
+    bad: () => ['', 'nonsense'],
+    wrong: [1, true, {}, [1, 2]],
+  },
   flag: { good: () => [true, false], bad: () => [], wrong: [1, 'true', {}] },
   number: { good: () => [1, 2.5], bad: () => [0, -1, NaN, Infinity], wrong: ['1', true, {}, [1, 2]] },
   count: {
@@ -21,7 +25,11 @@ const kinds = {
     bad: option => [0, -1, 1.5, NaN, Infinity, ...(option.maximum ? [option.maximum + 1] : [])],
     wrong: ['1', true, {}],
   },
-  size: { good: () => [[390, 844], '390x844'], bad: () => [[0, 1], [1, NaN], '', '1x'], wrong: [1, [1], [1, 2, 3], ['1', '2'], {}] },
+  size: {
+    good: () => [[390, 844], '390x844'],
+    bad: () => [[0, 1], [1, NaN], '', '1x'],
+    wrong: [1, [1], [1, 2, 3], ['1', '2'], {}],
+  },
   moment: {
     good: () => [new Date(0), '2026-03-01T09:41:00Z'],
     bad: () => [new Date(NaN), '', 'yesterday'],
@@ -36,12 +44,22 @@ for (const option of described.filter(({ use }) => use !== 'answer'))
   test(`the option ${option.name}`, async () => {
     const { good, bad, wrong } = kinds[option.kind];
     const { name } = option;
-    const isBudget = name === 'budget';  // which may be an object
+    const isBudget = name === 'budget'; // which may be an object
     for (const value of good(option)) await document.widget(null, { [name]: value });
     for (const value of bad(option))
-      await assert.rejects(document.widget(null, { [name]: value }), { name: 'RangeError', option: name }, String(value));
-    for (const value of [...wrong, null, () => 1, Symbol('x'), 1n].filter(value => !isBudget || value?.constructor !== Object))
-      await assert.rejects(document.widget(null, { [name]: value }), { name: 'TypeError', option: name }, String(value));
+      await assert.rejects(
+        document.widget(null, { [name]: value }),
+        { name: 'RangeError', option: name },
+        String(value),
+      );
+    for (const value of [...wrong, null, () => 1, Symbol('x'), 1n].filter(
+      value => !isBudget || value?.constructor !== Object,
+    ))
+      await assert.rejects(
+        document.widget(null, { [name]: value }),
+        { name: 'TypeError', option: name },
+        String(value),
+      );
     await document.widget(null, { [name]: undefined });
   });
 
@@ -77,7 +95,7 @@ test('a budget is a name or an object of bounds', async () => {
   const costs = { name: 'TavrinError', kind: 'Budget' };
   await document.widget(null, { budget: 'strangers' });
   await document.widget(null, { budget: { profile: 'strangers', steps: 1_000_000, seconds: 60 } });
-  const widget = await document.widget(null, { budget: { pixels: 1000 } });
+  const widget = await document.widget(null, { size: [103, 50], budget: { pixels: 1000 } });
   await assert.rejects(widget.encode(), costs);
   assert.throws(() => new Document(textDocument('x'), { budget: { bytes: 10 } }), costs);
 });

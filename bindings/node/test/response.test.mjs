@@ -19,7 +19,13 @@ async function tagOf(more = {}) {
   return `"${createHash('sha256').update(picture).digest('base64url')}"`;
 }
 
-const types = { png: 'image/png', svg: 'image/svg+xml', pdf: 'application/pdf', webp: 'image/webp', jpeg: 'image/jpeg' };
+const types = {
+  png: 'image/png',
+  svg: 'image/svg+xml',
+  pdf: 'application/pdf',
+  webp: 'image/webp',
+  jpeg: 'image/jpeg',
+};
 for (const format of JSON.parse(addon.options()).find(({ name }) => name === 'format').words)
   test(`a picture as ${format}`, async () => {
     const response = await widgetResponse(document, model, { ...options, format });
@@ -59,8 +65,8 @@ for (const [why, request, status, hasBody] of requests)
     assert.equal((await bytesOf(response)).length > 0, hasBody);
   });
 
-const timer = timestamp => new Document(JSON.stringify({
-  version: '1.0', nodes: { main: { type: 'timer', ...(timestamp && { timestamp }) } } }));
+const timer = timestamp =>
+  new Document(JSON.stringify({ version: '1.0', nodes: { main: { type: 'timer', ...(timestamp && { timestamp }) } } }));
 const moment = Date.parse(options.date) / 1000;
 const lifetimes = [
   ['what never changes', document, 'max-age=86400'],
@@ -73,8 +79,9 @@ for (const [why, drawn, expected] of lifetimes)
   });
 
 test('a picture that lacks one is not kept', async () => {
-  const lacking = new Document(JSON.stringify({
-    version: '1.0', nodes: { main: { type: 'webImage', url: 'https://example.com/none.png' } } }));
+  const lacking = new Document(
+    JSON.stringify({ version: '1.0', nodes: { main: { type: 'webImage', url: 'https://example.com/none.png' } } }),
+  );
   for (const more of [{ fetch: 'none' }, { imageCacheDir: '/nonexistent' }]) {
     const response = await widgetResponse(lacking, null, { ...options, ...more });
     assert.equal(response.status, 200);
@@ -82,11 +89,24 @@ test('a picture that lacks one is not kept', async () => {
   }
 });
 
+// What is drawn already costs nothing: those that spend a budget have sizes of their own.
 const problems = [
   ['a model that is no JSON', '{', {}, 422, { type: 'DecodingError', role: 'model', line: 1, column: 2 }],
   ['a model without the value', {}, {}, 422, { type: 'ModelContextError' }],
-  ['a budget that is spent', model, { budget: { pixels: 10 } }, 422, { type: 'TavrinError', kind: 'Budget' }],
-  ['one that cannot be laid out', model, { budget: { steps: 20 } }, 422, { type: 'TavrinError', kind: 'Budget' }],
+  [
+    'a budget that is spent',
+    model,
+    { size: [101, 50], budget: { pixels: 10 } },
+    422,
+    { type: 'TavrinError', kind: 'Budget' },
+  ],
+  [
+    'one that cannot be laid out',
+    model,
+    { size: [102, 50], budget: { steps: 20 } },
+    422,
+    { type: 'TavrinError', kind: 'Budget' },
+  ],
   ['an unknown option', model, { familly: 'x' }, 400, { type: 'UsageError' }],
   ['an option of a wrong type', model, { scale: '2' }, 400, { type: 'UsageError' }],
   ['an option out of range', model, { scale: 0 }, 400, { type: 'UsageError' }],
@@ -107,6 +127,11 @@ for (const [why, data, more, status, members] of problems)
 
 test('what no request can cause is thrown', async () => {
   await assert.rejects(widgetResponse({}, model, options), TypeError);
-  await assert.rejects(widgetResponse(document, () => 1, options), TypeError);
-  await assert.rejects(widgetResponse(document, model, { ...options, signal: AbortSignal.abort() }), { name: 'AbortError' });
+  await assert.rejects(
+    widgetResponse(document, () => 1, options),
+    TypeError,
+  );
+  await assert.rejects(widgetResponse(document, model, { ...options, signal: AbortSignal.abort() }), {
+    name: 'AbortError',
+  });
 });

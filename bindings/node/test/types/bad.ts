@@ -26,7 +26,7 @@ await widget.encode('gif');
 // @ts-expect-error a picture has no scale
 await widget.encode('png', { scale: 1 });
 // @ts-expect-error a promise
-(widget.tree()).view;
+widget.tree().view;
 // @ts-expect-error it may never change
 widget.validUntil.getTime();
 // @ts-expect-error it cannot be set

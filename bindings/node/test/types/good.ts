@@ -1,20 +1,45 @@
 // SPDX-License-Identifier: MIT
 // What users write, with all that there is.
 import {
-  check, Document, schema, TavrinError, version, widgetResponse,
-  type Diagnostic, type Pixels, type View, type Widget, type WidgetOptions,
+  check,
+  Document,
+  schema,
+  TavrinError,
+  version,
+  widgetResponse,
+  type Diagnostic,
+  type Pixels,
+  type View,
+  type Widget,
+  type WidgetOptions,
 } from 'tavrin';
 
 const options: WidgetOptions = {
-  size: [338, 158], screen: '390x844', scale: 2, appearance: 'dark', date: new Date(), timeZone: 'UTC',
-  background: 'none', rounded: true, imageCacheDir: 'pictures', maxImageSize: [100, 100], fetch: 'none', fontDir: 'fonts',
-  format: 'svg', compression: 'small', quality: 80, budget: { profile: 'strangers', steps: 1, pixels: 1, bytes: 1, seconds: 1 },
+  size: [338, 158],
+  screen: '390x844',
+  scale: 2,
+  appearance: 'dark',
+  date: new Date(),
+  timeZone: 'UTC',
+  background: 'none',
+  rounded: true,
+  imageCacheDir: 'pictures',
+  maxImageSize: [100, 100],
+  fetch: 'none',
+  fontDir: 'fonts',
+  format: 'svg',
+  compression: 'small',
+  quality: 80,
+  budget: { profile: 'strangers', steps: 1, pixels: 1, bytes: 1, seconds: 1 },
 };
 
 export async function draw(signal: AbortSignal): Promise<Buffer> {
   const document = new Document('{}', { budget: 'strangers' });
   const opened: Document = await Document.open(new URL('file:///agenda.json'), { signal });
-  const widget: Widget = await document.widget({ name: 'Ada' }, { family: 'systemSmall', date: '2026-01-01T00:00:00Z' });
+  const widget: Widget = await document.widget(
+    { name: 'Ada' },
+    { family: 'systemSmall', date: '2026-01-01T00:00:00Z' },
+  );
   await opened.widget();
   await opened.widget(null, options);
   await opened.widget(new Uint8Array(2), { ...options, signal });
@@ -36,7 +61,9 @@ export async function serve(request: Request, document: Document): Promise<Respo
 export async function errors(text: Uint8Array): Promise<string[]> {
   const found: Diagnostic[] = await check(text, null, { families: ['systemSmall'], ...options });
   console.log(Object.keys(schema()), version.split('.'));
-  return found.filter(({ severity }) => severity === 'error').map(({ range, fix }) => `${range?.line}${fix?.[0]?.text}`);
+  return found
+    .filter(({ severity }) => severity === 'error')
+    .map(({ range, fix }) => `${range?.line}${fix?.[0]?.text}`);
 }
 
 export function where(error: unknown): string {
