@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -39,5 +40,8 @@ private:
     std::vector<AnyView> kept_;  // so that no address is used again
     std::vector<const void*> open_;
 };
+
+/// The way from a document's root to a node or modifier, which its identity names; none for those of other documents.
+[[nodiscard]] std::optional<CodingPath> pathOf(const void* record, const NodeDictionary& nodes);
 
 }  // namespace tavrin

@@ -35,7 +35,38 @@ private:
     std::unordered_map<const void*, CodingPath> paths_;
 };
 
+/// Finds the way to one of them.
+class RecordFinder final : public ContentsVisitor {
+public:
+    explicit RecordFinder(const void* record) : record_(record) {}
+
+    void visit(const Node& node) override { enter(node); }
+    void visit(const Modifier& modifier) override { enter(modifier); }
+
+    std::optional<CodingPath> found;
+
+private:
+    template <class Tagged>
+    void enter(const Tagged& tagged) {
+        if (tagged.identity() == record_)
+            found = way;
+        else if (!found)
+            tagged.showContents(*this);
+    }
+
+    const void* record_;
+};
+
 }  // namespace
+
+std::optional<CodingPath> pathOf(const void* record, const NodeDictionary& nodes) {
+    RecordFinder finder(record);
+    for (auto entry = nodes.begin(); entry != nodes.end() && !finder.found; ++entry) {
+        finder.way = {std::string("nodes"), entry->first};
+        finder.visit(entry->second);
+    }
+    return std::move(finder.found);
+}
 
 struct ViewOrigins::Paths {
     std::unordered_map<const ViewBox*, CodingPath> ofViews;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tavrin/engine/prepared_document.h"
@@ -53,9 +54,10 @@ public:
 private:
     friend class Document;
     friend class Widget;
-    BoundDocument() = default;
+    explicit BoundDocument(PreparedDocument document) : document_(std::move(document)) {}
     [[nodiscard]] struct RenderOptions renderOptions(const WidgetOptions& options) const;
 
+    PreparedDocument document_;  // which knows the ways to what made the views
     AnyView view_;
     std::optional<URL> widgetURL_;
     std::shared_ptr<const ViewOrigins> origins_;

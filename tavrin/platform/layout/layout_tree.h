@@ -20,6 +20,10 @@
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/environment.h"
 
+namespace tavrin {
+struct TavrinError;
+}
+
 namespace tavrin::layout {
 
 class LoadedBodies;
@@ -132,6 +136,9 @@ public:
     [[nodiscard]] const ViewEdges& edges(Index index) const { return edges_[nodes_[index].edges]; }
 
     [[nodiscard]] const Inherited& inherited(Index index) const { return inherited_[nodes_[index].inherited]; }
+
+    /// Tells an error at which view it happened: what made that one, or the nearest around it of which that is known.
+    void noteOrigin(TavrinError& error, Index index) const;
 
     /// The environment of the root; appearance, date and scale hold everywhere.
     [[nodiscard]] const EnvironmentValues& environment() const { return environment_; }

@@ -31,6 +31,7 @@ void Measurer::takeIn() {
 
 Size Measurer::answer(Index index, const Proposal& proposal) {
     ++tree_.answerCount_;
+    lastAsked_ = index;
     Meter::ofThisThread().step();
     const LayoutNode& node = tree_.node(index);
     if (!node.remembers) return freshAnswer(index, proposal);

@@ -32,6 +32,9 @@ public:
     /// Prepares for the nodes that have come to the tree; to be called before anything is asked.
     void takeIn();
 
+    /// The node that was asked last.
+    [[nodiscard]] Index lastAsked() const { return lastAsked_; }
+
     /// The size a present node takes when it is proposed that. Never NaN, never negative.
     Size answer(Index index, const Proposal& proposal);
 
@@ -80,6 +83,7 @@ private:
     double dealOut(const Group& group, Index stack, const Proposal& proposal, double remainder);
 
     LayoutTree& tree_;
+    Index lastAsked_ = 0;
     text::TextEngine& texts_;
     pool::Vector<AnswerMemory<Size>> containers_;
     pool::Vector<TextMemory> textMemories_;
