@@ -70,8 +70,8 @@ RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {
     return render;
 }
 
-Document::Document(std::string_view json, const RenderBudget& budget)
-    : prepared_([&] {
+Document::Document(std::string_view json, const RenderBudget& budget, const Cost& spent)
+    : cost_(spent), prepared_([&] {
           const Metering metering(budget, cost_);
           return PreparedDocument(json);
       }()) {}

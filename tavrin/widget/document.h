@@ -74,8 +74,8 @@ private:
 class Document {
 public:
     /// Throws `DecodingError` or `ConversionError` for a text that is no document, `TavrinError` of kind "Budget" for
-    /// one that costs too much. What it costs counts for all that is made of it.
-    explicit Document(std::string_view json, const RenderBudget& budget = {});
+    /// one that costs too much. What it costs counts for all that is made of it, and so does what was `spent` before.
+    explicit Document(std::string_view json, const RenderBudget& budget = {}, const Cost& spent = {});
 
     /// Binds it to a model. Throws what `TavrinEngine::loadView` does after decoding.
     [[nodiscard]] BoundDocument bind(std::optional<std::string_view> model, const WidgetOptions& options) const;

@@ -5,10 +5,10 @@
 #include <concepts>
 #include <cstddef>
 #include <utility>
-#include <vector>
 
 #include "tavrin/platform/foundation/affine_transform.h"
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/layout/layout_tree.h"
@@ -130,7 +130,7 @@ private:
 
     const LayoutTree& tree_;
     Visit visit_;
-    std::vector<Place> pending_;
+    pool::Vector<Place> pending_;
 };
 
 template <std::derived_from<DrawnPlace> Place = DrawnPlace, class Visit>
