@@ -6,6 +6,7 @@
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
+FUZZ_PRESET ?= asan
 
 help: ## this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-15s %s\n", $$1, $$2 }' Makefile
@@ -114,9 +115,9 @@ tsan: build/tsan/build.ninja ## the tests of threads under the thread sanitizer
 	cmake --build --preset tsan --target thread_tests
 	ctest --preset tsan --parallel $(JOBS)
 
-fuzz: build/asan/build.ninja ## fuzz for FUZZ_SECONDS (60)
-	cmake --build --preset asan
-	scripts/fuzz.sh build/asan $(FUZZ_SECONDS)
+fuzz: build/$(FUZZ_PRESET)/build.ninja ## fuzz for FUZZ_SECONDS (60), as FUZZ_PRESET (asan or, quicker, fuzz) is built
+	cmake --build --preset $(FUZZ_PRESET)
+	scripts/fuzz.sh build/$(FUZZ_PRESET) $(FUZZ_SECONDS)
 
 clean: ## remove everything that was made
 	rm -rf build out

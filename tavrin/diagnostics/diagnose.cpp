@@ -20,6 +20,8 @@ public:
         : document_(document), model_(model), options_(options), findings_(options.maximumDiagnostics) {}
 
     std::vector<Diagnostic> run() {
+        Cost cost;
+        const Metering whole(options_.budget, cost);  // whose seconds are those of everything
         try {
             look([this] {
                 readTexts();
@@ -37,7 +39,8 @@ public:
     }
 
 private:
-    /// Does on the call's own budget what looks at the texts. A drawing has one of its own.
+    /// Does on the call's own budget what looks at the texts. A drawing has one of its own, less the bytes that are
+    /// held here and the time that has passed.
     template <class Work>
     void look(const Work& work) {
         const Metering metering(options_.budget, cost_);
@@ -75,7 +78,7 @@ private:
         if (options.background.kind == WidgetBackground::Kind::none) options.background = {};
         options.rounded = false;
         const ThrowingPreconditions instead;
-        const BoundDocument bound = Document(document_, options.budget).bind(model_, options);
+        const BoundDocument bound = Document(document_, options.budget, {.bytes = cost_.bytes}).bind(model_, options);
         if (written_) look([this] { boundEffects_ = boundEffects(*written_); });
         DrawnFindings drawn;
         try {
@@ -94,9 +97,10 @@ private:
     void draw(Widget widget, DrawnFindings& findings) {
         const WidgetOptions& options = widget.options();
         const layout::LayoutTree& tree = widget.layoutTree();
-        Cost cost = widget.cost();
-        const Metering metering(options.budget, cost);  // what the rules have drawn counts anew
-        const std::vector<DrawnView> views = drawnViews(tree, widget.document().origins().get(), boundEffects_);
+        Cost cost = widget.cost();  // what the rules have drawn counts anew
+        cost.bytes += findings.bytes();
+        const Metering metering(options.budget, cost);
+        const pool::Vector<DrawnView> views = drawnViews(tree, widget.document().origins().get(), boundEffects_);
         findings.enter(options.room.name, options.appearance == Appearance::dark ? "dark" : "light");
         applyDrawnRules({.widget = widget, .tree = tree, .views = views}, findings);
     }
@@ -104,7 +108,7 @@ private:
     /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.
     [[nodiscard]] bool mayRecordOrigins() const {
         if (!written_) return false;
-        constexpr std::size_t mostSteps = 20'000'000;
+        const std::size_t mostSteps = options_.budget.bytes / (4 * sizeof(CodingKey));
         std::size_t steps = 0;
         const JSONOutline& outline = written_->outline();
         std::vector<std::uint32_t> depths(outline.values().size());

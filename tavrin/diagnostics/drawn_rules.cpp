@@ -30,7 +30,10 @@ DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, st
     CodingPath path = origin ? *origin : CodingPath{};
     Meter::ofThisThread().step(1 + path.size());
     const auto [known, isNew] = known_.try_emplace({rule, toText(path), std::string(what)}, found_.size());
-    if (isNew) found_.push_back({rule, std::move(path), message, badness});
+    if (isNew) {
+        hold(2 * (sizeof(Found) + path.size() * sizeof(CodingKey) + message.size()));
+        found_.push_back({rule, std::move(path), message, badness});
+    }
     Found& found = found_[known->second];
     if (badness > found.badness) {
         found.badness = badness;
@@ -39,6 +42,11 @@ DrawnFindings::Found& DrawnFindings::put(Rule rule, const CodingPath* origin, st
     addOnce(found.families, family_);
     addOnce(found.appearances, appearance_);
     return found;
+}
+
+void DrawnFindings::hold(std::size_t bytes) {
+    held_.grow(bytes);
+    bytes_ += static_cast<std::int64_t>(bytes);
 }
 
 void DrawnFindings::add(Rule rule, const CodingPath* origin, std::string message, double badness,

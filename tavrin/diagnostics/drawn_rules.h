@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 
 #include "tavrin/diagnostics/drawn_views.h"
 #include "tavrin/diagnostics/findings.h"
+#include "tavrin/platform/foundation/budget/meter.h"
 #include "tavrin/widget/widget.h"
 
 // The rules that look at a document as it is drawn, in one room and appearance after the other. They stand in rules/,
@@ -43,6 +45,9 @@ public:
     /// Puts everything among the other findings.
     void moveTo(Findings& findings, const JSONOutline& outline) const;
 
+    /// What they hold.
+    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
+
 private:
     struct Found {
         Rule rule;
@@ -56,6 +61,7 @@ private:
         std::vector<std::string> appearances = {};
     };
 
+    void hold(std::size_t bytes);
     Found& put(Rule rule, const CodingPath* origin, std::string message, double badness, std::string_view what = {});
 
     std::string family_;
@@ -63,13 +69,15 @@ private:
     std::vector<Found> found_;
     std::map<std::tuple<Rule, std::string, std::string>, std::size_t> known_;  // by rule, path and what it is about
     std::unordered_set<const CodingPath*> seen_;
+    HeldBytes held_;
+    std::int64_t bytes_ = 0;
 };
 
 /// One drawing of a document.
 struct DrawnSubject {
     Widget& widget;
     const layout::LayoutTree& tree;
-    const std::vector<DrawnView>& views;
+    const pool::Vector<DrawnView>& views;
 };
 
 void findUntappableLinks(const DrawnSubject& subject, DrawnFindings& findings);

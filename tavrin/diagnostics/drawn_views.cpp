@@ -36,9 +36,9 @@ BoundEffects boundEffects(const WrittenDocument& document) {
     return bound;
 }
 
-std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
-                                  const BoundEffects& bound) {
-    std::vector<DrawnView> found;
+pool::Vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
+                                   const BoundEffects& bound) {
+    pool::Vector<DrawnView> found;
     layout::walkDrawn<WalkedView>(tree, [&](WalkedView& at) {
         const layout::LayoutNode& node = tree.node(at.index);
         const AnyView& view = *node.view;

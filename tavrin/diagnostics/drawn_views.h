@@ -4,10 +4,10 @@
 #include <functional>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "tavrin/diagnostics/written_document.h"
 #include "tavrin/dsl/view_origins.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/platform/layout/drawing_walk.h"
 
 namespace tavrin {
@@ -27,7 +27,7 @@ using BoundEffects = std::set<std::string, std::less<>>;
 
 /// The texts, web images, flexible frames and links of a tree, as far as they are drawn at all, in the order in which
 /// they are drawn. `origins` may be null.
-[[nodiscard]] std::vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
-                                                const BoundEffects& bound);
+[[nodiscard]] pool::Vector<DrawnView> drawnViews(const layout::LayoutTree& tree, const ViewOrigins* origins,
+                                                 const BoundEffects& bound);
 
 }  // namespace tavrin

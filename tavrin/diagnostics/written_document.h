@@ -12,6 +12,7 @@
 
 #include "tavrin/dsl/record.h"
 #include "tavrin/json/json_outline.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 #include "tavrin/schema/language.h"
 
 namespace tavrin {
@@ -34,7 +35,7 @@ struct WrittenRecord {
     /// The named node that it stands in; 0 for the document itself.
     JSONOutline::Index entry = 0;
     /// Its properties, and then the keys that it has not or that are repeated, both as they are written.
-    std::vector<WrittenMember> members = {};
+    pool::Vector<WrittenMember> members = {};
     std::size_t propertyCount = 0;
 
     [[nodiscard]] std::span<const WrittenMember> properties() const { return std::span(members).first(propertyCount); }
@@ -59,7 +60,7 @@ public:
 
     [[nodiscard]] const JSONOutline& outline() const { return outline_; }
     /// In pre-order; the first is the document itself.
-    [[nodiscard]] const std::vector<WrittenRecord>& records() const { return records_; }
+    [[nodiscard]] const pool::Vector<WrittenRecord>& records() const { return records_; }
     /// The document itself; null where it is no object.
     [[nodiscard]] const WrittenRecord* root() const { return records_.empty() ? nullptr : &records_.front(); }
     [[nodiscard]] const std::vector<WrongWord>& wrongWords() const { return wrongWords_; }
@@ -83,8 +84,8 @@ private:
     void findDrawn();
 
     JSONOutline outline_;
-    std::vector<WrittenRecord> records_;
-    std::vector<std::uint32_t> recordByObject_;  // 0 is none, else the record's index and 1
+    pool::Vector<WrittenRecord> records_;
+    pool::Vector<std::uint32_t> recordByObject_;  // 0 is none, else the record's index and 1
     std::vector<WrongWord> wrongWords_;
     std::map<std::string, Index, std::less<>> entries_;
     References references_;

@@ -18,7 +18,9 @@ AnyView Node::render(Context& context) const {
         if (state.modelContext == nullptr || !box_->needsBinding()) return box_->render(context);
         return box_->renderBound(context, *state.modelContext);
     };
-    return state.recorder ? state.recorder->record(*this, draw) : draw();
+    AnyView view = state.recorder ? state.recorder->record(*this, draw) : draw();
+    view.noteOrigin(box_->identity());
+    return view;
 }
 
 AnyView applyModifiers(std::span<const Modifier> modifiers, AnyView view, Context& context) {

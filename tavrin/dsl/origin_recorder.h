@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "tavrin/dsl/node_dictionary.h"
 #include "tavrin/dsl/view_origins.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
 
 namespace tavrin {
 
@@ -35,9 +39,14 @@ private:
     /// Notes all views in `view` that are not known yet.
     void note(const AnyView& view, const void* record);
 
-    std::unordered_map<const ViewBox*, const void*> records_;
-    std::vector<AnyView> kept_;  // so that no address is used again
+    using Entry = std::pair<const ViewBox* const, const void*>;
+    std::unordered_map<const ViewBox*, const void*, std::hash<const ViewBox*>, std::equal_to<>, pool::Allocator<Entry>>
+        records_;
+    pool::Vector<AnyView> kept_;  // so that no address is used again
     std::vector<const void*> open_;
 };
+
+/// The way from a document's root to a node or modifier, which its identity names; none for those of other documents.
+[[nodiscard]] std::optional<CodingPath> pathOf(const void* record, const NodeDictionary& nodes);
 
 }  // namespace tavrin

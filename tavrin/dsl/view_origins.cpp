@@ -7,10 +7,17 @@
 namespace tavrin {
 namespace {
 
-/// Finds the way to every node and modifier of a document.
-class RecordPaths final : public ContentsVisitor {
+template <class Key, class Value>
+using ByAddress = std::unordered_map<const Key*, Value, std::hash<const Key*>, std::equal_to<>,
+                                     pool::Allocator<std::pair<const Key* const, Value>>>;
+
+/// Shows `take` the nodes and modifiers of a document, each with the way to it, until it returns false.
+template <class Take>
+class RecordWalk final : public ContentsVisitor {
 public:
-    explicit RecordPaths(const NodeDictionary& nodes) {
+    explicit RecordWalk(Take take) : take_(std::move(take)) {}
+
+    void run(const NodeDictionary& nodes) {
         for (const auto& [name, node] : nodes) {
             way = {std::string("nodes"), name};
             visit(node);
@@ -20,30 +27,37 @@ public:
     void visit(const Node& node) override { enter(node); }
     void visit(const Modifier& modifier) override { enter(modifier); }
 
-    [[nodiscard]] const CodingPath* find(const void* record) const {
-        const auto found = paths_.find(record);
-        return found == paths_.end() ? nullptr : &found->second;
-    }
-
 private:
     template <class Tagged>
     void enter(const Tagged& tagged) {
-        paths_.emplace(tagged.identity(), way);
-        tagged.showContents(*this);
+        isOver_ = isOver_ || !take_(tagged.identity(), way);
+        if (!isOver_) tagged.showContents(*this);
     }
 
-    std::unordered_map<const void*, CodingPath> paths_;
+    Take take_;
+    bool isOver_ = false;
 };
 
 }  // namespace
 
+std::optional<CodingPath> pathOf(const void* record, const NodeDictionary& nodes) {
+    std::optional<CodingPath> path;
+    RecordWalk([&](const void* found, const CodingPath& way) {
+        if (found == record) path = way;
+        return !path;
+    }).run(nodes);
+    return path;
+}
+
 struct ViewOrigins::Paths {
-    std::unordered_map<const ViewBox*, CodingPath> ofViews;
+    HeldBytes held = {};
+    ByAddress<void, CodingPath> ofRecords = {};
+    ByAddress<ViewBox, const CodingPath*> ofViews = {};
 };
 
 const CodingPath* ViewOrigins::find(const AnyView& view) const {
     const auto found = paths_->ofViews.find(&view.box());
-    return found == paths_->ofViews.end() ? nullptr : &found->second;
+    return found == paths_->ofViews.end() ? nullptr : found->second;
 }
 
 void OriginRecorder::note(const AnyView& view, const void* record) {
@@ -58,11 +72,17 @@ void OriginRecorder::note(const AnyView& view, const void* record) {
 }
 
 ViewOrigins OriginRecorder::origins(const AnyView& root, const NodeDictionary& nodes) const {
-    const RecordPaths ways(nodes);
-    ViewOrigins::Paths paths;
-    for (const auto& [box, record] : records_)
-        if (const CodingPath* way = ways.find(record)) paths.ofViews.emplace(box, *way);
-    return {root, std::make_shared<const ViewOrigins::Paths>(std::move(paths))};
+    const auto paths = std::make_shared<ViewOrigins::Paths>();
+    RecordWalk([&](const void* record, const CodingPath& way) {
+        paths->held.grow(way.size() * sizeof(CodingKey));
+        paths->ofRecords.emplace(record, way);
+        return true;
+    }).run(nodes);
+    for (const auto& [box, record] : records_) {
+        const auto way = paths->ofRecords.find(record);
+        if (way != paths->ofRecords.end()) paths->ofViews.emplace(box, &way->second);
+    }
+    return {root, paths};
 }
 
 }  // namespace tavrin

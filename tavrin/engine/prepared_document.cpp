@@ -49,4 +49,12 @@ AnyView PreparedDocument::bind(std::optional<std::string_view> model, Context& c
     return view;
 }
 
+void PreparedDocument::place(TavrinError& error) const {
+    if (error.isRooted) return;
+    std::optional<CodingPath> path = pathOf(error.origin, root_->nodes);
+    if (!path) return;
+    error.codingPath = *std::move(path);
+    error.isRooted = true;
+}
+
 }  // namespace tavrin

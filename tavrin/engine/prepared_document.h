@@ -11,6 +11,7 @@
 namespace tavrin {
 
 struct DSLRoot;
+struct TavrinError;
 
 /// A document that is decoded once and bound as often as needed. Immutable: several threads may bind it at once, each
 /// with a context of its own.
@@ -21,6 +22,9 @@ public:
 
     /// What `TavrinEngine::loadView` does after decoding; throws as that does.
     [[nodiscard]] AnyView bind(std::optional<std::string_view> model, Context& context) const;
+
+    /// Gives an error of layout or painting its place where it happened at a view that this document made.
+    void place(TavrinError& error) const;
 
 private:
     std::shared_ptr<const DSLRoot> root_;

@@ -18,16 +18,21 @@ using Picture = std::shared_ptr<const Bitmap>;
 struct Decoding {
     ImageBounds bounds = {};
     std::stop_token stop = {};
-    /// Asks, before anything is allocated, whether one of those who wait for it may hold so many bytes; null: always.
+    /// Asks, before anything is allocated, whether one of those who wait for it may hold so many bytes, file and
+    /// working memory included; null: always.
     std::function<bool(std::size_t bytes)> mayBeHeld = nullptr;
 
     /// The pixels that the file declares; 0 until they are found to be within the bounds.
     std::uint64_t pixels = 0;
+    /// What is held beside the picture until it is decoded: its file, and what its decoder works in, as far as that is
+    /// known beforehand. Some rows are not counted.
+    std::uint64_t meanwhile = 0;
     /// Whether it was given up for a budget: it may be a picture for those who have more.
     bool isGivenUp = false;
 
-    /// Whether a picture of this size may be decoded; to be asked before anything is allocated for it.
-    bool admits(std::uint64_t width, std::uint64_t height);
+    /// Whether a picture of this size may be decoded in so much working memory; to be asked before anything is
+    /// allocated for it.
+    bool admits(std::uint64_t width, std::uint64_t height, std::uint64_t workingBytes = 0);
     /// Whether to stop at this row: when `stop` asks for it or the thread's budget is spent.
     bool isStopped();
 };

@@ -14,12 +14,13 @@
 namespace tavrin {
 namespace images {
 
-bool Decoding::admits(std::uint64_t width, std::uint64_t height) {
+bool Decoding::admits(std::uint64_t width, std::uint64_t height, std::uint64_t workingBytes) {
     if (width < 1 || height < 1 || width > ImageBounds::maximumSide || height > ImageBounds::maximumSide) return false;
     if (width > bounds.maximumPixels / height) return false;
     pixels = width * height;
     const std::uint64_t bytes = pixels * sizeof(std::uint32_t);
-    isGivenUp = mayBeHeld && !mayBeHeld(bytes);
+    meanwhile += workingBytes;
+    isGivenUp = mayBeHeld && !mayBeHeld(bytes + meanwhile);
     return !isGivenUp && bytes + Bitmap::bytesInUse() <= bounds.maximumBytesInUse;
 }
 
@@ -72,6 +73,7 @@ Picture decodeImage(std::string_view bytes, Decoding& decoding) {
     if (decode == nullptr) return nullptr;
     const DecodingPlace place;
     if (decoding.isStopped()) return nullptr;
+    decoding.meanwhile = bytes.size();
     try {
         return decode(bytes, decoding);
     } catch (const std::bad_alloc&) {

@@ -34,9 +34,17 @@ public:
         if (bytes <= most_) return true;
         taken_ = {};  // those of a picture before
         const auto found = std::find_if(shared_.begin(), shared_.end(), [&](const auto& s) { return s->take(bytes); });
-        if (found == shared_.end()) return false;
+        if (found == shared_.end()) {
+            refused_ = bytes;
+            return false;
+        }
         taken_ = TakenBytes(*found, bytes);
         return true;
+    }
+    /// The last that none of them could hold.
+    std::size_t refused() {
+        const std::lock_guard lock(mutex_);
+        return refused_;
     }
     /// Hands the calling thread what was taken for it.
     void handOver() {
@@ -48,6 +56,7 @@ private:
     std::mutex mutex_;
     std::size_t most_ = 0;
     std::vector<std::shared_ptr<SharedBytes>> shared_;
+    std::size_t refused_ = 0;
     TakenBytes taken_;
 };
 
@@ -72,18 +81,27 @@ struct ImageLoads::Load {
 
 ImageLoads::Outcome ImageLoads::decoded(const URLResponse& response, images::Decoding decoding) noexcept {
     try {
-        if (response.error) return {nullptr, response.error};
+        if (response.error)
+            return {.error = response.error, .isGivenUp = response.error->code == URLError::Code::notAdmitted};
         std::shared_ptr<const Bitmap> image = images::decodeImage(response.data, decoding);
-        return {.image = std::move(image), .pixels = decoding.pixels, .isGivenUp = decoding.isGivenUp};
+        return {.image = std::move(image),
+                .pixels = decoding.pixels,
+                .meanwhile = static_cast<std::size_t>(decoding.meanwhile),
+                .isGivenUp = decoding.isGivenUp};
     } catch (const std::exception&) {  // there is not enough memory for it
         return {};
     }
 }
 
+ImageLoads::Outcome ImageLoads::inMemory(const URL& url) {
+    ImageMemory::Kept kept = memory.find(url);
+    return {.image = std::move(kept.image), .meanwhile = kept.meanwhile};
+}
+
 ImageLoads::Outcome ImageLoads::wait(const Key& key, URLSession& session,
                                      std::optional<std::chrono::steady_clock::time_point> end) {
     std::unique_lock lock(mutex_);
-    if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
+    if (Outcome known = inMemory(key.url); known.image) return known;
     const auto [load, isNew] = join(key, ofThisThread());
     ++load->waiting;
     const std::shared_ptr<URLSession::Task> task = load->task;
@@ -123,7 +141,7 @@ void ImageLoads::waitFor(Load& load, std::unique_lock<std::mutex>& lock,
 
 ImageLoads::Outcome ImageLoads::make(const Key& key, const Make& make) {
     std::unique_lock lock(mutex_);
-    if (std::shared_ptr<const Bitmap> known = memory.find(key.url)) return {std::move(known)};
+    if (Outcome known = inMemory(key.url); known.image) return known;
     const auto [load, isNew] = join(key, ofThisThread());
     if (isNew) {
         lock.unlock();
@@ -162,7 +180,11 @@ void ImageLoads::request(const Key& key, const LoadPtr& load, URLSession& sessio
         if (const auto alive = loads.lock()) alive->finish(key, *load, std::move(outcome));
     };
     try {
-        const std::shared_ptr<URLSession::Task> task = session.dataTask({key.url, key.policy, isUrgent}, end);
+        const auto mayTake = [load = std::weak_ptr(load)](std::size_t bytes) {
+            const LoadPtr alive = load.lock();
+            return !alive || alive->allowances.cover(bytes);
+        };
+        const std::shared_ptr<URLSession::Task> task = session.dataTask({key.url, key.policy, isUrgent, mayTake}, end);
         lock.lock();
         load->task = task;
         const bool isWaitedFor = load->waiting > 0;
@@ -179,6 +201,7 @@ void ImageLoads::finish(const Key& key, Load& load, Outcome outcome) {
     const std::lock_guard lock(mutex_);
     load.isOver = true;
     load.outcome = std::move(outcome);
+    load.outcome.needed = load.allowances.refused();
     prefetches.swap(load.prefetches);
     task.swap(load.task);
     load.ended.notify_all();
@@ -186,7 +209,7 @@ void ImageLoads::finish(const Key& key, Load& load, Outcome outcome) {
     const auto found = underWay_.find(key);
     if (found == underWay_.end() || found->second.get() != &load) return;
     underWay_.erase(found);
-    if (load.outcome.image) memory.keep(key.url, load.outcome.image);
+    if (load.outcome.image) memory.keep(key.url, load.outcome.image, load.outcome.meanwhile);
 }
 
 void ImageLoads::leave(const Key& key, const LoadPtr& load, std::unique_lock<std::mutex> lock) {

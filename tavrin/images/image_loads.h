@@ -39,10 +39,13 @@ public:
         std::shared_ptr<const Bitmap> image = nullptr;
         std::optional<URLError> error = std::nullopt;
         bool isInTime = true;
-        /// The pixels that a file without a picture declares, and whether it was given up for want of budget: then it
-        /// may be loaded for those who have more.
+        /// The pixels that a file declares, and what was held beside them until it was decoded.
         std::uint64_t pixels = 0;
+        std::size_t meanwhile = 0;
+        /// Whether it was given up for want of budget, and what it would have taken: it may be loaded for those who
+        /// have more.
         bool isGivenUp = false;
+        std::size_t needed = 0;
     };
 
     /// What somebody who wants a picture may hold: bytes of their own, and what they share with others.
@@ -64,6 +67,9 @@ public:
     Outcome make(const Key& key, const Make& make);
     /// Begins to load a picture, unless it is in memory or a load is under way; `prefetch` is held until it is over.
     void begin(const Key& key, URLSession& session, const Prefetch& prefetch);
+
+    /// What is in memory of an address; without a picture where nothing is.
+    Outcome inMemory(const URL& url);
 
     ImageMemory memory{std::size_t{256} << 20};
 

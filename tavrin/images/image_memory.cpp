@@ -15,12 +15,12 @@ std::size_t costOf(const URL& url, const Bitmap& image) {
 
 }  // namespace
 
-std::shared_ptr<const Bitmap> ImageMemory::find(const URL& url) {
+ImageMemory::Kept ImageMemory::find(const URL& url) {
     const std::lock_guard lock(mutex_);
     const auto found = byURL_.find(url);
-    if (found == byURL_.end()) return nullptr;
+    if (found == byURL_.end()) return {};
     entries_.splice(entries_.begin(), entries_, found->second);
-    return found->second->image;
+    return found->second->kept;
 }
 
 bool ImageMemory::holds(const URL& url) const {
@@ -28,18 +28,18 @@ bool ImageMemory::holds(const URL& url) const {
     return byURL_.contains(url);
 }
 
-void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image) {
+void ImageMemory::keep(const URL& url, std::shared_ptr<const Bitmap> image, std::size_t meanwhile) {
     Entries dropped;  // destroyed last, when the lock is gone
     const std::lock_guard lock(mutex_);
     if (const auto found = byURL_.find(url); found != byURL_.end()) {
-        bytes_ -= costOf(url, *found->second->image);
+        bytes_ -= costOf(url, *found->second->kept.image);
         dropped.splice(dropped.end(), entries_, found->second);
         byURL_.erase(found);
     }
     const std::size_t cost = costOf(url, *image);
     if (cost > maximumBytes_) return;
     bytes_ += cost;
-    entries_.push_front({url, std::move(image)});
+    entries_.push_front({url, {std::move(image), meanwhile}});
     byURL_.emplace(url, entries_.begin());
     dropped.splice(dropped.end(), evict());
 }
@@ -65,7 +65,7 @@ ImageMemory::Entries ImageMemory::evict() {
     Entries dropped;
     while (bytes_ > maximumBytes_) {
         const auto last = std::prev(entries_.end());
-        bytes_ -= costOf(last->url, *last->image);
+        bytes_ -= costOf(last->url, *last->kept.image);
         byURL_.erase(last->url);
         dropped.splice(dropped.end(), entries_, last);
     }

@@ -18,12 +18,18 @@ class ImageMemory {
 public:
     explicit ImageMemory(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
 
-    /// The picture of an address, or null.
-    [[nodiscard]] std::shared_ptr<const Bitmap> find(const URL& url);
+    /// A picture, and how many bytes were held beside it while it was made.
+    struct Kept {
+        std::shared_ptr<const Bitmap> image = nullptr;
+        std::size_t meanwhile = 0;
+    };
+
+    /// The picture of an address; without one where there is none.
+    [[nodiscard]] Kept find(const URL& url);
     /// Whether `find` would find one; does not count as asking for it.
     [[nodiscard]] bool holds(const URL& url) const;
     /// Keeps a picture in place of what its address had.
-    void keep(const URL& url, std::shared_ptr<const Bitmap> image);
+    void keep(const URL& url, std::shared_ptr<const Bitmap> image, std::size_t meanwhile = 0);
 
     void setMaximumBytes(std::size_t bytes);
     [[nodiscard]] std::size_t maximumBytes() const;
@@ -33,7 +39,7 @@ public:
 private:
     struct Entry {
         URL url;
-        std::shared_ptr<const Bitmap> image;
+        Kept kept;
     };
     using Entries = std::list<Entry>;  // the last asked for first
 

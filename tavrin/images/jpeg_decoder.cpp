@@ -98,6 +98,15 @@ bool readHeader(Reader& reader) {
     return jpeg_read_header(&reader.info, TRUE) == JPEG_HEADER_OK;
 }
 
+/// What a picture of several scans is put together in: numbers for each sample. Others take some rows.
+std::uint64_t workingBytes(jpeg_decompress_struct& info) {
+    if (!jpeg_has_multiple_scans(&info)) return 0;
+    std::uint64_t blocks = 0;
+    for (int i = 0; i < info.num_components; ++i)
+        blocks += std::uint64_t{info.comp_info[i].width_in_blocks} * info.comp_info[i].height_in_blocks;
+    return blocks * sizeof(JBLOCK);
+}
+
 /// Settles the size of the output.
 bool start(Reader& reader) {
     if (setjmp(reader.failed) != 0) return false;
@@ -127,8 +136,11 @@ void convertInks(const Reader& reader, std::vector<std::uint32_t>& pixels) {
 Picture decodeJpeg(std::string_view bytes, Decoding& decoding) {
     Reader reader(bytes, decoding);
     jpeg_decompress_struct& info = reader.info;
-    if (!readHeader(reader) || !decoding.admits(info.image_width, info.image_height)) return nullptr;
+    if (!readHeader(reader)) return nullptr;
     const Orientation orientation = reader.orientation;
+    const std::uint64_t copied =
+        orientation == Orientation::upright ? 0 : std::uint64_t{4} * info.image_width * info.image_height;
+    if (!decoding.admits(info.image_width, info.image_height, workingBytes(info) + copied)) return nullptr;
     const bool inks = info.num_components == 4;
     if (inks)
         info.out_color_space = JCS_CMYK;

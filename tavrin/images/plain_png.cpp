@@ -157,7 +157,7 @@ std::optional<std::vector<std::uint32_t>> plainPngPixels(std::string_view bytes,
     const std::size_t width = header.width;
     const std::size_t rowBytes = 1 + channels * width;  // the filter first
     if (header.bitDepth != 8 || header.colorType != colorTypeRGBA || header.interlaceMethod != 0 ||
-        header.height > mostBytes / rowBytes)
+        header.height > mostBytes / rowBytes || bytes.size() > 2 * mostBytes)
         return std::nullopt;
     std::string joined;
     const std::optional<std::string_view> packed = packedRows(bytes, joined);

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/images/web_image_cache.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -33,6 +36,12 @@ void logFailure(Logger* logger, const URL& url) {
 
 ImageLoads::Outcome readPicture(const URL& url, images::Decoding decoding) noexcept {
     try {
+        // What the file grows by meanwhile has bounds of its own.
+        std::error_code unknown;
+        const std::uintmax_t size = std::filesystem::file_size(url.filePath(), unknown);
+        if (!unknown && decoding.mayBeHeld &&
+            !decoding.mayBeHeld(std::min<std::uintmax_t>(size, WebImageCache::maximumFileBytes)))
+            return {.isGivenUp = true};
         FileContents file = readFile(url.filePath(), WebImageCache::maximumFileBytes);
         if (!file.error.empty()) return {nullptr, URLError{URLError::Code::failed, std::move(file.error)}};
         return ImageLoads::decoded({std::move(file.bytes), 0, std::nullopt}, std::move(decoding));
@@ -44,7 +53,11 @@ ImageLoads::Outcome readPicture(const URL& url, images::Decoding decoding) noexc
 /// Counts what a picture costs: the same whether it was in memory, was decoded, or turned out not to be one.
 void count(const ImageLoads::Outcome& outcome) {
     Meter& meter = Meter::ofThisThread();
-    if (outcome.image) meter.hold(outcome.image->byteCount());
+    HeldBytes meanwhile(outcome.meanwhile);
+    if (outcome.image)
+        meter.hold(outcome.image->byteCount());
+    else
+        meanwhile.grow(outcome.pixels * sizeof(std::uint32_t));
     meter.paint(outcome.image ? outcome.image->byteCount() / sizeof(std::uint32_t) : outcome.pixels);
 }
 
@@ -58,7 +71,7 @@ ImageLoads::Outcome load(const LoadOnce& loadOnce) {
             count(outcome);
             return outcome;
         }
-        const HeldBytes needed(outcome.pixels * sizeof(std::uint32_t));
+        const HeldBytes needed(outcome.needed);
         checkBudget();
     }
 }
@@ -82,9 +95,9 @@ WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(st
 
 std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger, FetchPolicy policy) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimit);
-    if (std::shared_ptr<const Bitmap> known = loads_->memory.find(url)) {
-        count({known});
-        return known;
+    if (ImageLoads::Outcome known = loads_->inMemory(url); known.image) {
+        count(known);
+        return std::move(known.image);
     }
     if (const std::optional<std::string> reason = refusal(url, policy)) {
         logRefusal(logger, url, *reason);

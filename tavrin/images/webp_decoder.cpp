@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,15 @@ bool isInside(const WebPIterator& frame, std::uint32_t width, std::uint32_t heig
     return fits(frame.x_offset, frame.width, width) && fits(frame.y_offset, frame.height, height);
 }
 
+/// What a frame is decoded in: of a lossless one all pixels, else all of the alpha channel, twice.
+std::optional<std::uint64_t> workingBytes(const WebPIterator& frame) {
+    constexpr int lossless = 2;
+    WebPBitstreamFeatures features{};
+    if (WebPGetFeatures(frame.fragment.bytes, frame.fragment.size, &features) != VP8_STATUS_OK) return std::nullopt;
+    const auto pixels = static_cast<std::uint64_t>(features.width) * static_cast<std::uint64_t>(features.height);
+    return pixels * (features.format == lossless ? 4 : features.has_alpha != 0 ? 2 : 0);
+}
+
 }  // namespace
 
 Picture decodeWebP(std::string_view bytes, Decoding& decoding) {
@@ -30,11 +40,12 @@ Picture decodeWebP(std::string_view bytes, Decoding& decoding) {
     if (!demuxer) return nullptr;
     const std::uint32_t width = WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_WIDTH);
     const std::uint32_t height = WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_HEIGHT);
-    if (!decoding.admits(width, height)) return nullptr;
 
     WebPIterator frame{};
     const Handle<WebPIterator, WebPDemuxReleaseIterator> release(&frame);
     if (!WebPDemuxGetFrame(demuxer.get(), 1, &frame) || !isInside(frame, width, height)) return nullptr;
+    const std::optional<std::uint64_t> working = workingBytes(frame);
+    if (!working || !decoding.admits(width, height, *working)) return nullptr;
     std::vector<std::uint32_t> pixels(std::size_t{width} * height);
     const std::size_t first =
         static_cast<std::size_t>(frame.y_offset) * width + static_cast<std::size_t>(frame.x_offset);

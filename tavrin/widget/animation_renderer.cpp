@@ -102,10 +102,13 @@ std::shared_ptr<const PixelBuffer> AnimationRenderer::pixels(Date moment) {
         return s.picture;
     const auto before = std::exchange(s.picture, nullptr);  // no picture is kept if drawing throws
     now = moment;
-    const std::shared_ptr<const layout::LayoutTree> tree = s.layOut();
-    ++s.layoutCount;
-    auto picture = s.last.pixels(tree, s.options.look(), s.options.scale, s.texts);
-    s.next = paint::nextChange(*tree, *s.texts);
+    std::shared_ptr<const PixelBuffer> picture = s.options.placing([&] {
+        const std::shared_ptr<const layout::LayoutTree> tree = s.layOut();
+        ++s.layoutCount;
+        std::shared_ptr<const PixelBuffer> drawn = s.last.pixels(tree, s.options.look(), s.options.scale, s.texts);
+        s.next = paint::nextChange(*tree, *s.texts);
+        return drawn;
+    });
     s.kept = {};
     s.kept = HeldBytes(picture->byteCount());
     return s.picture = std::move(picture);

@@ -64,20 +64,21 @@ RenderOptions BoundDocument::renderOptions(const WidgetOptions& options) const {
     render.widgetURL = widgetURL_;
     render.budget = options.budget;
     render.spent = cost_;
+    render.place = [document = document_](TavrinError& error) { document.place(error); };
     if (options.trace == WidgetTrace::reasons) render.recording = layout::Recording::placements;
     if (options.notes)
         render.diagnostics = [notes = options.notes](std::string_view message) { notes({{}, std::string(message)}); };
     return render;
 }
 
-Document::Document(std::string_view json, const RenderBudget& budget)
-    : prepared_([&] {
+Document::Document(std::string_view json, const RenderBudget& budget, const Cost& spent)
+    : cost_(spent), prepared_([&] {
           const Metering metering(budget, cost_);
           return PreparedDocument(json);
       }()) {}
 
 BoundDocument Document::bind(std::optional<std::string_view> model, const WidgetOptions& options) const {
-    BoundDocument bound;
+    BoundDocument bound(prepared_);
     bound.date_ = options.date.value_or(Date::now());
     bound.timeZone_ = options.timeZone ? *options.timeZone : TimeZone::current();
     Context context(std::make_shared<NoteLogger>(options.notes));

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tavrin/engine/prepared_document.h"
@@ -53,9 +54,10 @@ public:
 private:
     friend class Document;
     friend class Widget;
-    BoundDocument() = default;
+    explicit BoundDocument(PreparedDocument document) : document_(std::move(document)) {}
     [[nodiscard]] struct RenderOptions renderOptions(const WidgetOptions& options) const;
 
+    PreparedDocument document_;  // which knows the ways to what made the views
     AnyView view_;
     std::optional<URL> widgetURL_;
     std::shared_ptr<const ViewOrigins> origins_;
@@ -72,8 +74,8 @@ private:
 class Document {
 public:
     /// Throws `DecodingError` or `ConversionError` for a text that is no document, `TavrinError` of kind "Budget" for
-    /// one that costs too much. What it costs counts for all that is made of it.
-    explicit Document(std::string_view json, const RenderBudget& budget = {});
+    /// one that costs too much. What it costs counts for all that is made of it, and so does what was `spent` before.
+    explicit Document(std::string_view json, const RenderBudget& budget = {}, const Cost& spent = {});
 
     /// Binds it to a model. Throws what `TavrinEngine::loadView` does after decoding.
     [[nodiscard]] BoundDocument bind(std::optional<std::string_view> model, const WidgetOptions& options) const;

@@ -59,9 +59,11 @@ void ImageRenderer::layOut(layout::Recording recording, const layout::LayoutTree
     Cost cost = options_.spent;  // which stays as it is if layout fails
     {
         const Metering metering(options_.budget, cost);
-        layout_ = std::make_shared<const layout::LayoutTree>(layout::layOut(view_, options_.size, options_.environment,
-                                                                            textEngine(), options_.diagnostics,
-                                                                            recording, nullptr, before));
+        layout_ = options_.placing([&] {
+            return std::make_shared<const layout::LayoutTree>(layout::layOut(view_, options_.size, options_.environment,
+                                                                             textEngine(), options_.diagnostics,
+                                                                             recording, nullptr, before));
+        });
     }
     options_.spent = cost;
 }
@@ -82,7 +84,9 @@ template <class Work>
 auto ImageRenderer::answer(Work work) {
     const layout::LayoutTree& tree = layoutTree();  // where the cost begins
     const Metering metering(options_.budget, cost_);
-    return work(tree);
+    // A tree that was taken from the last picture shows the same, but other views, which another document made.
+    if (&tree.node(0).view->box() != &view_.box()) return work(tree);
+    return options_.placing([&] { return work(tree); });
 }
 
 std::string ImageRenderer::layoutText() { return answer(layout::layoutTreeText); }

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/url.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/png_encoder.h"
 #include "tavrin/platform/paint/widget_look.h"
@@ -45,11 +47,24 @@ struct RenderOptions {
     layout::Recording recording = layout::Recording::none;
     /// Hears what is doubtful in the view but no error.
     layout::Diagnostics diagnostics = {};
+    /// Gives an error of layout or painting its place, by what made the view that it was at; see `AnyView::noteOrigin`.
+    std::function<void(TavrinError&)> place = {};
 
     /// Draws in a room: in its size, with links that lead anywhere only where they can be tapped.
     void setRoom(const WidgetRoom& room) {
         size = room.size;
         linksCanBeTapped = room.linksCanBeTapped;
+    }
+
+    /// Does what lays out or paints; errors that come out of it have their place where it is known.
+    template <class Work>
+    decltype(auto) placing(Work work) const {
+        try {
+            return work();
+        } catch (TavrinError& error) {
+            if (error.origin && place) place(error);
+            throw;
+        }
     }
 
     [[nodiscard]] paint::WidgetLook look() const { return {size, environment.appearance, background, rounded}; }

@@ -86,6 +86,23 @@ TEST(Diagnose, LooksOnTheBudgetOfTheDrawings) {
     }
 }
 
+TEST(Diagnose, HoldsNoMoreThanItsBudgetInAll) {
+    std::string texts = R"({"type": "spacer"})";
+    for (int i = 0; i < 5'000; ++i) texts += R"(, {"type": "text", "content": "a"})";
+    const std::string document = documentOf(R"({"type": "vstack", "children": [)" + texts + "]}");
+    DiagnoseOptions options = quietOptions();
+    const auto isRefused = [&](std::uint64_t bytes) {
+        options.budget.bytes = bytes;
+        const auto found = diagnose(document, std::nullopt, options);
+        return std::ranges::any_of(found, [](const Diagnostic& d) { return d.message.starts_with("Budget: "); });
+    };
+    Widget widget = Document(document).widget(std::nullopt, options);
+    (void)widget.pixels();
+    const auto drawn = static_cast<std::uint64_t>(widget.cost().peakBytes);
+    EXPECT_TRUE(isRefused(drawn)) << "the text as it is written and what is found in it are held as well";
+    EXPECT_FALSE(isRefused(8 * drawn));
+}
+
 TEST(Diagnose, SaysWhatWasMeantByWhatLoadingRefuses) {
     const auto nodes = [](const std::string& all) { return R"({"version": "1.2", "nodes": {)" + all + "}}"; };
     const auto progress = [&](const std::string& keys) {

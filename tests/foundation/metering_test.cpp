@@ -130,6 +130,31 @@ TEST(Metering, CountsForTheInnermostOnly) {
     EXPECT_EQ(inner.steps, 10U);
 }
 
+TEST(Metering, LastsNoLongerThanThoseAroundItMay) {
+    const struct {
+        const char* why;
+        RenderBudget outer;
+        RenderBudget inner;
+        std::string message;
+    } rows[] = {
+        {"the outer's time is up", {.seconds = 0}, {.seconds = 60}, "it takes more than 0 seconds"},
+        {"the inner one has no end of its own", {.seconds = 0}, {}, "it takes more than 0 seconds"},
+        {"its own time is up", {.seconds = 60}, {.seconds = 0}, "it takes more than 0 seconds"},
+        {"time enough for both", {.seconds = 60}, {.seconds = 60}, ""},
+        {"steps are its own", {.steps = 1}, {}, ""},
+    };
+    for (const auto& row : rows) {
+        Cost cost;
+        const Metering outer(row.outer, cost);
+        EXPECT_EQ(refusalOf(row.inner, [] { step(2); }), row.message) << row.why;
+        Cost inner;
+        const Metering metering(row.inner, inner);
+        bool isRefused = false;
+        (void)MeteringElsewhere().of([&] { isRefused = !refusalOf(row.inner, [] { step(2); }).empty(); });
+        EXPECT_EQ(isRefused, !row.message.empty()) << row.why << ", elsewhere";
+    }
+}
+
 TEST(Metering, TakesWhatAnotherThreadHasCost) {
     Cost cost;
     const Metering metering({.steps = 100, .bytes = 100}, cost);

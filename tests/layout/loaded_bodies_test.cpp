@@ -150,6 +150,39 @@ TEST(LoadedBodyThreads, WhatLoadsCostCountsForWhoAsks) {
     }
 }
 
+/// A view that holds others which it does not show.
+struct Hiding {
+    static constexpr std::string_view name = "Hiding";
+    ViewList inside;
+    static constexpr Fields fields{Field{"inside", &Hiding::inside}};
+    [[nodiscard]] AnyView body(const EnvironmentValues&) const { return Rectangle{}; }
+};
+
+/// A view whose body holds bytes as long as it is kept.
+struct Heavy {
+    static constexpr std::string_view name = "Heavy";
+    std::string key;
+    std::size_t bytes = 0;
+
+    [[nodiscard]] Loading loading() const {
+        return {key, false, [bytes = bytes]() -> Loading::Body {
+                    const auto held = std::make_shared<const HeldBytes>(bytes);
+                    return [held](const EnvironmentValues&) -> AnyView { return Rectangle{}; };
+                }};
+    }
+    [[nodiscard]] AnyView body(const EnvironmentValues& environment) const { return loading().load()(environment); }
+};
+
+TEST(LoadedBodyThreads, WhatNobodyAsksForCostsNothingAndGivesNothingBack) {
+    const auto costOf = [](std::size_t bytes) {
+        return spentOn(Hiding{{Heavy{"a", bytes}, Heavy{"b", bytes}, Heavy{"c", bytes}}});
+    };
+    const Cost light = costOf(0);
+    const Cost heavy = costOf(1 << 20);
+    EXPECT_EQ(heavy.bytes, light.bytes);
+    EXPECT_EQ(heavy.peakBytes, light.peakBytes);
+}
+
 TEST(LoadedBodyThreads, HoldTogetherWhatOneAfterTheOtherMayHold) {
     constexpr std::size_t some = 1 << 20;
     const struct {

@@ -29,11 +29,11 @@ TEST(ImageMemories, DropWhatWasNotAskedForTheLongest) {
     ImageMemory memory(3 * cost());
     for (int i = 0; i < 3; ++i) memory.keep(urlOf(i), picture());
     EXPECT_EQ(memory.bytes(), 3 * cost());
-    EXPECT_NE(memory.find(urlOf(0)), nullptr);
+    EXPECT_NE(memory.find(urlOf(0)).image, nullptr);
     EXPECT_TRUE(memory.holds(urlOf(1))) << "which is not asking for it";
     memory.keep(urlOf(3), picture());
-    EXPECT_EQ(memory.find(urlOf(1)), nullptr);
-    for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i)), nullptr) << i;
+    EXPECT_EQ(memory.find(urlOf(1)).image, nullptr);
+    for (const int i : {0, 2, 3}) EXPECT_NE(memory.find(urlOf(i)).image, nullptr) << i;
     memory.setMaximumBytes(2 * cost());
     EXPECT_EQ(memory.bytes(), 2 * cost());
     EXPECT_FALSE(memory.holds(urlOf(0)));
@@ -44,7 +44,7 @@ TEST(ImageMemories, DropWhatWasNotAskedForTheLongest) {
 TEST(ImageMemories, KeepNothingLargerThanTheyMay) {
     ImageMemory memory(cost() - 1);
     memory.keep(urlOf(0), picture());
-    EXPECT_EQ(memory.find(urlOf(0)), nullptr);
+    EXPECT_EQ(memory.find(urlOf(0)).image, nullptr);
     EXPECT_EQ(memory.bytes(), 0U);
 }
 
@@ -52,8 +52,9 @@ TEST(ImageMemories, KeepOnePictureOfAnAddress) {
     ImageMemory memory(10'000);
     memory.keep(urlOf(0), picture());
     const auto second = picture();
-    memory.keep(urlOf(0), second);
-    EXPECT_EQ(memory.find(urlOf(0)), second);
+    memory.keep(urlOf(0), second, 7);
+    EXPECT_EQ(memory.find(urlOf(0)).image, second);
+    EXPECT_EQ(memory.find(urlOf(0)).meanwhile, 7U);
     EXPECT_EQ(memory.bytes(), cost());
 }
 
@@ -64,7 +65,7 @@ TEST(ImageMemoryThreads, ManyKeepAndFind) {
         threads.emplace_back([&memory, thread] {
             for (int i = 0; i < 2000; ++i) {
                 const URL url = urlOf((i * 7 + thread) % 30);
-                const auto found = memory.find(url);
+                const auto found = memory.find(url).image;
                 if (found) {
                     EXPECT_EQ(found->width(), 10);
                 } else {

@@ -2,6 +2,7 @@
 #include "tavrin/platform/foundation/net/url_session.h"
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -39,7 +40,8 @@ std::future<URLResponse> begin(URLSession& session, const URLRequest& request) {
 }
 
 std::string textOf(const URLResponse& response) {
-    constexpr const char* codes[] = {"cancelled", "timedOut", "tooLarge", "refused", "unsupported", "failed"};
+    constexpr const char* codes[] = {"cancelled", "timedOut",    "tooLarge", "notAdmitted",
+                                     "refused",   "unsupported", "failed"};
     if (!response.error) return std::to_string(response.status) + (response.data == smallPicture() ? " picture" : "");
     return codes[static_cast<std::size_t>(response.error->code)];
 }
@@ -88,6 +90,40 @@ TEST_F(URLSessions, LoadOrFail) {
             EXPECT_FALSE(response.error->message.empty());
             EXPECT_EQ(response.data, "");
         }
+    }
+}
+
+TEST_F(URLSessions, BodiesTakeNoMoreThanTheyMay) {
+    const WebServer server;
+    URLSession session;
+    const std::string folder = ::testing::TempDir();
+    std::ofstream(folder + "admitted") << std::string(2000, '.');
+    const std::string file = URL::fileURL(folder + "admitted").string();
+    const struct {
+        const char* why;
+        std::string url;
+        std::size_t most;
+        const char* outcome;
+        std::size_t asked;  // for more than it may take: for at most so many bytes
+    } rows[] = {
+        {"a download", server.at("/ok/1"), smallPicture().size(), "200 picture", 0},
+        {"a byte less", server.at("/ok/1"), smallPicture().size() - 1, "notAdmitted", smallPicture().size()},
+        {"a download without end", server.at("/endless"), 200'000, "notAdmitted", 300'000},
+        {"a file", file, 2000, "0", 0},
+        {"a larger file", file, 1999, "notAdmitted", 2000},
+        {"data in the address", "data:,picture", 7, "0", 0},
+        {"more data", "data:,picture", 6, "notAdmitted", 7},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::atomic<std::size_t> asked = 0;
+        URLRequest request = requestOf(row.url);
+        request.mayTake = [&](std::size_t bytes) {
+            if (bytes > row.most) asked = std::max(asked.load(), bytes);
+            return bytes <= row.most;
+        };
+        EXPECT_EQ(textOf(begin(session, request).get()), row.outcome);
+        EXPECT_LE(asked, row.asked);
     }
 }
 

@@ -203,6 +203,110 @@ TEST(Widget, ExplainsOnTheBudgetOfItsDrawings) {
     EXPECT_EQ(refusal(tooFew), "Budget: the work takes more than " + std::to_string(explained - 1) + " steps");
 }
 
+/// Where in a document an answer fails that may cost each of some amounts, in their order; "nowhere" where no place is
+/// known.
+std::vector<std::string> placesOfFailures(const std::string& json, const std::vector<RenderBudget>& budgets,
+                                          const std::function<void(const BoundDocument&, WidgetOptions)>& ask) {
+    std::vector<std::string> places;
+    const BoundDocument bound = Document(json).bind(std::nullopt, quiet());
+    for (const RenderBudget& budget : budgets) {
+        WidgetOptions options = quiet();
+        options.room = {"small", {80, 40}};
+        options.budget = budget;
+        try {
+            ask(bound, options);
+        } catch (const TavrinError& error) {
+            EXPECT_EQ(error.kind, "Budget") << error.message;
+            std::string place = error.isRooted ? toText(error.codingPath) : "nowhere";
+            if (places.empty() || places.back() != place) places.push_back(std::move(place));
+        }
+    }
+    return places;
+}
+
+void drawRaster(const BoundDocument& bound, WidgetOptions options) { (void)bound.widget(std::move(options)).pixels(); }
+
+std::string documentOf(const std::string& main, const std::string& others = "") {
+    return R"({"version": "1.2", "nodes": {"main": )" + main + others + "}}";
+}
+
+std::string stackOf(const std::string& children) {
+    return documentOf(R"({"type": "zstack", "children": [)" + children + "]}");
+}
+
+TEST(Widget, TellsWhereInItsDocumentAnAnswerPassesItsBudget) {
+    const auto draw = [](PictureFormat format) {
+        return [format](const BoundDocument& bound, WidgetOptions options) {
+            (void)bound.widget(std::move(options)).encode(format);
+        };
+    };
+    const auto animate = [](const BoundDocument& bound, const WidgetOptions& options) {
+        AnimationRenderer renderer = bound.animation(options);
+        (void)renderer.pixels(*options.date);
+    };
+    const auto targets = [](const BoundDocument& bound, WidgetOptions options) {
+        (void)bound.widget(std::move(options)).targets();
+    };
+    const std::string dot = R"({"type": "circle"})";
+    const std::string text = R"({"type": "text", "content": ")" + std::string(20'000, 'x') + "\"}";
+    const std::string faded = R"({"type": "zstack", "children": [)" + dot + "," + dot +
+                              R"(], "modifiers": [{"type": "opacity", "opacity": 0.5}]})";
+    const std::string ring = R"({"type": "progressView", "style": "circular", "value": 0.7, "lineWidth": 14,
+        "color": {"value": "#FF9500"}, "background": {"value": "#E5E5EA"}})";
+    const auto growing = [](auto amount, std::uint64_t by, std::uint64_t most) {
+        std::vector<RenderBudget> budgets;
+        for (std::uint64_t value = by; value <= most; value += by) budgets.emplace_back().*amount = value;
+        return budgets;
+    };
+    const std::string main = "nodes.main";
+    const std::string first = "nodes.main.children[0]";
+    const std::string second = "nodes.main.children[1]";
+    const std::string overlaid = R"({"type": "circle", "modifiers": [{"type": "overlay", "view": )" + text + "}]}";
+    const struct {
+        const char* why;
+        std::string document;
+        std::vector<RenderBudget> budgets;
+        std::function<void(const BoundDocument&, WidgetOptions)> ask;
+        std::vector<std::string> places;
+    } rows[] = {
+        {"the tree is built, sizes are asked for, of children twice, and it is drawn",
+         stackOf(dot + "," + dot),
+         growing(&RenderBudget::steps, 1, 600),
+         drawRaster,
+         {main, first, second, main, first, second, first, second, main, first, second}},
+        {"a text is shaped", stackOf(dot + "," + text), {{.steps = 2'000}}, drawRaster, {second}},
+        {"the background is nobody's; a layer is painted as a whole",
+         stackOf(dot + "," + faded),
+         growing(&RenderBudget::pixels, 1'000, 400'000),
+         drawRaster,
+         {"nowhere", first, second, second + ".children[0]", second + ".children[1]"}},
+        {"what it is composed of is its own",
+         documentOf(ring),
+         growing(&RenderBudget::steps, 1, 600),
+         drawRaster,
+         {main}},
+        {"a modifier holds it", documentOf(overlaid), {{.steps = 2'000}}, drawRaster, {main + ".modifiers[0].view"}},
+        {"it is referred to",
+         documentOf(R"({"type": "node", "name": "far"})", R"(, "far": )" + text),
+         {{.steps = 2'000}},
+         drawRaster,
+         {"nodes.far"}},
+        {"an SVG is drawn",
+         stackOf(dot + "," + text),
+         growing(&RenderBudget::steps, 2'000, 200'000),
+         draw(PictureFormat::svg),
+         {second}},
+        {"a moment of many", stackOf(dot + "," + text), {{.steps = 2'000}}, animate, {second}},
+        {"links are looked for",
+         stackOf(dot + "," + dot),
+         growing(&RenderBudget::steps, 1, 600),
+         targets,
+         {main, first, second, main, first, second, first, second, main, first, second}},
+        {"a picture is compressed", stackOf(dot), {{.pixels = 90'000}}, draw(PictureFormat::png), {"nowhere"}},
+    };
+    for (const auto& row : rows) EXPECT_EQ(placesOfFailures(row.document, row.budgets, row.ask), row.places) << row.why;
+}
+
 TEST(WidgetThreads, ShareADocument) {
     const Document document(greeting);
     const auto draw = [&](std::size_t number) {

@@ -5,10 +5,11 @@
 #include <concepts>
 #include <cstddef>
 #include <utility>
-#include <vector>
 
 #include "tavrin/platform/foundation/affine_transform.h"
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/pool_allocator.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -54,17 +55,26 @@ public:
         while (!pending_.empty()) {
             Place next = pending_.back();
             pending_.pop_back();
-            Meter::ofThisThread().step();
-            const LayoutNode& node = tree_.node(next.index);
-            if (node.absent || !visit_(next)) continue;
-            if (node.kind == ViewKind::composed)
-                push(tree_.content(next.index), next);
-            else
-                visitPrimitive(*node.view, [&](const auto& view) { enter(view, next); });
+            try {
+                take(next);
+            } catch (TavrinError& error) {
+                tree_.noteOrigin(error, next.index);
+                throw;
+            }
         }
     }
 
 private:
+    void take(Place& next) {
+        Meter::ofThisThread().step();
+        const LayoutNode& node = tree_.node(next.index);
+        if (node.absent || !visit_(next)) return;
+        if (node.kind == ViewKind::composed)
+            push(tree_.content(next.index), next);
+        else
+            visitPrimitive(*node.view, [&](const auto& view) { enter(view, next); });
+    }
+
     void push(Index index, const Place& around) {
         pending_.push_back(around);
         pending_.back().index = index;
@@ -120,7 +130,7 @@ private:
 
     const LayoutTree& tree_;
     Visit visit_;
-    std::vector<Place> pending_;
+    pool::Vector<Place> pending_;
 };
 
 template <std::derived_from<DrawnPlace> Place = DrawnPlace, class Visit>

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/kept_answers.h"
 #include "tavrin/platform/layout/loaded_bodies.h"
 #include "tavrin/platform/layout/measurer.h"
@@ -42,6 +43,17 @@ std::span<const LayoutTree::Index> LayoutTree::drawingOrder(Index stack) const {
     return std::span(childLists_).subspan(item.inDrawingOrder, item.count);
 }
 
+void LayoutTree::noteOrigin(TavrinError& error, Index index) const {
+    const auto holds = [&](Index outer) { return outer <= index && index < nodes_[outer].end; };
+    // What is around a view comes before it in the list; the content of a geometry reader that has none yet is 0.
+    for (Index outer = index + 1; outer-- > 0 && !error.origin;) {
+        const bool isReader = nodes_[outer].kind == ViewKind::geometryReader && content(outer) > 0;
+        if (!holds(outer) && !(isReader && holds(content(outer)))) continue;
+        index = outer;
+        error.origin = nodes_[outer].view->box().origin;
+    }
+}
+
 LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& environment, text::TextEngine& texts,
                   const Diagnostics& diagnostics, Recording recording, LoadedBodies* loaded, const LayoutTree* before) {
     LayoutTree tree(widget, environment);
@@ -58,13 +70,18 @@ LayoutTree layOut(const AnyView& root, Size widget, const EnvironmentValues& env
     Placer placer(tree, measurer, earlier);
     KeptAnswers kept;
     if (recording == Recording::answers) placer.keepProposals(kept.proposals);
-    placer.placeRoot();
-    // Contents may hold further readers, which join the list.
-    for (std::size_t next = 0; next < placer.placedReaders().size(); ++next) {
-        const LayoutTree::Index reader = placer.placedReaders()[next];
-        builder.addContent(reader);
-        measurer.takeIn();
-        placer.placeContent(reader);
+    try {
+        placer.placeRoot();
+        // Contents may hold further readers, which join the list.
+        for (std::size_t next = 0; next < placer.placedReaders().size(); ++next) {
+            const LayoutTree::Index reader = placer.placedReaders()[next];
+            builder.addContent(reader);
+            measurer.takeIn();
+            placer.placeContent(reader);
+        }
+    } catch (TavrinError& error) {
+        tree.noteOrigin(error, measurer.lastAsked());
+        throw;
     }
     if (recording == Recording::answers) {
         kept.proposals.resize(tree.nodes_.size());

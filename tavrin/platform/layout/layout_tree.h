@@ -20,6 +20,10 @@
 #include "tavrin/platform/ui/any_view.h"
 #include "tavrin/platform/ui/environment.h"
 
+namespace tavrin {
+struct TavrinError;
+}
+
 namespace tavrin::layout {
 
 class LoadedBodies;
@@ -143,6 +147,8 @@ public:
     [[nodiscard]] const std::shared_ptr<const text::ShapedText>& shapedText(Index text) const {
         return texts_[nodes_[text].detail].shaped;
     }
+    /// Tells an error at which view it happened: what made that one, or the nearest around it of which that is known.
+    void noteOrigin(TavrinError& error, Index index) const;
 
     /// The environment of the root; appearance, date and scale hold everywhere.
     [[nodiscard]] const EnvironmentValues& environment() const { return environment_; }

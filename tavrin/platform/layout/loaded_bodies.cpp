@@ -84,6 +84,11 @@ LoadedBodies LoadedBodies::under(const AnyView& root) {
     return loaded;
 }
 
+LoadedBodies::~LoadedBodies() {
+    // What nobody has asked for is given back here, where it was never counted.
+    for (const auto& [key, load] : bodies_) Meter::ofThisThread().bytes += load.cost.bytes;
+}
+
 AnyView LoadedBodies::body(const ViewBox& view, const EnvironmentValues& environment) {
     if (!view.loads) return view.body(environment);
     const std::optional<Loading> loading = view.loading();

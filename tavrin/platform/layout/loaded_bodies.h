@@ -25,6 +25,13 @@ public:
     /// is asked for. Throws `TavrinError` of kind "Engine" where too many have to.
     static LoadedBodies under(const AnyView& root);
 
+    LoadedBodies() = default;
+    LoadedBodies(LoadedBodies&&) = default;
+    LoadedBodies& operator=(LoadedBodies&&) = default;
+    LoadedBodies(const LoadedBodies&) = delete;
+    LoadedBodies& operator=(const LoadedBodies&) = delete;
+    ~LoadedBodies();
+
     /// The body of a composed view. Passes on what loading or making it throws.
     [[nodiscard]] AnyView body(const ViewBox& view, const EnvironmentValues& environment);
 

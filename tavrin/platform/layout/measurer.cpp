@@ -48,6 +48,7 @@ void Measurer::giveAway(KeptAnswers& kept) {
 
 Size Measurer::answer(Index index, const Proposal& proposal) {
     ++tree_.answerCount_;
+    lastAsked_ = index;
     Meter::ofThisThread().step();
     const LayoutNode& node = tree_.node(index);
     if (!node.remembers) return freshAnswer(index, proposal);

@@ -36,6 +36,9 @@ public:
     /// Hands over all answers; nothing can be asked any more.
     void giveAway(KeptAnswers& kept);
 
+    /// The node that was asked last.
+    [[nodiscard]] Index lastAsked() const { return lastAsked_; }
+
     /// The size a present node takes when it is proposed that. Never NaN, never negative.
     Size answer(Index index, const Proposal& proposal);
 
@@ -77,6 +80,7 @@ private:
     double dealOut(const Group& group, Index stack, const Proposal& proposal, double remainder);
 
     LayoutTree& tree_;
+    Index lastAsked_ = 0;
     text::TextEngine& engine_;
     pool::Vector<AnswerMemory<Size>> containers_;
     pool::Vector<TextAnswers> texts_;

@@ -79,20 +79,33 @@ void TreeBuilder::addContent(Index reader) {
     const AnyView& content =
         tree_.views_.emplace_back(makeContent ? makeContent(GeometryProxy{node.frame.size}) : AnyView());
     item.content = static_cast<Index>(tree_.nodes_.size());
-    unroll({&content, noParent, node.inherited, item.depth + 1, SpacerAxes::both});
+    unroll({&content, reader, node.inherited, item.depth + 1, SpacerAxes::both});
 }
 
 /// Adds a view and everything in it.
 void TreeBuilder::unroll(const Pending& root) {
     const auto first = static_cast<Index>(tree_.nodes_.size());
     pending_.push_back(root);
-    while (!pending_.empty()) {
-        const Pending next = pending_.back();
-        pending_.pop_back();
-        addNode(next);
+    Pending next = root;
+    try {
+        while (!pending_.empty()) {
+            next = pending_.back();
+            pending_.pop_back();
+            addNode(next);
+        }
+    } catch (TavrinError& error) {
+        noteOrigin(error, next);
+        throw;
     }
     closeSubtrees(first);
     StackChildren(tree_).prepare(first);
+}
+
+/// The same as the tree's, while it is not known yet where nodes end.
+void TreeBuilder::noteOrigin(TavrinError& error, const Pending& at) const {
+    if (!error.origin) error.origin = at.view->box().origin;
+    for (Index outer = at.parent; outer != noParent && !error.origin; outer = parents_[outer])
+        error.origin = tree_.nodes_[outer].view->box().origin;
 }
 
 void TreeBuilder::addNode(const Pending& pending) {
@@ -222,7 +235,7 @@ void TreeBuilder::closeSubtrees(Index first) {
     for (auto index = static_cast<Index>(tree_.nodes_.size()); index-- > first;) {
         LayoutNode& node = tree_.nodes_[index];
         node.end = std::max(node.end, index + 1);
-        if (parents_[index] != noParent) {
+        if (index > first) {
             Index& outer = tree_.nodes_[parents_[index]].end;
             outer = std::max(outer, node.end);
         }

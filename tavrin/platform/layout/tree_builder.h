@@ -38,13 +38,14 @@ private:
     /// A view that has no node yet.
     struct Pending {
         const AnyView* view;
-        Index parent;
+        Index parent;  ///< or the geometry reader that it is the content of
         std::uint32_t inherited;
         std::uint32_t depth;
         SpacerAxes axes;
     };
 
     void unroll(const Pending& root);
+    void noteOrigin(TavrinError& error, const Pending& at) const;
     void addNode(const Pending& pending);
     void addChildren(const Pending& pending, Index index);
     void addBody(const Pending& pending, Index index);

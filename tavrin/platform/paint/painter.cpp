@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/platform/layout/effects.h"
 #include "tavrin/platform/paint/drawn_extents.h"
 #include "tavrin/platform/ui/primitive_views.h"
@@ -38,11 +39,15 @@ public:
     void paint(Index index) {
         const LayoutNode& node = tree_.node(index);
         if (node.absent) return;
+        at_ = index;
         Meter::ofThisThread().step();
         if (hasWindow_ && canvas_.isOutOfWindow(extents_.of(index))) return;
         if (node.kind == ViewKind::composed) return paint(tree_.content(index));
         visitPrimitive(*node.view, [&](const auto& view) { draw(view, index, node); });
     }
+
+    /// The view that was come to last.
+    [[nodiscard]] Index at() const { return at_; }
 
 private:
     // Leaves.
@@ -229,6 +234,7 @@ private:
     Appearance appearance_;
     double opacity_ = 1;
     bool isInWhole_ = false;
+    Index at_ = 0;
 };
 
 }  // namespace
@@ -254,7 +260,14 @@ bool isFadedAlike(const layout::LayoutTree& tree, Index index) {
 }
 
 void paintTree(const layout::LayoutTree& tree, Canvas& canvas, TextPainter& texts, const PaintOptions& options) {
-    if (!tree.nodes().empty()) Painter(tree, canvas, texts, options).paint(0);
+    if (tree.nodes().empty()) return;
+    Painter painter(tree, canvas, texts, options);
+    try {
+        painter.paint(0);
+    } catch (TavrinError& error) {
+        tree.noteOrigin(error, painter.at());
+        throw;
+    }
 }
 
 }  // namespace tavrin::paint

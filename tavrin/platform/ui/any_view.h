@@ -58,7 +58,7 @@ concept LoadingView = ComposedView<V> && requires(const V& view) {
 /// What an `AnyView` holds: one view behind its kind. Immutable, shared between copies.
 class ViewBox : public Counted, public pool::Pooled {
 public:
-    ViewBox(ViewKind heldKind, std::uint32_t heldNesting, bool heldLoads)
+    ViewBox(ViewKind heldKind, std::uint16_t heldNesting, bool heldLoads)
         : kind(heldKind), loads(heldLoads), nesting(heldNesting) {}
     ViewBox(const ViewBox&) = delete;
     ViewBox& operator=(const ViewBox&) = delete;
@@ -87,14 +87,17 @@ public:
     /// Whether this view, or one nested in it, waits for something before it has a body.
     const bool loads;
     /// How many views are nested in each other here, this one included.
-    const std::uint32_t nesting;
+    const std::uint16_t nesting;
+    /// Names what made the view, so that errors can tell where they come from; null where that is not known. Set while
+    /// the view has one owner.
+    mutable const void* origin = nullptr;
 };
 
 /// Any view behind one type. A value: cheap to copy, immutable, safe to share between threads.
 class AnyView {
 public:
     /// How deeply views may be nested in each other; more is a `TavrinError` of kind "Engine" when the view is made.
-    static constexpr std::uint32_t maximumNesting = 4096;
+    static constexpr std::uint16_t maximumNesting = 4096;
 
     /// An `EmptyView`.
     AnyView();
@@ -113,14 +116,19 @@ public:
     [[nodiscard]] ViewKind kind() const { return box_->kind; }
     [[nodiscard]] const ViewBox& box() const { return *box_; }
 
+    /// Notes what made a new view. One that already knows, or that others have too, stays as it is.
+    void noteOrigin(const void* origin) const {
+        if (box_->owners.isSole() && !box_->origin) box_->origin = origin;
+    }
+
 private:
     template <class V>
     struct Box;
 
     static const AnyView& empty();
-    static std::uint32_t nestingAround(std::uint32_t inner) {
+    static std::uint16_t nestingAround(std::uint16_t inner) {
         if (inner >= maximumNesting) failNesting();
-        return inner + 1;
+        return static_cast<std::uint16_t>(inner + 1);
     }
     [[noreturn]] static void failNesting();
 
@@ -219,7 +227,7 @@ struct AnyView::Box final : ViewBox {
 private:
     /// What a box knows of the views inside.
     struct Inside {
-        std::uint32_t nesting = 0;
+        std::uint16_t nesting = 0;
         bool loads = LoadingView<V>;
     };
 

@@ -58,6 +58,10 @@ Metering::Metering(const RenderBudget& budget, Cost& cost, std::shared_ptr<Share
       outer_(std::exchange(threadMeter, Meter{.steps = cost.steps, .pixels = cost.pixels, .bytes = cost.bytes})),
       outerMetering_(std::exchange(innermost, this)) {
     if (budget_.seconds) end_ = after(*budget_.seconds - cost.seconds);
+    if (outerMetering_ && outerMetering_->end_ && (!end_ || *outerMetering_->end_ < *end_)) {
+        end_ = outerMetering_->end_;
+        budget_.seconds = outerMetering_->budget_.seconds;
+    }
     // The first step looks: it may be too late, or cancelled.
     threadMeter.stepsToLook = end_ || budget_.cancel ? 0 : budget_.steps;
     threadMeter.pixelsToLook = std::min(budget_.pixels, sum(cost.pixels, pixelsBetween));

@@ -22,8 +22,8 @@ struct Cost {
     double seconds = 0;
 };
 
-/// While one lives, what its thread does draws on a budget. Several may live within each other; only the innermost
-/// counts.
+/// While one lives, what its thread does draws on a budget. Several may live within each other: only the innermost
+/// counts, but none lasts longer than those around it may.
 class Metering {
 public:
     using Clock = std::chrono::steady_clock;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -22,6 +23,10 @@ public:
         if (!metering) return;
         budget_ = metering->budget();
         spent_ = metering->spent();
+        if (metering->end()) {
+            const std::chrono::duration<double> left = *metering->end() - Metering::Clock::now();
+            spent_.seconds = *budget_->seconds - left.count();
+        }
         if (heeds == Heeds::everything) {
             shared_ = std::make_shared<SharedBytes>(metering->bytesLeft());
         } else {

@@ -19,11 +19,14 @@ public:
     /// Whether it was the last owner that went.
     [[nodiscard]] bool remove() noexcept {
         // A sole owner meets nobody else: no locked operation is needed.
-        if (count_.load(std::memory_order_acquire) == 1) return true;
+        if (isSole()) return true;
         if (!__libc_single_threaded) return count_.fetch_sub(1, std::memory_order_acq_rel) == 1;
         count_.store(known() - 1, std::memory_order_relaxed);
         return false;
     }
+
+    /// Whether there is but one owner; then there is none on any other thread.
+    [[nodiscard]] bool isSole() const noexcept { return count_.load(std::memory_order_acquire) == 1; }
 
 private:
     [[nodiscard]] std::uint32_t known() const { return count_.load(std::memory_order_relaxed); }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <filesystem>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -33,15 +35,23 @@ bool isHTTP(const URL& url) {
 
 URLResponse failed(URLError::Code code, std::string message) { return {{}, 0, URLError{code, std::move(message)}}; }
 
-URLResponse readDataURL(const URL& url, std::size_t maximumBytes) {
-    std::optional<std::string> data = dataOf(url);
+URLResponse notAdmitted() { return failed(URLError::Code::notAdmitted, "larger than it may be"); }
+
+URLResponse readDataURL(const URLRequest& request, std::size_t maximumBytes) {
+    std::optional<std::string> data = dataOf(request.url);
     if (!data) return failed(URLError::Code::unsupported, "its data cannot be read");
     if (data->size() > maximumBytes) return {{}, 0, URLError::tooLarge(maximumBytes)};
+    if (request.mayTake && !request.mayTake(data->size())) return notAdmitted();
     return {*std::move(data), 0, std::nullopt};
 }
 
-URLResponse readFileURL(const URL& url, std::size_t maximumBytes) {
-    FileContents contents = readFile(url.filePath(), maximumBytes);
+URLResponse readFileURL(const URLRequest& request, std::size_t maximumBytes) {
+    const std::string path = request.url.filePath();
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    if (!unknown && request.mayTake && !request.mayTake(std::min<std::uintmax_t>(size, maximumBytes)))
+        return notAdmitted();
+    FileContents contents = readFile(path, maximumBytes);
     if (!contents.error.empty()) return failed(URLError::Code::failed, std::move(contents.error));
     return {std::move(contents.bytes), 0, std::nullopt};
 }
@@ -164,9 +174,9 @@ std::shared_ptr<URLSession::Task> URLSession::Loop::begin(URLRequest request, Co
     if (std::optional<std::string> reason = refusal(url, load->request.policy)) {
         complete(load, URLError::Code::refused, *std::move(reason));
     } else if (url.isFile()) {
-        complete(load, [this, load] { return readFileURL(load->request.url, configuration_.maximumBytes); });
+        complete(load, [this, load] { return readFileURL(load->request, configuration_.maximumBytes); });
     } else if (url.isData()) {
-        complete(load, [this, load] { return readDataURL(load->request.url, configuration_.maximumBytes); });
+        complete(load, [this, load] { return readDataURL(load->request, configuration_.maximumBytes); });
     } else if (!isHTTP(url)) {
         complete(load, URLError::Code::unsupported, "unsupported URL");
     } else if (!add(load)) {

@@ -21,6 +21,7 @@ struct URLError {
         cancelled,
         timedOut,
         tooLarge,     ///< beyond the session's bound
+        notAdmitted,  ///< by `URLRequest::mayTake`
         refused,      ///< by the fetch policy
         unsupported,  ///< another scheme than `http`, `https`, `file` and `data`, or a `data` URL that cannot be read
         failed,       ///< everything else: no such host, a reset connection, a file that cannot be read
@@ -47,6 +48,8 @@ struct URLRequest {
     FetchPolicy policy = FetchPolicy::all;
     /// Whether someone waits for it: such a request goes before those that are not urgent.
     bool isUrgent = false;
+    /// Asked whether a body may take so many bytes in all, before it does, on a thread of the session; null: always.
+    std::function<bool(std::size_t bytes)> mayTake = nullptr;
 };
 
 /// Why a policy refuses an address before any name is resolved; none when it does not. Under `publicOnly` the address

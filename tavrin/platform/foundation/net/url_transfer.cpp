@@ -30,7 +30,8 @@ URLTransfer::URLTransfer(const CurlLibrary& curl, const URLRequest& request,
       handle_(curl.easyInit(), curl.easyCleanup),
       maximumBytes_(configuration.maximumBytes),
       policy_(request.policy),
-      isPublic_(configuration.isPublic) {
+      isPublic_(configuration.isPublic),
+      mayTake_(request.mayTake) {
     if (!handle_) return;
     set(CURLOPT_URL, request.url.string().c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
@@ -70,6 +71,8 @@ std::size_t URLTransfer::take(char* bytes, std::size_t size, std::size_t count, 
     self.isTooLarge_ = length > self.maximumBytes_ - self.data_.size();
     if (self.isTooLarge_) return CURL_WRITEFUNC_ERROR;
     try {
+        self.isAdmitted_ = !self.mayTake_ || self.mayTake_(self.data_.size() + length);
+        if (!self.isAdmitted_) return CURL_WRITEFUNC_ERROR;
         self.data_.append(bytes, length);
         return length;
     } catch (const std::exception&) {
@@ -108,6 +111,7 @@ URLError URLTransfer::error(CURLcode outcome) const {
     using Code = URLError::Code;
     if (!refusedAddress_.empty()) return {Code::refused, "the address " + refusedAddress_ + " is not public"};
     if (isTooLarge_ || outcome == CURLE_FILESIZE_EXCEEDED) return URLError::tooLarge(maximumBytes_);
+    if (!isAdmitted_) return {Code::notAdmitted, "larger than it may be"};
     const char* const message = message_[0] != '\0' ? message_ : curl_.easyStrerror(outcome);
     return {outcome == CURLE_OPERATION_TIMEDOUT ? Code::timedOut : Code::failed, message};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,10 +42,12 @@ private:
     std::size_t maximumBytes_;
     FetchPolicy policy_;
     bool (*isPublic_)(std::string_view);
+    std::function<bool(std::size_t)> mayTake_;
     std::string data_;
     std::string refusedAddress_;
     bool isSet_ = true;
     bool isTooLarge_ = false;
+    bool isAdmitted_ = true;
     char message_[CURL_ERROR_SIZE] = {};
 };
 
