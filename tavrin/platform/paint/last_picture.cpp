@@ -53,15 +53,20 @@ bool canDivide(const layout::LayoutTree& tree, const DrawnWay& way) {
     });
 }
 
-/// Of an area, from the first to the last row in which a picture is not as it was; `before` gives its rows of before.
+/// The part of an area in which a picture is not as it was; `before` gives the area's rows of before.
 template <class Before>
-PixelRect differingRows(const PixelBuffer& picture, PixelRect area, const Before& before) {
-    const auto isAlike = [&](int y) {
-        return std::equal(picture.row(y) + area.x0, picture.row(y) + area.x1, before(y));
-    };
-    while (!area.empty() && isAlike(area.y0)) ++area.y0;
-    while (!area.empty() && isAlike(area.y1 - 1)) --area.y1;
-    return area;
+PixelRect differingPart(const PixelBuffer& picture, const PixelRect& area, const Before& before) {
+    PixelRect part{area.x1, area.y1, area.x0, area.y0};
+    for (int y = area.y0; y < area.y1; ++y) {
+        const std::uint32_t* const row = picture.row(y) + area.x0;
+        const std::uint32_t* const other = before(y);
+        const auto first = static_cast<int>(std::mismatch(row, row + area.width(), other).first - row);
+        if (first == area.width()) continue;
+        int end = area.width();
+        while (area.x0 + end > part.x1 && row[end - 1] == other[end - 1]) --end;
+        part = {std::min(part.x0, area.x0 + first), std::min(part.y0, y), std::max(part.x1, area.x0 + end), y + 1};
+    }
+    return part;
 }
 
 /// Windows around areas, as large as a survey finds that they have to be, and united where that is worth it.
@@ -139,11 +144,11 @@ struct LastPicture::Kept {
             const PixelBuffer before = isShared || isWhole ? PixelBuffer() : copyOf(picture, window);
             picture = paint(std::move(picture), window);
             if (isShared)
-                news.push_back(differingRows(picture, window, [&](int y) { return pixels->row(y) + window.x0; }));
+                news.push_back(differingPart(picture, window, [&](int y) { return pixels->row(y) + window.x0; }));
             else if (isWhole)
                 news.push_back(window);
             else
-                news.push_back(differingRows(picture, window, [&](int y) { return before.row(y - window.y0); }));
+                news.push_back(differingPart(picture, window, [&](int y) { return before.row(y - window.y0); }));
         }
         std::erase_if(news, [](const PixelRect& area) { return area.empty(); });
         if (!isShared) {
