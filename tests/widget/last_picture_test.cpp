@@ -199,6 +199,76 @@ TEST(LastPicture, PicturesAfterOthersAreThoseFromScratch) {
     EXPECT_LT(painted, whole * 2 / 3);
 }
 
+/// A hand that turns on any view, in the midst of any others: what is drawn before it is drawn once.
+TEST(LastPicture, WhatTurnsIsDrawnOverWhatIsStill) {
+    std::mt19937 random(17);
+    std::uint64_t painted = 0;
+    std::uint64_t whole = 0;
+    for (int sequence = 0; sequence < 300; ++sequence) {
+        Tape look(random);
+        Tape under(random);
+        Tape over(random);
+        Tape turned(random);
+        Tape around(random);
+        LastPicture last;
+        RenderOptions options = optionsOf(look);
+        for (int i = 0; i < 8; ++i) {
+            const std::uint64_t before = last.work().pixels;
+            for (Tape* tape : {&under, &over, &turned, &around}) tape->rewind();
+            const AnyView face = RotationEffect{.angle = 0.7, .content = FilledShape{Capsule{}, Color::gray}};
+            const AnyView tip = FixedFrame{.width = 9, .height = 9, .content = leafOf(turned)};
+            const AnyView hand = ClockHandRotationEffect{
+                .period = ClockHandPeriod::custom(60), .anchor = UnitPoint{0.5, 0.8}, .content = tip};
+            const AnyView hands = ZStack{.children = {viewOf(under, 1), hand}};
+            const AnyView view = ZStack{.children = {viewOf(under, 2), face, modified(around, hands, 0), leafOf(over)}};
+            ImageRenderer renderer(view, options);
+            const std::string expected = renderer.encode(PictureFormat::png);
+            const bool isSame = ImageRenderer(view, options).encode(PictureFormat::png, last) == expected;
+            ASSERT_TRUE(isSame) << sequence << ", " << i << difference(*renderer.pixels(last), renderer.pixels())
+                                << viewTreeText(view);
+            if (i > 2) painted += last.work().pixels - before;
+            if (i > 2) whole += renderer.pixels().byteCount() / 4;
+            if (i == 5) (random() % 2 == 0 ? under : over).change(random);
+            options.environment.date = {start + static_cast<double>(random() % 100) / 4};
+        }
+    }
+    EXPECT_LT(painted, whole * 17 / 20);
+}
+
+TEST(LastPicture, WhatIsStillIsDrawnOnce) {
+    ViewList face;
+    for (int tick = 0; tick < 12; ++tick)
+        face.push_back(RotationEffect{.angle = tick * 0.5,
+                                      .content = FixedFrame{.width = 70, .height = 2, .content = Rectangle{}}});
+    const AnyView hand = FixedFrame{.width = 4,
+                                    .height = 40,
+                                    .alignment = Alignment::top,
+                                    .content = FixedFrame{.height = 20, .content = Capsule{}}};
+    face.push_back(ClockHandRotationEffect{.period = ClockHandPeriod::custom(60), .content = hand});
+    face.push_back(FixedFrame{.width = 6, .height = 6, .content = Circle{}});
+    face.push_back(RotationEffect{
+        .angle = 0.4,
+        .content = FixedFrame{.width = 60, .height = 60, .content = Border{.color = Color::blue, .width = 1}}});
+    const AnyView view = ZStack{.children = std::move(face)};
+    RenderOptions options;
+    options.size = {80, 80};
+    options.scale = 1;
+    LastPicture last;
+    std::vector<std::uint64_t> painted;
+    for (int second = 0; second < 8; ++second) {
+        options.environment.date = {start + second};
+        const std::uint64_t before = last.work().pixels;
+        EXPECT_TRUE(*ImageRenderer(view, options).pixels(last) == ImageRenderer(view, options).pixels()) << second;
+        painted.push_back(last.work().pixels - before);
+    }
+    const std::uint64_t all = 80 * 80;
+    for (std::size_t i = 0; i < painted.size(); ++i) {
+        // The third picture is the second in which the hand alone has turned.
+        EXPECT_EQ(painted[i] == all, i < 3) << i;
+        EXPECT_LE(painted[i], i < 3 ? all : all / 2) << i;
+    }
+}
+
 AnyView rowsOf(std::vector<std::string> texts, Color color = Color::primary) {
     ViewList rows;
     for (const std::string& text : texts)

@@ -93,6 +93,11 @@ Canvas Canvas::raster(PixelBuffer picture, double scale, const PixelRect& window
     return onPixels(std::move(picture), scale, area);
 }
 
+Canvas Canvas::over(PixelBuffer picture, double scale) {
+    const PixelRect all{0, 0, picture.width(), picture.height()};
+    return onPixels(std::move(picture), scale, all);
+}
+
 Canvas Canvas::onPixels(PixelBuffer picture, double scale, const PixelRect& window) {
     auto state = std::make_unique<State>();
     state->pixels = std::move(picture);
@@ -259,6 +264,12 @@ bool Canvas::isOutOfWindow(const Rect& extent) const {
 }
 
 const PixelRect& Canvas::window() const { return state_->window; }
+
+PixelBuffer Canvas::copy() {
+    state_->setPixels();
+    cairo_surface_flush(state_->surface.get());
+    return state_->pixels;
+}
 
 PixelBuffer Canvas::finishRaster() {
     state_->setPixels();

@@ -45,6 +45,8 @@ public:
     /// The same to go on with a picture that was drawn in that size and scale: what lies in `window` is cleared, and
     /// only there is anything drawn, each pixel as on the whole picture where a survey has found the window.
     static Canvas raster(PixelBuffer picture, double scale, const PixelRect& window);
+    /// The same to draw over all of it.
+    static Canvas over(PixelBuffer picture, double scale);
     /// Draws nothing, but finds out how large a window has to be. Cairo does not draw quite the same pixels where it
     /// draws only a part: where an outline is cut between columns or among its curves, and anywhere in turned pictures,
     /// gradients and clips, and in layers. What would be cut so makes the window larger, and what was drawn before that
@@ -117,6 +119,8 @@ public:
     /// The part of a raster that is drawn on; of a survey, what it has grown to.
     [[nodiscard]] const PixelRect& window() const;
 
+    /// A copy of the picture as it is now. Only on a raster.
+    [[nodiscard]] PixelBuffer copy();
     /// Ends drawing and hands over the picture; the canvas must not be used again. Throws `TavrinError` of kind
     /// "Render" with Cairo's message when anything failed. Only on a raster.
     [[nodiscard]] PixelBuffer finishRaster();

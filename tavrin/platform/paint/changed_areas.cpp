@@ -43,8 +43,12 @@ bool isSameEdge(double a, double b) {
 
 class Comparison {
 public:
-    Comparison(DrawnExtents& before, DrawnExtents& after)
-        : before_(before.tree()), after_(after.tree()), extentsBefore_(before), extentsAfter_(after) {}
+    Comparison(DrawnExtents& before, DrawnExtents& after, std::optional<Index> divider)
+        : before_(before.tree()),
+          after_(after.tree()),
+          extentsBefore_(before),
+          extentsAfter_(after),
+          divider_(divider) {}
 
     /// What is around a view in both trees: from its points to pixels, and the pixels that clips leave.
     struct Place {
@@ -54,6 +58,17 @@ public:
 
     void compare(Index a, Index b, const Place& at) {
         Meter::ofThisThread().step();
+        way_.push_back(b);
+        if (a == divider_ && result_.first.empty()) result_.divider = way_;
+        if (!result_.divider.empty()) addFromDivider(a, b, at);
+        compareViews(a, b, at);
+        way_.pop_back();
+    }
+
+    [[nodiscard]] ChangedAreas& result() { return result_; }
+
+private:
+    void compareViews(Index a, Index b, const Place& at) {
         const LayoutNode& before = before_.node(a);
         const LayoutNode& after = after_.node(b);
         if (before.absent && after.absent) return;
@@ -63,9 +78,6 @@ public:
                        [&]<class View>(const View& view) { compareAlike(*before.view->as<View>(), view, a, b, at); });
     }
 
-    [[nodiscard]] std::vector<PixelRect>& areas() { return areas_; }
-
-private:
     // Leaves, which draw something in their frame.
 
     void compareAlike(const EmptyView&, const EmptyView&, Index, Index, const Place&) {}
@@ -108,9 +120,7 @@ private:
 
     template <class Stack>
         requires(Stack::traits.holds == ViewHolds::children)
-    void compareAlike(const Stack&, const Stack&, Index a, Index b, const Place& at) {
-        compareLists(before_.drawingOrder(a), after_.drawingOrder(b), at);
-    }
+    void compareAlike(const Stack&, const Stack&, Index a, Index b, const Place& at) { compareLists(a, b, at); }
 
     void compareAlike(const GeometryReader&, const GeometryReader&, Index a, Index b, const Place& at) {
         compareContent(a, b, at);
@@ -159,18 +169,25 @@ private:
     template <class View>
         requires((View::traits.holds == ViewHolds::content || View::traits.holdsSecond()) && !View::traits.isEffect)
     void compareAlike(const View&, const View&, Index a, Index b, const Place& at) {
-        if constexpr (View::traits.holdsSecond()) compare(before_.secondary(a), after_.secondary(b), at);
+        constexpr bool hasFront = std::same_as<View, Overlay>;
+        if constexpr (View::traits.holdsSecond() && !hasFront) compareSecond(a, b, at);
         compareContent(a, b, at);
+        if constexpr (hasFront) compareSecond(a, b, at);
     }
 
     void compareContent(Index a, Index b, const Place& at) { compare(before_.content(a), after_.content(b), at); }
 
+    void compareSecond(Index a, Index b, const Place& at) { compare(before_.secondary(a), after_.secondary(b), at); }
+
     /// Where their numbers differ, what belongs together is not known.
-    void compareLists(std::span<const Index> before, std::span<const Index> after, const Place& at) {
+    void compareLists(Index a, Index b, const Place& at) {
+        const std::span<const Index> before = before_.drawingOrder(a);
+        const std::span<const Index> after = after_.drawingOrder(b);
         if (before.size() == after.size()) {
             for (std::size_t i = 0; i < before.size(); ++i) compare(before[i], after[i], at);
             return;
         }
+        noteChange(a);
         for (const Index index : before) addExtent(extentsBefore_.of(index), at);
         for (const Index index : after) addExtent(extentsAfter_.of(index), at);
     }
@@ -194,14 +211,29 @@ private:
         return before_.inherited(a).foregroundColor == after_.inherited(b).foregroundColor;
     }
 
+    void noteChange(Index a) {
+        if (!result_.first.empty()) return;
+        result_.first = way_;
+        result_.firstBefore = a;
+    }
+
     void change(Index a, Index b, const Place& at) {
+        noteChange(a);
         addExtent(extentsBefore_.of(a), at);
         addExtent(extentsAfter_.of(b), at);
     }
 
     void addExtent(const Rect& extent, const Place& at) {
         const PixelRect area = intersection(pixels(extent, at), at.clip);
-        if (!area.empty()) areas_.push_back(area);
+        if (!area.empty()) result_.areas.push_back(area);
+    }
+
+    void addFromDivider(Index a, Index b, const Place& at) {
+        for (const Rect& extent : {extentsBefore_.of(a), extentsAfter_.of(b)}) {
+            const PixelRect area = intersection(pixels(extent, at), at.clip);
+            PixelRect& all = result_.fromDivider;
+            if (!area.empty()) all = all.empty() ? area : united(all, area);
+        }
     }
 
     /// The pixels that a rectangle may touch; all of the clip where that is not known.
@@ -220,7 +252,9 @@ private:
     const LayoutTree& after_;
     DrawnExtents& extentsBefore_;
     DrawnExtents& extentsAfter_;
-    std::vector<PixelRect> areas_;
+    std::optional<Index> divider_;
+    DrawnWay way_;  // to the view of the later tree that is compared
+    ChangedAreas result_;
 };
 
 }  // namespace
@@ -259,13 +293,15 @@ std::vector<PixelRect> mergedAreas(std::vector<PixelRect> areas) {
     return merged;
 }
 
-std::vector<PixelRect> changedAreas(DrawnExtents& before, DrawnExtents& after, double scale) {
-    if (&before == &after || before.tree().nodes().empty() || after.tree().nodes().empty()) return {};
+ChangedAreas changedAreas(DrawnExtents& before, DrawnExtents& after, double scale, std::optional<Index> divider) {
+    if (&before.tree() == &after.tree() || before.tree().nodes().empty() || after.tree().nodes().empty()) return {};
     const auto side = [&](double points) { return pixel(std::ceil(points * scale) + margin); };
     const PixelRect all{0, 0, side(after.tree().widget().width), side(after.tree().widget().height)};
-    Comparison comparison(before, after);
+    Comparison comparison(before, after, divider);
     comparison.compare(0, 0, {{scale, 0, 0, scale, 0, 0}, all});
-    return mergedAreas(std::move(comparison.areas()));
+    ChangedAreas result = std::move(comparison.result());
+    result.areas = mergedAreas(std::move(result.areas));
+    return result;
 }
 
 }  // namespace tavrin::paint

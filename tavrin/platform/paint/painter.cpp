@@ -2,6 +2,7 @@
 #include "tavrin/platform/paint/painter.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -32,11 +33,34 @@ public:
           texts_(texts),
           ownExtents_(tree, texts),
           extents_(options.extents ? *options.extents : ownExtents_),
-          drawsTexts_(options.drawsTexts),
+          options_(options),
           hasWindow_(canvas.hasWindow()),
-          appearance_(tree.environment().appearance) {}
+          appearance_(tree.environment().appearance),
+          isPastDivider_(options.divider.empty()) {}
 
     void paint(Index index) {
+        if (isPastDivider_) return paintView(index);
+        const DrawnWay& way = options_.divider;
+        if (index != way[entered_]) {
+            if (!options_.startsAtDivider) paintView(index);
+            return;
+        }
+        if (++entered_ == way.size()) passDivider();
+        paintView(index);
+        // Where something on the way cannot be seen, its end is not reached.
+        if (!isPastDivider_) passDivider();
+    }
+
+    /// The view that was come to last.
+    [[nodiscard]] Index at() const { return at_; }
+
+private:
+    void passDivider() {
+        isPastDivider_ = true;
+        if (options_.atDivider) options_.atDivider();
+    }
+
+    void paintView(Index index) {
         const LayoutNode& node = tree_.node(index);
         if (node.absent) return;
         at_ = index;
@@ -46,17 +70,13 @@ public:
         visitPrimitive(*node.view, [&](const auto& view) { draw(view, index, node); });
     }
 
-    /// The view that was come to last.
-    [[nodiscard]] Index at() const { return at_; }
-
-private:
     // Leaves.
 
     void draw(const EmptyView&, Index, const LayoutNode&) {}
     void draw(const Spacer&, Index, const LayoutNode&) {}
 
     void draw(const Text&, Index index, const LayoutNode& node) {
-        if (drawsTexts_) canvas_.draw(tree_.textBlock(index), node.frame, foreground(index), texts_);
+        if (options_.drawsTexts) canvas_.draw(tree_.textBlock(index), node.frame, foreground(index), texts_);
     }
 
     void draw(const Image& image, Index, const LayoutNode& node) {
@@ -229,12 +249,14 @@ private:
     TextPainter& texts_;
     DrawnExtents ownExtents_;
     DrawnExtents& extents_;
-    bool drawsTexts_;
+    const PaintOptions& options_;
     bool hasWindow_;
     Appearance appearance_;
     double opacity_ = 1;
     bool isInWhole_ = false;
     Index at_ = 0;
+    bool isPastDivider_;
+    std::size_t entered_ = 0;  // views on the way to the divider
 };
 
 }  // namespace

@@ -29,7 +29,7 @@ constexpr int rowsInGroup = 16;
 struct PngGroup {
     std::size_t runCount = 0;
     std::vector<PixelRun> runs = {};  ///< those of all rows, or none where they are not kept
-    std::array<ZlibSum, rowsInGroup> sums = {};
+    std::array<RowBytes, rowsInGroup> bytes = {};
     bool isOpaque = false;
 };
 
@@ -44,10 +44,10 @@ constexpr std::size_t mostKeptRuns = 500'000;
 /// The rows of one picture, compressed from top to bottom.
 class BandWriter {
 public:
-    /// `deflater` is one for pictures that are opaque or, as this one, are not. `differs` tells of each row whether it
-    /// may be another than the groups know; without it nothing is known or kept.
+    /// `deflater` is one for pictures that are opaque or, as this one, are not. `differs` tells of each row in which
+    /// columns it may be another than the groups know; without it nothing is known or kept.
     BandWriter(const PixelBuffer& picture, RunDeflater& deflater, std::vector<PngGroup>& groups,
-               const std::vector<bool>* differs)
+               const std::vector<Columns>* differs)
         : picture_(picture),
           width_(static_cast<std::size_t>(picture.width())),
           groups_(groups),
@@ -95,16 +95,11 @@ private:
         group.runCount = 0;
         std::span<const PixelRun> left = before;
         for (int y = begin; y < end; ++y) {
-            ZlibSum& sum = group.sums[static_cast<std::size_t>(y - begin)];
+            RowBytes& bytes = group.bytes[static_cast<std::size_t>(y - begin)];
             const std::span<const PixelRun> known = firstRow(left);
             left = left.subspan(known.size());
-            if (known.empty() || (*differs_)[static_cast<std::size_t>(y)]) {
-                group.runCount += addRow(y, sum);
-            } else {
-                deflater_.addRow(known);
-                group.runCount += known.size();
-            }
-            sumOfBand.append(sum);
+            group.runCount += addRow(y, bytes, known);
+            sumOfBand.append(bytes, width_, deflater_.channels());
         }
         if (!differs_ || keptRuns_ + group.runCount > mostKeptRuns) return;
         const std::span<const PixelRun> runs = deflater_.lastRuns(group.runCount);
@@ -112,12 +107,18 @@ private:
         keptRuns_ += runs.size();
     }
 
-    /// Of how many runs it is made.
-    std::size_t addRow(int y, ZlibSum& sum) {
+    /// A row of which runs may be known from before; returns of how many it is made.
+    std::size_t addRow(int y, RowBytes& bytes, std::span<const PixelRun> known) {
+        const Columns changed = known.empty() ? Columns{0, width_} : (*differs_)[static_cast<std::size_t>(y)];
+        if (changed.empty()) {
+            deflater_.addRow(known);
+            return known.size();
+        }
         Meter::ofThisThread().paint(width_);
         ++seenRows_;
-        sum = {};
-        return deflater_.addRow(picture_.row(y), y == 0 ? nothing_.data() : picture_.row(y - 1), width_, sum);
+        if (known.empty()) bytes = {};
+        const std::uint32_t* const above = y == 0 ? nothing_.data() : picture_.row(y - 1);
+        return deflater_.addRow({picture_.row(y), above, width_}, bytes, known, changed);
     }
 
     static std::span<const PixelRun> firstRow(std::span<const PixelRun> rows) {
@@ -129,7 +130,7 @@ private:
     const PixelBuffer& picture_;
     std::size_t width_;
     std::vector<PngGroup>& groups_;
-    const std::vector<bool>* differs_;
+    const std::vector<Columns>* differs_;
     std::vector<std::uint32_t> nothing_;
     RunDeflater& deflater_;
     std::size_t keptRuns_ = 0;
@@ -200,7 +201,7 @@ struct FastPng::Kept {
     std::optional<RunDeflater> deflater;  // whose memory is kept, too
 
     /// Prepares for the next picture; which of its rows may be compressed to others.
-    std::vector<bool> renew(const PixelBuffer& picture, std::span<const PixelRect> changed);
+    std::vector<Columns> renew(const PixelBuffer& picture, std::span<const PixelRect> changed);
 };
 
 FastPng::FastPng() = default;
@@ -216,15 +217,16 @@ std::size_t FastPng::byteCount() const {
     return count;
 }
 
-std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<const PixelRect> changed) {
+std::vector<Columns> FastPng::Kept::renew(const PixelBuffer& picture, std::span<const PixelRect> changed) {
     const bool isAnother = width != picture.width() || height != picture.height();
     const std::size_t count = groupCount(picture);
     width = picture.width();
     height = picture.height();
     groups.resize(count);
     if (isAnother) bands.clear();
-    // 1. Which rows may be others: changed ones, and those below, which are compared with them.
-    std::vector<bool> differs(static_cast<std::size_t>(height), isAnother);
+    // 1. Where rows may be others: where they have changed, and those above, with which they are compared.
+    const Columns all{0, static_cast<std::size_t>(width)};
+    std::vector<Columns> differs(static_cast<std::size_t>(height), isAnother ? all : Columns());
     // 2. Whether there is an alpha channel.
     if (isAnother)
         for (std::size_t group = 0; group < count; ++group)
@@ -232,13 +234,14 @@ std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<con
     for (const PixelRect& any : changed) {
         const PixelRect area = intersection(any, {0, 0, width, height});
         if (area.empty()) continue;
-        std::fill(differs.begin() + area.y0, differs.begin() + std::min(area.y1 + 1, height), true);
+        const Columns columns{static_cast<std::size_t>(area.x0), static_cast<std::size_t>(area.x1)};
+        for (int y = area.y0; y < std::min(area.y1 + 1, height); ++y) differs[static_cast<std::size_t>(y)].add(columns);
         const auto last = static_cast<std::size_t>((area.y1 - 1) / rowsInGroup);
         for (auto group = static_cast<std::size_t>(area.y0 / rowsInGroup); group <= last; ++group) {
-            const PixelRect all = groupOf(picture, group);
+            const PixelRect rows = groupOf(picture, group);
             // In what was opaque only what has changed need be looked at.
             const bool wasOpaque = groups[group].isOpaque;
-            groups[group].isOpaque = isOpaque(picture, wasOpaque ? intersection(all, area) : all);
+            groups[group].isOpaque = isOpaque(picture, wasOpaque ? intersection(rows, area) : rows);
         }
     }
     const bool opaque = std::ranges::all_of(groups, &PngGroup::isOpaque);
@@ -246,7 +249,7 @@ std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<con
     const bool isUnlike = !deflater || deflater->isOpaque() != opaque;
     if (isUnlike) {
         deflater.emplace(opaque);
-        differs.assign(differs.size(), true);
+        differs.assign(differs.size(), all);
     }
     if (isAnother || isUnlike)
         for (PngGroup& group : groups) group.runs.clear();
@@ -256,13 +259,13 @@ std::vector<bool> FastPng::Kept::renew(const PixelBuffer& picture, std::span<con
 std::string FastPng::encode(const PixelBuffer& picture, std::span<const PixelRect> changed) {
     std::unique_ptr<Kept> kept = std::move(kept_);
     if (!kept) kept = std::make_unique<Kept>();
-    const std::vector<bool> differs = kept->renew(picture, changed);
+    const std::vector<Columns> differs = kept->renew(picture, changed);
     // 4. From top to bottom: a band that begins and ends where one did, in rows that are the same, is that one. Of
     //    another the rows that are the same need not be looked at again.
     BandWriter writer(picture, *kept->deflater, kept->groups, &differs);
     const auto isStillThere = [&](const PngBand& band) {
-        if (std::find(differs.begin() + band.begin, differs.begin() + band.end, true) != differs.begin() + band.end)
-            return false;
+        for (int y = band.begin; y < band.end; ++y)
+            if (!differs[static_cast<std::size_t>(y)].empty()) return false;
         for (int y = band.begin; y < band.end; y += rowsInGroup) {
             const int end = std::min(y + rowsInGroup, band.end);
             if (writer.endsBand(end) != (end == band.end)) return false;

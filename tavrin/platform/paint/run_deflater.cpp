@@ -26,29 +26,46 @@ struct SubtractStraight {
     }
 };
 
-/// Adds a row with the number of its filter to a checksum.
+/// A pixel's bytes, added up: once, and each as often as there are others before it.
+struct PixelBytes {
+    std::uint32_t once;
+    std::uint32_t inPixel;
+};
 template <std::size_t channels>
-void addRowTo(ZlibSum& sum, const RowDifferences& row, std::size_t width) {
-    std::uint64_t ofBytes = 0;
-    std::uint64_t ofPlaces = 0;  // each byte as often as there are pixels to the left
-    std::uint64_t inPixels = 0;  // each byte as often as there are others before it in its pixel
-    for (std::size_t i = 0; i < row.count(); ++i) {
-        const std::uint32_t difference = row.differences()[i];
-        const std::uint32_t c1 = byteOf<1>(difference);
-        const std::uint32_t c2 = byteOf<2>(difference);
-        const std::uint32_t c3 = channels == 4 ? byteOf<3>(difference) : 0;
-        const std::uint32_t once = byteOf<0>(difference) + c1 + c2 + c3;
-        ofBytes += once;
-        ofPlaces += once * row.places()[i];
-        inPixels += c1 + 2 * c2 + 3 * c3;
+PixelBytes bytesOf(std::uint32_t difference) {
+    const std::uint32_t c1 = byteOf<1>(difference);
+    const std::uint32_t c2 = byteOf<2>(difference);
+    const std::uint32_t c3 = channels == 4 ? byteOf<3>(difference) : 0;
+    return {byteOf<0>(difference) + c1 + c2 + c3, c1 + 2 * c2 + 3 * c3};
+}
+
+/// Of pixels from a place of their row on.
+template <std::size_t channels>
+RowBytes bytesOf(const RowDifferences& differences, std::uint32_t begin) {
+    RowBytes bytes;
+    for (std::size_t i = 0; i < differences.count(); ++i) {
+        const auto [once, inPixel] = bytesOf<channels>(differences.differences()[i]);
+        bytes.once += once;
+        bytes.byPlace += once * (begin + differences.places()[i]);
+        bytes.inPixels += inPixel;
     }
-    // A byte is in the sum of sums as often as there are bytes from it to the end.
-    const std::uint64_t pixelBytes = channels * width;
-    sum.sums += (sum.bytes + filterUp) * (pixelBytes + 1) + ofBytes * pixelBytes - channels * ofPlaces - inPixels;
-    sum.bytes += filterUp + ofBytes;
-    sum.bytes %= adlerModulus;
-    sum.sums %= adlerModulus;
-    sum.length += pixelBytes + 1;
+    return bytes;
+}
+
+/// Of the runs they were made of.
+template <std::size_t channels>
+RowBytes bytesOf(std::span<const PixelRun> runs, std::uint64_t begin) {
+    RowBytes bytes;
+    for (const PixelRun& run : runs) {
+        const auto [once, inPixel] = bytesOf<channels>(run.difference);
+        const std::uint64_t pixels = run.pixels + std::uint64_t{1};
+        const std::uint64_t count = run.repeats ? pixels : 1;
+        bytes.once += count * once;
+        bytes.byPlace += once * (count * begin + count * (count - 1) / 2);
+        bytes.inPixels += count * inPixel;
+        begin += pixels;
+    }
+    return bytes;
 }
 
 }  // namespace
@@ -57,6 +74,16 @@ void ZlibSum::append(const ZlibSum& next) {
     sums = (sums + next.sums + next.length % adlerModulus * (bytes + adlerModulus - 1)) % adlerModulus;
     bytes = (bytes + next.bytes + adlerModulus - 1) % adlerModulus;
     length += next.length;
+}
+
+void ZlibSum::append(const RowBytes& row, std::size_t width, std::size_t channels) {
+    // A byte is in the sum of sums as often as there are bytes from it to the end.
+    const std::uint64_t pixelBytes = channels * width;
+    sums += (bytes + filterUp) * (pixelBytes + 1) + row.once * pixelBytes - channels * row.byPlace - row.inPixels;
+    bytes += filterUp + row.once;
+    bytes %= adlerModulus;
+    sums %= adlerModulus;
+    length += pixelBytes + 1;
 }
 
 std::array<char, 4> ZlibSum::digits() const {
@@ -75,20 +102,51 @@ void RunDeflater::makeRoom(std::size_t runs) {
     if (runs_.size() < runCount_ + runs) runs_.resize(runsInBlock + runs);
 }
 
-std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum) {
-    makeRoom(width);
-    return opaque_ ? addRow<3>(row, above, width, sum) : addRow<4>(row, above, width, sum);
+std::size_t RunDeflater::addRow(const Row& row, RowBytes& bytes) { return addRow(row, bytes, {}, {0, row.width}); }
+
+std::size_t RunDeflater::addRow(const Row& row, RowBytes& bytes, std::span<const PixelRun> before,
+                                const Columns& changed) {
+    makeRoom(row.width);
+    return opaque_ ? addRow<3>(row, bytes, before, changed) : addRow<4>(row, bytes, before, changed);
 }
 
 template <std::size_t channels>
-std::size_t RunDeflater::addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum) {
+std::size_t RunDeflater::addRow(const Row& row, RowBytes& bytes, std::span<const PixelRun> before,
+                                const Columns& changed) {
     constexpr std::size_t shortest = shortestMatch / channels + 1;  // one byte may have to be written by itself
-    differences_.compare(row, above, width, SubtractStraight<channels>{});
-    addRowTo<channels>(sum, differences_, width);
-    PixelRun* const begin = runs_.data() + runCount_;
-    PixelRun* const end = writeRuns(differences_, shortest, begin);
-    const auto added = static_cast<std::size_t>(end - begin);
-    count<channels>({begin, added});
+    constexpr SubtractStraight<channels> subtract{};
+    // What follows from a run's beginning on depends on nothing before, if it is a pixel that is not as above.
+    // 1. The last such run before anything differs: one ends where the next pixel is known.
+    std::size_t first = 0;
+    std::size_t begin = 0;
+    std::size_t last = 0;
+    std::size_t end = 0;
+    for (; last < before.size(); ++last) {
+        if (before[last].difference != 0) {
+            first = last;
+            begin = end;
+        }
+        const std::size_t next = end + before[last].pixels + 1;
+        if (next >= changed.begin) break;
+        end = next;
+    }
+    // 2. The first one behind that, unless the pixel before it now differs as much and may be one run with it.
+    for (; last < before.size(); end += before[last++].pixels + std::size_t{1})
+        if (end >= changed.end && end > begin && before[last].difference != 0 &&
+            subtract(row.pixels[end - 1], row.above[end - 1]) != before[last].difference)
+            break;
+    // 3. What lies between is made anew.
+    if (last == before.size()) end = row.width;
+    differences_.compare(row.pixels + begin, row.above + begin, end - begin, subtract);
+    PixelRun* const out = runs_.data() + runCount_;
+    PixelRun* const anew = std::copy(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(first), out);
+    PixelRun* const rest = writeRuns(differences_, shortest, anew);
+    anew->startsRow = first == 0;
+    const auto added = static_cast<std::size_t>(
+        std::copy(before.begin() + static_cast<std::ptrdiff_t>(last), before.end(), rest) - out);
+    bytes = bytes + bytesOf<channels>(differences_, static_cast<std::uint32_t>(begin)) -
+            bytesOf<channels>(before.subspan(first, last - first), begin);
+    count<channels>({out, added});
     runCount_ += added;
     return added;
 }

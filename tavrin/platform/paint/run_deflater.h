@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +15,31 @@
 
 namespace tavrin::paint {
 
+/// The bytes of some pixels in a row, added up: once, and as often as a checksum of the row does not count them.
+struct RowBytes {
+    std::uint64_t once = 0;
+    std::uint64_t byPlace = 0;   ///< each as often as there are pixels to the left
+    std::uint64_t inPixels = 0;  ///< each as often as there are others before it in its pixel
+
+    friend RowBytes operator+(const RowBytes& a, const RowBytes& b) {
+        return {a.once + b.once, a.byPlace + b.byPlace, a.inPixels + b.inPixels};
+    }
+    friend RowBytes operator-(const RowBytes& a, const RowBytes& b) {
+        return {a.once - b.once, a.byPlace - b.byPlace, a.inPixels - b.inPixels};
+    }
+};
+
+/// The columns x with begin <= x < end.
+struct Columns {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+
+    [[nodiscard]] bool empty() const { return begin >= end; }
+    void add(const Columns& other) {
+        *this = empty() ? other : Columns{std::min(begin, other.begin), std::max(end, other.end)};
+    }
+};
+
 /// The checksum of a part of a zlib stream's text; those of parts that follow each other make that of both.
 struct ZlibSum {
     std::uint64_t bytes = 1;
@@ -21,6 +47,8 @@ struct ZlibSum {
     std::uint64_t length = 0;
 
     void append(const ZlibSum& next);
+    /// Adds a row with the number of its filter.
+    void append(const RowBytes& row, std::size_t width, std::size_t channels);
     /// Big-endian, as it stands at the end of a stream.
     [[nodiscard]] std::array<char, 4> digits() const;
 };
@@ -33,12 +61,21 @@ public:
     /// Rows of opaque pixels have three channels, R, G and B, others four, with A.
     explicit RunDeflater(bool opaque) : opaque_(opaque) {}
     [[nodiscard]] bool isOpaque() const { return opaque_; }
+    [[nodiscard]] std::size_t channels() const { return opaque_ ? 3 : 4; }
     /// The memory it takes.
     [[nodiscard]] std::size_t byteCount() const { return sizeof *this + runs_.capacity() * sizeof(PixelRun); }
 
-    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it. Adds it to
-    /// a checksum, and returns of how many runs it is made.
-    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
+    /// One row of pixels 0xAARRGGBB with premultiplied channels, 1 to 65,535 of them, and the row above it.
+    struct Row {
+        const std::uint32_t* pixels;
+        const std::uint32_t* above;
+        std::size_t width;
+    };
+    /// Returns of how many runs it is made.
+    std::size_t addRow(const Row& row, RowBytes& bytes);
+    /// The same of a row that was made of some runs, with those bytes, before it changed in some columns. What lies
+    /// beside them is not looked at.
+    std::size_t addRow(const Row& row, RowBytes& bytes, std::span<const PixelRun> before, const Columns& changed);
     /// One row as the runs it is made of.
     void addRow(std::span<const PixelRun> runs);
     /// The last so many runs that were added; none where a block has been written within them.
@@ -49,7 +86,7 @@ public:
 
 private:
     template <std::size_t channels>
-    std::size_t addRow(const std::uint32_t* row, const std::uint32_t* above, std::size_t width, ZlibSum& sum);
+    std::size_t addRow(const Row& row, RowBytes& bytes, std::span<const PixelRun> before, const Columns& changed);
     template <std::size_t channels>
     void count(std::span<const PixelRun> runs);
     void makeRoom(std::size_t runs);

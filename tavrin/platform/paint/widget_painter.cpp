@@ -26,7 +26,8 @@ void paintWidget(const layout::LayoutTree& tree, const WidgetLook& look, Canvas&
     const Rect bounds{{0, 0}, look.size};
     canvas.save();
     if (look.rounded) canvas.clip(Shape(RoundedRectangle{widgetCornerRadius, RoundedCornerStyle::continuous}), bounds);
-    if (const std::optional<RGBA> background = backgroundOf(look)) canvas.fill(bounds, *background);
+    const std::optional<RGBA> background = what.startsAtDivider ? std::nullopt : backgroundOf(look);
+    if (background) canvas.fill(bounds, *background);
     paintTree(tree, canvas, texts, what);
     canvas.restore();
 }
