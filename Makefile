@@ -45,6 +45,8 @@ demo: build ## render every example into out/, with a page that shows them
 test: build/release/with-tests ## build everything and run all tests
 	cmake --build --preset release
 	ctest --preset release --parallel $(JOBS)
+	@# The other languages' tests run here once `make test-doors` has set them up.
+	@if [ -f build/python/made-of ] && [ -d bindings/node/node_modules ]; then $(MAKE) --no-print-directory test-doors; fi
 
 test-doors: test-c test-python test-node ## set up and test the doors for other languages
 

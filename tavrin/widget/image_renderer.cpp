@@ -2,7 +2,9 @@
 #include "tavrin/widget/image_renderer.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
 #include <utility>
 
@@ -41,6 +43,7 @@ std::string fileOf(const PixelBuffer& pixels, PictureFormat format, const Render
 ImageRenderer::ImageRenderer(AnyView view, RenderOptions options)
     : view_(std::move(view)), options_(std::move(options)), texts_(paint::TextPainter::ofThisThread(options_.fonts)) {
     options_.environment.displayScale = options_.scale;
+    before_ = options_.spent;
 }
 
 ImageRenderer::ImageRenderer(ImageRenderer&&) noexcept = default;
@@ -89,6 +92,37 @@ auto ImageRenderer::answer(Work work) {
     return options_.placing([&] { return work(tree); });
 }
 
+// 1. What was drawn from scratch last cost so much; what came to it since, so much more. A picture that is drawn from
+//    the last one would not cost more than both together, and what this one took, from scratch.
+// 2. Where that passes the budget nobody knows whether it would; then, and where the budget ended this, it is drawn
+// from
+//    scratch. So the same picture passes the same budgets whatever came before.
+template <class Draw, class DrawAnew>
+auto ImageRenderer::answerAfter(LastPicture& last, Draw draw, DrawAnew drawAnew) {
+    const auto before = last.tree();  // given back when nothing is counted any more
+    const auto begin = std::chrono::steady_clock::now();
+    try {
+        layOutAfter(last);
+        auto drawn = answer([&](const layout::LayoutTree&) { return draw(); });
+        Cost& most = last.costFromScratch;
+        if (!before) most = {};
+        most.steps += cost_.steps - before_.steps;
+        most.pixels += cost_.pixels - before_.pixels;
+        most.peakBytes += cost_.peakBytes - before_.bytes;
+        const RenderBudget& budget = options_.budget;
+        if (before_.steps + most.steps <= budget.steps && before_.pixels + most.pixels <= budget.pixels &&
+            static_cast<std::uint64_t>(before_.bytes + most.peakBytes) <= budget.bytes)
+            return drawn;
+    } catch (const TavrinError& error) {
+        if (error.kind != "Budget") throw;
+    }
+    last.forget();
+    layout_ = nullptr;
+    options_.spent = before_;
+    options_.spent.seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    return drawAnew();
+}
+
 std::string ImageRenderer::layoutText() { return answer(layout::layoutTreeText); }
 
 void ImageRenderer::writeLayout(const TextSink& sink) {
@@ -130,10 +164,9 @@ std::optional<Date> ImageRenderer::validUntil() {
 PixelBuffer ImageRenderer::pixels() { return drawPixels(true); }
 
 std::shared_ptr<const PixelBuffer> ImageRenderer::pixels(LastPicture& last) {
-    const auto before = last.tree();  // given back when nothing is counted any more
-    layOutAfter(last);
-    return answer(
-        [&](const layout::LayoutTree&) { return last.pixels(layout_, options_.look(), options_.scale, texts_); });
+    return answerAfter(
+        last, [&] { return last.pixels(layout_, options_.look(), options_.scale, texts_); },
+        [&] { return std::make_shared<const PixelBuffer>(drawPixels(true)); });
 }
 
 PixelBuffer ImageRenderer::pixelsWithoutTexts() { return drawPixels(false); }
@@ -160,13 +193,12 @@ std::string ImageRenderer::encode(PictureFormat format) {
 
 std::string ImageRenderer::encode(PictureFormat format, LastPicture& last) {
     if (!isMadeOfPixels(format)) return encode(format);
-    const auto before = last.tree();
-    layOutAfter(last);
-    return answer([&](const layout::LayoutTree&) {
+    const auto drawn = [&] {
         if (format == PictureFormat::png)
             return last.png(layout_, options_.look(), options_.scale, texts_, options_.compression);
         return fileOf(*last.pixels(layout_, options_.look(), options_.scale, texts_), format, options_);
-    });
+    };
+    return answerAfter(last, drawn, [&] { return encode(format); });
 }
 
 }  // namespace tavrin

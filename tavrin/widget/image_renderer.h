@@ -65,7 +65,8 @@ public:
     [[nodiscard]] std::optional<Date> validUntil();
     /// Draws the picture. Throws `TavrinError` of kind "Render" for a size or scale that makes none.
     [[nodiscard]] PixelBuffer pixels();
-    /// The same, drawn from what differs from the last picture; see `LastPicture`.
+    /// The same, drawn from what differs from the last picture; see `LastPicture`. It passes the budgets that it would
+    /// pass from scratch, and no others.
     [[nodiscard]] std::shared_ptr<const PixelBuffer> pixels(LastPicture& last);
     /// The same picture without its texts: what they stand on.
     [[nodiscard]] PixelBuffer pixelsWithoutTexts();
@@ -90,11 +91,15 @@ private:
     /// Does what an answer takes, on the budget, once the tree is laid out.
     template <class Work>
     auto answer(Work work);
+    /// Draws by `draw` from the last picture; but by `drawAnew` where a budget might have ended that.
+    template <class Draw, class DrawAnew>
+    auto answerAfter(LastPicture& last, Draw draw, DrawAnew drawAnew);
     [[nodiscard]] std::vector<TapTarget> targetsIn(const layout::LayoutTree& tree) const;
     [[nodiscard]] PixelBuffer drawPixels(bool drawsTexts);
 
     AnyView view_;
     RenderOptions options_;  // which say what has been spent, the layout included
+    Cost before_;            // what led to it
     Cost cost_;
     std::shared_ptr<paint::TextPainter> texts_;
     std::shared_ptr<const layout::LayoutTree> layout_;

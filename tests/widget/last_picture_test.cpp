@@ -448,5 +448,45 @@ TEST(LastPicture, GoesOnAfterAFailure) {
     EXPECT_EQ(renderer.encode(PictureFormat::png, last), renderer.encode(PictureFormat::png));
 }
 
+TEST(LastPicture, PassesTheBudgetsThatAPictureFromScratchPasses) {
+    RenderOptions options;
+    options.size = {120, 80};
+    const auto outcome = [](const auto& draw) -> std::string {
+        try {
+            return draw();
+        } catch (const TavrinError& error) {
+            return error.kind + ": " + error.message;
+        }
+    };
+    const AnyView first = rowsOf({"one", "two", "three"});
+    const AnyView second = rowsOf({"one", "six", "three"});
+    ImageRenderer scratch(second, options);
+    static_cast<void>(scratch.encode(PictureFormat::png));
+    const Cost cost = scratch.cost();
+    int passed = 0;
+    int failed = 0;
+    for (int part = 0; part < 3; ++part)
+        for (const double share : {0.05, 0.3, 0.9, 0.99, 1.0, 1.01, 1.5, 3.0}) {
+            const auto of = [share](auto whole) {
+                return static_cast<std::uint64_t>(static_cast<double>(whole) * share);
+            };
+            RenderOptions poor = options;
+            if (part == 0) poor.budget.steps = of(cost.steps);
+            if (part == 1) poor.budget.pixels = of(cost.pixels);
+            if (part == 2) poor.budget.bytes = of(cost.peakBytes);
+            const std::string expected =
+                outcome([&] { return ImageRenderer(second, poor).encode(PictureFormat::png); });
+            LastPicture last;
+            static_cast<void>(ImageRenderer(first, options).encode(PictureFormat::png, last));
+            for (int again = 0; again < 3; ++again)
+                EXPECT_EQ(outcome([&] { return ImageRenderer(second, poor).encode(PictureFormat::png, last); }),
+                          expected)
+                    << part << " " << share;
+            ++(expected.starts_with("Budget") ? failed : passed);
+        }
+    EXPECT_GT(passed, 5);
+    EXPECT_GT(failed, 5);
+}
+
 }  // namespace
 }  // namespace tavrin

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/layout/layout_tree.h"
 #include "tavrin/platform/paint/pixel_buffer.h"
 #include "tavrin/platform/paint/png_encoder.h"
@@ -21,9 +22,8 @@ class TextPainter;
 /// of the picture to be painted, a clock's hand, the pixels are kept. The pixels and bytes are those of a picture drawn
 /// from scratch, whatever came before.
 ///
-/// What is not drawn again costs nothing: a picture may pass a budget after another that it would not pass from
-/// scratch. A view that is equal to the last one's is not laid out again, and so the bodies of its composed views are
-/// not asked.
+/// What is not drawn again costs nothing. A view that is equal to the last one's is not laid out again, and so the
+/// bodies of its composed views are not asked.
 ///
 /// Pictures of other sizes, scales, looks and fonts may follow each other; they are drawn from scratch. Where drawing
 /// throws, nothing is kept. The painter of texts is kept, too. One thread at a time, and the same one for as long as
@@ -63,6 +63,10 @@ public:
         std::uint64_t rows = 0;
     };
     [[nodiscard]] const Work& work() const { return work_; }
+
+    /// The most that laying out and drawing its picture from scratch would cost: what the last one drawn from scratch
+    /// did, and all that came to it since. Whoever draws on a budget keeps it.
+    Cost costFromScratch;
 
 private:
     struct Kept;
