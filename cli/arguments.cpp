@@ -8,7 +8,6 @@
 #include "cli/matrix/matrix_options.h"
 #include "cli/several_options.h"
 #include "cli/usage_error.h"
-#include "tavrin/doors/option_reader.h"
 #include "tavrin/doors/option_values.h"
 
 namespace tavrin::cli {
@@ -92,7 +91,7 @@ DocumentArguments documentArgumentsOf(const Values& values) {
 }
 
 bool namesFile(const std::string& output) {
-    return (namesPictureFormat(output) || !animationWord(output).empty()) && !namesFolder(output);
+    return (formatOf(output) || !animationWord(output).empty()) && !namesFolder(output);
 }
 
 /// Refuses a quality of pictures that have none.
@@ -202,6 +201,26 @@ Arguments readArguments(const Command& command) {
         case Verb::fetch: return FetchArguments{std::move(common)};
         default: return PrintArguments{std::move(common), command.verb};
     }
+}
+
+StreamArguments readStreamArguments(const Command& command) {
+    const Values values(command);
+    if (!command.operands.empty())
+        throw UsageError("`tavrin render --jsonl` takes no document; each line of standard input has its own");
+    std::vector<std::string> known{"--jsonl", "--errors", "--offline"};
+    for (const Option& option : sharedOptions()) known.push_back(spelled(option.name, Spelling::kebab));
+    for (const auto& [option, value] : command.values)
+        if (std::ranges::count(known, option) == 0)
+            throw UsageError(std::string(option) + " does not go with --jsonl: each line says what it wants");
+    StreamArguments arguments;
+    arguments.usual.widget = readWidgetOptions(command);
+    arguments.usual.widget.fetchPolicy = fetchPolicyOf(values);
+    arguments.usual.screen = screenOf(values);
+    arguments.usual.hashes = values.find("--hashes") != nullptr;
+    if (!arguments.usual.widget.timeZone) arguments.usual.widget.timeZone = TimeZone::current();
+    if (const std::string* word = values.find("--format"))
+        arguments.format = static_cast<PictureFormat>(readWord("--format", *word, pictureFormatWords));
+    return arguments;
 }
 
 WidgetOptions readWidgetOptions(const Command& command) {

@@ -15,6 +15,7 @@
 #include "cli/matrix/model_key.h"
 #include "cli/snapshot/snapshot_options.h"
 #include "tavrin/diagnostics/diagnose.h"
+#include "tavrin/doors/option_reader.h"
 
 namespace tavrin::cli {
 
@@ -83,6 +84,14 @@ struct SnapshotArguments : DocumentArguments {
     SnapshotOptions snapshot = {};
 };
 
+/// For `render --jsonl`, which reads what to draw from standard input.
+struct StreamArguments {
+    /// What holds where a line says nothing else.
+    DrawingOptions usual = {};
+    /// The format where neither a line nor the suffix of its output tells.
+    std::optional<PictureFormat> format = std::nullopt;
+};
+
 struct FetchArguments : DocumentArguments {};
 
 using Arguments = std::variant<RenderArguments, MatrixArguments, LinesArguments, PrintArguments, ExplainArguments,
@@ -91,6 +100,9 @@ using Arguments = std::variant<RenderArguments, MatrixArguments, LinesArguments,
 /// Judges the values of a command that works on documents. Throws `UsageError`, and `IOError` for a folder that cannot
 /// be read.
 [[nodiscard]] Arguments readArguments(const Command& command);
+
+/// Judges the values of `render --jsonl`. Throws `UsageError` and `OptionError`.
+[[nodiscard]] StreamArguments readStreamArguments(const Command& command);
 
 /// What a command says of how documents become widgets. Throws `UsageError` and `OptionError`.
 [[nodiscard]] WidgetOptions readWidgetOptions(const Command& command);

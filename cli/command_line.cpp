@@ -126,6 +126,10 @@ void takeValues(const CLI::App& app, Command& command, Verb verb) {
     }
 }
 
+[[noreturn]] void failUnknownVerb(const std::string& word) {
+    throw UsageError("there is no verb '" + word + "'" + suggestion(word, verbNames()));
+}
+
 /// What stands before the verb, or instead of it.
 void checkBeforeVerb(const CLI::App& app) {
     const std::vector<std::string> unknown = app.remaining();
@@ -134,7 +138,7 @@ void checkBeforeVerb(const CLI::App& app) {
     for (const InformationOption& option : informationOptions()) known.push_back(option.name);
     known.emplace_back("--errors");
     if (isOption(unknown.front())) failUnknownOption(unknown.front(), known);
-    throw UsageError("there is no verb '" + unknown.front() + "'" + suggestion(unknown.front(), verbNames()));
+    failUnknownVerb(unknown.front());
 }
 
 /// Of `tavrin help`, the words that ask for the same.
@@ -142,7 +146,8 @@ std::vector<std::string> askedFor(const std::vector<std::string>& operands) {
     if (operands.empty()) return {"--help"};
     if (operands.size() > 1)
         throw UsageError("`tavrin help` explains one verb, not " + std::to_string(operands.size()));
-    return {std::string(verbNames()[readWord("help", operands.front(), verbNames())]), "--help"};
+    if (!enumeratorNamed<Verb>(operands.front())) failUnknownVerb(operands.front());
+    return {operands.front(), "--help"};
 }
 
 }  // namespace
@@ -157,6 +162,7 @@ std::variant<Command, Information> parseCommandLine(std::span<const std::string>
     try {
         app.parse(std::move(reversed));
     } catch (const CLI::CallForHelp&) {
+        checkBeforeVerb(app);  // no help is better than that of something else
         return Information{app.help()};
     } catch (const CLI::ArgumentMismatch&) {
         // Only the last word can lack what stands behind it.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -16,15 +15,6 @@ namespace tavrin::cli {
 namespace {
 
 std::string suffixOf(PictureFormat format) { return "." + std::string(name(format)); }
-
-/// The format that a file's suffix names, in any letter case.
-std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
-    const std::string suffix = lowercaseSuffix(path);
-    if (suffix == ".jpg") return PictureFormat::jpeg;
-    for (const PictureFormat format : enumerators<PictureFormat>)
-        if (suffix == suffixOf(format)) return format;
-    return std::nullopt;
-}
 
 PictureFormat readFormat(const std::string& word) {
     const auto isOneOf = [&word](const auto& words) { return std::ranges::count(words, word) > 0; };
@@ -77,7 +67,13 @@ std::string lowercaseSuffix(const std::filesystem::path& path) {
     return suffix;
 }
 
-bool namesPictureFormat(const std::filesystem::path& path) { return formatOf(path).has_value(); }
+std::optional<PictureFormat> formatOf(const std::filesystem::path& path) {
+    const std::string suffix = lowercaseSuffix(path);
+    if (suffix == ".jpg") return PictureFormat::jpeg;
+    for (const PictureFormat format : enumerators<PictureFormat>)
+        if (suffix == suffixOf(format)) return format;
+    return std::nullopt;
+}
 
 bool namesFolder(const std::filesystem::path& path) {
     std::error_code error;

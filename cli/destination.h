@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +32,8 @@ struct Destination {
 [[nodiscard]] std::string stemOf(const std::string& document);
 /// A file's suffix with its dot, in small letters.
 [[nodiscard]] std::string lowercaseSuffix(const std::filesystem::path& path);
-/// Whether a file's suffix is that of a single picture.
-[[nodiscard]] bool namesPictureFormat(const std::filesystem::path& path);
+/// The format of single pictures that a file's suffix names, in any letter case.
+[[nodiscard]] std::optional<PictureFormat> formatOf(const std::filesystem::path& path);
 /// The word of `frameFormatWords` that a file's suffix says; empty where it says none.
 [[nodiscard]] std::string_view animationWord(const std::filesystem::path& path);
 /// Whether a path is that of a folder: it ends in "/", or there is one.

@@ -84,7 +84,7 @@ void placeFrames(Frames& frames, const std::string& stem, const std::string& out
     checkNoOtherPlace(file.filename().string());
     if (!named.empty() && !word.empty() && animationFormat(word) != animationFormat(named))
         throw UsageError("--format " + std::string(word) + " contradicts the suffix of '" + output + "'");
-    if (named.empty() && (word.empty() || namesPictureFormat(file)))
+    if (named.empty() && (word.empty() || formatOf(file)))
         throw UsageError(
             "--output takes, with --frames, a name that ends in .webp, .png or .apng, a folder (a new one's name ends "
             "in /), or a name such as clock-%04d.png, not '" +

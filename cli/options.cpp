@@ -47,7 +47,8 @@ std::span<const VerbInfo> verbs() {
          "  tavrin render examples/*.json -o out/ --family systemSmall --rounded\n"
          "  tavrin render clock.json -o clock.webp --frames 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z\n"
          "  tavrin render widgets/*.json -o out/ --families all --appearances all --scales 2,3\n"
-         "  tavrin render - -o - <weather.json >weather.png       pictures through pipes"},
+         "  tavrin render - -o - <weather.json >weather.png       pictures through pipes\n"
+         "  tavrin render --jsonl <<<'{\"name\": \"weather.json\", \"output\": \"weather.png\"}'"},
         {"tree", "DOC [options]", "Print the view tree as JSON", "  tavrin tree weather.json --model today.json"},
         {"layout", "DOC [options]", "Print the view tree with every view's frame, in points, as JSON",
          "  tavrin layout weather.json --family systemLarge\n"
@@ -149,6 +150,11 @@ const std::vector<OptionInfo>& options() {
         {"--key", "KEY", onlyRender,
          "With --models FILE: which member of a model, such as id or person.id, names its picture (the line's number)"},
         {"--models", "DIR", onlySnapshot, "Draw with each model document (*.json) in a folder", Completes::folder},
+        {"--jsonl", "", onlyRender,
+         "Draw what each line of standard input asks for, an object of document or name, model, options and output, "
+         "and answer it with a line of JSON on standard output: one process for thousands of pictures. What else "
+         "stands "
+         "here holds where a line says nothing"},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
         shared(OptionName::hashes, "", onlyRender, "in index.json, where there is one"),
         shared(OptionName::screen, "WxH", laidOut, {}, Completes::words, screenWords(knownScreens())),

@@ -60,6 +60,7 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         return 0;
     }
     removeTemporaryFilesOnSignals();
+    if (command.find("--jsonl")) return run(readStreamArguments(command));
     return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));
 }
 
@@ -68,7 +69,8 @@ std::string helpFor(std::span<const std::string> words) {
     const std::vector<std::string_view> names = verbNames();
     auto word = words.begin();
     while (word != words.end() && word->starts_with('-')) word += *word == "--errors" && words.end() - word > 1 ? 2 : 1;
-    const bool isVerb = word != words.end() && std::find(names.begin(), names.end(), *word) != names.end();
+    const bool isVerb =
+        word != words.end() && *word != "help" && std::find(names.begin(), names.end(), *word) != names.end();
     if (isVerb) return "`tavrin " + *word + " --help` explains it.";
     return "`tavrin --help` and `tavrin help VERB` explain the command line.";
 }

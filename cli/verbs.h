@@ -19,6 +19,8 @@ namespace tavrin::cli {
 [[nodiscard]] int run(const MatrixArguments& arguments, const Reporter& reporter);
 /// Draws the matrix with one line after another, also when one fails, with an index; nothing when a document fails.
 [[nodiscard]] int run(const LinesArguments& arguments, const Reporter& reporter);
+/// Draws what each line of standard input asks for, also when one fails, and answers each with one of standard output.
+[[nodiscard]] int run(const StreamArguments& arguments);
 /// Prints the view tree of one document or, as the verb says, the laid-out tree or the tap targets.
 [[nodiscard]] int run(const PrintArguments& arguments, const Reporter& reporter);
 /// Prints why views have their size and place.

@@ -30,13 +30,14 @@ public:
     /// Throws `IOError` for a file that cannot be read.
     explicit ModelLines(std::string path);
 
+    /// The next line; none at the end. Throws `IOError`.
+    [[nodiscard]] std::optional<ModelLine> next();
     /// The next lines, at least one: those that are there without waiting. None at the end. Throws `IOError`.
     [[nodiscard]] std::optional<std::vector<ModelLine>> nextBlock();
     /// Whether something can be read without waiting for whoever writes.
     [[nodiscard]] bool isReady() const;
 
 private:
-    [[nodiscard]] std::optional<ModelLine> next();
     [[nodiscard]] bool findsLineEnd();
     [[nodiscard]] bool readMore();
 

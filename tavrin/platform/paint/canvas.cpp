@@ -30,13 +30,6 @@ bool isDrawable(const cairo_matrix_t& m) {
            std::abs(m.y0) <= maxTranslation;
 }
 
-/// A side in whole pixels, or an impossible number of them.
-std::int64_t pixelsOf(double points, double scale) {
-    const double pixels = std::floor(points * scale + 0.5);
-    if (!(pixels >= 1)) return 0;
-    return static_cast<std::int64_t>(std::min(pixels, 1e9));
-}
-
 void checkPage(Size size) {
     for (const double side : {size.width, size.height})
         if (!(side > 0 && side <= PixelBuffer::maxSide))
@@ -74,6 +67,12 @@ Canvas::Canvas(std::unique_ptr<State> state) : state_(std::move(state)) {
 Canvas::Canvas(Canvas&&) noexcept = default;
 Canvas& Canvas::operator=(Canvas&&) noexcept = default;
 Canvas::~Canvas() = default;
+
+std::int64_t Canvas::pixelsOf(double points, double scale) {
+    const double pixels = std::floor(points * scale + 0.5);
+    if (!(pixels >= 1)) return 0;
+    return static_cast<std::int64_t>(std::min(pixels, 1e9));
+}
 
 Canvas Canvas::raster(Size size, double scale) {
     PixelBuffer picture = PixelBuffer::unset(pixelsOf(size.width, scale), pixelsOf(size.height, scale));

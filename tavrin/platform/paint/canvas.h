@@ -39,6 +39,8 @@ struct Pen {
 /// and collapsed transforms draw nothing; far coordinates are cut off out of sight. One thread at a time.
 class Canvas {
 public:
+    /// A side in whole pixels, or an impossible number of them: 0, or too many.
+    [[nodiscard]] static std::int64_t pixelsOf(double points, double scale);
     /// A transparent picture of `size` points at `scale` pixels a point, rounded to whole pixels. Throws `TavrinError`
     /// of kind "Render" when it would have no pixels or more than `PixelBuffer` allows.
     static Canvas raster(Size size, double scale);

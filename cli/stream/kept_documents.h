@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <exception>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+
+#include "cli/input.h"
+#include "tavrin/widget/document.h"
+
+namespace tavrin::cli {
+
+/// A document's text, and what came of decoding it. Immutable.
+class ReadDocument {
+public:
+    ReadDocument(Source source, const RenderBudget& budget);
+
+    [[nodiscard]] const Source& source() const { return source_; }
+    /// Throws what decoding it threw, each time.
+    [[nodiscard]] const Document& decoded() const;
+
+private:
+    Source source_;
+    std::optional<Document> document_;
+    std::exception_ptr error_;
+};
+
+/// Documents by their files' names, each read and decoded once while its file stays as it is: of the same size, last
+/// changed at the same moment, and no other file of that name. Those that were asked for longest ago go first. Any
+/// number of threads may ask.
+class KeptDocuments {
+public:
+    static constexpr std::size_t maximumCount = 64;
+    /// Of the documents' texts.
+    static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
+
+    /// What reading and decoding a document may cost.
+    explicit KeptDocuments(const RenderBudget& budget) : budget_(budget) {}
+
+    /// Throws what `readInput` does.
+    [[nodiscard]] std::shared_ptr<const ReadDocument> find(const std::string& path);
+
+private:
+    /// What tells that a file has not been changed.
+    struct Stamp {
+        dev_t device = 0;
+        ino_t file = 0;
+        off_t size = 0;
+        timespec changed = {};
+
+        friend bool operator==(const Stamp& a, const Stamp& b) {
+            return a.device == b.device && a.file == b.file && a.size == b.size &&
+                   a.changed.tv_sec == b.changed.tv_sec && a.changed.tv_nsec == b.changed.tv_nsec;
+        }
+    };
+    struct Kept {
+        std::string path;
+        Stamp stamp;
+        std::shared_ptr<const ReadDocument> document;
+    };
+
+    [[nodiscard]] static std::optional<Stamp> stampOf(const std::string& path);
+    [[nodiscard]] std::shared_ptr<const ReadDocument> findKept(const std::string& path, const Stamp& stamp);
+    void keep(Kept document);
+
+    RenderBudget budget_;
+    std::mutex mutex_;
+    std::list<Kept> kept_;  // the latest first
+};
+
+}  // namespace tavrin::cli

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "cli/stream/stream_request.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "cli/destination.h"
+#include "cli/usage_error.h"
+#include "tavrin/doors/json_options.h"
+#include "tavrin/doors/words.h"
+#include "tavrin/json/json_place.h"
+#include "tavrin/json/json_scan.h"
+#include "tavrin/json/json_text.h"
+#include "tavrin/platform/foundation/enumerators.h"
+
+namespace tavrin::cli {
+namespace {
+
+constexpr std::array<std::string_view, 5> requestMembers{"document", "name", "model", "options", "output"};
+
+void checkMembers(const JSONElement& line) {
+    if (line.kind() != JSONKind::object)
+        throw UsageError("a line is an object with " + listed(requestMembers) + ", not " +
+                         std::string(describe(line.kind())));
+    for (JSONElement::Walk walk(line); walk.next();)
+        if (std::find(requestMembers.begin(), requestMembers.end(), walk.key()) == requestMembers.end())
+            throw UsageError("a line has no '" + std::string(walk.key()) + "'" +
+                             suggestion(walk.key(), requestMembers));
+}
+
+/// The value that begins at an offset, as it is written.
+std::string_view writtenAt(std::string_view line, std::size_t offset) {
+    JSONScanner scanner(line.substr(offset));
+    std::size_t depth = 0;
+    do {
+        if (!scanner.next()) break;
+        if (scanner.event() == JSONScanner::Event::end)
+            --depth;
+        else if (scanner.event() == JSONScanner::Event::beginObject ||
+                 scanner.event() == JSONScanner::Event::beginArray)
+            ++depth;
+    } while (depth > 0);
+    return line.substr(offset, scanner.end());
+}
+
+/// A member that is a JSON text, as a string or as it is.
+std::optional<std::string> textIn(std::string_view line, std::string_view name, const JSONElement& value) {
+    if (!value.exists() || value.isNull()) return std::nullopt;
+    if (value.isString()) return std::string(value.string());
+    const auto offset = locate(line, {CodingKey(std::string(name))});
+    return std::string(writtenAt(line, offset.value_or(0)));
+}
+
+/// A member that is a file's name.
+std::optional<std::string> fileIn(std::string_view name, const JSONElement& value) {
+    if (!value.exists() || value.isNull()) return std::nullopt;
+    if (!value.isString())
+        throw UsageError(std::string(name) + " takes the name of a file, not " + std::string(describe(value.kind())));
+    std::string file(value.string());
+    if (file.empty() || file == "-" || file.find('\0') != std::string::npos)
+        throw UsageError(std::string(name) + " takes the name of a file, not '" + file + "'");
+    return file;
+}
+
+PictureFormat formatOfOutput(const std::string& output, std::optional<PictureFormat> asked,
+                             std::optional<PictureFormat> usual) {
+    const std::optional<PictureFormat> named = formatOf(output);
+    if (named && asked && *named != *asked)
+        throw UsageError("the format " + std::string(name(*asked)) + " contradicts the suffix of '" + output + "'");
+    if (named) return *named;
+    if (asked || usual) return asked ? *asked : *usual;
+    throw UsageError(
+        "output takes a name that ends in .png, .svg, .pdf, .webp or .jpg, or the option format says what '" + output +
+        "' is");
+}
+
+void refuseToOverwrite(const StreamRequest& request) {
+    std::error_code error;
+    if (request.output && !request.document && std::filesystem::equivalent(request.name, *request.output, error))
+        throw UsageError("'" + *request.output + "' would be written over the document");
+}
+
+}  // namespace
+
+StreamRequest readStreamRequest(std::string_view line, const DrawingOptions& usual,
+                                std::optional<PictureFormat> usualFormat) {
+    const JSONText text(line);
+    checkMembers(text.root());
+    const auto [document, name, model, options, output] = text.root().findMembers<requestMembers>();
+
+    StreamRequest request;
+    request.document = textIn(line, "document", document);
+    const std::optional<std::string> file = fileIn("name", name);
+    if (request.document.has_value() == file.has_value())
+        throw UsageError(file ? "a line has a document or a name, not both"
+                              : "which document? a line has it as \"document\", or its file as \"name\"");
+    request.name = file.value_or("");
+    request.model = textIn(line, "model", model);
+    request.output = fileIn("output", output);
+
+    OptionReader reader(Spelling::camel, OptionReader::Types::own, usual);
+    if (options.exists() && !options.isNull()) readOptions(reader, options);
+    request.options = reader.options();
+    const std::optional<PictureFormat> asked = reader.pictureOptions().format;
+    request.options.format = request.output ? formatOfOutput(*request.output, asked, usualFormat)
+                                            : asked.value_or(usualFormat.value_or(PictureFormat::png));
+    refuseToOverwrite(request);
+    return request;
+}
+
+}  // namespace tavrin::cli
