@@ -17,8 +17,9 @@ class TextPainter;
 
 /// What is kept of the picture that was drawn last, so that the next one costs what differs. The two trees are compared
 /// view by view; the areas that may differ are painted again, over and under what overlaps them, and as a fast PNG only
-/// the bands of rows with those are compressed again. The pixels and bytes are those of a picture drawn from scratch,
-/// whatever came before.
+/// the bands of rows with those are compressed again. Of what lies under a view that changes every time and takes all
+/// of the picture to be painted, a clock's hand, the pixels are kept. The pixels and bytes are those of a picture drawn
+/// from scratch, whatever came before.
 ///
 /// What is not drawn again costs nothing: a picture may pass a budget after another that it would not pass from
 /// scratch. A view that is equal to the last one's is not laid out again, and so the bodies of its composed views are
