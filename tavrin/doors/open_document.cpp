@@ -2,7 +2,7 @@
 #include "tavrin/doors/open_document.h"
 
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 
 #include "tavrin/doors/explain_path.h"
 #include "tavrin/doors/option_error.h"
@@ -44,7 +44,9 @@ KeptPictures& keptByThisThread() {
 OpenDocument::OpenDocument(std::string text, const RenderBudget& budget)
     : state_(described(text, std::nullopt, [&] {
           Document document(text, budget);
-          return std::make_shared<const State>(State{std::move(text), std::move(document)});
+          // The same text opened again goes by the same name. Two that share one only help each other less.
+          std::string name = std::to_string(std::hash<std::string>()(text));
+          return std::make_shared<const State>(State{std::move(text), std::move(name), std::move(document)});
       })) {}
 
 OpenWidget OpenDocument::widget(std::optional<std::string> model, DrawingOptions options) const {
@@ -71,10 +73,8 @@ auto OpenWidget::answer(const Work& work) const {
 template <class Work>
 auto OpenWidget::fromLastPicture(const WidgetOptions& options, const Work& work) const {
     KeptPictures& kept = keptByThisThread();
-    // A name that another document may get later: what is kept of this one then only helps less.
-    const std::string name = std::to_string(reinterpret_cast<std::uintptr_t>(document_.get()));
     return answer([&] {
-        auto drawn = work(bound_.widget(options), kept.before(name, options));
+        auto drawn = work(bound_.widget(options), kept.before(document_->name, options));
         kept.trim();
         return drawn;
     });

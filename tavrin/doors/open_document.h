@@ -47,6 +47,7 @@ private:
     friend class OpenWidget;
     struct State {
         std::string text;
+        std::string name;  // by which the last picture of it is known
         Document document;
     };
     std::shared_ptr<const State> state_;
