@@ -83,7 +83,7 @@ def resident():
 
 def memory(document, pictures):
     for number, model in enumerate(models(pictures + 1)):
-        widget = document.widget(model, **OPTIONS)
+        widget = document.widget(model, size=(120, 60), scale=1, **OPTIONS)
         widget.encode(("png", "svg", "pdf")[number % 3])
         widget.pixels()
         if number in (pictures // 100, pictures // 10, pictures // 2, pictures):

@@ -22,7 +22,7 @@ class Document:
     >>> png = document.widget(family="systemSmall").encode()
     """
 
-    __slots__ = ("_core", "_budget")
+    __slots__ = ("_core", "_budget", "__weakref__")
 
     def __init__(self, text: str | bytes, *, budget: Profile | Budget | None = None) -> None:
         """Decodes a JSON text; bytes are UTF-8. `budget` is what that may cost, by default the profile "usual".
@@ -80,7 +80,7 @@ class Widget:
     "Render" for a picture that is too large. In a notebook it shows its picture.
     """
 
-    __slots__ = ("_core",)
+    __slots__ = ("_core", "__weakref__")
 
     def __init__(self, core: _tavrin.Widget) -> None:
         self._core = core
