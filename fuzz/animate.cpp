@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/widget_input.h"
 
-// How an animation is written, in the first byte; then a document and a model, drawn at a few moments.
+// A document and a model, drawn at a few moments; how the animation is written is in the last byte, so that documents
+// are seeds as they are.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    const bool isWebP = (data[0] & 1) != 0;
-    const double step = 1 + 60 * (data[0] >> 1);
+    const std::uint8_t choice = data[size - 1];
+    const bool isWebP = (choice & 1) != 0;
+    const double step = 1 + 60 * (choice >> 1);
     const auto options = smallOptions();
-    withDocument({data + 1, size - 1}, options, [&](const tavrin::BoundDocument& document) {
+    withDocument({data, size - 1}, options, [&](const tavrin::BoundDocument& document) {
         tavrin::AnimationRenderer renderer = document.animation(options);
         const tavrin::Date first = *options.date;
         (void)renderer.encode({.first = first, .last = {first.secondsSince1970 + 4 * step}, .step = step},
