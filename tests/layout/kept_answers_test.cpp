@@ -70,6 +70,18 @@ TEST(KeptAnswers, OnlyWhatDiffersIsAsked) {
     }
 }
 
+TEST(KeptAnswers, TellWhatTheyTake) {
+    const LayoutTree few = laidOutAfter(nullptr, label("a"));
+    // A shape between stacks is asked for many widths.
+    AnyView view = label("some words");
+    for (int level = 0; level < 12; ++level)
+        view = level % 2 == 0 ? AnyView(HStack{.children = {view, Rectangle{}}})
+                              : AnyView(VStack{.children = {view, Rectangle{}}});
+    const LayoutTree many = laidOutAfter(nullptr, view);
+    EXPECT_GT(few.answers()->byteCount(), sizeof(Proposal));
+    EXPECT_GT(many.answers()->byteCount(), many.nodes().size() * sizeof(Proposal) + few.answers()->byteCount());
+}
+
 TEST(KeptAnswers, HoldAtTheSameScaleOnly) {
     const AnyView view = columns("a", "b", "c");
     const LayoutTree before = laidOutAfter(nullptr, view);

@@ -38,6 +38,9 @@ public:
         }
     }
 
+    /// The memory it takes beside itself.
+    [[nodiscard]] std::size_t byteCount() const { return more_.capacity() * sizeof(Entry); }
+
 private:
     struct Entry {
         Proposal proposal;

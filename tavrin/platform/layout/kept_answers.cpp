@@ -53,6 +53,15 @@ bool answerAlike(const LayoutTree& before, const LayoutTree& now, LayoutTree::In
 
 }  // namespace
 
+std::size_t KeptAnswers::byteCount() const {
+    constexpr std::size_t entriesPerLines = 4;  // the lines of an answer take some times what it takes itself
+    std::size_t count = proposals.capacity() * sizeof(Proposal) + containers.capacity() * sizeof(containers.front()) +
+                        texts.capacity() * sizeof(TextAnswers);
+    for (const AnswerMemory<Size>& memory : containers) count += memory.byteCount();
+    for (const TextAnswers& text : texts) count += entriesPerLines * text.broken.byteCount();
+    return count;
+}
+
 EarlierLayout::EarlierLayout(const LayoutTree& before, const LayoutTree& now) : before_(&before) {
     constexpr std::size_t nodesInStep = 4;
     if (before.nodes().empty() || !before.answers()) return;

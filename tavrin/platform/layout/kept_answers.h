@@ -23,6 +23,9 @@ struct KeptAnswers {
     pool::Vector<AnswerMemory<Size>> containers;  ///< of the nodes that remember, by their details
     pool::Vector<TextAnswers> texts;              ///< by their details
     pool::Vector<Proposal> proposals;             ///< what each node was placed with
+
+    /// About what memory they take.
+    [[nodiscard]] std::size_t byteCount() const;
 };
 
 /// What an earlier tree tells of the same views in another one. A view's answers follow from what it is and holds, and

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tavrin/platform/layout/kept_answers.h"
 #include "tavrin/platform/paint/canvas.h"
 #include "tavrin/platform/paint/changed_areas.h"
 #include "tavrin/platform/paint/drawn_extents.h"
@@ -251,10 +252,12 @@ void LastPicture::forget() { kept_.reset(); }
 
 std::size_t LastPicture::byteCount() const {
     if (!kept_) return 0;
-    constexpr std::size_t bytesOfNode = 512;  // with its text and its answers
+    constexpr std::size_t bytesOfNode = 256;  // with its text
+    const layout::KeptAnswers* const answers = kept_->tree->answers();
     return kept_->pixels->byteCount() + (kept_->spare ? kept_->spare->byteCount() : 0) +
            (kept_->still ? kept_->still->pixels.byteCount() : 0) + kept_->fast.byteCount() + kept_->png.capacity() +
-           kept_->extents->byteCount() + kept_->tree->nodes().size() * bytesOfNode;
+           kept_->extents->byteCount() + kept_->tree->nodes().size() * bytesOfNode +
+           (answers ? answers->byteCount() : 0);
 }
 
 void LastPicture::forgetTooMuch() {
