@@ -18,6 +18,7 @@ import zipfile
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 RELEASE = "bookworm"
+ENVIRONMENT = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "DEBIAN_FRONTEND": "noninteractive", "HOME": "/root"}
 MOMENT = ["--date", "2026-11-21T08:05:00Z", "--time-zone", "UTC"]
 
 
@@ -25,8 +26,8 @@ def run(*command, **more):
     return subprocess.run([str(word) for word in command], check=True, **more)
 
 
-def quiet(*command, **more):
-    return run(*command, stdout=subprocess.DEVNULL, **more)
+class NoDebian(Exception):
+    """Why no empty Debian can be made here."""
 
 
 class Root:
@@ -37,7 +38,10 @@ class Root:
         base = scratch / f"{RELEASE}.tar"
         if not base.exists():
             shutil.rmtree(self.path, ignore_errors=True)
-            quiet("debootstrap", "--variant=minbase", RELEASE, self.path)
+            done = subprocess.run(["debootstrap", "--variant=minbase", RELEASE, self.path], capture_output=True,
+                                  encoding="utf-8")
+            if done.returncode != 0:
+                raise NoDebian(f"debootstrap says {done.stdout.splitlines()[-1:] or done.stderr}")
             run("tar", "--create", "--file", f"{base}.part", "--directory", self.path, ".")
             pathlib.Path(f"{base}.part").rename(base)
         shutil.rmtree(self.path, ignore_errors=True)
@@ -45,11 +49,14 @@ class Root:
         run("tar", "--extract", "--file", base, "--directory", self.path)
 
     def run(self, *command, **more):
-        environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "DEBIAN_FRONTEND": "noninteractive", "HOME": "/root"}
-        return run("chroot", self.path, *command, env=environment, **more)
+        return run("chroot", self.path, *command, env=ENVIRONMENT, **more)
 
     def install(self, *packages):
-        self.run("apt-get", "install", "--yes", "--quiet", *packages, stdout=subprocess.DEVNULL)
+        done = subprocess.run(
+            ["chroot", self.path, "apt-get", "install", "--yes", "--quiet", "--option", "Acquire::Retries=3", *packages],
+            env=ENVIRONMENT, capture_output=True, encoding="utf-8")
+        if done.returncode != 0:
+            sys.exit(f"cannot install {' '.join(packages)}:\n{done.stdout}{done.stderr}")
 
 
 PYTHON = """
@@ -118,12 +125,16 @@ def main():
     debs = sorted(packages.glob("*.deb"))
     if len(debs) != 3:
         sys.exit(f"there should be three Debian packages in {packages}, not {len(debs)}")
-    run("lintian", "--fail-on", "error", "--suppress-tags", "bad-distribution-in-changes-file", *debs)
+    run("lintian", "--fail-on", "error", *debs)
     if reason := missing_for_debian():
         print(f"No empty Debian was made: {reason}.")
         return
     scratch.mkdir(parents=True, exist_ok=True)
-    root = Root(scratch)
+    try:
+        root = Root(scratch)
+    except NoDebian as reason:
+        print(f"No empty Debian was made: {reason}.")
+        return
     here = root.path / "tavrin"
     here.mkdir()
     for deb in debs:

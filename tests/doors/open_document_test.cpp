@@ -106,12 +106,12 @@ TEST(OpenDocumentThreads, ShareOneWidget) {
     const std::string expected = fresh(R"({"name": "Ada"})");
     std::vector<std::thread> threads;
     std::vector<int> wrong(4);
-    for (std::size_t number = 0; number < wrong.size(); ++number)
-        threads.emplace_back([&, number] {
+    for (int& count : wrong)
+        threads.emplace_back([&] {
             for (int i = 0; i < 20; ++i) {
-                wrong[number] += shared.encode() != expected;
+                count += shared.encode() != expected;
                 const std::string model = R"({"name": "N)" + std::to_string(i) + "\"}";
-                wrong[number] += document.widget(model, optionsAt(0)).encode() != fresh(model);
+                count += document.widget(model, optionsAt(0)).encode() != fresh(model);
             }
         });
     for (std::thread& thread : threads) thread.join();

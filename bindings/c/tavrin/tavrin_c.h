@@ -27,6 +27,7 @@
  * Documents, widgets and bytes never change: any number of threads may use one at once, as long as none frees it.
  */
 
+/* NOLINTBEGIN: names and headers of C */
 #include <stddef.h>
 #include <stdint.h>
 
@@ -174,4 +175,5 @@ TAVRIN_API void tavrin_cancel_token_free(tavrin_cancel_token* token);
 }
 #endif
 
+/* NOLINTEND */
 #endif
