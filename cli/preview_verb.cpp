@@ -33,6 +33,7 @@ void preview(const Command& command) {
     const WidgetOptions widget = readWidgetOptions(command);
     options.maxImageSize = widget.maxImageSize;
     options.budget = widget.budget;
+    options.fonts = widget.fonts;
     if (!options.budget.seconds) options.budget.seconds = PreviewOptions::usualSeconds;
     if (command.find("--offline")) options.fetchPolicy = FetchPolicy::none;
     servePreview(options, [&options](const std::string& address) {

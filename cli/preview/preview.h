@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "tavrin/platform/foundation/budget/render_budget.h"
 #include "tavrin/platform/foundation/geometry.h"
 #include "tavrin/platform/foundation/net/fetch_policy.h"
+#include "tavrin/platform/text/text_engine.h"
 
 namespace tavrin::cli {
 
@@ -23,7 +25,8 @@ struct PreviewOptions {
     FetchPolicy fetchPolicy = FetchPolicy::publicOnly;  ///< which keeps documents from naming files
     /// Larger pictures of documents are scaled down to this size, in points.
     std::optional<Size> maxImageSize = std::nullopt;
-    RenderBudget budget = {.seconds = usualSeconds};  ///< what each picture, tree or check may cost
+    RenderBudget budget = {.seconds = usualSeconds};           ///< what each picture, tree or check may cost
+    std::shared_ptr<const text::FontLibrary> fonts = nullptr;  ///< null: the system's
 };
 
 /// Serves the preview of a folder on 127.0.0.1 until SIGINT or SIGTERM, and ends within two seconds then; a second

@@ -111,6 +111,7 @@ Drawing Routes::drawing(const HTTPRequest& request) const {
     drawing.options.budget = options_.budget;
     drawing.options.budget.cancel = request.cancel;
     drawing.options.maxImageSize = options_.maxImageSize;
+    drawing.options.fonts = options_.fonts;
     if (drawing.path)
         if (const auto pictures = folder_.picturesBeside(*drawing.path))
             drawing.options.imageCacheDir = URL::fileURL(pictures->string());

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The C interface from outside: c_test.py PROGRAM HOST LIBRARY
+"""The C interface from outside: c_test.py PROGRAM HOST LIBRARY [KNOWS-HANDLES]
 
 HOST, a program in C, draws every example to the bytes that PROGRAM writes, and passes its own tests. LIBRARY shows no
 names but tavrin_*, each that the header declares, and carries the name of its interface's version.
@@ -54,6 +54,12 @@ class Drawing(unittest.TestCase):
             document = pathlib.Path(folder) / "document.json"
             document.write_text('{"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}}')
             done = run(HOST, "test", document)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
+
+    @unittest.skipUnless("knows-handles" in sys.argv, "a build that does not know its handles")
+    def test_freed_handles_are_refused(self):
+        done = run(HOST, "freed")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
 

@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /*
  * A host in C99. `host draw DOCUMENT MODEL|- FORMAT OUT [OPTION VALUE]...` draws as a user's program would; `host test
- * DOCUMENT` tries what goes wrong, and says what did not go as it should.
+ * DOCUMENT` tries what goes wrong, and says what did not go as it should; `host freed` the same with freed handles, which
+ * debug builds know.
  */
 #include <stdio.h>
 #include <stdlib.h>
@@ -215,9 +216,31 @@ static int test(const char *path) {
     return failures == 0 ? 0 : 1;
 }
 
+/* Debug builds know which handles live. */
+static int test_freed(void) {
+    tavrin_cancel_token *token = NULL;
+    tavrin_document *document = NULL;
+    tavrin_bytes *bytes = NULL;
+    tavrin_widget *widget = NULL;
+    static const char text[] = "{\"version\": \"1.0\", \"nodes\": {\"main\": {\"type\": \"text\", \"content\": \"a\"}}}";
+    EXPECT(tavrin_document_create(text, strlen(text), NULL, &document) == TAVRIN_OK);
+    EXPECT(tavrin_widget_create(document, NULL, 0, NULL, &widget) == TAVRIN_OK);
+    tavrin_document_free(document);
+    tavrin_widget_free(widget);
+    EXPECT(tavrin_widget_create(document, NULL, 0, NULL, &widget) == TAVRIN_MISUSE && error_says("freed"));
+    EXPECT(tavrin_schema(&bytes) == TAVRIN_OK);
+    tavrin_bytes_free(bytes);
+    EXPECT(tavrin_bytes_data(bytes) == NULL && tavrin_bytes_size(bytes) == 0);
+    EXPECT(tavrin_cancel_token_create(&token) == TAVRIN_OK);
+    tavrin_cancel_token_free(token);
+    tavrin_cancel(token);
+    return failures == 0 ? 0 : 1;
+}
+
 int main(int count, char **words) {
     if (count > 5 && strcmp(words[1], "draw") == 0) return draw(count - 2, words + 2);
     if (count == 3 && strcmp(words[1], "test") == 0) return test(words[2]);
-    fprintf(stderr, "host draw DOCUMENT MODEL|- FORMAT OUT [OPTION VALUE]... | host test DOCUMENT\n");
+    if (count == 2 && strcmp(words[1], "freed") == 0) return test_freed();
+    fprintf(stderr, "host draw DOCUMENT MODEL|- FORMAT OUT [OPTION VALUE]... | host test DOCUMENT | host freed\n");
     return 2;
 }
