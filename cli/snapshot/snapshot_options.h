@@ -20,9 +20,6 @@ struct SnapshotOptions {
     int tolerance = 0;
 };
 
-/// The moment that snapshots show where no other is given: always the same one, so that they can be repeated.
-inline constexpr std::string_view snapshotMoment = "2026-03-01T09:41:00Z";
-
 /// Judges the values that only `tavrin snapshot` takes. Throws `UsageError`.
 [[nodiscard]] SnapshotOptions readSnapshotOptions(const Command& command);
 
