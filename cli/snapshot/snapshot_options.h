@@ -14,8 +14,10 @@ struct SnapshotOptions {
     std::filesystem::path failures = {};
     /// Whether what differs becomes the snapshot.
     bool updates = false;
-    /// Whether a snapshot that is missing is a failure; otherwise it is recorded.
+    /// Whether a snapshot that is missing is a failure, which otherwise is recorded, and one that belongs to no
+    /// picture.
     bool isStrict = false;
+    SnapshotFormat format = SnapshotFormat::text;
     /// How far a channel of a pixel may be off, 0…255.
     int tolerance = 0;
 };
