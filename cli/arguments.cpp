@@ -14,6 +14,9 @@ namespace tavrin::cli {
 namespace {
 
 constexpr Size defaultScreen{390, 844};
+constexpr std::string_view failOnMissing = "--fail-on-missing";
+/// What snapshots and checks show where no other moment is given.
+constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
 
 /// The options' values, read as they are asked for.
 class Values {
@@ -46,11 +49,12 @@ FetchPolicy fetchPolicyOf(const Values& values) {
 }
 
 WidgetOptions widgetOptionsOf(const Values& values) {
-    // A snapshot has to come out the same again; else all documents show the same moment.
-    const bool isSnapshot = values.command().verb == Verb::snapshot;
+    // Snapshots and checks have to come out the same every day; else all documents show the same moment.
+    constexpr VerbSet repeated{Verb::snapshot, Verb::check};
+    const bool isRepeated = repeated.contains(values.command().verb);
     WidgetOptions options = readWidgetOptions(values.command());
-    if (!options.date) options.date = isSnapshot ? *Date::parseRFC3339(snapshotMoment) : Date::now();
-    if (!options.timeZone) options.timeZone = isSnapshot ? TimeZone() : TimeZone::current();
+    if (!options.date) options.date = isRepeated ? *Date::parseRFC3339(repeatableMoment) : Date::now();
+    if (!options.timeZone) options.timeZone = isRepeated ? TimeZone() : TimeZone::current();
     options.fetchPolicy = fetchPolicyOf(values);
     return options;
 }
@@ -85,6 +89,7 @@ DocumentArguments documentArgumentsOf(const Values& values) {
     if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
     if (isFetch && !arguments.imageCacheDir) throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
     if (isFetch) arguments.widget.imageCacheDir.reset();  // where pictures go, not where they are looked for
+    arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
     std::size_t ignored = 0;
     values.choose("--errors", textFormatWords, ignored);
     return arguments;
@@ -147,6 +152,7 @@ Arguments readRenderArguments(const Values& values, DocumentArguments common) {
     RenderArguments arguments{std::move(common)};
     arguments.frames = readFrames(values.command());
     if (arguments.frames) {
+        if (arguments.failsOnMissing) throw UsageError("--fail-on-missing is for single pictures, not for frames");
         checkQuality(arguments, "frames, which are without loss");
         arguments.widget.date = arguments.frames->span.first;
         return arguments;
@@ -207,7 +213,7 @@ StreamArguments readStreamArguments(const Command& command) {
     const Values values(command);
     if (!command.operands.empty())
         throw UsageError("`tavrin render --jsonl` takes no document; each line of standard input has its own");
-    std::vector<std::string> known{"--jsonl", "--errors", "--offline"};
+    std::vector<std::string> known{"--jsonl", "--errors", "--offline", std::string(failOnMissing)};
     for (const Option& option : sharedOptions()) known.push_back(spelled(option.name, Spelling::kebab));
     for (const auto& [option, value] : command.values)
         if (std::ranges::count(known, option) == 0)
@@ -215,6 +221,7 @@ StreamArguments readStreamArguments(const Command& command) {
     StreamArguments arguments;
     arguments.usual.widget = readWidgetOptions(command);
     arguments.usual.widget.fetchPolicy = fetchPolicyOf(values);
+    arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
     arguments.usual.screen = screenOf(values);
     arguments.usual.hashes = values.find("--hashes") != nullptr;
     if (!arguments.usual.widget.timeZone) arguments.usual.widget.timeZone = TimeZone::current();

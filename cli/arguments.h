@@ -29,6 +29,8 @@ struct DocumentArguments {
     WidgetOptions widget = {};
     /// `WidgetOptions::imageCacheDir` as it is written; for `fetch` where pictures go, and nowhere else then.
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
+    /// Whether a picture that cannot be had is an error.
+    bool failsOnMissing = false;
 };
 
 struct RenderArguments : DocumentArguments {
@@ -90,6 +92,8 @@ struct StreamArguments {
     DrawingOptions usual = {};
     /// The format where neither a line nor the suffix of its output tells.
     std::optional<PictureFormat> format = std::nullopt;
+    /// Whether a picture that cannot be had is an error.
+    bool failsOnMissing = false;
 };
 
 struct FetchArguments : DocumentArguments {};

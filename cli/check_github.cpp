@@ -3,19 +3,11 @@
 #include <string_view>
 
 #include "cli/check_writer.h"
+#include "cli/github_command.h"
 #include "cli/output.h"
-#include "tavrin/platform/foundation/net/percent_encoding.h"
 
 namespace tavrin::cli {
 namespace {
-
-/// Text as a workflow command may hold it.
-std::string escaped(std::string_view text, std::string_view special) {
-    return percentEncoded(text, [&](char c) { return special.find(c) == std::string_view::npos; });
-}
-
-std::string message(std::string_view text) { return escaped(text, "%\r\n"); }
-std::string property(std::string_view text) { return escaped(text, "%\r\n:,"); }
 
 /// A line for each finding that GitHub shows beside the text: "::warning file=a.json,line=3,col=5::…".
 class GitHubWriter final : public CheckWriter {
@@ -40,19 +32,19 @@ private:
     }
 
     static std::string lineOf(const std::string& file, const Failure& failure) {
-        return "::error file=" + property(file) + "::" + message(failure.message) + "\n";
+        return githubCommand("error", "file=" + githubProperty(file), failure.message);
     }
 
     static std::string lineOf(const Diagnostic& found, const Source& source, std::string_view command,
                               std::string_view title) {
-        std::string line = "::" + std::string(command) + " file=" + property(source.name);
+        std::string properties = "file=" + githubProperty(source.name);
         if (found.range) {
-            line += ",line=" + std::to_string(found.range->begin.line);
-            line += ",endLine=" + std::to_string(found.range->end.line);
-            line += ",col=" + std::to_string(found.range->begin.column);
-            line += ",endColumn=" + std::to_string(found.range->end.column);
+            properties += ",line=" + std::to_string(found.range->begin.line);
+            properties += ",endLine=" + std::to_string(found.range->end.line);
+            properties += ",col=" + std::to_string(found.range->begin.column);
+            properties += ",endColumn=" + std::to_string(found.range->end.column);
         }
-        return line + ",title=" + property(title) + "::" + message(found.message) + "\n";
+        return githubCommand(command, properties + ",title=" + githubProperty(title), found.message);
     }
 
     const Source* model_;

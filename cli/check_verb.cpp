@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <array>
+#include <cstddef>
 #include <exception>
 #include <optional>
+#include <string>
 
 #include "cli/check_writer.h"
 #include "cli/io_error.h"
@@ -36,7 +39,8 @@ public:
           reporter_(reporter),
           model_(model),
           writer_(writerOf(options_.format, model)),
-          progress_(arguments.documents.size()) {}
+          progress_(arguments.documents.size()),
+          documents_(arguments.documents.size()) {}
 
     void take(const std::string& path, CheckedDocument checked) {
         writeFixed(path, checked);
@@ -56,7 +60,10 @@ public:
 
     int finish() {
         progress_.hide();
-        if (writer_) writer_->finish();
+        if (writer_)
+            writer_->finish();
+        else if (const std::string counts = summary(); !counts.empty())
+            reporter_.hint(counts);
         return status_;
     }
 
@@ -78,8 +85,10 @@ private:
     void report(const CheckedDocument& checked) {
         if (!writer_)
             for (const Diagnostic& fixed : checked.fixed) reporter_.note(fixed, checked.original, "fixed");
+        fixed_ += checked.fixed.size();
         for (const Diagnostic& found : checked.diagnostics) {
             const bool fails = isFailing(found, options_);
+            ++counts_[indexOf(found.severity)];
             if (fails) {
                 status_ = 1;
                 reporter_.report(found, checked.document, model_);
@@ -88,8 +97,22 @@ private:
             }
         }
         if (!checked.unread) return;
+        ++counts_[indexOf(Severity::error)];
         reporter_.report(*checked.unread);
         status_ = 1;
+    }
+
+    /// "1 fixed, 2 errors, 1 warning in 3 documents"; empty where nothing was found.
+    [[nodiscard]] std::string summary() const {
+        std::string text = fixed_ > 0 ? std::to_string(fixed_) + " fixed" : "";
+        for (const Severity severity : enumerators<Severity>) {
+            const std::size_t count = counts_[indexOf(severity)];
+            if (count == 0) continue;
+            text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + std::string(name(severity)) +
+                    (count == 1 ? "" : "s");
+        }
+        if (text.empty()) return {};
+        return text + " in " + std::to_string(documents_) + (documents_ == 1 ? " document" : " documents");
     }
 
     const CheckOptions& options_;
@@ -97,6 +120,9 @@ private:
     const Source* model_;
     std::unique_ptr<CheckWriter> writer_;  // null where people read what is found
     Progress progress_;
+    std::size_t documents_;
+    std::size_t fixed_ = 0;
+    std::array<std::size_t, enumeratorCount<Severity>> counts_{};
     int status_ = 0;
 };
 

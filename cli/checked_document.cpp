@@ -123,7 +123,8 @@ CheckedDocument checkDocument(const CheckArguments& arguments, const Source* mod
     CheckedDocument checked{.document = {displayName(path)}};
     try {
         checked.document.text = readInput(path, arguments.widget.budget);
-        const DiagnoseOptions options{arguments.widget, arguments.check.rooms, arguments.check.appearances};
+        DiagnoseOptions options{arguments.widget, arguments.check.rooms, arguments.check.appearances};
+        options.failsOnMissingPictures = arguments.failsOnMissing;
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         checked.diagnostics = diagnose(checked.document.text, modelText, options);
         if (arguments.check.fixes) Fixer(checked, modelText, options).run();

@@ -36,6 +36,9 @@ enum class TextFormat : unsigned char { text, json };
 /// How `tavrin check` writes what it finds.
 enum class CheckFormat : unsigned char { text, json, sarif, github };
 
+/// How `tavrin snapshot` tells what came of it.
+enum class SnapshotFormat : unsigned char { text, github, junit, json };
+
 /// How a verb is explained.
 struct VerbInfo {
     std::string_view name;
@@ -103,5 +106,6 @@ inline constexpr const auto& textFormatWords = enumeratorNames<TextFormat>;
 /// Of pictures behind `--frames`.
 inline constexpr std::array<std::string_view, 3> frameFormatWords{"png", "apng", "webp"};
 inline constexpr const auto& checkFormatWords = enumeratorNames<CheckFormat>;
+inline constexpr const auto& snapshotFormatWords = enumeratorNames<SnapshotFormat>;
 
 }  // namespace tavrin::cli

@@ -9,24 +9,15 @@
 #include "cli/frame_files.h"
 #include "cli/input.h"
 #include "cli/io_error.h"
+#include "cli/missing_pictures.h"
 #include "cli/output.h"
 #include "cli/production.h"
 #include "cli/progress.h"
 #include "cli/verbs.h"
-#include "tavrin/images/web_image.h"
-#include "tavrin/platform/layout/drawing_walk.h"
-#include "tavrin/platform/ui/views.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
 namespace {
-
-bool isMissing(const layout::LayoutTree& tree, layout::LayoutTree::Index index) {
-    const auto* const image = tree.node(index).view->as<WebImage>();
-    if (!image || !(image->url || image->alt)) return false;
-    const auto* const drawn = tree.node(tree.content(index)).view->as<Image>();
-    return drawn && !drawn->bitmap;
-}
 
 /// What can be said of all of them at once.
 std::string reasonOf(const DocumentArguments& arguments) {
@@ -40,12 +31,7 @@ std::string reasonOf(const DocumentArguments& arguments) {
 
 /// Notes how many of the pictures that a widget shows could not be had, where there are any.
 void noteMissingPictures(Widget& widget, const DocumentArguments& arguments, std::vector<std::string>& notes) {
-    const layout::LayoutTree& tree = widget.layoutTree();
-    std::size_t count = 0;
-    layout::walkDrawn<layout::DrawnPlace>(tree, [&](const layout::DrawnPlace& at) {
-        count += std::size_t{isMissing(tree, at.index)};
-        return true;
-    });
+    const std::size_t count = missingPictures(widget).size();
     if (count == 0) return;
     const std::string pictures = count == 1 ? "1 picture is" : std::to_string(count) + " pictures are";
     notes.push_back("warning: " + pictures + " missing" + reasonOf(arguments));
@@ -54,6 +40,7 @@ void noteMissingPictures(Widget& widget, const DocumentArguments& arguments, std
 void draw(const RenderArguments& arguments, const Production& work) {
     if (arguments.frames) return drawFrames(*arguments.frames, work);
     Widget widget = work.document.widget(work.options);
+    if (arguments.failsOnMissing) refuseMissingPictures(widget);
     work.outcome.bytes = widget.encode(arguments.destination.format);
     noteMissingPictures(widget, arguments, work.outcome.notes);
 }

@@ -6,6 +6,7 @@
 
 #include "cli/failure_text.h"
 #include "cli/matrix/sha256.h"
+#include "cli/missing_pictures.h"
 #include "tavrin/widget/kept_pictures.h"
 
 namespace tavrin::cli {
@@ -22,6 +23,7 @@ int sideAt(std::string_view png, std::size_t place) {
 
 void DrawnCell::draw(Widget& widget, const MatrixArguments& arguments) {
     const std::string& document = arguments.matrix.documents[picture.cell.document].path;
+    if (arguments.failsOnMissing) refuseMissingPictures(widget);
     KeptPictures& kept = KeptPictures::ofThisThread();
     png = widget.encode(PictureFormat::png, kept.before(document, widget.options()));
     kept.trim();

@@ -2,6 +2,7 @@
 #include "cli/snapshot/snapshot_options.h"
 
 #include "cli/usage_error.h"
+#include "tavrin/doors/option_values.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
@@ -27,6 +28,8 @@ SnapshotOptions readSnapshotOptions(const Command& command) {
     options.isStrict = command.find("--strict") != nullptr;
     if (options.updates && options.isStrict)
         throw UsageError("--update records what --strict refuses; give one of them");
+    if (const std::string* format = command.find("--format"))
+        options.format = static_cast<SnapshotFormat>(readWord("--format", *format, snapshotFormatWords));
     if (const std::string* tolerance = command.find("--tolerance")) options.tolerance = readTolerance(*tolerance);
     return options;
 }

@@ -14,14 +14,13 @@ struct SnapshotOptions {
     std::filesystem::path failures = {};
     /// Whether what differs becomes the snapshot.
     bool updates = false;
-    /// Whether a snapshot that is missing is a failure; otherwise it is recorded.
+    /// Whether a snapshot that is missing is a failure, which otherwise is recorded, and one that belongs to no
+    /// picture.
     bool isStrict = false;
+    SnapshotFormat format = SnapshotFormat::text;
     /// How far a channel of a pixel may be off, 0…255.
     int tolerance = 0;
 };
-
-/// The moment that snapshots show where no other is given: always the same one, so that they can be repeated.
-inline constexpr std::string_view snapshotMoment = "2026-03-01T09:41:00Z";
 
 /// Judges the values that only `tavrin snapshot` takes. Throws `UsageError`.
 [[nodiscard]] SnapshotOptions readSnapshotOptions(const Command& command);

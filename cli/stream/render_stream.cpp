@@ -15,6 +15,7 @@
 #include "cli/io_error.h"
 #include "cli/matrix/model_lines.h"
 #include "cli/matrix/sha256.h"
+#include "cli/missing_pictures.h"
 #include "cli/ordered_work.h"
 #include "cli/output.h"
 #include "cli/production.h"
@@ -123,6 +124,7 @@ private:
             if (!options.date) options.date = Date::now();
             const auto modelText = request.model ? std::optional<std::string_view>(model.text) : std::nullopt;
             Widget widget = document->decoded().widget(modelText, options);
+            if (arguments_.failsOnMissing) refuseMissingPictures(widget);
             KeptPictures& kept = KeptPictures::ofThisThread();
             answer.picture = widget.encode(request.options.format, kept.before(name, options));
             kept.trim();

@@ -92,6 +92,9 @@ private:
             fail(std::current_exception());
         }
         if (written_) look([&] { drawn.moveTo(findings_, written_->outline()); });
+        if (!options_.failsOnMissingPictures) return;
+        for (Diagnostic& found : findings_.all())
+            if (found.code == info(Rule::missingImage).code) found.severity = Severity::error;
     }
 
     void draw(Widget widget, DrawnFindings& findings) {
@@ -102,7 +105,7 @@ private:
         const Metering metering(options.budget, cost);
         const pool::Vector<DrawnView> views = drawnViews(tree, widget.document().origins().get(), boundEffects_);
         findings.enter(options.room.name, options.appearance == Appearance::dark ? "dark" : "light");
-        applyDrawnRules({.widget = widget, .tree = tree, .views = views}, findings);
+        applyDrawnRules({widget, tree, views, options_.failsOnMissingPictures}, findings);
     }
 
     /// Each view remembers the way to its node, which takes much memory where nodes are many and nested deeply.

@@ -20,6 +20,8 @@ struct DiagnoseOptions : WidgetOptions {
     std::vector<Appearance> appearances = {Appearance::light, Appearance::dark};
     /// How many diagnostics are made; what is found beyond is left out, and a note says so.
     std::size_t maximumDiagnostics = 1000;
+    /// Whether a picture that cannot be had is an error, also where nothing may be fetched for it.
+    bool failsOnMissingPictures = false;
 };
 
 /// Everything that is wrong or doubtful in a document, in the order of the text: what makes `loadView` or a drawing

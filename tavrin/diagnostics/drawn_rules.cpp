@@ -113,9 +113,9 @@ std::vector<const DrawnView*> seenTexts(const DrawnSubject& subject) {
     return texts;
 }
 
-std::string excerptOf(const DrawnSubject& subject, const DrawnView& text) {
+std::string excerptOf(const DrawnSubject& subject, layout::LayoutTree::Index text) {
     constexpr std::size_t shown = 24;
-    const std::string_view whole = text::contentsOf(subject.tree.textBlock(text.index)).text;
+    const std::string_view whole = text::contentsOf(subject.tree.textBlock(text)).text;
     const std::size_t end = skipCodePoints(whole, 0, shown);
     return inQuotes(std::string(whole.substr(0, end)) + (end < whole.size() ? "…" : ""));
 }

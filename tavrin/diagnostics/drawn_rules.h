@@ -78,6 +78,8 @@ struct DrawnSubject {
     Widget& widget;
     const layout::LayoutTree& tree;
     const pool::Vector<DrawnView>& views;
+    /// Whether pictures that may not be fetched are missing, too.
+    bool missesUnasked = false;
 };
 
 void findUntappableLinks(const DrawnSubject& subject, DrawnFindings& findings);
@@ -99,6 +101,6 @@ void applyDrawnRules(const DrawnSubject& subject, DrawnFindings& findings);
 /// Where a text's lines stand, in points, effects counted.
 [[nodiscard]] Rect textBounds(const DrawnSubject& subject, const DrawnView& text);
 /// How a text begins, in quotes.
-[[nodiscard]] std::string excerptOf(const DrawnSubject& subject, const DrawnView& text);
+[[nodiscard]] std::string excerptOf(const DrawnSubject& subject, layout::LayoutTree::Index text);
 
 }  // namespace tavrin

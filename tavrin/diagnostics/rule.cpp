@@ -33,7 +33,9 @@ constexpr EnumeratorTable<Rule, DiagnosticRule> rules{
      {Rule::duplicateKey, {"duplicate-key", warning, "A key stands twice in one object; only the first counts."}},
      {Rule::droppedValue,
       {"dropped-value", warning, "An optional value cannot be read; it counts as left out.",
-       "Also a number with a unit, `\"12px\"`, a time zone that is not known, and what comes from the model. "
+       "Also a number with a unit, `\"12px\"`, a date where seconds since 1970 are meant, a time zone that is not "
+       "known, "
+       "and what comes from the model. "
        "Fixed where only one word is close."}},
      {Rule::outOfRange,
       {"out-of-range", warning, "A number lies outside the range in which it makes sense.",
@@ -59,6 +61,11 @@ constexpr EnumeratorTable<Rule, DiagnosticRule> rules{
       {"odd-color", warning, "A colour, or a part of it, is not read as it is written.",
        "Also a stop of a gradient, a dark or a border's colour that is none, and so is left out. Fixed where a "
        "colour has three digits."}},
+     {Rule::oddText,
+      {"odd-text", warning, "A text shows a value that is not made for readers.",
+       "A `null` of the model, or a number with the noise of a calculation, such as `0.30000000000000004`. Round "
+       "numbers "
+       "where the model is made."}},
      {Rule::referenceModifiers, {"reference-modifiers", warning, "A reference's own modifiers are not applied."}},
      {Rule::newerFeature,
       {"newer-feature", warning, "The document uses what is newer than the version that it names.",
@@ -74,7 +81,7 @@ constexpr EnumeratorTable<Rule, DiagnosticRule> rules{
      {Rule::missingImage,
       {"missing-image", warning, "A picture cannot be had; nothing is drawn.",
        "With `--image-cache-dir` the file is not there; otherwise the picture cannot be fetched. With `--offline` "
-       "no one asks."}},
+       "no one asks. An error with `--fail-on-missing`, also where no one asks."}},
      {Rule::missingGlyph,
       {"missing-glyph", warning, "No font has a character; a box is drawn.",
        "Each such character is a finding of its own, of a text up to 100. Characters for private use are shown by "
@@ -94,6 +101,12 @@ constexpr EnumeratorTable<Rule, DiagnosticRule> rules{
        "that are drawn behind its letters, in the tenth of them where it is read worst: 4.5:1 is wanted, 3:1 from "
        "24 points on and, in bold, from 18.66. What is transparent or hidden is not judged, nor are emoji."}},
      {Rule::unusedNode, {"unused-node", note, "A named node is never drawn."}},
+     {Rule::unusedElement,
+      {"unused-element", note, "Some elements of a list of the model are used, but others are not.",
+       "A document names each element that it shows; a list that has become longer shows no more of them."}},
+     {Rule::roundedMoment,
+      {"rounded-moment", note, "A timer counts to another moment than the one that is written.",
+       "Its seconds are a number of single precision, which in our days is a multiple of 128."}},
      {Rule::notLookedAt,
       {"not-looked-at", note, "Something was too large to be looked at in full.",
        "A text of more than 64 MiB is only loaded; more than 1,000 findings are only counted."}}}};

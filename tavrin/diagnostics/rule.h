@@ -40,6 +40,7 @@ enum class Rule : unsigned char {
     hexAlpha,
     modelAlphaFF,
     oddColor,
+    oddText,
     referenceModifiers,
     newerFeature,
     clipShape,
@@ -53,6 +54,8 @@ enum class Rule : unsigned char {
     unseenText,
     lowContrast,
     unusedNode,
+    unusedElement,
+    roundedMoment,
     notLookedAt,
 };
 

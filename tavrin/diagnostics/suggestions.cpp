@@ -10,6 +10,7 @@
 #include "tavrin/platform/foundation/strings/ascii.h"
 #include "tavrin/platform/foundation/strings/edit_distance.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
+#include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/schema/note_text.h"
 
 namespace tavrin {
@@ -49,7 +50,24 @@ std::string keywordSuggestion(std::string_view word, std::span<const std::string
     return meant ? "; did you mean " + inQuotes(*meant) + "?" : suggestionFor(word, words);
 }
 
+namespace {
+
+/// The moment of a date that people write; where it names no zone, in UTC.
+std::optional<Date> writtenMoment(std::string_view text) {
+    for (const char* const missing : {"", "Z", ":00Z", "T00:00:00Z"}) {
+        std::string whole = std::string(text) + missing;
+        constexpr std::size_t timeMark = 10;
+        if (whole.size() > timeMark && whole[timeMark] == ' ') whole[timeMark] = 'T';
+        if (const auto date = Date::parseRFC3339(whole)) return date;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
 std::string numberSuggestion(std::string_view text, const LanguageField& field) {
+    const auto moment = field.note.unit == Unit::seconds ? writtenMoment(text) : std::nullopt;
+    if (moment) return "; seconds since 1970 are meant: " + numberText(std::floor(moment->secondsSince1970));
     constexpr std::string_view units[] = {"%", "px", "pt", "dp", "deg", "°", "s"};
     for (const std::string_view unit : units) {
         if (!text.ends_with(unit)) continue;

@@ -23,7 +23,8 @@ namespace tavrin {
 /// `; did you mean "leading"?` where a word is meant to be one of `words` or at least close to one, else nothing.
 [[nodiscard]] std::string keywordSuggestion(std::string_view word, std::span<const std::string_view> words);
 
-/// `; did you mean 0.75?` for "75%" where a share stands, and for what else is a number with a unit; else nothing.
+/// `; did you mean 0.75?` for "75%" where a share stands, and for what else is a number with a unit; the seconds since
+/// 1970 for a date where seconds are meant; else nothing.
 [[nodiscard]] std::string numberSuggestion(std::string_view text, const LanguageField& field);
 
 /// `#F00` with all its digits: `#FF0000`; empty for what is no such colour.

@@ -6,10 +6,10 @@
 namespace tavrin {
 
 void applyWrittenRules(const WrittenSubject& subject, Findings& findings) {
-    for (const auto rule :
-         {findUnknownKeys, findDuplicateKeys, findDroppedValues, findNumbersOutOfRange, findMalformedExpressions,
-          findUnresolvedExpressions, findEmbeddedExpressions, findOddColors, findReferenceModifiers, findNewerFeatures,
-          findRefusedClipShapes, findInvalidURLs, findUnusedNodes})
+    for (const auto rule : {findUnknownKeys, findDuplicateKeys, findDroppedValues, findNumbersOutOfRange,
+                            findMalformedExpressions, findUnresolvedExpressions, findEmbeddedExpressions, findOddColors,
+                            findOddTexts, findReferenceModifiers, findNewerFeatures, findRefusedClipShapes,
+                            findInvalidURLs, findUnusedNodes, findUnusedElements, findRoundedMoments})
         if (!findings.isFull()) {
             Meter::ofThisThread().step(subject.document.outline().values().size());
             rule(subject, findings);
@@ -24,6 +24,12 @@ std::optional<std::string> expressionIn(const WrittenDocument& document, const W
 
 std::optional<std::string> textBehind(const WrittenSubject& subject, std::string_view expression) {
     return subject.model && isWellFormed(expression) ? subject.model->find(expression) : std::nullopt;
+}
+
+std::optional<std::string> scalarTextOf(const WrittenSubject& subject, const WrittenMember& member) {
+    if (const auto expression = expressionIn(subject.document, member)) return textBehind(subject, *expression);
+    if (subject.outline.isString(member.value)) return subject.outline.string(member.value);
+    return std::string(subject.outline.raw(member.value));
 }
 
 bool isTrue(const JSONOutline& outline, const WrittenMember* member) {

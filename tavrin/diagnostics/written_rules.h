@@ -29,11 +29,14 @@ void findMalformedExpressions(const WrittenSubject& subject, Findings& findings)
 void findUnresolvedExpressions(const WrittenSubject& subject, Findings& findings);
 void findEmbeddedExpressions(const WrittenSubject& subject, Findings& findings);
 void findOddColors(const WrittenSubject& subject, Findings& findings);
+void findOddTexts(const WrittenSubject& subject, Findings& findings);
 void findReferenceModifiers(const WrittenSubject& subject, Findings& findings);
 void findNewerFeatures(const WrittenSubject& subject, Findings& findings);
 void findRefusedClipShapes(const WrittenSubject& subject, Findings& findings);
 void findInvalidURLs(const WrittenSubject& subject, Findings& findings);
 void findUnusedNodes(const WrittenSubject& subject, Findings& findings);
+void findUnusedElements(const WrittenSubject& subject, Findings& findings);
+void findRoundedMoments(const WrittenSubject& subject, Findings& findings);
 
 /// All of the above.
 void applyWrittenRules(const WrittenSubject& subject, Findings& findings);
@@ -50,6 +53,9 @@ void forEachProperty(const WrittenDocument& document, const Visit& visit) {
 
 /// The text that an expression leads to; none without a model, and where it is malformed or leads nowhere.
 [[nodiscard]] std::optional<std::string> textBehind(const WrittenSubject& subject, std::string_view expression);
+
+/// The text of a scalar, or of what its expression leads to; none where it leads nowhere.
+[[nodiscard]] std::optional<std::string> scalarTextOf(const WrittenSubject& subject, const WrittenMember& member);
 
 /// Whether a member is there and holds a truth.
 [[nodiscard]] bool isTrue(const JSONOutline& outline, const WrittenMember* member);

@@ -290,6 +290,89 @@ TEST_F(Check, ManyDocumentsKeepTheirOrder) {
     }
 }
 
+TEST_F(Check, CountsWhatItFinds) {
+    place.write("clean.json", hello);
+    place.write("broken.json", broken);
+    const struct {
+        const char* why;
+        std::vector<std::string> words;
+        const char* counts;
+    } rows[] = {
+        {"one", {"broken.json"}, "\n1 error in 1 document\n"},
+        {"several of one", {"a.json", "--model", "m.json"}, "\n4 warnings in 1 document\n"},
+        {"notes, too", {"a.json", "--model", "m.json", "--notes"}, "\n4 warnings, 1 note in 1 document\n"},
+        {"several",
+         {"a.json", "broken.json", "clean.json", "--model", "m.json"},
+         "\n1 error, 4 warnings in 3 documents\n"},
+        {"a file that is gone", {"clean.json", "gone.json"}, "\n1 error in 2 documents\n"},
+        {"what is mended", {"a.json", "--model", "m.json", "--fix"}, "\n2 fixed, 2 warnings in 1 document\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_THAT(place.run(joined({"check"}, row.words)).err, EndsWith(row.counts));
+    }
+    EXPECT_EQ(place.run({"check", "clean.json"}).err, "") << "there is nothing to count";
+    for (const std::vector<std::string>& form : {std::vector<std::string>{"--errors", "json"}, {"--format", "github"}})
+        EXPECT_THAT(place.run(joined({"check", "broken.json"}, form)).err, Not(HasSubstr("in 1 document"))) << form[1];
+}
+
+TEST_F(Check, LooksAtTheSameMomentEveryDay) {
+    // Minutes and seconds fit at that moment, hours do not.
+    place.write("t.json", R"({"version": "1.1", "nodes": {"main": {"type": "timer", "timestamp": 1772358144,
+        "modifiers": [{"type": "frame", "width": 50, "height": 22}]}}})");
+    EXPECT_EQ(place.run({"check", "t.json"}).err, "");
+    EXPECT_THAT(place.run({"check", "t.json", "--date", "2027-03-01T09:41:00Z"}).err, HasSubstr("[truncated-text]"));
+}
+
+TEST_F(Check, FailsForAPictureThatIsMissingWhereThatIsAsked) {
+    place.write("p.json",
+                R"({"version": "1.0", "nodes": {"main": {"type": "webImage", "url": "https://a.test/b.png"}}})");
+    ::mkdir(place.path("none").c_str(), 0700);
+    const struct {
+        const char* why;
+        std::vector<std::string> words;
+        int status;
+        const char* message;
+    } rows[] = {
+        {"it is only missing", {"check", "--image-cache-dir", "none"}, 0, "warning: no picture could be had from"},
+        {"checked",
+         {"check", "--image-cache-dir", "none", "--fail-on-missing"},
+         1,
+         "p.json:1:38: error: no picture could be had from the file \""},
+        {"checked without asking", {"check", "--offline"}, 0, ""},
+        {"checked and refused",
+         {"check", "--offline", "--fail-on-missing"},
+         1,
+         "error: no picture could be had from \"https://a.test/b.png\""},
+        {"checked, for programs",
+         {"check", "--offline", "--fail-on-missing", "--errors", "json"},
+         1,
+         R"x("message":"no picture could be had from \"https://a.test/b.png\" (systemMedium)")x"},
+        {"drawn", {"render", "--offline"}, 0, "warning: 1 picture is missing, since nothing may be fetched"},
+        {"drawn and refused",
+         {"render", "--offline", "--fail-on-missing", "-o", "o.png"},
+         1,
+         "error: MissingPicture: no picture could be had from 'https://a.test/b.png'\n"},
+        {"drawn, for programs",
+         {"render", "--offline", "--fail-on-missing", "--errors", "json", "-o", "o.png"},
+         1,
+         R"({"error":{"type":"TavrinError","kind":"MissingPicture","message":"no picture could be had from 'https://a.test/b.png'"}})"},
+        {"drawn in many ways",
+         {"render", "--offline", "--fail-on-missing", "--scales", "1,2", "-o", "m"},
+         1,
+         "MissingPicture: no picture could be had from 'https://a.test/b.png'\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> words = row.words;
+        words.insert(words.begin() + 1, "p.json");
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, row.status) << finished.err;
+        EXPECT_THAT(finished.err, HasSubstr(row.message));
+        EXPECT_FALSE(place.has("o.png"));
+    }
+}
+
 TEST_F(Check, SaysWhatItCannotReadOrWrite) {
     EXPECT_EQ(errorText(place.run({"check", "gone.json", "--errors", "json"}), "type"), "IOError");
     const Finished json = place.run({"check", "gone.json", "a.json", "--format", "json"});

@@ -156,6 +156,86 @@ TEST(Snapshot, StrictlyFailsWithoutOne) {
     EXPECT_FALSE(place.has("kept"));
 }
 
+TEST(Snapshot, SaysHowToRecordOneThatIsMissing) {
+    const Workplace place;
+    place.write("w.json", hello);
+    EXPECT_THAT(place.run({"snapshot", "w.json", "--dir", "kept", "--strict"}).err,
+                HasSubstr("w/systemMedium-light@3x has no snapshot in kept; run without --strict to record it\n"));
+}
+
+TEST(Snapshot, ThatBelongsToNoPictureIsTold) {
+    const Workplace place;
+    place.write("a.json", hello);
+    place.write("b.json", hello);
+    ASSERT_EQ(place.run({"snapshot", "a.json", "b.json", "--dir", "kept"}).err, "");
+    place.write("kept/readme@home.png", "is none");
+    place.write("kept/failures/x/systemMedium-light@3x.png", "is none");
+    place.write("kept/failures/x/systemMedium-light@3x.json", "is none");
+    const Finished lenient = place.run({"snapshot", "a.json", "--dir", "kept"});
+    EXPECT_EQ(lenient.status, 0);
+    EXPECT_EQ(lenient.err, "note: 1 snapshot in kept belongs to no picture of this run: b/systemMedium-light@3x\n");
+    const Finished strict = place.run({"snapshot", "a.json", "--dir", "kept", "--strict"});
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_THAT(strict.err, HasSubstr("error: 1 snapshot in kept belongs to no picture of this run: "
+                                      "b/systemMedium-light@3x; delete them, or draw what they show\n"));
+    EXPECT_EQ(strict.out, "1 snapshot: 1 the same\n");
+    EXPECT_EQ(place.run({"snapshot", "a.json", "b.json", "--dir", "kept", "--strict"}).status, 0);
+}
+
+TEST(Snapshot, ShowsWhatDiffersOnAPage) {
+    const Workplace place;
+    const std::vector<std::string> words{"snapshot", "w.json", "v.json", "--dir", "kept"};
+    place.write("w.json", documentWith("Hello"));
+    place.write("v.json", hello);
+    ASSERT_EQ(place.run(words).status, 0);
+    EXPECT_FALSE(place.has("kept/failures"));
+    place.write("w.json", documentWith("Hallo"));
+    ASSERT_EQ(place.run(words).status, 1);
+    EXPECT_EQ(place.read("kept/failures/.gitignore"), "*\n");
+    EXPECT_THAT(place.read("kept/failures/index.html"),
+                AllOf(HasSubstr("<h2>w/systemMedium-light@3x</h2>"), HasSubstr("text was &quot;Hello&quot;"),
+                      HasSubstr("src=\"./w/systemMedium-light@3x.png\""), ::testing::Not(HasSubstr("<h2>v/"))));
+    EXPECT_EQ(place.run({"snapshot", "v.json", "--dir", "kept"}).status, 0);
+    EXPECT_TRUE(place.has("kept/failures/.gitignore")) << "another document's picture is still there";
+    place.write("w.json", documentWith("Hello"));
+    ASSERT_EQ(place.run(words).status, 0);
+    EXPECT_FALSE(place.has("kept/failures"));
+}
+
+TEST(Snapshot, IsToldToOtherPrograms) {
+    const Workplace place;
+    place.write("w.json", documentWith("Hello"));
+    place.write("v.json", hello);
+    const auto run = [&](const char* format) {
+        return place.run({"snapshot", "w.json", "v.json", "--dir", "kept", "--format", format});
+    };
+    EXPECT_EQ(run("github").out, "");
+    place.write("w.json", documentWith("Hallo"));
+    const struct {
+        const char* format;
+        std::vector<const char*> parts;
+    } rows[] = {
+        {"text", {"2 snapshots: 1 the same, 1 different\n"}},
+        {"github", {"::error file=w.json::w/systemMedium-light@3x differs: ", "is \"Hallo\""}},
+        {"junit",
+         {"<testsuite name=\"tavrin snapshot\" tests=\"3\" failures=\"1\">",
+          "<testcase classname=\"w.json\" name=\"w/systemMedium-light@3x\">\n      <failure message=\"",
+          "is &quot;Hallo&quot;", "<testcase classname=\"v.json\" name=\"v/systemMedium-light@3x\"/>"}},
+        {"json",
+         {"\"verdict\": \"different\"", "\"verdict\": \"same\"", "\"picture\": \"w/systemMedium-light@3x.png\""}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.format);
+        const Finished finished = run(row.format);
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_THAT(finished.err, HasSubstr("w.json: error: w/systemMedium-light@3x differs: "));
+        for (const char* const part : row.parts) EXPECT_THAT(finished.out, HasSubstr(part));
+        EXPECT_EQ(std::string_view(row.format) == "json", finished.out.starts_with("{"));
+    }
+    const JSON results = JSON::parse(run("json").out);
+    EXPECT_EQ(results.find("orphans")->description(), "[]");
+}
+
 TEST(Snapshot, OfADocumentThatFails) {
     const Workplace place;
     place.write("bad.json", broken);
@@ -209,6 +289,9 @@ TEST(Snapshot, IsRefused) {
         {"no folder", {}, "wants --dir DIR"},
         {"update and strict", {"--dir", "d", "--update", "--strict"}, "give one of them"},
         {"a tolerance too large", {"--dir", "d", "--tolerance", "256"}, "from 0 to 255, not '256'"},
+        {"a format of pictures",
+         {"--dir", "d", "--format", "png"},
+         "--format takes text, github, junit or json, not 'png'"},
         {"a tolerance in words", {"--dir", "d", "--tolerance", "some"}, "not 'some'"},
     };
     for (const auto& row : rows) {

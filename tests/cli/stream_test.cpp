@@ -185,6 +185,16 @@ TEST(Stream, ToldFailuresLeaveTheOtherLines) {
     }
 }
 
+TEST(Stream, FailsForMissingPicturesWhereThatIsAsked) {
+    const Workplace place;
+    const std::string line = R"({"output": "o.png", "document": {"version": "1.0", "nodes": {"main": )"
+                             R"({"type": "webImage", "url": "https://a.test/b.png"}}}})";
+    EXPECT_THAT(answerTo(place, line, 0, {"--offline"}), HasSubstr(R"("output":"o.png")"));
+    EXPECT_EQ(answerTo(place, line, 1, {"--offline", "--fail-on-missing"}),
+              R"({"line":1,"error":{"type":"TavrinError","kind":"MissingPicture",)"
+              R"("message":"no picture could be had from 'https://a.test/b.png'"}})");
+}
+
 TEST(Stream, AnswersInOrder) {
     const Workplace place;
     place.write("w.json", greeting);

@@ -109,6 +109,7 @@ TEST(Usage, IsRefused) {
         {"no rate", framesWith({"--fps", "0"}), "--fps takes a number above 0 and up to 100"},
         {"a rate that is too high", framesWith({"--fps", "101"}), "not '101'"},
         {"a rate of numbered pictures", framesWith({"-o", "a-%d.png", "--fps", "5"}), "--fps is for animations"},
+        {"frames that may lack nothing", framesWith({"--fail-on-missing"}), "not for frames"},
         {"a step without frames", {"render", "a.json", "--every", "2"}, "--every goes with --frames"},
         {"a rate without frames", {"render", "a.json", "--fps", "2"}, "--fps goes with --frames"},
         {"frames and a date", framesWith({"--date", "2026-03-01T09:41:00Z"}), "leave --date away"},

@@ -83,6 +83,57 @@ TEST(DrawnTexts, ThatAreCutOffOrUnreadable) {
     }
 }
 
+TEST(DrawnTexts, ThatAreCutOffNameWhatTookTheRoom) {
+    const std::string words = "many words that go on and on until no line is left for the last of them to stand in";
+    const std::string text = R"({"type": "text", "content": ")" + words + "\"";
+    const auto spacer = [](const std::string& side, int length) {
+        return R"({"type": "spacer", "modifiers": [{"type": "frame", ")" + side + "\": " + std::to_string(length) +
+               "}]}";
+    };
+    const struct {
+        const char* why;
+        std::string main;
+        const char* message;
+    } rows[] = {
+        {"a frame", text + R"(, "modifiers": [{"type": "frame", "width": 49, "height": 30}]})",
+         "; the frame of 49 × 30 leaves it no more room: a larger one, fewer words or a smaller font would help"},
+        {"a frame's width", text + R"(, "modifiers": [{"type": "frame", "width": 49}]})",
+         "; the frame of width 49 leaves it no more room"},
+        {"a frame's height",
+         text + R"(, "modifiers": [{"type": "padding", "length": 2}, {"type": "frame", "height": 30}]})",
+         "; the frame of height 30 leaves it no more room"},
+        {"the inner one of two frames",
+         text + R"(, "modifiers": [{"type": "frame", "height": 30}, {"type": "frame", "width": 200}]})",
+         "; the frame of height 30 leaves it no more room"},
+        {"a spacer", R"({"type": "hstack", "children": [)" + text + "}, " + spacer("width", 290) + "]}",
+         "; the spacer beside it takes 290 points: less of it, fewer words or a smaller font would help"},
+        {"the larger of two",
+         R"({"type": "hstack", "children": [)" + spacer("width", 90) + ", " + text + "}, " + spacer("width", 200) +
+             "]}",
+         "; the spacer beside it takes 200 points"},
+        {"a shape",
+         R"({"type": "hstack", "children": [)" + text +
+             R"(}, {"type": "circle", "modifiers": [{"type": "frame", "width": 290}]}]})",
+         "; the shape beside it takes 290 points"},
+        {"another text", R"({"type": "hstack", "children": [)" + text + R"(}, {"type": "text", "content": "Wide",
+            "modifiers": [{"type": "frame", "width": 290}]}]})",
+         "; the text \"Wide\" beside it takes 290 points"},
+        {"a column",
+         R"({"type": "vstack", "children": [)" + text + R"(, "fontSize": 30}, )" + spacer("height", 90) + "]}",
+         "; the spacer in its column takes 90 points"},
+        {"nothing but the widget", text + R"(, "fontSize": 80})",
+         "; the widget has no more room: fewer words or a smaller font would help"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::string messages;
+        for (const Diagnostic& found : diagnose(documentOf(row.main), std::nullopt, quietOptions()))
+            if (found.code == "truncated-text") messages += found.message + "\n";
+        EXPECT_THAT(messages,
+                    HasSubstr("\"many words that go on an…\" does not fit and is cut off" + std::string(row.message)));
+    }
+}
+
 TEST(DrawnTexts, ThatLieWhollyOutside) {
     const auto clipped = [](const std::string& inside, const std::string& clip = R"("width": 60, "height": 20)") {
         return R"({"type": "vstack", "children": [)" + inside +

@@ -142,7 +142,7 @@ void findLowContrast(const DrawnSubject& subject, DrawnFindings& findings) {
         if (*measured >= wanted) continue;
         findings.add(Rule::lowContrast, text->origin,
                      fmt::format("{} has a contrast of {:.1f}:1 with what lies behind it; {}:1 is wanted",
-                                 excerptOf(subject, *text), std::floor(*measured * 10) / 10, wanted),
+                                 excerptOf(subject, text->index), std::floor(*measured * 10) / 10, wanted),
                      enough / *measured, true);
     }
 }

@@ -58,11 +58,9 @@ void findNumbersOutOfRange(const WrittenSubject& subject, Findings& findings) {
     forEachProperty(subject.document, [&](const WrittenRecord& record, const WrittenMember& member) {
         const LanguageField& field = *member.field;
         if (field.isList || (field.kind != ValueKind::number && field.kind != ValueKind::integer)) return;
-        const auto expression = expressionIn(subject.document, member);
-        const auto text = expression                               ? textBehind(subject, *expression)
-                          : subject.outline.isString(member.value) ? subject.outline.string(member.value)
-                                                                   : std::string(subject.outline.raw(member.value));
-        const std::string fault = text ? faultOf(record, member, *text, expression.has_value()) : std::string();
+        const auto text = scalarTextOf(subject, member);
+        const bool isBound = expressionIn(subject.document, member).has_value();
+        const std::string fault = text ? faultOf(record, member, *text, isBound) : std::string();
         if (!fault.empty()) findings.add(Rule::outOfRange, subject.outline, member.value, fault);
     });
 }
