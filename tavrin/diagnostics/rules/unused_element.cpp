@@ -35,7 +35,9 @@ public:
     /// Calls `visit(usedCount, unused)` for each list with elements that nothing uses.
     template <class Visit>
     void forEachPartlyUsed(const Visit& visit) const {
-        for (const auto& [list, used] : used_) {
+        for (const auto& entry : used_) {
+            const auto list = entry.first;
+            const auto& used = entry.second;
             if (wholes_.contains(list)) continue;
             std::vector<Index> unused;
             model_.forEachChild(list, [&](Index element) {
