@@ -122,4 +122,4 @@ fuzz: build/$(FUZZ_PRESET)/build.ninja ## fuzz for FUZZ_SECONDS (60), as FUZZ_PR
 	scripts/fuzz.sh build/$(FUZZ_PRESET) $(FUZZ_SECONDS)
 
 clean: ## remove everything that was made
-	rm -rf build out
+	rm -rf build out bindings/node/build bindings/node/node_modules bindings/node/lib/options.d.ts

@@ -238,7 +238,7 @@ WidgetOptions readWidgetOptions(const Command& command) {
         const std::string* const value = command.find(spelled(option.name, Spelling::kebab));
         if (value) reader.read(option.name, option.kind == OptionKind::flag ? "true" : *value);
     }
-    return reader.options().widget;
+    return reader.options().withFonts();
 }
 
 TextFormat errorFormatOf(std::span<const std::string> words) {

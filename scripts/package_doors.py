@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Makes a wheel and an npm package that carry the libraries which a plain Debian 12 lacks: package_doors.py OUT
 
-It runs in build/python, which `make setup-python` makes, and takes the addon that `npm install` in bindings/node built.
+It runs in build/python, which scripts/python_setup.sh makes, and takes the addon that `npm install` in bindings/node built.
 What the wheel has to carry auditwheel decides; the addon carries the same libraries, since it is linked as the wheel's
 module is.
 """

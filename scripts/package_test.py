@@ -135,6 +135,7 @@ def main():
     except NoDebian as reason:
         print(f"No empty Debian was made: {reason}.")
         return
+    root.run("apt-get", "update", "--quiet", stdout=subprocess.DEVNULL)  # the base may be an old one
     here = root.path / "tavrin"
     here.mkdir()
     for deb in debs:

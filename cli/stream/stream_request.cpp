@@ -105,6 +105,7 @@ StreamRequest readStreamRequest(std::string_view line, const DrawingOptions& usu
     OptionReader reader(Spelling::camel, OptionReader::Types::own, usual);
     if (options.exists() && !options.isNull()) readOptions(reader, options);
     request.options = reader.options();
+    request.options.widget = request.options.withFonts();
     const std::optional<PictureFormat> asked = reader.pictureOptions().format;
     request.options.format = request.output ? formatOfOutput(*request.output, asked, usualFormat)
                                             : asked.value_or(usualFormat.value_or(PictureFormat::png));

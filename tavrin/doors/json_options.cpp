@@ -1,26 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/doors/json_options.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "tavrin/doors/option_error.h"
-#include "tavrin/doors/words.h"
 
 namespace tavrin {
 namespace {
-
-constexpr std::array<std::pair<std::string_view, OptionName>, 5> budgetMembers{
-    {{"profile", OptionName::budget},
-     {"steps", OptionName::budgetSteps},
-     {"pixels", OptionName::budgetPixels},
-     {"bytes", OptionName::budgetBytes},
-     {"seconds", OptionName::budgetSeconds}}};
 
 std::optional<double> numberIn(const JSONElement& value) {
     switch (value.kind()) {
@@ -69,15 +58,7 @@ void readOption(OptionReader& reader, OptionName name, const JSONElement& value)
 
 void readBudget(OptionReader& reader, const JSONElement& budget) {
     for (JSONElement::Walk walk(budget); walk.next();) {
-        const auto* const found = std::find_if(budgetMembers.begin(), budgetMembers.end(),
-                                               [&](const auto& member) { return member.first == walk.key(); });
-        if (found == budgetMembers.end()) {
-            std::array<std::string_view, budgetMembers.size()> known;
-            for (std::size_t i = 0; i < known.size(); ++i) known[i] = budgetMembers[i].first;
-            throw OptionError(OptionFault::name, "budget." + std::string(walk.key()),
-                              "a budget has no '" + std::string(walk.key()) + "'" + suggestion(walk.key(), known));
-        }
-        readOption(reader, found->second, walk.value());
+        readOption(reader, budgetMember(walk.key()), walk.value());
     }
 }
 

@@ -53,6 +53,7 @@ OpenWidget OpenDocument::widget(std::optional<std::string> model, DrawingOptions
     // Once for all answers.
     if (!options.widget.date) options.widget.date = Date::now();
     if (!options.widget.timeZone) options.widget.timeZone = TimeZone::current();
+    options.widget = described(text(), std::nullopt, [&] { return options.withFonts(); });
     return OpenWidget(state_, std::move(model), std::move(options));
 }
 
@@ -128,12 +129,14 @@ OpenWidget OpenWidget::with(std::optional<CancelToken> token) const {
 
 std::vector<Diagnostic> checkDocument(std::string_view document, std::optional<std::string_view> model,
                                       const DrawingOptions& options, const std::vector<std::string>& families) {
-    DiagnoseOptions diagnosed{options.widget};
-    diagnosed.rooms.clear();
-    for (const std::string& family : families)
-        diagnosed.rooms.push_back(readFamily("families", family, options.screen));
-    if (families.empty()) diagnosed.rooms.push_back(options.widget.room);
-    return diagnose(document, model, diagnosed);
+    return described(document, model, [&] {
+        DiagnoseOptions diagnosed{options.withFonts()};
+        diagnosed.rooms.clear();
+        for (const std::string& family : families)
+            diagnosed.rooms.push_back(readFamily("families", family, options.screen));
+        if (families.empty()) diagnosed.rooms.push_back(options.widget.room);
+        return diagnose(document, model, diagnosed);
+    });
 }
 
 }  // namespace tavrin

@@ -90,7 +90,7 @@ private:
 };
 
 /// What `diagnose` finds, in the rooms that the options' screen has for families; throws `OptionError` for one that it
-/// has not. Without families the widget is looked at in the options' room.
+/// has not, and `CallError`. Without families the widget is looked at in the options' room.
 [[nodiscard]] std::vector<Diagnostic> checkDocument(std::string_view document, std::optional<std::string_view> model,
                                                     const DrawingOptions& options,
                                                     const std::vector<std::string>& families);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "tavrin/doors/option_error.h"
@@ -26,7 +27,8 @@ constexpr Option table[] = {
     {scale, widget, OptionKind::number, "Pixels for each point", "3", {}, 0, 100},
     {appearance, widget, OptionKind::word, "The device's appearance", "light", appearanceWords},
     {date, widget, OptionKind::moment, "The moment that is drawn, such as 2026-03-01T09:41:00Z", "now"},
-    {timeZone, widget, OptionKind::timeZone, "The device's time zone, such as Europe/Madrid, CET or GMT+2"},
+    {timeZone, widget, OptionKind::timeZone, "The device's time zone, such as Europe/Madrid, CET or GMT+2",
+     "the machine's"},
     {background, widget, OptionKind::color,
      "What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own", "auto"},
     {rounded, widget, OptionKind::flag, "Cut the home screen's rounded corners; transparent outside"},
@@ -34,8 +36,9 @@ constexpr Option table[] = {
      "The folder in which pictures are looked for instead of on the network"},
     {maxImageSize, widget, OptionKind::size, "Larger pictures are scaled down to this size, in points"},
     {fetch, widget, OptionKind::word,
-     "What may be fetched: nothing, only what has a public address on the Internet, or everything", "", fetchWords},
-    {fontDir, widget, OptionKind::folder, "A folder of fonts to draw with instead of the system's"},
+     "What may be fetched: nothing, only what has a public address on the Internet, or everything", "public",
+     fetchWords},
+    {fontDir, widget, OptionKind::folder, "A folder of fonts to draw with instead of the system's", "the system's"},
     {format, picture, OptionKind::word, "What the picture is written as", "png", pictureFormatWords},
     {compression, picture, OptionKind::word,
      "Whether a PNG, or a WebP without loss, is written quickly, small or between", "fast", compressionWords},
@@ -103,6 +106,21 @@ OptionName optionSpelled(std::string_view word, Spelling spelling) {
     const std::vector<std::string_view> known(names.begin(), names.end());
     throw OptionError(OptionFault::name, std::string(word),
                       "there is no option '" + std::string(word) + "'" + suggestion(word, known));
+}
+
+OptionName budgetMember(std::string_view member) {
+    constexpr std::pair<std::string_view, OptionName> members[] = {{"profile", budget},
+                                                                   {"steps", budgetSteps},
+                                                                   {"pixels", budgetPixels},
+                                                                   {"bytes", budgetBytes},
+                                                                   {"seconds", budgetSeconds}};
+    std::vector<std::string_view> known;
+    for (const auto& [word, name] : members) {
+        if (word == member) return name;
+        known.push_back(word);
+    }
+    throw OptionError(OptionFault::name, "budget." + std::string(member),
+                      "a budget has no '" + std::string(member) + "'" + suggestion(member, known));
 }
 
 std::string wantedBy(const Option& option) {

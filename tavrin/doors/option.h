@@ -87,6 +87,10 @@ struct Option {
 /// The option that is spelled so; throws `OptionError` for none.
 [[nodiscard]] OptionName optionSpelled(std::string_view word, Spelling spelling);
 
+/// The option that a member of a budget's object stands for: `profile`, `steps`, `pixels`, `bytes` or `seconds`. Throws
+/// `OptionError` for any other.
+[[nodiscard]] OptionName budgetMember(std::string_view member);
+
 /// What it takes, in words: "a number above 0 and up to 100".
 [[nodiscard]] std::string wantedBy(const Option& option);
 

@@ -33,6 +33,12 @@ bool takesType(OptionKind kind, const OptionValue& value) {
 
 }  // namespace
 
+WidgetOptions DrawingOptions::withFonts() const {
+    WidgetOptions options = widget;
+    if (!fontDir.empty()) options.fonts = text::FontLibrary::inFolder(fontDir);
+    return options;
+}
+
 OptionReader::OptionReader(Spelling spelling, Types types, DrawingOptions usual)
     : spelling_(spelling), types_(types), options_(std::move(usual)) {}
 
@@ -69,7 +75,7 @@ void OptionReader::read(OptionName name, const OptionValue& value) {
         case imageCacheDir: widget.imageCacheDir = URL::fileURL(readFolder(label, value)); break;
         case maxImageSize: widget.maxImageSize = readSize(label, value); break;
         case fetch: widget.fetchPolicy = static_cast<FetchPolicy>(word()); break;
-        case fontDir: fontDir_ = readFolder(label, value); break;
+        case fontDir: options_.fontDir = readFolder(label, value); break;
         case format: options_.format = static_cast<PictureFormat>(word()); break;
         case compression: widget.compression = static_cast<PngCompression>(word()); break;
         case quality: widget.quality = readQuality(label, value); break;
@@ -91,10 +97,9 @@ DrawingOptions OptionReader::options() const {
                           label(size) + " stands instead of " + label(family) + "; give one of them");
     if (isGiven(size))
         widget.room = {.name = sizeName_, .size = size_};
-    else if (isGiven(family) || isGiven(screen))
+    else if (isGiven(family) || (isGiven(screen) && widgetFamily(widget.room.name)))
         widget.room = readFamily(label(isGiven(family) ? family : screen), isGiven(family) ? family_ : widget.room.name,
                                  options.screen);
-    if (isGiven(fontDir)) widget.fonts = text::FontLibrary::inFolder(fontDir_);
     if (isGiven(budget)) widget.budget = RenderBudget::of(profile_);
     if (isGiven(budgetSteps)) widget.budget.steps = budget_.steps;
     if (isGiven(budgetPixels)) widget.budget.pixels = budget_.pixels;

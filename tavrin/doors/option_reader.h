@@ -20,6 +20,11 @@ struct DrawingOptions {
     bool hashes = false;
     /// The screen whose widget sizes hold, in points.
     Size screen = {390, 844};
+    /// The folder of fonts to draw with; empty: those of `widget`.
+    std::string fontDir = {};
+
+    /// Those of the widget, with the fonts of the folder. Looks at files. Throws as `FontLibrary::inFolder` does.
+    [[nodiscard]] WidgetOptions withFonts() const;
 };
 
 /// How a picture is written, where that differs from what its widget was made with.
@@ -64,7 +69,6 @@ private:
     std::string sizeName_;
     BudgetProfile profile_ = BudgetProfile::usual;
     RenderBudget budget_;
-    std::string fontDir_;
 };
 
 }  // namespace tavrin

@@ -103,7 +103,7 @@ bool readFlag(std::string_view option, const OptionValue& value) {
 
 std::string readFolder(std::string_view option, const OptionValue& value) {
     const std::string* const text = textOf(value);
-    if (!text || text->empty()) fail(option, "the name of a folder", value);
+    if (!text || text->empty() || text->find('\0') != std::string::npos) fail(option, "the name of a folder", value);
     return *text;
 }
 

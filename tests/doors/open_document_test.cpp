@@ -71,6 +71,13 @@ TEST(OpenDocument, ErrorsKnowTheirPlace) {
     }
 }
 
+TEST(OpenDocument, AFolderWithoutFontsIsAnErrorOfTheCall) {
+    DrawingOptions options = optionsAt(0);
+    options.fontDir = "/nowhere";
+    EXPECT_THROW((void)OpenDocument(greeting).widget(std::nullopt, options), CallError);
+    EXPECT_THROW((void)checkDocument(greeting, std::nullopt, options, {}), CallError);
+}
+
 TEST(OpenDocument, AMalformedExpressionEndsNoProcess) {
     const OpenDocument document(
         R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.a]b[}}"}}})");

@@ -71,6 +71,16 @@ TEST(OptionReader, EachOptionHasItsEffect) {
     EXPECT_EQ(widget.budget.seconds, 2);
 }
 
+TEST(OptionReader, AScreenLeavesASizeThatIsUsualAlone) {
+    DrawingOptions usual;
+    usual.widget.room = {.name = "100x50", .size = {100, 50}};
+    OptionReader reader(Spelling::camel, OptionReader::Types::own, usual);
+    reader.read("screen", "375x812");
+    EXPECT_EQ(reader.options().widget.room.size, (Size{100, 50}));
+    EXPECT_EQ(read({{OptionName::screen, "375x812"}}).widget.room.size,
+              *widgetSize(WidgetFamily::systemMedium, {375, 812}));
+}
+
 TEST(OptionReader, ABudgetsMembersWinInAnyOrder) {
     const DrawingOptions options =
         read({{OptionName::budgetSeconds, 0.5}, {OptionName::budgetSteps, 9.0}, {OptionName::budget, "strangers"}});
@@ -112,6 +122,7 @@ TEST(OptionReader, WhatAnOptionDoesNotTakeIsRefusedByName) {
         {OptionName::background, "red", OptionFault::value, "background takes auto, none or a colour"},
         {OptionName::rounded, "yes", OptionFault::type, "rounded takes true or false, not a text"},
         {OptionName::imageCacheDir, "", OptionFault::value, "image_cache_dir takes the name of a folder, not ''"},
+        {OptionName::imageCacheDir, std::string("a\0b", 3), OptionFault::value, "image_cache_dir takes the name of a"},
         {OptionName::quality, 0.0, OptionFault::value, "quality takes a whole number from 1 to 100, not 0"},
         {OptionName::quality, 85.5, OptionFault::value, "quality takes a whole number from 1 to 100, not 85.5"},
         {OptionName::budgetSteps, -1.0, OptionFault::value, "budget_steps takes a positive whole number, not -1"},
@@ -156,7 +167,7 @@ TEST(OptionReader, ASizeStandsInsteadOfAFamily) {
 }
 
 TEST(OptionReader, AFolderOfFontsIsOpenedAndKept) {
-    const auto fonts = [](const std::string& folder) { return read({{OptionName::fontDir, folder}}).widget.fonts; };
+    const auto fonts = [](const std::string& folder) { return read({{OptionName::fontDir, folder}}).withFonts().fonts; };
     EXPECT_EQ(fonts("/usr/share/fonts"), fonts("/usr/share/fonts"));
     EXPECT_THROW((void)fonts("/nowhere"), TavrinError);
 }

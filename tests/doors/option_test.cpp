@@ -33,6 +33,12 @@ TEST(Option, AWordThatIsNoOptionIsRefusedWithTheNearest) {
     EXPECT_THROW((void)optionSpelled("timeZone", Spelling::snake), OptionError);
 }
 
+TEST(Option, ABudgetHasFiveMembers) {
+    EXPECT_EQ(budgetMember("profile"), OptionName::budget);
+    EXPECT_EQ(budgetMember("steps"), OptionName::budgetSteps);
+    for (const char* word : {"", "Steps", "step", "budgetSteps"}) EXPECT_THROW((void)budgetMember(word), OptionError);
+}
+
 TEST(Option, EachSaysWhatItTakes) {
     for (const Option& option : sharedOptions()) {
         EXPECT_FALSE(option.sentence.empty() || option.sentence.ends_with('.')) << name(option.name);

@@ -124,6 +124,8 @@ TEST(Fonts, AFolderStandsInsteadOfTheInstalledFonts) {
     } catch (const TavrinError& error) {
         EXPECT_EQ(error.message, "the font family \"Inter\" is not in the folder \"" + folder + "\"");
     }
+    ASSERT_EQ(::mkfifo((folder + "/pipe").c_str(), 0600), 0);
+    EXPECT_THROW((void)FontLibrary::make({.folder = folder}), TavrinError) << "and does not wait for the pipe's writer";
     fs::remove_all(folder);
 }
 

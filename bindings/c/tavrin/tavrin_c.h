@@ -95,7 +95,7 @@ typedef struct tavrin_options {
     uint64_t budget_pixels;
     uint64_t budget_bytes;
     double budget_seconds;
-    const tavrin_cancel_token* cancel; /* what ends the work; it must live as long as what is made with it */
+    const tavrin_cancel_token* cancel; /* what ends the work; it may be freed at once */
 } tavrin_options;
 
 /* clang-format off */

@@ -26,8 +26,9 @@ function startUntil(signal, start) {
       reject(signal.reason);
     };
   });
+  const work = start(token);  // which may refuse at once, and then there is nothing to end
   ends.add(end);
-  return Promise.race([start(token), ended]).finally(() => ends.delete(end));
+  return Promise.race([work, ended]).finally(() => ends.delete(end));
 }
 
 /** What comes of the work that `start` gives to another thread, with a token to cancel it or undefined. */

@@ -53,7 +53,8 @@ export class Document {
 /** Of a widget: the moment that it shows, its picture's media type, whether a picture in it could not be had. */
 export let detailsOf;
 
-const dateOf = seconds => new Date(Math.floor(seconds * 1000));
+const farthest = 8.64e15;  // milliseconds from 1970, beyond which there are no dates
+const dateOf = seconds => new Date(Math.max(-farthest, Math.min(farthest, Math.floor(seconds * 1000))));
 
 /** One of a widget's texts of JSON. */
 const ask = async (question, handle, { signal }) =>

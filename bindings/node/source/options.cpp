@@ -40,14 +40,6 @@ void forEachMember(const Napi::Object& object, const Use& use) {
     }
 }
 
-/// What a member of the budget's object is called where it stands beside the other options.
-std::string flatName(const std::string& member) {
-    if (member == "profile") return "budget";
-    std::string name = "budget" + member;
-    if (!member.empty() && member[0] >= 'a' && member[0] <= 'z') name[6] = static_cast<char>(member[0] - 'a' + 'A');
-    return name;
-}
-
 /// Reads all members; `has` says which options the call has.
 template <class Has>
 void readMembers(OptionReader& reader, const Napi::Object& options, const Has& has) {
@@ -59,8 +51,9 @@ void readMembers(OptionReader& reader, const Napi::Object& options, const Has& h
     forEachMember(options, [&](const std::string& name, const Napi::Value& value) {
         const bool isObject = value.IsObject() && !value.IsArray() && !value.IsDate() && !value.IsFunction();
         if (name != tavrin::name(OptionName::budget) || !isObject) return read(name, value);
-        forEachMember(value.As<Napi::Object>(),
-                      [&](const std::string& member, const Napi::Value& bound) { read(flatName(member), bound); });
+        forEachMember(value.As<Napi::Object>(), [&](const std::string& member, const Napi::Value& bound) {
+            read(std::string(tavrin::name(budgetMember(member))), bound);
+        });
     });
 }
 

@@ -15,6 +15,19 @@ import { examples, modelOf, textDocument } from './examples.mjs';
 const example = examples.find(({ name }) => name === 'weather');
 const open = () => Document.open(example.document);
 
+test('a signal that comes after a refused option rejects nothing', async () => {
+  const document = new Document(textDocument('a'));
+  const controller = new AbortController();
+  await assert.rejects(document.widget(null, { family: 'nope', signal: controller.signal }), RangeError);
+  const seen = [];
+  const note = reason => seen.push(reason);
+  process.on('unhandledRejection', note);
+  controller.abort();
+  await new Promise(done => setTimeout(done, 20));
+  process.off('unhandledRejection', note);
+  assert.deepEqual(seen, []);
+});
+
 test('two hundred at once', async () => {
   const document = new Document(textDocument('{{initServerParam.n}}'));
   const draw = async n => (await document.widget({ n: String(n % 20) }, { date: new Date(0) })).encode();

@@ -62,9 +62,10 @@ def check(text: str | bytes, model: Model = None, families: Sequence[Family] = (
     >>> found.severity, found.path, found.range.column
     ('error', ['nodes', 'main', 'type'], 47)
     """
-    if isinstance(families, str) or not all(isinstance(family, str) for family in families):
+    names: list[str] = [families] if isinstance(families, str) else list(families)
+    if isinstance(families, str) or not all(isinstance(name, str) for name in names):
         raise TypeError("families takes a list of the names of widget families")
-    found = json.loads(_tavrin.check(text, model_text(model), plain_options(options), list(families)))
+    found = json.loads(_tavrin.check(text, model_text(model), plain_options(options), names))
     return [_diagnostic(members) for members in found]
 
 

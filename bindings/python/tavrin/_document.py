@@ -133,6 +133,8 @@ class Widget:
         """Why each view lies where it does, as an outline; with a path of the document, such as
         "nodes.main.children[1]", in sentences about the views that come from it. Raises TavrinError of kind "Explain"
         for a path that names nothing that is drawn."""
+        if path is not None and not isinstance(path, str):
+            raise TypeError("path takes a str, such as 'nodes.main.children[1]', or None")
         return self._core.explain(path)
 
     @property
@@ -145,7 +147,7 @@ class Widget:
         try:
             return _EPOCH + timedelta(seconds=seconds)
         except OverflowError:
-            return datetime.max.replace(tzinfo=timezone.utc)
+            return (datetime.min if seconds < 0 else datetime.max).replace(tzinfo=timezone.utc)
 
     def _repr_png_(self) -> bytes:
         return self.encode("png")

@@ -48,7 +48,7 @@ class Options(TypedDict, total=False):
     date: str | datetime
     """The moment that is drawn, such as 2026-03-01T09:41:00Z. By default now."""
     time_zone: str | ZoneInfo
-    """The device's time zone, such as Europe/Madrid, CET or GMT+2."""
+    """The device's time zone, such as Europe/Madrid, CET or GMT+2. By default the machine's."""
     background: str
     """What lies behind the widget: six hexadecimal digits RRGGBB, nothing, or the platform's own. By default
     auto."""
@@ -59,9 +59,10 @@ class Options(TypedDict, total=False):
     max_image_size: Size
     """Larger pictures are scaled down to this size, in points."""
     fetch: Fetch
-    """What may be fetched: nothing, only what has a public address on the Internet, or everything."""
+    """What may be fetched: nothing, only what has a public address on the Internet, or everything. By default
+    public."""
     font_dir: str | os.PathLike[str]
-    """A folder of fonts to draw with instead of the system's."""
+    """A folder of fonts to draw with instead of the system's. By default the system's."""
     format: Format
     """What the picture is written as. By default png."""
     compression: Compression

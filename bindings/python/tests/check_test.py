@@ -68,3 +68,21 @@ def test_a_fix_mends_the_document():
     for edit in reversed(found.fix):
         text = text[:edit.range.offset] + edit.text + text[edit.range.end_offset:]
     assert not tavrin.check(text)
+
+
+def test_families_may_come_one_by_one():
+    with pytest.raises(ValueError, match="nope"):
+        tavrin.check("{}", families=(name for name in ["nope"]))
+
+
+def test_a_folder_without_fonts_is_an_error_of_the_library():
+    for ask in (lambda: tavrin.check("{}", font_dir="/nowhere"),
+                lambda: tavrin.Document(TABLE["nothing"][0]).widget(font_dir="/nowhere")):
+        with pytest.raises(tavrin.TavrinError, match="/nowhere") as caught:
+            ask()
+        assert caught.value.kind == "Font"
+
+
+def test_a_path_to_explain_is_a_text():
+    with pytest.raises(TypeError, match="path"):
+        tavrin.Document(TABLE["nothing"][0]).widget().explain(5)

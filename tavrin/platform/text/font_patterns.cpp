@@ -72,10 +72,28 @@ bool FontPattern::isOfFamily(std::string_view name) const {
     return std::find(families.begin(), families.end(), name) != families.end();
 }
 
+namespace {
+
+/// Whether a folder holds nothing but files and folders: opening a pipe would wait for its writer.
+bool holdsFiles(const std::string& folder) {
+    namespace fs = std::filesystem;
+    constexpr std::size_t most = 100'000;
+    std::error_code error;
+    std::size_t count = 0;
+    const auto options = fs::directory_options::follow_directory_symlink;
+    for (auto entry = fs::recursive_directory_iterator(folder, options, error);
+         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        std::error_code unknown;  // a link that leads nowhere
+        if (++count > most || entry->is_other(unknown)) return false;
+    }
+    return !error;
+}
+
+}  // namespace
+
 Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig(const std::string& folder) {
     const auto bytes = [](const std::string& text) { return reinterpret_cast<const FcChar8*>(text.c_str()); };
-    std::error_code error;
-    if (!folder.empty() && !std::filesystem::is_directory(folder, error)) return nullptr;
+    if (!folder.empty() && !holdsFiles(folder)) return nullptr;
     std::string text(configurationBegin);
     text.append(folder.empty() ? installedFonts : "").append(configurationEnd);
     Handle<FcConfig, FcConfigDestroy> config(FcConfigCreate());

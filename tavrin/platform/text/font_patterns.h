@@ -24,7 +24,7 @@ struct FontPattern {
 };
 
 /// A configuration that knows the directories packages install fonts in and nothing else, or only a folder where one is
-/// named; null where there is no such folder.
+/// named; null where that is none, or holds something but files.
 Handle<FcConfig, FcConfigDestroy> makePrivateFontConfig(const std::string& folder);
 
 /// All faces of the configuration, of one family or (empty) of any. Upright, of normal width, scalable or in colour;

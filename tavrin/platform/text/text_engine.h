@@ -75,7 +75,8 @@ public:
     /// A library of the host's own. Throws `TavrinError` of kind "Font" for a family that is not found or a file that
     /// cannot be read as a font.
     static std::shared_ptr<const FontLibrary> make(const Options& options);
-    /// A library of the fonts in a folder, and no others; some are kept, so that the next one asked for costs nothing.
+    /// A library of the fonts in a folder, and no others. The last eight are kept, and the fonts as they were then, so
+    /// that the next one asked for costs nothing.
     /// Throws as `make` does. Thread-safe.
     static std::shared_ptr<const FontLibrary> inFolder(const std::string& folder);
 
