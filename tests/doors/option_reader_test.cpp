@@ -167,7 +167,9 @@ TEST(OptionReader, ASizeStandsInsteadOfAFamily) {
 }
 
 TEST(OptionReader, AFolderOfFontsIsOpenedAndKept) {
-    const auto fonts = [](const std::string& folder) { return read({{OptionName::fontDir, folder}}).withFonts().fonts; };
+    const auto fonts = [](const std::string& folder) {
+        return read({{OptionName::fontDir, folder}}).withFonts().fonts;
+    };
     EXPECT_EQ(fonts("/usr/share/fonts"), fonts("/usr/share/fonts"));
     EXPECT_THROW((void)fonts("/nowhere"), TavrinError);
 }
