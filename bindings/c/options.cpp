@@ -88,14 +88,21 @@ tavrin_options known(const tavrin_options& options) {
     return copy;
 }
 
+/// Reads the options for which `takes` holds.
+template <class Takes>
+void readMembers(OptionReader& reader, const tavrin_options& given, const Takes& takes) {
+    for (const Option& option : sharedOptions())
+        if (takes(option))
+            if (const auto value = valueOf(option, given)) reader.read(option.name, *value);
+}
+
 }  // namespace
 
 DrawingOptions readOptions(const tavrin_options* options) {
     OptionReader reader(Spelling::snake, OptionReader::Types::own);
     if (options == nullptr) return reader.options();
     const tavrin_options given = known(*options);
-    for (const Option& option : sharedOptions())
-        if (const auto value = valueOf(option, given)) reader.read(option.name, *value);
+    readMembers(reader, given, [](const Option&) { return true; });
     DrawingOptions read = reader.options();
     if (given.cancel != nullptr) read.widget.budget.cancel = valueOf(given.cancel);
     return read;
@@ -103,11 +110,8 @@ DrawingOptions readOptions(const tavrin_options* options) {
 
 PictureOptions readPictureOptions(const tavrin_options* options) {
     OptionReader reader(Spelling::snake, OptionReader::Types::own);
-    if (options == nullptr) return {};
-    const tavrin_options given = known(*options);
-    for (const Option& option : sharedOptions())
-        if (option.use == OptionUse::picture)
-            if (const auto value = valueOf(option, given)) reader.read(option.name, *value);
+    if (options != nullptr)
+        readMembers(reader, known(*options), [](const Option& option) { return option.use == OptionUse::picture; });
     return reader.pictureOptions();
 }
 

@@ -126,21 +126,16 @@ OptionName budgetMember(std::string_view member) {
 std::string wantedBy(const Option& option) {
     switch (option.kind) {
         case OptionKind::word: return listed(option.words);
-        case OptionKind::flag: return "true or false";
-        case OptionKind::number:
-            return std::isfinite(option.most) ? "a number above 0 and up to " + shortNumber(option.most)
-                                              : "a positive number of seconds";
-        case OptionKind::count:
-            return std::isfinite(option.most)
-                       ? "a whole number from " + shortNumber(option.least) + " to " + shortNumber(option.most)
-                       : "a positive whole number";
-        case OptionKind::size: return "a width and a height such as 338x158";
-        case OptionKind::moment: return "a date and time such as 2026-03-01T09:41:00Z";
-        case OptionKind::timeZone: return "the name of a time zone such as Europe/Madrid, CET or GMT+2";
-        case OptionKind::color: return "auto, none or a colour of six hexadecimal digits such as #FF9500";
+        case OptionKind::flag: return std::string(wanted::flag);
+        case OptionKind::number: return std::string(std::isfinite(option.most) ? wanted::upTo100 : wanted::seconds);
+        case OptionKind::count: return std::string(std::isfinite(option.most) ? wanted::quality : wanted::count);
+        case OptionKind::size: return std::string(wanted::size);
+        case OptionKind::moment: return std::string(wanted::moment);
+        case OptionKind::timeZone: return std::string(wanted::timeZone);
+        case OptionKind::color: return std::string(wanted::background);
         case OptionKind::folder: break;
     }
-    return "the name of a folder";
+    return std::string(wanted::folder);
 }
 
 std::string sharedOptionsJSON() {

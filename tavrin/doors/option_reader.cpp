@@ -61,10 +61,7 @@ void OptionReader::read(OptionName name, const OptionValue& value) {
     const auto word = [&] { return readWord(label, value, option.words); };
     switch (name) {
         case family: family_ = option.words[word()]; break;
-        case size:
-            size_ = readSize(label, value);
-            sizeName_ = shortNumber(size_.width) + "x" + shortNumber(size_.height);
-            break;
+        case size: size_ = readSize(label, value); break;
         case screen: options_.screen = readSize(label, value); break;
         case scale: widget.scale = readUpTo100(label, value); break;
         case appearance: widget.appearance = static_cast<Appearance>(word()); break;
@@ -96,7 +93,7 @@ DrawingOptions OptionReader::options() const {
         throw OptionError(OptionFault::value, label(size),
                           label(size) + " stands instead of " + label(family) + "; give one of them");
     if (isGiven(size))
-        widget.room = {.name = sizeName_, .size = size_};
+        widget.room = {.name = sizeText(size_), .size = size_};
     else if (isGiven(family) || (isGiven(screen) && widgetFamily(widget.room.name)))
         widget.room = readFamily(label(isGiven(family) ? family : screen), isGiven(family) ? family_ : widget.room.name,
                                  options.screen);

@@ -66,7 +66,6 @@ private:
     // What counts only together with others.
     std::string family_;
     Size size_ = {};
-    std::string sizeName_;
     BudgetProfile profile_ = BudgetProfile::usual;
     RenderBudget budget_;
 };

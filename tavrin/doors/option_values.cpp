@@ -14,8 +14,6 @@
 namespace tavrin {
 namespace {
 
-std::string sizeText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
-
 /// What messages say that an option got.
 std::string shown(const OptionValue& value) {
     struct Show {
@@ -80,6 +78,8 @@ std::string shortNumber(double number) {
     return whole ? tavrin::toText(*whole) : tavrin::toText(number);
 }
 
+std::string sizeText(Size size) { return shortNumber(size.width) + "x" + shortNumber(size.height); }
+
 std::vector<std::string> screenWords(std::span<const Size> screens) {
     std::vector<std::string> words;
     std::ranges::transform(screens, std::back_inserter(words), sizeText);
@@ -98,64 +98,62 @@ bool readFlag(std::string_view option, const OptionValue& value) {
     const std::string* const text = textOf(value);
     if (text && (*text == "1" || *text == "true")) return true;
     if (text && (*text == "0" || *text == "false")) return false;
-    fail(option, "true or false", value);
+    fail(option, wanted::flag, value);
 }
 
 std::string readFolder(std::string_view option, const OptionValue& value) {
     const std::string* const text = textOf(value);
-    if (!text || text->empty() || text->find('\0') != std::string::npos) fail(option, "the name of a folder", value);
+    if (!text || text->empty() || text->find('\0') != std::string::npos) fail(option, wanted::folder, value);
     return *text;
 }
 
 Size readSize(std::string_view option, const OptionValue& value) {
-    constexpr std::string_view wanted = "a width and a height such as 338x158";
     if (const Size* const size = std::get_if<Size>(&value)) {
         if (positiveNumber(OptionValue(size->width)) && positiveNumber(OptionValue(size->height))) return *size;
-        fail(option, wanted, value);
+        fail(option, wanted::size, value);
     }
     const std::string_view text = textOf(value) ? std::string_view(*textOf(value)) : std::string_view();
     const std::size_t cross = std::min(text.find('x'), text.size());
     const auto width = positiveNumber(text.substr(0, cross));
     const auto height = positiveNumber(text.substr(std::min(cross + 1, text.size())));
-    if (!width || !height) fail(option, wanted, value);
+    if (!width || !height) fail(option, wanted::size, value);
     return {*width, *height};
 }
 
 double readUpTo100(std::string_view option, const OptionValue& value) {
     const auto number = positiveNumber(value);
-    if (!number || *number > 100) fail(option, "a number above 0 and up to 100", value);
+    if (!number || *number > 100) fail(option, wanted::upTo100, value);
     return *number;
 }
 
 double readSeconds(std::string_view option, const OptionValue& value) {
     const auto seconds = positiveNumber(value);
-    if (!seconds) fail(option, "a positive number of seconds", value);
+    if (!seconds) fail(option, wanted::seconds, value);
     return *seconds;
 }
 
 std::uint64_t readCount(std::string_view option, const OptionValue& value) {
     const auto count = positiveCount(value);
-    if (!count) fail(option, "a positive whole number", value);
+    if (!count) fail(option, wanted::count, value);
     return *count;
 }
 
 int readQuality(std::string_view option, const OptionValue& value) {
     const auto quality = positiveCount(value);
-    if (!quality || *quality > 100) fail(option, "a whole number from 1 to 100", value);
+    if (!quality || *quality > 100) fail(option, wanted::quality, value);
     return static_cast<int>(*quality);
 }
 
 Date readDate(std::string_view option, const OptionValue& value) {
     const Date* const given = std::get_if<Date>(&value);
     const auto date = given ? std::optional(*given) : textOf(value) ? Date::parseRFC3339(*textOf(value)) : std::nullopt;
-    if (!date || !std::isfinite(date->secondsSince1970))
-        fail(option, "a date and time such as 2026-03-01T09:41:00Z", value);
+    if (!date || !std::isfinite(date->secondsSince1970)) fail(option, wanted::moment, value);
     return *date;
 }
 
 TimeZone readTimeZone(std::string_view option, const OptionValue& value) {
     const auto zone = textOf(value) ? TimeZone::named(*textOf(value)) : std::nullopt;
-    if (!zone) fail(option, "the name of a time zone such as Europe/Madrid, CET or GMT+2", value);
+    if (!zone) fail(option, wanted::timeZone, value);
     return *zone;
 }
 
@@ -167,8 +165,7 @@ WidgetBackground readBackground(std::string_view option, const OptionValue& valu
     const char* const end = digits.data() + digits.size();
     unsigned number = 0;
     const auto [stop, error] = std::from_chars(digits.data(), end, number, 16);
-    if (digits.size() != 6 || error != std::errc{} || stop != end)
-        fail(option, "auto, none or a colour of six hexadecimal digits such as #FF9500", value);
+    if (digits.size() != 6 || error != std::errc{} || stop != end) fail(option, wanted::background, value);
     const auto channel = [number](unsigned shift) { return ((number >> shift) & 0xFF) / 255.0; };
     return {WidgetBackground::Kind::color, Color::rgb(channel(16), channel(8), channel(0))};
 }

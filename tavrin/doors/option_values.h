@@ -22,8 +22,24 @@ namespace tavrin {
 /// An option's value as a door has it. A text stands for a value of any kind, since some doors have nothing else.
 using OptionValue = std::variant<bool, double, std::uint64_t, std::string, Size, Date>;
 
+/// What options of some kinds take, in words.
+namespace wanted {
+inline constexpr std::string_view upTo100 = "a number above 0 and up to 100";
+inline constexpr std::string_view seconds = "a positive number of seconds";
+inline constexpr std::string_view count = "a positive whole number";
+inline constexpr std::string_view quality = "a whole number from 1 to 100";
+inline constexpr std::string_view size = "a width and a height such as 338x158";
+inline constexpr std::string_view moment = "a date and time such as 2026-03-01T09:41:00Z";
+inline constexpr std::string_view timeZone = "the name of a time zone such as Europe/Madrid, CET or GMT+2";
+inline constexpr std::string_view background = "auto, none or a colour of six hexadecimal digits such as #FF9500";
+inline constexpr std::string_view folder = "the name of a folder";
+inline constexpr std::string_view flag = "true or false";
+}  // namespace wanted
+
 /// "2", "1.5": as such values are written on the command line.
 [[nodiscard]] std::string shortNumber(double number);
+/// "338x158".
+[[nodiscard]] std::string sizeText(Size size);
 /// "390x844", "375x812".
 [[nodiscard]] std::vector<std::string> screenWords(std::span<const Size> screens);
 
