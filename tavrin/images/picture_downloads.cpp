@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/picture_downloads.h"
+#include "tavrin/images/picture_downloads.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -7,7 +7,7 @@
 
 #include "tavrin/images/image_decoder.h"
 
-namespace tavrin::cli {
+namespace tavrin {
 namespace {
 
 // So many bodies may wait in memory to be written.
@@ -90,4 +90,4 @@ void PictureDownloads::begin(const Try& attempt) {
                                   });
 }
 
-}  // namespace tavrin::cli
+}  // namespace tavrin

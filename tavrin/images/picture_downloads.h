@@ -11,7 +11,7 @@
 
 #include "tavrin/platform/foundation/net/url_session.h"
 
-namespace tavrin::cli {
+namespace tavrin {
 
 /// A picture's bytes, or why there are none.
 struct PictureDownload {
@@ -52,4 +52,4 @@ private:
     std::shared_ptr<Arrivals> arrivals_;
 };
 
-}  // namespace tavrin::cli
+}  // namespace tavrin
