@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Measures the package: what a call costs, what threads gain, whether memory stays: bench.py [PICTURES]
+"""Measures the package: what a call costs, what threads and batches gain, whether memory stays: bench.py [PICTURES]
 
 PICTURES are drawn to see what memory does, by default 100,000. Times that are compared are measured by turns.
 """
@@ -12,7 +12,10 @@ import threading
 import time
 
 sys.path.pop(0)  # where the sources of the package are, which is installed elsewhere
+import pyarrow
+
 import tavrin
+import tavrin.arrow
 
 EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples/agenda"
 OPTIONS = {"date": "2026-11-21T08:05:00Z", "time_zone": "UTC", "rounded": True}
@@ -76,6 +79,26 @@ def gain(document):
           f"({min(ratios):.2f} to {max(ratios):.2f} in seven runs)")
 
 
+def batches(document):
+    """Rows of a batch against the same models in a loop."""
+    text = (EXAMPLE / "document.json").read_text()
+    rows = list(models(1000))
+    batch = pyarrow.record_batch({"model": rows})
+
+    def loop():
+        for model in rows:
+            document.widget(model, **OPTIONS).encode("png")
+
+    def drawn():
+        tavrin.arrow.render(batch, document=text, **OPTIONS)
+
+    loop(), drawn()
+    pairs = [(seconds(loop, 1), seconds(drawn, 1)) for _ in range(7)]
+    ratios = [one / other for one, other in pairs]
+    print(f"a batch draws {len(rows) / min(other for _, other in pairs):.0f} rows a second, "
+          f"{statistics.median(ratios):.2f} times as many as a loop ({min(ratios):.2f} to {max(ratios):.2f} in seven runs)")
+
+
 def resident():
     with open("/proc/self/statm", encoding="ascii") as file:
         return int(file.read().split()[1]) * resource.getpagesize() / 2**20
@@ -94,6 +117,7 @@ def main():
     document = tavrin.Document.open(EXAMPLE / "document.json")
     calls(document)
     gain(document)
+    batches(document)
     memory(document, int(sys.argv[1]) if len(sys.argv) > 1 else 100_000)
 
 
