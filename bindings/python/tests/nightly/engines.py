@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Ray and Spark on this machine: two workers, on the loopback interface, with nothing that reports to others."""
+import contextlib
 import os
 import pathlib
 import shutil
@@ -43,9 +44,16 @@ def wait_for(what, condition, seconds=60):
 class Engine:
     """What tests ask of either."""
 
+    engine = None
+
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tn", dir="/tmp"))  # sockets want short paths
-        self.started = set(descendants())
+        self.before = set(descendants())
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
 
     def stop(self):
         """Ends it, and sees to it that nothing is left."""
@@ -53,28 +61,39 @@ class Engine:
             self.end()
             wait_for("processes to end", lambda: not self.left(), 30)
         finally:
-            for number in self.left():
-                os.kill(number, signal.SIGKILL)
+            self.kill_left()
             shutil.rmtree(self.folder, ignore_errors=True)
 
     def left(self):
-        return set(descendants()) - self.started
+        return set(descendants()) - self.before
+
+    def kill_left(self):
+        for number in self.left():
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(number, signal.SIGKILL)
 
 
 class Ray(Engine):
     name = "ray"
 
-    def __init__(self):
-        super().__init__()
+    def start(self):
         os.environ.update(RAY_USAGE_STATS_ENABLED="0", RAY_worker_niceness="0",
                           RAY_ENABLE_WINDOWS_OR_OSX_CLUSTER="0")  # without which Ray listens for other machines
         import ray
 
-        # A worker keeps its core, and reading wants one, too.
-        ray.init(num_cpus=WORKERS + 1, include_dashboard=False, object_store_memory=300 << 20, log_to_driver=False,
-                 _temp_dir=str(self.folder), logging_level="error")
-        ray.data.DataContext.get_current().enable_progress_bars = False
         self.engine = ray
+        for attempt in range(3):  # Ray gives its own processes fifteen seconds, which are few where much else is done
+            try:
+                # A worker keeps its core, and reading wants one, too.
+                ray.init(num_cpus=WORKERS + 1, include_dashboard=False, object_store_memory=300 << 20,
+                         log_to_driver=False, _temp_dir=str(self.folder), logging_level="error")
+                break
+            except Exception:
+                ray.shutdown()
+                self.kill_left()
+                if attempt == 2:
+                    raise
+        ray.data.DataContext.get_current().enable_progress_bars = False
 
     def end(self):
         self.engine.shutdown()
@@ -92,8 +111,8 @@ class Ray(Engine):
 
     def map(self, dataset, function):
         """Rows as a function of batches makes them, which adds a picture."""
-        return dataset.map_batches(lambda table: pyarrow.Table.from_batches(function(table.to_batches())),
-                                   batch_format="pyarrow", batch_size=256)
+        return dataset.repartition(target_num_rows_per_block=1024).map_batches(
+            lambda table: pyarrow.Table.from_batches(function(table.to_batches())), batch_format="pyarrow", batch_size=256)
 
     def finished(self, dataset):
         """When how many rows were finished."""
@@ -120,8 +139,7 @@ class Ray(Engine):
 class Spark(Engine):
     name = "spark"
 
-    def __init__(self):
-        super().__init__()
+    def start(self):
         os.environ.update(PYSPARK_PYTHON=sys.executable, SPARK_LOCAL_IP="127.0.0.1")
         from pyspark.sql import SparkSession
 
@@ -141,6 +159,8 @@ class Spark(Engine):
         self.engine.sparkContext.setLogLevel("OFF")
 
     def end(self):
+        if self.engine is None:
+            return
         gateway = self.engine.sparkContext._gateway
         self.engine.stop()
         gateway.shutdown()
