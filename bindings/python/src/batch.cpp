@@ -45,7 +45,7 @@ const char* valuesOf(OptionKind kind) {
 }
 
 [[noreturn]] void refuseColumn(const std::string& argument, const char* wanted, nb::handle pair) {
-    const auto type = nb::cast<std::string>(pair[1]);
+    const std::string type(textOf(pair[1], "a type"));
     throw nb::type_error((argument + " takes a column of " + wanted + ", not of " + type).c_str());
 }
 
@@ -67,6 +67,12 @@ ArrowColumn optionColumn(const std::string& name, OptionKind wanted, nb::handle 
     if (column.kind() != Kind::null && !fits(column.kind(), wanted))
         refuseColumn(name + "_column", valuesOf(wanted), pair);
     return column;
+}
+
+/// A row's text, which must not be null: it would be drawn as what nobody meant.
+std::string_view textIn(const ArrowColumn& column, std::size_t row, const std::string& name) {
+    if (const auto text = column.text(row)) return *text;
+    throw OptionError(OptionFault::value, name, name + " takes a JSON text, not null");
 }
 
 }  // namespace
@@ -101,10 +107,12 @@ DrawingOptions Batch::options(std::size_t row) const {
     return reader.options();
 }
 
+std::optional<std::string_view> Batch::model(std::size_t row) const {
+    return models_ ? std::optional(textIn(*models_, row, "model")) : std::nullopt;
+}
+
 OpenDocument Batch::document(std::size_t row, const RenderBudget& budget) const {
-    const auto text = documents_ ? documents_->text(row) : std::optional(document_);
-    if (!text) throw OptionError(OptionFault::value, "document", "document takes a JSON text, not null");
-    return OpenDocuments::shared().find(*text, budget);
+    return OpenDocuments::shared().find(documents_ ? textIn(*documents_, row, "document") : document_, budget);
 }
 
 }  // namespace tavrin::python

@@ -30,9 +30,8 @@ public:
     [[nodiscard]] DrawingOptions options(std::size_t row) const;
     /// Also throws as `OpenDocument` does.
     [[nodiscard]] OpenDocument document(std::size_t row, const RenderBudget& budget) const;
-    [[nodiscard]] std::optional<std::string_view> model(std::size_t row) const {
-        return models_ ? models_->text(row) : std::nullopt;
-    }
+    /// None where rows have no models.
+    [[nodiscard]] std::optional<std::string_view> model(std::size_t row) const;
 
 private:
     struct OptionColumn {

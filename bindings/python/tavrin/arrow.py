@@ -11,7 +11,7 @@
 >>> drawn["picture"][0].as_py()[:4]
 b'\\x89PNG'
 >>> drawn["error"][1]["message"].as_py()
-'there is no value at initServerParam.name'
+'key path not found in model: ["name"]'
 """
 import hashlib
 import os
@@ -43,18 +43,17 @@ def render(batch: pyarrow.RecordBatch, *, document: str | bytes | None = None, d
       (int32), as `tavrin.Error` has them, or null. Where it is not null, the others are.
 
     `document` is the text of one document for all rows, `document_column` names a column of documents instead. `model`
-    names the column of models, JSON texts; a null is no model, and so is each where `model` is None. Documents and
-    models may be of any type of text or binary, dictionaries too. Each option of `tavrin.Options` holds for all rows,
-    or, with `_column` behind its name, is the name of a column whose nulls stand for the option's default.
-    `time_zone` is UTC by default. There must be a `date` or `date_column`, so that a row that is drawn again is the
-    same bytes.
+    names the column of models, JSON texts; without models it is None. Both may be of any type of text or binary,
+    dictionaries too. Each option of `tavrin.Options` holds for all rows, or, with `_column` behind its name, is the
+    name of a column that has each row's; nulls there stand for the option's default. `time_zone` is UTC by default.
+    There must be a `date` or a `date_column` without nulls, so that a row that is drawn again is the same bytes.
 
     Rows are drawn one after the other on the calling thread, each from what differs from the one before, while other
-    threads run. A row that cannot be drawn has an error; it never fails the batch. One that has an option's column
-    ask for what the option does not take has an error of type "UsageError".
+    threads run. A row that cannot be drawn has an error and fails no other. The error is of type "UsageError" where the
+    row's columns are at fault: for a value that an option does not take, and a document, model or date that is null.
 
-    Raises TypeError for an unknown option, one of a wrong type and a column of a type that is not taken, ValueError for
-    a value that an option does not have, a column that the batch does not have, and one that would be added but is there.
+    Raises TypeError for an unknown option, one of a wrong type and a column of a type that is not taken; ValueError for
+    a value that an option does not have, a column that the batch does not have, and one that it has already.
     """
     if "date" not in options and "date_column" not in options:
         raise TypeError("render takes a date or a date_column, so that a row that is drawn again is the same bytes")

@@ -14,7 +14,7 @@ from zoneinfo import ZoneInfo
 from typing import Literal
 
 import numpy
-import pyarrow
+import pyarrow  # type: ignore[import-untyped]
 import tavrin
 import tavrin.arrow
 
@@ -49,7 +49,6 @@ tavrin.arrow.prefetch(batch, document="{}", image_cache_dir=Path("pictures"), fe
 """
 
 BAD = """
-import pyarrow
 import tavrin
 import tavrin.arrow
 
