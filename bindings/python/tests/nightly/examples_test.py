@@ -21,9 +21,13 @@ HOW = {"date": "2026-11-21T03:00:00Z", "time_zone": "Europe/Madrid", "rounded": 
 @pytest.fixture
 def run(tmp_path):
     def run(script, *words):
-        settings = {"RAY_ENABLE_WINDOWS_OR_OSX_CLUSTER": "0", "SPARK_LOCAL_IP": "127.0.0.1", "TMPDIR": "/tmp"}
-        finished = subprocess.run([sys.executable, EXAMPLE / script, *words], cwd=tmp_path, env=os.environ | settings,
-                                  capture_output=True, encoding="utf-8", timeout=200, check=False)
+        settings = {"RAY_ENABLE_WINDOWS_OR_OSX_CLUSTER": "0", "RAY_worker_niceness": "0", "SPARK_LOCAL_IP": "127.0.0.1",
+                    "TMPDIR": "/tmp"}
+        for _ in range(3):
+            finished = subprocess.run([sys.executable, EXAMPLE / script, *words], cwd=tmp_path, env=os.environ | settings,
+                                      capture_output=True, encoding="utf-8", timeout=200, check=False)
+            if "timed out during startup" not in finished.stderr:  # of Ray, on a machine that does much else
+                break
         assert finished.returncode == 0, finished.stderr
         return finished.stdout
 
