@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <sys/mman.h>
 #include <utility>
 
 #include "tavrin/platform/foundation/strings/utf8.h"
@@ -14,22 +15,44 @@ namespace nb = nanobind;
 
 namespace tavrin::python {
 
-void ArrowBuffer::Free::operator()(std::uint8_t* bytes) const { std::free(bytes); }
+void FreeBlock::operator()(std::uint8_t* bytes) const {
+    if (mapped > 0)
+        ::munmap(bytes, mapped);
+    else
+        std::free(bytes);
+}
 
 void ArrowBuffer::append(const void* bytes, std::size_t count) {
+    constexpr std::size_t least = 64;
     if (count == 0) return;
-    if (count > capacity_ - size_) {
-        constexpr std::size_t least = 64;
-        const std::size_t capacity = std::max({size_ + count, 2 * capacity_, least});
-        // A large block moves without its bytes being copied.
-        void* const moved = std::realloc(bytes_.get(), capacity);
-        if (moved == nullptr) throw std::bad_alloc();
-        static_cast<void>(bytes_.release());
-        bytes_.reset(static_cast<std::uint8_t*>(moved));
-        capacity_ = capacity;
-    }
+    if (count > capacity_ - size_) grow(std::max({size_ + count, 2 * capacity_, least}));
     std::memcpy(bytes_.get() + size_, bytes, count);
     size_ += count;
+}
+
+void ArrowBuffer::grow(std::size_t capacity) {
+    constexpr std::size_t leastMapped = std::size_t{4} << 20;
+    void* moved = nullptr;
+    if (capacity < leastMapped) {
+        moved = std::realloc(bytes_.get(), capacity);
+        if (moved == nullptr) throw std::bad_alloc();
+        static_cast<void>(bytes_.release());
+        bytes_ = {static_cast<std::uint8_t*>(moved), FreeBlock{}};
+    } else {
+        // What is mapped grows without a copy, and in large pages: looking at every small one for the first time would
+        // be most of what a large buffer costs.
+        const std::size_t mapped = bytes_.get_deleter().mapped;
+        moved = mapped > 0 ? ::mremap(bytes_.get(), mapped, capacity, MREMAP_MAYMOVE)
+                           : ::mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (moved == MAP_FAILED) throw std::bad_alloc();
+        ::madvise(moved, capacity, MADV_HUGEPAGE);
+        if (mapped > 0)
+            static_cast<void>(bytes_.release());
+        else if (size_ > 0)
+            std::memcpy(moved, bytes_.get(), size_);
+        bytes_ = {static_cast<std::uint8_t*>(moved), FreeBlock{capacity}};
+    }
+    capacity_ = capacity;
 }
 
 ArrowField ArrowField::numbers(std::string name, std::string format, std::size_t width) {

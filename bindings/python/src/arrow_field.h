@@ -15,6 +15,12 @@
 
 namespace tavrin::python {
 
+/// Gives back a block of memory: large ones are mapped by themselves.
+struct FreeBlock {
+    std::size_t mapped = 0;
+    void operator()(std::uint8_t* bytes) const;
+};
+
 /// Bytes that grow at their end, and in the end are a column's buffer as they are.
 class ArrowBuffer {
 public:
@@ -24,10 +30,9 @@ public:
     [[nodiscard]] const void* data() const { return bytes_.get(); }
 
 private:
-    struct Free {
-        void operator()(std::uint8_t* bytes) const;
-    };
-    std::unique_ptr<std::uint8_t, Free> bytes_;
+    void grow(std::size_t capacity);
+
+    std::unique_ptr<std::uint8_t, FreeBlock> bytes_;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
 };
