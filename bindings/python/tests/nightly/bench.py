@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Measures drawing on Ray and Spark on this machine: bench.py [ROWS [ENGINE...]]
 
-ROWS, by default 100,000, are drawn by each ENGINE (ray, spark): the agenda, medium, three pixels for each point, the
+ROWS, by default 100,000, at least 4,000, are drawn by each ENGINE (ray, spark): the agenda, medium, three pixels for each point, the
 texts of its events another for every row. What single processes draw is measured first, and once more in the end.
 """
 import functools
@@ -142,6 +142,8 @@ def write_shards(file, out):
 
 def main():
     rows = int(sys.argv[1]) if len(sys.argv) > 1 else 100_000
+    if rows < 4000:
+        sys.exit("bench.py: fewer than 4000 rows are drawn before there is anything to measure")
     names = sys.argv[2:] or ["ray", "spark"]
     manager = multiprocessing.Manager()
     with tempfile.TemporaryDirectory() as scratch:
