@@ -78,6 +78,9 @@ std::span<const VerbInfo> verbs() {
         {"preview", "[DIR] [options]", "Show a folder's documents in the browser and draw them while they are edited",
          "  tavrin preview widgets                                prints the address to open\n"
          "  tavrin preview widgets --port 8080"},
+        {"sign", "PATH... --key-file FILE [options]", "Print paths with the signature that a server of pictures wants",
+         "  tavrin sign '/v1/widgets/weather.png?family=systemSmall' --key-file keys\n"
+         "  tavrin sign /v1/widgets/weather.png --key-file keys --expires 2026-12-01T00:00:00Z"},
         {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
@@ -108,7 +111,7 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet shown = laidOut.with(Verb::preview);
     static constexpr VerbSet budgeted = loaded.with(Verb::preview);
     static constexpr VerbSet every =
-        loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
+        loaded.with(Verb::schema).with(Verb::preview).with(Verb::sign).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> all{
         {"--output", "OUT", onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
@@ -198,6 +201,12 @@ const std::vector<OptionInfo>& options() {
         shared(OptionName::compression, "fast|balanced|small", onlyRender),
         shared(OptionName::quality, "N", onlyRender, {}, Completes::words, listOf({"75", "85", "95"})),
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
+        {"--key-file", "FILE", VerbSet(Verb::sign),
+         "The keys, one a line, of which the first signs and each is accepted; \"-\" is standard input",
+         Completes::file},
+        {"--expires", "WHEN", VerbSet(Verb::sign),
+         "When the address ceases to hold: a date and time such as 2026-12-01T00:00:00Z, or seconds since 1970 "
+         "(never)"},
         {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "
          "json` does",
