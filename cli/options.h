@@ -26,6 +26,7 @@ enum class Verb : unsigned char {
     fetch,
     schema,
     preview,
+    serve,
     sign,
     completion,
     help

@@ -60,6 +60,7 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         preview(command);
         return 0;
     }
+    if (command.verb == Verb::serve) return serve(command);
     removeTemporaryFilesOnSignals();
     if (command.find("--jsonl")) return run(readStreamArguments(command));
     return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));
