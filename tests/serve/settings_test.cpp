@@ -142,6 +142,30 @@ TEST(ServeSettings, OfTheFileThatTheEnvironmentNames) {
     EXPECT_EQ(settingsOf({}, {{"TAVRIN_CONFIG", config.path()}}).queue, 5U);
 }
 
+/// The file that is installed says all defaults behind "#".
+TEST(ServeSettings, OfThePackageAreTaken) {
+    std::ifstream file(TAVRIN_SOURCE_DIR "/packaging/serve.toml");
+    std::string text;
+    int settings = 0;
+    for (std::string line; std::getline(file, line);) {
+        const bool isSetting = line.size() > 1 && line[0] == '#' && std::islower(static_cast<unsigned char>(line[1]));
+        settings += isSetting ? 1 : 0;
+        if (!line.starts_with("#image-cache-dir")) text += (isSetting ? line.substr(1) : line) + "\n";
+    }
+    EXPECT_GE(settings, 15);
+    const ServeSettings read = settingsOf({}, {}, text);
+    const ServeSettings usual = settingsOf({});
+    EXPECT_EQ(read.listen, usual.listen);
+    EXPECT_EQ(read.queue, usual.queue);
+    EXPECT_EQ(read.maxBodyBytes, usual.maxBodyBytes);
+    EXPECT_EQ(read.timeLimit, usual.timeLimit);
+    EXPECT_EQ(read.cacheBytes, usual.cacheBytes);
+    EXPECT_EQ(read.opensPost, usual.opensPost);
+    EXPECT_EQ(read.drawing.widget.fetchPolicy, usual.drawing.widget.fetchPolicy);
+    EXPECT_EQ(read.drawing.widget.scale, usual.drawing.widget.scale);
+    EXPECT_EQ(read.drawing.widget.budget.bytes, usual.drawing.widget.budget.bytes);
+}
+
 TEST(ServeSettings, AreRefused) {
     const struct {
         const char* why;
