@@ -18,6 +18,7 @@ namespace tavrin::cli {
 namespace {
 
 constexpr std::string_view jsonType = "application/json";
+constexpr std::string_view schemaType = "application/schema+json";
 constexpr std::string_view problemType = "application/problem+json";
 
 /// A failure that is answered with a problem.
@@ -90,8 +91,10 @@ private:
         out_.key(method).beginObject().key("operationId").value(id).key("summary").value(info.summary);
         if (info.method == "POST") {
             out_.key("requestBody").beginObject().key("required").value(true);
-            writeContent(jsonType, "Drawing");
-            out_.endObject();
+            out_.key("content").beginObject().key(jsonType).beginObject();
+            reference("schema", "schemas/Drawing");
+            writeDrawingExample();
+            out_.endObject().endObject().endObject();
         }
         out_.key("responses").beginObject();
         writeSuccess(info.route, method == "head");
@@ -100,6 +103,16 @@ private:
             reference(toText(status), "responses/Problem" + toText(status));
         if (info.route == Route::ready) reference("503", "responses/Problem503");
         out_.endObject().endObject();
+    }
+
+    void writeDrawingExample() {
+        out_.key("example").beginObject();
+        out_.key("document").beginObject().key("version").value("1.0").key("nodes").beginObject();
+        out_.key("main").beginObject().key("type").value("text").key("content").value("{{initServerParam.greeting}}");
+        out_.endObject().endObject().endObject();
+        out_.key("model").beginObject().key("greeting").value("Hello").endObject();
+        out_.key("options").beginObject().key("family").value("systemSmall").key("scale").value(2).endObject();
+        out_.endObject();
     }
 
     void writeSuccess(Route route, bool isHead) {
@@ -122,7 +135,7 @@ private:
                 break;
             default:
                 out_.key("description").value("A JSON text");
-                out_.key("content").beginObject().key(jsonType).beginObject();
+                out_.key("content").beginObject().key(route == Route::schema ? schemaType : jsonType).beginObject();
                 out_.key("schema").beginObject().key("type").value("object").endObject();
                 out_.endObject().endObject();
         }
@@ -150,7 +163,8 @@ private:
     void writeWidgetParameters() {
         out_.key("parameters").beginArray();
         beginParameter("name", "path", "The document's file without .json");
-        out_.key("type").value("string").key("pattern").value("^[A-Za-z0-9_-]+$").endObject().endObject();
+        out_.key("type").value("string").key("pattern").value("^[A-Za-z0-9_-]+$").endObject();
+        out_.key("example").value("weather").endObject();
         beginParameter("extension", "path", "How the picture is written");
         writeWords(pictureFormatWords);
         out_.endObject().endObject();
