@@ -4,9 +4,9 @@
 #include <chrono>
 #include <vector>
 
+#include "cli/http/http_server.h"
 #include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
-#include "cli/preview/http_server.h"
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/http_server.h"
+#include "cli/http/http_server.h"
 
 #include <array>
 #include <atomic>

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "cli/file_descriptor.h"
-#include "cli/preview/http_server.h"
+#include "cli/http/http_server.h"
 
 namespace tavrin::cli {
 

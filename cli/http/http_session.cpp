@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/http_session.h"
+#include "cli/http/http_session.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,7 +11,7 @@
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
 
-#include "cli/preview/http_status.h"
+#include "cli/http/http_status.h"
 #include "cli/preview/response_headers.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 
@@ -24,7 +24,7 @@ using boost::asio::ip::tcp;
 
 constexpr std::uint64_t maximumBody = std::uint64_t{16} << 20;
 constexpr std::uint32_t maximumHead = 16 << 10;
-constexpr std::size_t firstBytes = 4096;
+constexpr std::size_t firstPart = 4096;
 constexpr std::chrono::seconds headPatience{5};
 constexpr std::chrono::seconds bodyPatience{30};  // also for answers: the port may be forwarded over a slow line
 constexpr std::chrono::seconds betweenRequests{30};
@@ -63,7 +63,7 @@ void HTTPSession::waitForRequest(std::chrono::seconds time) {
     if (buffer_.size() > 0) return readHead();
     if (hasEnded_) return close();
     stream_.expires_after(time);
-    stream_.async_read_some(buffer_.prepare(firstBytes),
+    stream_.async_read_some(buffer_.prepare(firstPart),
                             [self = shared_from_this()](beast::error_code error, std::size_t count) {
                                 if (error) return self->close();
                                 self->buffer_.commit(count);
@@ -123,7 +123,7 @@ void HTTPSession::take() {
 void HTTPSession::watch() {
     if (hasEnded_ || buffer_.size() > maximumAhead) return;
     isWatching_ = true;
-    stream_.async_read_some(buffer_.prepare(firstBytes),
+    stream_.async_read_some(buffer_.prepare(firstPart),
                             [self = shared_from_this()](beast::error_code error, std::size_t count) {
                                 self->isWatching_ = false;
                                 self->buffer_.commit(count);

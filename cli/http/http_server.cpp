@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/http_server.h"
+#include "cli/http/http_server.h"
 
 #include <algorithm>
 #include <atomic>
@@ -19,9 +19,9 @@
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/thread_pool.hpp>
 
+#include "cli/http/http_session.h"
+#include "cli/http/http_status.h"
 #include "cli/io_error.h"
-#include "cli/preview/http_session.h"
-#include "cli/preview/http_status.h"
 #include "cli/preview/request_guard.h"
 #include "cli/preview/secret.h"
 #include "tavrin/platform/foundation/strings/number_text.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 

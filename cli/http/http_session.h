@@ -17,7 +17,7 @@
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
 
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 
