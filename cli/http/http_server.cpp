@@ -3,105 +3,114 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
-#include <csignal>
-#include <cstddef>
-#include <exception>
-#include <string>
-#include <thread>
+#include <list>
+#include <sys/socket.h>
 #include <utility>
-#include <vector>
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <boost/asio/thread_pool.hpp>
 
 #include "cli/http/http_session.h"
-#include "cli/http/http_status.h"
 #include "cli/io_error.h"
-#include "cli/preview/request_guard.h"
-#include "cli/preview/secret.h"
-#include "tavrin/platform/foundation/strings/number_text.h"
 
 namespace tavrin::cli {
 namespace {
 
 namespace asio = boost::asio;
 using asio::ip::tcp;
+using Acceptor = asio::basic_socket_acceptor<tcp, asio::io_context::executor_type>;
 
-constexpr std::size_t maximumSessions = 64;
-constexpr std::size_t maximumListeners = 16;
 constexpr std::chrono::milliseconds pauseAfterFailure{100};
-constexpr std::size_t maximumBodies = std::size_t{64} << 20;
-constexpr std::size_t shortThreads = 2;
-constexpr std::chrono::seconds untilRelease{1};
+/// How long requests that were sent before their sender could know of the end may still be on their way.
+constexpr std::chrono::milliseconds drainGrace{250};
 
-std::size_t longThreads() { return std::clamp(std::thread::hardware_concurrency(), 2U, 4U); }
-
-HTTPResponse answerTo(const HTTPRequest& request, const HTTPServer::Handler& handler) {
-    try {
-        return handler(request);
-    } catch (const std::exception& error) {
-        return HTTPResponse::failure(http_status::internalError, error.what());
-    } catch (...) {
-        return HTTPResponse::failure(http_status::internalError, "an unknown error");
-    }
+std::string addressText(const tcp::endpoint& endpoint) {
+    const std::string address = endpoint.address().to_string();
+    return (endpoint.address().is_v6() ? "[" + address + "]" : address) + ":" + std::to_string(endpoint.port());
 }
 
 }  // namespace
 
 class HTTPServer::Connections : public HTTPSessionHost {
 public:
-    explicit Connections(std::uint16_t port) : acceptor_(context_) {
+    Connections(HTTPService& service, const HTTPLimits& limits) : service_(service), limits_(limits) {}
+
+    ~Connections() override { closeAll(); }
+
+    void listen(const std::string& address, std::uint16_t port) {
+        boost::system::error_code error;
+        const tcp::endpoint endpoint(asio::ip::make_address(address, error), port);
+        if (error) throw IOError("cannot listen on '" + address + "': it is no numeric address");
         try {
-            acceptor_.open(tcp::v4());
-            acceptor_.set_option(tcp::acceptor::reuse_address(true));
-            acceptor_.bind({asio::ip::address_v4::loopback(), port});
-            acceptor_.listen();
-        } catch (const boost::system::system_error& error) {
-            throw IOError("cannot listen on port " + tavrin::toText(std::int64_t{port}), error.code().value());
+            Acceptor& acceptor = acceptors_.emplace_back(context_);
+            acceptor.open(endpoint.protocol());
+            acceptor.set_option(tcp::acceptor::reuse_address(true));
+            acceptor.bind(endpoint);
+            acceptor.listen();
+        } catch (const boost::system::system_error& failure) {
+            throw IOError("cannot listen on " + addressText(endpoint), failure.code().value());
         }
     }
 
-    [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
+    void listenOn(int descriptor) {
+        int isListening = 0;
+        socklen_t size = sizeof isListening;
+        sockaddr_storage address{};
+        socklen_t addressSize = sizeof address;
+        // NOLINTNEXTLINE: the interface of sockets
+        const int known = ::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &addressSize);
+        if (::getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &isListening, &size) != 0 || known != 0)
+            throw IOError("cannot listen on the socket that was handed over", errno);
+        const bool isTCP = address.ss_family == AF_INET || address.ss_family == AF_INET6;
+        if (isListening == 0 || !isTCP) throw IOError("the socket that was handed over is no listening TCP socket");
+        acceptors_.emplace_back(context_, address.ss_family == AF_INET ? tcp::v4() : tcp::v6(), descriptor);
+    }
+
+    [[nodiscard]] std::uint16_t port() const { return acceptors_.front().local_endpoint().port(); }
+    [[nodiscard]] std::vector<std::string> addresses() const {
+        std::vector<std::string> texts;
+        for (const Acceptor& acceptor : acceptors_)
+            texts.push_back("http://" + addressText(acceptor.local_endpoint()) + "/");
+        return texts;
+    }
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
-    [[nodiscard]] std::string address() const {
-        return "http://127.0.0.1:" + tavrin::toText(std::int64_t{port()}) + "/" + secret_ + "/";
+    [[nodiscard]] std::size_t connectionCount() const { return sessionCount_; }
+
+    void onSignals(const std::vector<int>& signals, std::function<bool(int)> act) {
+        asio::signal_set& set = signals_.emplace_back(context_);
+        for (const int signal : signals) set.add(signal);
+        awaitSignal(set, std::move(act));
+    }
+
+    void run() {
+        for (Acceptor& acceptor : acceptors_) accept(acceptor);
+        context_.run();
+        closeAll();
     }
 
     void stop() {
         asio::post(context_, [this] {
-            for (HTTPSession* const session : sessions_) session->cancel();
+            closeAll();
             context_.stop();
         });
     }
 
-    void stopOnSignals(std::function<void()> stopping) {
-        signals_.add(SIGINT);
-        signals_.add(SIGTERM);
-        signals_.async_wait([this, stopping = std::move(stopping)](boost::system::error_code error, int) {
-            if (error) return;
-            signals_.clear();
-            stopping();
-            stop();
+    void drain() {
+        asio::post(context_, [this] {
+            if (isDraining_) return;
+            isDraining_ = true;
+            for (Acceptor& acceptor : acceptors_) {
+                acceptAllWaiting(acceptor);
+                acceptor.close();
+            }
+            pause_.expires_after(drainGrace);
+            pause_.async_wait([this](boost::system::error_code) { closeIdle(); });
         });
-    }
-
-    void run(Handler handler, Judge takesLong, Release release) {
-        handler_ = std::move(handler);
-        takesLong_ = std::move(takesLong);
-        release_ = std::move(release);
-        auto moreToCome = asio::make_work_guard(longOnes_);
-        std::vector<std::thread> threads(longThreads());
-        for (std::thread& thread : threads) thread = std::thread([this] { workLong(); });
-        accept();
-        context_.run();
-        moreToCome.reset();
-        for (std::thread& thread : threads) thread.join();
-        shortOnes_.join();
     }
 
     void broadcast(std::string json) {
@@ -112,29 +121,12 @@ public:
         });
     }
 
-    void handle(std::shared_ptr<HTTPSession> session, HTTPRequest request) override {
-        const bool isLong = takesLong_(request);
-        auto work = [this, isLong, session = std::move(session), request = std::move(request)]() mutable {
-            HTTPResponse response;
-            if (!isLong || !request.cancel.isCancelled()) response = answerTo(request, handler_);
-            request = {};  // before its share of the bodies is given back
-            // Sessions belong to the other thread, the last reference too.
-            asio::post(context_, [session = std::move(session), response = std::move(response)]() mutable {
-                session->answer(std::move(response));
-            });
-        };
-        if (isLong)
-            asio::post(longOnes_, std::move(work));
-        else
-            asio::post(shortOnes_, std::move(work));
-    }
-
-    std::optional<HTTPResponse> refusal(HTTPRequest& request) override {
-        return cli::refusal(request, port(), secret_);
-    }
+    [[nodiscard]] const HTTPLimits& limits() const override { return limits_; }
+    [[nodiscard]] HTTPService& service() override { return service_; }
+    [[nodiscard]] bool isDraining() const override { return isDraining_; }
 
     bool takeShare(std::size_t bytes) override {
-        if (bytes > maximumBodies - bodies_) return false;
+        if (bytes > limits_.bodies - bodies_) return false;
         bodies_ += bytes;
         return true;
     }
@@ -142,7 +134,7 @@ public:
     void giveShareBack(std::size_t bytes) override { bodies_ -= bytes; }
 
     void listens(const std::shared_ptr<HTTPSession>& session) override {
-        if (listeners_.size() == maximumListeners) {
+        if (listeners_.size() == limits_.listeners) {
             if (const auto oldest = listeners_.front().lock()) oldest->close();
             listeners_.erase(listeners_.begin());
         }
@@ -150,38 +142,62 @@ public:
         listenerCount_ = listeners_.size();
     }
 
-    void begun(HTTPSession& session) override { sessions_.push_back(&session); }
+    void begun(HTTPSession& session) override {
+        sessions_.push_back(&session);
+        sessionCount_ = sessions_.size();
+    }
 
     void ended(HTTPSession& session) override {
         std::erase(sessions_, &session);
+        sessionCount_ = sessions_.size();
         std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
         listenerCount_ = listeners_.size();
+        if (hasClosedIdle_ && sessions_.empty()) context_.stop();
     }
 
 private:
-    /// Does what takes long until there is none and none will come.
-    void workLong() {
-        while (!longOnes_.stopped())
-            if (longOnes_.run_one_for(untilRelease) == 0 && !hasListeners()) release_();
-        release_();
-    }
-
-    void accept() {
-        acceptor_.async_accept([this](boost::system::error_code error, tcp::socket socket) {
-            if (error) return acceptLater();
-            if (sessions_.size() < maximumSessions || closeOldestIdle()) {
-                socket.set_option(tcp::no_delay(true), error);
-                std::make_shared<HTTPSession>(std::move(socket), *this)->start();
-            }
-            accept();
+    void awaitSignal(asio::signal_set& set, std::function<bool(int)> act) {
+        set.async_wait([this, &set, act = std::move(act)](boost::system::error_code error, int signal) mutable {
+            if (error) return;
+            if (act(signal)) return awaitSignal(set, std::move(act));
+            set.clear();
         });
     }
 
+    void accept(Acceptor& acceptor) {
+        acceptor.async_accept(context_, [this, &acceptor](boost::system::error_code error, tcp::socket socket) {
+            if (!acceptor.is_open()) return;
+            if (error) return acceptLater(acceptor);
+            begin(std::move(socket));
+            accept(acceptor);
+        });
+    }
+
+    void begin(tcp::socket socket) {
+        if (sessions_.size() >= limits_.connections && !closeOldestIdle()) return;
+        boost::system::error_code ignored;
+        socket.set_option(tcp::no_delay(true), ignored);
+        std::make_shared<HTTPSession>(std::move(socket), *this)->start();
+    }
+
     /// Where there is no room for another connection even in the process, asking again at once would not help.
-    void acceptLater() {
+    void acceptLater(Acceptor& acceptor) {
         closeOldestIdle();
         pause_.expires_after(pauseAfterFailure);
-        pause_.async_wait([this](boost::system::error_code) { accept(); });
+        pause_.async_wait([this, &acceptor](boost::system::error_code) {
+            if (acceptor.is_open()) accept(acceptor);
+        });
+    }
+
+    /// Who was let in by the system is not turned away by the end.
+    void acceptAllWaiting(Acceptor& acceptor) {
+        boost::system::error_code error;
+        acceptor.non_blocking(true, error);
+        for (std::size_t count = 0; count < limits_.connections && !error; ++count) {
+            tcp::socket socket(context_);
+            acceptor.accept(socket, error);
+            if (!error) begin(std::move(socket));
+        }
     }
 
     /// Makes room for a new connection. False where every other one is busy.
@@ -195,34 +211,56 @@ private:
         return oldest != nullptr;
     }
 
+    void closeIdle() {
+        hasClosedIdle_ = true;
+        closeWhere([](const HTTPSession& session) { return session.isBetweenRequests(); });
+        if (sessions_.empty()) context_.stop();
+    }
+
+    void closeAll() {
+        closeWhere([](const HTTPSession&) { return true; });
+    }
+
+    template <class Condition>
+    void closeWhere(const Condition& condition) {
+        std::vector<std::shared_ptr<HTTPSession>> closed;  // one that is closed may leave the list
+        for (HTTPSession* const session : sessions_)
+            if (condition(*session)) closed.push_back(session->shared_from_this());
+        for (const auto& session : closed) session->close();
+    }
+
+    HTTPService& service_;
+    const HTTPLimits limits_;
     // Sessions stand in the context's queue and call this object when they end, so all they use stands above it.
     std::vector<HTTPSession*> sessions_;
+    std::atomic<std::size_t> sessionCount_ = 0;
     std::vector<std::weak_ptr<HTTPSession>> listeners_;
     std::atomic<std::size_t> listenerCount_ = 0;
     std::size_t bodies_ = 0;
-    const std::string secret_ = newSecret();
-    Handler handler_;
-    Judge takesLong_;
-    Release release_;
+    bool isDraining_ = false;
+    bool hasClosedIdle_ = false;
     asio::io_context context_{1};
-    tcp::acceptor acceptor_;
-    asio::signal_set signals_{context_};
+    std::list<Acceptor> acceptors_;
+    std::list<asio::signal_set> signals_;
     asio::steady_timer pause_{context_};
-    asio::thread_pool shortOnes_{shortThreads};
-    asio::io_context longOnes_;
 };
 
-HTTPServer::HTTPServer(std::uint16_t port) : connections_(std::make_unique<Connections>(port)) {}
+HTTPServer::HTTPServer(HTTPService& service, const HTTPLimits& limits)
+    : connections_(std::make_unique<Connections>(service, limits)) {}
 HTTPServer::~HTTPServer() = default;
 
+void HTTPServer::listen(const std::string& address, std::uint16_t port) { connections_->listen(address, port); }
+void HTTPServer::listenOn(int descriptor) { connections_->listenOn(descriptor); }
 std::uint16_t HTTPServer::port() const { return connections_->port(); }
-std::string HTTPServer::address() const { return connections_->address(); }
-void HTTPServer::stopOnSignals(std::function<void()> stopping) { connections_->stopOnSignals(std::move(stopping)); }
-void HTTPServer::run(Handler handler, Judge takesLong, Release release) {
-    connections_->run(std::move(handler), std::move(takesLong), std::move(release));
+std::vector<std::string> HTTPServer::addresses() const { return connections_->addresses(); }
+void HTTPServer::onSignals(const std::vector<int>& signals, std::function<bool(int)> act) {
+    connections_->onSignals(signals, std::move(act));
 }
+void HTTPServer::run() { connections_->run(); }
 void HTTPServer::stop() { connections_->stop(); }
+void HTTPServer::drain() { connections_->drain(); }
 void HTTPServer::broadcast(std::string json) { connections_->broadcast(std::move(json)); }
 bool HTTPServer::hasListeners() const { return connections_->hasListeners(); }
+std::size_t HTTPServer::connectionCount() const { return connections_->connectionCount(); }
 
 }  // namespace tavrin::cli

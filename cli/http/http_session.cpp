@@ -9,10 +9,12 @@
 #include <utility>
 
 #include <boost/asio/buffer.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
+#include <boost/beast/core/string.hpp>
 
+#include "cli/http/http_answer_head.h"
 #include "cli/http/http_status.h"
-#include "cli/preview/response_headers.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 
 namespace tavrin::cli {
@@ -22,30 +24,40 @@ namespace beast = boost::beast;
 namespace http = boost::beast::http;
 using boost::asio::ip::tcp;
 
-constexpr std::uint64_t maximumBody = std::uint64_t{16} << 20;
-constexpr std::uint32_t maximumHead = 16 << 10;
 constexpr std::size_t firstPart = 4096;
-constexpr std::chrono::seconds headPatience{5};
-constexpr std::chrono::seconds bodyPatience{30};  // also for answers: the port may be forwarded over a slow line
-constexpr std::chrono::seconds betweenRequests{30};
 constexpr std::chrono::milliseconds resetPatience{200};
 constexpr std::size_t maximumUnsent = 256;
+constexpr std::string_view interim = "HTTP/1.1 100 Continue\r\n\r\n";
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
+
+std::string_view viewOf(const beast::flat_buffer& buffer) {
+    return {static_cast<const char*>(buffer.data().data()), buffer.size()};
+}
 
 /// Without its body.
 HTTPRequest requestOf(const http::request<http::string_body>& message) {
     HTTPRequest request;
     request.method = message.method() == http::verb::head ? "GET" : text(message.method_string());
-    const std::string target = text(message.target());
+    request.target = text(message.target());
+    const std::string_view target = request.target;
     const std::size_t mark = std::min(target.find('?'), target.size());
-    request.path = percentDecoded(std::string_view(target).substr(0, mark));
+    request.path = percentDecoded(target.substr(0, mark));
     if (mark < target.size()) request.query = target.substr(mark + 1);
     request.host = text(message[http::field::host]);
     request.origin = text(message[http::field::origin]);
     request.fetchSite = text(message["Sec-Fetch-Site"]);
     request.contentType = text(message[http::field::content_type]);
+    request.contentEncoding = text(message[http::field::content_encoding]);
+    request.ifNoneMatch = text(message[http::field::if_none_match]);
     return request;
+}
+
+HTTPRecord recordOf(const http::request<http::string_body>& message) {
+    const std::string target = text(message.target());
+    return {.method = text(message.method_string()),
+            .path = target.substr(0, target.find('?')),
+            .traceparent = text(message["traceparent"])};
 }
 
 /// Whether the other side can still be told, unlike when the connection itself failed or ended.
@@ -56,7 +68,7 @@ bool isAboutMessage(beast::error_code error) {
 
 }  // namespace
 
-void HTTPSession::start() { waitForRequest(headPatience); }
+void HTTPSession::start() { waitForRequest(host_.limits().headTime); }
 
 void HTTPSession::waitForRequest(std::chrono::seconds time) {
     idleSince_ = Clock::now();
@@ -73,35 +85,76 @@ void HTTPSession::waitForRequest(std::chrono::seconds time) {
 
 void HTTPSession::readHead() {
     parser_.emplace();
-    parser_->body_limit(maximumBody);
-    parser_->header_limit(maximumHead);
+    parser_->body_limit(host_.limits().body);
+    parser_->header_limit(static_cast<std::uint32_t>(host_.limits().head));
     isHead_ = false;
-    stream_.expires_after(headPatience);
-    http::async_read_header(stream_, buffer_, *parser_,
-                            [self = shared_from_this()](beast::error_code error, std::size_t) {
-                                error ? self->refuseBroken(error) : self->takeHead();
+    goesOn_ = true;
+    record_.emplace();
+    begin_ = Clock::now();
+    searched_ = 0;
+    stream_.expires_after(host_.limits().headTime);
+    lookForHead();
+}
+
+void HTTPSession::lookForHead() {
+    const std::string_view bytes = viewOf(buffer_);
+    const HeadEnd end = findHeadEnd(bytes, searched_);
+    if (end.isBroken) return refuse(HTTPFault{http_status::badRequest, "a line of a request ends with CR and LF"});
+    if (end.isWhole) return takeHead(end.searched);
+    searched_ = end.searched;
+    if (bytes.size() > host_.limits().head) return refuse(tooLongFault(bytes, host_.limits()));
+    if (hasEnded_) return close();
+    readMoreOfHead();
+}
+
+void HTTPSession::readMoreOfHead() {
+    stream_.async_read_some(buffer_.prepare(firstPart),
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                if (error) return self->close();
+                                self->buffer_.commit(count);
+                                self->lookForHead();
                             });
 }
 
-void HTTPSession::takeHead() {
+void HTTPSession::takeHead(std::size_t size) {
+    const std::string_view head = viewOf(buffer_).substr(0, size);
+    if (const auto fault = headFault(head, host_.limits())) return refuse(*fault);
+    beast::error_code error;
+    const std::size_t taken = parser_->put(boost::asio::buffer(head.data(), head.size()), error);
+    if (error || !parser_->is_header_done()) return refuseBroken(error ? error : http::error::bad_value);
+    buffer_.consume(taken);
     const auto& message = parser_->get();
-    goesOn_ = message.keep_alive();
+    goesOn_ = message.version() >= 11 && message.keep_alive();
     isHead_ = message.method() == http::verb::head;
-    if (message.count(http::field::host) > 1)
-        return refuse(HTTPResponse::failure(http_status::badRequest, "a request names one Host"));
+    record_ = recordOf(message);
+    begin_ = Clock::now();
     request_ = requestOf(message);
-    if (auto refused = host_.refusal(request_)) return refuse(*std::move(refused));
+    if (host_.isDraining()) return refuse(HTTPFault{http_status::unavailable, "the server is ending"});
+    if (auto refused = host_.service().refusal(request_)) return refuse(*std::move(refused));
     // A body whose length is not declared may become as long as any.
-    const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(maximumBody);
+    const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(host_.limits().body);
+    if (length > host_.limits().body)
+        return refuse(HTTPFault{http_status::tooLarge, "the request's body is too large"});
     if (!host_.takeShare(length))
-        return refuse(HTTPResponse::failure(http_status::unavailable,
-                                            "too much is being sent to the preview at once; try again in a moment"));
+        return refuse(HTTPFault{http_status::unavailable, "too much is being sent at once; try again in a moment"});
     share_ = length;
-    readBody();
+    welcomeBody();
+}
+
+/// Some send their body only once they are told to.
+void HTTPSession::welcomeBody() {
+    const auto& message = parser_->get();
+    const bool isAsked = beast::iequals(message[http::field::expect], "100-continue") && message.version() >= 11;
+    if (!isAsked || parser_->is_done() || buffer_.size() > 0) return readBody();
+    stream_.expires_after(host_.limits().bodyTime);
+    boost::asio::async_write(stream_, boost::asio::buffer(interim),
+                             [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                 error ? self->close() : self->readBody();
+                             });
 }
 
 void HTTPSession::readBody() {
-    stream_.expires_after(bodyPatience);
+    stream_.expires_after(host_.limits().bodyTime);
     http::async_read(stream_, buffer_, *parser_, [self = shared_from_this()](beast::error_code error, std::size_t) {
         error ? self->refuseBroken(error) : self->take();
     });
@@ -112,10 +165,17 @@ void HTTPSession::take() {
     request_.body = std::move(parser_->get().body());
     host_.giveShareBack(share_ - request_.body.size());
     share_ = request_.body.size();
-    cancel_ = request_.cancel;
-    stream_.expires_never();  // a handler takes the time it takes
-    host_.handle(shared_from_this(), std::move(request_));
+    stream_.expires_never();  // a service takes the time it takes
+    self_ = shared_from_this();
+    // Sessions belong to this thread, the last reference too.
+    exchange_ = std::make_shared<HTTPExchange>(
+        std::move(request_), [session = weak_from_this(), executor = stream_.get_executor()](HTTPResponse response) {
+            boost::asio::post(executor, [session, response = std::move(response)]() mutable {
+                if (const auto alive = session.lock()) alive->answer(std::move(response));
+            });
+        });
     watch();
+    host_.service().handle(exchange_);
 }
 
 /// While an answer is worked on, it is looked whether the other side goes away. What comes instead belongs to the next
@@ -130,7 +190,6 @@ void HTTPSession::watch() {
                                 if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
                                 if (!error) return self->watch();
                                 if (error == boost::asio::error::eof) return self->askWhetherOneWaits();
-                                self->cancel();
                                 self->close();
                             });
 }
@@ -138,7 +197,6 @@ void HTTPSession::watch() {
 /// Whoever has sent all may still wait for the answer, or be gone. Only where one is gone an interim answer, which
 /// means nothing, is met with a reset; reading would not tell.
 void HTTPSession::askWhetherOneWaits() {
-    constexpr std::string_view interim = "HTTP/1.1 100 Continue\r\n\r\n";
     hasEnded_ = true;
     if (parser_->get().version() < 11) return;  // one may not be asked
     beast::error_code error;
@@ -148,9 +206,7 @@ void HTTPSession::askWhetherOneWaits() {
     pause_.async_wait([self = shared_from_this()](beast::error_code) {
         self->isWatching_ = false;
         if (self->answer_) return self->sendAnswer(*std::exchange(self->answer_, {}));
-        if (!self->wasReset()) return;
-        self->cancel();
-        self->close();
+        if (self->wasReset()) self->close();
     });
 }
 
@@ -162,18 +218,24 @@ bool HTTPSession::wasReset() {
 
 void HTTPSession::refuseBroken(boost::system::error_code error) {
     if (!isAboutMessage(error)) return close();
-    const bool isTooLarge = error == http::error::body_limit || error == http::error::header_limit;
-    refuse(isTooLarge ? HTTPResponse::failure(http_status::tooLarge, "the request is too large")
-                      : HTTPResponse::failure(http_status::badRequest, "this is no HTTP request"));
+    refuse(error == http::error::body_limit ? HTTPFault{http_status::tooLarge, "the request's body is too large"}
+                                            : HTTPFault{http_status::badRequest, "this is no HTTP request"});
 }
 
+void HTTPSession::refuse(const HTTPFault& fault) { refuse(host_.service().failure(fault.status, fault.message)); }
+
+/// The connection ends with that, since where the next request would begin is not known.
 void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
-    answer(std::move(response));
+    giveShareBack();
+    sendAnswer(std::move(response));
 }
 
 void HTTPSession::answer(HTTPResponse response) {
+    if (!exchange_) return;  // it was closed
+    exchange_ = nullptr;
     giveShareBack();
+    const auto self = std::exchange(self_, nullptr);
     if (!isWatching_) return sendAnswer(std::move(response));
     answer_ = std::move(response);
     stream_.cancel();
@@ -181,29 +243,40 @@ void HTTPSession::answer(HTTPResponse response) {
 }
 
 void HTTPSession::sendAnswer(HTTPResponse response) {
+    if (host_.isDraining()) goesOn_ = false;
+    record_->status = response.status;
     if (response.isEventStream && !isHead_) return becomeEventStream(response);
-    message_ = {};
-    message_.result(response.status);
-    for (const auto& [name, value] : headersOf(response)) message_.set(name, value);
-    message_.body() = std::move(response.body);
-    message_.keep_alive(goesOn_);
-    message_.prepare_payload();
-    if (isHead_) message_.body().clear();  // after its length was taken
+    body_ = std::move(response.body);
+    sharedBody_ = std::move(response.sharedBody);
+    const std::string& body = sharedBody_ ? *sharedBody_ : body_;
+    head_ = answerHead(response, body.size(), goesOn_);
+    const std::size_t bytes = isHead_ ? 0 : body.size();
+    const std::array<boost::asio::const_buffer, 2> parts{boost::asio::buffer(head_),
+                                                         boost::asio::buffer(body.data(), bytes)};
     idleSince_ = Clock::now();
-    stream_.expires_after(bodyPatience);
-    http::async_write(stream_, message_, [self = shared_from_this()](beast::error_code error, std::size_t) {
+    stream_.expires_after(host_.limits().bodyTime);
+    boost::asio::async_write(stream_, parts, [self = shared_from_this()](beast::error_code error, std::size_t count) {
+        self->report(count - std::min(count, self->head_.size()));
+        self->sharedBody_ = nullptr;
+        self->body_ = {};
         if (error) return self->close();
-        self->goesOn_ ? self->waitForRequest(betweenRequests) : self->endAnswer();
+        self->goesOn_ ? self->waitForRequest(self->host_.limits().idleTime) : self->endAnswer();
     });
 }
 
+void HTTPSession::report(std::size_t bytes) {
+    if (!record_) return;
+    record_->bytes = bytes;
+    record_->milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - begin_).count();
+    host_.service().ended(*record_);
+    record_.reset();
+}
+
 void HTTPSession::becomeEventStream(const HTTPResponse& response) {
-    std::string head = "HTTP/1.1 200 OK\r\nConnection: close\r\n";
-    for (const auto& [name, value] : headersOf(response)) head.append(name).append(": ").append(value).append("\r\n");
     host_.listens(shared_from_this());
     stream_.expires_never();
     skipToEnd();
-    send(head + "\r\n");
+    send(eventStreamHead(response));
 }
 
 void HTTPSession::send(std::string text) {
@@ -226,19 +299,28 @@ void HTTPSession::endAnswer() {
     // What the other side still sends is read: a connection that is closed over it takes the answer along.
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    stream_.expires_after(headPatience);
+    stream_.expires_after(host_.limits().bodyTime);
     skipToEnd();
 }
 
 void HTTPSession::skipToEnd() {
     stream_.async_read_some(boost::asio::buffer(skipped_),
-                            [self = shared_from_this()](beast::error_code error, std::size_t) {
-                                error ? self->close() : self->skipToEnd();
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                self->skippedBytes_ += count;
+                                const bool isTooMuch = self->skippedBytes_ > self->host_.limits().dropped;
+                                error || isTooMuch ? self->close() : self->skipToEnd();
                             });
 }
 
 void HTTPSession::close() {
     idleSince_ = std::nullopt;
+    const auto exchange = std::exchange(exchange_, nullptr);
+    const auto self = std::exchange(self_, nullptr);
+    if (exchange) {
+        if (record_) record_->status = http_status::gone;
+        report(0);
+        exchange->leave();
+    }
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_both, ignored);
     stream_.close();
