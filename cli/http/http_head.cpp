@@ -23,11 +23,11 @@ bool isToken(std::string_view text) { return !text.empty() && std::all_of(text.b
 /// What may stand in a value: no control character but the tab.
 bool isValueCharacter(char c) { return isVisible(c) || c == ' ' || c == '\t' || static_cast<unsigned char>(c) >= 0x80; }
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isSpaceOrTab(char c) { return c == ' ' || c == '\t'; }
 
 std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    while (!text.empty() && isSpaceOrTab(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isSpaceOrTab(text.back())) text.remove_suffix(1);
     return text;
 }
 

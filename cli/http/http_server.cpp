@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <chrono>
 #include <list>
+#include <new>
 #include <sys/socket.h>
 #include <utility>
 
@@ -52,6 +53,7 @@ public:
             acceptor.set_option(tcp::acceptor::reuse_address(true));
             acceptor.bind(endpoint);
             acceptor.listen();
+            endpoints_.push_back(acceptor.local_endpoint());
         } catch (const boost::system::system_error& failure) {
             throw IOError("cannot listen on " + addressText(endpoint), failure.code().value());
         }
@@ -69,13 +71,13 @@ public:
         const bool isTCP = address.ss_family == AF_INET || address.ss_family == AF_INET6;
         if (isListening == 0 || !isTCP) throw IOError("the socket that was handed over is no listening TCP socket");
         acceptors_.emplace_back(context_, address.ss_family == AF_INET ? tcp::v4() : tcp::v6(), descriptor);
+        endpoints_.push_back(acceptors_.back().local_endpoint());
     }
 
-    [[nodiscard]] std::uint16_t port() const { return acceptors_.front().local_endpoint().port(); }
+    [[nodiscard]] std::uint16_t port() const { return endpoints_.front().port(); }
     [[nodiscard]] std::vector<std::string> addresses() const {
         std::vector<std::string> texts;
-        for (const Acceptor& acceptor : acceptors_)
-            texts.push_back("http://" + addressText(acceptor.local_endpoint()) + "/");
+        for (const tcp::endpoint& endpoint : endpoints_) texts.push_back("http://" + addressText(endpoint) + "/");
         return texts;
     }
     [[nodiscard]] bool hasListeners() const { return listenerCount_ > 0; }
@@ -89,7 +91,7 @@ public:
 
     void run() {
         for (Acceptor& acceptor : acceptors_) accept(acceptor);
-        context_.run();
+        while (!context_.stopped()) runOn();
         closeAll();
     }
 
@@ -156,6 +158,15 @@ public:
     }
 
 private:
+    /// Without memory for a connection that one ends, and no other.
+    void runOn() {
+        try {
+            context_.run();
+        } catch (const std::bad_alloc&) {
+            closeOldestIdle();
+        }
+    }
+
     void awaitSignal(asio::signal_set& set, std::function<bool(int)> act) {
         set.async_wait([this, &set, act = std::move(act)](boost::system::error_code error, int signal) mutable {
             if (error) return;
@@ -168,8 +179,8 @@ private:
         acceptor.async_accept(context_, [this, &acceptor](boost::system::error_code error, tcp::socket socket) {
             if (!acceptor.is_open()) return;
             if (error) return acceptLater(acceptor);
-            begin(std::move(socket));
             accept(acceptor);
+            begin(std::move(socket));
         });
     }
 
@@ -241,6 +252,7 @@ private:
     bool hasClosedIdle_ = false;
     asio::io_context context_{1};
     std::list<Acceptor> acceptors_;
+    std::vector<tcp::endpoint> endpoints_;  // where they listen, or did
     std::list<asio::signal_set> signals_;
     asio::steady_timer pause_{context_};
 };

@@ -130,7 +130,11 @@ void HTTPSession::takeHead(std::size_t size) {
     begin_ = Clock::now();
     request_ = requestOf(message);
     if (host_.isDraining()) return refuse(HTTPFault{http_status::unavailable, "the server is ending"});
-    if (auto refused = host_.service().refusal(request_)) return refuse(*std::move(refused));
+    if (auto refused = host_.service().refusal(request_)) {
+        // Behind a body that is not read no one knows where the next request begins.
+        if (!parser_->is_done()) goesOn_ = false;
+        return sendAnswer(*std::move(refused));
+    }
     // A body whose length is not declared may become as long as any.
     const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(host_.limits().body);
     if (length > host_.limits().body)
@@ -224,7 +228,7 @@ void HTTPSession::refuseBroken(boost::system::error_code error) {
 
 void HTTPSession::refuse(const HTTPFault& fault) { refuse(host_.service().failure(fault.status, fault.message)); }
 
-/// The connection ends with that, since where the next request would begin is not known.
+/// The connection ends with that.
 void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
     giveShareBack();
