@@ -15,8 +15,6 @@ namespace {
 
 constexpr Size defaultScreen{390, 844};
 constexpr std::string_view failOnMissing = "--fail-on-missing";
-/// What snapshots and checks show where no other moment is given.
-constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
 
 /// The options' values, read as they are asked for.
 class Values {

@@ -6,16 +6,13 @@
 #include <memory>
 #include <string>
 
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 
-/// An HTTP server on 127.0.0.1, all of it below a path that no one can guess. One thread talks to all connections;
-/// handlers run on a few others, those that take long on threads of their own.
-///
-/// Bounded: 64 connections, of which the one that has been idle longest makes room for a new one; 16 pages that listen;
-/// heads of 16 KiB, 5 seconds to arrive; bodies of 16 MiB, 30 seconds to arrive, 64 MiB of them in all.
-class HTTPServer {
+/// The preview's HTTP server on 127.0.0.1, all of it below a path that no one can guess. Handlers run on a few threads,
+/// those that take long on threads of their own. It takes what `HTTPLimits` says, from 64 connections.
+class PreviewServer {
 public:
     /// Answers a request; called by several threads at once. What it throws becomes status 500.
     /// `HTTPRequest::cancel` tells it that the other side has gone or that the server stops.
@@ -28,10 +25,10 @@ public:
     using Release = std::function<void()>;
 
     /// Takes a port; 0 is any free one. Throws `IOError` where that fails.
-    explicit HTTPServer(std::uint16_t port);
-    HTTPServer(const HTTPServer&) = delete;
-    HTTPServer& operator=(const HTTPServer&) = delete;
-    ~HTTPServer();
+    explicit PreviewServer(std::uint16_t port);
+    PreviewServer(const PreviewServer&) = delete;
+    PreviewServer& operator=(const PreviewServer&) = delete;
+    ~PreviewServer();
 
     [[nodiscard]] std::uint16_t port() const;
     /// `http://127.0.0.1:PORT/SECRET/`
@@ -50,8 +47,8 @@ public:
     [[nodiscard]] bool hasListeners() const;
 
 private:
-    class Connections;
-    std::unique_ptr<Connections> connections_;
+    class Handlers;
+    std::unique_ptr<Handlers> handlers_;
 };
 
 }  // namespace tavrin::cli

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 #include <algorithm>
 #include <cstddef>
