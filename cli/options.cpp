@@ -31,10 +31,12 @@ OptionInfo shared(OptionName name, std::string_view value, VerbSet takers, std::
     return {spelled(name, Spelling::kebab), value, takers, std::move(help), completes, std::move(words)};
 }
 
-std::vector<std::string> withAll(std::vector<std::string> words) {
-    words.emplace_back("all");
+std::vector<std::string> with(std::string_view word, std::vector<std::string> words) {
+    words.emplace_back(word);
     return words;
 }
+
+std::vector<std::string> withAll(std::vector<std::string> words) { return with("all", std::move(words)); }
 
 }  // namespace
 
@@ -61,7 +63,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin explain weather.json 'nodes.main.children[0]'  one in sentences\n"
          "  tavrin explain weather.json --family systemSmall --format json"},
         {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
-         "  tavrin check widgets/*.json --families all --strict\n"
+         "  tavrin check widgets --strict                         every document in a folder\n"
          "  tavrin check weather.json --fix                       mends what can be mended safely\n"
          "  tavrin check widgets/*.json --format sarif >check.sarif\n"
          "  tavrin check weather.json --model today.json --errors json"},
@@ -140,10 +142,15 @@ const std::vector<OptionInfo>& options() {
         {"--strict", "", onlySnapshot,
          "Fail where there is no snapshot yet, instead of recording it, and where one belongs to no picture"},
         {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
-        {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
+        {"--model", "FILE", loaded,
+         "The model document; \"-\" is standard input (NAME.model.json or model.json beside NAME.json)",
+         Completes::file},
         shared(OptionName::family, "NAME", laidOut),
-        {"--families", "NAME,...|all", looked, "Each of several families, or all that the screen has", Completes::words,
-         withAll(listOf(widgetFamilyNames))},
+        {"--families", "NAME,...|all|meant", looked,
+         "Each of several families, all that the screen has, or those that a widget is meant for by its settings; "
+         "these "
+         "where several pictures are asked for, checked or compared",
+         Completes::words, with("meant", withAll(listOf(widgetFamilyNames)))},
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
          Completes::words, withAll(listOf(appearanceWords))},
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
@@ -171,7 +178,7 @@ const std::vector<OptionInfo>& options() {
         shared(OptionName::timeZone, "ID", laidOut, "the system's; of checks and snapshots UTC"),
         {"--image-cache-dir", "DIR", loaded,
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
-         "them",
+         "them (pictures beside the document, where it is there)",
          Completes::folder},
         shared(OptionName::maxImageSize, "WxH", shown),
         shared(OptionName::fetch, "none|public|all", loaded, "all"),

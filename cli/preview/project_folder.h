@@ -31,7 +31,6 @@ struct ProjectText {
 class ProjectFolder {
 public:
     static constexpr std::size_t maximumFiles = 2000;
-    static constexpr int maximumDepth = 8;
     static constexpr std::size_t maximumBytes = std::size_t{8} << 20;
 
     /// Throws `IOError` where there is no such folder.

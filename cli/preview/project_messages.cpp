@@ -2,10 +2,13 @@
 #include "cli/preview/project_messages.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "cli/preview/folder_error.h"
+#include "cli/project/widget_files.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
@@ -26,9 +29,6 @@ void writeScreen(JSONWriter& writer, Size screen) {
     }
     writer.endArray().endObject();
 }
-
-/// Also a text that is no JSON just now may be a document; so it is judged by a word.
-bool looksLikeDocument(std::string_view text) { return text.find("\"nodes\"") != std::string_view::npos; }
 
 std::string kindOf(const ProjectFolder& folder, const ProjectFile& file) {
     try {
@@ -55,7 +55,15 @@ std::string filesMessage(const ProjectFolder& folder) {
     writer.beginObject().key("files").beginArray();
     for (const ProjectFile& file : folder.files()) {
         writer.beginObject().key("path").value(file.path).key("revision").value(file.revision);
-        writer.key("kind").value(kindOf(folder, file)).endObject();
+        const std::string kind = kindOf(folder, file);
+        writer.key("kind").value(kind);
+        const std::optional<std::filesystem::path> model = pairedWith(folder.root() / file.path).model;
+        writer.key("model");
+        if (kind == "document" && model)
+            writer.value(model->lexically_relative(folder.root()).generic_string());
+        else
+            writer.value(nullptr);
+        writer.endObject();
     }
     writer.endArray().endObject();
     return std::move(writer).text();

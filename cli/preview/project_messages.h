@@ -9,7 +9,8 @@ namespace tavrin::cli {
 
 /// `{"name", "version", "timeZone", "screens": [{"name", "families": [{"name", "width", "height"}, …]}, …]}`
 [[nodiscard]] std::string projectMessage(const ProjectFolder& folder);
-/// `{"files": [{"path", "revision", "kind"}, …]}`, where the kind of a file is "document" or "model".
+/// `{"files": [{"path", "revision", "kind", "model"}, …]}`, where the kind of a file is "document" or "model", and the
+/// model is the path of the one that belongs to a document, or null.
 [[nodiscard]] std::string filesMessage(const ProjectFolder& folder);
 /// `{"text", "revision", "isUtf8"}`
 [[nodiscard]] std::string fileMessage(const ProjectText& file);

@@ -22,6 +22,8 @@ export interface ProjectFile {
     path: string;
     revision: string;
     kind: "document" | "model";
+    /** The path of the model that belongs to a document, as every verb pairs them. */
+    model: string | null;
 }
 export interface FileText {
     text: string;

@@ -6,7 +6,6 @@ import { fetchFile, fetchFiles, saveFile } from "./api";
 import { announce, byId, element } from "./dom";
 import type { Editor } from "./editor";
 import type { State } from "./state";
-import { modelOf } from "./state";
 
 export type Drawable = Pick<Drawing, "document" | "model" | "path">;
 export type Role = "document" | "model";
@@ -129,10 +128,10 @@ export class Sources {
 
     async open(path: string): Promise<void> {
         try {
-            const model = modelOf(path, this.state.files);
-            const [text, modelText] = await Promise.all([fetchFile(path), model && fetchFile(model.path)]);
+            const model = this.state.files.find((file) => file.path === path)?.model ?? null;
+            const [text, modelText] = await Promise.all([fetchFile(path), model === null ? null : fetchFile(model)]);
             this.document.take(path, text);
-            this.model.take(model?.path ?? null, modelText ?? { text: "", revision: "", isUtf8: true });
+            this.model.take(model, modelText ?? { text: "", revision: "", isUtf8: true });
             this.changed();
             this.document.open();
             this.model.open();

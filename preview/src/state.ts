@@ -31,11 +31,3 @@ export const orderedFamilies = (screen: Screen): Family[] =>
 
 export const appearancesShown = (appearances: Appearances): Appearance[] =>
     appearances === "both" ? ["light", "dark"] : [appearances];
-
-/** The model that belongs to a document: `model.json` beside it, or one that is named after it. */
-export function modelOf(path: string, files: ProjectFile[]): ProjectFile | undefined {
-    const folder = path.slice(0, path.lastIndexOf("/") + 1);
-    const stem = path.replace(/(\.document)?\.json$/, "");
-    const names = [`${stem}.model.json`, `${stem}-model.json`, `${folder}model.json`];
-    return names.map((name) => files.find((file) => file.path === name && file.path !== path)).find(Boolean);
-}
