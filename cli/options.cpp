@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cli/embedded_file.h"
+#include "cli/new/widget_template.h"
 #include "tavrin/doors/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -38,10 +39,20 @@ std::vector<std::string> with(std::string_view word, std::vector<std::string> wo
 
 std::vector<std::string> withAll(std::vector<std::string> words) { return with("all", std::move(words)); }
 
+std::vector<std::string> templateNames() {
+    std::vector<std::string> names;
+    for (const WidgetTemplate& each : widgetTemplates()) names.emplace_back(each.name);
+    return names;
+}
+
 }  // namespace
 
 std::span<const VerbInfo> verbs() {
     static constexpr VerbInfo list[] = {
+        {"new", "NAME [--template TEMPLATE]", "Make a document, a model and settings to begin with",
+         "  tavrin new habits                                     habits.json, habits.model.json, habits.widget.toml\n"
+         "  tavrin new --list                                     what to begin with\n"
+         "  tavrin new widgets/train --template countdown"},
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG, PDF, WebP or JPEG",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -110,8 +121,11 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet shown = laidOut.with(Verb::preview);
     static constexpr VerbSet budgeted = loaded.with(Verb::preview);
     static constexpr VerbSet every =
-        loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
+        loaded.with(Verb::newWidget).with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> all{
+        {"--template", "TEMPLATE", VerbSet(Verb::newWidget), "What to begin with (number)", Completes::words,
+         templateNames()},
+        {"--list", "", VerbSet(Verb::newWidget), "Print the templates"},
         {"--output", "OUT", onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
          "for all pictures; where several families, appearances, scales, models or dates are given, the folder for "
@@ -147,9 +161,8 @@ const std::vector<OptionInfo>& options() {
          Completes::file},
         shared(OptionName::family, "NAME", laidOut),
         {"--families", "NAME,...|all|meant", looked,
-         "Each of several families, all that the screen has, or those that a widget is meant for by its settings; "
-         "these "
-         "where several pictures are asked for, checked or compared",
+         "Each of several families, all that the screen has, or those that a widget is meant for by its settings; so "
+         "it is where several pictures are asked for, checked or compared",
          Completes::words, with("meant", withAll(listOf(widgetFamilyNames)))},
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
          Completes::words, withAll(listOf(appearanceWords))},
