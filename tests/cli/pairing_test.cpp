@@ -97,7 +97,8 @@ TEST(Pairing, AFolderHasAllDocumentsAndNoModels) {
     const Finished finished = place.run({"check", "w", "--format", "json"});
     EXPECT_EQ(finished.status, 0) << finished.err;
     std::vector<std::string> documents;
-    for (const JSON& each : std::get<JSONArray>(JSON::parse(finished.out).find("documents")->object()))
+    const JSON found = JSON::parse(finished.out);
+    for (const JSON& each : std::get<JSONArray>(found.find("documents")->object()))
         documents.push_back(each.find("document")->description() + " " + each.find("model")->description());
     EXPECT_THAT(documents, ElementsAre("w/a.json w/a.model.json", "w/c/document.json w/c/document.models/x.json",
                                        "w/deep/b.json w/deep/model.json"));
@@ -214,7 +215,7 @@ TEST(Pairing, SettingsAtFaultSayWhere) {
         {"a family twice", "families = [\"systemSmall\", \"systemSmall\"]", "1:28", "twice"},
         {"a family that a screen has not", "screens = [\"390x844\"]\nfamilies = [\"systemExtraLarge\"]", "2:13",
          "systemExtraLarge"},
-        {"a screen that is none", "screens = [\"big\"]", "1:12", "390x844"},
+        {"a screen that is none", "screens = [\"big\"]", "1:12", "338x158"},
         {"a date without a zone", "date = 2026-11-21T08:05:00", "1:8", "2026-03-01T09:41:00Z"},
         {"a time zone", "time-zone = \"Mars\"", "1:13", "Europe/Madrid"},
         {"an appearance", "appearance = \"drak\"", "1:14", "did you mean 'dark'?"},
