@@ -73,7 +73,7 @@ fs::path ProjectFolder::inside(const std::string& path) const {
 
 std::vector<ProjectFile> ProjectFolder::files() const {
     std::vector<ProjectFile> found;
-    for (const fs::path& path : filesBelow(root_, {".json"}, maximumFiles)) {
+    for (const fs::path& path : filesBelow(root_, {".json", ".toml"}, maximumFiles)) {
         struct stat status {};
         if (::stat(path.c_str(), &status) == 0)
             found.push_back({path.lexically_relative(root_).generic_string(), revisionOf(status)});
@@ -85,7 +85,8 @@ std::vector<ProjectFile> ProjectFolder::files() const {
 
 ProjectText ProjectFolder::read(const std::string& path) const {
     const fs::path file = inside(path);
-    if (file.extension() != ".json") throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
+    if (file.extension() != ".json" && file.extension() != ".toml")
+        throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
     const struct stat status = statusOf(file, path);
     if (static_cast<std::size_t>(status.st_size) > maximumBytes)
         throw FolderError(http_status::tooLarge, quoted(path) + " is larger than 8 MiB");

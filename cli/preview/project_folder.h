@@ -11,7 +11,7 @@
 
 namespace tavrin::cli {
 
-/// One JSON file of a folder.
+/// One JSON file, or one of settings, of a folder.
 struct ProjectFile {
     std::string path;      ///< from the folder, with "/"
     std::string revision;  ///< changes with the file
@@ -37,7 +37,7 @@ public:
     explicit ProjectFolder(const std::filesystem::path& folder);
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-    /// The JSON files in it and below, sorted, at most `maximumFiles`. Hidden files and folders, `node_modules` and
+    /// The JSON files and settings (*.toml) in it and below, sorted, at most `maximumFiles`. Hidden files and folders, `node_modules` and
     /// symbolic links are left out.
     [[nodiscard]] std::vector<ProjectFile> files() const;
     /// Throws `FolderError`, like `save`.

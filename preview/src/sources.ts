@@ -131,6 +131,7 @@ export class Sources {
             const model = this.state.files.find((file) => file.path === path)?.model ?? null;
             const [text, modelText] = await Promise.all([fetchFile(path), model === null ? null : fetchFile(model)]);
             this.document.take(path, text);
+            this.takeMeant();
             this.model.take(model, modelText ?? { text: "", revision: "", isUtf8: true });
             this.changed();
             this.document.open();
@@ -141,6 +142,13 @@ export class Sources {
         } catch (error) {
             announce((error as Error).message);
         }
+    }
+
+    /** Takes over what the settings of the document say. */
+    private takeMeant(): void {
+        const file = this.state.files.find(({ path }) => path === this.document.path);
+        if (file?.fault) announce(file.fault);
+        this.state.meant = file?.families ?? [];
     }
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
@@ -176,6 +184,10 @@ export class Sources {
         this.state.files = await fetchFiles();
         if (names(this.state.files) !== before) this.list();
         if (!this.document.path) return void (await this.start());
+        if (paths.some((path) => path.endsWith(".toml"))) {
+            this.takeMeant();
+            this.changed();
+        }
         for (const source of [this.document, this.model])
             if (source.path && paths.includes(source.path)) await this.reload(source);
     }
