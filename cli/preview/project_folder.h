@@ -37,8 +37,8 @@ public:
     explicit ProjectFolder(const std::filesystem::path& folder);
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-    /// The JSON files and settings (*.toml) in it and below, sorted, at most `maximumFiles`. Hidden files and folders, `node_modules` and
-    /// symbolic links are left out.
+    /// The JSON files and settings (*.toml) in it and below, sorted, at most `maximumFiles`. Hidden files and folders,
+    /// `node_modules` and symbolic links are left out.
     [[nodiscard]] std::vector<ProjectFile> files() const;
     /// Throws `FolderError`, like `save`.
     [[nodiscard]] ProjectText read(const std::string& path) const;
