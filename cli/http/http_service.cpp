@@ -6,7 +6,10 @@
 namespace tavrin::cli {
 
 HTTPExchange::~HTTPExchange() {
-    if (deliver_) deliver_(HTTPResponse::failure(http_status::internalError, "nothing came of the request"));
+    try {
+        if (deliver_) deliver_({.status = http_status::internalError});
+    } catch (...) {  // not even that can be told: the connection ends when its time does
+    }
 }
 
 void HTTPExchange::answer(HTTPResponse response) {

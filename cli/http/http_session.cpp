@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <new>
 #include <string_view>
 #include <sys/socket.h>
 #include <utility>
@@ -179,7 +180,12 @@ void HTTPSession::take() {
             });
         });
     watch();
-    host_.service().handle(exchange_);
+    try {
+        host_.service().handle(exchange_);
+    } catch (const std::bad_alloc&) {
+        const auto exchange = exchange_;
+        if (exchange) exchange->answer(host_.service().failure(http_status::unavailable, "there is not enough memory"));
+    }
 }
 
 /// While an answer is worked on, it is looked whether the other side goes away. What comes instead belongs to the next
@@ -303,7 +309,7 @@ void HTTPSession::endAnswer() {
     // What the other side still sends is read: a connection that is closed over it takes the answer along.
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    stream_.expires_after(host_.limits().bodyTime);
+    stream_.expires_after(host_.isDraining() ? host_.limits().headTime : host_.limits().bodyTime);
     skipToEnd();
 }
 

@@ -5,9 +5,16 @@
 #include <iterator>
 #include <utility>
 
+#include "cli/http/http_status.h"
 #include "tavrin/platform/foundation/threads/blocked_signals.h"
 
 namespace tavrin::cli {
+namespace {
+
+/// Not even what is to be said of it could be made.
+WorkOutcome withoutMemory() { return {.response = {.status = http_status::unavailable}}; }
+
+}  // namespace
 
 DrawingQueue::DrawingQueue(unsigned workers, std::size_t capacity) : capacity_(capacity) {
     const BlockedSignals blocked;
@@ -76,6 +83,22 @@ void DrawingQueue::forget(const FlightPtr& flight) {
     if (found != byKey_.end() && found->second == flight) byKey_.erase(found);
 }
 
+WorkOutcome DrawingQueue::outcomeOf(const Flight& flight, const Limits& limits) {
+    try {
+        return flight.work(limits);
+    } catch (...) {
+        return withoutMemory();
+    }
+}
+
+HTTPResponse DrawingQueue::answerTo(const Waiter& waiter, const WorkOutcome& outcome) {
+    try {
+        return waiter.present(outcome);
+    } catch (...) {
+        return withoutMemory().response;
+    }
+}
+
 void DrawingQueue::run() {
     for (;;) {
         FlightPtr flight;
@@ -89,7 +112,7 @@ void DrawingQueue::run() {
             underWay_.push_back(flight);
             limits = {flight->since, flight->waiters.front().end, flight->cancel};
         }
-        finish(flight, flight->work(limits));
+        finish(flight, outcomeOf(*flight, limits));
     }
 }
 
@@ -112,7 +135,7 @@ void DrawingQueue::finish(const FlightPtr& flight, const WorkOutcome& outcome) {
             waiting_.push_front(flight);
     }
     news_.notify_one();
-    for (const Waiter& waiter : answered) waiter.exchange->answer(waiter.present(outcome));
+    for (const Waiter& waiter : answered) waiter.exchange->answer(answerTo(waiter, outcome));
 }
 
 std::size_t DrawingQueue::waiting() const {

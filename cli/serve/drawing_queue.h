@@ -43,14 +43,14 @@ public:
         Clock::time_point end;
         CancelToken cancel;
     };
-    /// Must not throw; called on a thread of the queue.
+    /// Called on a thread of the queue. What it throws becomes status 503: nothing but want of memory should be left.
     using Work = std::function<WorkOutcome(const Limits&)>;
 
     /// Someone who waits for an outcome.
     struct Waiter {
         std::shared_ptr<HTTPExchange> exchange;
         Clock::time_point end;
-        /// What is answered; must not throw.
+        /// What is answered.
         std::function<HTTPResponse(const WorkOutcome&)> present;
     };
 
@@ -89,6 +89,8 @@ private:
     void join(const FlightPtr& flight, const Waiter& waiter);
     void leave(const FlightPtr& flight, const HTTPExchange* exchange);
     void forget(const FlightPtr& flight);
+    [[nodiscard]] static WorkOutcome outcomeOf(const Flight& flight, const Limits& limits);
+    [[nodiscard]] static HTTPResponse answerTo(const Waiter& waiter, const WorkOutcome& outcome);
     void run();
     void finish(const FlightPtr& flight, const WorkOutcome& outcome);
 

@@ -122,6 +122,7 @@ TEST(Serve, TakesASocketOver) {
     const pid_t process = ::fork();
     if (process == 0) {
         ::dup2(listening.number(), 3);
+        ::fcntl(3, F_SETFD, 0);  // also where it was there already
         ::setenv("LISTEN_FDS", "1", 1);
         ::setenv("LISTEN_PID", std::to_string(::getpid()).c_str(), 1);
         if (::chdir(place.path(".").c_str()) == 0)
