@@ -38,7 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view line = bytes.substr(0, bytes.find('\n'));
     const std::string_view path = line.substr(0, line.find('?'));
     const std::string_view query = path.size() == line.size() ? std::string_view() : line.substr(path.size() + 1);
-    tried([&] { (void)readWidgetAddress(tavrin::percentDecoded(path), query, served); });
+    tried([&] { (void)readWidgetAddress(tavrin::percentDecoded(path)); });
+    const FolderWidget widget{.document = std::make_shared<const FolderText>()};
+    tried([&] { (void)readWidgetQuery(query, tavrin::PictureFormat::png, widget, {.drawing = served}); });
     (void)matchesTag(line, "\"tag\"");
     return 0;
 }

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
 #include <mutex>
 #include <string>
-#include <unordered_map>
 
 #include "cli/serve/served_picture.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 
 namespace tavrin::cli {
 
@@ -16,7 +15,7 @@ namespace tavrin::cli {
 class PictureCache {
 public:
     /// 0 bytes: nothing is kept.
-    explicit PictureCache(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
+    explicit PictureCache(std::size_t maximumBytes) : kept_(maximumBytes) {}
 
     /// Null where there is none, or none that still holds.
     [[nodiscard]] ServedPicturePtr find(const std::string& key, Date now);
@@ -25,20 +24,10 @@ public:
     [[nodiscard]] std::size_t bytes() const;
 
 private:
-    struct Kept {
-        std::string key;
-        ServedPicturePtr picture;
-    };
-    using List = std::list<Kept>;
+    using Cache = LRUCache<std::string, ServedPicturePtr>;
 
-    [[nodiscard]] static std::size_t cost(const Kept& kept);
-    void drop(List::iterator kept);
-
-    const std::size_t maximumBytes_;
     mutable std::mutex mutex_;
-    std::size_t bytes_ = 0;
-    List kept_;  // the latest first
-    std::unordered_map<std::string_view, List::iterator> byKey_;
+    Cache kept_;
 };
 
 }  // namespace tavrin::cli

@@ -214,6 +214,10 @@ void PictureService::work(const ExchangePtr& exchange, Clock::time_point end) {
         exchange->answer(dressed(problem(fault.status, fault.what())));
     } catch (const OptionError& error) {
         exchange->answer(dressed(problem(http_status::badRequest, error.what())));
+    } catch (const SettingsError& error) {
+        const ErrorDescription description{
+            .type = "SettingsError", .message = error.source.name + ": " + error.what(), .place = error.place};
+        exchange->answer(dressed(problem(http_status::unprocessable, description)));
     } catch (const std::bad_alloc&) {
         exchange->answer(dressed(problem(http_status::unavailable, "there is not enough memory for this now")));
     } catch (const TavrinError& error) {  // the budget of reading it
@@ -226,11 +230,13 @@ void PictureService::work(const ExchangePtr& exchange, Clock::time_point end) {
 void PictureService::answerWidget(const ExchangePtr& exchange, Clock::time_point end, const State& state) {
     if (!state.folder) throw RequestFault(http_status::notFound, "there is nothing here");
     const HTTPRequest& asked = exchange->request;
-    WidgetAddress address = readWidgetAddress(asked.path, asked.query, state.settings.drawing);
-    const std::shared_ptr<const FolderDocument> document = state.folder->find(address.name);
-    address.request.document = document->text;
-    address.request.digest = document->digest;
-    draw(exchange, end, state, std::move(address.request),
+    const WidgetAddress address = readWidgetAddress(asked.path);
+    const FolderWidget widget = state.folder->find(address.name);
+    ServedRequest request = readWidgetQuery(asked.query, address.format, widget, state.settings);
+    if (!request.model)
+        if (const FolderTextPtr model = state.folder->model(widget, request.options.widget.room.name))
+            request.model = model->text;
+    draw(exchange, end, state, std::move(request),
          [known = asked.ifNoneMatch](const ServedPicture& picture) { return widgetAnswer(picture, known); });
 }
 

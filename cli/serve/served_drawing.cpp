@@ -131,24 +131,15 @@ ServedPicturePtr drawn(const ServedRequest& request, DecodedDocuments& documents
 
 std::shared_ptr<const Document> DecodedDocuments::find(const std::string& digest) {
     const std::lock_guard lock(mutex_);
-    const auto found = std::ranges::find(kept_, digest, &Kept::digest);
-    if (found == kept_.end()) return nullptr;
-    kept_.splice(kept_.begin(), kept_, found);
-    return found->document;
+    const auto* const known = kept_.find(digest);
+    return known ? *known : nullptr;
 }
 
 void DecodedDocuments::keep(const std::string& digest, std::shared_ptr<const Document> document,
                             std::size_t textBytes) {
+    Cache::Dropped dropped;  // destroyed when the lock is gone
     const std::lock_guard lock(mutex_);
-    std::erase_if(kept_, [&](const Kept& kept) { return kept.digest == digest; });
-    kept_.push_front({digest, std::move(document), textBytes});
-    std::size_t count = 0;
-    std::size_t bytes = 0;
-    const auto isTooMuch = [&](const Kept& kept) {
-        bytes += kept.bytes;
-        return ++count > maximumCount || bytes > maximumBytes;
-    };
-    kept_.erase(std::ranges::find_if(kept_, isTooMuch), kept_.end());
+    dropped = kept_.insert(digest, std::move(document), textBytes);
 }
 
 WorkOutcome drawServed(const ServedRequest& request, DecodedDocuments& documents, Metrics& metrics,

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -10,6 +9,7 @@
 #include "cli/serve/drawing_queue.h"
 #include "cli/serve/metrics.h"
 #include "cli/serve/served_request.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/widget/document.h"
 
 namespace tavrin::cli {
@@ -26,14 +26,10 @@ public:
     void keep(const std::string& digest, std::shared_ptr<const Document> document, std::size_t textBytes);
 
 private:
-    struct Kept {
-        std::string digest;
-        std::shared_ptr<const Document> document;
-        std::size_t bytes = 0;
-    };
+    using Cache = LRUCache<std::string, std::shared_ptr<const Document>>;
 
     std::mutex mutex_;
-    std::list<Kept> kept_;  // the latest first
+    Cache kept_{maximumBytes, maximumCount};
 };
 
 /// Draws what is asked for within some limits. Throws nothing: what fails is in the outcome, as is told to who asked.

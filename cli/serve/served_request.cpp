@@ -95,6 +95,26 @@ void append(std::string& said, std::string_view text) {
     said.append(std::to_string(text.size())).append(":").append(text);
 }
 
+/// What lies beside a widget, where the server itself has not said otherwise.
+void readBeside(OptionReader& reader, const FolderWidget& widget, const std::set<OptionName>& said) {
+    const auto read = [&](OptionName option, const std::optional<std::string>& value) {
+        if (value && !said.contains(option)) reader.read(option, *value);
+    };
+    const auto first = [](const std::vector<std::string>& values) {
+        return values.empty() ? std::nullopt : std::optional(values.front());
+    };
+    const WidgetSettings& settings = widget.settings;
+    if (!said.contains(OptionName::size)) {
+        read(OptionName::family, first(settings.families));
+        read(OptionName::screen, first(settings.screens));
+    }
+    read(OptionName::date, settings.date);
+    read(OptionName::timeZone, settings.timeZone);
+    read(OptionName::appearance, settings.appearance);
+    read(OptionName::background, settings.background);
+    if (widget.files.pictures) read(OptionName::imageCacheDir, widget.files.pictures->string());
+}
+
 }  // namespace
 
 ServedRequest readPosted(std::string_view body, const DrawingOptions& served) {
@@ -107,32 +127,40 @@ ServedRequest readPosted(std::string_view body, const DrawingOptions& served) {
     }
 }
 
-WidgetAddress readWidgetAddress(std::string_view path, std::string_view query, const DrawingOptions& served) {
+WidgetAddress readWidgetAddress(std::string_view path) {
     const std::string file(path.substr(std::min(widgetsPath.size(), path.size())));
     const std::size_t dot = file.rfind('.');
     const std::optional<PictureFormat> format = formatOf(file);
     if (dot == std::string::npos || !format)
         throw RequestFault(http_status::notFound, "a picture's address ends in .png, .svg, .pdf, .webp or .jpg");
-    WidgetAddress address{.name = file.substr(0, dot), .request = {}};
-    append(address.request.said, name(*format));
-    OptionReader reader(Spelling::camel, OptionReader::Types::texts, served);
+    return {.name = file.substr(0, dot), .format = *format};
+}
+
+ServedRequest readWidgetQuery(std::string_view query, PictureFormat format, const FolderWidget& widget,
+                              const ServeSettings& serve) {
+    ServedRequest request{.document = widget.document->text, .digest = widget.document->digest};
+    append(request.said, name(format));
+    append(request.said, widget.settingsDigest);
+    append(request.said, widget.files.document.string());  // beside which its pictures are
+    OptionReader reader(Spelling::camel, OptionReader::Types::texts, serve.drawing);
+    readBeside(reader, widget, serve.said);
     for (const auto& [name, value] : queryMembers(query)) {
         if (name == "s" || name == "expires") continue;  // which were judged by now, where that is wanted
         if (name == "model") {
-            address.request.model = modelIn(value);
+            request.model = modelIn(value);
             continue;
         }
         const OptionName option = optionSpelled(name, Spelling::camel);
         refuseServersOwn(option);
         reader.read(option, value);
-        append(address.request.said, name);
-        append(address.request.said, value);
+        append(request.said, name);
+        append(request.said, value);
     }
     const std::optional<PictureFormat> asked = reader.pictureOptions().format;
-    if (asked && *asked != *format) failForm("format contradicts the end of the path");
-    address.request.options = within(served, reader.options());
-    address.request.options.format = *format;
-    return address;
+    if (asked && *asked != format) failForm("format contradicts the end of the path");
+    request.options = within(serve.drawing, reader.options());
+    request.options.format = format;
+    return request;
 }
 
 }  // namespace tavrin::cli

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "cli/serve/settings.h"
+#include "cli/serve/widget_folder.h"
 #include "tavrin/doors/option_reader.h"
 
 namespace tavrin::cli {
@@ -19,10 +21,10 @@ struct ServedRequest {
     std::string said = {};
 };
 
-/// Whose picture an address names, and what it says of it.
+/// Whose picture an address names, and in which format.
 struct WidgetAddress {
     std::string name;
-    ServedRequest request;  ///< without the document
+    PictureFormat format = PictureFormat::png;
 };
 
 /// Reads the body of a request that sends a document: `document`, `model` and `options`. `served` is what holds where
@@ -30,8 +32,12 @@ struct WidgetAddress {
 /// for.
 [[nodiscard]] ServedRequest readPosted(std::string_view body, const DrawingOptions& served);
 
-/// Reads the address of a picture, `/v1/widgets/NAME.EXT` and its query; as `readPosted`.
-[[nodiscard]] WidgetAddress readWidgetAddress(std::string_view path, std::string_view query,
-                                              const DrawingOptions& served);
+/// Reads the path of a picture, `/v1/widgets/NAME.EXT`. Throws `RequestFault`.
+[[nodiscard]] WidgetAddress readWidgetAddress(std::string_view path);
+
+/// Reads what the query of an address says of a widget, before which goes what the server's settings say, and behind
+/// which what lies beside the widget does. Without a model where the query has none; otherwise as `readPosted`.
+[[nodiscard]] ServedRequest readWidgetQuery(std::string_view query, PictureFormat format, const FolderWidget& widget,
+                                            const ServeSettings& serve);
 
 }  // namespace tavrin::cli

@@ -107,7 +107,7 @@ std::string readFile(const Setting& setting) {
     throw UsageError(setting.place + message);
 }
 
-DrawingOptions readDrawing(const Settings& settings) {
+DrawingOptions readDrawing(const Settings& settings, std::set<OptionName>& said) {
     DrawingOptions usual;
     usual.widget.timeZone = TimeZone();
     usual.widget.budget = RenderBudget::strangers();
@@ -118,6 +118,7 @@ DrawingOptions readDrawing(const Settings& settings) {
         if (found == settings.end()) continue;
         try {
             reader.read(option.name, found->second.value);
+            said.insert(option.name);
         } catch (const OptionError& error) {
             failAsFound(found->second, name, error.what());
         }
@@ -153,7 +154,7 @@ ServeSettings readServeSettings(const Command& command, const Environment& envir
     read("--cors", [&](const Setting& setting) { serve.corsOrigin = readOrigin(setting); });
     read("--key-file", [&](const Setting& setting) { serve.keyFile = readFile(setting); });
     read("--open-post", [&](const Setting& setting) { serve.opensPost = readSwitch(setting); });
-    serve.drawing = readDrawing(settings);
+    serve.drawing = readDrawing(settings, serve.said);
     return serve;
 }
 

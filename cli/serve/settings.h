@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "cli/command_line.h"
@@ -43,6 +44,8 @@ struct ServeSettings {
     bool opensPost = false;
     /// What holds where a request says nothing, its fonts loaded.
     DrawingOptions drawing = {};
+    /// Which of these the host has said itself: they go before what lies beside a widget.
+    std::set<OptionName> said = {};
 };
 
 /// The settings of `tavrin serve`: the command line's, then the environment's, then those of a file (see

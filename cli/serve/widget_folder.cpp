@@ -25,14 +25,15 @@ namespace {
 constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 [[noreturn]] void failNoWidget(const std::string& name) {
-    throw RequestFault(http_status::notFound, "there is no widget '" + printable(name) + "'");
+    throw RequestFault(http_status::notFound,
+                       "there is no widget '" + printable(name.substr(0, name.rfind(".json"))) + "'");
 }
 
 [[noreturn]] void failUnread(const std::string& name, int error) {
     // What the file itself is to blame for is no widget; else it may go better soon.
     constexpr int lacks[] = {EMFILE, ENFILE, ENOMEM, EINTR, EAGAIN, EIO};
     if (std::ranges::find(lacks, error) == std::end(lacks)) failNoWidget(name);
-    throw RequestFault(http_status::unavailable, "the widget '" + printable(name) + "' cannot be read now");
+    throw RequestFault(http_status::unavailable, "'" + printable(name) + "' cannot be read now");
 }
 
 bool isName(const std::string& name) {
@@ -81,48 +82,63 @@ WidgetFolder::WidgetFolder(std::filesystem::path folder) : folder_(std::move(fol
     if (!opened.isOpen()) throw IOError("cannot open the folder '" + folder_.string() + "'", errno, folder_);
 }
 
-std::shared_ptr<const FolderDocument> WidgetFolder::find(const std::string& name) {
-    if (!isName(name)) failNoWidget(name);
+/// 1. The document by its name, or in a folder of that name.
+/// 2. What is paired with it, by names alone, and its settings.
+FolderWidget WidgetFolder::find(const std::string& name) {
+    if (!isName(name) || isCalledModel(name + ".json")) failNoWidget(name);
+    std::error_code ignored;
+    std::filesystem::path file = name + ".json";
+    if (const auto own = std::filesystem::path(name) / "document.json";
+        !std::filesystem::exists(folder_ / file, ignored) && std::filesystem::exists(folder_ / own, ignored))
+        file = own;
+    FolderWidget widget{.document = read(file), .files = pairedWith(folder_ / file)};
+    if (!widget.files.settings) return widget;
+    const FolderTextPtr settings = read(widget.files.settings->lexically_relative(folder_));
+    widget.settings = readSettings({widget.files.settings->filename().string(), settings->text});
+    widget.settingsDigest = settings->digest;
+    return widget;
+}
+
+FolderTextPtr WidgetFolder::model(const FolderWidget& widget, std::string_view family) {
+    const auto own = widget.settings.models.find(std::string(family));
+    if (own != widget.settings.models.end() && widget.files.settings)
+        return read((widget.files.settings->parent_path() / own->second).lexically_relative(folder_));
+    return widget.files.model ? read(widget.files.model->lexically_relative(folder_)) : nullptr;
+}
+
+FolderTextPtr WidgetFolder::read(const std::filesystem::path& path) {
+    const std::string file = path.string();
     // Each time anew: another folder may have taken its name.
     const FileDescriptor folder(::open(folder_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen()) failUnread(name, errno);
-    const FileDescriptor file = openBeneath(folder, name + ".json");
-    if (!file.isOpen()) failUnread(name, errno);
+    if (!folder.isOpen()) failUnread(file, errno);
+    const FileDescriptor opened = openBeneath(folder, file);
+    if (!opened.isOpen()) failUnread(file, errno);
     struct stat before {};
-    if (::fstat(file.number(), &before) != 0) failUnread(name, errno);
-    if (!S_ISREG(before.st_mode)) failNoWidget(name);
-    if (auto kept = findKept(name, before)) return kept;
+    if (::fstat(opened.number(), &before) != 0) failUnread(file, errno);
+    if (!S_ISREG(before.st_mode)) failNoWidget(file);
+    if (auto kept = findKept(file, before)) return kept;
     if (before.st_size > static_cast<off_t>(maximumBytes))
-        throw RequestFault(http_status::unprocessable, "the document '" + printable(name) + "' is larger than 8 MiB");
-    std::string text = readWhole(file, name, static_cast<std::size_t>(before.st_size));
+        throw RequestFault(http_status::unprocessable, "'" + printable(file) + "' is larger than 8 MiB");
+    std::string text = readWhole(opened, file, static_cast<std::size_t>(before.st_size));
     std::string digest = sha256(text);
-    auto document = std::make_shared<const FolderDocument>(FolderDocument{std::move(text), std::move(digest)});
+    auto read = std::make_shared<const FolderText>(FolderText{std::move(text), std::move(digest)});
     struct stat after {};
     // One that is written meanwhile is read again next time.
-    if (::fstat(file.number(), &after) == 0 && isSame(before, after)) keep({name, after, document});
-    return document;
+    if (::fstat(opened.number(), &after) == 0 && isSame(before, after)) keep(file, {after, read});
+    return read;
 }
 
-std::shared_ptr<const FolderDocument> WidgetFolder::findKept(const std::string& name, const struct stat& status) {
+FolderTextPtr WidgetFolder::findKept(const std::string& file, const struct stat& status) {
     const std::lock_guard lock(mutex_);
-    const auto found = std::ranges::find(kept_, name, &Kept::name);
-    if (found == kept_.end() || !isSame(found->status, status)) return nullptr;
-    kept_.splice(kept_.begin(), kept_, found);
-    return found->document;
+    const Kept* const known = kept_.find(file);
+    return known && isSame(known->status, status) ? known->text : nullptr;
 }
 
-void WidgetFolder::keep(Kept document) {
-    constexpr std::size_t mostBytes = std::size_t{64} << 20;
+void WidgetFolder::keep(const std::string& file, Kept kept) {
+    const std::size_t bytes = kept.text->text.size();
+    LRUCache<std::string, Kept>::Dropped dropped;  // destroyed when the lock is gone
     const std::lock_guard lock(mutex_);
-    std::erase_if(kept_, [&](const Kept& kept) { return kept.name == document.name; });
-    kept_.push_front(std::move(document));
-    std::size_t count = 0;
-    std::size_t bytes = 0;
-    const auto isTooMuch = [&](const Kept& kept) {
-        bytes += kept.document->text.size();
-        return ++count > maximumCount || bytes > mostBytes;
-    };
-    kept_.erase(std::ranges::find_if(kept_, isTooMuch), kept_.end());
+    dropped = kept_.insert(file, std::move(kept), bytes);
 }
 
 }  // namespace tavrin::cli

@@ -3,49 +3,69 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
+
+#include "cli/project/widget_files.h"
+#include "cli/project/widget_settings.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 
 namespace tavrin::cli {
 
-/// A document's text. Immutable.
-struct FolderDocument {
+/// The text of a file. Immutable.
+struct FolderText {
     std::string text;
     std::string digest;  ///< which tells it from others
 };
+using FolderTextPtr = std::shared_ptr<const FolderText>;
 
-/// The documents of a folder, by their names: NAME is NAME.json. A file is read when it is asked for, and again once it
-/// is another one, has another size or was changed since. Thread-safe.
+/// A document of a folder, and what lies beside it.
+struct FolderWidget {
+    FolderTextPtr document = nullptr;
+    WidgetFiles files = {};
+    WidgetSettings settings = {};
+    std::string settingsDigest = {};  ///< empty where there are none
+};
+
+/// The widgets of a folder, by their names: NAME is NAME.json, or NAME/document.json, with what is paired with it. A
+/// file is read when it is asked for, and again once it is another one, has another size or was changed since.
+/// Thread-safe.
 ///
-/// A name leads nowhere else: it has no slash and does not begin with a dot, and a symbolic link is followed only where
-/// it stays in the folder. What is no regular file is refused, and never waited for.
+/// A name leads nowhere else: it has no slash, does not begin with a dot and is not called as models are, and a
+/// symbolic link is followed only where it stays in the folder. What is no regular file is refused, and never waited
+/// for.
 class WidgetFolder {
 public:
-    static constexpr std::size_t maximumBytes = std::size_t{8} << 20;  ///< of a document
-    static constexpr std::size_t maximumCount = 256;                   ///< of documents that are kept
+    static constexpr std::size_t maximumBytes = std::size_t{8} << 20;  ///< of a file
+    static constexpr std::size_t maximumCount = 256;                   ///< of files that are kept
 
     /// Throws `IOError` for what is no folder.
     explicit WidgetFolder(std::filesystem::path folder);
 
-    /// Throws `RequestFault`: 404 where there is no such document, 503 where it cannot be read now.
-    [[nodiscard]] std::shared_ptr<const FolderDocument> find(const std::string& name);
+    /// Throws `RequestFault`: 404 where there is no such document, 503 where it or its settings cannot be read now; and
+    /// `SettingsError`.
+    [[nodiscard]] FolderWidget find(const std::string& name);
+    /// The model that lies beside a widget, in a family; null where there is none. Throws `RequestFault`.
+    [[nodiscard]] FolderTextPtr model(const FolderWidget& widget, std::string_view family);
 
 private:
     struct Kept {
-        std::string name;
         struct stat status = {};
-        std::shared_ptr<const FolderDocument> document;
+        FolderTextPtr text;
     };
 
-    [[nodiscard]] std::shared_ptr<const FolderDocument> findKept(const std::string& name, const struct stat& status);
-    void keep(Kept document);
+    [[nodiscard]] FolderTextPtr read(const std::filesystem::path& file);
+    [[nodiscard]] FolderTextPtr findKept(const std::string& file, const struct stat& status);
+    void keep(const std::string& file, Kept kept);
+
+    static constexpr std::size_t mostKeptBytes = std::size_t{64} << 20;
 
     std::filesystem::path folder_;
     std::mutex mutex_;
-    std::list<Kept> kept_;  // the latest first
+    LRUCache<std::string, Kept> kept_{mostKeptBytes, maximumCount};  // by the file's path in the folder
 };
 
 }  // namespace tavrin::cli

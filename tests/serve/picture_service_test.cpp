@@ -286,6 +286,55 @@ TEST(PictureService, StaysInItsFolder) {
     std::filesystem::remove(outside);
 }
 
+TEST(PictureService, PairsDocumentsWithWhatLiesBesideThem) {
+    const RunningService running;
+    const auto drawn = [&](const std::string& name, const std::string& query) {
+        const ClientAnswer answer = running.get("/v1/widgets/" + name + ".png?" + dated + query);
+        EXPECT_EQ(answer.status, 200) << answer.body;
+        return answer.body;
+    };
+    const auto greeting = [&](std::string_view model) {
+        return drawn("greeting", "&model=" + base64url(std::string(R"({"a":")") + std::string(model) + "\"}"));
+    };
+    running.write("greeting.model.json", R"({"a":"own"})");
+    running.write("model.json", R"({"a":"shared"})");
+    EXPECT_EQ(drawn("greeting", ""), greeting("own"));
+    running.write("other.json", RunningService::greetingText);
+    EXPECT_EQ(drawn("other", ""), greeting("shared"));
+    running.write("greeting.model.json", R"({"a":"changed"})");
+    EXPECT_EQ(drawn("greeting", ""), greeting("changed"));
+
+    running.write("small.json", R"({"a":"small"})");
+    running.write("other.widget.toml",
+                  "families = [\"systemSmall\"]\nappearance = \"dark\"\n[models]\nsystemSmall = \"small.json\"\n");
+    const std::string small = "&family=systemSmall&model=" + base64url(R"({"a":"small"})");
+    EXPECT_EQ(drawn("other", ""), drawn("greeting", "&appearance=dark" + small));
+    EXPECT_EQ(drawn("other", "&appearance=light"), drawn("greeting", small)) << "what is asked for wins";
+    EXPECT_EQ(drawn("other", "&appearance=light&family=systemMedium"), greeting("shared"));
+
+    std::filesystem::create_directory(running.folder / "inside");
+    running.write("inside/document.json", RunningService::greetingText);
+    running.write("inside/model.json", R"({"a":"inside"})");
+    EXPECT_EQ(drawn("inside", ""), greeting("inside"));
+
+    for (const char* const name : {"model", "greeting.model", "other.widget", "inside/document"})
+        EXPECT_EQ(running.get("/v1/widgets/" + std::string(name) + ".png").status, 404) << name;
+    running.write("other.widget.toml", "familes = 1\n");
+    const ClientAnswer wrong = running.get("/v1/widgets/other.png");
+    EXPECT_EQ(wrong.status, 422);
+    EXPECT_EQ(member(wrong, "line"), "1");
+    EXPECT_THAT(member(wrong, "message"), HasSubstr("other.widget.toml: "));
+}
+
+TEST(PictureService, LetsTheServersOwnOptionsGoBeforeSettings) {
+    const RunningService running([](ServeSettings& settings) { settings.said = {OptionName::appearance}; });
+    running.write("greeting.widget.toml", "appearance = \"dark\"\nfamilies = [\"systemSmall\"]\n");
+    const std::string target = "/v1/widgets/greeting.png?" + dated + "&model=" + base64url(R"({"a":"words"})");
+    const std::string tag = running.get(target).header("etag");
+    EXPECT_EQ(tag, running.get(target + "&appearance=light&family=systemSmall").header("etag"));
+    EXPECT_NE(tag, running.get(target + "&appearance=dark").header("etag"));
+}
+
 TEST(PictureService, HasNoWidgetsWithoutAFolder) {
     const RunningService running([](ServeSettings& settings) { settings.folder = std::nullopt; });
     EXPECT_EQ(running.get("/v1/widgets/color.png").status, 404);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bindings/python/src/open_documents.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tavrin::python {
@@ -12,7 +11,7 @@ OpenDocuments& OpenDocuments::shared() {
 }
 
 OpenDocument OpenDocuments::find(std::string_view text, const RenderBudget& budget) {
-    std::optional<Outcome> outcome = findKept(text, budget);
+    std::optional<Outcome> outcome = findKept({text, budget});
     if (!outcome) {
         // Two threads may both decode it; neither waits for the other.
         try {
@@ -21,36 +20,22 @@ OpenDocument OpenDocuments::find(std::string_view text, const RenderBudget& budg
             outcome = error.description;
         }
         // What was given up for want of time may come out otherwise next time.
-        if (!budget.seconds || outcome->index() == 0) keep({std::string(text), budget, *outcome});
+        if (!budget.seconds || outcome->index() == 0) keep({text, budget}, *outcome);
     }
     if (auto* const error = std::get_if<ErrorDescription>(&*outcome)) throw CallError(std::move(*error));
     return std::get<OpenDocument>(*std::move(outcome));
 }
 
-bool OpenDocuments::Kept::isOf(std::string_view otherText, const RenderBudget& other) const {
-    return budget.steps == other.steps && budget.pixels == other.pixels && budget.bytes == other.bytes &&
-           budget.seconds == other.seconds && text == otherText;
+std::optional<OpenDocuments::Outcome> OpenDocuments::findKept(const Lookup& key) {
+    const std::lock_guard lock(mutex_);
+    const Outcome* const known = kept_.find(key);
+    return known ? std::optional(*known) : std::nullopt;
 }
 
-std::optional<OpenDocuments::Outcome> OpenDocuments::findKept(std::string_view text, const RenderBudget& budget) {
+void OpenDocuments::keep(const Lookup& key, const Outcome& outcome) {
+    Cache::Dropped dropped;  // destroyed when the lock is gone
     const std::lock_guard lock(mutex_);
-    const auto found = std::ranges::find_if(kept_, [&](const Kept& kept) { return kept.isOf(text, budget); });
-    if (found == kept_.end()) return std::nullopt;
-    kept_.splice(kept_.begin(), kept_, found);
-    return found->outcome;
-}
-
-void OpenDocuments::keep(Kept document) {
-    const std::lock_guard lock(mutex_);
-    std::erase_if(kept_, [&](const Kept& kept) { return kept.isOf(document.text, document.budget); });
-    kept_.push_front(std::move(document));
-    std::size_t count = 0;
-    std::size_t bytes = 0;
-    const auto isTooMuch = [&](const Kept& kept) {
-        bytes += kept.text.size();
-        return ++count > maximumCount || bytes > maximumBytes;
-    };
-    kept_.erase(std::ranges::find_if(kept_, isTooMuch), kept_.end());
+    dropped = kept_.insert({std::string(key.text), key.budget}, outcome, key.text.size());
 }
 
 }  // namespace tavrin::python

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -11,6 +11,7 @@
 
 #include "tavrin/doors/open_document.h"
 #include "tavrin/platform/foundation/budget/render_budget.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 
 namespace tavrin::python {
 
@@ -30,19 +31,32 @@ public:
 private:
     /// What decoding came to.
     using Outcome = std::variant<OpenDocument, ErrorDescription>;
-    struct Kept {
+    /// A text, and what decoding it may cost.
+    struct Lookup {
+        std::string_view text;
+        const RenderBudget& budget;
+    };
+    struct Key {
         std::string text;
         RenderBudget budget;
-        Outcome outcome;
 
-        [[nodiscard]] bool isOf(std::string_view text, const RenderBudget& budget) const;
+        bool operator==(const Lookup& other) const {
+            return budget.steps == other.budget.steps && budget.pixels == other.budget.pixels &&
+                   budget.bytes == other.budget.bytes && budget.seconds == other.budget.seconds && text == other.text;
+        }
+        bool operator==(const Key& other) const { return *this == Lookup{other.text, other.budget}; }
     };
+    struct Hash {
+        std::size_t operator()(const Lookup& key) const { return std::hash<std::string_view>{}(key.text); }
+        std::size_t operator()(const Key& key) const { return std::hash<std::string_view>{}(key.text); }
+    };
+    using Cache = LRUCache<Key, Outcome, Hash>;
 
-    [[nodiscard]] std::optional<Outcome> findKept(std::string_view text, const RenderBudget& budget);
-    void keep(Kept document);
+    [[nodiscard]] std::optional<Outcome> findKept(const Lookup& key);
+    void keep(const Lookup& key, const Outcome& outcome);
 
     std::mutex mutex_;
-    std::list<Kept> kept_;  // the latest first
+    Cache kept_{maximumBytes, maximumCount};
 };
 
 }  // namespace tavrin::python
