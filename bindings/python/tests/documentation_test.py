@@ -8,11 +8,12 @@ import shutil
 import pytest
 import tavrin
 import tavrin.arrow
+import tavrin.shards
 
 TOP = pathlib.Path(__file__).resolve().parents[3]
 BLOCK = re.compile(r"^```(\w+)(?: (\S+))?\n(.*?)^```$", re.M | re.S)
 
-MODULES = [tavrin, tavrin.arrow]
+MODULES = [tavrin, tavrin.arrow, tavrin.shards]
 
 
 def examples():
@@ -38,7 +39,7 @@ def test_docstrings_do_what_they_say(example):
 def test_there_are_examples():
     shown = {test.name for test in examples() if test.examples}
     assert shown >= {"tavrin", "tavrin.Document", "tavrin.Document.widget", "tavrin.Widget.encode", "tavrin.check",
-                     "tavrin.arrow", "tavrin.arrow.addresses"}
+                     "tavrin.arrow", "tavrin.arrow.addresses", "tavrin.shards"}
 
 
 @pytest.mark.parametrize("module", MODULES, ids=lambda module: module.__name__)
