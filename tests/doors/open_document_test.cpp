@@ -45,6 +45,43 @@ TEST(OpenDocument, AnswersAreTheWidgets) {
     EXPECT_EQ(document.text(), greeting);
 }
 
+TEST(OpenDocument, DrawsAtOnceWhatItsWidgetDraws) {
+    const OpenDocument document(R"({"version": "1.0", "nodes": {"main": {"type": "timer", "timestamp": "90.5"}}})");
+    const struct {
+        PictureFormat format;
+        Size size;
+    } rows[] = {{PictureFormat::png, {303, 151}}, {PictureFormat::jpeg, {303, 151}}, {PictureFormat::pdf, {101, 50.4}}};
+    for (const auto& row : rows) {
+        DrawingOptions options = optionsAt(7);
+        options.widget.room.size = {101, 50.4};
+        options.format = row.format;
+        for (int times = 0; times < 2; ++times) {
+            const DrawnPicture drawn = document.draw(std::nullopt, options);
+            const OpenWidget widget = document.widget(std::nullopt, options);
+            EXPECT_EQ(drawn.bytes, widget.encode());
+            EXPECT_EQ(drawn.size, row.size);
+            EXPECT_TRUE(drawn.validUntil);
+            EXPECT_EQ(drawn.validUntil, widget.validUntil());
+        }
+    }
+    try {
+        static_cast<void>(OpenDocument(greeting).draw("{", optionsAt(0)));
+        FAIL();
+    } catch (const CallError& error) {
+        EXPECT_EQ(error.description.role, TextRole::model);
+    }
+}
+
+TEST(OpenDocument, NamesThePicturesThatItShows) {
+    const OpenDocument document(
+        R"({"version": "1.0", "nodes": {"main": {"type": "webImage", "url": "{{initServerParam.photo}}"}}})");
+    const auto pictures = document.pictures(R"({"photo": "a"})", optionsAt(0));
+    ASSERT_EQ(pictures.size(), 1U);
+    EXPECT_EQ(pictures[0].url.string(), "a");
+    EXPECT_EQ(pictures[0].fileName, "2b606");
+    EXPECT_THROW(static_cast<void>(document.pictures("{}", optionsAt(0))), CallError);
+}
+
 TEST(OpenDocument, CompressionAndQualityOfAPictureWin) {
     const OpenWidget widget = OpenDocument(greeting).widget(R"({"name": "Ada"})", optionsAt(0));
     WidgetOptions small = optionsAt(0).widget;

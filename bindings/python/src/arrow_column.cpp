@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bindings/python/src/arrow_column.h"
 
-#include <array>
 #include <charconv>
 #include <cstring>
 
@@ -13,9 +12,17 @@ namespace nb = nanobind;
 namespace tavrin::python {
 namespace {
 
+/// A buffer need not lie where its numbers might.
+template <class Value>
+Value loaded(const void* buffer, std::int64_t index) {
+    Value value;
+    std::memcpy(&value, static_cast<const char*>(buffer) + index * std::int64_t{sizeof(Value)}, sizeof value);
+    return value;
+}
+
 template <class Number>
-Number stored(const ArrowArray& array, std::int64_t buffer, std::int64_t index) {
-    return static_cast<const Number*>(array.buffers[buffer])[index];
+Number stored(const ArrowArray& array, std::int64_t index) {
+    return loaded<Number>(array.buffers[1], index);
 }
 
 template <class T>
@@ -30,21 +37,22 @@ const T* inside(nb::handle capsule, const char* name) {
 std::string_view viewedText(const ArrowArray& array, std::int64_t index) {
     struct View {
         std::int32_t size;
-        std::array<char, 4> prefix;
+        std::int32_t prefix;  // here a short text begins
         std::int32_t buffer;
         std::int32_t offset;
     };
-    constexpr std::size_t most = 12;
-    const View* const view = static_cast<const View*>(array.buffers[1]) + index;
-    const auto size = static_cast<std::size_t>(view->size);
-    if (size <= most) return {view->prefix.data(), size};
-    return {static_cast<const char*>(array.buffers[2 + view->buffer]) + view->offset, size};
+    constexpr std::size_t most = sizeof(View) - sizeof(View::size);
+    const View view = loaded<View>(array.buffers[1], index);
+    const auto size = static_cast<std::size_t>(view.size);
+    const auto* const views = static_cast<const char*>(array.buffers[1]);
+    if (size <= most) return {views + index * std::int64_t{sizeof view} + sizeof view.size, size};
+    return {static_cast<const char*>(array.buffers[2 + view.buffer]) + view.offset, size};
 }
 
 template <class Offset>
 std::string_view offsetText(const ArrowArray& array, std::int64_t index) {
-    const auto begin = static_cast<std::size_t>(stored<Offset>(array, 1, index));
-    const auto end = static_cast<std::size_t>(stored<Offset>(array, 1, index + 1));
+    const auto begin = static_cast<std::size_t>(stored<Offset>(array, index));
+    const auto end = static_cast<std::size_t>(stored<Offset>(array, index + 1));
     if (begin == end) return {};  // then there may be no buffer
     return {static_cast<const char*>(array.buffers[2]) + begin, end - begin};
 }
@@ -116,19 +124,19 @@ bool ArrowColumn::isValid(const ArrowArray& array, std::int64_t at) {
 std::int64_t ArrowColumn::wholeNumber(const Values& values, std::int64_t index) {
     const ArrowArray& array = *values.array;
     switch (values.width) {
-        case 'c': return stored<std::int8_t>(array, 1, index);
-        case 'C': return stored<std::uint8_t>(array, 1, index);
-        case 's': return stored<std::int16_t>(array, 1, index);
-        case 'S': return stored<std::uint16_t>(array, 1, index);
-        case 'i': return stored<std::int32_t>(array, 1, index);
-        case 'I': return stored<std::uint32_t>(array, 1, index);
-        default: return stored<std::int64_t>(array, 1, index);
+        case 'c': return stored<std::int8_t>(array, index);
+        case 'C': return stored<std::uint8_t>(array, index);
+        case 's': return stored<std::int16_t>(array, index);
+        case 'S': return stored<std::uint16_t>(array, index);
+        case 'i': return stored<std::int32_t>(array, index);
+        case 'I': return stored<std::uint32_t>(array, index);
+        default: return stored<std::int64_t>(array, index);
     }
 }
 
 OptionValue ArrowColumn::number(const Values& values, std::int64_t index) {
-    if (values.width == 'f') return static_cast<double>(stored<float>(*values.array, 1, index));
-    if (values.width == 'g') return stored<double>(*values.array, 1, index);
+    if (values.width == 'f') return static_cast<double>(stored<float>(*values.array, index));
+    if (values.width == 'g') return stored<double>(*values.array, index);
     const std::int64_t whole = wholeNumber(values, index);
     if (whole >= 0 || values.width == 'L') return static_cast<std::uint64_t>(whole);
     return static_cast<double>(whole);
@@ -159,10 +167,8 @@ std::optional<OptionValue> ArrowColumn::pair(std::int64_t index) const {
     std::int64_t begin = index * values_.listSize;
     std::int64_t end = begin + values_.listSize;
     if (values_.listSize < 0) {
-        begin = values_.width == 'i' ? stored<std::int32_t>(*values_.array, 1, index)
-                                     : stored<std::int64_t>(*values_.array, 1, index);
-        end = values_.width == 'i' ? stored<std::int32_t>(*values_.array, 1, index + 1)
-                                   : stored<std::int64_t>(*values_.array, 1, index + 1);
+        begin = wholeNumber(values_, index);
+        end = wholeNumber(values_, index + 1);
     }
     if (end - begin != 2) return std::nullopt;
     begin += sides_.array->offset;

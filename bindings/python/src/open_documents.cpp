@@ -7,7 +7,8 @@
 namespace tavrin::python {
 
 OpenDocuments& OpenDocuments::shared() {
-    static OpenDocuments documents;
+    // A thread may still draw while the process ends.
+    static OpenDocuments& documents = *new OpenDocuments;
     return documents;
 }
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Draws the rows of Arrow record batches, with pyarrow, which `pip install 'tavrin[arrow]'` brings.
+"""Draws the rows of Arrow record batches. Needs pyarrow, which the package's extra `arrow` brings.
 
 >>> import pyarrow
 >>> import tavrin.arrow
@@ -43,8 +43,8 @@ def render(batch: pyarrow.RecordBatch, *, document: str | bytes | None = None, d
       (int32), as `tavrin.Error` has them, or null. Where it is not null, the others are.
 
     `document` is the text of one document for all rows, `document_column` names a column of documents instead. `model`
-    names the column of models, JSON texts; without models it is None. Both may be of any type of text or binary,
-    dictionaries too. Each option of `tavrin.Options` holds for all rows, or, with `_column` behind its name, is the
+    names the column of models, JSON texts; without models it is None. Both may be strings or binaries, large ones,
+    views and dictionaries too. Each option of `tavrin.Options` holds for all rows, or, with `_column` behind its name, is the
     name of a column that has each row's; nulls there stand for the option's default. `time_zone` is UTC by default.
     There must be a `date` or a `date_column` without nulls, so that a row that is drawn again is the same bytes.
 

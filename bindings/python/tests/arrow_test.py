@@ -65,6 +65,14 @@ def dictionary(values, type=pa.string(), index=pa.int32()):
     return pa.array(values, type).dictionary_encode().cast(pa.dictionary(index, type))
 
 
+def misplaced(values):
+    """Offsets at an odd address."""
+    array = pa.array(values)
+    valid, offsets, bytes = array.buffers()
+    offsets = pa.py_buffer(b"-" + offsets.to_pybytes()).slice(1)
+    return pa.Array.from_buffers(pa.string(), len(array), [valid, offsets, bytes])
+
+
 # Layout: an array of texts, some null.
 LAYOUTS = {
     **{str(type): lambda values, type=type: pa.array(values, type)
@@ -72,6 +80,7 @@ LAYOUTS = {
     "slice": lambda values: pa.array(["junk", None, *values, "junk"]).slice(2, len(values)),
     "slice of large": lambda values: pa.array([*["junk"] * 9, *values], pa.large_string()).slice(9),
     "slice of views": lambda values: pa.array([*["junk"] * 9, *values], pa.string_view()).slice(9),
+    "an odd address": misplaced,
     "dictionary": dictionary,
     "dictionary of bytes": lambda values: dictionary(values, pa.large_binary(), pa.uint8()),
     "slice of a dictionary": lambda values: dictionary(["junk", *values], index=pa.int64()).slice(1),
