@@ -11,12 +11,15 @@ GOOD = """
 from datetime import datetime, timezone
 from pathlib import Path
 from zoneinfo import ZoneInfo
-from typing import Literal
+from typing import Any, Literal
 
 import numpy
 import pyarrow  # type: ignore[import-untyped]
 import tavrin
 import tavrin.arrow
+import tavrin.ray
+import tavrin.shards
+import tavrin.spark
 
 document: tavrin.Document = tavrin.Document.open(Path("agenda.json"), budget={"profile": "strangers", "seconds": 1})
 options: tavrin.Options = {"family": "systemSmall", "scale": 2, "budget": {"steps": 10}}
@@ -47,11 +50,22 @@ drawn = tavrin.arrow.render(batch, document="{}", date="2026-11-21T08:05:00Z", f
 drawn = tavrin.arrow.render(drawn, document_column="text", model=None, date_column="day", scale=2, hashes_column="family")
 names: list[str] = tavrin.arrow.addresses(batch, document=b"{}").to_pylist()
 tavrin.arrow.prefetch(batch, document="{}", image_cache_dir=Path("pictures"), fetch="all")
+manifest: dict[str, Any] = tavrin.shards.write([batch], Path("out"), "id", rows=100, document="{}", scale=2)
+anything: Any = batch
+drawn = tavrin.ray.render(anything, document="{}", family_column="family", batch_size=50)
+drawn = tavrin.spark.render(anything, document_column="text", date="2026-11-21T08:05:00Z")
 """
 
 BAD = """
+from typing import Any
+
 import tavrin
 import tavrin.arrow
+import tavrin.ray
+import tavrin.shards
+import tavrin.spark
+
+anything: Any = None
 
 document = tavrin.Document(5)  # arg-type
 document.widget(famly="systemSmall")  # call-arg
@@ -72,6 +86,9 @@ tavrin.arrow.render(None, family_column=5)  # arg-type
 tavrin.arrow.render(None, fetch="some")  # arg-type
 tavrin.arrow.addresses(None, hashes="yes")  # arg-type
 tavrin.arrow.prefetch(None, image_cache_dir=5)  # arg-type
+tavrin.shards.write([], "out", rows="5")  # arg-type
+tavrin.ray.render(anything, famly_column="a")  # call-arg
+tavrin.spark.render(anything, fetch="some")  # arg-type
 """
 
 

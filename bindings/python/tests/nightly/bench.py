@@ -141,6 +141,7 @@ def write_shards(file, out):
 
 
 def main():
+    sys.stdout.reconfigure(line_buffering=True)
     rows = int(sys.argv[1]) if len(sys.argv) > 1 else 100_000
     if rows < 4000:
         sys.exit("bench.py: fewer than 4000 rows are drawn before there is anything to measure")

@@ -121,7 +121,8 @@ class Ray(Engine):
 
     def each(self, function, values):
         """Calls a function with each value, somewhere."""
-        self.engine.get([self.engine.remote(function).remote(value) for value in values])
+        task = self.engine.remote(lambda value: function(value))  # a partial function is none to Ray
+        self.engine.get([task.remote(value) for value in values])
 
     def workers(self):
         return [number for number, (words, _) in descendants().items() if words.startswith("ray::MapWorker")]
