@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cli/embedded_file.h"
+#include "cli/new/widget_template.h"
 #include "tavrin/doors/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -31,15 +32,27 @@ OptionInfo shared(OptionName name, std::string_view value, VerbSet takers, std::
     return {spelled(name, Spelling::kebab), value, takers, std::move(help), completes, std::move(words)};
 }
 
-std::vector<std::string> withAll(std::vector<std::string> words) {
-    words.emplace_back("all");
+std::vector<std::string> with(std::string_view word, std::vector<std::string> words) {
+    words.emplace_back(word);
     return words;
+}
+
+std::vector<std::string> withAll(std::vector<std::string> words) { return with("all", std::move(words)); }
+
+std::vector<std::string> templateNames() {
+    std::vector<std::string> names;
+    for (const WidgetTemplate& each : widgetTemplates()) names.emplace_back(each.name);
+    return names;
 }
 
 }  // namespace
 
 std::span<const VerbInfo> verbs() {
     static constexpr VerbInfo list[] = {
+        {"new", "NAME [--template TEMPLATE]", "Make a document, a model and settings to begin with",
+         "  tavrin new habits                                     habits.json, habits.model.json, habits.widget.toml\n"
+         "  tavrin new --list                                     what to begin with\n"
+         "  tavrin new widgets/train --template countdown"},
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG, PDF, WebP or JPEG",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -61,7 +74,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin explain weather.json 'nodes.main.children[0]'  one in sentences\n"
          "  tavrin explain weather.json --family systemSmall --format json"},
         {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
-         "  tavrin check widgets/*.json --families all --strict\n"
+         "  tavrin check widgets --strict                         every document in a folder\n"
          "  tavrin check weather.json --fix                       mends what can be mended safely\n"
          "  tavrin check widgets/*.json --format sarif >check.sarif\n"
          "  tavrin check weather.json --model today.json --errors json"},
@@ -118,8 +131,11 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet shown = placed.with(Verb::preview);
     static constexpr VerbSet budgeted = loaded.with(Verb::preview).with(Verb::serve);
     static constexpr VerbSet every =
-        budgeted.with(Verb::schema).with(Verb::sign).with(Verb::completion).with(Verb::help);
+        budgeted.with(Verb::newWidget).with(Verb::schema).with(Verb::sign).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> all{
+        {"--template", "TEMPLATE", VerbSet(Verb::newWidget), "What to begin with (number)", Completes::words,
+         templateNames()},
+        {"--list", "", VerbSet(Verb::newWidget), "Print the templates"},
         {"--output", "OUT", onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
          "for all pictures; where several families, appearances, scales, models or dates are given, the folder for "
@@ -150,10 +166,14 @@ const std::vector<OptionInfo>& options() {
         {"--strict", "", onlySnapshot,
          "Fail where there is no snapshot yet, instead of recording it, and where one belongs to no picture"},
         {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
-        {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
+        {"--model", "FILE", loaded,
+         "The model document; \"-\" is standard input (NAME.model.json or model.json beside NAME.json)",
+         Completes::file},
         shared(OptionName::family, "NAME", placed),
-        {"--families", "NAME,...|all", looked, "Each of several families, or all that the screen has", Completes::words,
-         withAll(listOf(widgetFamilyNames))},
+        {"--families", "NAME,...|all|meant", looked,
+         "Each of several families, all that the screen has, or those that a widget is meant for by its settings; so "
+         "it is where several pictures are asked for, checked or compared",
+         Completes::words, with("meant", withAll(listOf(widgetFamilyNames)))},
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
          Completes::words, withAll(listOf(appearanceWords))},
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
@@ -181,7 +201,7 @@ const std::vector<OptionInfo>& options() {
         shared(OptionName::timeZone, "ID", placed, "the system's; of checks, snapshots and what is served UTC"),
         {"--image-cache-dir", "DIR", loaded.with(Verb::serve),
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
-         "them",
+         "them (pictures beside the document, where it is there)",
          Completes::folder},
         shared(OptionName::maxImageSize, "WxH", shown),
         shared(OptionName::fetch, "none|public|all", loaded.with(Verb::serve), "all; of what is served public"),

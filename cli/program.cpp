@@ -56,6 +56,10 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         writeStandardOutput(*text);
         return 0;
     }
+    if (command.verb == Verb::newWidget) {
+        makeNew(command);
+        return 0;
+    }
     if (command.verb == Verb::preview) {
         preview(command);
         return 0;

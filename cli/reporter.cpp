@@ -16,8 +16,9 @@ void Reporter::report(const Failure& failure) const {
 
 void Reporter::report(const Diagnostic& diagnostic, const Source& document, const Source* model) const {
     const Source& source = sourceOf(diagnostic, document, model);
-    // Programs get an error as every verb writes it, people what was found out about it besides.
+    // Programs get the error that every verb ends at, as it writes it; people what was found out about it besides.
     const bool isText = format_ == TextFormat::text;
+    if (!isText && diagnostic.isFurther) return;
     const bool asThrown = diagnostic.cause && !(isText && diagnostic.range);
     const Failure failure = asThrown ? describe(diagnostic.cause, document, model) : describe(diagnostic, source);
     write(isText ? failureText(failure, standardErrorHasColor(), labelOf(diagnostic))

@@ -36,6 +36,10 @@ namespace tavrin::cli {
 [[nodiscard]] int printAll(const DocumentArguments& arguments, const Reporter& reporter,
                            const std::function<std::string(const Production&)>& textOf);
 
+/// Makes a document, its model and its settings from a template, or lists the templates. Throws `UsageError` and, where
+/// one of the files is there already, `IOError`.
+void makeNew(const Command& command);
+
 /// Serves the preview of a folder until it is interrupted. Throws `UsageError` and `IOError`.
 void preview(const Command& command);
 

@@ -68,7 +68,7 @@ class Case:
     name: str
     words: list
     group_of: callable = alone  # files of one group belong together
-    report: str = None  # a file that tells, after a run with failures, of these
+    report: tuple = ()  # files that tell, after a run with failures, which others are new; the first one as JSON
     start: dict = dataclasses.field(default_factory=dict)  # what must be there before
     new: dict = None  # what a run without faults leaves
     seconds: float = 0
@@ -81,9 +81,10 @@ def cases():
         Case("several pictures", ["render", "a.json", "b.json", "clock.json", "-o", "out"]),
         Case("numbered frames", ["render", "clock.json", "--frames", SPAN, "-o", "out/clock-%02d.png"], with_all),
         Case("an animation", ["render", "clock.json", "--frames", SPAN, "-o", "out/clock.webp"]),
-        Case("every combination", ["render", "a.json", "b.json", "--scales", "1,2", "-o", "out/"], with_all),
+        Case("every combination", ["render", "a.json", "b.json", "--scales", "1,2", "-o", "out/"], with_all,
+             report=("index.json", "index.html")),
         Case("lines", ["render", "a.json", "--models", "lines.jsonl", "--key", "id", "-o", "out/"],
-             report="index.json"),
+             report=("index.json",)),
         Case("snapshots", ["snapshot", "a.json", "b.json", "--dir", "out", "--update"], with_its_pair),
         Case("fixes", ["check", "out/x.json", "out/y.json", "--fix"], start={"x.json": doubtful, "y.json": doubtful}),
         Case("downloads", ["fetch", "pictures.json", "--image-cache-dir", "out"]),
@@ -136,6 +137,14 @@ def old_files(case):
     return case.start or {name: random.Random(name).randbytes(len(data)) for name, data in case.new.items()}
 
 
+def told_in(case, old, new, left):
+    """The files that a report of this very run tells of; None where there is no such report."""
+    report = left.get(case.report[0]) if case.report else None
+    if report is None or report in (old.get(case.report[0]), new[case.report[0]]):
+        return None
+    return {entry["file"] for entry in json.loads(report)}
+
+
 def faults_of(case, old, new, left, status, ended_by):
     """What must not be, in words."""
     expected = [0, 1] if ended_by is None else [0, 1, -ended_by]
@@ -143,10 +152,14 @@ def faults_of(case, old, new, left, status, ended_by):
         yield f"exit status {status}"
     for name in sorted(left.keys() - old.keys() - new.keys()):
         yield f"{name} is left"
+    told = told_in(case, old, new, left) if status == 1 else None
+    if told is not None:
+        for name in sorted(new.keys() - set(case.report)):
+            if left.get(name) != (new if name in told else old).get(name):
+                yield f"{name} is not what {case.report[0]} tells"
+        return
     states = {}
     for name in sorted(old.keys() | new.keys()):
-        if name == case.report and status == 1 and name in left:
-            continue
         is_new, is_old = left.get(name) == new.get(name), left.get(name) == old.get(name)
         if not is_new and not is_old:
             yield f"{name} is neither old nor new" if name in left else f"{name} is lost"

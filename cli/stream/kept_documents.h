@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <exception>
-#include <list>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -11,6 +10,7 @@
 #include <sys/stat.h>
 
 #include "cli/input.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/widget/document.h"
 
 namespace tavrin::cli {
@@ -59,18 +59,15 @@ private:
         }
     };
     struct Kept {
-        std::string path;
         Stamp stamp;
         std::shared_ptr<const ReadDocument> document;
     };
 
     [[nodiscard]] static std::optional<Stamp> stampOf(const std::string& path);
-    [[nodiscard]] std::shared_ptr<const ReadDocument> findKept(const std::string& path, const Stamp& stamp);
-    void keep(Kept document);
 
     RenderBudget budget_;
     std::mutex mutex_;
-    std::list<Kept> kept_;  // the latest first
+    LRUCache<std::string, Kept> kept_{maximumBytes, maximumCount};
 };
 
 }  // namespace tavrin::cli

@@ -2,10 +2,13 @@
 #include "tavrin/diagnostics/diagnose.h"
 
 #include "tavrin/diagnostics/drawn_rules.h"
+#include "tavrin/diagnostics/further_errors.h"
 #include "tavrin/diagnostics/load_failure.h"
 #include "tavrin/diagnostics/written_rules.h"
+#include "tavrin/engine/prepared_document.h"
 #include "tavrin/platform/foundation/budget/metering.h"
 #include "tavrin/platform/foundation/precondition.h"
+#include "tavrin/platform/foundation/tavrin_error.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin {
@@ -30,6 +33,7 @@ public:
             draw();
         } catch (...) {
             fail(std::current_exception());
+            goOnAfter(std::current_exception());
         }
         if (findings_.dropped() > 0)
             findings_.all().push_back({.severity = Severity::note,
@@ -68,6 +72,52 @@ private:
         Diagnostic& error = findings_.all().back();
         if (error.role == TextRole::document && document_.starts_with(byteOrderMark))
             error.fix = {{bytes(0, byteOrderMark.size()), ""}};
+    }
+
+    /// Finds what decoding would end at next, and so on.
+    void goOnAfter(std::exception_ptr failure) {
+        constexpr int mostErrors = 100;
+        if (!written_) return;
+        FurtherErrors further(document_);
+        try {
+            look([&] {
+                for (int count = 0; failure && count < mostErrors && !findings_.isFull(); ++count) {
+                    const FurtherErrors::Verdict verdict = takenOut(further, failure);
+                    if (verdict == FurtherErrors::Verdict::astray) return;
+                    if (verdict == FurtherErrors::Verdict::real && count > 0) {
+                        fail(failure);
+                        findings_.all().back().isFurther = true;
+                    }
+                    failure = failureOf(further.text());
+                }
+            });
+        } catch (const TavrinError&) {
+            // The budget ends here; what was found until then holds.
+        }
+    }
+
+    static FurtherErrors::Verdict takenOut(FurtherErrors& further, const std::exception_ptr& failure) {
+        try {
+            std::rethrow_exception(failure);
+        } catch (const DecodingError& error) {
+            return further.takeOut(error);
+        } catch (const ConversionError& error) {
+            return further.takeOut(error);
+        } catch (...) {
+            return FurtherErrors::Verdict::astray;
+        }
+    }
+
+    /// What a text cannot be decoded for; null where it can. The budget's end leaves as it is.
+    static std::exception_ptr failureOf(const std::string& text) {
+        try {
+            const PreparedDocument decoded(text);
+        } catch (const TavrinError&) {
+            throw;
+        } catch (const PlacedError&) {
+            return std::current_exception();
+        }
+        return nullptr;
     }
 
     void draw() {

@@ -51,8 +51,10 @@ struct Diagnostic {
     std::optional<TextRange> range = std::nullopt;
     /// What may be put in its place safely, all of it or nothing; empty where there is no such thing.
     std::vector<TextEdit> fix = {};
-    /// What loading or drawing threw; null for what is no error.
+    /// What loading or drawing threw, or would throw next; null for what is no error.
     std::exception_ptr cause = nullptr;
+    /// Whether it was found by going on after another error, which loading ends at.
+    bool isFurther = false;
 };
 
 }  // namespace tavrin

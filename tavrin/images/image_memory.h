@@ -2,11 +2,10 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/foundation/net/url.h"
 #include "tavrin/platform/foundation/pixels/bitmap.h"
 
@@ -16,7 +15,7 @@ namespace tavrin {
 /// dropped; a picture larger than that is not kept. Thread-safe.
 class ImageMemory {
 public:
-    explicit ImageMemory(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
+    explicit ImageMemory(std::size_t maximumBytes) : kept_(maximumBytes) {}
 
     /// A picture, and how many bytes were held beside it while it was made.
     struct Kept {
@@ -37,20 +36,10 @@ public:
     [[nodiscard]] std::size_t bytes() const;
 
 private:
-    struct Entry {
-        URL url;
-        Kept kept;
-    };
-    using Entries = std::list<Entry>;  // the last asked for first
-
-    /// Takes entries out until the rest has room. They are destroyed by the caller, outside the lock.
-    Entries evict();
+    using Cache = LRUCache<URL, Kept>;
 
     mutable std::mutex mutex_;
-    std::size_t maximumBytes_;
-    std::size_t bytes_ = 0;
-    Entries entries_;
-    std::unordered_map<URL, Entries::iterator> byURL_;
+    Cache kept_;
 };
 
 }  // namespace tavrin

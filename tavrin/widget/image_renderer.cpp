@@ -60,15 +60,26 @@ const layout::LayoutTree& ImageRenderer::layoutTree() {
 
 void ImageRenderer::layOut(layout::Recording recording, const layout::LayoutTree* before) {
     Cost cost = options_.spent;  // which stays as it is if layout fails
+    layout::Diagnostics notes;
+    if (options_.diagnostics) notes = [this](std::string_view note) { say(note); };
     {
         const Metering metering(options_.budget, cost);
         layout_ = options_.placing([&] {
-            return std::make_shared<const layout::LayoutTree>(layout::layOut(view_, options_.size, options_.environment,
-                                                                             textEngine(), options_.diagnostics,
-                                                                             recording, nullptr, before));
+            return std::make_shared<const layout::LayoutTree>(layout::layOut(
+                view_, options_.size, options_.environment, textEngine(), notes, recording, nullptr, before));
         });
     }
     options_.spent = cost;
+}
+
+void ImageRenderer::say(std::string_view note) {
+    const auto known = isDrawnAnew_ ? std::ranges::find(said_, note) : said_.end();
+    if (known != said_.end()) {
+        said_.erase(known);
+        return;
+    }
+    if (!isDrawnAnew_) said_.emplace_back(note);
+    options_.diagnostics(note);
 }
 
 void ImageRenderer::layOutAfter(const LastPicture& last) {
@@ -95,8 +106,7 @@ auto ImageRenderer::answer(Work work) {
 // 1. What was drawn from scratch last cost so much; what came to it since, so much more. A picture that is drawn from
 //    the last one would not cost more than both together, and what this one took, from scratch.
 // 2. Where that passes the budget nobody knows whether it would; then, and where the budget ended this, it is drawn
-// from
-//    scratch. So the same picture passes the same budgets whatever came before.
+//    from scratch. So the same picture passes the same budgets whatever came before.
 template <class Draw, class DrawAnew>
 auto ImageRenderer::answerAfter(LastPicture& last, Draw draw, DrawAnew drawAnew) {
     const auto before = last.tree();  // given back when nothing is counted any more
@@ -120,6 +130,7 @@ auto ImageRenderer::answerAfter(LastPicture& last, Draw draw, DrawAnew drawAnew)
     layout_ = nullptr;
     options_.spent = before_;
     options_.spent.seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    isDrawnAnew_ = true;
     return drawAnew();
 }
 

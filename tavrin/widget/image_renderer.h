@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tavrin/platform/explain/explanation.h"
@@ -85,6 +86,8 @@ public:
 
 private:
     void layOut(layout::Recording recording, const layout::LayoutTree* before);
+    /// Hands on what layout has to say; what is drawn anew does not say it again.
+    void say(std::string_view note);
     /// Lays out from the tree that was drawn last; takes that where laying out would only make an equal one, and has
     /// nothing to report.
     void layOutAfter(const LastPicture& last);
@@ -103,6 +106,8 @@ private:
     Cost cost_;
     std::shared_ptr<paint::TextPainter> texts_;
     std::shared_ptr<const layout::LayoutTree> layout_;
+    std::vector<std::string> said_;
+    bool isDrawnAnew_ = false;
 };
 
 }  // namespace tavrin

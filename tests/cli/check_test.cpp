@@ -172,6 +172,20 @@ TEST_F(Check, WritesEveryErrorInTheOrderOfTheText) {
     EXPECT_THAT(json.err, StartsWith(R"({"error":{"type":"ModelContextError","kind":"ResolveExpression",)"));
 }
 
+TEST_F(Check, GoesOnAfterWhatDecodingEndsAt) {
+    place.write("a.json", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [
+{"type": "txt", "content": "a"},
+{"type": "text"}]}}})");
+    const Finished text = check({});
+    EXPECT_EQ(text.status, 1);
+    EXPECT_THAT(text.err, StartsWith("a.json:2:10: error: "));
+    EXPECT_THAT(text.err, HasSubstr("\na.json:3:1: error: "));
+    EXPECT_THAT(text.err, HasSubstr("\n2 errors in 1 document\n"));
+    const Finished json = check({"--errors", "json"});
+    EXPECT_EQ(std::count(json.err.begin(), json.err.end(), '\n'), 1) << "what every verb ends at";
+    EXPECT_EQ(errorText(json, "kind"), "dataCorrupted");
+}
+
 TEST_F(Check, FixesInPlace) {
     const mode_t mode = 0640;
     ASSERT_EQ(::chmod(place.path("a.json").c_str(), mode), 0);

@@ -54,6 +54,57 @@ TEST(Diagnose, SaysWhatLoadingRefuses) {
     }
 }
 
+TEST(Diagnose, FindsAllThatDecodingRefuses) {
+    const struct {
+        const char* why;
+        std::string main;
+        std::vector<std::string> found;
+    } rows[] = {
+        {"two properties of a node",
+         R"({"type": "text", "fontSize": {}, "content": []})",
+         {"error wrong-type nodes.main.fontSize", "error wrong-type nodes.main.content"}},
+        {"a property and what is inside",
+         R"({"type": "vstack", "spacing": [], "children": [{"type": "text", "content": "a", "fontSize": {}}]})",
+         {"error wrong-type nodes.main.spacing", "error wrong-type nodes.main.children[0].fontSize"}},
+        {"nodes of a list",
+         R"({"type": "vstack", "children": [{"type": "text"}, 5, {"content": "b"}, {"type": "spacer"}]})",
+         {"error missing-key nodes.main.children[0]", "error wrong-type nodes.main.children[1]",
+          "error missing-key nodes.main.children[2]"}},
+        {"what an unknown node holds",
+         R"({"type": "vstck", "alignment": "odd", "children": [{"type": "text", "content": []}]})",
+         {"error unknown-word nodes.main.type", "error wrong-type nodes.main.children[0].content"}},
+        {"an unknown node that holds nothing, and its modifiers",
+         R"({"type": "lable", "modifiers": [{"type": "opacity", "opacity": "a"}, {"type": "nothing"}, {"type": "opacity"}]})",
+         {"error unknown-word nodes.main.type", "error unreadable-value nodes.main.modifiers[0].opacity",
+          "error unknown-word nodes.main.modifiers[1].type", "error missing-key nodes.main.modifiers[2]"}},
+        {"what a modifier holds",
+         R"({"type": "spacer", "modifiers": [{"type": "overlay", "view": {"type": "text"}}, {"type": "background"}]})",
+         {"error missing-key nodes.main.modifiers[0].view", "error missing-key nodes.main.modifiers[1]"}},
+        {"only what is wrong by itself",
+         R"({"type": "text", "content": [1], "modifiers": [{"type": "frame", "width": true}]})",
+         {"error wrong-type nodes.main.content"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<Diagnostic> found = diagnose(documentOf(row.main), std::nullopt, quietOptions());
+        std::erase_if(found, [](const Diagnostic& each) { return each.severity != Severity::error; });
+        EXPECT_THAT(linesOf(found), ElementsAreArray(row.found));
+        EXPECT_EQ(std::ranges::count(found, false, &Diagnostic::isFurther), 1) << "loading ends at one";
+    }
+}
+
+TEST(Diagnose, GoesOnAfterErrorsWithinBounds) {
+    std::string children = R"({"type": "spacer"})";
+    for (int i = 0; i < 500; ++i) children += R"(, {"type": "text"})";
+    const std::string document = documentOf(R"({"type": "vstack", "children": [)" + children + "]}");
+    EXPECT_EQ(diagnose(document, std::nullopt, quietOptions()).size(), 100U);
+    DiagnoseOptions poor = quietOptions();
+    poor.budget.steps = 20'000;
+    const std::size_t found = diagnose(document, std::nullopt, poor).size();
+    EXPECT_GT(found, 1U);
+    EXPECT_LT(found, 100U);
+}
+
 TEST(Diagnose, LooksOnTheBudgetOfTheDrawings) {
     std::string unknown;
     for (int i = 0; i < 2000; ++i) unknown += ", \"x" + std::to_string(i) + "\": 1";

@@ -220,8 +220,8 @@ TEST(PaintCosts, CountWhatCairoComparesOfThePDFsGradients) {
 
 TEST(PaintCosts, AreTheSameWhateverIsKept) {
     const auto bitmap = plainBitmap();
-    const AnyView view =
-        VStack{.children = {Text{.content = "kept \xF0\x9F\x98\x80"}, framed(11, 9, Image{.bitmap = bitmap})}};
+    const AnyView view = VStack{
+        .children = {Text{.content = "kept \xF0\x9F\x98\x80"}, framed(11, 9, Image{.bitmap = bitmap}), unlike(1, 5)}};
     const layout::LayoutTree tree = layout::laidOut(view, page);
     for (const Medium medium : {Medium::raster, Medium::svg, Medium::pdf}) {
         const auto draw = [&] { EXPECT_FALSE(paintedOn(medium, tree).empty()); };

@@ -448,6 +448,25 @@ TEST(LastPicture, GoesOnAfterAFailure) {
     EXPECT_EQ(renderer.encode(PictureFormat::png, last), renderer.encode(PictureFormat::png));
 }
 
+TEST(LastPicture, SaysWhatIsDoubtfulOnceWhereItIsDrawnAnew) {
+    RenderOptions options;
+    options.size = {60, 40};
+    const auto doubtful = [](const char* text) {
+        const AnyView narrow = FlexibleFrame{.minWidth = 30, .maxWidth = 20, .content = Text{.content = text}};
+        return AnyView(VStack{.children = {narrow, narrow}});
+    };
+    LastPicture last;
+    static_cast<void>(ImageRenderer(doubtful("one"), options).encode(PictureFormat::png, last));
+    ImageRenderer scratch(doubtful("two"), options);
+    static_cast<void>(scratch.encode(PictureFormat::png));
+    options.budget.steps = scratch.cost().steps;  // which the next picture might not keep
+    std::vector<std::string> notes;
+    options.diagnostics = [&](std::string_view note) { notes.emplace_back(note); };
+    static_cast<void>(ImageRenderer(doubtful("two"), options).encode(PictureFormat::png, last));
+    EXPECT_EQ(last.byteCount(), 0U) << "it was not drawn anew";
+    EXPECT_EQ(notes.size(), 2U) << "one for each frame";
+}
+
 TEST(LastPicture, PassesTheBudgetsThatAPictureFromScratchPasses) {
     RenderOptions options;
     options.size = {120, 80};

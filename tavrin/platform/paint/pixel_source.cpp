@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/foundation/pixels/pixels.h"
 #include "tavrin/platform/paint/color_source.h"
 #include "tavrin/platform/paint/gradient_stops.h"
@@ -31,10 +33,20 @@ constexpr double steepestSlide = 4;
 /// Beyond, sums are no longer sure to be numbers.
 constexpr double farthest = 1e100;
 
-std::vector<std::uint32_t> rampOf(const std::vector<RGBA>& colors) {
-    if (colors.size() == 1) return {pixelOf(colors.front())};
-    std::vector<std::uint32_t> ramp(std::min((colors.size() - 1) * stepsPerSegment, maxSteps));
-    Meter::ofThisThread().paint(ramp.size());
+using Ramp = std::vector<std::uint32_t>;
+
+struct ColorsHash {
+    std::size_t operator()(const std::vector<RGBA>& colors) const {
+        std::size_t hash = 0;
+        for (const RGBA& color : colors)
+            for (const double channel : {color.red, color.green, color.blue, color.opacity})
+                hash = (hash ^ std::hash<double>{}(channel)) * 0x9E3779B97F4A7C15U;
+        return hash;
+    }
+};
+
+Ramp makeRamp(const std::vector<RGBA>& colors, std::size_t steps) {
+    Ramp ramp(steps);
     const auto size = static_cast<double>(ramp.size());
     const std::vector<GradientStop> stops = gradientStops(colors, rasterTolerance);
     std::size_t i = 0;
@@ -57,6 +69,28 @@ std::vector<std::uint32_t> rampOf(const std::vector<RGBA>& colors) {
     return ramp;
 }
 
+/// The steps between two colours or more. Pictures that follow each other have the same ones, so the latest are kept;
+/// they cost the same whatever was drawn before.
+std::shared_ptr<const Ramp> rampOf(const std::vector<RGBA>& colors) {
+    struct Kept {
+        std::shared_ptr<const Ramp> ramp;
+        std::uint64_t steps;
+    };
+    constexpr std::size_t maximumKept = std::size_t{1} << 20;  // bytes, of each thread
+    thread_local LRUCache<std::vector<RGBA>, Kept, ColorsHash> ramps(maximumKept);
+    Meter& meter = Meter::ofThisThread();
+    const std::size_t size = std::min((colors.size() - 1) * stepsPerSegment, maxSteps);
+    meter.paint(size);
+    if (const Kept* const known = ramps.find(colors)) {
+        meter.step(known->steps);
+        return known->ramp;
+    }
+    const std::uint64_t before = meter.steps;
+    auto ramp = std::make_shared<const Ramp>(makeRamp(colors, size));
+    ramps.insert(colors, {ramp, meter.steps - before}, size * sizeof(std::uint32_t) + colors.size() * sizeof(RGBA));
+    return ramp;
+}
+
 }  // namespace
 
 std::optional<PixelSource> PixelSource::make(const Paint& paint, const cairo_matrix_t& matrix) {
@@ -64,18 +98,20 @@ std::optional<PixelSource> PixelSource::make(const Paint& paint, const cairo_mat
     if (const auto* color = std::get_if<RGBA>(&paint)) {
         const std::optional<RGBA> usable = clamped(*color);
         if (!usable || usable->opacity == 0) return std::nullopt;
-        source.ramp_ = {pixelOf(*usable)};
+        source.color_ = pixelOf(*usable);
     } else {
         const auto& gradient = std::get<Gradient>(paint);
         const std::vector<RGBA> colors = clampedColors(gradient);
         if (colors.empty()) return std::nullopt;
-        source.ramp_ = rampOf(colors);
-        if (source.ramp_.size() > 1) {
+        if (colors.size() == 1) {
+            source.color_ = pixelOf(colors.front());
+        } else {
+            source.ramp_ = rampOf(colors);
             cairo_matrix_t toPoints = matrix;
             if (cairo_matrix_invert(&toPoints) != CAIRO_STATUS_SUCCESS) return std::nullopt;
             const double dx = gradient.end.x - gradient.start.x;
             const double dy = gradient.end.y - gradient.start.y;
-            const double unit = static_cast<double>(source.ramp_.size()) / (dx * dx + dy * dy);
+            const double unit = static_cast<double>(source.ramp_->size()) / (dx * dx + dy * dy);
             const auto along = [&](double x, double y) { return (x * dx + y * dy) * unit; };
             double x = 0.5;
             double y = 0.5;
@@ -87,20 +123,20 @@ std::optional<PixelSource> PixelSource::make(const Paint& paint, const cairo_mat
                 if (!(std::abs(value) < farthest)) return std::nullopt;
         }
     }
-    source.opaque_ = allOpaque(source.ramp_.data(), source.ramp_.size());
+    source.opaque_ = allOpaque(source.ramp().data(), source.ramp().size());
     return source;
 }
 
 std::optional<std::uint32_t> PixelSource::solid() const {
-    if (ramp_.size() == 1) return ramp_.front();
-    return std::nullopt;
+    if (ramp_) return std::nullopt;
+    return color_;
 }
 
 void PixelSource::writeRun(double start, std::size_t count, std::uint32_t* out) const {
-    const std::uint32_t* ramp = ramp_.data();
-    const auto last = static_cast<std::int64_t>(ramp_.size()) - 1;
+    const std::uint32_t* const colors = ramp().data();
+    const auto last = static_cast<std::int64_t>(ramp().size()) - 1;
     const auto at = [&](double place) {
-        return ramp[static_cast<std::int64_t>(std::clamp(place, 0.0, static_cast<double>(last)))];
+        return colors[static_cast<std::int64_t>(std::clamp(place, 0.0, static_cast<double>(last)))];
     };
     if (perColumn_ == 0) {
         std::fill_n(out, count, at(start));
@@ -110,7 +146,7 @@ void PixelSource::writeRun(double start, std::size_t count, std::uint32_t* out) 
         auto place = static_cast<std::int64_t>(std::clamp(start, -farPlace, farPlace) * fixedOne);
         const auto step = static_cast<std::int64_t>(perColumn_ * fixedOne);
         for (std::size_t i = 0; i < count; ++i, place += step)
-            out[i] = ramp[std::clamp<std::int64_t>(place >> fixedBits, 0, last)];
+            out[i] = colors[std::clamp<std::int64_t>(place >> fixedBits, 0, last)];
     }
 }
 

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
@@ -29,7 +31,12 @@ private:
     void writeRun(double start, std::size_t count, std::uint32_t* out) const;
 
     /// Colours along the gradient, or one colour.
-    std::vector<std::uint32_t> ramp_;
+    [[nodiscard]] std::span<const std::uint32_t> ramp() const {
+        return ramp_ ? std::span<const std::uint32_t>(*ramp_) : std::span<const std::uint32_t>(&color_, 1);
+    }
+
+    std::shared_ptr<const std::vector<std::uint32_t>> ramp_;  // null for one colour
+    std::uint32_t color_ = 0;
     bool opaque_ = false;
     /// Place in the ramp at the centre of pixel (0, 0), and its change with each column and row.
     double origin_ = 0;

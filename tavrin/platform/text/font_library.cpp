@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <mutex>
-#include <utility>
-#include <vector>
 
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/text/font_catalog.h"
 #include "tavrin/platform/text/text_engine.h"
 
@@ -21,17 +19,14 @@ std::shared_ptr<const FontLibrary> FontLibrary::make(const Options& options) {
 std::shared_ptr<const FontLibrary> FontLibrary::inFolder(const std::string& folder) {
     constexpr std::size_t maximumKept = 8;
     static std::mutex mutex;
-    static std::vector<std::pair<std::string, std::shared_ptr<const FontLibrary>>> kept;  // the latest first
+    static LRUCache<std::string, std::shared_ptr<const FontLibrary>> kept(maximumKept);
     const std::lock_guard lock(mutex);
-    auto known = std::ranges::find(kept, folder, &std::pair<std::string, std::shared_ptr<const FontLibrary>>::first);
-    if (known == kept.end()) {
-        Options options;
-        options.folder = folder;
-        known = kept.emplace(kept.begin(), folder, make(options));
-        if (kept.size() > maximumKept) kept.pop_back();
-    }
-    std::rotate(kept.begin(), known, known + 1);
-    return kept.front().second;
+    if (const auto* const known = kept.find(folder)) return *known;
+    Options options;
+    options.folder = folder;
+    auto library = make(options);
+    kept.insert(folder, library);
+    return library;
 }
 
 FontLibrary::FontLibrary(std::unique_ptr<const FontCatalog> catalog) : catalog_(std::move(catalog)) {}

@@ -13,25 +13,14 @@ std::size_t TextKey::Hash::operator()(const TextKey& key) const {
 }
 
 std::shared_ptr<const ShapedText> ShapeCache::find(std::string_view text, const Font& font) {
-    const auto found = index_.find(TextKey{text, font});
-    if (found == index_.end()) return nullptr;
-    recent_.splice(recent_.begin(), recent_, found->second);
-    return found->second->shaped;
+    const auto* const known = kept_.find(TextKey{text, font});
+    return known ? *known : nullptr;
 }
 
 void ShapeCache::keep(std::string_view text, const Font& font, std::shared_ptr<const ShapedText> shaped) {
     constexpr std::size_t overhead = 256;
     const std::size_t bytes = overhead + text.size() + shaped->bytes() + shaped->memoryBytes();
-    if (bytes > mostBytes_) return;
-    recent_.push_front({std::string(text), font, std::move(shaped), bytes});
-    if (!index_.try_emplace(TextKey{recent_.front().text, font}, recent_.begin()).second) return recent_.pop_front();
-    bytes_ += bytes;
-    while (bytes_ > mostBytes_) {
-        const Entry& oldest = recent_.back();
-        bytes_ -= oldest.bytes;
-        index_.erase(TextKey{oldest.text, oldest.font});
-        recent_.pop_back();
-    }
+    kept_.insert(KeptKey{std::string(text), font}, std::move(shaped), bytes);
 }
 
 }  // namespace tavrin::text

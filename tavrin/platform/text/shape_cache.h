@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/text/shaped_text.h"
 #include "tavrin/platform/ui/font.h"
 
@@ -27,28 +26,27 @@ struct TextKey {
 /// The shapes of recently used texts, bounded by the memory they take.
 class ShapeCache {
 public:
-    explicit ShapeCache(std::size_t mostBytes) : mostBytes_(mostBytes) {}
+    explicit ShapeCache(std::size_t mostBytes) : kept_(mostBytes) {}
 
     /// The text's shape, which becomes the most recently used; null when it is not kept.
     std::shared_ptr<const ShapedText> find(std::string_view text, const Font& font);
     /// Keeps a shape and lets the least recently used ones go.
     void keep(std::string_view text, const Font& font, std::shared_ptr<const ShapedText> shaped);
 
-    [[nodiscard]] std::size_t bytes() const { return bytes_; }
-    [[nodiscard]] std::size_t count() const { return index_.size(); }
+    [[nodiscard]] std::size_t bytes() const { return kept_.cost(); }
+    [[nodiscard]] std::size_t count() const { return kept_.count(); }
 
 private:
-    struct Entry {
+    /// A key with a text of its own.
+    struct KeptKey {
         std::string text;
         Font font;
-        std::shared_ptr<const ShapedText> shaped;
-        std::size_t bytes;
+
+        operator TextKey() const { return {text, font}; }  // NOLINT(google-explicit-constructor): it is one
+        friend bool operator==(const KeptKey& a, const TextKey& b) { return TextKey(a) == b; }
     };
 
-    std::size_t mostBytes_;
-    std::size_t bytes_ = 0;
-    std::list<Entry> recent_;                                                       ///< the most recently used first
-    std::unordered_map<TextKey, std::list<Entry>::iterator, TextKey::Hash> index_;  ///< by the entries' own texts
+    LRUCache<KeptKey, std::shared_ptr<const ShapedText>, TextKey::Hash> kept_;
 };
 
 }  // namespace tavrin::text

@@ -180,7 +180,8 @@ std::shared_ptr<URLSession::Task> URLSession::Loop::begin(URLRequest request, Co
     } else if (!isHTTP(url)) {
         complete(load, URLError::Code::unsupported, "unsupported URL");
     } else if (!add(load)) {
-        complete(load, URLError::Code::failed, "libcurl 4 is not installed, or no thread can be started");
+        complete(load, URLError::Code::failed,
+                 "libcurl 4 is not installed (Debian's package libcurl4), or no thread can be started");
     }
     return load;
 }

@@ -52,32 +52,22 @@ std::shared_ptr<const Bitmap> ScaledBitmaps::scaled(const std::shared_ptr<const 
 
 std::size_t ScaledBitmaps::byteCount() const {
     const std::lock_guard lock(mutex_);
-    return bytes_;
+    return kept_.cost();
 }
 
 std::shared_ptr<const Bitmap> ScaledBitmaps::find(const Key& key) {
     const std::lock_guard lock(mutex_);
-    const auto found = places_.find(key);
-    if (found == places_.end()) return nullptr;
-    entries_.splice(entries_.begin(), entries_, found->second);
-    return found->second->bitmap;
+    const auto* const known = kept_.find(key);
+    return known ? *known : nullptr;
 }
 
 std::shared_ptr<const Bitmap> ScaledBitmaps::keep(const Key& key, std::shared_ptr<const Bitmap> bitmap) {
-    if (cost(*bitmap) > maximumBytes_) return bitmap;
     const std::lock_guard lock(mutex_);
     // Another thread may have been quicker: all go on with one.
-    if (const auto found = places_.find(key); found != places_.end()) return found->second->bitmap;
-    entries_.push_front({key, std::move(bitmap)});
-    places_.emplace(key, entries_.begin());
-    bytes_ += cost(*entries_.front().bitmap);
-    while (bytes_ > maximumBytes_) {
-        const Entry& last = entries_.back();
-        bytes_ -= cost(*last.bitmap);
-        places_.erase(last.key);
-        entries_.pop_back();
-    }
-    return entries_.front().bitmap;
+    if (const auto* const known = kept_.find(key)) return *known;
+    const std::size_t bytes = cost(*bitmap);
+    kept_.insert(key, bitmap, bytes);
+    return bitmap;
 }
 
 }  // namespace tavrin

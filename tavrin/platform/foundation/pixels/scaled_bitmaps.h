@@ -3,11 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/foundation/pixels/bitmap.h"
 #include "tavrin/platform/foundation/pixels/pixel_rect.h"
 
@@ -17,7 +16,7 @@ namespace tavrin {
 /// the longest time when all take more than a number of bytes. Any thread.
 class ScaledBitmaps {
 public:
-    explicit ScaledBitmaps(std::size_t maximumBytes) : maximumBytes_(maximumBytes) {}
+    explicit ScaledBitmaps(std::size_t maximumBytes) : kept_(maximumBytes) {}
 
     /// Those of the whole process; at most 64 MiB.
     static ScaledBitmaps& shared();
@@ -42,19 +41,12 @@ private:
     struct Hash {
         std::size_t operator()(const Key& key) const;
     };
-    struct Entry {
-        Key key;
-        std::shared_ptr<const Bitmap> bitmap;
-    };
 
     std::shared_ptr<const Bitmap> find(const Key& key);
     std::shared_ptr<const Bitmap> keep(const Key& key, std::shared_ptr<const Bitmap> bitmap);
 
-    const std::size_t maximumBytes_;
     mutable std::mutex mutex_;
-    std::size_t bytes_ = 0;
-    std::list<Entry> entries_;  ///< the last asked for first
-    std::unordered_map<Key, std::list<Entry>::iterator, Hash> places_;
+    LRUCache<Key, std::shared_ptr<const Bitmap>, Hash> kept_;
 };
 
 }  // namespace tavrin

@@ -12,6 +12,7 @@
 #include <cairo.h>
 
 #include "tavrin/platform/foundation/budget/meter.h"
+#include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/platform/paint/text/embedded_fonts.h"
 #include "tavrin/platform/paint/text/emoji_pictures.h"
 #include "tavrin/platform/paint/text/glyph_ink.h"
@@ -169,14 +170,12 @@ std::shared_ptr<TextPainter> TextPainter::ofThisThread(const std::shared_ptr<con
     // The thread's own, which nobody has to keep.
     if (!library) return {std::shared_ptr<void>(), &ofThisThread()};
     constexpr std::size_t maximumKept = 4;
-    using Painter = std::pair<std::shared_ptr<const text::FontLibrary>, std::shared_ptr<TextPainter>>;
-    thread_local std::vector<Painter> painters;  // the latest first
-    auto known = std::ranges::find(painters, library, &Painter::first);
-    if (known == painters.end())
-        known = painters.emplace(painters.begin(), library, std::make_shared<TextPainter>(library));
-    std::rotate(painters.begin(), known, known + 1);
-    if (painters.size() > maximumKept) painters.pop_back();
-    return painters.front().second;
+    using Library = std::shared_ptr<const text::FontLibrary>;
+    thread_local LRUCache<Library, std::shared_ptr<TextPainter>> painters(maximumKept);
+    if (const auto* const known = painters.find(library)) return *known;
+    auto painter = std::make_shared<TextPainter>(library);
+    painters.insert(library, painter);
+    return painter;
 }
 
 TextPainter::State& TextPainter::state() {
