@@ -44,9 +44,11 @@ def wrk(port, path, seconds, script=()):
          *(["--", *script] if script else [])], check=True, capture_output=True, encoding="utf-8").stdout
     if "Non-2xx" in done or "Socket errors" in done:
         sys.exit(f"not every request was answered with a picture:\n{done}")
-    unit = {"us": 1e-3, "ms": 1, "s": 1e3}
+    unit = {"us": 1e-3, "ms": 1, "s": 1e3, "m": 6e4}
     latency = {share: float(number) * unit[of]
-               for share, number, of in re.findall(r"^\s+(50|99)%\s+([\d.]+)(us|ms|s)$", done, re.MULTILINE)}
+               for share, number, of in re.findall(r"^\s+(50|99)%\s+([\d.]+)(us|ms|s|m) *$", done, re.MULTILINE)}
+    if len(latency) != 2:
+        sys.exit(f"wrk said something else:\n{done}")
     return float(re.search(r"Requests/sec:\s+([\d.]+)", done)[1]), latency["50"], latency["99"]
 
 
@@ -59,7 +61,7 @@ def main():
     theirs = {"one picture": ("/", ()),
               "a picture for each": ("/", ("/?condition=Partly%20Cloudy%2C%20wind%20", "", "%20km%2Fh", "plain"))}
     with tempfile.TemporaryDirectory() as folder, Peer() as peer, \
-            LiveServer(program, widget_folder(pathlib.Path(folder) / "widgets"), "--queue", 256) as server:
+            LiveServer(program, widget_folder(pathlib.Path(folder) / "widgets"), is_logged=False) as server:
         found = {}
         for turn in range(-1, ROUNDS):
             for name, port, asked in (("Tavrin", server.port, ours), ("Takumi in Node", peer.port, theirs)):

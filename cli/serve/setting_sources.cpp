@@ -19,7 +19,7 @@ namespace tavrin::cli {
 namespace {
 
 constexpr std::string_view configOption = "--config";
-constexpr std::size_t maximumFileBytes = std::size_t{1} << 20;
+constexpr std::size_t maximumSettingsBytes = std::size_t{1} << 20;
 
 std::string_view inFile(std::string_view option) { return option.substr(2); }
 
@@ -37,7 +37,7 @@ std::string placeText(const std::string& file, const toml::source_position& posi
 toml::table parseFile(const std::string& path) {
     const std::string text = readInput(path, {});
     const std::string name = displayName(path);
-    if (text.size() > maximumFileBytes) throw IOError("cannot read '" + name + "': it is larger than 1 MiB", name);
+    if (text.size() > maximumSettingsBytes) throw IOError("cannot read '" + name + "': it is larger than 1 MiB", name);
     try {
         return toml::parse(text, name);
     } catch (const toml::parse_error& error) {

@@ -43,12 +43,12 @@ class Answer:
 
 
 class LiveServer:
-    """`tavrin serve` on a port that is free, until the block ends; its lines about requests are kept."""
+    """`tavrin serve` on a port that is free, until the block ends; its lines about requests are kept, if they are."""
 
-    def __init__(self, program, folder, *words):
+    def __init__(self, program, folder, *words, is_logged=True):
         self.process = subprocess.Popen(
             [program, "serve", folder, "--listen", "127.0.0.1:0", "--image-cache-dir", PICTURES, *map(str, words)],
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
+            stdout=subprocess.PIPE if is_logged else subprocess.DEVNULL, stderr=subprocess.PIPE, encoding="utf-8")
         self.log = []
         self.said = self.process.stderr.readline()
         found = re.search(r"http://127\.0\.0\.1:(\d+)", self.said)
@@ -61,7 +61,7 @@ class LiveServer:
         threading.Thread(target=self.process.stderr.read, daemon=True).start()
 
     def _read_log(self):
-        for line in self.process.stdout:
+        for line in self.process.stdout or ():
             self.log.append(json.loads(line))
 
     @property

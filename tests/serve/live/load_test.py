@@ -87,7 +87,7 @@ def test_memory_stays(serve, request):
     assert last < first * 1.05
 
 
-def fill_up(clients, enough=20_000, patience=60):
+def fill_up(clients, enough=40_000, patience=60):
     """Until what threads keep of shaped texts and drawn glyphs is as much as it gets."""
     end = time.monotonic() + patience
     while len(clients.answers) < enough and time.monotonic() < end:
