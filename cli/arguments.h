@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -20,6 +21,9 @@
 namespace tavrin::cli {
 
 // A command line whose every value is right: one struct for what each verb is given.
+
+/// What snapshots and checks show where no other moment is given.
+inline constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
 
 /// A document, and how the command line and what lies beside it want it drawn.
 struct DocumentInput {

@@ -15,9 +15,6 @@
 namespace tavrin::cli {
 namespace {
 
-/// What snapshots and checks show where no other moment is given.
-constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
-
 DrawingOptions optionsOf(const Command& command) {
     OptionReader reader(Spelling::kebab, OptionReader::Types::texts, {.widget = {.fetchPolicy = FetchPolicy::all}});
     for (const Option& option : sharedOptions()) {

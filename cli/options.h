@@ -29,6 +29,8 @@ enum class Verb : unsigned char {
     fetch,
     schema,
     preview,
+    serve,
+    sign,
     completion,
     help
 };

@@ -43,4 +43,10 @@ void makeNew(const Command& command);
 /// Serves the preview of a folder until it is interrupted. Throws `UsageError` and `IOError`.
 void preview(const Command& command);
 
+/// Serves pictures until it is interrupted, and returns the exit status. Throws `UsageError` and `IOError`.
+[[nodiscard]] int serve(const Command& command);
+
+/// The signed paths that a command asks for, one a line. Throws `UsageError` and `IOError`.
+[[nodiscard]] std::string signedPaths(const Command& command);
+
 }  // namespace tavrin::cli

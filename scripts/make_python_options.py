@@ -80,6 +80,12 @@ def source():
             continue
         kind = words_type(option) if option["kind"] == "word" else TYPES[option["kind"]]
         parts.append(field(snake(option["name"]), kind + " | Budget" * (option["name"] == BUDGET), option))
+
+    parts.append('\n\nclass RowOptions(Options, total=False):\n    """The same for rows: as it is for all of them, or '
+                 'the name of a column that has each row\'s."""\n\n')
+    parts += [field(snake(option["name"]), TYPES[option["kind"]], option)
+              for option in options if option["use"] == "answer"]
+    parts += [f"    {snake(option['name'])}_column: str\n" for option in options]
     return "".join(parts)
 
 

@@ -13,4 +13,4 @@ CC=clang CXX=clang++ CXXFLAGS="$flags -shared-libasan" build/python/bin/pip inst
     --config-settings=cmake.define.TAVRIN_BUILD="$PWD/build/asan" \
     --config-settings=build-dir="$place/module" ./bindings/python
 LD_PRELOAD=$(clang -print-file-name="libclang_rt.asan-$(uname -m).so") ASAN_OPTIONS=detect_leaks=0 \
-    PYTHONPATH=$place/packages build/python/bin/python -m pytest bindings/python/tests/process_test.py -k senseless "$@"
+    PYTHONPATH=$place/packages build/python/bin/python -m pytest bindings/python/tests -k senseless "$@"

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Measures the package: what a call costs, what threads gain, whether memory stays: bench.py [PICTURES]
+"""Measures the package: what a call costs, what threads and batches gain, whether memory stays: bench.py [PICTURES]
 
 PICTURES are drawn to see what memory does, by default 100,000. Times that are compared are measured by turns.
 """
+import collections
 import pathlib
 import resource
 import statistics
@@ -12,7 +13,10 @@ import threading
 import time
 
 sys.path.pop(0)  # where the sources of the package are, which is installed elsewhere
+import pyarrow
+
 import tavrin
+import tavrin.arrow
 
 EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples/agenda"
 OPTIONS = {"date": "2026-11-21T08:05:00Z", "time_zone": "UTC", "rounded": True}
@@ -76,6 +80,28 @@ def gain(document):
           f"({min(ratios):.2f} to {max(ratios):.2f} in seven runs)")
 
 
+def batches(document):
+    """The rows of a batch against the same models in a loop, which throws its pictures away or makes a column of them."""
+    text = (EXAMPLE / "document.json").read_text()
+    rows = list(models(1000))
+    batch = pyarrow.record_batch({"model": rows})
+
+    def pictures():
+        return (document.widget(model, **OPTIONS).encode("png") for model in rows)
+
+    ways = {
+        "a loop": lambda: collections.deque(pictures(), maxlen=0),
+        "a loop that keeps its pictures": lambda: pyarrow.array(pictures(), pyarrow.binary()),
+        "a batch": lambda: tavrin.arrow.render(batch, document=text, **OPTIONS),
+    }
+    times = [{name: seconds(way, 1) for name, way in ways.items()} for _ in range(8)][1:]
+    print(f"a batch draws {len(rows) / min(time['a batch'] for time in times):.0f} rows a second")
+    for name in list(ways)[:-1]:
+        ratios = [time[name] / time["a batch"] for time in times]
+        print(f"that is {statistics.median(ratios):.2f} times as many as {name} "
+              f"({min(ratios):.2f} to {max(ratios):.2f} in seven runs)")
+
+
 def resident():
     with open("/proc/self/statm", encoding="ascii") as file:
         return int(file.read().split()[1]) * resource.getpagesize() / 2**20
@@ -94,6 +120,7 @@ def main():
     document = tavrin.Document.open(EXAMPLE / "document.json")
     calls(document)
     gain(document)
+    batches(document)
     memory(document, int(sys.argv[1]) if len(sys.argv) > 1 else 100_000)
 
 

@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "cli/excerpt.h"
+#include "cli/http/http_status.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
 #include "cli/preview/folder_error.h"
-#include "cli/preview/http_status.h"
 #include "cli/project/widget_files.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/strings/number_text.h"

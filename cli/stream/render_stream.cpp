@@ -27,7 +27,6 @@
 #include "tavrin/platform/foundation/strings/base64.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/time/rfc3339.h"
-#include "tavrin/platform/paint/canvas.h"
 #include "tavrin/widget/kept_pictures.h"
 #include "tavrin/widget/widget.h"
 
@@ -66,14 +65,6 @@ std::string answerText(const StreamAnswer& answer) {
     for (const std::string& note : answer.notes) writer.value(note);
     writer.endArray().endObject();
     return std::move(writer).text() + "\n";
-}
-
-Size pictureSize(const WidgetOptions& options, PictureFormat format) {
-    if (format == PictureFormat::svg || format == PictureFormat::pdf) return options.room.size;
-    const auto pixels = [&](double points) {
-        return static_cast<double>(paint::Canvas::pixelsOf(points, options.scale));
-    };
-    return {pixels(options.room.size.width), pixels(options.room.size.height)};
 }
 
 /// Draws what lines ask for, on any number of threads.
@@ -128,7 +119,7 @@ private:
             KeptPictures& kept = KeptPictures::ofThisThread();
             answer.picture = widget.encode(request.options.format, kept.before(name, options));
             kept.trim();
-            answer.size = pictureSize(options, request.options.format);
+            answer.size = widget.pictureSize(request.options.format);
             answer.validUntil = widget.validUntil();
             if (request.options.hashes) answer.sha256 = sha256(answer.picture);
         } catch (...) {

@@ -65,6 +65,23 @@ OpenWidget::OpenWidget(std::shared_ptr<const OpenDocument::State> document, std:
       bound_(described(document_->text, viewOf(model_),
                        [&] { return document_->document.bind(viewOf(model_), options_.widget); })) {}
 
+DrawnPicture OpenDocument::draw(std::optional<std::string_view> model, const DrawingOptions& options) const {
+    KeptPictures& kept = keptByThisThread();
+    return described(text(), model, [&] {
+        Widget widget = state_->document.widget(model, options.withFonts());
+        DrawnPicture drawn{widget.encode(options.format, kept.before(state_->name, widget.options()))};
+        kept.trim();
+        drawn.size = widget.pictureSize(options.format);
+        drawn.validUntil = widget.validUntil();
+        return drawn;
+    });
+}
+
+std::vector<NamedPicture> OpenDocument::pictures(std::optional<std::string_view> model,
+                                                 const DrawingOptions& options) const {
+    return described(text(), model, [&] { return state_->document.bind(model, options.widget).pictures(); });
+}
+
 template <class Work>
 auto OpenWidget::answer(const Work& work) const {
     return described(document_->text, viewOf(model_), work);

@@ -33,6 +33,13 @@ struct CallError : std::exception {
 
 class OpenWidget;
 
+/// A picture, and what is told with it.
+struct DrawnPicture {
+    std::string bytes;
+    Size size = {};  ///< in pixels, or in points where it is not made of them
+    std::optional<Date> validUntil = std::nullopt;
+};
+
 /// A document's text, and what it is decoded to. A value that is cheap to copy; immutable, thread-safe. Its calls throw
 /// `CallError`, and `OptionError` where that is said; `std::bad_alloc` leaves as it is.
 class OpenDocument {
@@ -42,6 +49,11 @@ public:
     [[nodiscard]] const std::string& text() const { return state_->text; }
     /// Binds it to the text of a model.
     [[nodiscard]] OpenWidget widget(std::optional<std::string> model, DrawingOptions options) const;
+    /// Binds it to the text of a model and draws that, all at once: neither is kept.
+    [[nodiscard]] DrawnPicture draw(std::optional<std::string_view> model, const DrawingOptions& options) const;
+    /// The pictures that it names when it is bound to the text of a model.
+    [[nodiscard]] std::vector<NamedPicture> pictures(std::optional<std::string_view> model,
+                                                     const DrawingOptions& options) const;
 
 private:
     friend class OpenWidget;

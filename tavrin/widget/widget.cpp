@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tavrin/dsl/view_origins.h"
+#include "tavrin/platform/paint/canvas.h"
 #include "tavrin/widget/note_logger.h"
 
 namespace tavrin {
@@ -74,6 +75,15 @@ std::string Widget::png(const PixelBuffer& pixels, PngCompression compression) c
     Cost cost = renderer_.cost();
     const Metering metering(options_.budget, cost);
     return paint::encodePng(pixels, compression);
+}
+
+Size Widget::pictureSize(PictureFormat format) const {
+    const Size size = options_.room.size;
+    if (format == PictureFormat::svg || format == PictureFormat::pdf) return size;
+    const auto pixels = [this](double points) {
+        return static_cast<double>(paint::Canvas::pixelsOf(points, options_.scale));
+    };
+    return {pixels(size.width), pixels(size.height)};
 }
 
 Explanation Widget::explanation() {

@@ -37,6 +37,9 @@ public:
     /// The last answer's pixels as a PNG; costs what it would have cost to write them at once.
     [[nodiscard]] std::string png(const PixelBuffer& pixels, PngCompression compression) const;
 
+    /// How large its picture is: in pixels, or in points where it is not made of them.
+    [[nodiscard]] Size pictureSize(PictureFormat format) const;
+
     /// Why each view has its size and place. Only with `WidgetTrace::reasons`; see `explainLayout`.
     [[nodiscard]] Explanation explanation();
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "tavrin/doors/option_error.h"
 
@@ -57,19 +58,6 @@ std::optional<OptionValue> valueOf(const std::string& name, nb::handle value) {
     return width && height ? std::optional<OptionValue>(Size{*width, *height}) : std::nullopt;
 }
 
-OptionReader readerOf(const nb::dict& options) {
-    OptionReader reader(Spelling::snake, OptionReader::Types::own);
-    for (const auto& [key, value] : options) {
-        const std::string name(textOf(key, "an option's name"));
-        if (describe(optionSpelled(name, Spelling::snake)).use == OptionUse::answer)
-            throw OptionError(OptionFault::name, name, "a widget has no option '" + name + "'");
-        const auto read = valueOf(name, value);
-        if (!read) reader.refuseType(name);
-        reader.read(name, *read);
-    }
-    return reader;
-}
-
 }  // namespace
 
 std::string_view textOf(nb::handle value, const char* name) {
@@ -86,8 +74,21 @@ std::optional<std::string_view> optionalText(nb::handle value, const char* name)
     return value.is_none() ? std::nullopt : std::optional(textOf(value, name));
 }
 
-DrawingOptions drawingOptions(const nb::dict& options) { return readerOf(options).options(); }
+OptionReader optionReader(const nb::dict& options, DrawingOptions usual) {
+    OptionReader reader(Spelling::snake, OptionReader::Types::own, std::move(usual));
+    for (const auto& [key, value] : options) {
+        const std::string name(textOf(key, "an option's name"));
+        if (describe(optionSpelled(name, Spelling::snake)).use == OptionUse::answer)
+            throw OptionError(OptionFault::name, name, "a widget has no option '" + name + "'");
+        const auto read = valueOf(name, value);
+        if (!read) reader.refuseType(name);
+        reader.read(name, *read);
+    }
+    return reader;
+}
 
-PictureOptions pictureOptions(const nb::dict& options) { return readerOf(options).pictureOptions(); }
+DrawingOptions drawingOptions(const nb::dict& options) { return optionReader(options).options(); }
+
+PictureOptions pictureOptions(const nb::dict& options) { return optionReader(options).pictureOptions(); }
 
 }  // namespace tavrin::python

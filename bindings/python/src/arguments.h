@@ -15,7 +15,10 @@ namespace tavrin::python {
 /// The same; None is no text.
 [[nodiscard]] std::optional<std::string_view> optionalText(nanobind::handle value, const char* name);
 
-/// What options say, given as bool, int, float, str, or a tuple of two numbers. Throws `OptionError`.
+/// A reader that has read options, given as bool, int, float, str, or a tuple of two numbers; `usual` is what holds
+/// without them. Throws `OptionError`.
+[[nodiscard]] OptionReader optionReader(const nanobind::dict& options, DrawingOptions usual = {});
+/// What options say.
 [[nodiscard]] DrawingOptions drawingOptions(const nanobind::dict& options);
 /// The same of those that say how a picture is written.
 [[nodiscard]] PictureOptions pictureOptions(const nanobind::dict& options);

@@ -9,6 +9,7 @@
 #include <nanobind/stl/vector.h>
 
 #include "bindings/python/src/arguments.h"
+#include "bindings/python/src/batches.h"
 #include "bindings/python/src/calls.h"
 #include "bindings/python/src/errors.h"
 #include "bindings/python/src/pixels.h"
@@ -79,6 +80,7 @@ NB_MODULE(_tavrin, module) {
     translateErrors();
     watchForks();
     addPixels(module);
+    addBatches(module);
     nb::class_<OpenDocument>(module, "Document", nb::is_final())
         .def("text", [](const OpenDocument& document) { return bytesOf(document.text()); })
         .def("widget", bind, nb::arg("model").none(), nb::arg("options"));

@@ -80,3 +80,32 @@ class Options(TypedDict, total=False):
     """How many bytes may be held at once."""
     budget_seconds: float
     """How long it may take, in seconds."""
+
+
+class RowOptions(Options, total=False):
+    """The same for rows: as it is for all of them, or the name of a column that has each row's."""
+
+    hashes: bool
+    """Tell the SHA-256 of each picture."""
+    family_column: str
+    size_column: str
+    screen_column: str
+    scale_column: str
+    appearance_column: str
+    date_column: str
+    time_zone_column: str
+    background_column: str
+    rounded_column: str
+    image_cache_dir_column: str
+    max_image_size_column: str
+    fetch_column: str
+    font_dir_column: str
+    format_column: str
+    compression_column: str
+    quality_column: str
+    hashes_column: str
+    budget_column: str
+    budget_steps_column: str
+    budget_pixels_column: str
+    budget_bytes_column: str
+    budget_seconds_column: str

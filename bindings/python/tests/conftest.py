@@ -18,8 +18,8 @@ class Program:
     def __init__(self, path):
         self.path = path
 
-    def run(self, *words, folder="."):
-        return subprocess.run([self.path, *words], cwd=folder, capture_output=True, check=False)
+    def run(self, *words, folder=".", input=None):
+        return subprocess.run([self.path, *words], cwd=folder, capture_output=True, input=input, check=False)
 
     def output(self, *words, folder="."):
         run = self.run(*words, folder=folder)

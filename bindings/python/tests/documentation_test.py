@@ -7,20 +7,25 @@ import shutil
 
 import pytest
 import tavrin
+import tavrin.arrow
+import tavrin.shards
 
 TOP = pathlib.Path(__file__).resolve().parents[3]
 BLOCK = re.compile(r"^```(\w+)(?: (\S+))?\n(.*?)^```$", re.M | re.S)
 
+MODULES = [tavrin, tavrin.arrow, tavrin.shards]
+
 
 def examples():
-    """The examples of the package's docstring, and of all that it shows."""
-    finder = doctest.DocTestFinder(recurse=False)
-    yield from finder.find(tavrin, "tavrin", module=False)
-    finder = doctest.DocTestFinder()
-    for name in tavrin.__all__:
-        value = getattr(tavrin, name)
-        if callable(value):
-            yield from finder.find(value, f"tavrin.{name}", module=False, globs=dict(vars(tavrin)))
+    """The examples of the modules, and of all that they show."""
+    for module in MODULES:
+        finder = doctest.DocTestFinder(recurse=False)
+        yield from finder.find(module, module.__name__, module=False)
+        finder = doctest.DocTestFinder()
+        for name in module.__all__:
+            value = getattr(module, name)
+            if callable(value):
+                yield from finder.find(value, f"{module.__name__}.{name}", module=False, globs=dict(vars(module)))
 
 
 @pytest.mark.parametrize("example", [test for test in examples() if test.examples], ids=lambda test: test.name)
@@ -33,12 +38,14 @@ def test_docstrings_do_what_they_say(example):
 
 def test_there_are_examples():
     shown = {test.name for test in examples() if test.examples}
-    assert shown >= {"tavrin", "tavrin.Document", "tavrin.Document.widget", "tavrin.Widget.encode", "tavrin.check"}
+    assert shown >= {"tavrin", "tavrin.Document", "tavrin.Document.widget", "tavrin.Widget.encode", "tavrin.check",
+                     "tavrin.arrow", "tavrin.arrow.addresses", "tavrin.shards"}
 
 
-def test_all_that_is_public_has_a_docstring():
-    for name in tavrin.__all__:
-        value = getattr(tavrin, name)
+@pytest.mark.parametrize("module", MODULES, ids=lambda module: module.__name__)
+def test_all_that_is_public_has_a_docstring(module):
+    for name in module.__all__:
+        value = getattr(module, name)
         if not isinstance(value, str):
             assert value.__doc__, name
         for member, function in vars(value).items() if isinstance(value, type) else ():

@@ -14,7 +14,9 @@ from zoneinfo import ZoneInfo
 from typing import Literal
 
 import numpy
+import pyarrow  # type: ignore[import-untyped]
 import tavrin
+import tavrin.arrow
 
 document: tavrin.Document = tavrin.Document.open(Path("agenda.json"), budget={"profile": "strangers", "seconds": 1})
 options: tavrin.Options = {"family": "systemSmall", "scale": 2, "budget": {"steps": 10}}
@@ -38,11 +40,18 @@ except tavrin.DecodingError as error:
     path: list[str | int] | None = error.path
 version: str = tavrin.__version__
 schema = tavrin.schema()["$schema"]
+signed: str = tavrin.sign("/v1/widgets/a.png", b"key", datetime.now(timezone.utc)) + tavrin.sign("/a", "key", expires=1)
 view = memoryview(widget.pixels())
+batch = pyarrow.record_batch({"model": ["{}"], "family": [None], "text": ["{}"]})
+drawn = tavrin.arrow.render(batch, document="{}", date="2026-11-21T08:05:00Z", family_column="family", hashes=True)
+drawn = tavrin.arrow.render(drawn, document_column="text", model=None, date_column="day", scale=2, hashes_column="family")
+names: list[str] = tavrin.arrow.addresses(batch, document=b"{}").to_pylist()
+tavrin.arrow.prefetch(batch, document="{}", image_cache_dir=Path("pictures"), fetch="all")
 """
 
 BAD = """
 import tavrin
+import tavrin.arrow
 
 document = tavrin.Document(5)  # arg-type
 document.widget(famly="systemSmall")  # call-arg
@@ -57,6 +66,12 @@ tavrin.check("{}", families=["systemTiny"])  # list-item
 tavrin.check("{}")[0].range.line  # union-attr
 tavrin.check("{}")[0].code = "x"  # misc
 tavrin.render()  # attr-defined
+tavrin.arrow.render(None, document=5)  # arg-type
+tavrin.arrow.render(None, famly_column="a")  # call-arg
+tavrin.arrow.render(None, family_column=5)  # arg-type
+tavrin.arrow.render(None, fetch="some")  # arg-type
+tavrin.arrow.addresses(None, hashes="yes")  # arg-type
+tavrin.arrow.prefetch(None, image_cache_dir=5)  # arg-type
 """
 
 
