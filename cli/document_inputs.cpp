@@ -26,13 +26,18 @@ DrawingOptions optionsOf(const Command& command) {
     return reader.options();
 }
 
-WidgetOptions widgetOptionsOf(const Command& command) {
-    // Snapshots and checks have to come out the same every day; else all documents show the same moment.
-    constexpr VerbSet repeated{Verb::snapshot, Verb::check};
-    const bool isRepeated = repeated.contains(command.verb);
+/// Whether what a verb makes has to come out the same every day.
+bool isRepeated(const Command& command) { return VerbSet{Verb::snapshot, Verb::check}.contains(command.verb); }
+
+/// The moment where none is given: the same for all documents of a command.
+Date usualMoment(const Command& command) {
+    return isRepeated(command) ? *Date::parseRFC3339(repeatableMoment) : Date::now();
+}
+
+WidgetOptions widgetOptionsOf(const Command& command, Date usual) {
     WidgetOptions options = optionsOf(command).widget;
-    if (!options.date) options.date = isRepeated ? *Date::parseRFC3339(repeatableMoment) : Date::now();
-    if (!options.timeZone) options.timeZone = isRepeated ? TimeZone() : TimeZone::current();
+    if (!options.date) options.date = usual;
+    if (!options.timeZone) options.timeZone = isRepeated(command) ? TimeZone() : TimeZone::current();
     options.fetchPolicy = readFetchPolicy(command);
     return options;
 }
@@ -69,9 +74,11 @@ void checkStandardInput(const Command& command, const std::vector<Operand>& docu
     if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
 }
 
-DocumentInput inputOf(const Operand& operand, const Command& command, const WidgetOptions& common) {
-    DocumentInput input{.path = operand.path, .namedAs = operand.namedAs, .widget = widgetOptionsOf(command)};
-    input.widget.fonts = common.fonts;  // opened once
+/// `usual` has what does not depend on the document: the fonts, opened once, and the moment where none is given.
+DocumentInput inputOf(const Operand& operand, const Command& command, const WidgetOptions& usual) {
+    DocumentInput input{
+        .path = operand.path, .namedAs = operand.namedAs, .widget = widgetOptionsOf(command, *usual.date)};
+    input.widget.fonts = usual.fonts;
     if (const std::string* model = command.find("--model")) input.model = *model;
     if (const std::string* folder = command.find("--image-cache-dir")) input.imageCacheDir = *folder;
     // Where pictures go, not where they are looked for.
@@ -91,14 +98,15 @@ DocumentInputs readInputs(const Command& command) {
     DocumentInputs inputs;
     inputs.operands = documentsOf(command);
     checkStandardInput(command, inputs.operands);
-    const WidgetOptions given = readWidgetOptions(command);
-    inputs.common.budget = given.budget;
+    WidgetOptions usual = readWidgetOptions(command);
+    usual.date = usualMoment(command);
+    inputs.common.budget = usual.budget;
     if (command.verb == Verb::fetch && !command.find("--image-cache-dir"))
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
     for (const Operand& operand : inputs.operands) {
         const WidgetFiles files = operand.path == "-" ? WidgetFiles() : pairedWith(operand.path);
         inputs.paired.push_back(paired(command, files, settingsOf(files), drawsSeveral(command)));
-        inputs.common.documents.push_back(inputOf(operand, inputs.paired.back().command, given));
+        inputs.common.documents.push_back(inputOf(operand, inputs.paired.back().command, usual));
     }
     return inputs;
 }

@@ -129,8 +129,8 @@ TEST_F(RoutesTest, Check) {
 
 TEST_F(RoutesTest, CheckEachFamilyThatIsShown) {
     const std::string document =
-        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Pale", "modifiers":
-            [{"type": "foregroundColor", "color": {"value": "#FAFAFA"}}]}}})";
+        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Pale", "modifiers": )"
+        R"([{"type": "foregroundColor", "color": {"value": "#FAFAFA"}}]}}})";
     const auto messageIn = [&](std::string_view looks) {
         std::string body = drawingOf(document);
         body.insert(body.rfind('}'), looks);
