@@ -2,7 +2,7 @@
 # `make` lists what there is. Every target sets up what it needs and is quick when nothing has changed.
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build demo docs test test-doors test-c test-python nightly-test addon test-node package test-package bench bench-peers lint format update-goldens asan tsan fuzz clean
+.PHONY: help setup build demo docs test test-doors test-c test-python nightly-test addon test-node package test-package bench bench-peers serve-test bench-serve lint format update-goldens asan tsan fuzz clean
 
 JOBS := $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -94,6 +94,14 @@ bench/peers/node_modules/.package-lock.json: bench/peers/package-lock.json | set
 bench-peers: build/release/with-tests bench/peers/node_modules/.package-lock.json addon ## one scene against two npm packages
 	cmake --build --preset release --target tavrin_program tavrin_peer_bench
 	bench/peers/compare.py build/release out/peers
+
+SERVE_SOAK ?= 20
+SERVE_FUZZ ?= 30
+serve-test: build | setup-tests ## ask a running server, also what it must refuse; SERVE_SOAK and SERVE_FUZZ are seconds
+	scripts/serve_test.sh --soak $(SERVE_SOAK) --fuzz $(SERVE_FUZZ)
+
+bench-serve: build bench/peers/node_modules/.package-lock.json | setup-tests ## one scene by HTTP, against a Node server
+	bench/serve/load.py build/release/tavrin
 
 lint: build/lint/build.ninja ## formatting, clang-tidy, who includes whom
 	scripts/format.sh --dry-run --Werror

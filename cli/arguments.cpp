@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/destination.h"
+#include "cli/document_inputs.h"
 #include "cli/matrix/matrix_options.h"
 #include "cli/several_options.h"
 #include "cli/usage_error.h"
@@ -13,10 +14,7 @@
 namespace tavrin::cli {
 namespace {
 
-constexpr Size defaultScreen{390, 844};
 constexpr std::string_view failOnMissing = "--fail-on-missing";
-/// What snapshots and checks show where no other moment is given.
-constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
 
 /// The options' values, read as they are asked for.
 class Values {
@@ -35,82 +33,34 @@ private:
     const Command& command_;
 };
 
-Size screenOf(const Values& values) {
-    const std::string* const screen = values.find("--screen");
-    return screen ? readSize("--screen", *screen) : defaultScreen;
-}
-
-FetchPolicy fetchPolicyOf(const Values& values) {
-    const bool isOffline = values.find("--offline") != nullptr;
-    refuseBoth(values.command(), {"--offline", "--fetch"});
-    FetchPolicy policy = isOffline ? FetchPolicy::none : FetchPolicy::all;
-    values.choose("--fetch", fetchWords, policy);
-    return policy;
-}
-
-WidgetOptions widgetOptionsOf(const Values& values) {
-    // Snapshots and checks have to come out the same every day; else all documents show the same moment.
-    constexpr VerbSet repeated{Verb::snapshot, Verb::check};
-    const bool isRepeated = repeated.contains(values.command().verb);
-    WidgetOptions options = readWidgetOptions(values.command());
-    if (!options.date) options.date = isRepeated ? *Date::parseRFC3339(repeatableMoment) : Date::now();
-    if (!options.timeZone) options.timeZone = isRepeated ? TimeZone() : TimeZone::current();
-    options.fetchPolicy = fetchPolicyOf(values);
-    return options;
-}
-
-void checkDocuments(const Command& command) {
-    const std::string verb(name(command.verb));
-    const std::size_t count = command.operands.size();
-    if (count == 0)
-        throw UsageError("which document? `tavrin " + verb + " DOC` wants a file, or \"-\" for standard input");
-    constexpr VerbSet ofOne{Verb::tree, Verb::layout, Verb::targets};
-    if (command.verb == Verb::explain && count > 2)
-        throw UsageError("`tavrin explain` takes one document and one path, not " + std::to_string(count) + " words");
-    if (ofOne.contains(command.verb) && count > 1)
-        throw UsageError("`tavrin " + verb + "` takes one document, not " + std::to_string(count));
-}
-
-void checkStandardInput(const DocumentArguments& arguments, const std::string* models) {
-    const auto users = std::ranges::count(arguments.documents, "-") + (arguments.model == "-" ? 1 : 0) +
-                       (models && *models == "-" ? 1 : 0);
-    if (users > 1) throw UsageError("standard input (\"-\") can be read only once");
-}
-
-DocumentArguments documentArgumentsOf(const Values& values) {
-    const Command& command = values.command();
-    const bool isFetch = command.verb == Verb::fetch;
-    DocumentArguments arguments;
-    arguments.documents = command.operands;
-    if (command.verb == Verb::explain && command.operands.size() == 2) arguments.documents.pop_back();
-    if (const std::string* model = values.find("--model")) arguments.model = *model;
-    checkStandardInput(arguments, values.find("--models"));
-    arguments.widget = widgetOptionsOf(values);
-    if (const std::string* folder = values.find("--image-cache-dir")) arguments.imageCacheDir = *folder;
-    if (isFetch && !arguments.imageCacheDir) throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
-    if (isFetch) arguments.widget.imageCacheDir.reset();  // where pictures go, not where they are looked for
-    arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
-    std::size_t ignored = 0;
-    values.choose("--errors", textFormatWords, ignored);
-    return arguments;
-}
-
 bool namesFile(const std::string& output) {
     return (formatOf(output) || !animationWord(output).empty()) && !namesFolder(output);
 }
 
 /// Refuses a quality of pictures that have none.
 void checkQuality(const DocumentArguments& arguments, std::string_view pictures) {
-    if (arguments.widget.quality) throw UsageError("--quality is for jpeg and webp, not for " + std::string(pictures));
+    if (arguments.documents.front().widget.quality)
+        throw UsageError("--quality is for jpeg and webp, not for " + std::string(pictures));
 }
 
 /// Draws the only picture that a matrix has of each document as if it had been asked for by singular options.
-void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
-    arguments.widget.room = matrix.rooms.front();
-    arguments.widget.scale = matrix.scales.front();
-    arguments.widget.appearance = matrix.appearances.front();
-    arguments.widget.date = matrix.moments.front().date;
-    arguments.model = matrix.models.front().path;
+void drawOnlyPictures(const Matrix& matrix, DocumentArguments& arguments) {
+    for (const Cell& cell : matrix.cells) {
+        DocumentInput& document = arguments.documents[cell.document];
+        document.widget.room = matrix.rooms[cell.room];
+        document.widget.scale = matrix.scales[cell.scale];
+        document.widget.appearance = matrix.appearances[cell.appearance];
+        document.widget.date = matrix.moments[cell.moment].date;
+        document.model = matrix.models[cell.model].path;
+    }
+}
+
+/// What plural options ask for, each document with what lies beside it. `tops` are those of `namedDocuments`.
+Matrix readMatrix(const DocumentInputs& inputs, const std::vector<std::filesystem::path>& tops = {}) {
+    std::vector<MatrixLooks> looks;
+    for (std::size_t at = 0; at < inputs.paired.size(); ++at)
+        looks.push_back(readLooks(inputs.paired[at], *inputs.common.documents[at].widget.date));
+    return matrixOf(namedDocuments(inputs.operands, tops), looks);
 }
 
 [[noreturn]] void failKey() {
@@ -119,17 +69,18 @@ void drawOnlyPicture(const Matrix& matrix, DocumentArguments& arguments) {
 
 /// What plural options ask for: a matrix, or one with each line of a file; or else that is one picture of each document
 /// and no folder is named, which is drawn like any other.
-std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArguments& common) {
+std::optional<Arguments> readMatrixArguments(const Values& values, DocumentInputs& inputs) {
     if (values.find("--frames"))
         throw UsageError("--frames draws a span of one picture; give no plural options with it");
     const std::string* const lines = findModelLines(values.command());
     const std::string* const key = values.find("--key");
     if (key && !lines) failKey();
-    Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date);
+    DocumentArguments& common = inputs.common;
+    Matrix matrix = readMatrix(inputs);
     const std::string* const output = values.find("--output");
     const bool namesNoFolder = !output || output->empty() || *output == "-";
     if (!lines && matrix.count() == matrix.documents.size() && (namesNoFolder || namesFile(*output))) {
-        drawOnlyPicture(matrix, common);
+        drawOnlyPictures(matrix, common);
         return std::nullopt;
     }
     if (namesNoFolder) throw UsageError("where to? several pictures of a document want a folder: --output DIR");
@@ -143,21 +94,23 @@ std::optional<Arguments> readMatrixArguments(const Values& values, DocumentArgum
     return LinesArguments{std::move(arguments), *lines, key ? std::optional(ModelKey(*key)) : std::nullopt};
 }
 
-Arguments readRenderArguments(const Values& values, DocumentArguments common) {
+Arguments readRenderArguments(const Values& values, DocumentInputs inputs) {
     if (asksForMatrix(values.command()))
-        if (auto arguments = readMatrixArguments(values, common)) return *std::move(arguments);
+        if (auto arguments = readMatrixArguments(values, inputs)) return *std::move(arguments);
     if (values.find("--key")) failKey();
     if (values.find("--hashes"))
         throw UsageError("--hashes is for the index of several pictures of a document; there is none of this command");
-    RenderArguments arguments{std::move(common)};
-    arguments.frames = readFrames(values.command());
+    RenderArguments arguments{std::move(inputs.common)};
+    std::vector<std::string> names;
+    for (const Operand& operand : inputs.operands) names.push_back(operand.namedAs);
+    arguments.frames = readFrames(values.command(), names);
     if (arguments.frames) {
         if (arguments.failsOnMissing) throw UsageError("--fail-on-missing is for single pictures, not for frames");
         checkQuality(arguments, "frames, which are without loss");
-        arguments.widget.date = arguments.frames->span.first;
+        arguments.documents.front().widget.date = arguments.frames->span.first;
         return arguments;
     }
-    arguments.destination = readDestination(arguments.documents, values.find("--output"), values.find("--format"));
+    arguments.destination = readDestination(names, values.find("--output"), values.find("--format"));
     const PictureFormat format = arguments.destination.format;
     if (format != PictureFormat::jpeg && format != PictureFormat::webp) checkQuality(arguments, name(format));
     return arguments;
@@ -165,47 +118,66 @@ Arguments readRenderArguments(const Values& values, DocumentArguments common) {
 
 Arguments readExplainArguments(const Values& values, DocumentArguments common) {
     ExplainArguments arguments{std::move(common)};
-    arguments.widget.trace = WidgetTrace::reasons;
+    arguments.documents.front().widget.trace = WidgetTrace::reasons;
     if (values.command().operands.size() == 2) arguments.path = values.command().operands.back();
     values.choose("--format", textFormatWords, arguments.format);
     return arguments;
 }
 
-Arguments readCheckArguments(const Values& values, DocumentArguments common) {
-    CheckArguments arguments{std::move(common)};
+/// A look for each model, with the rooms that it is for.
+std::vector<CheckedLook> checkedLooks(const PairedCommand& paired) {
+    const std::vector<WidgetRoom> rooms = readRooms(paired.command, paired.screenSizes());
+    const auto appearances = readAppearances(paired.command, {Appearance::light, Appearance::dark});
+    std::vector<CheckedLook> looks;
+    const auto lookWith = [&](const std::optional<std::string>& model) -> CheckedLook& {
+        const auto found = std::ranges::find(looks, model, &CheckedLook::model);
+        return found == looks.end() ? looks.emplace_back(CheckedLook{model, {}, appearances}) : *found;
+    };
+    for (const Matrix::Model& model : readModels(paired))
+        for (const WidgetRoom& room : rooms) {
+            const auto own = paired.modelsByFamily.find(familyIn(room));
+            const bool isOwn = model.name.empty() && own != paired.modelsByFamily.end();
+            lookWith(isOwn ? own->second : model.path).rooms.push_back(room);
+        }
+    return looks;
+}
+
+Arguments readCheckArguments(const Values& values, DocumentInputs inputs) {
+    CheckArguments arguments{std::move(inputs.common)};
     CheckOptions& options = arguments.check;
     values.choose("--format", checkFormatWords, options.format);
     options.fixes = values.find("--fix") != nullptr;
     options.isStrict = values.find("--strict") != nullptr;
     options.showsNotes = values.find("--notes") != nullptr;
-    options.rooms = readRooms(values.command(), screenOf(values));
-    options.appearances = readAppearances(values.command(), {Appearance::light, Appearance::dark});
-    if (options.fixes && std::ranges::count(arguments.documents, "-") > 0)
+    for (const PairedCommand& paired : inputs.paired) arguments.looks.push_back(checkedLooks(paired));
+    if (options.fixes && std::ranges::count(arguments.documents, "-", &DocumentInput::path) > 0)
         throw UsageError("--fix changes files; standard input (\"-\") is none");
     return arguments;
 }
 
-Arguments readSnapshotArguments(const Values& values, DocumentArguments common) {
+Arguments readSnapshotArguments(const Values& values, DocumentInputs inputs) {
     SnapshotOptions options = readSnapshotOptions(values.command());
     // Wherever one stands, snapshots have the same names.
     const std::filesystem::path& folder = options.folder;
-    Matrix matrix = readMatrix(values.command(), screenOf(values), *common.widget.date, {folder, folder / ".."});
-    return SnapshotArguments{std::move(common), std::move(matrix), std::move(options)};
+    Matrix matrix = readMatrix(inputs, {folder, folder / ".."});
+    return SnapshotArguments{std::move(inputs.common), std::move(matrix), std::move(options)};
 }
 
 }  // namespace
 
 Arguments readArguments(const Command& command) {
     const Values values(command);
-    checkDocuments(command);
-    DocumentArguments common = documentArgumentsOf(values);
+    DocumentInputs inputs = readInputs(command);
+    inputs.common.failsOnMissing = values.find(failOnMissing) != nullptr;
+    std::size_t ignored = 0;
+    values.choose("--errors", textFormatWords, ignored);
     switch (command.verb) {
-        case Verb::render: return readRenderArguments(values, std::move(common));
-        case Verb::explain: return readExplainArguments(values, std::move(common));
-        case Verb::snapshot: return readSnapshotArguments(values, std::move(common));
-        case Verb::check: return readCheckArguments(values, std::move(common));
-        case Verb::fetch: return FetchArguments{std::move(common)};
-        default: return PrintArguments{std::move(common), command.verb};
+        case Verb::render: return readRenderArguments(values, std::move(inputs));
+        case Verb::explain: return readExplainArguments(values, std::move(inputs.common));
+        case Verb::snapshot: return readSnapshotArguments(values, std::move(inputs));
+        case Verb::check: return readCheckArguments(values, std::move(inputs));
+        case Verb::fetch: return FetchArguments{std::move(inputs.common)};
+        default: return PrintArguments{std::move(inputs.common), command.verb};
     }
 }
 
@@ -220,25 +192,14 @@ StreamArguments readStreamArguments(const Command& command) {
             throw UsageError(std::string(option) + " does not go with --jsonl: each line says what it wants");
     StreamArguments arguments;
     arguments.usual.widget = readWidgetOptions(command);
-    arguments.usual.widget.fetchPolicy = fetchPolicyOf(values);
+    arguments.usual.widget.fetchPolicy = readFetchPolicy(command);
     arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
-    arguments.usual.screen = screenOf(values);
+    if (const std::string* screen = values.find("--screen")) arguments.usual.screen = readSize("--screen", *screen);
     arguments.usual.hashes = values.find("--hashes") != nullptr;
     if (!arguments.usual.widget.timeZone) arguments.usual.widget.timeZone = TimeZone::current();
     if (const std::string* word = values.find("--format"))
         arguments.format = static_cast<PictureFormat>(readWord("--format", *word, pictureFormatWords));
     return arguments;
-}
-
-WidgetOptions readWidgetOptions(const Command& command) {
-    OptionReader reader(Spelling::kebab, OptionReader::Types::texts, {.widget = {.fetchPolicy = FetchPolicy::all}});
-    for (const Option& option : sharedOptions()) {
-        // The others mean something else to some verbs.
-        if (option.name == OptionName::format || option.name == OptionName::hashes) continue;
-        const std::string* const value = command.find(spelled(option.name, Spelling::kebab));
-        if (value) reader.read(option.name, option.kind == OptionKind::flag ? "true" : *value);
-    }
-    return reader.options().withFonts();
 }
 
 TextFormat errorFormatOf(std::span<const std::string> words) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -21,14 +22,24 @@ namespace tavrin::cli {
 
 // A command line whose every value is right: one struct for what each verb is given.
 
-/// What every verb of documents is given.
-struct DocumentArguments {
-    /// Documents as they are written; "-" is standard input. At least one.
-    std::vector<std::string> documents = {};
+/// What snapshots and checks show where no other moment is given.
+inline constexpr std::string_view repeatableMoment = "2026-03-01T09:41:00Z";
+
+/// A document, and how the command line and what lies beside it want it drawn.
+struct DocumentInput {
+    std::string path = {};     ///< as it is written, or was found; "-" is standard input
+    std::string namedAs = {};  ///< what its pictures are named after; see `Operand::namedAs`
     std::optional<std::string> model = std::nullopt;
     WidgetOptions widget = {};
     /// `WidgetOptions::imageCacheDir` as it is written; for `fetch` where pictures go, and nowhere else then.
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
+};
+
+/// What every verb of documents is given.
+struct DocumentArguments {
+    /// At least one.
+    std::vector<DocumentInput> documents = {};
+    RenderBudget budget = {};
     /// Whether a picture that cannot be had is an error.
     bool failsOnMissing = false;
 };
@@ -73,12 +84,19 @@ struct CheckOptions {
     /// Whether a warning makes the run fail.
     bool isStrict = false;
     bool showsNotes = false;
+};
+
+/// What a document is looked at with.
+struct CheckedLook {
+    std::optional<std::string> model = std::nullopt;
     std::vector<WidgetRoom> rooms = {};
     std::vector<Appearance> appearances = {};
 };
 
 struct CheckArguments : DocumentArguments {
     CheckOptions check = {};
+    /// For each document, at least one.
+    std::vector<std::vector<CheckedLook>> looks = {};
 };
 
 struct SnapshotArguments : DocumentArguments {

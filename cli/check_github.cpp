@@ -12,14 +12,12 @@ namespace {
 /// A line for each finding that GitHub shows beside the text: "::warning file=a.json,line=3,col=5::…".
 class GitHubWriter final : public CheckWriter {
 public:
-    explicit GitHubWriter(const Source* model) : model_(model) {}
-
     void write(const CheckedDocument& checked) override {
         std::string lines;
         for (const Diagnostic& fixed : checked.fixed)
             lines += lineOf(fixed, checked.original, "notice", "fixed: " + std::string(fixed.code));
         for (const Diagnostic& found : checked.diagnostics)
-            lines += lineOf(found, sourceOf(found, checked.document, model_), command(found.severity), found.code);
+            lines += lineOf(found, sourceOf(found, checked), command(found.severity), found.code);
         if (checked.unread) lines += lineOf(checked.document.name, *checked.unread);
         writeStandardOutput(lines);
     }
@@ -46,12 +44,10 @@ private:
         }
         return githubCommand(command, properties + ",title=" + githubProperty(title), found.message);
     }
-
-    const Source* model_;
 };
 
 }  // namespace
 
-std::unique_ptr<CheckWriter> githubCheckWriter(const Source* model) { return std::make_unique<GitHubWriter>(model); }
+std::unique_ptr<CheckWriter> githubCheckWriter() { return std::make_unique<GitHubWriter>(); }
 
 }  // namespace tavrin::cli

@@ -14,6 +14,7 @@ public:
 
     void write(const CheckedDocument& checked) override {
         writer_.beginObject().key("document").value(checked.document.name);
+        if (checked.model) writer_.key("model").value(checked.model->name);
         writer_.key("diagnostics").beginArray();
         for (const Diagnostic& found : checked.diagnostics) tavrin::write(found, writer_);
         writer_.endArray();

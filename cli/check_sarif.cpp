@@ -76,11 +76,9 @@ JSON notificationOf(std::string_view file, const Diagnostic& fixed) {
 /// One log of version 2.1.0 of the Static Analysis Results Interchange Format, with one run.
 class SarifWriter final : public CheckWriter {
 public:
-    explicit SarifWriter(const Source* model) : model_(model) {}
-
     void write(const CheckedDocument& checked) override {
         for (const Diagnostic& found : checked.diagnostics)
-            results_.push_back(resultOf(found, sourceOf(found, checked.document, model_)));
+            results_.push_back(resultOf(found, sourceOf(found, checked)));
         for (const Diagnostic& fixed : checked.fixed) fixed_.push_back(notificationOf(checked.original.name, fixed));
         if (checked.unread) fail(*checked.unread);
     }
@@ -108,7 +106,6 @@ public:
     }
 
 private:
-    const Source* model_;
     JSONArray results_;
     JSONArray failures_;
     JSONArray fixed_;
@@ -116,6 +113,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<CheckWriter> sarifCheckWriter(const Source* model) { return std::make_unique<SarifWriter>(model); }
+std::unique_ptr<CheckWriter> sarifCheckWriter() { return std::make_unique<SarifWriter>(); }
 
 }  // namespace tavrin::cli

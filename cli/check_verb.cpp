@@ -21,11 +21,11 @@ bool isFailing(const Diagnostic& found, const CheckOptions& options) {
 }
 
 /// Null for text, which `Reporter` writes.
-std::unique_ptr<CheckWriter> writerOf(CheckFormat format, const Source* model) {
+std::unique_ptr<CheckWriter> writerOf(CheckFormat format) {
     switch (format) {
         case CheckFormat::json: return jsonCheckWriter();
-        case CheckFormat::sarif: return sarifCheckWriter(model);
-        case CheckFormat::github: return githubCheckWriter(model);
+        case CheckFormat::sarif: return sarifCheckWriter();
+        case CheckFormat::github: return githubCheckWriter();
         case CheckFormat::text: break;
     }
     return nullptr;
@@ -34,11 +34,10 @@ std::unique_ptr<CheckWriter> writerOf(CheckFormat format, const Source* model) {
 /// Takes the checked documents in their order.
 class Check {
 public:
-    Check(const CheckArguments& arguments, const Reporter& reporter, const Source* model)
+    Check(const CheckArguments& arguments, const Reporter& reporter)
         : options_(arguments.check),
           reporter_(reporter),
-          model_(model),
-          writer_(writerOf(options_.format, model)),
+          writer_(writerOf(options_.format)),
           progress_(arguments.documents.size()),
           documents_(arguments.documents.size()) {}
 
@@ -47,8 +46,9 @@ public:
         if (!checked.diagnostics.empty() || !checked.fixed.empty() || checked.unread) progress_.hide();
         if (writer_) writer_->write(checked);
         report(checked);
-        progress_.advance(path);
     }
+
+    void advance(const std::string& path) { progress_.advance(path); }
 
     /// Ends the run before any document is checked.
     int giveUp(const Failure& failure) {
@@ -91,9 +91,9 @@ private:
             ++counts_[indexOf(found.severity)];
             if (fails) {
                 status_ = 1;
-                reporter_.report(found, checked.document, model_);
+                reporter_.report(found, checked.document, checked.model);
             } else if (!writer_) {
-                reporter_.note(found, sourceOf(found, checked.document, model_));
+                reporter_.note(found, sourceOf(found, checked));
             }
         }
         if (!checked.unread) return;
@@ -117,7 +117,6 @@ private:
 
     const CheckOptions& options_;
     const Reporter& reporter_;
-    const Source* model_;
     std::unique_ptr<CheckWriter> writer_;  // null where people read what is found
     Progress progress_;
     std::size_t documents_;
@@ -129,19 +128,21 @@ private:
 }  // namespace
 
 int run(const CheckArguments& arguments, const Reporter& reporter) {
-    std::optional<Source> model;
-    if (arguments.model) model = Source{displayName(*arguments.model)};
-    const Source* const modelSource = model ? &*model : nullptr;
-    Check check(arguments, reporter, modelSource);
+    Check check(arguments, reporter);
+    ReadModels models;
     try {
-        if (model) model->text = readInput(*arguments.model, arguments.widget.budget);
+        for (const std::vector<CheckedLook>& looks : arguments.looks)
+            for (const CheckedLook& look : looks) models.add(look.model, arguments.budget);
     } catch (const std::exception&) {
         return check.giveUp(describe(std::current_exception()));
     }
-    const std::vector<std::string>& documents = arguments.documents;
-    inOrder<CheckedDocument>(
-        documents.size(), [&](std::size_t index) { return checkDocument(arguments, modelSource, documents[index]); },
-        [&](std::size_t index, CheckedDocument checked) { check.take(documents[index], std::move(checked)); });
+    const std::vector<DocumentInput>& documents = arguments.documents;
+    inOrder<std::vector<CheckedDocument>>(
+        documents.size(), [&](std::size_t index) { return checkDocument(arguments, models, index); },
+        [&](std::size_t index, std::vector<CheckedDocument> all) {
+            for (CheckedDocument& checked : all) check.take(documents[index].path, std::move(checked));
+            check.advance(documents[index].path);
+        });
     return check.finish();
 }
 

@@ -19,9 +19,9 @@ public:
     virtual void finish() {}
 };
 
-// The writers of the formats for programs. `model` may be null; it must live as long.
+// The writers of the formats for programs.
 [[nodiscard]] std::unique_ptr<CheckWriter> jsonCheckWriter();
-[[nodiscard]] std::unique_ptr<CheckWriter> sarifCheckWriter(const Source* model);
-[[nodiscard]] std::unique_ptr<CheckWriter> githubCheckWriter(const Source* model);
+[[nodiscard]] std::unique_ptr<CheckWriter> sarifCheckWriter();
+[[nodiscard]] std::unique_ptr<CheckWriter> githubCheckWriter();
 
 }  // namespace tavrin::cli

@@ -117,13 +117,13 @@ private:
     EditHistory history_;
 };
 
-}  // namespace
-
-CheckedDocument checkDocument(const CheckArguments& arguments, const Source* model, const std::string& path) {
-    CheckedDocument checked{.document = {displayName(path)}};
+CheckedDocument checkedWith(const CheckedLook& look, const Source* model, std::optional<Source> text,
+                            const CheckArguments& arguments, const DocumentInput& input) {
+    CheckedDocument checked{.document = {displayName(input.path)}, .model = model};
     try {
-        checked.document.text = readInput(path, arguments.widget.budget);
-        DiagnoseOptions options{arguments.widget, arguments.check.rooms, arguments.check.appearances};
+        checked.document =
+            text ? *std::move(text) : Source{checked.document.name, readInput(input.path, arguments.budget)};
+        DiagnoseOptions options{input.widget, look.rooms, look.appearances};
         options.failsOnMissingPictures = arguments.failsOnMissing;
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         checked.diagnostics = diagnose(checked.document.text, modelText, options);
@@ -136,6 +136,38 @@ CheckedDocument checkDocument(const CheckArguments& arguments, const Source* mod
         for (auto* diagnostics : {&checked.diagnostics, &checked.originalDiagnostics})
             std::erase_if(*diagnostics, isNote);
     return checked;
+}
+
+/// Whether two findings about the document's text are the same.
+bool isSame(const Diagnostic& a, const Diagnostic& b) {
+    return a.role == TextRole::document && b.role == a.role && a.code == b.code && a.message == b.message &&
+           a.path == b.path;
+}
+
+/// Drops what was found before.
+void dropKnown(CheckedDocument& checked, const std::vector<CheckedDocument>& before) {
+    std::erase_if(checked.diagnostics, [&](const Diagnostic& found) {
+        return std::ranges::any_of(before, [&](const CheckedDocument& other) {
+            return std::ranges::any_of(other.diagnostics, [&](const auto& known) { return isSame(found, known); });
+        });
+    });
+}
+
+}  // namespace
+
+std::vector<CheckedDocument> checkDocument(const CheckArguments& arguments, const ReadModels& models, std::size_t at) {
+    std::vector<CheckedDocument> all;
+    for (const CheckedLook& look : arguments.looks[at]) {
+        // A fix is not written yet, and what one model asks for may be wrong with the next.
+        if (!all.empty() && arguments.check.fixes) break;
+        std::optional<Source> text;
+        if (!all.empty() && !all.front().unread) text = all.front().document;
+        CheckedDocument next =
+            checkedWith(look, models.find(look.model), std::move(text), arguments, arguments.documents[at]);
+        dropKnown(next, all);
+        all.push_back(std::move(next));
+    }
+    return all;
 }
 
 }  // namespace tavrin::cli

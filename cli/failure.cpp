@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "cli/io_error.h"
+#include "cli/project/widget_settings.h"
 #include "cli/usage_error.h"
 #include "tavrin/doors/option_error.h"
 
@@ -18,6 +19,10 @@ Failure describe(const std::exception_ptr& error) {
         return {{"UsageError", e.what()}};
     } catch (const IOError& e) {
         return {{"IOError", e.what()}, e.file};
+    } catch (const SettingsError& e) {
+        Failure failure{{"SettingsError", e.what()}, e.source.name, excerptAt(e.source.text, e.place.offset)};
+        failure.place = e.place;
+        return failure;
     } catch (...) {
         return {describeError(error)};
     }

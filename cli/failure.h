@@ -13,7 +13,7 @@
 namespace tavrin::cli {
 
 /// What went wrong, in the terms of the program's error objects; their types are those of `ErrorDescription` and
-/// "UsageError", "IOError", "SnapshotDifference" and "Diagnostic".
+/// "UsageError", "IOError", "SettingsError", "SnapshotDifference" and "Diagnostic".
 struct Failure : ErrorDescription {
     /// The text it is about; empty where it is about none.
     std::string file = {};

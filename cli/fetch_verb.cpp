@@ -74,16 +74,16 @@ public:
     }
 
 private:
-    [[nodiscard]] const std::filesystem::path& folder() const { return *arguments_.imageCacheDir; }
+    [[nodiscard]] const std::filesystem::path& folder() const { return *arguments_.documents.front().imageCacheDir; }
 
     /// Finds out which pictures the documents name; each is fetched once.
     void collect() {
         const auto make = [this](const Production& work) {
-            if (!arguments_.model) noteAddressesInModel(work.source, work.outcome.notes);
+            if (!work.input.model) noteAddressesInModel(work.source, work.outcome.notes);
             work.outcome.pictures = work.document.pictures();
         };
-        produceAll(arguments_, make, [this](const std::string& document, const Outcome& outcome) {
-            reporter_.note(displayName(document), outcome.notes);
+        produceAll(arguments_, make, [this](const DocumentInput& document, const Outcome& outcome) {
+            reporter_.note(displayName(document.path), outcome.notes);
             if (outcome.failure) {
                 reporter_.report(*outcome.failure);
                 documentFailed_ = true;
@@ -105,7 +105,7 @@ private:
         Progress progress(pictures_.size());
         std::vector<URL> urls;
         for (const NamedPicture& picture : pictures_) urls.push_back(picture.url);
-        PictureDownloads downloads(std::move(urls), arguments_.widget.fetchPolicy);
+        PictureDownloads downloads(std::move(urls), arguments_.documents.front().widget.fetchPolicy);
         while (const auto download = downloads.next()) {
             const NamedPicture& picture = pictures_[download->index];
             if (!download->error.empty()) {

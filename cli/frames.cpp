@@ -91,11 +91,11 @@ void placeFrames(Frames& frames, const std::string& stem, const std::string& out
             output + "'");
 }
 
-void readOutput(Frames& frames, const Command& command) {
+void readOutput(Frames& frames, const Command& command, const std::string& document) {
     std::string_view word;
     if (const std::string* format = command.find("--format"))
         word = frameFormatWords[readWord("--format", *format, frameFormatWords)];
-    const std::string stem = stemOf(command.operands.front());
+    const std::string stem = stemOf(document);
     const std::string* const output = command.find("--output");
     frames.format = animationFormat(word);
     if (!output) {
@@ -110,13 +110,12 @@ void readOutput(Frames& frames, const Command& command) {
 }
 
 /// Refuses what does not go together.
-void checkTogether(const Command& command) {
+void checkTogether(const Command& command, std::size_t documents) {
     for (const char* option : {"--every", "--fps"})
         if (!command.find("--frames") && command.find(option))
             throw UsageError(std::string(option) + " goes with --frames FROM..TO");
     if (!command.find("--frames")) return;
-    if (command.operands.size() > 1)
-        throw UsageError("--frames draws one document, not " + std::to_string(command.operands.size()));
+    if (documents > 1) throw UsageError("--frames draws one document, not " + std::to_string(documents));
     if (command.find("--date")) throw UsageError("--frames says which moments are drawn; leave --date away");
 }
 
@@ -140,8 +139,8 @@ std::pair<Date, Date> readMoments(std::string_view option, std::string_view valu
                      std::string(value) + "'");
 }
 
-std::optional<Frames> readFrames(const Command& command) {
-    checkTogether(command);
+std::optional<Frames> readFrames(const Command& command, const std::vector<std::string>& documents) {
+    checkTogether(command, documents.size());
     const std::string* const moments = command.find("--frames");
     if (!moments) return std::nullopt;
     Frames frames;
@@ -153,7 +152,7 @@ std::optional<Frames> readFrames(const Command& command) {
     } catch (const TavrinError& error) {
         throw UsageError("--frames asks for " + error.message);
     }
-    readOutput(frames, command);
+    readOutput(frames, command, documents.front());
     if (frames.kind == Frames::Kind::numberedFiles && frames.framesPerSecond)
         throw UsageError("--fps is for animations; numbered PNGs are not shown by themselves");
     return frames;

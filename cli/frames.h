@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/command_line.h"
 #include "tavrin/widget/animation_renderer.h"
@@ -36,7 +38,8 @@ struct Frames {
 /// "FROM..TO": two moments, the second not before the first. Throws `UsageError`.
 [[nodiscard]] std::pair<Date, Date> readMoments(std::string_view option, std::string_view value);
 
-/// What `--frames` and the options that go with it ask for; none where it is not given. Throws `UsageError`.
-[[nodiscard]] std::optional<Frames> readFrames(const Command& command);
+/// What `--frames` and the options that go with it ask for; none where it is not given. `documents` are the paths that
+/// pictures are named after. Throws `UsageError`.
+[[nodiscard]] std::optional<Frames> readFrames(const Command& command, const std::vector<std::string>& documents);
 
 }  // namespace tavrin::cli

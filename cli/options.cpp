@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cli/embedded_file.h"
+#include "cli/new/widget_template.h"
 #include "tavrin/doors/option_values.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -31,15 +32,27 @@ OptionInfo shared(OptionName name, std::string_view value, VerbSet takers, std::
     return {spelled(name, Spelling::kebab), value, takers, std::move(help), completes, std::move(words)};
 }
 
-std::vector<std::string> withAll(std::vector<std::string> words) {
-    words.emplace_back("all");
+std::vector<std::string> with(std::string_view word, std::vector<std::string> words) {
+    words.emplace_back(word);
     return words;
+}
+
+std::vector<std::string> withAll(std::vector<std::string> words) { return with("all", std::move(words)); }
+
+std::vector<std::string> templateNames() {
+    std::vector<std::string> names;
+    for (const WidgetTemplate& each : widgetTemplates()) names.emplace_back(each.name);
+    return names;
 }
 
 }  // namespace
 
 std::span<const VerbInfo> verbs() {
     static constexpr VerbInfo list[] = {
+        {"new", "NAME [--template TEMPLATE]", "Make a document, a model and settings to begin with",
+         "  tavrin new habits                                     habits.json, habits.model.json, habits.widget.toml\n"
+         "  tavrin new --list                                     what to begin with\n"
+         "  tavrin new widgets/train --template countdown"},
         {"render", "DOC... [-o OUT] [options]", "Draw widgets as PNG, SVG, PDF, WebP or JPEG",
          "  tavrin render weather.json --model today.json         writes weather.png\n"
          "  tavrin render weather.json -o dark.svg --appearance dark\n"
@@ -61,7 +74,7 @@ std::span<const VerbInfo> verbs() {
          "  tavrin explain weather.json 'nodes.main.children[0]'  one in sentences\n"
          "  tavrin explain weather.json --family systemSmall --format json"},
         {"check", "DOC... [options]", "Print what is wrong or doubtful in documents, without drawing them",
-         "  tavrin check widgets/*.json --families all --strict\n"
+         "  tavrin check widgets --strict                         every document in a folder\n"
          "  tavrin check weather.json --fix                       mends what can be mended safely\n"
          "  tavrin check widgets/*.json --format sarif >check.sarif\n"
          "  tavrin check weather.json --model today.json --errors json"},
@@ -78,6 +91,14 @@ std::span<const VerbInfo> verbs() {
         {"preview", "[DIR] [options]", "Show a folder's documents in the browser and draw them while they are edited",
          "  tavrin preview widgets                                prints the address to open\n"
          "  tavrin preview widgets --port 8080"},
+        {"serve", "[DIR] [options]", "Answer HTTP requests with pictures of a folder's documents, or of what is sent",
+         "  tavrin serve widgets                                  http://127.0.0.1:8080/v1/widgets/weather.png\n"
+         "  tavrin serve widgets --listen [::1]:9000 --key-file keys\n"
+         "  tavrin serve --config serve.toml                      max-body = \"1MiB\", or in the environment\n"
+         "                                                        TAVRIN_MAX_BODY=1MiB"},
+        {"sign", "PATH... --key-file FILE [options]", "Print paths with the signature that a server of pictures wants",
+         "  tavrin sign '/v1/widgets/weather.png?family=systemSmall' --key-file keys\n"
+         "  tavrin sign /v1/widgets/weather.png --key-file keys --expires 2026-12-01T00:00:00Z"},
         {"completion", "bash|zsh|fish", "Print a script that completes commands in a shell",
          "  tavrin completion bash >~/.local/share/bash-completion/completions/tavrin\n"
          "  tavrin completion zsh >~/.zfunc/_tavrin               in a folder of $fpath\n"
@@ -104,12 +125,17 @@ const std::vector<OptionInfo>& options() {
     static constexpr VerbSet looked = drawn.with(Verb::check);
     static constexpr VerbSet laidOut{Verb::render,  Verb::tree,  Verb::layout,  Verb::targets,
                                      Verb::explain, Verb::check, Verb::snapshot};
+    static constexpr VerbSet onlyServe{Verb::serve};
+    static constexpr VerbSet placed = laidOut.with(Verb::serve);
     static constexpr VerbSet loaded = laidOut.with(Verb::fetch);
-    static constexpr VerbSet shown = laidOut.with(Verb::preview);
-    static constexpr VerbSet budgeted = loaded.with(Verb::preview);
+    static constexpr VerbSet shown = placed.with(Verb::preview);
+    static constexpr VerbSet budgeted = loaded.with(Verb::preview).with(Verb::serve);
     static constexpr VerbSet every =
-        loaded.with(Verb::schema).with(Verb::preview).with(Verb::completion).with(Verb::help);
+        budgeted.with(Verb::newWidget).with(Verb::schema).with(Verb::sign).with(Verb::completion).with(Verb::help);
     static const std::vector<OptionInfo> all{
+        {"--template", "TEMPLATE", VerbSet(Verb::newWidget), "What to begin with (number)", Completes::words,
+         templateNames()},
+        {"--list", "", VerbSet(Verb::newWidget), "Print the templates"},
         {"--output", "OUT", onlyRender,
          "The picture's file, in the format of its suffix; \"-\" is standard output. Of several documents the folder "
          "for all pictures; where several families, appearances, scales, models or dates are given, the folder for "
@@ -140,10 +166,14 @@ const std::vector<OptionInfo>& options() {
         {"--strict", "", onlySnapshot,
          "Fail where there is no snapshot yet, instead of recording it, and where one belongs to no picture"},
         {"--tolerance", "N", onlySnapshot, "How far a channel of a pixel may be off, up to 255 (0)"},
-        {"--model", "FILE", loaded, "The model document; \"-\" is standard input", Completes::file},
-        shared(OptionName::family, "NAME", laidOut),
-        {"--families", "NAME,...|all", looked, "Each of several families, or all that the screen has", Completes::words,
-         withAll(listOf(widgetFamilyNames))},
+        {"--model", "FILE", loaded,
+         "The model document; \"-\" is standard input (NAME.model.json or model.json beside NAME.json)",
+         Completes::file},
+        shared(OptionName::family, "NAME", placed),
+        {"--families", "NAME,...|all|meant", looked,
+         "Each of several families, all that the screen has, or those that a widget is meant for by its settings; so "
+         "it is where several pictures are asked for, checked or compared",
+         Completes::words, with("meant", withAll(listOf(widgetFamilyNames)))},
         {"--appearances", "light,dark|all", looked, "Each of several appearances; `check` looks at all",
          Completes::words, withAll(listOf(appearanceWords))},
         {"--scales", "N,...", drawn, "Draw at each of several scales, such as 2,3"},
@@ -162,31 +192,31 @@ const std::vector<OptionInfo>& options() {
          "here holds where a line says nothing"},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
         shared(OptionName::hashes, "", onlyRender, "in index.json, where there is one"),
-        shared(OptionName::screen, "WxH", laidOut, {}, Completes::words, screenWords(knownScreens())),
+        shared(OptionName::screen, "WxH", placed, {}, Completes::words, screenWords(knownScreens())),
         shared(OptionName::size, "WxH", laidOut),
-        shared(OptionName::scale, "N", laidOut, {}, Completes::words, {"1", "2", "3"}),
-        shared(OptionName::appearance, "light|dark", laidOut),
+        shared(OptionName::scale, "N", placed, {}, Completes::words, {"1", "2", "3"}),
+        shared(OptionName::appearance, "light|dark", placed),
         shared(OptionName::date, "RFC3339", laidOut,
                "now; of checks and snapshots that one, so that they can be repeated"),
-        shared(OptionName::timeZone, "ID", laidOut, "the system's; of checks and snapshots UTC"),
-        {"--image-cache-dir", "DIR", loaded,
+        shared(OptionName::timeZone, "ID", placed, "the system's; of checks, snapshots and what is served UTC"),
+        {"--image-cache-dir", "DIR", loaded.with(Verb::serve),
          "The folder in which pictures are looked for instead of on the network, and into which `tavrin fetch` puts "
-         "them",
+         "them (pictures beside the document, where it is there)",
          Completes::folder},
         shared(OptionName::maxImageSize, "WxH", shown),
-        shared(OptionName::fetch, "none|public|all", loaded, "all"),
+        shared(OptionName::fetch, "none|public|all", loaded.with(Verb::serve), "all; of what is served public"),
         {"--fail-on-missing", "", onlyRender.with(Verb::check),
          "A picture that cannot be had, or may not be fetched, is an error, and not only left out"},
-        {"--offline", "", shown, "Fetch nothing: short for --fetch none"},
+        {"--offline", "", laidOut.with(Verb::preview), "Fetch nothing: short for --fetch none"},
         shared(OptionName::fontDir, "DIR", shown, "the system's"),
-        shared(OptionName::budget, "usual|strangers", budgeted),
+        shared(OptionName::budget, "usual|strangers", budgeted, "usual; of what is served strangers"),
         shared(OptionName::budgetSteps, "N", budgeted),
         shared(OptionName::budgetPixels, "N", budgeted),
         shared(OptionName::budgetBytes, "N", budgeted),
-        shared(OptionName::budgetSeconds, "S", budgeted, "as long as it needs; in the preview 10"),
-        shared(OptionName::background, "COLOR|none|auto", drawn.with(Verb::check), {}, Completes::words,
-               listOf({"auto", "none"})),
-        shared(OptionName::rounded, "", drawn),
+        shared(OptionName::budgetSeconds, "S", budgeted, "as long as it needs; in the preview 10, of what is served 2"),
+        shared(OptionName::background, "COLOR|none|auto", drawn.with(Verb::check).with(Verb::serve), {},
+               Completes::words, listOf({"auto", "none"})),
+        shared(OptionName::rounded, "", drawn.with(Verb::serve)),
         {"--frames", "FROM..TO", onlyRender,
          "Draw the moments of a span, such as 2026-03-01T09:41:00Z..2026-03-01T09:42:00Z, instead of one: as an "
          "animation where OUT ends in .png, .apng or .webp, as numbered PNGs where it is a folder or has a place for "
@@ -195,9 +225,31 @@ const std::vector<OptionInfo>& options() {
         {"--fps", "N", onlyRender,
          "With --frames: how many moments an animation shows in a second, up to 100 (as time passes)", Completes::words,
          listOf({"10", "25", "50"})},
-        shared(OptionName::compression, "fast|balanced|small", onlyRender),
-        shared(OptionName::quality, "N", onlyRender, {}, Completes::words, listOf({"75", "85", "95"})),
+        shared(OptionName::compression, "fast|balanced|small", onlyRender.with(Verb::serve)),
+        shared(OptionName::quality, "N", onlyRender.with(Verb::serve), {}, Completes::words,
+               listOf({"75", "85", "95"})),
         {"--port", "N", VerbSet(Verb::preview), "The port on 127.0.0.1 (any that is free)"},
+        {"--listen", "ADDRESS", onlyServe,
+         "The address and port that are listened to, such as [::1]:9000; port 0 is any that is free (127.0.0.1:8080)"},
+        {"--workers", "N", onlyServe, "How many pictures are drawn at once (as many as there are processors)"},
+        {"--queue", "N", onlyServe, "How many requests wait to be drawn; more are told to come again (64)"},
+        {"--max-body", "SIZE", onlyServe, "How large the body of a request may be, in bytes or such as 256KiB (1MiB)"},
+        {"--time-limit", "S", onlyServe, "How long a request may take, in seconds (2)"},
+        {"--cache", "SIZE", onlyServe, "How many bytes of finished pictures are kept; 0 is none (64MiB)"},
+        {"--cors", "ORIGIN", onlyServe,
+         "Whose pages may read the answers, such as https://example.com; * is everybody's (nobody's)"},
+        {"--open-post", "", onlyServe, "Draw documents that anybody sends, also with --key-file"},
+        {"--config", "FILE", onlyServe,
+         "A TOML file of these options without their dashes, such as max-body = \"1MiB\". What the command line says "
+         "comes first, then the environment: TAVRIN_MAX_BODY",
+         Completes::file},
+        {"--key-file", "FILE", VerbSet(Verb::serve, Verb::sign),
+         "The keys of signed addresses, one a line: `tavrin sign` takes the first, `tavrin serve` accepts each; \"-\" "
+         "is standard input",
+         Completes::file},
+        {"--expires", "WHEN", VerbSet(Verb::sign),
+         "When the address ceases to hold: a date and time such as 2026-12-01T00:00:00Z, or seconds since 1970 "
+         "(never)"},
         {"--errors", "text|json", every,
          "How a failure is written on standard error (text). Of what is no failure json tells nothing; `check --format "
          "json` does",

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tavrin/doors/option.h"
@@ -16,6 +18,7 @@ namespace tavrin::cli {
 
 /// What the program can be asked to do.
 enum class Verb : unsigned char {
+    newWidget,  ///< "new", which is a word of C++, too
     render,
     tree,
     layout,
@@ -26,9 +29,25 @@ enum class Verb : unsigned char {
     fetch,
     schema,
     preview,
+    serve,
+    sign,
     completion,
     help
 };
+
+}  // namespace tavrin::cli
+
+template <>
+inline constexpr auto tavrin::enumeratorNames<tavrin::cli::Verb> = [
+]<std::size_t... index>(std::index_sequence<index...>) {
+    using tavrin::cli::Verb;
+    std::array names{detail::spelledEnumerator<static_cast<Verb>(index)>()...};
+    names[indexOf(Verb::newWidget)] = "new";
+    return names;
+}
+(std::make_index_sequence<enumeratorCount<tavrin::cli::Verb>>());
+
+namespace tavrin::cli {
 
 /// For whom something is written: people or programs.
 enum class TextFormat : unsigned char { text, json };

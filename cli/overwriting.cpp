@@ -31,8 +31,10 @@ std::optional<Identity> identityOf(const std::string& input) {
 class Inputs {
 public:
     Inputs(const DocumentArguments& arguments, std::string option) : option_(std::move(option)) {
-        for (const std::string& document : arguments.documents) add(document, "document");
-        if (arguments.model) add(*arguments.model, "model");
+        for (const DocumentInput& document : arguments.documents) {
+            add(document.path, "document");
+            if (document.model) add(*document.model, "model");
+        }
     }
 
     void add(const Matrix& matrix) {
@@ -73,7 +75,7 @@ private:
 };
 
 void forEachCell(const Matrix& matrix, const std::function<void(const std::string& name)>& visit) {
-    for (std::size_t index = 0; index < matrix.count(); ++index) visit(nameOf(matrix, cellAt(matrix, index)));
+    for (std::size_t index = 0; index < matrix.count(); ++index) visit(nameOf(matrix, matrix.cells[index]));
 }
 
 void refuseFrames(const Inputs& inputs, const Frames& frames) {
@@ -88,7 +90,8 @@ void refuseToOverwriteInputs(const RenderArguments& arguments) {
     const Inputs inputs(arguments, "--output");
     if (arguments.frames) return refuseFrames(inputs, *arguments.frames);
     if (arguments.destination.kind == Destination::Kind::standardOutput) return;
-    for (const std::string& document : arguments.documents) inputs.refuse(arguments.destination.pathFor(document));
+    for (const DocumentInput& document : arguments.documents)
+        inputs.refuse(arguments.destination.pathFor(document.namedAs));
 }
 
 void refuseToOverwriteInputs(const MatrixArguments& arguments) {

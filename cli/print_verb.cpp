@@ -34,11 +34,12 @@ int printAll(const DocumentArguments& arguments, const Reporter& reporter,
              const std::function<std::string(const Production&)>& textOf) {
     int status = 0;
     const auto make = [&](const Production& work) {
+        if (!work.input.model) noteMissingModel(work.source, work.outcome.notes);
         work.outcome.bytes = textOf(work);
         if (!work.outcome.bytes.ends_with('\n')) work.outcome.bytes += '\n';
     };
-    produceAll(arguments, make, [&](const std::string& document, const Outcome& outcome) {
-        reporter.note(displayName(document), outcome.notes);
+    produceAll(arguments, make, [&](const DocumentInput& document, const Outcome& outcome) {
+        reporter.note(displayName(document.path), outcome.notes);
         if (outcome.failure) {
             reporter.report(*outcome.failure);
             status = 1;

@@ -3,24 +3,25 @@
 
 #include <cstddef>
 #include <exception>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
 #include "cli/ordered_work.h"
+#include "cli/read_models.h"
 
 namespace tavrin::cli {
 namespace {
 
-Outcome produce(const DocumentArguments& arguments, const Source* model, const std::string& path,
-                const std::function<void(const Production&)>& make) {
+Outcome produce(const DocumentInput& input, const Source* model, const std::function<void(const Production&)>& make) {
     Outcome outcome;
-    Source source{displayName(path)};
+    Source source{displayName(input.path)};
     try {
-        source.text = readInput(path, arguments.widget.budget);
-        const WidgetOptions options = noting(arguments.widget, outcome.notes);
+        source.text = readInput(input.path, input.widget.budget);
+        const WidgetOptions options = noting(input.widget, outcome.notes);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const BoundDocument document = Document(source.text, options.budget).bind(modelText, options);
-        make({source, document, options, outcome});
+        make({input, source, document, options, outcome});
     } catch (...) {
         outcome.failure = describe(std::current_exception(), source, model);
     }
@@ -34,15 +35,23 @@ WidgetOptions noting(WidgetOptions options, std::vector<std::string>& lines) {
     return options;
 }
 
+void noteMissingModel(const Source& document, std::vector<std::string>& notes) {
+    if (document.text.find("\"{{") == std::string::npos) return;
+    notes.emplace_back(
+        "warning: there are expressions, but no model to look them up in; give it with --model FILE, or as " +
+        (document.name == displayName("-") ? std::string("NAME")
+                                           : std::filesystem::path(document.name).stem().string()) +
+        ".model.json beside the document");
+}
+
 void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
-                const std::function<void(const std::string& document, Outcome)>& take) {
-    std::optional<Source> model;
-    if (arguments.model)
-        model = Source{displayName(*arguments.model), readInput(*arguments.model, arguments.widget.budget)};
-    const std::vector<std::string>& documents = arguments.documents;
+                const std::function<void(const DocumentInput& document, Outcome)>& take) {
+    const std::vector<DocumentInput>& documents = arguments.documents;
+    ReadModels models;
+    for (const DocumentInput& document : documents) models.add(document.model, arguments.budget);
     inOrder<Outcome>(
         documents.size(),
-        [&](std::size_t index) { return produce(arguments, model ? &*model : nullptr, documents[index], make); },
+        [&](std::size_t index) { return produce(documents[index], models.find(documents[index].model), make); },
         [&](std::size_t index, Outcome outcome) { take(documents[index], std::move(outcome)); });
 }
 

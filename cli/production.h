@@ -31,6 +31,7 @@ struct Outcome {
 
 /// A document that is worked on.
 struct Production {
+    const DocumentInput& input;
     const Source& source;
     const BoundDocument& document;
     const WidgetOptions& options;  ///< which make lines of the outcome's notes
@@ -40,10 +41,13 @@ struct Production {
 /// Lets options make lines of what is doubtful; the lines must live as long as what is made with the options.
 [[nodiscard]] WidgetOptions noting(WidgetOptions options, std::vector<std::string>& lines);
 
+/// Notes of a document that has no model that it has expressions, if it has.
+void noteMissingModel(const Source& document, std::vector<std::string>& notes);
+
 /// Binds every document and lets `make` work on it, several by several threads; what either throws becomes the
 /// document's failure. Hands the outcomes to `take`, in the documents' order. Throws `IOError` for a model that cannot
 /// be read, and passes on what `take` throws.
 void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
-                const std::function<void(const std::string& document, Outcome)>& take);
+                const std::function<void(const DocumentInput& document, Outcome)>& take);
 
 }  // namespace tavrin::cli

@@ -32,6 +32,7 @@ constexpr int wrongCommandLine = 2;
 /// Of the verbs that work on no document, what they print; none of the others.
 std::optional<std::string> printedWithoutDocument(const Command& command) {
     if (command.verb == Verb::completion) return completionScript(command.operands);
+    if (command.verb == Verb::sign) return signedPaths(command);
     if (command.verb != Verb::schema) return std::nullopt;
     if (!command.operands.empty()) throw UsageError("`tavrin schema` takes no document; `tavrin check` checks one");
     return documentSchema();
@@ -55,10 +56,15 @@ int runCommand(std::span<const std::string> words, Reporter& reporter) {
         writeStandardOutput(*text);
         return 0;
     }
+    if (command.verb == Verb::newWidget) {
+        makeNew(command);
+        return 0;
+    }
     if (command.verb == Verb::preview) {
         preview(command);
         return 0;
     }
+    if (command.verb == Verb::serve) return serve(command);
     removeTemporaryFilesOnSignals();
     if (command.find("--jsonl")) return run(readStreamArguments(command));
     return std::visit([&](const auto& arguments) { return runVerb(arguments, reporter); }, readArguments(command));

@@ -38,6 +38,7 @@ std::vector<std::string_view> wordsFor(std::string_view option, const OptionPair
                                        const std::array<std::string_view, Count>& words) {
     std::vector<std::string_view> list(words.begin(), words.end());
     if (option == pair.several) list.push_back(allWord);
+    if (option == families.several) list.push_back(meantWord);
     return list;
 }
 
@@ -63,7 +64,9 @@ std::pair<std::string_view, std::vector<std::string>> wordsOf(const Command& com
     return {pair.one, one ? std::vector{*one} : std::vector<std::string>{}};
 }
 
-std::vector<WidgetRoom> readRooms(const Command& command, Size screen) {
+namespace {
+
+std::vector<WidgetRoom> roomsOn(Size screen, const Command& command) {
     refuseBoth(command, familiesOrSize);
     if (const std::string* size = command.find("--size")) return {{*size, readSize("--size", *size)}};
     auto [option, words] = wordsOf(command, families);
@@ -77,6 +80,21 @@ std::vector<WidgetRoom> readRooms(const Command& command, Size screen) {
     for (const std::string& word : words) rooms.push_back(readFamily(option, word, screen, known));
     return rooms;
 }
+
+}  // namespace
+
+std::vector<WidgetRoom> readRooms(const Command& command, const std::vector<Size>& screens) {
+    if (screens.size() == 1) return roomsOn(screens.front(), command);
+    std::vector<WidgetRoom> rooms;
+    for (const Size screen : screens)
+        for (WidgetRoom& room : roomsOn(screen, command)) {
+            room.name += "-" + sizeText(screen);
+            rooms.push_back(std::move(room));
+        }
+    return rooms;
+}
+
+std::string familyIn(const WidgetRoom& room) { return room.name.substr(0, room.name.find('-')); }
 
 std::vector<Appearance> readAppearances(const Command& command, std::vector<Appearance> usual) {
     const auto& [option, words] = wordsOf(command, appearances);

@@ -36,7 +36,17 @@ namespace tavrin::cli {
 [[nodiscard]] int printAll(const DocumentArguments& arguments, const Reporter& reporter,
                            const std::function<std::string(const Production&)>& textOf);
 
+/// Makes a document, its model and its settings from a template, or lists the templates. Throws `UsageError` and, where
+/// one of the files is there already, `IOError`.
+void makeNew(const Command& command);
+
 /// Serves the preview of a folder until it is interrupted. Throws `UsageError` and `IOError`.
 void preview(const Command& command);
+
+/// Serves pictures until it is interrupted, and returns the exit status. Throws `UsageError` and `IOError`.
+[[nodiscard]] int serve(const Command& command);
+
+/// The signed paths that a command asks for, one a line. Throws `UsageError` and `IOError`.
+[[nodiscard]] std::string signedPaths(const Command& command);
 
 }  // namespace tavrin::cli

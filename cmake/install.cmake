@@ -30,6 +30,11 @@ endif()
 if(TAVRIN_PROGRAM)
   install(TARGETS tavrin_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
   install(FILES ${PROJECT_BINARY_DIR}/LICENSES.txt DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+  # For systemd, which nothing is told of: who wants the server enables it.
+  install(FILES ${PROJECT_SOURCE_DIR}/packaging/tavrin.service ${PROJECT_SOURCE_DIR}/packaging/tavrin.socket
+          DESTINATION lib/systemd/system COMPONENT program)
+  install(FILES ${PROJECT_SOURCE_DIR}/packaging/serve.toml DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
+          COMPONENT program)
   foreach(setting tavrin_program=$<TARGET_FILE:tavrin_program> source=${PROJECT_SOURCE_DIR}
                   data_dir=${CMAKE_INSTALL_DATADIR} man_dir=${CMAKE_INSTALL_MANDIR})
     string(REPLACE "=" " \"" setting ${setting})

@@ -4,7 +4,7 @@
 set(notices "This program is under the licence that follows. Its parts are under those after it.\n\n")
 file(READ ${PROJECT_SOURCE_DIR}/LICENSE own)
 string(APPEND notices "${own}")
-foreach(package libcli11-dev libfmt-dev libhowardhinnant-date-dev libsimdjson-dev
+foreach(package libcli11-dev libfmt-dev libhowardhinnant-date-dev libsimdjson-dev libtomlplusplus-dev
                 ${tavrin_carried_packages})
   file(READ /usr/share/doc/${package}/copyright notice)
   string(APPEND notices "\n---- ${package}\n\n${notice}")

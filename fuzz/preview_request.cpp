@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "cli/http/http_message.h"
 #include "cli/preview/drawing_messages.h"
-#include "cli/preview/http_message.h"
 #include "cli/preview/request_guard.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 

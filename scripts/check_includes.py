@@ -22,6 +22,8 @@ VALUES_BELOW = ["tavrin/json", *ALL_FOUNDATION, UI]
 NODES_BELOW = ["tavrin/dsl", "tavrin/values", *VALUES_BELOW]
 
 ANYWHERE = ["tavrin"]  # the program is made of all of the library
+HTTP = "cli/http"
+OPEN_IN_PROGRAM = ["cli/file_descriptor.h", "cli/io_error.h"]
 
 MAY_INCLUDE = {
     FOUNDATION: [STRINGS],
@@ -55,7 +57,10 @@ MAY_INCLUDE = {
     "tavrin/tavrin.h": ANYWHERE,
     "tavrin/records.h": ANYWHERE,
     "tavrin/diagnostics.h": ANYWHERE,
-    "cli": ANYWHERE,
+    "cli": [*ANYWHERE, HTTP, *OPEN_IN_PROGRAM],
+    # What speaks HTTP knows neither the servers that stand on it nor the rest of the program.
+    HTTP: [*ALL_FOUNDATION, *OPEN_IN_PROGRAM],
+    **{header: [] for header in OPEN_IN_PROGRAM},
     "bindings": ANYWHERE,
 }
 
@@ -75,8 +80,8 @@ def is_open_to(place, header):
     """Whether files that stand under a place may include a header."""
     if home(header) == place or header in MAY_INCLUDE[place]:
         return True
-    if MAY_INCLUDE[place] is ANYWHERE:
-        return header.startswith("tavrin/")
+    if header.startswith("tavrin/") and "tavrin" in MAY_INCLUDE[place]:
+        return True
     return home(header) in MAY_INCLUDE[place]
 
 

@@ -60,7 +60,7 @@ def sheet(pictures, colors):
 
 def main():
     out, sheets = map(pathlib.Path, sys.argv[1:])
-    folders = sorted(file.parent for file in TOP.glob("examples/*/families.txt"))
+    folders = sorted(file.parent for file in TOP.glob("examples/*/widget.toml"))
     for suffix, colors in WALLPAPERS.items():
         files = [out / folder.name / f"{family}{suffix}.png" for folder in folders for family in families(folder)]
         sheet(list(map(picture, files)), colors).save(sheets / f"gallery{suffix}.jpg", quality=88, optimize=True)

@@ -2,9 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Draws every example in each of its families, light and dark, and a page that shows them: demo.py PROGRAM [OUT]
 
-A folder examples/NAME holds document.json and families.txt, the widget families that the document is meant for, and
-perhaps model.json and options.txt, the program's options as they are given in that folder. The pictures become
-OUT/NAME/FAMILY.png and FAMILY-dark.png, the page OUT/index.html.
+A folder examples/NAME holds document.json, perhaps model.json, and widget.toml with the widget families that the
+document is meant for. The pictures become OUT/NAME/FAMILY.png and FAMILY-dark.png, the page OUT/index.html.
 """
 import concurrent.futures
 import json
@@ -12,6 +11,7 @@ import os
 import pathlib
 import subprocess
 import sys
+import tomllib
 
 from gallery_page import page
 
@@ -21,43 +21,24 @@ ACCESSORIES = ["accessoryCircular", "accessoryRectangular", "accessoryInline"]
 SCALE = 3
 
 
-def words(file):
-    return file.read_text().split() if file.exists() else []
-
-
 def families(folder):
-    """The families that families.txt lists, in its order."""
-    listed = words(folder / "families.txt")
-    if not listed:
-        raise ValueError(f"{folder / 'families.txt'} lists no family")
-    for family in listed:
-        if family not in FAMILIES + ACCESSORIES:
-            raise ValueError(f"{folder / 'families.txt'}: {family} is no widget family")
-    if len(set(listed)) < len(listed):
-        raise ValueError(f"{folder / 'families.txt'} lists a family twice")
-    return listed
-
-
-def without_background(options):
-    """The options without what only a drawing has; each option has a value."""
-    pairs = zip(options[::2], options[1::2])
-    return [word for pair in pairs if pair[0] != "--background" for word in pair]
+    """The families that widget.toml lists, in its order; the program judges them."""
+    return tomllib.loads((folder / "widget.toml").read_text())["families"]
 
 
 class Example:
     def __init__(self, program, folder):
         self.program, self.folder, self.name = program, folder, folder.name
-        self.families, self.options = families(folder), words(folder / "options.txt")
-        self.model = ["--model", "model.json"] if (folder / "model.json").exists() else []
+        self.families = families(folder)
 
     def run(self, verb, *options):
-        command = [self.program, verb, "document.json", *self.model, *options]
+        command = [self.program, verb, "document.json", *options]
         return subprocess.run(command, cwd=self.folder, check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
 
     def render(self, family, appearance, picture):
         # The home screen rounds its widgets' corners, the lock screen leaves them alone.
         corners = [] if family in ACCESSORIES else ["--rounded"]
-        self.run("render", *self.options, *corners, "--family", family, "--appearance", appearance,
+        self.run("render", *corners, "--family", family, "--appearance", appearance,
                  "--scale", str(SCALE), "-o", str(picture))
 
     def draw(self, out):
@@ -69,16 +50,16 @@ class Example:
             for appearance, file in files.items():
                 self.render(family, appearance, out / file)
             pictures.append({"family": family, **files, "size": size_in_points(out / files["light"])})
-        options = without_background(self.options)
         largest = self.families[-1]
+        model = self.folder / "model.json"
         return {
             "name": self.name,
-            "options": self.options,
+            "settings": (self.folder / "widget.toml").read_text(),
             "pictures": pictures,
             "document": (self.folder / "document.json").read_text(),
-            "model": (self.folder / "model.json").read_text() if self.model else None,
-            "tree": json.loads(self.run("tree", *options)),
-            "targets": json.loads(self.run("targets", *options, "--family", largest))["targets"],
+            "model": model.read_text() if model.exists() else None,
+            "tree": json.loads(self.run("tree")),
+            "targets": json.loads(self.run("targets", "--family", largest))["targets"],
             "targets_family": largest,
         }
 

@@ -1,19 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""demo.py reads the families as they are written, README.md lists them, and the page escapes what it shows."""
+"""README.md lists the families of the examples, and the page escapes what it shows."""
 import json
-import pathlib
-import tempfile
 import unittest
 
-from demo import TOP, families, without_background
+from demo import TOP, families
 from gallery_page import highlighted, page, pretty
-
-BAD_LISTS = [
-    ("nothing", ""),
-    ("a word that is no family", "systemSmall\nsystemTiny\n"),
-    ("a family twice", "systemSmall\nsystemMedium\nsystemSmall\n"),
-]
 
 HIGHLIGHTS = [
     ("keys, texts and numbers", '{"a": "b", "c": -1.5e3}',
@@ -27,7 +19,7 @@ HIGHLIGHTS = [
 ATTACK = "</pre><script>\"'&"
 EXAMPLE = {
     "name": ATTACK,
-    "options": [ATTACK],
+    "settings": ATTACK,
     "pictures": [{"family": ATTACK, "light": ATTACK, "dark": ATTACK, "size": (158.0, 158.0)}],
     "document": ATTACK,
     "model": ATTACK,
@@ -38,31 +30,11 @@ EXAMPLE = {
 
 
 class Families(unittest.TestCase):
-    def read(self, text):
-        with tempfile.TemporaryDirectory() as folder:
-            (pathlib.Path(folder) / "families.txt").write_text(text)
-            return families(pathlib.Path(folder))
-
-    def test_right(self):
-        self.assertEqual(self.read("systemSmall\naccessoryInline\n"), ["systemSmall", "accessoryInline"])
-
-    def test_wrong(self):
-        for why, text in BAD_LISTS:
-            with self.subTest(why), self.assertRaises(ValueError):
-                self.read(text)
-
     def test_readme_lists_them(self):
         readme = (TOP / "README.md").read_text()
         for folder in (document.parent for document in TOP.glob("examples/*/document.json")):
             names = [family.removeprefix("system").removeprefix("accessory").lower() for family in families(folder)]
             self.assertIn(f"\n| [{folder.name}](examples/{folder.name}) | {', '.join(names)} | ", readme)
-
-
-class Options(unittest.TestCase):
-    def test_without_background(self):
-        options = ["--date", "2026-11-21T08:05:00Z", "--background", "none", "--scale", "2"]
-        self.assertEqual(without_background(options), options[:2] + options[4:])
-        self.assertEqual(without_background([]), [])
 
 
 class Page(unittest.TestCase):

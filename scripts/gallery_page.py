@@ -78,7 +78,7 @@ def section(example):
     return "\n".join([
         f'<section id="{name}" aria-labelledby="{name}-title">',
         f'<h2 id="{name}-title">{name}</h2>',
-        f'<p class="options"><code>{escape(" ".join(example["options"]) or "no options")}</code></p>',
+        f'<p class="options"><code>{escape(example["settings"].strip())}</code></p>',
         '<div class="stages">', stage(example, "light"), stage(example, "dark"), "</div>",
         '<div class="panes">',
         pane(example, "Document", example["document"]),

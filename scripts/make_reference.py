@@ -28,6 +28,20 @@ LINKS = {
     "modifier": "[modifier](README.md#modifiers)",
     "nodes.color": "[color](color.md)",
 }
+# Of nodes that do not lie in the middle of their room: a document and what its picture shows.
+ROOMS = {
+    "progressView": [
+        ("progressView-ring", "A ring takes all the room that it is given, and lies at its top leading corner, as large as "
+         "fits. So a text on top of\nit is in the middle only where the room is as wide as high: give the ring a `frame` "
+         "of equal sides."),
+        ("progressView-bar", "A bar takes all the room, too, and lies across the middle of its height. A `frame` with a "
+         "`height` leaves the rest to\nothers."),
+    ],
+    "timer": [
+        ("timer-room", "A timer is one line high and takes all the width that it is given; its digits begin at the leading "
+         "edge. A `frame` with\na `width` of what the digits need leaves the rest to others, and can be centred."),
+    ],
+}
 COLUMNS = 6  # of the index
 GENERATED = "<!-- Made by scripts/make_reference.py of the records' notes; change those. -->\n\n"
 
@@ -96,12 +110,19 @@ def parts(schema, record):
                    for name in names if name.startswith("progress"))
 
 
+def rooms(tag):
+    """How a node lies in a room that is larger than what it shows."""
+    shown = "".join(f'{words}\n\n<img src="pictures/{name}.png" width="158" height="158" alt="The room of {tag}, '
+                    f'with a border">\n\n' for name, words in ROOMS.get(tag, []))
+    return f"\n## In its room\n\n{shown.rstrip()}\n" if shown else ""
+
+
 def page(schema, folder, tag):
     record = schema["$defs"][f"{folder}.{tag}"]
     document = (REFERENCE / f"documents/{tag}.json").read_text(encoding="utf-8")
     return (f"# {tag}\n\n{GENERATED}{record['properties']['type']['description']}\n\n"
             f'<img src="pictures/{tag}.png" width="158" height="158" alt="{tag}">\n\n'
-            f"```json\n{document}```\n\n## Keys\n\n{table(record)}{parts(schema, record)}")
+            f"```json\n{document}```\n\n## Keys\n\n{table(record)}{parts(schema, record)}{rooms(tag)}")
 
 
 def gallery(tags):
@@ -157,6 +178,7 @@ def index(schema, folders, sizes):
 def drawn(program, folders, into):
     """Draws every document, of which each must be clean, and gives the pictures by their file's name."""
     tags = [tag for tags in folders.values() for tag in tags]
+    tags += [name for pictures in ROOMS.values() for name, _ in pictures]
     documents = [str(REFERENCE / f"documents/{tag}.json") for tag in tags]
     subprocess.run([program, "check", *documents, "--strict", "--size", "158x158", *PICTURES], check=True)
     subprocess.run([program, "render", *documents, "-o", into, *OPTIONS, *SETTINGS, *PICTURES], check=True)

@@ -175,6 +175,21 @@ export interface ResponseOptions extends WidgetOptions, Cancellable {
  */
 export function widgetResponse(document: Document, model?: Model, options?: ResponseOptions): Promise<Response>;
 
+/** How an address is signed. */
+export interface SignOptions {
+  /** When it ceases to hold: in whole seconds since 1970, or as a date. Default: never. */
+  expires?: number | Date;
+}
+
+/**
+ * The path and query of a request, with the signature that `tavrin serve --key-file` wants, as `tavrin sign` makes it.
+ *
+ * @param path as the server gets it, percent-encoded, such as `/v1/widgets/agenda.png?family=systemSmall`
+ * @param key a line of the server's file of keys
+ * @throws RangeError for what cannot be signed
+ */
+export function sign(path: string, key: string | Uint8Array, options?: SignOptions): string;
+
 /** The JSON Schema of documents. */
 export function schema(): Record<string, unknown>;
 

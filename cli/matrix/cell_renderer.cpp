@@ -10,7 +10,7 @@ namespace tavrin::cli {
 
 WidgetOptions optionsFor(const DocumentArguments& arguments, const Matrix& matrix, const Cell& cell,
                          std::vector<std::string>& notes) {
-    WidgetOptions options = noting(arguments.widget, notes);
+    WidgetOptions options = noting(arguments.documents[cell.document].widget, notes);
     options.date = matrix.moments[cell.moment].date;
     options.room = matrix.rooms[cell.room];
     options.scale = matrix.scales[cell.scale];
@@ -19,19 +19,16 @@ WidgetOptions optionsFor(const DocumentArguments& arguments, const Matrix& matri
 }
 
 CellRenderer::CellRenderer(const DocumentArguments& arguments, const Matrix& matrix)
-    : arguments_(arguments),
-      matrix_(matrix),
-      documents_(arguments, matrix),
-      bound_(matrix.documents.size() * matrix.models.size() * matrix.moments.size()) {
+    : arguments_(arguments), matrix_(matrix), documents_(arguments, matrix) {
+    for (const Cell& cell : matrix.cells) bound_[{cell.document, cell.model, cell.moment}];
     for (const Matrix::Model& model : matrix.models)
-        models_.push_back(model.path ? std::optional(Source{displayName(*model.path),
-                                                            readInput(*model.path, arguments.widget.budget)})
-                                     : std::nullopt);
+        models_.push_back(
+            model.path ? std::optional(Source{displayName(*model.path), readInput(*model.path, arguments.budget)})
+                       : std::nullopt);
 }
 
 CellRenderer::Bound& CellRenderer::bound(const Cell& cell) {
-    const std::size_t at = (cell.document * matrix_.models.size() + cell.model) * matrix_.moments.size() + cell.moment;
-    Bound& bound = bound_[at];
+    Bound& bound = bound_.find({cell.document, cell.model, cell.moment})->second;
     std::call_once(bound.once, [&] { bind(cell, bound); });
     return bound;
 }
@@ -41,6 +38,7 @@ void CellRenderer::bind(const Cell& cell, Bound& bound) {
     try {
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const WidgetOptions options = optionsFor(arguments_, matrix_, cell, bound.outcome.notes);
+        if (!model) noteMissingModel(documents_.source(cell.document), bound.outcome.notes);
         bound.document = documents_.prepared(cell.document).bind(modelText, options);
     } catch (...) {
         bound.outcome.failure = describe(std::current_exception(), documents_.source(cell.document), model);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <deque>
+#include <cstddef>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "cli/failure.h"
@@ -36,6 +38,9 @@ public:
     [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use);
 
 private:
+    /// A document, model and moment, by their places.
+    using Key = std::tuple<std::size_t, std::size_t, std::size_t>;
+
     struct Bound {
         std::once_flag once;
         std::optional<BoundDocument> document;
@@ -49,7 +54,7 @@ private:
     const Matrix& matrix_;
     std::vector<std::optional<Source>> models_;
     MatrixDocuments documents_;
-    std::deque<Bound> bound_;
+    std::map<Key, Bound> bound_;  // whose keys are there from the beginning
 };
 
 }  // namespace tavrin::cli

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <functional>
 
 #include <fmt/format.h>
 
@@ -53,6 +54,19 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
 std::string address(std::string_view file) { return "./" + percentEncoded(file, PlainInURL{"@/"}); }
 
 using Pictures = std::span<const MatrixPicture>;
+
+/// Hands over the runs of neighbours of which `value` of their cells is the same.
+template <class Value, class Visit>
+void forEachRun(Pictures pictures, Value value, const Visit& visit) {
+    while (!pictures.empty()) {
+        const auto isOther = [&](const MatrixPicture& picture) {
+            return std::invoke(value, picture.cell) != std::invoke(value, pictures.front().cell);
+        };
+        const auto end = std::find_if(pictures.begin(), pictures.end(), isOther);
+        visit(Pictures(pictures.begin(), end));
+        pictures = Pictures(end, pictures.end());
+    }
+}
 
 std::string_view appearanceWord(const Matrix& matrix, const Cell& cell) {
     return name(matrix.appearances[cell.appearance]);
@@ -123,14 +137,12 @@ std::string group(const Matrix& matrix, Pictures pictures) {
     const auto failedAlike = [&error](const MatrixPicture& picture) { return picture.error == error; };
     if (!error.empty() && std::all_of(pictures.begin(), pictures.end(), failedAlike))
         return "<div class=\"pictures\">" + errorBox(error) + "</div>\n";
-    const std::size_t scales = matrix.scales.size();
-    const std::size_t inRoom = scales * matrix.appearances.size();
     std::string text = "<div class=\"pictures\">\n";
-    for (std::size_t at = 0; at < pictures.size(); at += scales) {
-        if (at % inRoom == 0) text += "<div class=\"looks\">";
-        text += figure(matrix, pictures.subspan(at, scales));
-        if ((at + scales) % inRoom == 0) text += "</div>\n";
-    }
+    forEachRun(pictures, &Cell::room, [&](Pictures inRoom) {
+        text += "<div class=\"looks\">";
+        forEachRun(inRoom, &Cell::appearance, [&](Pictures scales) { text += figure(matrix, scales); });
+        text += "</div>\n";
+    });
     return text + "</div>\n";
 }
 
@@ -144,13 +156,15 @@ std::string contactSheet(const Matrix& matrix, Pictures pictures) {
                         counted(pictures.size(), "picture", "pictures"),
                         counted(matrix.documents.size(), "document", "documents"),
                         failures == 0 ? "" : " · " + counted(failures, "failed", "failed"));
-    const std::size_t inGroup = matrix.scales.size() * matrix.appearances.size() * matrix.rooms.size();
-    const std::size_t inDocument = inGroup * matrix.models.size() * matrix.moments.size();
-    for (std::size_t at = 0; at < pictures.size(); at += inGroup) {
-        const Cell& cell = pictures[at].cell;
-        if (at % inDocument == 0) page += "<h2>" + markupText(matrix.documents[cell.document].name) + "</h2>\n";
-        page += subheading(matrix, cell) + group(matrix, pictures.subspan(at, inGroup));
-    }
+    const auto modelName = [&](const Cell& cell) { return std::string_view(matrix.models[cell.model].name); };
+    forEachRun(pictures, &Cell::document, [&](Pictures ofDocument) {
+        page += "<h2>" + markupText(matrix.documents[ofDocument.front().cell.document].name) + "</h2>\n";
+        forEachRun(ofDocument, modelName, [&](Pictures ofModel) {
+            forEachRun(ofModel, &Cell::moment, [&](Pictures ofMoment) {
+                page += subheading(matrix, ofMoment.front().cell) + group(matrix, ofMoment);
+            });
+        });
+    });
     return page + "</html>\n";
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <map>
 
@@ -34,22 +35,52 @@ std::string documentName(const std::string& path, const std::vector<fs::path>& t
     return name.replace_extension().string();
 }
 
+/// The place of a value in a list to which it is added if it is not there.
+template <class Value, class Same>
+std::size_t placeOf(std::vector<Value>& list, const Value& value, Same same) {
+    const auto found = std::find_if(list.begin(), list.end(), [&](const Value& other) { return same(other, value); });
+    if (found != list.end()) return static_cast<std::size_t>(found - list.begin());
+    list.push_back(value);
+    return list.size() - 1;
+}
+
+template <class Value, class Same>
+std::vector<std::size_t> placesOf(std::vector<Value>& list, const std::vector<Value>& values, Same same) {
+    std::vector<std::size_t> places;
+    for (const Value& value : values) places.push_back(placeOf(list, value, same));
+    return places;
+}
+
+bool sameMoment(const Matrix::Moment& a, const Matrix::Moment& b) { return a.date == b.date && a.text == b.text; }
+
+bool sameRoom(const WidgetRoom& a, const WidgetRoom& b) { return a.name == b.name && a.size == b.size; }
+
+/// The place of the model that each room of a document is drawn with.
+std::vector<std::size_t> modelsOfRooms(Matrix& matrix, const MatrixLooks& looks, const Matrix::Model& model) {
+    std::vector<std::size_t> places;
+    for (const WidgetRoom& room : looks.rooms) {
+        const auto own = looks.modelsByFamily.find(familyIn(room));
+        const bool isOwn = model.name.empty() && own != looks.modelsByFamily.end();
+        places.push_back(placeOf(matrix.models, isOwn ? Matrix::Model{own->second, ""} : model, std::equal_to<>()));
+    }
+    return places;
+}
+
 }  // namespace
 
-Cell cellAt(const Matrix& matrix, std::size_t index) {
-    const auto next = [&index](std::size_t count) {
-        const std::size_t at = index % count;
-        index /= count;
-        return at;
-    };
-    Cell cell;
-    cell.scale = next(matrix.scales.size());
-    cell.appearance = next(matrix.appearances.size());
-    cell.room = next(matrix.rooms.size());
-    cell.moment = next(matrix.moments.size());
-    cell.model = next(matrix.models.size());
-    cell.document = index;
-    return cell;
+void addCells(Matrix& matrix, std::size_t document, const MatrixLooks& looks) {
+    const std::vector<std::size_t> moments = placesOf(matrix.moments, looks.moments, sameMoment);
+    const std::vector<std::size_t> rooms = placesOf(matrix.rooms, looks.rooms, sameRoom);
+    const std::vector<std::size_t> appearances = placesOf(matrix.appearances, looks.appearances, std::equal_to<>());
+    const std::vector<std::size_t> scales = placesOf(matrix.scales, looks.scales, std::equal_to<>());
+    for (const Matrix::Model& model : looks.models) {
+        const std::vector<std::size_t> models = modelsOfRooms(matrix, looks, model);
+        for (const std::size_t moment : moments)
+            for (std::size_t at = 0; at < rooms.size(); ++at)
+                for (const std::size_t appearance : appearances)
+                    for (const std::size_t scale : scales)
+                        matrix.cells.push_back({document, models[at], moment, rooms[at], appearance, scale});
+    }
 }
 
 std::string nameOf(const Matrix& matrix, const Cell& cell) {
@@ -65,13 +96,13 @@ std::string nameOf(const Matrix& matrix, const Cell& cell, const std::string& mo
     return name;
 }
 
-std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths, const std::vector<fs::path>& tops) {
+std::vector<Matrix::Document> namedDocuments(const std::vector<Operand>& operands, const std::vector<fs::path>& tops) {
     std::vector<Matrix::Document> documents;
     std::map<std::string, std::string> pathsByName;
     std::vector<fs::path> folders;
     std::transform(tops.begin(), tops.end(), std::back_inserter(folders), normalised);
-    for (const std::string& path : paths) {
-        const std::string name = documentName(path, folders);
+    for (const auto& [path, namedAs] : operands) {
+        const std::string name = documentName(namedAs, folders);
         const auto [other, isNew] = pathsByName.emplace(name, path);
         if (!isNew)
             throw UsageError(fmt::format("'{}' and '{}' would both be drawn to '{}/…'", other->second, path, name));

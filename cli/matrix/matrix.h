@@ -3,44 +3,17 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/project/operands.h"
 #include "cli/several_options.h"
 #include "tavrin/platform/foundation/time/date.h"
 #include "tavrin/platform/ui/environment.h"
 
 namespace tavrin::cli {
-
-/// Documents and models, rooms and looks, all of which are drawn with all others.
-struct Matrix {
-    struct Document {
-        std::string path;
-        std::string name;  ///< the folder of its pictures; no two documents have the same
-    };
-    /// A model document, or none.
-    struct Model {
-        std::optional<std::string> path;
-        std::string name;  ///< what stands for it in a picture's name; may be empty
-    };
-    struct Moment {
-        Date date;
-        std::string text;  ///< as it is given; empty for the present one
-        std::string name;  ///< as for models
-    };
-
-    std::vector<Document> documents;
-    std::vector<Model> models;
-    std::vector<Moment> moments;
-    std::vector<WidgetRoom> rooms;
-    std::vector<Appearance> appearances;
-    std::vector<double> scales;
-
-    [[nodiscard]] std::size_t count() const {
-        return documents.size() * models.size() * moments.size() * rooms.size() * appearances.size() * scales.size();
-    }
-};
 
 /// One picture of a matrix, by the places of what it is made of.
 struct Cell {
@@ -52,8 +25,55 @@ struct Cell {
     std::size_t scale = 0;
 };
 
-/// The cell at a place, below `count`; the scale changes first, the document last.
-[[nodiscard]] Cell cellAt(const Matrix& matrix, std::size_t index);
+/// Documents and models, rooms and looks, and which of them are drawn with which others.
+struct Matrix {
+    struct Document {
+        std::string path;
+        std::string name;  ///< the folder of its pictures; no two documents have the same
+    };
+    /// A model document, or none.
+    struct Model {
+        std::optional<std::string> path;
+        std::string name;  ///< what stands for it in a picture's name; may be empty
+
+        friend bool operator==(const Model&, const Model&) = default;
+    };
+    struct Moment {
+        Date date;
+        std::string text;  ///< as it is given; empty for the present one
+        std::string name;  ///< as for models
+    };
+
+    // What any document is drawn with, each once.
+    std::vector<Document> documents;
+    std::vector<Model> models;
+    std::vector<Moment> moments;
+    std::vector<WidgetRoom> rooms;
+    std::vector<Appearance> appearances;
+    std::vector<double> scales;
+    /// The pictures; the scale changes first, then the appearance, room, moment, model and document.
+    std::vector<Cell> cells;
+
+    [[nodiscard]] std::size_t count() const { return cells.size(); }
+};
+
+/// What one document of a matrix is drawn with: all of them with all others.
+struct MatrixLooks {
+    std::vector<Matrix::Model> models;
+    /// The files of models that stand for the nameless one in some families, by their names.
+    std::map<std::string, std::string> modelsByFamily;
+    std::vector<Matrix::Moment> moments;
+    std::vector<WidgetRoom> rooms;
+    std::vector<Appearance> appearances;
+    std::vector<double> scales;
+
+    [[nodiscard]] std::size_t count() const {
+        return models.size() * moments.size() * rooms.size() * appearances.size() * scales.size();
+    }
+};
+
+/// Adds the cells of one of the matrix's documents.
+void addCells(Matrix& matrix, std::size_t document, const MatrixLooks& looks);
 
 /// A cell's name without a suffix: "weather/systemSmall-dark@2x-rainy". It depends on the cell alone, not on
 /// what else is drawn.
@@ -61,9 +81,9 @@ struct Cell {
 /// The same where another model stands for the cell's.
 [[nodiscard]] std::string nameOf(const Matrix& matrix, const Cell& cell, const std::string& model);
 
-/// Names documents by their paths from the first folder of `tops` that they lie in, or else from the working directory,
-/// without suffixes: "widgets/weather". Throws `UsageError` for two of the same name.
-[[nodiscard]] std::vector<Matrix::Document> namedDocuments(const std::vector<std::string>& paths,
+/// Names documents by the paths that they are named after, from the first folder of `tops` that these lie in, or else
+/// from the working directory, without suffixes: "widgets/weather". Throws `UsageError` for two of the same name.
+[[nodiscard]] std::vector<Matrix::Document> namedDocuments(const std::vector<Operand>& documents,
                                                            const std::vector<std::filesystem::path>& tops = {});
 
 }  // namespace tavrin::cli

@@ -15,8 +15,8 @@ const MatrixDocuments::Text& MatrixDocuments::text(std::size_t at) {
         const std::string& path = matrix_.documents[at].path;
         text.source.name = displayName(path);
         try {
-            text.source.text = readInput(path, arguments_.widget.budget);
-            text.prepared.emplace(text.source.text, arguments_.widget.budget);
+            text.source.text = readInput(path, arguments_.budget);
+            text.prepared.emplace(text.source.text, arguments_.budget);
         } catch (...) {
             text.error = std::current_exception();
         }

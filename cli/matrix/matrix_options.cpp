@@ -82,18 +82,32 @@ const std::string* findModelLines(const Command& command) {
     return path && command.verb == Verb::render && !fs::is_directory(*path, error) ? path : nullptr;
 }
 
-Matrix readMatrix(const Command& command, Size screen, Date now, const std::vector<fs::path>& tops) {
-    refuseBoth(command, models);
+std::vector<Matrix::Model> readModels(const PairedCommand& paired) {
+    refuseBoth(paired.command, models);
+    std::vector<Matrix::Model> list = modelsOf(paired.command);
+    for (const std::string& path : paired.furtherModels) list.push_back({path, fs::path(path).stem().string()});
+    return list;
+}
+
+MatrixLooks readLooks(const PairedCommand& paired, Date now) {
+    const Command& command = paired.command;
+    return {.models = readModels(paired),
+            .modelsByFamily = paired.modelsByFamily,
+            .moments = momentsOf(command, now),
+            .rooms = readRooms(command, paired.screenSizes()),
+            .appearances = readAppearances(command, {Appearance::light}),
+            .scales = scalesOf(command)};
+}
+
+Matrix matrixOf(std::vector<Matrix::Document> documents, const std::vector<MatrixLooks>& looks) {
+    std::size_t count = 0;
+    for (const MatrixLooks& each : looks) count += each.count();
+    if (count > maximumCells)
+        throw UsageError("that would be " + std::to_string(count) + " pictures; " + std::to_string(maximumCells) +
+                         " are the most at once");
     Matrix matrix;
-    matrix.documents = namedDocuments(command.operands, tops);
-    matrix.moments = momentsOf(command, now);
-    matrix.rooms = readRooms(command, screen);
-    matrix.appearances = readAppearances(command, {Appearance::light});
-    matrix.scales = scalesOf(command);
-    matrix.models = modelsOf(command);
-    if (matrix.count() > maximumCells)
-        throw UsageError("that would be " + std::to_string(matrix.count()) + " pictures; " +
-                         std::to_string(maximumCells) + " are the most at once");
+    matrix.documents = std::move(documents);
+    for (std::size_t at = 0; at < looks.size(); ++at) addCells(matrix, at, looks[at]);
     return matrix;
 }
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <vector>
 
 #include "cli/command_line.h"
 #include "cli/matrix/matrix.h"
+#include "cli/project/paired_command.h"
 
 namespace tavrin::cli {
 
@@ -18,11 +18,15 @@ inline constexpr std::size_t maximumCells = 10'000;
 /// The file of `--models` whose lines are models, or "-"; null where they are the files of a folder, or none.
 [[nodiscard]] const std::string* findModelLines(const Command& command);
 
-/// The matrix that a command's plural options span; where one is left out, its singular form or the default holds.
-/// Of models that are lines it has none.
-/// `now` is the moment where none is given; documents are named as `namedDocuments` does. Throws `UsageError`, and
-/// `IOError` for a folder that cannot be read.
-[[nodiscard]] Matrix readMatrix(const Command& command, Size screen, Date now,
-                                const std::vector<std::filesystem::path>& tops = {});
+/// What a document is drawn with by the plural options of its command; where one is left out, its singular form or the
+/// default holds. Of models that are lines it has none. `now` is the moment where none is given. Throws `UsageError`,
+/// and `IOError` for a folder that cannot be read.
+[[nodiscard]] MatrixLooks readLooks(const PairedCommand& paired, Date now);
+
+/// The models that a document is drawn with.
+[[nodiscard]] std::vector<Matrix::Model> readModels(const PairedCommand& paired);
+
+/// The matrix of some documents, each drawn as its looks say. Throws `UsageError` for more than `maximumCells`.
+[[nodiscard]] Matrix matrixOf(std::vector<Matrix::Document> documents, const std::vector<MatrixLooks>& looks);
 
 }  // namespace tavrin::cli

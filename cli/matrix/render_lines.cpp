@@ -44,7 +44,7 @@ std::size_t roomForName(const Matrix& matrix) {
     const std::string_view oneByte = "x";
     std::size_t longest = 0;
     for (std::size_t index = 0; index < matrix.count(); ++index) {
-        const std::filesystem::path file = fileOf(matrix, cellAt(matrix, index), std::string(oneByte)) + ".png";
+        const std::filesystem::path file = fileOf(matrix, matrix.cells[index], std::string(oneByte)) + ".png";
         longest = std::max(longest, file.filename().string().size() - oneByte.size());
     }
     return longestFileName - longest;
@@ -87,7 +87,7 @@ private:
             failure = describe(std::current_exception(), {}, &drawn.model);
         }
         for (std::size_t index = 0; index < arguments_.matrix.count(); ++index) {
-            DrawnCell& cell = drawn.cells.emplace_back(DrawnCell{{cellAt(arguments_.matrix, index)}});
+            DrawnCell& cell = drawn.cells.emplace_back(DrawnCell{{arguments_.matrix.cells[index]}});
             cell.picture.model = placeOf(drawn.model);
             if (failure)
                 cell.outcome.failure = failure;
@@ -122,7 +122,7 @@ private:
         if (!arguments_.key) return std::to_string(model.firstLine);
         try {
             Cost cost;
-            const Metering metering(arguments_.widget.budget, cost);
+            const Metering metering(arguments_.budget, cost);
             const JSONText text(model.text);
             return arguments_.key->nameIn(text.root(), nameBytes_);
         } catch (PlacedError& error) {

@@ -16,7 +16,7 @@ namespace {
 
 DrawnCell drawnCell(CellRenderer& renderers, const MatrixArguments& arguments, std::size_t index) {
     const Matrix& matrix = arguments.matrix;
-    DrawnCell drawn{{cellAt(matrix, index)}};
+    DrawnCell drawn{{matrix.cells[index]}};
     drawn.picture.model = matrix.models[drawn.picture.cell.model].path.value_or("");
     drawn.outcome = renderers.draw(drawn.picture.cell, [&](Widget& widget) { drawn.draw(widget, arguments); });
     return drawn;

@@ -15,6 +15,9 @@ struct Drawing {
     std::optional<std::string> path = std::nullopt;  ///< the document's, as the folder names it
     std::string document = {};
     std::optional<std::string> model = std::nullopt;
+    /// What checking looks at; none: the options' own room and appearance.
+    std::vector<WidgetRoom> rooms = {};
+    std::vector<Appearance> appearances = {};
     WidgetOptions options = {.fetchPolicy = FetchPolicy::publicOnly};  // which keeps documents from naming files
 };
 

@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "cli/preview/drawing_messages.h"
 
+#include <sstream>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/failure_text.h"
+#include "tavrin/doors/option_error.h"
+#include "tavrin/doors/option_values.h"
+#include "tavrin/doors/option_words.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/ui/widget_family.h"
 
@@ -22,6 +29,26 @@ TimeZone timeZoneOf(const RequestFields& fields) {
     throw RequestError("there is no time zone '" + name + "'");
 }
 
+/// The words of a text such as "light,dark"; none of one that is missing.
+std::vector<std::string> wordsOf(const RequestFields& fields, std::string_view key) {
+    std::vector<std::string> words;
+    std::istringstream text(fields.optionalText(key).value_or(""));
+    for (std::string word; std::getline(text, word, ',');) words.push_back(word);
+    return words;
+}
+
+/// What is to be checked besides the room that is drawn: families of a screen, and appearances.
+void readChecked(const RequestFields& fields, Drawing& drawing) {
+    try {
+        for (const std::string& family : wordsOf(fields, "families"))
+            drawing.rooms.push_back(readFamily("families", family, readSize("screen", fields.text("screen"))));
+        for (const std::string& word : wordsOf(fields, "appearances"))
+            drawing.appearances.push_back(static_cast<Appearance>(readWord("appearances", word, appearanceWords)));
+    } catch (const OptionError& error) {
+        throw RequestError(error.what());
+    }
+}
+
 }  // namespace
 
 Drawing drawingOf(const RequestFields& fields) {
@@ -37,6 +64,7 @@ Drawing drawingOf(const RequestFields& fields) {
     options.appearance = fields.text("appearance") == "dark" ? Appearance::dark : Appearance::light;
     options.date = Date{fields.number("date", -mostSeconds, mostSeconds)};
     options.timeZone = timeZoneOf(fields);
+    readChecked(fields, drawing);
     return drawing;
 }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "cli/http/http_message.h"
 #include "cli/preview/drawing.h"
-#include "cli/preview/http_message.h"
 #include "cli/preview/request_fields.h"
 
 namespace tavrin::cli {

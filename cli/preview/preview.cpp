@@ -6,7 +6,7 @@
 
 #include "cli/preview/end_deadline.h"
 #include "cli/preview/folder_watch.h"
-#include "cli/preview/http_server.h"
+#include "cli/preview/preview_server.h"
 #include "cli/preview/project_folder.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/routes.h"
@@ -24,7 +24,7 @@ void servePreview(const PreviewOptions& options, const std::function<void(const 
     ProjectFolder folder(options.folder);
     const Routes routes(folder, options);
     EndDeadline deadline(endPatience, [&folder] { folder.stopSaving(); });
-    HTTPServer server(options.port);
+    PreviewServer server(options.port);
     const FolderWatch watch(
         folder, [&server] { return server.hasListeners(); },
         [&server](const std::vector<std::string>& paths) { server.broadcast(changedMessage(paths)); });

@@ -8,10 +8,11 @@
 #include <utility>
 
 #include "cli/excerpt.h"
+#include "cli/http/http_status.h"
 #include "cli/io_error.h"
 #include "cli/output.h"
 #include "cli/preview/folder_error.h"
-#include "cli/preview/http_status.h"
+#include "cli/project/widget_files.h"
 #include "tavrin/platform/foundation/file_contents.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/foundation/strings/utf8.h"
@@ -24,8 +25,6 @@ namespace fs = std::filesystem;
 std::string quoted(const std::string& path) { return "'" + printable(path) + "'"; }
 
 bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
-
-bool isSkipped(const fs::path& folder) { return isHidden(folder.filename()) || folder.filename() == "node_modules"; }
 
 /// When it was last changed, its size, and which file it is: two changes may come within one tick of the clock.
 std::string revisionOf(const struct stat& status) {
@@ -74,17 +73,8 @@ fs::path ProjectFolder::inside(const std::string& path) const {
 
 std::vector<ProjectFile> ProjectFolder::files() const {
     std::vector<ProjectFile> found;
-    std::error_code error;
-    fs::recursive_directory_iterator entry(root_, fs::directory_options::skip_permission_denied, error);
-    for (; entry != fs::recursive_directory_iterator() && found.size() < maximumFiles; entry.increment(error)) {
-        if (error) break;
-        const fs::path& path = entry->path();
-        std::error_code ignored;
-        const fs::file_status kind = entry->symlink_status(ignored);
-        if (fs::is_directory(kind) && (isSkipped(path) || entry.depth() + 1 >= maximumDepth))
-            entry.disable_recursion_pending();
+    for (const fs::path& path : filesBelow(root_, {".json", ".toml"}, maximumFiles)) {
         struct stat status {};
-        if (!fs::is_regular_file(kind) || path.extension() != ".json" || isHidden(path.filename())) continue;
         if (::stat(path.c_str(), &status) == 0)
             found.push_back({path.lexically_relative(root_).generic_string(), revisionOf(status)});
     }
@@ -95,7 +85,8 @@ std::vector<ProjectFile> ProjectFolder::files() const {
 
 ProjectText ProjectFolder::read(const std::string& path) const {
     const fs::path file = inside(path);
-    if (file.extension() != ".json") throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
+    if (file.extension() != ".json" && file.extension() != ".toml")
+        throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
     const struct stat status = statusOf(file, path);
     if (static_cast<std::size_t>(status.st_size) > maximumBytes)
         throw FolderError(http_status::tooLarge, quoted(path) + " is larger than 8 MiB");

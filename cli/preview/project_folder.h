@@ -11,7 +11,7 @@
 
 namespace tavrin::cli {
 
-/// One JSON file of a folder.
+/// One JSON file, or one of settings, of a folder.
 struct ProjectFile {
     std::string path;      ///< from the folder, with "/"
     std::string revision;  ///< changes with the file
@@ -31,15 +31,14 @@ struct ProjectText {
 class ProjectFolder {
 public:
     static constexpr std::size_t maximumFiles = 2000;
-    static constexpr int maximumDepth = 8;
     static constexpr std::size_t maximumBytes = std::size_t{8} << 20;
 
     /// Throws `IOError` where there is no such folder.
     explicit ProjectFolder(const std::filesystem::path& folder);
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-    /// The JSON files in it and below, sorted, at most `maximumFiles`. Hidden files and folders, `node_modules` and
-    /// symbolic links are left out.
+    /// The JSON files and settings (*.toml) in it and below, sorted, at most `maximumFiles`. Hidden files and folders,
+    /// `node_modules` and symbolic links are left out.
     [[nodiscard]] std::vector<ProjectFile> files() const;
     /// Throws `FolderError`, like `save`.
     [[nodiscard]] ProjectText read(const std::string& path) const;

@@ -2,10 +2,14 @@
 #include "cli/preview/project_messages.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "cli/preview/folder_error.h"
+#include "cli/project/widget_files.h"
+#include "cli/project/widget_settings.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 #include "tavrin/platform/foundation/time/time_zone.h"
@@ -27,10 +31,30 @@ void writeScreen(JSONWriter& writer, Size screen) {
     writer.endArray().endObject();
 }
 
-/// Also a text that is no JSON just now may be a document; so it is judged by a word.
-bool looksLikeDocument(std::string_view text) { return text.find("\"nodes\"") != std::string_view::npos; }
+/// The model, the families and what is wrong with the settings that belong to a document.
+void writePairs(JSONWriter& writer, const ProjectFolder& folder, const ProjectFile& file) {
+    const WidgetFiles files = pairedWith(folder.root() / file.path);
+    const auto pathOf = [&](const std::filesystem::path& path) {
+        return path.lexically_relative(folder.root()).generic_string();
+    };
+    WidgetSettings settings;
+    std::string fault;
+    try {
+        if (files.settings)
+            settings = readSettings({pathOf(*files.settings), folder.read(pathOf(*files.settings)).text});
+    } catch (const SettingsError& error) {
+        fault = error.source.name + ":" + std::to_string(error.place.line) + ": " + error.what();
+    } catch (const FolderError& error) {
+        fault = error.what();
+    }
+    writer.key("model").value(files.model ? std::optional(pathOf(*files.model)) : std::nullopt);
+    writer.key("families").beginArray();
+    for (const std::string& family : settings.families) writer.value(family);
+    writer.endArray().key("fault").value(fault.empty() ? std::nullopt : std::optional(fault));
+}
 
 std::string kindOf(const ProjectFolder& folder, const ProjectFile& file) {
+    if (file.path.ends_with(".toml")) return "settings";
     try {
         return looksLikeDocument(folder.read(file.path).text) ? "document" : "model";
     } catch (const FolderError&) {
@@ -55,7 +79,10 @@ std::string filesMessage(const ProjectFolder& folder) {
     writer.beginObject().key("files").beginArray();
     for (const ProjectFile& file : folder.files()) {
         writer.beginObject().key("path").value(file.path).key("revision").value(file.revision);
-        writer.key("kind").value(kindOf(folder, file)).endObject();
+        const std::string kind = kindOf(folder, file);
+        writer.key("kind").value(kind);
+        if (kind == "document") writePairs(writer, folder, file);
+        writer.endObject();
     }
     writer.endArray().endObject();
     return std::move(writer).text();

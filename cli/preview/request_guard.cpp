@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-#include "cli/preview/http_status.h"
+#include "cli/http/http_status.h"
 #include "cli/preview/secret.h"
 #include "tavrin/platform/foundation/strings/number_text.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 

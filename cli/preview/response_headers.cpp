@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "cli/preview/response_headers.h"
 
+#include <string>
+#include <utility>
+
 namespace tavrin::cli {
 namespace {
 
@@ -14,19 +17,19 @@ std::string contentSecurityPolicy(const std::string& nonce) {
 
 }  // namespace
 
-std::vector<std::pair<std::string, std::string>> headersOf(const HTTPResponse& response) {
-    std::vector<std::pair<std::string, std::string>> headers{
-        {"Content-Type", response.isEventStream ? "text/event-stream" : response.contentType},
-        {"Cache-Control", "no-store"},
-        {"Content-Security-Policy", contentSecurityPolicy(response.nonce)},
-        {"Cross-Origin-Opener-Policy", "same-origin"},
-        {"Cross-Origin-Resource-Policy", "same-origin"},
-        {"Referrer-Policy", "no-referrer"},
-        {"X-Content-Type-Options", "nosniff"},
-        {"X-Frame-Options", "DENY"},
-    };
-    if (!response.allow.empty()) headers.emplace_back("Allow", response.allow);
-    return headers;
+HTTPResponse withHeaders(HTTPResponse response) {
+    if (response.isEventStream) response.contentType = "text/event-stream";
+    response.headers.insert(response.headers.end(),
+                            {
+                                {"Cache-Control", "no-store"},
+                                {"Content-Security-Policy", contentSecurityPolicy(response.nonce)},
+                                {"Cross-Origin-Opener-Policy", "same-origin"},
+                                {"Cross-Origin-Resource-Policy", "same-origin"},
+                                {"Referrer-Policy", "no-referrer"},
+                                {"X-Content-Type-Options", "nosniff"},
+                                {"X-Frame-Options", "DENY"},
+                            });
+    return response;
 }
 
 }  // namespace tavrin::cli

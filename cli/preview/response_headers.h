@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "cli/preview/http_message.h"
+#include "cli/http/http_message.h"
 
 namespace tavrin::cli {
 
-/// The headers that every answer carries: nothing is kept, nothing is guessed, no other page may use or frame it, and a
-/// page loads nothing from elsewhere.
-[[nodiscard]] std::vector<std::pair<std::string, std::string>> headersOf(const HTTPResponse& response);
+/// An answer with the headers that every one of the preview carries: nothing is kept, nothing is guessed, no other page
+/// may use or frame it, and a page loads nothing from elsewhere.
+[[nodiscard]] HTTPResponse withHeaders(HTTPResponse response);
 
 }  // namespace tavrin::cli

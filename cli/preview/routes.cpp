@@ -5,11 +5,11 @@
 #include <array>
 #include <utility>
 
+#include "cli/http/http_status.h"
 #include "cli/io_error.h"
 #include "cli/preview/checking.h"
 #include "cli/preview/drawing_messages.h"
 #include "cli/preview/folder_error.h"
-#include "cli/preview/http_status.h"
 #include "cli/preview/page.h"
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"

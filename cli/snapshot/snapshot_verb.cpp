@@ -42,7 +42,7 @@ std::string withoutWorkingDirectory(std::string tree) {
 Compared compared(CellRenderer& renderers, const SnapshotArguments& arguments, std::size_t index) {
     const SnapshotOptions& options = arguments.snapshot;
     Compared result;
-    result.cell = cellAt(arguments.matrix, index);
+    result.cell = arguments.matrix.cells[index];
     const SnapshotFiles files(options.folder, nameOf(arguments.matrix, result.cell));
     result.outcome = renderers.draw(result.cell, [&](Widget& widget) {
         result.drawn.png = widget.png(widget.pixels(), paint::PngCompression::small);

@@ -3,17 +3,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include "cli/destination.h"
+#include "cli/json_member.h"
 #include "cli/usage_error.h"
 #include "tavrin/doors/json_options.h"
 #include "tavrin/doors/words.h"
-#include "tavrin/json/json_place.h"
-#include "tavrin/json/json_scan.h"
 #include "tavrin/json/json_text.h"
 #include "tavrin/platform/foundation/enumerators.h"
 
@@ -30,29 +28,6 @@ void checkMembers(const JSONElement& line) {
         if (std::find(requestMembers.begin(), requestMembers.end(), walk.key()) == requestMembers.end())
             throw UsageError("a line has no '" + std::string(walk.key()) + "'" +
                              suggestion(walk.key(), requestMembers));
-}
-
-/// The value that begins at an offset, as it is written.
-std::string_view writtenAt(std::string_view line, std::size_t offset) {
-    JSONScanner scanner(line.substr(offset));
-    std::size_t depth = 0;
-    do {
-        if (!scanner.next()) break;
-        if (scanner.event() == JSONScanner::Event::end)
-            --depth;
-        else if (scanner.event() == JSONScanner::Event::beginObject ||
-                 scanner.event() == JSONScanner::Event::beginArray)
-            ++depth;
-    } while (depth > 0);
-    return line.substr(offset, scanner.end());
-}
-
-/// A member that is a JSON text, as a string or as it is.
-std::optional<std::string> textIn(std::string_view line, std::string_view name, const JSONElement& value) {
-    if (!value.exists() || value.isNull()) return std::nullopt;
-    if (value.isString()) return std::string(value.string());
-    const auto offset = locate(line, {CodingKey(std::string(name))});
-    return std::string(writtenAt(line, offset.value_or(0)));
 }
 
 /// A member that is a file's name.
@@ -93,13 +68,13 @@ StreamRequest readStreamRequest(std::string_view line, const DrawingOptions& usu
     const auto [document, name, model, options, output] = text.root().findMembers<requestMembers>();
 
     StreamRequest request;
-    request.document = textIn(line, "document", document);
+    request.document = textMember(line, "document", document);
     const std::optional<std::string> file = fileIn("name", name);
     if (request.document.has_value() == file.has_value())
         throw UsageError(file ? "a line has a document or a name, not both"
                               : "which document? a line has it as \"document\", or its file as \"name\"");
     request.name = file.value_or("");
-    request.model = textIn(line, "model", model);
+    request.model = textMember(line, "model", model);
     request.output = fileIn("output", output);
 
     OptionReader reader(Spelling::camel, OptionReader::Types::own, usual);

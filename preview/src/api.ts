@@ -21,7 +21,13 @@ export interface Project {
 export interface ProjectFile {
     path: string;
     revision: string;
-    kind: "document" | "model";
+    kind: "document" | "model" | "settings";
+    /** Of a document: the path of the model that belongs to it, as every verb pairs them. */
+    model?: string | null;
+    /** The families that it is meant for; of none all. */
+    families?: string[];
+    /** What is wrong with its settings. */
+    fault?: string | null;
 }
 export interface FileText {
     text: string;
@@ -163,7 +169,14 @@ export interface Finding {
     fix?: (TextRange & { text: string })[];
 }
 
-/** What is wrong or doubtful, as far as that drawing shows. */
-export async function check(drawing: Drawing, signal: AbortSignal): Promise<Finding[]> {
-    return (await (await post("api/check", drawing, signal)).json()) as Finding[];
+/** What is looked at besides a drawing: lists with commas. */
+export interface CheckedLooks {
+    screen: string;
+    families: string;
+    appearances: string;
+}
+
+/** What is wrong or doubtful in any of these looks. */
+export async function check(drawing: Drawing, looks: CheckedLooks, signal: AbortSignal): Promise<Finding[]> {
+    return (await (await post("api/check", { ...drawing, ...looks }, signal)).json()) as Finding[];
 }

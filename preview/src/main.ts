@@ -16,6 +16,7 @@ import type { Role } from "./sources";
 import { Sources } from "./sources";
 import { Stage } from "./stage";
 import type { Appearances, State } from "./state";
+import { checkedLooks } from "./state";
 import { setUpTabs, showTab } from "./tabs";
 import { TimeBar } from "./time_bar";
 
@@ -36,6 +37,7 @@ async function initialState(): Promise<State> {
         project,
         files,
         screen,
+        meant: [],
         appearances: "both",
         moment: Math.floor(Date.now() / 1000),
         timeZone: project.timeZone,
@@ -115,7 +117,7 @@ async function start(): Promise<void> {
             changed: () => changed(),
         }),
     };
-    const reporting = new Reporting(editors);
+    const reporting = new Reporting(editors, () => checkedLooks(state));
     const inspection = new Inspection(() => stage, editors.document);
     const stage: Stage = new Stage(byId("stage"), state, () => sources.drawn, {
         drawn: (drawn, drawing) => {

@@ -2,7 +2,7 @@
 
 // Shows what drawing and checking found: squiggles in the editors and the list of problems.
 import type { Diagnostic } from "@codemirror/lint";
-import type { Drawing, Drawn, Failure, Finding } from "./api";
+import type { CheckedLooks, Drawing, Drawn, Failure, Finding } from "./api";
 import { check } from "./api";
 import { diagnosticOf, diagnosticOfFinding, sentenceOf } from "./diagnostics";
 import type { Editor } from "./editor";
@@ -24,7 +24,10 @@ export class Reporting {
     private failed = false;
     private notes: string[] = [];
 
-    constructor(private readonly editors: Editors) {}
+    constructor(
+        private readonly editors: Editors,
+        private readonly looks: () => CheckedLooks,
+    ) {}
 
     /** Shows at once what a drawing failed with; checks more, once nothing newer is drawn for a moment. */
     drawn(drawn: Drawn, drawing: Drawing): void {
@@ -38,7 +41,7 @@ export class Reporting {
         if (failure) return;
         const { signal } = (this.asking = new AbortController());
         this.pending = window.setTimeout(async () => {
-            const findings = await check(drawing, signal).catch(() => null);
+            const findings = await check(drawing, this.looks(), signal).catch(() => null);
             if (findings && !signal.aborted) this.checked(findings);
         }, quietMilliseconds);
     }

@@ -17,7 +17,7 @@ function base64(bytes: Uint8Array): string {
 }
 
 function figure(tile: Tile): string {
-    if (!tile.picture) return "";
+    if (!tile.picture || !tile.isMeant) return "";
     const { name, width, height } = tile.family;
     return `<figure class="${tile.appearance}"><img alt="${name}, ${tile.appearance}" width="${width}" height="${height}"
 src="data:image/png;base64,${base64(tile.picture)}"><figcaption>${name}, ${tile.appearance}</figcaption></figure>`;
@@ -40,7 +40,8 @@ h1 { font-weight: 650; letter-spacing: -0.02em; margin-bottom: 0; }
 p, small, figcaption { color: light-dark(#5f6672, #9aa1ad); }
 .pictures { display: flex; flex-wrap: wrap; gap: 1.5rem; margin: 2rem 0; }
 figure { margin: 0; padding: 1.5rem; border-radius: 20px; text-align: center; }
-figure.light { background: #e3e8ef; } figure.dark { background: #262b36; } figure.dark figcaption { color: #9aa1ad; }
+figure.light { background: #e3e8ef; } figure.light figcaption { color: #4f5661; }
+figure.dark { background: #262b36; } figure.dark figcaption { color: #9aa1ad; }
 img { display: block; border-radius: 21px; box-shadow: 0 8px 24px rgb(20 28 45 / .16);
   margin: 0 auto .6rem; max-width: 100%; height: auto; }
 details.text > summary { cursor: pointer; font-weight: 600; margin-top: 1rem; }

@@ -6,7 +6,6 @@ import { fetchFile, fetchFiles, saveFile } from "./api";
 import { announce, byId, element } from "./dom";
 import type { Editor } from "./editor";
 import type { State } from "./state";
-import { modelOf } from "./state";
 
 export type Drawable = Pick<Drawing, "document" | "model" | "path">;
 export type Role = "document" | "model";
@@ -129,10 +128,11 @@ export class Sources {
 
     async open(path: string): Promise<void> {
         try {
-            const model = modelOf(path, this.state.files);
-            const [text, modelText] = await Promise.all([fetchFile(path), model && fetchFile(model.path)]);
+            const model = this.state.files.find((file) => file.path === path)?.model ?? null;
+            const [text, modelText] = await Promise.all([fetchFile(path), model === null ? null : fetchFile(model)]);
             this.document.take(path, text);
-            this.model.take(model?.path ?? null, modelText ?? { text: "", revision: "", isUtf8: true });
+            this.takeMeant();
+            this.model.take(model, modelText ?? { text: "", revision: "", isUtf8: true });
             this.changed();
             this.document.open();
             this.model.open();
@@ -142,6 +142,13 @@ export class Sources {
         } catch (error) {
             announce((error as Error).message);
         }
+    }
+
+    /** Takes over what the settings of the document say. */
+    private takeMeant(): void {
+        const file = this.state.files.find(({ path }) => path === this.document.path);
+        if (file?.fault) announce(file.fault);
+        this.state.meant = file?.families ?? [];
     }
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
@@ -177,6 +184,10 @@ export class Sources {
         this.state.files = await fetchFiles();
         if (names(this.state.files) !== before) this.list();
         if (!this.document.path) return void (await this.start());
+        if (paths.some((path) => path.endsWith(".toml"))) {
+            this.takeMeant();
+            this.changed();
+        }
         for (const source of [this.document, this.model])
             if (source.path && paths.includes(source.path)) await this.reload(source);
     }

@@ -6,7 +6,7 @@ import { draw } from "./api";
 import { element, neighbour } from "./dom";
 import type { Drawable } from "./sources";
 import type { State } from "./state";
-import { appearancesShown, orderedFamilies } from "./state";
+import { appearancesShown, isMeant, orderedFamilies } from "./state";
 import { Tile } from "./tile";
 
 const margin = 48;
@@ -67,7 +67,10 @@ export class Stage {
             return element("div", { class: `wallpaper ${appearance}`, role: "presentation" }, ...groups);
         });
         this.parent.replaceChildren(...columns);
-        for (const tile of this.tiles) this.listen(tile);
+        for (const tile of this.tiles) {
+            this.listen(tile);
+            tile.mark(isMeant(this.state, tile.family.name));
+        }
         const like = (tile: Tile) => tile.family.name === before?.family.name;
         const same = this.tiles.find((tile) => like(tile) && tile.appearance === before?.appearance);
         this.mark(same ?? this.tiles.find(like) ?? this.tiles[0] ?? null);
@@ -77,6 +80,7 @@ export class Stage {
 
     /** Something that is drawn has changed. */
     invalidate(): void {
+        for (const tile of this.tiles) tile.mark(isMeant(this.state, tile.family.name));
         this.lastOther = this.change + 1;
         this.moveClock();
     }

@@ -47,6 +47,15 @@ export class Tile {
         );
     }
 
+    /** Whether the widget is meant for the family; else the picture steps back. */
+    isMeant = true;
+
+    mark(isMeant: boolean): void {
+        this.isMeant = isMeant;
+        this.figure.classList.toggle("not-meant", !isMeant);
+        this.figure.title = isMeant ? "" : "By its settings the widget is not meant for this family";
+    }
+
     get rounded(): boolean {
         return this.family.name.startsWith("system");
     }

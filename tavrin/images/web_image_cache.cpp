@@ -61,6 +61,14 @@ void count(const ImageLoads::Outcome& outcome) {
     meter.paint(outcome.image ? outcome.image->byteCount() / sizeof(std::uint32_t) : outcome.pixels);
 }
 
+/// Until when the calling thread waits for a picture: some of its time must be left to draw without it.
+std::chrono::steady_clock::time_point endOfWaiting() {
+    const auto now = std::chrono::steady_clock::now();
+    const auto end = now + std::chrono::seconds(WebImageCache::timeLimit);
+    const Metering* const metering = Metering::ofThisThread();
+    return metering && metering->end() ? std::min(end, now + (*metering->end() - now) / 2) : end;
+}
+
 /// What a load comes to. One that was given up for want of budget is begun anew where this thread has enough of it:
 /// those who waited before had less.
 template <class LoadOnce>
@@ -94,7 +102,7 @@ void WebImageCache::beginAnew() {
 WebImageCache::WebImageCache(URLSession& session) : session_(session), loads_(std::make_shared<ImageLoads>()) {}
 
 std::shared_ptr<const Bitmap> WebImageCache::loadImageSync(const URL& url, Logger* logger, FetchPolicy policy) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(timeLimit);
+    const auto end = endOfWaiting();
     if (ImageLoads::Outcome known = loads_->inMemory(url); known.image) {
         count(known);
         return std::move(known.image);

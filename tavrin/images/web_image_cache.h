@@ -42,10 +42,11 @@ public:
     // What a picture takes counts for the calling thread, the same from wherever it comes, and its bytes count as held
     // from then on. A thread that has not enough budget for a picture, or for waiting, throws what its budget says.
 
-    /// The picture of an address, from memory or from the network; null when there is none within 2.0 seconds. What
-    /// arrives when no one waits for it any more is dropped. A picture that stands in a `data` URL itself is waited for
-    /// until it is decoded. `logger`, which may be null, hears of failures on the calling thread, with the codes
-    /// "LoadImageRefused" (by the fetch policy), "LoadImageTimeOut" and, last, "LoadImageError".
+    /// The picture of an address, from memory or from the network; null when there is none within 2.0 seconds, or half
+    /// of those that the thread's budget has left. What arrives when no one waits for it any more is dropped. A picture
+    /// that stands in a `data` URL itself is waited for until it is decoded. `logger`, which may be null, hears of
+    /// failures on the calling thread, with the codes "LoadImageRefused" (by the fetch policy), "LoadImageTimeOut" and,
+    /// last, "LoadImageError".
     std::shared_ptr<const Bitmap> loadImageSync(const URL& url, Logger* logger, FetchPolicy policy = FetchPolicy::all);
 
     /// The picture of a file, from memory or from disk; null when it cannot be read, which `logger` hears of with the

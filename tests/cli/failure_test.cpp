@@ -143,7 +143,7 @@ TEST(Failures, OfReading) {
     } rows[] = {
         {"missing", {"check", "b.json"}, "cannot read 'b.json': No such file or directory"},
         {"missing model", {"check", "a.json", "--model", "b.json"}, "cannot read 'b.json': No such file or directory"},
-        {"a folder", {"tree", "folder"}, "cannot read 'folder': Is a directory"},
+        {"a folder", {"check", "a.json", "--model", "folder"}, "cannot read 'folder': Is a directory"},
         {"a file as a folder", {"tree", "a.json/b.json"}, "Not a directory"},
         {"too large", {"layout", "huge.json"}, "larger than 256 MiB"},
         {"no name", {"check", ""}, "cannot read ''"},

@@ -147,7 +147,7 @@ TEST(Usage, IsRefused) {
         {"another verb's quality", {"tree", "a.json", "--quality", "80"}, "no option --quality"},
         {"several pictures in one file", {"render", "a.json", "--scales", "1,2", "-o", "a.png"}, "instead of 'a.png'"},
         {"several pictures in an animation", {"render", "a.json", "--scales", "1,2", "-o", "a.webp"}, "give a folder"},
-        {"all is a word", {"check", "a.json", "--families", "huge"}, "accessoryInline or all, not 'huge'"},
+        {"all is a word", {"check", "a.json", "--families", "huge"}, "accessoryInline, all or meant, not 'huge'"},
         {"all is one of the appearances", {"check", "a.json", "--appearances", "al"}, "did you mean 'all'?"},
         {"the help of nothing", {"help", "rendr"}, "no verb 'rendr'; did you mean 'render'?"},
         {"the help of no verb", {"rendr", "--help"}, "no verb 'rendr'; did you mean 'render'?"},

@@ -1,29 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/diagnostics/diagnosed.h"
+#include "tests/golden/golden_case.h"
 
 namespace tavrin {
 namespace {
 
 using std::filesystem::path;
 
-std::string contents(const path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// The families that an example is meant for.
 std::vector<WidgetRoom> roomsOf(const path& example) {
     std::vector<WidgetRoom> rooms;
-    std::istringstream names(contents(example / "families.txt"));
-    for (std::string name; names >> name;)
+    for (const std::string& name : familiesOf(example))
         if (const auto family = widgetFamily(name)) rooms.push_back(widgetRoom(*family, {390, 844}).value());
     return rooms;
 }
@@ -39,7 +33,7 @@ TEST(Examples, AreClean) {
         ASSERT_FALSE(options.rooms.empty());
         options.date = Date::parseRFC3339("2026-11-21T12:00:00Z");
         if (exists(entry.path() / "pictures")) options.imageCacheDir = URL::fileURL(entry.path() / "pictures");
-        auto found = diagnose(contents(entry.path() / "document.json"), contents(entry.path() / "model.json"), options);
+        auto found = diagnose(readFile(entry.path() / "document.json"), readFile(entry.path() / "model.json"), options);
         std::erase_if(found, [](const Diagnostic& each) { return each.severity == Severity::note; });
         EXPECT_EQ(toJSON(found), "[]");
     }

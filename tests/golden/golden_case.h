@@ -33,8 +33,22 @@ inline void writeFile(const std::filesystem::path& path, const std::string& cont
 /// Whether what is expected is rewritten instead of compared.
 inline bool updatesGoldens() { return std::getenv("TAVRIN_UPDATE_GOLDENS") != nullptr; }
 
-/// A folder with `document.json`, perhaps `model.json`, and `options.txt`: the program's options for it, as they are
-/// given in that folder. Where there is `families.txt`, the folder is one case for each of the families it lists.
+/// The lines `key = value` of settings, without quotation marks; of a list the words with blanks between them.
+inline std::map<std::string, std::string> readSettings(const std::filesystem::path& file) {
+    std::map<std::string, std::string> settings;
+    std::istringstream lines(readFile(file));
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t equals = line.find(" = ");
+        if (equals == std::string::npos) throw std::invalid_argument(file.string() + ": " + line);
+        std::string value = line.substr(equals + 3);
+        std::erase_if(value, [](char c) { return c == '"' || c == '[' || c == ']' || c == ','; });
+        settings[line.substr(0, equals)] = value;
+    }
+    return settings;
+}
+
+/// A folder with `document.json`, perhaps `model.json`, and `options.txt`, the program's options for it, or
+/// `widget.toml`. Of families that this lists the folder is one case for each.
 struct GoldenCase {
     std::filesystem::path folder;
     /// The name of a widget family, or nothing where the options know the size.
@@ -48,12 +62,15 @@ struct GoldenCase {
     [[nodiscard]] std::map<std::string, std::string> options() const {
         std::istringstream words(readFile(folder / "options.txt"));
         std::map<std::string, std::string> options;
+        for (const auto& [key, value] : readSettings(folder / "widget.toml"))
+            if (key != "families") options["--" + key] = value;
         if (!family.empty()) options["--family"] = family;
+        if (exists(folder / "pictures")) options["--image-cache-dir"] = "pictures";
         for (std::string key, value; words >> key >> value;) options[key] = value;
         return options;
     }
 
-    /// What `options.txt` says; an option that this does not know is a mistake there.
+    /// What these say; an option that this does not know is a mistake there.
     [[nodiscard]] WidgetOptions widgetOptions(Appearance appearance = Appearance::light) const {
         WidgetOptions widget;
         widget.appearance = appearance;
@@ -71,7 +88,7 @@ struct GoldenCase {
             else if (option == "--image-cache-dir")
                 widget.imageCacheDir = URL::fileURL(folder / value);
             else
-                throw std::invalid_argument(folder / "options.txt" / option);
+                throw std::invalid_argument(folder / option);
         }
         return widget;
     }
@@ -86,9 +103,9 @@ struct GoldenCase {
     [[nodiscard]] Widget widget(Appearance appearance) const { return widget(widgetOptions(appearance)); }
 };
 
-/// The families that a case's folder lists; without a list one nameless family.
+/// The families that a case's settings list; without a list one nameless family.
 inline std::vector<std::string> familiesOf(const std::filesystem::path& folder) {
-    std::istringstream words(readFile(folder / "families.txt"));
+    std::istringstream words(readSettings(folder / "widget.toml")["families"]);
     std::vector<std::string> families;
     for (std::string family; words >> family;) families.push_back(family);
     return families.empty() ? std::vector<std::string>{""} : families;

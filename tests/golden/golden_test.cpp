@@ -77,7 +77,7 @@ TEST(Golden, NoFamilyIsLeftOver) {
         for (const auto& entry : fs::directory_iterator(golden.folder)) {
             const std::string name = entry.path().filename().string();
             if (!entry.is_directory() || name == "pictures") continue;
-            EXPECT_THAT(families, testing::Contains(name)) << entry.path() << " is of no family in families.txt";
+            EXPECT_THAT(families, testing::Contains(name)) << entry.path() << " is of no family in widget.toml";
         }
     }
 }

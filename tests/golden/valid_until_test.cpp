@@ -87,7 +87,7 @@ TEST(ValidUntilOfExamples, PicturesChangeThenAndNoSooner) {
         hasDay = hasDay || isDay;
         ASSERT_NO_FATAL_FAILURE(checkSpan(example, begin, isDay ? 24 * hour : hour));
     }
-    EXPECT_THAT(timers, ElementsAre("boarding", "countdown", "departures"));
+    EXPECT_THAT(timers, ElementsAre("boarding", "countdown", "departures", "train"));
     EXPECT_THAT(hands, ElementsAre("clock"));
     EXPECT_TRUE(hasDay || day.empty()) << "there is no '" << day << "', or it never changes";
 }

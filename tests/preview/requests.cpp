@@ -66,7 +66,8 @@ std::string received(const FileDescriptor& socket, std::chrono::seconds patience
     return answer;
 }
 
-RunningServer::RunningServer(HTTPServer::Handler handler, HTTPServer::Judge takesLong, HTTPServer::Release release)
+RunningServer::RunningServer(PreviewServer::Handler handler, PreviewServer::Judge takesLong,
+                             PreviewServer::Release release)
     : thread_([this, handler = std::move(handler), takesLong = std::move(takesLong),
                release = std::move(release)]() mutable {
           server_.run(std::move(handler), std::move(takesLong), std::move(release));

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "cli/file_descriptor.h"
-#include "cli/preview/http_server.h"
+#include "cli/preview/preview_server.h"
 
 namespace tavrin::cli {
 
@@ -35,13 +35,13 @@ private:
 class RunningServer {
 public:
     explicit RunningServer(
-        HTTPServer::Handler handler, HTTPServer::Judge takesLong = [](const HTTPRequest&) { return false; },
-        HTTPServer::Release release = [] {});
+        PreviewServer::Handler handler, PreviewServer::Judge takesLong = [](const HTTPRequest&) { return false; },
+        PreviewServer::Release release = [] {});
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
     ~RunningServer();
 
-    [[nodiscard]] HTTPServer& server() { return server_; }
+    [[nodiscard]] PreviewServer& server() { return server_; }
     /// Sends bytes and returns all that comes back until the server closes the connection or has been silent for a
     /// while. The bytes are `addressed`, like those of `begin`.
     [[nodiscard]] std::string send(std::string bytes) const;
@@ -52,7 +52,7 @@ public:
     [[nodiscard]] std::string addressed(std::string bytes) const;
 
 private:
-    HTTPServer server_{0};
+    PreviewServer server_{0};
     std::thread thread_;
 };
 

@@ -74,6 +74,7 @@ TEST_F(RoutesTest, ListAndReadFiles) {
     const JSON* first = files.find("files")->find(std::int64_t{0});
     EXPECT_EQ(first->find("path")->description(), "a b/document.json");
     EXPECT_EQ(first->find("kind")->description(), "document");
+    EXPECT_EQ(first->find("model")->description(), "a b/model.json");
     EXPECT_EQ(files.find("files")->find(std::int64_t{1})->find("kind")->description(), "model");
     EXPECT_EQ(JSON::parse(get("/api/file", "path=a%20b%2Fdocument.json").body).find("text")->description(), hello);
     EXPECT_EQ(get("/api/file", "path=..%2Fsecret.json").status, 403);
@@ -124,6 +125,37 @@ TEST_F(RoutesTest, Check) {
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(first->find("code")->description(), "unknown-key");
     EXPECT_EQ(first->find("severity")->description(), "warning");
+}
+
+TEST_F(RoutesTest, CheckEachFamilyThatIsShown) {
+    const std::string document =
+        R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Pale", "modifiers":
+            [{"type": "foregroundColor", "color": {"value": "#FAFAFA"}}]}}})";
+    const auto messageIn = [&](std::string_view looks) {
+        std::string body = drawingOf(document);
+        body.insert(body.rfind('}'), looks);
+        const HTTPResponse answer = post("/api/check", body);
+        if (answer.status != 200) return std::to_string(answer.status);
+        return JSON::parse(answer.body).find(std::int64_t{0})->find("message")->description();
+    };
+    EXPECT_THAT(messageIn(R"(, "screen": "390x844", "families": "systemSmall,systemLarge", "appearances": "light")"),
+                HasSubstr("systemSmall, systemLarge; light"));
+    EXPECT_EQ(messageIn(R"(, "screen": "390x844", "families": "systemTiny")"), "400");
+    EXPECT_EQ(messageIn(R"(, "families": "systemSmall")"), "400");
+    EXPECT_EQ(messageIn(R"(, "appearances": "pale")"), "400");
+}
+
+TEST_F(RoutesTest, PairDocumentsWithTheirSettings) {
+    scratch_.write("a.json", hello);
+    scratch_.write("a.widget.toml", "families = [\"systemSmall\"]\n");
+    scratch_.write("b.json", hello);
+    scratch_.write("b.widget.toml", "family = 1\n");
+    const JSON files = JSON::parse(get("/api/files").body);
+    const auto fileAt = [&](std::int64_t at) { return files.find("files")->find(at); };
+    EXPECT_EQ(fileAt(0)->find("families")->find(std::int64_t{0})->description(), "systemSmall");
+    EXPECT_EQ(fileAt(1)->find("kind")->description(), "settings");
+    EXPECT_EQ(fileAt(2)->find("path")->description(), "b.json");
+    EXPECT_THAT(fileAt(2)->find("fault")->description(), HasSubstr("b.widget.toml:1: settings have no 'family'"));
 }
 
 TEST_F(RoutesTest, ServeTheSchema) { EXPECT_NE(JSON::parse(get("/api/schema").body).find("$defs"), nullptr); }

@@ -10,6 +10,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import tomllib
 import unittest
 
 TOP = pathlib.Path(__file__).resolve().parents[3]
@@ -25,8 +26,14 @@ def run(*command, **more):
 class Drawing(unittest.TestCase):
     def pictures(self, folder, out, file_format, options):
         model = folder / "model.json"
-        given = (folder / "options.txt").read_text().split() if (folder / "options.txt").exists() else []
-        pairs = {**options, **{given[i].lstrip("-").replace("-", "_"): given[i + 1] for i in range(0, len(given), 2)}}
+        settings = tomllib.loads((folder / "widget.toml").read_text())
+        pairs = {**options, "family": settings["families"][0]}
+        if "date" in settings:
+            pairs["date"] = settings["date"].isoformat()
+        if "background" in settings:
+            pairs["background"] = settings["background"]
+        if (folder / "pictures").exists():
+            pairs["image_cache_dir"] = "pictures"
         theirs, ours = out / f"program.{file_format}", out / f"host.{file_format}"
         words = [word for name, value in pairs.items() for word in ("--" + name.replace("_", "-"), value)]
         done = run(PROGRAM, "render", "document.json", *(["--model", model] if model.exists() else []), "-o", theirs,

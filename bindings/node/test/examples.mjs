@@ -20,22 +20,29 @@ export async function run(...words) {
   }
 }
 
-const camel = option => option.slice(2).replace(/-./g, ([, letter]) => letter.toUpperCase());
-const words = file => (fs.existsSync(file) ? fs.readFileSync(file, 'utf8').split(/\s+/).filter(Boolean) : []);
+const camel = option => option.replace(/-./g, ([, letter]) => letter.toUpperCase());
+/** The lines `key = value` of settings; of a list the words in it. */
+const settingsIn = file =>
+  Object.fromEntries(
+    [...fs.readFileSync(file, 'utf8').matchAll(/^(\S+) = (.*)$/gm)].map(([, key, value]) => [
+      key,
+      value.startsWith('[') ? [...value.matchAll(/"(.*?)"/g)].map(([, word]) => word) : value.replaceAll('"', ''),
+    ]),
+  );
 
 function example(name) {
   const folder = path.join(top, 'examples', name);
-  const given = words(path.join(folder, 'options.txt'));
-  const options = {};
-  for (let i = 0; i < given.length; i += 2) options[camel(given[i])] = given[i + 1];
-  if (options.imageCacheDir) options.imageCacheDir = path.join(folder, options.imageCacheDir);
+  const { families, ...settings } = settingsIn(path.join(folder, 'widget.toml'));
+  const options = Object.fromEntries(Object.entries(settings).map(([name, value]) => [camel(name), value]));
+  const pictures = path.join(folder, 'pictures');
+  if (fs.existsSync(pictures)) options.imageCacheDir = pictures;
   const model = path.join(folder, 'model.json');
   return {
     name,
     options,
     document: path.join(folder, 'document.json'),
     model: fs.existsSync(model) ? model : undefined,
-    families: words(path.join(folder, 'families.txt')),
+    families,
   };
 }
 

@@ -38,6 +38,7 @@ test('a package is installed and used', async () => {
     'lib/errors.js',
     'lib/options.d.ts',
     'lib/response.js',
+    'lib/sign.js',
     'package.json',
   ]);
   fs.writeFileSync(path.join(folder, 'package.json'), '{"private": true}');

@@ -9,6 +9,7 @@ from tavrin._check import Diagnostic, Edit, Range, check, schema
 from tavrin._document import Document, Widget
 from tavrin._errors import ConversionError, DecodingError, Error, ModelContextError, TavrinError
 from tavrin._options import Budget, Options
+from tavrin._sign import sign
 from tavrin._tavrin import Pixels
 from tavrin._tavrin import version as __version__
 
@@ -29,6 +30,7 @@ __all__ = [
     "__version__",
     "check",
     "schema",
+    "sign",
 ]
 for _name in __all__:
     if isinstance(globals()[_name], type):

@@ -2,6 +2,7 @@
 """Widgets answer what the program prints, byte for byte."""
 import json
 import pathlib
+import tomllib
 
 import pytest
 import tavrin
@@ -9,15 +10,13 @@ import tavrin
 EXAMPLES = sorted((pathlib.Path(__file__).resolve().parents[3] / "examples").glob("*/document.json"))
 
 
-def options_of(folder):
-    """An example's options as the program takes them."""
-    file = folder / "options.txt"
-    return file.read_text().split() if file.exists() else []
-
-
-def keywords(words):
-    """The same as Python takes them."""
-    return {name.lstrip("-").replace("-", "_"): value for name, value in zip(words[::2], words[1::2])}
+def settings_of(folder):
+    """The families of an example, and its other settings as Python takes them."""
+    settings = tomllib.loads((folder / "widget.toml").read_text())
+    options = {name.replace("-", "_"): value for name, value in settings.items() if name != "families"}
+    if (folder / "pictures").exists():
+        options["image_cache_dir"] = "pictures"
+    return settings["families"], options
 
 
 @pytest.mark.parametrize("document", EXAMPLES, ids=lambda path: path.parent.name)
@@ -30,13 +29,13 @@ def test_examples_are_the_bytes_that_the_program_writes(program, tmp_path, monke
     folder = document.parent
     monkeypatch.chdir(folder)
     model = folder / "model.json"
-    for family in (folder / "families.txt").read_text().split():
+    families, options = settings_of(folder)
+    for family in families:
         picture = tmp_path / f"{family}.{format}"
-        words = options_of(folder) + ["--family", family, "--appearance", appearance, "--scale", "2"]
+        words = ["--family", family, "--appearance", appearance, "--scale", "2", *["--rounded"][:rounded]]
         widget = tavrin.Document.open(document).widget(
-            model.read_bytes() if model.exists() else None, **keywords(words) | {"scale": 2, "rounded": rounded})
-        words += ["--model", model] if model.exists() else []
-        words += ["--rounded"] if rounded else []
+            model.read_bytes() if model.exists() else None,
+            **options, family=family, appearance=appearance, scale=2, rounded=rounded)
         program.output("render", document, *words, "-o", picture, folder=folder)
         assert widget.encode(format) == picture.read_bytes(), family
 

@@ -43,6 +43,7 @@ except tavrin.DecodingError as error:
     path: list[str | int] | None = error.path
 version: str = tavrin.__version__
 schema = tavrin.schema()["$schema"]
+signed: str = tavrin.sign("/v1/widgets/a.png", b"key", datetime.now(timezone.utc)) + tavrin.sign("/a", "key", expires=1)
 view = memoryview(widget.pixels())
 batch = pyarrow.record_batch({"model": ["{}"], "family": [None], "text": ["{}"]})
 drawn = tavrin.arrow.render(batch, document="{}", date="2026-11-21T08:05:00Z", family_column="family", hashes=True)

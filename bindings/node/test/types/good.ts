@@ -4,6 +4,7 @@ import {
   check,
   Document,
   schema,
+  sign,
   TavrinError,
   version,
   widgetResponse,
@@ -60,6 +61,7 @@ export async function serve(request: Request, document: Document): Promise<Respo
 
 export async function errors(text: Uint8Array): Promise<string[]> {
   const found: Diagnostic[] = await check(text, null, { families: ['systemSmall'], ...options });
+  console.log(sign('/v1/widgets/a.png', 'key', { expires: new Date() }), sign('/a', Buffer.from('key')));
   console.log(Object.keys(schema()), version.split('.'));
   return found
     .filter(({ severity }) => severity === 'error')

@@ -20,4 +20,25 @@ std::string base64(std::string_view bytes) {
     return text;
 }
 
+std::optional<std::string> fromBase64URL(std::string_view text) {
+    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+    if (text.size() % 4 == 0)
+        for (int i = 0; i < 2 && text.ends_with('='); ++i) text.remove_suffix(1);
+    if (text.size() % 4 == 1) return std::nullopt;  // a last digit alone holds no byte
+    std::string bytes;
+    bytes.reserve(text.size() / 4 * 3 + 2);
+    unsigned bits = 0;
+    unsigned count = 0;
+    for (const char digit : text) {
+        const std::size_t value = digits.find(digit);
+        if (value == std::string_view::npos) return std::nullopt;
+        bits = bits << 6 | static_cast<unsigned>(value);
+        count += 6;
+        if (count < 8) continue;
+        count -= 8;
+        bytes += static_cast<char>(bits >> count & 0xFF);
+    }
+    return bytes;
+}
+
 }  // namespace tavrin

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "cli/project/widget_files.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <system_error>
+
+#include "cli/input.h"
+#include "cli/io_error.h"
+
+namespace tavrin::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t mostDocuments = 2000;
+constexpr int deepestFolder = 8;
+
+bool isFile(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+bool isFolder(const fs::path& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
+
+/// A document's path with another ending: "a/b.model.json" of "a/b.json".
+fs::path withEnding(const fs::path& document, const std::string& ending) {
+    return document.parent_path() / (document.stem().string() + "." + ending);
+}
+
+/// The file or folder of the document's own name, or else the one that is shared, if it is there.
+template <class Exists>
+std::optional<fs::path> ownOrShared(const fs::path& document, const std::string& name, Exists exists) {
+    for (fs::path path : {withEnding(document, name), document.parent_path() / name})
+        if (path != document && exists(path)) return path;
+    return std::nullopt;
+}
+
+std::vector<fs::path> jsonFilesIn(const fs::path& folder) {
+    std::vector<fs::path> files;
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error))
+        if (entry->path().extension() == ".json" && isFile(entry->path())) files.push_back(entry->path());
+    std::ranges::sort(files);
+    return files;
+}
+
+bool hasOwnFiles(const fs::path& document) {
+    return document.filename() == "document.json" || isFile(withEnding(document, "model.json")) ||
+           isFile(withEnding(document, "widget.toml")) || isFolder(withEnding(document, "models"));
+}
+
+bool isSchema(const fs::path& file) { return file.filename().native().ends_with(".schema.json"); }
+
+/// A file that cannot be read counts, so that whoever reads it says why.
+bool mayBeDocument(const fs::path& file) {
+    if (isSchema(file)) return false;
+    if (!isCalledModel(file) && hasOwnFiles(file)) return true;
+    try {
+        return looksLikeDocument(readFound(file.string()));
+    } catch (const IOError&) {
+        return !isCalledModel(file);
+    }
+}
+
+}  // namespace
+
+WidgetFiles pairedWith(const fs::path& document) {
+    WidgetFiles files{.document = document};
+    files.model = ownOrShared(document, "model.json", isFile);
+    if (const auto folder = ownOrShared(document, "models", isFolder)) files.models = jsonFilesIn(*folder);
+    if (!files.model && !files.models.empty()) files.model = files.models.front();
+    if (const fs::path pictures = document.parent_path() / "pictures"; isFolder(pictures)) files.pictures = pictures;
+    files.settings = ownOrShared(document, "widget.toml", isFile);
+    return files;
+}
+
+std::vector<fs::path> filesBelow(const fs::path& folder, std::initializer_list<std::string_view> suffixes,
+                                 std::size_t mostFiles) {
+    std::vector<fs::path> found;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
+    for (; entry != fs::recursive_directory_iterator() && found.size() < mostFiles; entry.increment(error)) {
+        if (error) break;
+        const fs::path& path = entry->path();
+        std::error_code ignored;
+        const fs::file_status kind = entry->symlink_status(ignored);
+        const bool isSkipped = isHidden(path.filename()) || path.filename() == "node_modules";
+        if (fs::is_directory(kind) && (isSkipped || entry.depth() + 1 >= deepestFolder))
+            entry.disable_recursion_pending();
+        const bool hasSuffix = std::ranges::count(suffixes, path.extension().string()) > 0;
+        if (fs::is_regular_file(kind) && hasSuffix && !isHidden(path.filename())) found.push_back(path);
+    }
+    return found;
+}
+
+std::vector<fs::path> documentsIn(const fs::path& folder) {
+    std::error_code error;
+    static_cast<void>(fs::directory_iterator(folder, error));
+    if (error) throw IOError("cannot read the folder '" + folder.string() + "'", error.value(), folder);
+    constexpr std::size_t mostLookedAt = 10 * mostDocuments;
+    std::vector<fs::path> documents = filesBelow(folder, {".json"}, mostLookedAt);
+    std::erase_if(documents, [](const fs::path& file) { return !mayBeDocument(file); });
+    if (documents.size() > mostDocuments)
+        throw IOError("there are more than " + std::to_string(mostDocuments) + " documents in '" + folder.string() +
+                          "'; give a folder of fewer",
+                      folder);
+    std::ranges::sort(documents);
+    return documents;
+}
+
+bool isCalledModel(const fs::path& file) {
+    const std::string name = file.filename().string();
+    const std::string folder = file.parent_path().filename().string();
+    return name == "model.json" || name.ends_with(".model.json") || folder == "models" || folder.ends_with(".models");
+}
+
+std::optional<fs::path> documentOfModel(const fs::path& file) {
+    if (!isCalledModel(file) || !isFile(file)) return std::nullopt;
+    constexpr std::string_view ending = ".model.json";
+    const std::string name = file.filename().string();
+    if (name.ends_with(ending)) {
+        const fs::path own = file.parent_path() / (name.substr(0, name.size() - ending.size()) + ".json");
+        return isFile(own) ? std::optional(own) : std::nullopt;
+    }
+    if (name != "model.json" || looksLikeDocument(readFound(file.string()))) return std::nullopt;
+    for (const fs::path& other : jsonFilesIn(file.has_parent_path() ? file.parent_path() : "."))
+        if (!isCalledModel(other) && mayBeDocument(other) && pairedWith(other).model->filename() == file.filename())
+            return other;
+    return std::nullopt;
+}
+
+bool looksLikeDocument(std::string_view text) { return text.find("\"nodes\"") != std::string_view::npos; }
+
+}  // namespace tavrin::cli
