@@ -8,7 +8,7 @@ from live_server import Clients, personal
 
 
 def test_what_cannot_be_drawn_is_told_to_come_again(serve, numbers):
-    server = serve("--workers", 1, "--queue", 4)
+    server = serve("--workers", 1, "--queue", 4, "--time-limit", 30)
     before = server.resident_bytes()
     answers = Clients(server, 64, lambda: personal(next(numbers))).run(8)
     statuses = {status for status, _, _ in answers}
@@ -23,7 +23,7 @@ def test_what_cannot_be_drawn_is_told_to_come_again(serve, numbers):
 
 
 def test_what_was_taken_is_answered_when_it_ends(serve, numbers):
-    server = serve("--queue", 1000)
+    server = serve("--queue", 1000, "--time-limit", 30)
     with Clients(server, 16, lambda: personal(next(numbers))) as clients:
         time.sleep(3)
         status = server.end()
@@ -32,7 +32,7 @@ def test_what_was_taken_is_answered_when_it_ends(serve, numbers):
     # Whoever was refused with 503 was told so; nobody lost an answer that had begun: the log has no more than came.
     assert {status for status, _, _ in answered} <= {200, 503}
     logged = sum(entry["status"] == 200 for entry in server.log)
-    assert logged == sum(status == 200 for status, _, _ in answered) > 50
+    assert logged == sum(status == 200 for status, _, _ in answered) > 20
     print(f"{logged} pictures were answered, all that were taken")
 
 
@@ -68,7 +68,7 @@ def test_one_picture_is_drawn_once_however_many_ask(serve):
 def test_memory_stays(serve, request):
     """Under load of known and new pictures the memory in the end is that at first, within 5 %."""
     seconds = request.config.getoption("--soak")
-    server = serve("--cache", "8MiB")
+    server = serve("--cache", "8MiB", "--time-limit", 30)
     numbers = itertools.count()
 
     def next_path():
