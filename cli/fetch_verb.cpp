@@ -78,7 +78,7 @@ private:
 
     /// Finds out which pictures the documents name; each is fetched once.
     void collect() {
-        const auto make = [this](const Production& work) {
+        const auto make = [](const Production& work) {
             if (!work.input.model) noteAddressesInModel(work.source, work.outcome.notes);
             work.outcome.pictures = work.document.pictures();
         };

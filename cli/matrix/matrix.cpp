@@ -47,6 +47,7 @@ std::size_t placeOf(std::vector<Value>& list, const Value& value, Same same) {
 template <class Value, class Same>
 std::vector<std::size_t> placesOf(std::vector<Value>& list, const std::vector<Value>& values, Same same) {
     std::vector<std::size_t> places;
+    places.reserve(values.size());
     for (const Value& value : values) places.push_back(placeOf(list, value, same));
     return places;
 }

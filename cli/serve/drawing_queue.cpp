@@ -33,7 +33,7 @@ void DrawingQueue::stop() {
 }
 
 DrawingQueue::Admission DrawingQueue::admit(const std::string& key, const std::function<ServedPicturePtr()>& find,
-                                            Work work, Waiter waiter) {
+                                            Work work, const Waiter& waiter) {
     FlightPtr flight;
     ServedPicturePtr picture;
     {

@@ -70,7 +70,8 @@ public:
 
     /// Takes a request. `find` gives the picture where there is one by now; null: nothing is looked for. Requests with
     /// an empty key have nothing in common with others.
-    Admission admit(const std::string& key, const std::function<ServedPicturePtr()>& find, Work work, Waiter waiter);
+    Admission admit(const std::string& key, const std::function<ServedPicturePtr()>& find, Work work,
+                    const Waiter& waiter);
 
     /// How many pieces of work wait, and how many are under way.
     [[nodiscard]] std::size_t waiting() const;

@@ -36,7 +36,8 @@ public:
         for (std::size_t i = 0; i < counts.size(); ++i) {
             below += counts[i];
             const std::string bound = i < Histogram::bounds.size() ? toText(Histogram::bounds[i]) : "+Inf";
-            series(labels + ",le=\"" + bound + "\"", below, "_bucket");
+            std::string bucket = labels;
+            series(bucket.append(",le=\"").append(bound).append("\""), below, "_bucket");
         }
         series(labels, histogram.seconds(), "_sum");
         series(labels, below, "_count");

@@ -63,6 +63,7 @@ void addFileSettings(const std::string& path, const std::vector<std::string_view
         const auto found = std::find(options.begin(), options.end(), option);
         if (found == options.end()) {
             std::vector<std::string_view> names;
+            names.reserve(options.size());
             for (const std::string_view known : options) names.push_back(inFile(known));
             throw UsageError(placeText(file, key.source().begin) + "there is no setting '" + std::string(name) + "'" +
                              suggestion(name, names));

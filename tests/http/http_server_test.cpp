@@ -77,7 +77,7 @@ private:
 };
 
 class HTTPServers : public ::testing::Test {
-protected:
+public:
     explicit HTTPServers(const HTTPLimits& limits = {}) : server(service, limits) {
         server.listen("127.0.0.1", 0);
         thread_ = std::thread([this] { server.run(); });
@@ -87,6 +87,7 @@ protected:
         thread_.join();
     }
 
+protected:
     [[nodiscard]] ClientConnection connection() const { return ClientConnection(server.port()); }
     [[nodiscard]] ClientAnswer ask(const std::string& request, bool isHead = false) const {
         ClientConnection client = connection();

@@ -43,7 +43,8 @@ private:
         Font font;
 
         operator TextKey() const { return {text, font}; }  // NOLINT(google-explicit-constructor): it is one
-        friend bool operator==(const KeptKey& a, const TextKey& b) { return TextKey(a) == b; }
+        bool operator==(const KeptKey&) const = default;
+        bool operator==(const TextKey& other) const { return TextKey(*this) == other; }
     };
 
     LRUCache<KeptKey, std::shared_ptr<const ShapedText>, TextKey::Hash> kept_;
