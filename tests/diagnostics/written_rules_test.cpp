@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tavrin/diagnostics/written_document.h"
+#include "tavrin/engine/registries.h"
 #include "tests/diagnostics/diagnosed.h"
 
 namespace tavrin {
@@ -470,6 +471,24 @@ TEST(Words, ThatAreRefusedAreMended) {
          R"({"type": "spacer", "modifiers": [{"type": "padding", "length": 1, "edges": ["top"]}]})"},
     };
     for (const Row& row : rows) judge(row);
+}
+
+TEST(Words, ThatAreNeverAcceptedAreNotSuggested) {
+    const ModifierRegistry& known = registerMonifierType();
+    int count = 0;
+    for (const ModifierType reserved : enumerators<ModifierType>) {
+        if (known[indexOf(reserved)]) continue;
+        ++count;
+        const std::string word(rawValue(reserved));
+        const std::string close = word.substr(0, word.size() - 1);
+        for (const Diagnostic& found :
+             diagnose(documentOf(R"({"type": "spacer", "modifiers": [{"type": ")" + close + R"("}]})"), {},
+                      quietOptions())) {
+            EXPECT_EQ(found.message.find(word), std::string::npos) << found.message;
+            EXPECT_TRUE(found.fix.empty()) << found.message;
+        }
+    }
+    EXPECT_EQ(count, 3) << "reserved for later versions";
 }
 
 }  // namespace
