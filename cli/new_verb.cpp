@@ -48,6 +48,7 @@ fs::path stemOfNew(const std::string& name) {
         throw UsageError("a widget has a name, such as widgets/habits, not '" + name + "'");
     if (last == "model" || last.ends_with(".model"))
         throw UsageError("a widget is not called '" + last + "', which would make it a model");
+    if (last.ends_with(".schema")) throw UsageError("a widget is not called '" + last + "', as schemas are");
     return path;
 }
 

@@ -177,10 +177,9 @@ private:
 
     void accept(Acceptor& acceptor) {
         acceptor.async_accept(context_, [this, &acceptor](boost::system::error_code error, tcp::socket socket) {
+            if (!error) begin(std::move(socket));  // also one that was let in just before the end
             if (!acceptor.is_open()) return;
-            if (error) return acceptLater(acceptor);
-            accept(acceptor);
-            begin(std::move(socket));
+            error ? acceptLater(acceptor) : accept(acceptor);
         });
     }
 
@@ -194,8 +193,8 @@ private:
     /// Where there is no room for another connection even in the process, asking again at once would not help.
     void acceptLater(Acceptor& acceptor) {
         closeOldestIdle();
-        pause_.expires_after(pauseAfterFailure);
-        pause_.async_wait([this, &acceptor](boost::system::error_code) {
+        auto pause = std::make_shared<asio::steady_timer>(context_, pauseAfterFailure);
+        pause->async_wait([this, &acceptor, pause](boost::system::error_code) {
             if (acceptor.is_open()) accept(acceptor);
         });
     }

@@ -86,7 +86,7 @@ void HTTPSession::waitForRequest(std::chrono::seconds time) {
 
 void HTTPSession::readHead() {
     parser_.emplace();
-    parser_->body_limit(host_.limits().body);
+    parser_->body_limit(boost::none);  // until it is known what is asked for
     parser_->header_limit(static_cast<std::uint32_t>(host_.limits().head));
     isHead_ = false;
     goesOn_ = true;
@@ -143,6 +143,7 @@ void HTTPSession::takeHead(std::size_t size) {
     if (!host_.takeShare(length))
         return refuse(HTTPFault{http_status::unavailable, "too much is being sent at once; try again in a moment"});
     share_ = length;
+    parser_->body_limit(host_.limits().body);
     welcomeBody();
 }
 
@@ -209,8 +210,10 @@ void HTTPSession::watch() {
 void HTTPSession::askWhetherOneWaits() {
     hasEnded_ = true;
     if (parser_->get().version() < 11) return;  // one may not be asked
-    beast::error_code error;
-    stream_.socket().write_some(boost::asio::buffer(interim), error);
+    // This thread waits for nobody; a part of an answer would not be one.
+    const ssize_t count =
+        ::send(stream_.socket().native_handle(), interim.data(), interim.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (count >= 0 && static_cast<std::size_t>(count) < interim.size()) return close();
     isWatching_ = true;
     pause_.expires_after(resetPatience);
     pause_.async_wait([self = shared_from_this()](beast::error_code) {

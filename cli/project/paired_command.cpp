@@ -10,6 +10,7 @@
 #include "cli/several_options.h"
 #include "tavrin/doors/option_reader.h"
 #include "tavrin/doors/option_values.h"
+#include "tavrin/doors/option_words.h"
 #include "tavrin/doors/words.h"
 
 namespace tavrin::cli {
@@ -93,7 +94,9 @@ PairedCommand paired(const Command& command, const WidgetFiles& files, const Wid
     filling.fill("--time-zone", settings.timeZone);
     filling.fill("--appearance", settings.appearance, {"--appearances"});
     filling.fill("--background", settings.background);
-    if (files.pictures && command.verb != Verb::fetch) filling.fill("--image-cache-dir", files.pictures->string());
+    const std::string* const fetch = command.find("--fetch");
+    const bool isFetched = command.verb == Verb::fetch || (fetch && *fetch != fetchWords[indexOf(FetchPolicy::none)]);
+    if (files.pictures && !isFetched) filling.fill("--image-cache-dir", files.pictures->string());
     fillModels(filling, paired, files, settings, drawsSeveral);
     return paired;
 }

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "cli/input.h"
 #include "cli/io_error.h"
@@ -25,6 +27,11 @@ bool isFile(const fs::path& path) {
 bool isFolder(const fs::path& path) {
     std::error_code error;
     return fs::is_directory(path, error);
+}
+
+bool isThere(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(path, error);
 }
 
 bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
@@ -70,6 +77,47 @@ bool mayBeDocument(const fs::path& file) {
     }
 }
 
+/// A document in a folder that has no files of its own with an ending, and so takes those that are shared.
+std::optional<fs::path> documentThatShares(const fs::path& folder, const std::string& ending) {
+    for (const fs::path& other : jsonFilesIn(folder))
+        if (!isCalledModel(other) && !isThere(withEnding(other, ending)) && mayBeDocument(other)) return other;
+    return std::nullopt;
+}
+
+/// Which documents files are models of. Remembers what it found, since there are many models in a folder.
+class Owners {
+public:
+    [[nodiscard]] std::optional<fs::path> of(const fs::path& file) {
+        if (!isCalledModel(file) || !isFile(file)) return std::nullopt;
+        const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+        const std::string name = file.filename().string();
+        const std::string place = folder.filename().string();
+        if (name.ends_with(ownModel)) return own(folder, name.substr(0, name.size() - ownModel.size()));
+        if (place.ends_with(ownModels))
+            return own(folder.parent_path(), place.substr(0, place.size() - ownModels.size()));
+        return name == sharedModel ? sharing(folder, sharedModel) : sharing(folder / "..", sharedModels);
+    }
+
+private:
+    static constexpr std::string_view ownModel = ".model.json";
+    static constexpr std::string_view ownModels = ".models";
+    static constexpr const char* sharedModel = "model.json";
+    static constexpr const char* sharedModels = "models";
+
+    static std::optional<fs::path> own(const fs::path& folder, const std::string& name) {
+        const fs::path document = folder / (name + ".json");
+        return isFile(document) ? std::optional(document) : std::nullopt;
+    }
+    std::optional<fs::path> sharing(const fs::path& folder, const std::string& ending) {
+        const fs::path real = folder.lexically_normal();
+        const auto [known, isNew] = sharing_.try_emplace({real, ending});
+        if (isNew) known->second = documentThatShares(real.empty() ? fs::path(".") : real, ending);
+        return known->second;
+    }
+
+    std::map<std::pair<fs::path, std::string>, std::optional<fs::path>> sharing_;
+};
+
 }  // namespace
 
 WidgetFiles pairedWith(const fs::path& document) {
@@ -107,7 +155,12 @@ std::vector<fs::path> documentsIn(const fs::path& folder) {
     if (error) throw IOError("cannot read the folder '" + folder.string() + "'", error.value(), folder);
     constexpr std::size_t mostLookedAt = 10 * mostDocuments;
     std::vector<fs::path> documents = filesBelow(folder, {".json"}, mostLookedAt);
-    std::erase_if(documents, [](const fs::path& file) { return !mayBeDocument(file); });
+    if (documents.size() >= mostLookedAt)
+        throw IOError("there are " + std::to_string(mostLookedAt) + " JSON files or more in '" + folder.string() +
+                          "'; give a folder of fewer",
+                      folder);
+    Owners owners;
+    std::erase_if(documents, [&](const fs::path& file) { return owners.of(file) || !mayBeDocument(file); });
     if (documents.size() > mostDocuments)
         throw IOError("there are more than " + std::to_string(mostDocuments) + " documents in '" + folder.string() +
                           "'; give a folder of fewer",
@@ -122,20 +175,7 @@ bool isCalledModel(const fs::path& file) {
     return name == "model.json" || name.ends_with(".model.json") || folder == "models" || folder.ends_with(".models");
 }
 
-std::optional<fs::path> documentOfModel(const fs::path& file) {
-    if (!isCalledModel(file) || !isFile(file)) return std::nullopt;
-    constexpr std::string_view ending = ".model.json";
-    const std::string name = file.filename().string();
-    if (name.ends_with(ending)) {
-        const fs::path own = file.parent_path() / (name.substr(0, name.size() - ending.size()) + ".json");
-        return isFile(own) ? std::optional(own) : std::nullopt;
-    }
-    if (name != "model.json" || looksLikeDocument(readFound(file.string()))) return std::nullopt;
-    for (const fs::path& other : jsonFilesIn(file.has_parent_path() ? file.parent_path() : "."))
-        if (!isCalledModel(other) && mayBeDocument(other) && pairedWith(other).model->filename() == file.filename())
-            return other;
-    return std::nullopt;
-}
+std::optional<fs::path> documentOfModel(const fs::path& file) { return Owners().of(file); }
 
 bool looksLikeDocument(std::string_view text) { return text.find("\"nodes\"") != std::string_view::npos; }
 

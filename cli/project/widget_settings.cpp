@@ -165,10 +165,15 @@ private:
         const toml::table* const table = value.as_table();
         if (!table)
             fail("models takes a table of families and files, not " + std::string(kindOf(value)), value.source().begin);
+        constexpr std::string_view modelsFile = "the name of a model's file";
         for (const auto& [family, file] : *table) {
             if (!widgetFamily(family.str()))
                 failUnknown(family.str(), "there is no widget family '", family.source().begin, widgetFamilyNames);
-            settings_.models[std::string(family.str())] = textOf(family.str(), file, "the name of a model's file");
+            std::string name = textOf(family.str(), file, modelsFile);
+            if (name.empty() || name == "-")
+                fail(std::string(family.str()) + " takes " + std::string(modelsFile) + ", not '" + name + "'",
+                     file.source().begin);
+            settings_.models[std::string(family.str())] = std::move(name);
         }
     }
 

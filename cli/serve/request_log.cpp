@@ -2,12 +2,14 @@
 #include "cli/serve/request_log.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <cmath>
+#include <unistd.h>
 #include <utility>
 
 #include <poll.h>
 
-#include "cli/file_descriptor.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tavrin/platform/foundation/threads/blocked_signals.h"
 
@@ -20,13 +22,6 @@ bool isTraceparent(const std::string& text) {
     return !text.empty() && text.size() <= longest && std::ranges::all_of(text, [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '-';
     });
-}
-
-/// Whether someone takes what is written within a while.
-bool canBeWritten(int descriptor) {
-    constexpr int patience = 1000;
-    pollfd asked{.fd = descriptor, .events = POLLOUT, .revents = 0};
-    return ::poll(&asked, 1, patience) > 0;
 }
 
 }  // namespace
@@ -72,16 +67,34 @@ void RequestLog::write(const HTTPRecord& record) {
     news_.notify_one();
 }
 
+/// Never waits in the middle of writing, so that the end need not wait for a reader that has stopped: what a pipe takes
+/// at once is written at once.
+bool RequestLog::writeInPieces(std::string_view text) {
+    constexpr int slice = 100;  // milliseconds
+    constexpr int patience = 10;
+    int waited = 0;  // slices since the end began
+    while (!text.empty()) {
+        pollfd asked{.fd = descriptor_, .events = POLLOUT, .revents = 0};
+        if (::poll(&asked, 1, slice) <= 0) {
+            if (isEnding_ && ++waited > patience) return false;
+            continue;
+        }
+        waited = 0;
+        const ssize_t count = ::write(descriptor_, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
+        if (count < 0 && errno != EINTR && errno != EAGAIN) return false;
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    return true;
+}
+
 void RequestLog::run() {
     std::unique_lock lock(mutex_);
     for (;;) {
         news_.wait(lock, [this] { return isEnding_ || !unwritten_.empty(); });
         if (unwritten_.empty()) return;
         const std::string text = std::exchange(unwritten_, {});
-        const bool isLast = isEnding_;
         lock.unlock();
-        // The end does not wait for a reader that has stopped.
-        const bool isWritten = (!isLast || canBeWritten(descriptor_)) && writeAll(descriptor_, text);
+        const bool isWritten = writeInPieces(text);
         lock.lock();
         isBroken_ = !isWritten;
         if (isBroken_) unwritten_.clear();

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "cli/http/http_message.h"
@@ -31,6 +33,7 @@ public:
     void write(const HTTPRecord& record);
 
 private:
+    [[nodiscard]] bool writeInPieces(std::string_view text);
     void run();
 
     const int descriptor_;
@@ -38,7 +41,7 @@ private:
     std::condition_variable news_;
     std::string unwritten_;
     std::uint64_t dropped_ = 0;
-    bool isEnding_ = false;
+    std::atomic<bool> isEnding_ = false;
     bool isBroken_ = false;
     std::thread thread_;
 };

@@ -94,7 +94,7 @@ std::shared_ptr<const Document> decoded(const ServedRequest& request, const Rend
     const auto begin = Clock::now();
     auto document = std::make_shared<const Document>(request.document, budget);
     metrics.took(Stage::decode, secondsFrom(begin));
-    documents.keep(request.digest, document, request.document.size());
+    documents.keep(request.digest, std::make_shared<const Document>(document->withoutTime()), request.document.size());
     return document;
 }
 

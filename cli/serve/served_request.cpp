@@ -95,8 +95,8 @@ void append(std::string& said, std::string_view text) {
     said.append(std::to_string(text.size())).append(":").append(text);
 }
 
-/// What lies beside a widget, where the server itself has not said otherwise.
-void readBeside(OptionReader& reader, const FolderWidget& widget, const std::set<OptionName>& said) {
+/// What lies beside a widget, where the server itself has not said otherwise. A size stands instead of a family.
+void readBeside(OptionReader& reader, const FolderWidget& widget, const std::set<OptionName>& said, bool hasSize) {
     const auto read = [&](OptionName option, const std::optional<std::string>& value) {
         if (value && !said.contains(option)) reader.read(option, *value);
     };
@@ -104,7 +104,7 @@ void readBeside(OptionReader& reader, const FolderWidget& widget, const std::set
         return values.empty() ? std::nullopt : std::optional(values.front());
     };
     const WidgetSettings& settings = widget.settings;
-    if (!said.contains(OptionName::size)) {
+    if (!hasSize && !said.contains(OptionName::size)) {
         read(OptionName::family, first(settings.families));
         read(OptionName::screen, first(settings.screens));
     }
@@ -141,10 +141,12 @@ ServedRequest readWidgetQuery(std::string_view query, PictureFormat format, cons
     ServedRequest request{.document = widget.document->text, .digest = widget.document->digest};
     append(request.said, name(format));
     append(request.said, widget.settingsDigest);
-    append(request.said, widget.files.document.string());  // beside which its pictures are
+    append(request.said, widget.files.document.string());
+    append(request.said, widget.picturesStamp);
     OptionReader reader(Spelling::camel, OptionReader::Types::texts, serve.drawing);
-    readBeside(reader, widget, serve.said);
-    for (const auto& [name, value] : queryMembers(query)) {
+    const std::map<std::string, std::string> members = queryMembers(query);
+    readBeside(reader, widget, serve.said, members.contains(spelled(OptionName::size, Spelling::camel)));
+    for (const auto& [name, value] : members) {
         if (name == "s" || name == "expires") continue;  // which were judged by now, where that is wanted
         if (name == "model") {
             request.model = modelIn(value);

@@ -42,6 +42,21 @@ bool isName(const std::string& name) {
            std::ranges::none_of(name, [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; });
 }
 
+/// Opens a file of a folder, or one in folders of it, where nothing on the way is a link.
+FileDescriptor openWithoutLinks(const FileDescriptor& folder, const std::filesystem::path& file) {
+    FileDescriptor opened(::openat(folder.number(), ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    for (auto part = file.begin(); opened.isOpen() && part != file.end(); ++part) {
+        if (*part == ".." || part->is_absolute()) {
+            errno = EXDEV;
+            return FileDescriptor(-1);
+        }
+        const bool isLast = std::next(part) == file.end();
+        const int flags = isLast ? readingFlags : O_PATH | O_DIRECTORY | O_CLOEXEC;
+        opened = FileDescriptor(::openat(opened.number(), part->c_str(), flags | O_NOFOLLOW));
+    }
+    return opened;
+}
+
 /// Opens a file of a folder; a link that leads out of it is not followed.
 FileDescriptor openBeneath(const FileDescriptor& folder, const std::string& file) {
     open_how how{};
@@ -50,7 +65,7 @@ FileDescriptor openBeneath(const FileDescriptor& folder, const std::string& file
     const long opened = ::syscall(SYS_openat2, folder.number(), file.c_str(), &how, sizeof how);
     if (opened >= 0 || (errno != ENOSYS && errno != EPERM)) return FileDescriptor(static_cast<int>(opened));
     // Where the kernel or a sandbox has no such call, no link is followed at all.
-    return FileDescriptor(::openat(folder.number(), file.c_str(), readingFlags | O_NOFOLLOW));
+    return openWithoutLinks(folder, file);
 }
 
 bool isSame(const struct stat& a, const struct stat& b) {
@@ -59,6 +74,14 @@ bool isSame(const struct stat& a, const struct stat& b) {
     };
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size && areSame(a.st_mtim, b.st_mtim) &&
            areSame(a.st_ctim, b.st_ctim);
+}
+
+/// Files that are put in, taken out or replaced by others give a folder another one.
+std::string stampOf(const std::filesystem::path& folder) {
+    struct stat status {};
+    if (::stat(folder.c_str(), &status) != 0) return {};
+    return std::to_string(status.st_ino) + "." + std::to_string(status.st_mtim.tv_sec) + "." +
+           std::to_string(status.st_mtim.tv_nsec);
 }
 
 std::string readWhole(const FileDescriptor& file, const std::string& name, std::size_t size) {
@@ -92,6 +115,7 @@ FolderWidget WidgetFolder::find(const std::string& name) {
         !std::filesystem::exists(folder_ / file, ignored) && std::filesystem::exists(folder_ / own, ignored))
         file = own;
     FolderWidget widget{.document = read(file), .files = pairedWith(folder_ / file)};
+    if (widget.files.pictures) widget.picturesStamp = stampOf(*widget.files.pictures);
     if (!widget.files.settings) return widget;
     const FolderTextPtr settings = read(widget.files.settings->lexically_relative(folder_));
     widget.settings = readSettings({widget.files.settings->filename().string(), settings->text});
@@ -101,8 +125,15 @@ FolderWidget WidgetFolder::find(const std::string& name) {
 
 FolderTextPtr WidgetFolder::model(const FolderWidget& widget, std::string_view family) {
     const auto own = widget.settings.models.find(std::string(family));
-    if (own != widget.settings.models.end() && widget.files.settings)
-        return read((widget.files.settings->parent_path() / own->second).lexically_relative(folder_));
+    if (own != widget.settings.models.end() && widget.files.settings) {
+        try {
+            return read((widget.files.settings->parent_path() / own->second).lexically_relative(folder_));
+        } catch (const RequestFault& fault) {
+            if (fault.status != http_status::notFound) throw;
+            throw RequestFault(http_status::unprocessable, widget.files.settings->filename().string() +
+                                                               ": there is no model '" + printable(own->second) + "'");
+        }
+    }
     return widget.files.model ? read(widget.files.model->lexically_relative(folder_)) : nullptr;
 }
 

@@ -28,6 +28,8 @@ struct FolderWidget {
     WidgetFiles files = {};
     WidgetSettings settings = {};
     std::string settingsDigest = {};  ///< empty where there are none
+    /// Which tells its folder of pictures from one in which other files are; empty where there is none.
+    std::string picturesStamp = {};
 };
 
 /// The widgets of a folder, by their names: NAME is NAME.json, or NAME/document.json, with what is paired with it. A

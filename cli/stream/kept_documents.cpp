@@ -7,7 +7,7 @@ namespace tavrin::cli {
 
 ReadDocument::ReadDocument(Source source, const RenderBudget& budget) : source_(std::move(source)) {
     try {
-        document_.emplace(source_.text, budget);
+        document_.emplace(Document(source_.text, budget).withoutTime());
     } catch (...) {
         error_ = std::current_exception();
     }

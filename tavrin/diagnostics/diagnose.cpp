@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/diagnostics/diagnose.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "tavrin/diagnostics/drawn_rules.h"
 #include "tavrin/diagnostics/further_errors.h"
 #include "tavrin/diagnostics/load_failure.h"
@@ -77,11 +80,13 @@ private:
     /// Finds what decoding would end at next, and so on.
     void goOnAfter(std::exception_ptr failure) {
         constexpr int mostErrors = 100;
-        if (!written_) return;
-        FurtherErrors further(document_);
+        constexpr std::size_t mostBytes = std::size_t{64} << 20;  // that are decoded for them
+        if (!written_ || findings_.all().back().code == info(Rule::refused).code) return;
+        const auto most = std::min<std::size_t>(mostErrors, mostBytes / std::max<std::size_t>(document_.size(), 1));
         try {
             look([&] {
-                for (int count = 0; failure && count < mostErrors && !findings_.isFull(); ++count) {
+                FurtherErrors further(document_);
+                for (std::size_t count = 0; failure && count < most && !findings_.isFull(); ++count) {
                     const FurtherErrors::Verdict verdict = takenOut(further, failure);
                     if (verdict == FurtherErrors::Verdict::astray) return;
                     if (verdict == FurtherErrors::Verdict::real && count > 0) {

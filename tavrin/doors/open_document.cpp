@@ -43,7 +43,7 @@ KeptPictures& keptByThisThread() {
 
 OpenDocument::OpenDocument(std::string text, const RenderBudget& budget)
     : state_(described(text, std::nullopt, [&] {
-          Document document(text, budget);
+          Document document = Document(text, budget).withoutTime();
           // The same text opened again goes by the same name. Two that share one only help each other less.
           std::string name = std::to_string(std::hash<std::string>()(text));
           return std::make_shared<const State>(State{std::move(text), std::move(name), std::move(document)});

@@ -77,6 +77,12 @@ Document::Document(std::string_view json, const RenderBudget& budget, const Cost
           return PreparedDocument(json);
       }()) {}
 
+Document Document::withoutTime() const {
+    Document same = *this;
+    same.cost_.seconds = 0;
+    return same;
+}
+
 BoundDocument Document::bind(std::optional<std::string_view> model, const WidgetOptions& options) const {
     BoundDocument bound(prepared_);
     bound.date_ = options.date.value_or(Date::now());

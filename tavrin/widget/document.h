@@ -77,6 +77,9 @@ public:
     /// one that costs too much. What it costs counts for all that is made of it, and so does what was `spent` before.
     explicit Document(std::string_view json, const RenderBudget& budget = {}, const Cost& spent = {});
 
+    /// The same, of which the time that decoding took does not count: for one that is kept from call to call.
+    [[nodiscard]] Document withoutTime() const;
+
     /// Binds it to a model. Throws what `TavrinEngine::loadView` does after decoding.
     [[nodiscard]] BoundDocument bind(std::optional<std::string_view> model, const WidgetOptions& options) const;
     /// Binds it and makes the widget that is to be drawn.

@@ -123,6 +123,29 @@ TEST(Pairing, AModelIsNoDocument) {
     EXPECT_EQ(place.run({"check", "d/model.json"}).status, 0) << "a document may be called so";
 }
 
+TEST(Pairing, AModelIsKnownByItsNameWhateverItHolds) {
+    const Workplace place;
+    const char* const model = R"({"a": "x", "nodes": 3})";
+    const std::vector<std::string> models{"a.model.json", "a.models/x.json", "b/model.json", "c/models/x.json"};
+    for (const char* const document : {"a.json", "b/d.json", "c/document.json"}) place.write(document, greeting);
+    for (const std::string& name : models) place.write(name, model);
+    const Finished finished = place.run({"check", "."});
+    EXPECT_EQ(finished.status, 0) << finished.err;
+    for (const std::string& name : models)
+        EXPECT_THAT(place.run({"check", name}).err, HasSubstr("' is the model of '")) << name;
+}
+
+TEST(Pairing, PicturesAreFetchedWhereThatIsAsked) {
+    const Workplace place;
+    const char* const document =
+        R"({"version": "1.0", "nodes": {"main": {"type": "webImage", "url": "http://127.0.0.1:9/none.png"}}})";
+    place.write("a.json", document);
+    place.write("pictures/none", "");
+    EXPECT_THAT(place.run({"check", "a.json"}).err, HasSubstr("from the file"));
+    EXPECT_THAT(place.run({"check", "a.json", "--fetch", "none"}).err, HasSubstr("from the file"));
+    EXPECT_THAT(place.run({"check", "a.json", "--fetch", "all"}).err, Not(HasSubstr("from the file")));
+}
+
 TEST(Pairing, SettingsHoldWhereOptionsSayNothing) {
     const Workplace place;
     place.write("w.json", hello);
@@ -222,6 +245,8 @@ TEST(Pairing, SettingsAtFaultSayWhere) {
         {"a background", "background = \"blue\"", "1:14", "#FF9500"},
         {"models of no family", "[models]\nsystemSmal = \"a.json\"", "2:1", "did you mean 'systemSmall'?"},
         {"a model that is no name", "[models]\nsystemSmall = 1", "2:15", "the name of a model's file"},
+        {"a model from standard input", "[models]\nsystemSmall = \"-\"", "2:15", "the name of a model's file, not '-'"},
+        {"a model without a name", "[models]\nsystemSmall = \"\"", "2:15", "the name of a model's file, not ''"},
         {"behind other letters", "# é\nappearance = \"é\" # é", "2:14", "light"},
         {"no UTF-8", "# \xFF", "1:1", "UTF-8"},
         {"too long", std::string(70'000, '\n'), "1:1", "64 KiB"},

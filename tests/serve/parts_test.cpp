@@ -77,6 +77,17 @@ TEST(RequestLog, WritesALineOfJSON) {
     EXPECT_EQ(JSON::parse(logLine({.status = 200, .traceparent = "\" forged"})).find("traceparent"), nullptr);
 }
 
+TEST(RequestLogThreads, EndThoughNobodyReads) {
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    const FileDescriptor reading(ends[0]);
+    const FileDescriptor writing(ends[1]);
+    RequestLog log(writing.number());
+    const HTTPRecord record{.method = "GET", .path = "/" + std::string(1000, 'a'), .status = 200};
+    for (int i = 0; i < 200; ++i) log.write(record);             // more than a pipe takes
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // by now it cannot go on
+}
+
 TEST(RequestLogThreads, WaitForNoReader) {
     int ends[2];
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);

@@ -312,6 +312,10 @@ TEST(PictureService, PairsDocumentsWithWhatLiesBesideThem) {
     EXPECT_EQ(drawn("other", "&appearance=light"), drawn("greeting", small)) << "what is asked for wins";
     EXPECT_EQ(drawn("other", "&appearance=light&family=systemMedium"), greeting("shared"));
 
+    EXPECT_EQ(drawn("other", "&size=338x158&appearance=light"),
+              drawn("greeting", "&size=338x158&model=" + base64url(R"({"a":"shared"})")))
+        << "a size stands instead of the families";
+
     std::filesystem::create_directory(running.folder / "inside");
     running.write("inside/document.json", RunningService::greetingText);
     running.write("inside/model.json", R"({"a":"inside"})");
@@ -319,6 +323,8 @@ TEST(PictureService, PairsDocumentsWithWhatLiesBesideThem) {
 
     for (const char* const name : {"model", "greeting.model", "other.widget", "inside/document"})
         EXPECT_EQ(running.get("/v1/widgets/" + std::string(name) + ".png").status, 404) << name;
+    running.write("other.widget.toml", "[models]\nsystemMedium = \"gone.json\"\n");
+    EXPECT_EQ(running.get("/v1/widgets/other.png").status, 422) << "its settings name what is not there";
     running.write("other.widget.toml", "familes = 1\n");
     const ClientAnswer wrong = running.get("/v1/widgets/other.png");
     EXPECT_EQ(wrong.status, 422);

@@ -78,7 +78,7 @@ ArrowColumn::ArrowColumn(nb::handle array) {
     if (schema->dictionary != nullptr) {
         indices_ = values_;
         values_ = read(*schema->dictionary, *array_->dictionary);
-        if (values_.kind == Kind::pair) values_.kind = Kind::other;
+        if (values_.kind == Kind::pair || schema->dictionary->dictionary != nullptr) values_.kind = Kind::other;
     } else if (values_.kind == Kind::pair) {
         sides_ = read(*schema->children[0], *array_->children[0]);
         if (sides_.kind != Kind::number || schema->children[0]->dictionary != nullptr) values_.kind = Kind::other;

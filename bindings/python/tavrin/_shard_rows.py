@@ -70,7 +70,12 @@ def samples(rows: Iterable[Row], batches: Iterable[pyarrow.RecordBatch], known: 
             error = members.get("error")
             data = picture.as_py()
             yield Sample(row.name, None if data is None else _suffix(data), data, _json(members),
-                         None if error is None else error["type"])
+                         None if error is None else _type_of(error))
+
+
+def _type_of(error: Any) -> str:
+    """What is counted of an error, which may be of whoever drew the rows."""
+    return str(error["type"]) if isinstance(error, dict) and error.get("type") else "error"
 
 
 def _file_name(column: str, key: Any, number: int) -> str:

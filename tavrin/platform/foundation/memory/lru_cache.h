@@ -51,7 +51,12 @@ public:
         if (const auto known = index_.find(key); known != index_.end()) drop(*known, dropped);
         if (cost > maximumCost_) return dropped;
         entries_.push_front({std::move(key), std::move(value), cost});
-        index_.insert(entries_.begin());
+        try {
+            index_.insert(entries_.begin());
+        } catch (...) {
+            entries_.pop_front();
+            throw;
+        }
         cost_ += cost;
         evict(dropped);
         return dropped;
