@@ -86,7 +86,7 @@ void HTTPSession::waitForRequest(std::chrono::seconds time) {
 
 void HTTPSession::readHead() {
     parser_.emplace();
-    parser_->body_limit(boost::none);  // until it is known what is asked for
+    parser_->body_limit(host_.limits().body);
     parser_->header_limit(static_cast<std::uint32_t>(host_.limits().head));
     isHead_ = false;
     goesOn_ = true;
@@ -143,7 +143,6 @@ void HTTPSession::takeHead(std::size_t size) {
     if (!host_.takeShare(length))
         return refuse(HTTPFault{http_status::unavailable, "too much is being sent at once; try again in a moment"});
     share_ = length;
-    parser_->body_limit(host_.limits().body);
     welcomeBody();
 }
 
