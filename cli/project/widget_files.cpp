@@ -80,7 +80,8 @@ bool mayBeDocument(const fs::path& file) {
 /// A document in a folder that has no files of its own with an ending, and so takes those that are shared.
 std::optional<fs::path> documentThatShares(const fs::path& folder, const std::string& ending) {
     for (const fs::path& other : jsonFilesIn(folder))
-        if (!isCalledModel(other) && !isThere(withEnding(other, ending)) && mayBeDocument(other)) return other;
+        if (!isCalledModel(other) && !isThere(withEnding(other, ending)) && mayBeDocument(other))
+            return other.lexically_normal();
     return std::nullopt;
 }
 
@@ -89,7 +90,7 @@ class Owners {
 public:
     [[nodiscard]] std::optional<fs::path> of(const fs::path& file) {
         if (!isCalledModel(file) || !isFile(file)) return std::nullopt;
-        const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+        const fs::path folder = file.parent_path();
         const std::string name = file.filename().string();
         const std::string place = folder.filename().string();
         if (name.ends_with(ownModel)) return own(folder, name.substr(0, name.size() - ownModel.size()));
