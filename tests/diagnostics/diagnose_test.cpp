@@ -99,7 +99,7 @@ TEST(Diagnose, GoesOnAfterErrorsWithinBounds) {
     const std::string document = documentOf(R"({"type": "vstack", "children": [)" + children + "]}");
     EXPECT_EQ(diagnose(document, std::nullopt, quietOptions()).size(), 100U);
     DiagnoseOptions poor = quietOptions();
-    poor.budget.steps = 20'000;
+    poor.budget.steps = 60'000;
     const std::size_t found = diagnose(document, std::nullopt, poor).size();
     EXPECT_GT(found, 1U);
     EXPECT_LT(found, 100U);
