@@ -10,6 +10,7 @@
 #include <toml++/toml.h>
 
 #include "tavrin/doors/option_error.h"
+#include "tavrin/doors/option_reader.h"
 #include "tavrin/doors/option_values.h"
 #include "tavrin/doors/option_words.h"
 #include "tavrin/doors/words.h"
@@ -96,7 +97,7 @@ private:
     void judgeRooms(const toml::table& table) {
         std::vector<Size> screens;
         forEach(table, "screens", [&](const std::string& word) { screens.push_back(readSize("screens", word)); });
-        if (screens.empty()) screens.push_back({390, 844});
+        if (screens.empty()) screens.push_back(DrawingOptions().screen);
         forEach(table, "families", [&](const std::string& word) {
             for (const Size screen : screens) static_cast<void>(readFamily("families", word, screen));
         });

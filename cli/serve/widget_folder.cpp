@@ -68,14 +68,6 @@ FileDescriptor openBeneath(const FileDescriptor& folder, const std::string& file
     return openWithoutLinks(folder, file);
 }
 
-bool isSame(const struct stat& a, const struct stat& b) {
-    const auto areSame = [](const timespec& x, const timespec& y) {
-        return x.tv_sec == y.tv_sec && x.tv_nsec == y.tv_nsec;
-    };
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size && areSame(a.st_mtim, b.st_mtim) &&
-           areSame(a.st_ctim, b.st_ctim);
-}
-
 /// Files that are put in, taken out or replaced by others give a folder another one.
 std::string stampOf(const std::filesystem::path& folder) {
     struct stat status {};
@@ -147,7 +139,7 @@ FolderTextPtr WidgetFolder::read(const std::filesystem::path& path) {
     struct stat before {};
     if (::fstat(opened.number(), &before) != 0) failUnread(file, errno);
     if (!S_ISREG(before.st_mode)) failNoWidget(file);
-    if (auto kept = findKept(file, before)) return kept;
+    if (auto kept = findKept(file, FileStamp(before))) return kept;
     if (before.st_size > static_cast<off_t>(maximumBytes))
         throw RequestFault(http_status::unprocessable, "'" + printable(file) + "' is larger than 8 MiB");
     std::string text = readWhole(opened, file, static_cast<std::size_t>(before.st_size));
@@ -155,14 +147,15 @@ FolderTextPtr WidgetFolder::read(const std::filesystem::path& path) {
     auto read = std::make_shared<const FolderText>(FolderText{std::move(text), std::move(digest)});
     struct stat after {};
     // One that is written meanwhile is read again next time.
-    if (::fstat(opened.number(), &after) == 0 && isSame(before, after)) keep(file, {after, read});
+    if (::fstat(opened.number(), &after) == 0 && FileStamp(before) == FileStamp(after))
+        keep(file, {FileStamp(after), read});
     return read;
 }
 
-FolderTextPtr WidgetFolder::findKept(const std::string& file, const struct stat& status) {
+FolderTextPtr WidgetFolder::findKept(const std::string& file, const FileStamp& stamp) {
     const std::lock_guard lock(mutex_);
     const Kept* const known = kept_.find(file);
-    return known && isSame(known->status, status) ? known->text : nullptr;
+    return known && known->stamp == stamp ? known->text : nullptr;
 }
 
 void WidgetFolder::keep(const std::string& file, Kept kept) {

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 
+#include "cli/file_stamp.h"
 #include "cli/project/widget_files.h"
 #include "cli/project/widget_settings.h"
 #include "tavrin/platform/foundation/memory/lru_cache.h"
@@ -55,12 +55,12 @@ public:
 
 private:
     struct Kept {
-        struct stat status = {};
+        FileStamp stamp = {};
         FolderTextPtr text;
     };
 
     [[nodiscard]] FolderTextPtr read(const std::filesystem::path& file);
-    [[nodiscard]] FolderTextPtr findKept(const std::string& file, const struct stat& status);
+    [[nodiscard]] FolderTextPtr findKept(const std::string& file, const FileStamp& stamp);
     void keep(const std::string& file, Kept kept);
 
     static constexpr std::size_t mostKeptBytes = std::size_t{64} << 20;

@@ -18,15 +18,15 @@ const Document& ReadDocument::decoded() const {
     return *document_;
 }
 
-std::optional<KeptDocuments::Stamp> KeptDocuments::stampOf(const std::string& path) {
+std::optional<FileStamp> KeptDocuments::stampOf(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;  // a pipe is read anew
-    return Stamp{status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+    return FileStamp(status);
 }
 
 std::shared_ptr<const ReadDocument> KeptDocuments::find(const std::string& path) {
     // Before the file is read: one that is changed meanwhile is read again next time.
-    const std::optional<Stamp> stamp = stampOf(path);
+    const std::optional<FileStamp> stamp = stampOf(path);
     if (stamp) {
         const std::lock_guard lock(mutex_);
         const Kept* const kept = kept_.find(path);

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <sys/stat.h>
 
+#include "cli/file_stamp.h"
 #include "cli/input.h"
 #include "tavrin/platform/foundation/memory/lru_cache.h"
 #include "tavrin/widget/document.h"
@@ -46,24 +46,12 @@ public:
     [[nodiscard]] std::shared_ptr<const ReadDocument> find(const std::string& path);
 
 private:
-    /// What tells that a file has not been changed.
-    struct Stamp {
-        dev_t device = 0;
-        ino_t file = 0;
-        off_t size = 0;
-        timespec changed = {};
-
-        friend bool operator==(const Stamp& a, const Stamp& b) {
-            return a.device == b.device && a.file == b.file && a.size == b.size &&
-                   a.changed.tv_sec == b.changed.tv_sec && a.changed.tv_nsec == b.changed.tv_nsec;
-        }
-    };
     struct Kept {
-        Stamp stamp;
+        FileStamp stamp;
         std::shared_ptr<const ReadDocument> document;
     };
 
-    [[nodiscard]] static std::optional<Stamp> stampOf(const std::string& path);
+    [[nodiscard]] static std::optional<FileStamp> stampOf(const std::string& path);
 
     RenderBudget budget_;
     std::mutex mutex_;

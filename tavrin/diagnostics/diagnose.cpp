@@ -79,10 +79,10 @@ private:
 
     /// Finds what decoding would end at next, and so on.
     void goOnAfter(std::exception_ptr failure) {
-        constexpr int mostErrors = 100;
+        constexpr std::size_t mostErrors = 100;
         constexpr std::size_t mostBytes = std::size_t{64} << 20;  // that are decoded for them
         if (!written_ || findings_.all().back().code == info(Rule::refused).code) return;
-        const auto most = std::min<std::size_t>(mostErrors, mostBytes / std::max<std::size_t>(document_.size(), 1));
+        const auto most = std::min(mostErrors, mostBytes / std::max<std::size_t>(document_.size(), 1));
         try {
             look([&] {
                 FurtherErrors further(document_);
