@@ -34,8 +34,8 @@ const greeting = (content = "{{initServerParam.a}}") => ({
 });
 
 /** Opens the preview, lets a test work on it, and makes sure that the page had nothing to complain about. */
-async function on(document, work, options) {
-    const { page, complaints, close } = await visit(browser, server.address, document, options);
+async function on(document, work, viewport = { width: 1000, height: 600 }) {
+    const { page, complaints, close } = await visit(browser, server.address, document, { viewport });
     await work(page);
     assert.deepEqual(
         complaints.filter((each) => !/status of 40[039]/.test(each)),
@@ -90,7 +90,7 @@ test("offers templates where there is nothing, and begins with one", () =>
             assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-label")), "Document");
             assert.equal(await page.locator(".problem").count(), 0);
         },
-        { viewport: { width: 390, height: 800 } },
+        { width: 390, height: 800 },
     ));
 
 test("begins another widget from the header, and overwrites nothing", async () => {
@@ -221,13 +221,10 @@ test("holds what the settings say, until something else is chosen", async () => 
         await redrawn(page, () => page.selectOption("#file", "w.json"));
         assert.deepEqual(await held(page), inSettings);
         await redrawn(page, () => page.check("input[value=light]", { force: true }));
-        await redrawn(page, () =>
-            write(
-                "w.widget.toml",
-                settings.replace("22", "23").replace("dark", "light").replace("430", "428").replace("932", "926"),
-            ),
-        );
-        assert.deepEqual(await held(page), { ...inSettings, screen: "428x926", appearance: "light" });
+        const others = `screens = ["428x926"]\ndate = 2026-11-21T16:30:00Z\ntime-zone = "GMT-3:30"\n`;
+        await redrawn(page, () => write("w.widget.toml", others));
+        const inOthers = { screen: "428x926", clock: "2026-11-21T13:00", zone: "GMT-0330", appearance: "both" };
+        assert.deepEqual(await held(page), inOthers, "other settings hold at once");
     });
 });
 
