@@ -131,6 +131,7 @@ async function start(): Promise<void> {
         if (settings.holdsMoment) timeBar.stop();
         timeBar.show();
         looks.show();
+        stage.opening();
     });
     const sources = new Sources(state, editors, settings, new SaveDialog(), changed);
     const looks = new LookControls(state, settings, () => stage.update());

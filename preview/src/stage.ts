@@ -39,6 +39,7 @@ export class Stage {
     private zoom = 0;
     /** The screen and the appearances that the tiles are for. */
     private built = "";
+    private isOpening = false;
     private selectedInFlight = false;
     /** Whether the selected picture is on its way to the screen; the others must not hold it up. */
     private selectedIsPainted = true;
@@ -70,12 +71,25 @@ export class Stage {
         });
         this.parent.replaceChildren(...columns);
         for (const tile of this.tiles) this.listen(tile);
-        const like = (tile: Tile) => tile.family.name === before?.family.name;
-        const same = this.tiles.find((tile) => like(tile) && tile.appearance === before?.appearance);
-        this.mark(same ?? this.tiles.find(like) ?? this.tiles[0] ?? null);
+        this.mark(this.choice(before));
         this.built = this.wanted;
         this.zoom = 0;
         this.resize();
+    }
+
+    /** The tile to select: like the one before, but of a family that a document is meant for when it is opened. */
+    private choice(before: Tile | null): Tile | null {
+        const like = before ?? this.tiles[0];
+        const stays = like && (!this.isOpening || isMeant(this.state, like.family.name));
+        const family = stays ? like.family.name : this.state.meant[0];
+        const tiles = this.tiles.filter((tile) => tile.family.name === family);
+        this.isOpening = false;
+        return tiles.find(({ appearance }) => appearance === before?.appearance) ?? tiles[0] ?? this.tiles[0] ?? null;
+    }
+
+    /** With the next update another document is shown. */
+    opening(): void {
+        this.isOpening = true;
     }
 
     private get wanted(): string {
@@ -84,8 +98,9 @@ export class Stage {
 
     /** Something has changed, be it the screen or the appearances. */
     update(): void {
-        if (this.wanted !== this.built) this.build();
-        else this.invalidate();
+        if (this.wanted !== this.built) return this.build();
+        if (this.isOpening) this.mark(this.choice(this.selected));
+        this.invalidate();
     }
 
     /** Something that is drawn has changed. */

@@ -221,10 +221,11 @@ test("holds what the settings say, until something else is chosen", async () => 
         await redrawn(page, () => page.selectOption("#file", "w.json"));
         assert.deepEqual(await held(page), inSettings);
         await redrawn(page, () => page.check("input[value=light]", { force: true }));
-        const others = `screens = ["428x926"]\ndate = 2026-11-21T16:30:00Z\ntime-zone = "GMT-3:30"\n`;
+        const others = `families = ["accessoryCircular"]\nscreens = ["428x926"]\ndate = 2026-11-21T16:30:00Z\ntime-zone = "GMT-3:30"\n`;
         await redrawn(page, () => write("w.widget.toml", others));
         const inOthers = { screen: "428x926", clock: "2026-11-21T13:00", zone: "GMT-0330", appearance: "both" };
         assert.deepEqual(await held(page), inOthers, "other settings hold at once");
+        assert.equal(await page.getAttribute(selected, "data-family"), "accessoryCircular", "which it is meant for");
     });
 });
 
