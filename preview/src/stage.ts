@@ -98,9 +98,14 @@ export class Stage {
 
     /** Something has changed, be it the screen or the appearances. */
     update(): void {
-        if (this.wanted !== this.built) return this.build();
-        if (this.isOpening) this.mark(this.choice(this.selected));
-        this.invalidate();
+        const before = this.selected?.family.name;
+        if (this.wanted !== this.built) {
+            this.build();
+        } else {
+            if (this.isOpening) this.mark(this.choice(this.selected));
+            this.invalidate();
+        }
+        if (this.selected?.family.name !== before) this.selected?.figure.scrollIntoView({ block: "nearest" });
     }
 
     /** Something that is drawn has changed. */

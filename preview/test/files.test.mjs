@@ -22,7 +22,7 @@ const textOf = (content) => (typeof content === "string" ? content : JSON.string
 
 /** A test in a folder of its own: shows it, works on the page, and makes sure that this had nothing to complain about. */
 const on =
-    (files, document, work, viewport = { width: 1000, height: 600 }) =>
+    (files, document, work, viewport = { width: 1000, height: 460 }) =>
     async () => {
         const { folder: path, remove } = await emptyFolder();
         const folder = {
@@ -32,15 +32,18 @@ const on =
         };
         for (const [name, content] of Object.entries(files)) await folder.write(name, content);
         const server = await serve(path);
-        const { page, complaints, close } = await visit(browser, server.address, document, { viewport });
-        await work(page, folder);
-        assert.deepEqual(
-            complaints.filter((each) => !/status of 40[039]/.test(each)),
-            [],
-        );
-        await close();
-        assert.equal(await server.stop(), 0, "the program ends cleanly");
-        await remove();
+        try {
+            const { page, complaints, close } = await visit(browser, server.address, document, { viewport });
+            await work(page, folder);
+            assert.deepEqual(
+                complaints.filter((each) => !/status of 40[039]/.test(each)),
+                [],
+            );
+            await close();
+        } finally {
+            assert.equal(await server.stop(), 0, "the program ends cleanly");
+            await remove();
+        }
     };
 
 const fault = (form, page) => page.locator(`${form} .fault`);
