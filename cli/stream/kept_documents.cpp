@@ -21,7 +21,8 @@ const Document& ReadDocument::decoded() const {
 std::optional<FileStamp> KeptDocuments::stampOf(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;  // a pipe is read anew
-    return FileStamp(status);
+    const FileStamp stamp(status);
+    return stamp.isSettled() ? std::optional(stamp) : std::nullopt;
 }
 
 std::shared_ptr<const ReadDocument> KeptDocuments::find(const std::string& path) {
