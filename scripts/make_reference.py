@@ -156,7 +156,7 @@ def families(program):
 def index(schema, folders, sizes):
     command = " ".join(["tavrin render documents/text.json -o text.png", *OPTIONS, *LOOKS["light"]])
     return (f"# Reference\n\n{GENERATED}"
-            "Each page has the keys of one node or modifier, a document and its picture, drawn by\n\n"
+            "Each page has the keys of one node or modifier, and documents with their pictures, drawn by\n\n"
             f"    {command}\n\n"
             "Where a key takes a text, a number, a boolean or words, it takes an expression such as\n"
             "`{{initServerParam.title}}` as well, and numbers and booleans also as strings. What does not convert is\n"
