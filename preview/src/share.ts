@@ -19,7 +19,7 @@ function base64(bytes: Uint8Array): string {
 function figure(tile: Tile): string {
     if (!tile.picture || !tile.isMeant) return "";
     const { name, width, height } = tile.family;
-    return `<figure class="${tile.appearance}"><img alt="${name}, ${tile.appearance}" width="${width}" height="${height}"
+    return `<figure class="${tile.appearance} ${tile.kind}"><img alt="${name}, ${tile.appearance}" width="${width}" height="${height}"
 src="data:image/png;base64,${base64(tile.picture)}"><figcaption>${name}, ${tile.appearance}</figcaption></figure>`;
 }
 
@@ -44,6 +44,7 @@ figure.light { background: #e3e8ef; } figure.light figcaption { color: #4f5661; 
 figure.dark { background: #262b36; } figure.dark figcaption { color: #9aa1ad; }
 img { display: block; border-radius: 21px; box-shadow: 0 8px 24px rgb(20 28 45 / .16);
   margin: 0 auto .6rem; max-width: 100%; height: auto; }
+.circle img { border-radius: 50%; } .rectangle img { border-radius: 12px; } .inline img { border-radius: 8px; }
 details.text > summary { cursor: pointer; font-weight: 600; margin-top: 1rem; }
 pre { overflow: auto; padding: 1rem; border-radius: 10px; background: light-dark(#fff, #1f2229);
   font: 13px/1.5 ui-monospace, monospace; }

@@ -4,6 +4,7 @@
 import type { Appearance, Drawn, Family } from "./api";
 import { element } from "./dom";
 
+/** The shapes of lock screen widgets, as classes. */
 const kinds: Record<string, string> = {
     accessoryCircular: "circle",
     accessoryRectangular: "rectangle",
@@ -30,7 +31,7 @@ export class Tile {
         this.canvas = element("canvas");
         this.highlight = element("div", { class: "highlight", hidden: true });
         this.time = element("span", { class: "time" });
-        this.frame = element("div", { class: `widget ${kinds[family.name] ?? "system"}` }, this.canvas, this.highlight);
+        this.frame = element("div", { class: `widget ${this.kind}` }, this.canvas, this.highlight);
         this.figure = element(
             "figure",
             {
@@ -57,6 +58,10 @@ export class Tile {
         const told = isMeant ? "" : "By its settings the widget is not meant for this family";
         this.figure.title = model ? `By its settings drawn with ${model}` : told;
         this.figure.dataset["model"] = model;
+    }
+
+    get kind(): string {
+        return kinds[this.family.name] ?? "system";
     }
 
     get rounded(): boolean {

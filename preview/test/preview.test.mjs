@@ -364,6 +364,20 @@ test("shares one file that stands alone", () =>
         assert.ok(!text.includes(new URL(server.address).pathname.slice(1, -1)), "it does not tell the secret");
     }));
 
+test("shares lock screen widgets in their shapes", () =>
+    on("walk/document.json", async (page) => {
+        const [download] = await Promise.all([page.waitForEvent("download"), page.click("#share")]);
+        const shared = await page.context().newPage();
+        await shared.setContent(await readFile(await download.path(), "utf8"));
+        for (const looked of [page, shared]) {
+            const radii = await looked.$$eval("#stage .tile:not(.not-meant) .widget, .pictures img", (all) =>
+                all.map((shown) => getComputedStyle(shown).borderRadius),
+            );
+            assert.deepEqual([...new Set(radii)], ["50%"]);
+        }
+        await shared.close();
+    }));
+
 test("needs no wide screen, and moves nothing for those who ask for that", () =>
     on(
         "agenda/document.json",
