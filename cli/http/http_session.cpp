@@ -129,12 +129,12 @@ void HTTPSession::takeHead(std::size_t size) {
     begin_ = Clock::now();
     request_ = requestOf(message);
     if (host_.isDraining()) return refuse(HTTPFault{http_status::unavailable, "the server is ending"});
+    if (parser_->content_length().value_or(0) > host_.limits().body) return refuse(tooLargeFault());
     if (auto refused = host_.service().refusal(request_)) {
         // Behind a body that is not read no one knows where the next request begins.
         if (!parser_->is_done()) goesOn_ = false;
         return sendAnswer(*std::move(refused));
     }
-    if (parser_->content_length().value_or(0) > host_.limits().body) return refuse(tooLargeFault());
     welcomeBody();
 }
 
