@@ -25,15 +25,6 @@ std::string shownText(const Finished& finished) {
     return JSON::parse(finished.out).find("text")->description();
 }
 
-struct PlacedFile {
-    const char* name;
-    const char* text;
-};
-
-void writeAll(const Workplace& place, const std::vector<PlacedFile>& files) {
-    for (const PlacedFile& file : files) place.write(file.name, file.text);
-}
-
 TEST(Pairing, AModelHasTheDocumentsNameOrIsShared) {
     const char* const own = R"({"a": "own"})";
     const char* const shared = R"({"a": "shared"})";
@@ -67,7 +58,7 @@ TEST(Pairing, AModelHasTheDocumentsNameOrIsShared) {
         SCOPED_TRACE(row.why);
         const Workplace place;
         place.write("w.json", greeting);
-        writeAll(place, row.files);
+        place.write(row.files);
         EXPECT_EQ(shownText(place.run(joined({"tree"}, row.words))), row.expected);
     }
 }

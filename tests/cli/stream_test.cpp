@@ -25,16 +25,6 @@ std::vector<std::string> streamWords(const std::vector<std::string>& more = {}) 
     return joined({"render", "--jsonl", "--date", "2026-03-01T09:41:00Z", "--scale", "1"}, more);
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = text.find('\n', begin);
-        lines.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
-}
-
 /// The answer to one line, without what surrounds it.
 std::string answerTo(const Workplace& place, const std::string& line, int status = 0,
                      const std::vector<std::string>& more = {}) {
