@@ -133,12 +133,9 @@ std::vector<CheckedLook> checkedLooks(const PairedCommand& paired) {
         const auto found = std::ranges::find(looks, model, &CheckedLook::model);
         return found == looks.end() ? looks.emplace_back(CheckedLook{model, {}, appearances}) : *found;
     };
-    for (const Matrix::Model& model : readModels(paired))
-        for (const WidgetRoom& room : rooms) {
-            const auto own = paired.modelsByFamily.find(familyIn(room));
-            const bool isOwn = model.name.empty() && own != paired.modelsByFamily.end();
-            lookWith(isOwn ? own->second : model.path).rooms.push_back(room);
-        }
+    for (const auto& modelByRoom : readModels(paired, rooms))
+        for (std::size_t at = 0; at < rooms.size(); ++at)
+            if (modelByRoom[at]) lookWith(modelByRoom[at]->path).rooms.push_back(rooms[at]);
     return looks;
 }
 

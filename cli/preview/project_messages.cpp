@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/io_error.h"
 #include "cli/preview/folder_error.h"
 #include "cli/project/widget_files.h"
 #include "cli/project/widget_settings.h"
@@ -33,18 +34,21 @@ void writeScreen(JSONWriter& writer, Size screen) {
 
 /// The model, the families and what is wrong with the settings that belong to a document.
 void writePairs(JSONWriter& writer, const ProjectFolder& folder, const ProjectFile& file) {
-    const WidgetFiles files = pairedWith(folder.root() / file.path);
+    WidgetFiles files;
     const auto pathOf = [&](const std::filesystem::path& path) {
         return path.lexically_relative(folder.root()).generic_string();
     };
     WidgetSettings settings;
     std::string fault;
     try {
+        files = pairedWith(folder.root() / file.path);
         if (files.settings)
             settings = readSettings({pathOf(*files.settings), folder.read(pathOf(*files.settings)).text});
     } catch (const SettingsError& error) {
         fault = error.source.name + ":" + std::to_string(error.place.line) + ": " + error.what();
     } catch (const FolderError& error) {
+        fault = error.what();
+    } catch (const IOError& error) {
         fault = error.what();
     }
     writer.key("model").value(files.model ? std::optional(pathOf(*files.model)) : std::nullopt);

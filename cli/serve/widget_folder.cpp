@@ -106,7 +106,13 @@ FolderWidget WidgetFolder::find(const std::string& name) {
     if (const auto own = std::filesystem::path(name) / "document.json";
         !std::filesystem::exists(folder_ / file, ignored) && std::filesystem::exists(folder_ / own, ignored))
         file = own;
-    FolderWidget widget{.document = read(file), .files = pairedWith(folder_ / file)};
+    FolderWidget widget{.document = read(file)};
+    try {
+        widget.files = pairedWith(folder_ / file);
+    } catch (const IOError&) {  // which names the folder of the server's machine
+        throw RequestFault(http_status::unprocessable,
+                           "the models of '" + printable(name) + "' cannot be listed, or are too many");
+    }
     if (widget.files.pictures) widget.picturesStamp = stampOf(*widget.files.pictures);
     if (!widget.files.settings) return widget;
     const FolderTextPtr settings = read(widget.files.settings->lexically_relative(folder_));

@@ -196,6 +196,51 @@ TEST(Pairing, ChecksAndSnapshotsLookAtAllThatAWidgetIsMeantFor) {
                             "w.json", "w.model.json", "w.models/none.json", "w.widget.toml"));
 }
 
+TEST(Pairing, NamesStayTheSameWhenAModelIsAdded) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("w.models/b.json", R"({"a": "b"})");
+    const std::vector<std::string> words{"snapshot", "w.json", "--dir", "s", "--scale", "1"};
+    EXPECT_EQ(place.run(words).out, "1 snapshot: 1 new\n");
+    EXPECT_TRUE(place.has("s/w/systemMedium-light@1x-b.png"));
+    place.write("w.models/a.json", R"({"a": "a"})");
+    EXPECT_EQ(place.run(words).out, "2 snapshots: 1 the same, 1 new\n");
+    place.write("w.model.json", R"({"a": "own"})");
+    EXPECT_EQ(place.run(words).out, "3 snapshots: 2 the same, 1 new\n");
+    EXPECT_TRUE(place.has("s/w/systemMedium-light@1x.png")) << "a model of its own needs no name";
+}
+
+TEST(Pairing, AFamilysOwnModelStandsBesideThoseOfAFolder) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("s.json", R"({"a": "s"})");
+    place.write("w.models/b.json", R"({"a": "b"})");
+    place.write("w.widget.toml", "families = [\"systemSmall\", \"systemLarge\"]\nmodels = {systemSmall = \"s.json\"}");
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "s", "--scale", "1"}).out, "3 snapshots: 3 new\n");
+    for (const char* name : {"systemSmall-light@1x", "systemSmall-light@1x-b", "systemLarge-light@1x-b"})
+        EXPECT_TRUE(place.has("s/w/" + std::string(name) + ".png")) << name;
+    EXPECT_EQ(place.run({"check", "w.json"}).status, 0);
+}
+
+TEST(Pairing, AFolderOfModelsIsBounded) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    for (int i = 0; i <= 2000; ++i) place.write("w.models/" + std::to_string(i) + ".json", R"({"a": "x"})");
+    const std::string message = "there are more than 2000 models in 'w.models'; keep fewer in one folder";
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"check", "w.json"},
+                                                  {"tree", "w.json"},
+                                                  {"snapshot", "w.json", "--dir", "s"},
+                                                  {"render", "w.json"},
+                                                  {"render", "w.json", "--models", "w.models", "-o", "out"}}) {
+        SCOPED_TRACE(words.front());
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_THAT(finished.err, HasSubstr(message));
+    }
+    std::filesystem::remove(place.path("w.models/0.json"));
+    EXPECT_EQ(place.run({"tree", "w.json"}).status, 0);
+}
+
 TEST(Pairing, AWidgetWithoutItsModelSaysSoOnce) {
     const Workplace place;
     place.write("w.json", greeting);
