@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -32,6 +33,8 @@ struct DocumentInput {
     std::optional<std::string> model = std::nullopt;
     WidgetOptions widget = {};
     /// `WidgetOptions::imageCacheDir` as it is written; for `fetch` where pictures go, and nowhere else then.
+    /// Why it cannot be worked on, where what lies beside it is at fault; null where nothing is.
+    std::exception_ptr fault = nullptr;
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
 };
 
@@ -43,6 +46,9 @@ struct DocumentArguments {
     /// Whether a picture that cannot be had is an error.
     bool failsOnMissing = false;
 };
+    /// Whether a model that cannot be read ends the run, since it is the command's own or there is one document only;
+    /// else it fails its document.
+    bool modelsEndRun = true;
 
 struct RenderArguments : DocumentArguments {
     Destination destination = {};

@@ -241,6 +241,49 @@ TEST(Pairing, AFolderOfModelsIsBounded) {
     EXPECT_EQ(place.run({"tree", "w.json"}).status, 0);
 }
 
+TEST(Pairing, WhatIsWrongBesideOneWidgetLeavesTheOthers) {
+    const struct {
+        const char* why;
+        std::vector<PlacedFile> files;
+        const char* message;
+    } rows[] = {
+        {"settings", {{"b.widget.toml", "\nfamilys = []"}}, "b.widget.toml:2:1: error: settings have no 'familys'"},
+        {"a model", {{"b.widget.toml", "models = {systemMedium = \"gone.json\"}"}}, "error: cannot read 'gone.json'"},
+    };
+    const struct {
+        std::vector<std::string> words;
+        const char* made;
+        const char* out;
+    } verbs[] = {
+        {{"render", "a.json", "b.json", "c.json", "--scale", "1"}, "c.png", ""},
+        {{"render", "a.json", "b.json", "c.json", "-o", "m", "--families", "systemMedium,systemSmall"},
+         "m/c/systemSmall-light@3x.png",
+         ""},
+        {{"snapshot", "a.json", "b.json", "c.json", "--dir", "s", "--strict"},
+         "s/b/systemMedium-light@3x.png",
+         "3 snapshots: 2 the same, 1 failed\n"},
+        {{"check", "a.json", "b.json", "c.json"}, "a.json", ""},
+    };
+    for (const auto& row : rows)
+        for (const auto& verb : verbs) {
+            SCOPED_TRACE(std::string(row.why) + " for " + verb.words.front());
+            const Workplace place;
+            for (const char* name : {"a.json", "b.json"}) place.write(name, hello);
+            place.write("c.json", R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": " "}}})");
+            ASSERT_EQ(place.run({"snapshot", "a.json", "b.json", "c.json", "--dir", "s"}).status, 0);
+            place.write(row.files);
+            const Finished finished = place.run(verb.words);
+            EXPECT_EQ(finished.status, 1);
+            EXPECT_THAT(finished.err, HasSubstr(row.message));
+            EXPECT_EQ(finished.err.find("error: "), finished.err.rfind("error: ")) << finished.err;
+            EXPECT_EQ(finished.out, verb.out);
+            EXPECT_TRUE(place.has(verb.made));
+            const Finished alone = place.run({"render", "b.json", "--scale", "1"});
+            EXPECT_EQ(alone.status, 1);
+            EXPECT_THAT(alone.err, HasSubstr(row.message));
+        }
+}
+
 TEST(Pairing, AWidgetWithoutItsModelSaysSoOnce) {
     const Workplace place;
     place.write("w.json", greeting);
