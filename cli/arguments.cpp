@@ -188,8 +188,13 @@ StreamArguments readStreamArguments(const Command& command) {
         if (std::ranges::count(known, option) == 0)
             throw UsageError(std::string(option) + " does not go with --jsonl: each line says what it wants");
     StreamArguments arguments;
+    for (const Option& option : sharedOptions())
+        if (values.find(spelled(option.name, Spelling::kebab))) arguments.said.insert(option.name);
     arguments.usual.widget = readWidgetOptions(command);
     arguments.usual.widget.fetchPolicy = readFetchPolicy(command);
+    // What is to be fetched is not looked for beside a document.
+    if (values.find("--fetch") && arguments.usual.widget.fetchPolicy != FetchPolicy::none)
+        arguments.said.insert(OptionName::imageCacheDir);
     arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
     if (const std::string* screen = values.find("--screen")) arguments.usual.screen = readSize("--screen", *screen);
     arguments.usual.hashes = values.find("--hashes") != nullptr;
