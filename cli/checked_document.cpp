@@ -225,9 +225,10 @@ CheckedDiagnostic namingModels(const CheckedDiagnostic& found, const CheckedDocu
     CheckedDiagnostic named = found;
     if (found.role == TextRole::model || !isOfSomeModels(found, checked)) return named;
     for (std::size_t i = 0; i < found.models.size() && i < mostNamed; ++i)
-        named.message += (i == 0 ? ", with " : ", ") + found.models[i]->name;
+        named.message += (i == 0 ? " (with " : ", ") + found.models[i]->name;
     if (found.models.size() > mostNamed)
         named.message += " and " + std::to_string(found.models.size() - mostNamed) + " more";
+    if (!found.models.empty()) named.message += ")";
     return named;
 }
 

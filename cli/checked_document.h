@@ -52,7 +52,7 @@ struct CheckedDocument {
     return found.models.size() < checked.models.size();
 }
 
-/// The diagnostic as it is told where nothing else names the models: "…, with models/a.json".
+/// The diagnostic as it is told where nothing else names the models: "… (with models/a.json)".
 [[nodiscard]] CheckedDiagnostic namingModels(const CheckedDiagnostic& found, const CheckedDocument& checked);
 
 }  // namespace tavrin::cli

@@ -411,7 +411,7 @@ TEST_F(Check, ListsADocumentOnceWithAllItsModels) {
     EXPECT_THAT(found, ElementsAre("unknown-key", R"(unresolved-expression ["w.models/1.json","w.models/3.json"])"));
 
     const std::string text = place.run({"check", "w.json"}).err;
-    EXPECT_THAT(text, HasSubstr(", with w.models/1.json, w.models/3.json"));
+    EXPECT_THAT(text, HasSubstr(" (with w.models/1.json, w.models/3.json) [unresolved-expression]"));
     EXPECT_THAT(text, EndsWith("1 error, 1 warning in 1 document\n"));
 }
 
@@ -426,6 +426,35 @@ TEST_F(Check, FixesWhatIsFoundWithAnyModel) {
     EXPECT_EQ(place.read("w.json"), fixed);
     const JSON only = *JSON::parse(finished.out).find("documents")->find(0);
     EXPECT_EQ(std::get<JSONArray>(only.find("fixed")->object()).size(), 1U) << "once, though two models show it";
+}
+
+TEST_F(Check, FixesNothingThatDoesHarmWithAnotherModel) {
+    const auto document = [](const std::string& key) {
+        return R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.)" + key +
+               "}}\"}}}";
+    };
+    place.write("w.json", document("nmae"));
+    place.write("w.models/1.json", R"({"nmae": "x"})");
+    place.write("w.models/2.json", R"({"name": "x"})");
+    EXPECT_THAT(place.run({"check", "w.json", "--fix"}).err,
+                HasSubstr("did you mean \"name\"? (with w.models/2.json) [unresolved-expression]"));
+    EXPECT_EQ(place.read("w.json"), document("nmae"));
+    place.write("w.models/1.json", R"({"other": "x", "name": "x"})");
+    EXPECT_EQ(place.run({"check", "w.json", "--fix"}).status, 0);
+    EXPECT_EQ(place.read("w.json"), document("name"));
+}
+
+TEST_F(Check, MendsNothingWhileAModelCannotBeRead) {
+    place.write("w.json", ofModels);
+    place.write("v.json", hello);
+    place.write("w.model.json", R"({"a": "x", "b": "y"})");
+    place.write("w.widget.toml", R"(models = {systemSmall = "gone.json"}
+families = ["systemSmall", "systemMedium"])");
+    const Finished finished = place.run({"check", "w.json", "v.json", "--fix", "--format", "json"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(place.read("w.json"), ofModels);
+    EXPECT_THAT(finished.out, HasSubstr("unknown-key"));
+    EXPECT_THAT(finished.out, HasSubstr("\"error\": \"cannot read 'gone.json': No such file or directory\""));
 }
 
 TEST_F(Check, SaysWhatItCannotReadOrWrite) {
