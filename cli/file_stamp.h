@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <ctime>
 #include <sys/stat.h>
 
 namespace tavrin::cli {
@@ -15,6 +16,14 @@ public:
           size_(status.st_size),
           written_(status.st_mtim),
           changed_(status.st_ctim) {}
+
+    /// Whether any change from now on shows. Files are stamped with a clock of a few milliseconds' ticks: what is
+    /// changed twice within one looks as it did after the first time.
+    [[nodiscard]] bool isSettled() const {
+        timespec now{};
+        if (::clock_gettime(CLOCK_REALTIME_COARSE, &now) != 0) return false;
+        return changed_.tv_sec != now.tv_sec ? changed_.tv_sec < now.tv_sec : changed_.tv_nsec < now.tv_nsec;
+    }
 
     friend bool operator==(const FileStamp& a, const FileStamp& b) {
         const auto areSame = [](const timespec& x, const timespec& y) {

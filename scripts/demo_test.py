@@ -4,7 +4,7 @@
 import json
 import unittest
 
-from demo import TOP, families
+from demo import ACCESSORIES, TOP, families
 from gallery_page import highlighted, page, pretty
 
 HIGHLIGHTS = [
@@ -48,6 +48,12 @@ class Page(unittest.TestCase):
         self.assertEqual(text.count("</pre>"), 3)
         self.assertNotIn("<script", text)
         self.assertNotIn(ATTACK, text)
+
+    def test_gives_widgets_of_the_lock_screen_their_shapes(self):
+        for family in ACCESSORIES:
+            text = page([{**EXAMPLE, "pictures": [{**EXAMPLE["pictures"][0], "family": family}]}])
+            self.assertIn(f"\n.{family} {{ border-radius: ", text)
+            self.assertEqual(text.count(f' class="{family}" '), 2)
 
     def test_loads_nothing_from_elsewhere(self):
         self.assertNotRegex(page([{**EXAMPLE, "pictures": []}]), r"https?:|//|@import|url\(")

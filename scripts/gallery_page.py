@@ -47,7 +47,8 @@ def figure(example, picture, appearance):
     file, (width, height) = escape(picture[appearance]), picture["size"]
     alt = escape(f"{example['name']}, {picture['family']}, {appearance}")
     return (f'<figure><a href="{file}"><img src="{file}" srcset="{file} 3x" width="{width:g}" height="{height:g}" '
-            f'alt="{alt}" loading="lazy"></a><figcaption>{escape(picture["family"])}</figcaption></figure>')
+            f'alt="{alt}" class="{escape(picture["family"])}" loading="lazy"></a>'
+            f'<figcaption>{escape(picture["family"])}</figcaption></figure>')
 
 
 def stage(example, appearance):

@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: MIT
 """Writes docs/reference: make_reference.py PROGRAM [--check]
 
-A page for each node and modifier, made of what `tavrin schema` says and of the document in docs/reference/documents,
-which the program draws, and a table of the widget families' sizes. --check writes nothing and fails where pages or
-pictures are not what would be written.
+A page for each node and modifier, made of what `tavrin schema` says and of documents in docs/reference/documents, which
+the program draws: the one of that name on top, others below as examples.toml lists them. Each key must be in one of
+them, and change its picture. The first page has a table of the widget families' sizes. --check writes nothing and fails
+where pages or pictures are not what would be written.
 """
 import json
 import pathlib
@@ -14,40 +15,18 @@ import sys
 import tempfile
 
 from png_suite import reference as pixels
+from reference_examples import (
+    DOCUMENTS, LOOKS, OPTIONS, TABLE, definition, drawn, examples, keys_of, misnamed, parts, undrawn, unseen)
 
-TOP = pathlib.Path(__file__).resolve().parent.parent
-REFERENCE = TOP / "docs/reference"
-OPTIONS = ["--family", "systemSmall", "--scale", "2", "--rounded", "--background", "F2F2F7"]
-# What makes the pictures the same everywhere and at any time.
-SETTINGS = ["--date", "2026-03-01T09:41:00Z", "--time-zone", "UTC", "--compression", "small", "--offline"]
-PICTURES = ["--image-cache-dir", str(TOP / "examples/photo/pictures")]
-
+REFERENCE = DOCUMENTS.parent
 NAMES = {"text": "text", "number": "number", "boolean": "boolean", "string": "text", "integer": "whole number"}
 LINKS = {
     "node": "[node](README.md#nodes)",
     "modifier": "[modifier](README.md#modifiers)",
     "nodes.color": "[color](color.md)",
 }
-# Of nodes that do not lie in the middle of their room: a document and what its picture shows.
-ROOMS = {
-    "progressView": [
-        ("progressView-ring", "A ring takes all the room that it is given, and lies at its top leading corner, as large as "
-         "fits. So a text on top of\nit is in the middle only where the room is as wide as high: give the ring a `frame` "
-         "of equal sides."),
-        ("progressView-bar", "A bar takes all the room, too, and lies across the middle of its height. A `frame` with a "
-         "`height` leaves the rest to\nothers."),
-    ],
-    "timer": [
-        ("timer-room", "A timer is one line high and takes all the width that it is given; its digits begin at the leading "
-         "edge. A `frame` with\na `width` of what the digits need leaves the rest to others, and can be centred."),
-    ],
-}
 COLUMNS = 6  # of the index
 GENERATED = "<!-- Made by scripts/make_reference.py of the records' notes; change those. -->\n\n"
-
-
-def definition(reference):
-    return reference.removeprefix("#/$defs/")
 
 
 def words(values):
@@ -81,7 +60,7 @@ def takes(value):
     return plain(value) + ", no expression"
 
 
-def row(key, value, is_required):
+def row(key, value, is_required, link):
     text, _, absent = value["description"].partition(" Left out: ")
     if is_required:
         absent = "*required*"
@@ -89,40 +68,53 @@ def row(key, value, is_required):
         absent = f"`{json.dumps(value['default'])}`"
     else:
         absent = absent.removesuffix(".")
-    examples = "".join(f" `{json.dumps(example, ensure_ascii=False)}`" for example in value.get("examples", []))
-    return f"| `{key}` | {takes(value)} | {absent} | {text} |{examples} |\n"
+    samples = "".join(f" `{json.dumps(sample, ensure_ascii=False)}`" for sample in value.get("examples", []))
+    return f"| `{key}` | {takes(value)} | {absent} | {text} |{samples}{link} |\n"
 
 
-def table(record):
+def table(record, below=None):
+    """The keys of a record, some with a link to what shows them below."""
     keys = {key: value for key, value in record["properties"].items() if key not in ("type", "$schema")}
     if not keys:
         return "It has no keys besides `type`.\n"
     head = "| key | takes | when left out | meaning | such as |\n| --- | --- | --- | --- | --- |\n"
     required = record.get("required", [])
-    return head + "".join(row(key, value, key in required) for key, value in keys.items())
+    return head + "".join(row(key, value, key in required, (below or {}).get(key, "")) for key, value in keys.items())
 
 
-def parts(schema, record):
-    """The tables of records that stand in no page of their own."""
-    names = [definition(reference) for value in record["properties"].values()
-             for reference in [one.get("$ref", "") for one in value.get("anyOf", [])]]
-    return "".join(f"\n## {name}\n\n{schema['$defs'][name]['$comment']}\n\n{table(schema['$defs'][name])}"
-                   for name in names if name.startswith("progress"))
+def anchor(title):
+    """Where a heading is found."""
+    return re.sub(r"[^\w -]", "", title.lower()).replace(" ", "-")
 
 
-def rooms(tag):
-    """How a node lies in a room that is larger than what it shows."""
-    shown = "".join(f'{words}\n\n<img src="pictures/{name}.png" width="158" height="158" alt="The room of {tag}, '
-                    f'with a border">\n\n' for name, words in ROOMS.get(tag, []))
-    return f"\n## In its room\n\n{shown.rstrip()}\n" if shown else ""
+def links(schema, name, shown):
+    """Where a key of the record is shown once more, below."""
+    found = {}
+    for example in shown:
+        for key in example.keys:
+            if (name, key) in keys_of(schema, example):
+                found[key] = found.get(key, "") + f" [{example.title}](#{anchor(example.title)})"
+    return found
 
 
-def page(schema, folder, tag):
-    record = schema["$defs"][f"{folder}.{tag}"]
-    document = (REFERENCE / f"documents/{tag}.json").read_text(encoding="utf-8")
+def figure(example):
+    """The pictures of an example and, where keys are to be seen, its document."""
+    heading = f"## {example.title}\n\n{example.words}\n\n" if example.title else ""
+    alt = f"{example.name.partition('-')[0]}{': ' + example.title if example.title else ''}"
+    pictures = "\n".join(f'<img src="pictures/{picture}" width="158" height="158" alt="{alt}">'
+                         for picture in example.pictures)
+    document = f"\n```json\n{example.text}```\n" if example.keys or not example.title else ""
+    return f"{heading}{pictures}\n{document}"
+
+
+def page(schema, folder, tag, shown):
+    name = f"{folder}.{tag}"
+    record = schema["$defs"][name]
+    inner = "".join(f"\n## {part}\n\n{schema['$defs'][part]['$comment']}\n\n"
+                    f"{table(schema['$defs'][part], links(schema, part, shown))}" for part in parts(schema, name))
     return (f"# {tag}\n\n{GENERATED}{record['properties']['type']['description']}\n\n"
-            f'<img src="pictures/{tag}.png" width="158" height="158" alt="{tag}">\n\n'
-            f"```json\n{document}```\n\n## Keys\n\n{table(record)}{parts(schema, record)}{rooms(tag)}")
+            f"{figure(shown[0])}\n## Keys\n\n{table(record, links(schema, name, shown))}{inner}"
+            + "".join("\n" + figure(example) for example in shown[1:]))
 
 
 def gallery(tags):
@@ -162,9 +154,9 @@ def families(program):
 
 
 def index(schema, folders, sizes):
-    command = " ".join(["tavrin render documents/text.json -o text.png", *OPTIONS])
+    command = " ".join(["tavrin render documents/text.json -o text.png", *OPTIONS, *LOOKS["light"]])
     return (f"# Reference\n\n{GENERATED}"
-            "Each page has the keys of one node or modifier, a document and its picture, drawn by\n\n"
+            "Each page has the keys of one node or modifier, and documents with their pictures, drawn by\n\n"
             f"    {command}\n\n"
             "Where a key takes a text, a number, a boolean or words, it takes an expression such as\n"
             "`{{initServerParam.title}}` as well, and numbers and booleans also as strings. What does not convert is\n"
@@ -175,53 +167,55 @@ def index(schema, folders, sizes):
             ).rstrip("\n") + "\n"
 
 
-def drawn(program, folders, into):
-    """Draws every document, of which each must be clean, and gives the pictures by their file's name."""
-    tags = [tag for tags in folders.values() for tag in tags]
-    tags += [name for pictures in ROOMS.values() for name, _ in pictures]
-    documents = [str(REFERENCE / f"documents/{tag}.json") for tag in tags]
-    subprocess.run([program, "check", *documents, "--strict", "--size", "158x158", *PICTURES], check=True)
-    subprocess.run([program, "render", *documents, "-o", into, *OPTIONS, *SETTINGS, *PICTURES], check=True)
-    return {f"pictures/{tag}.png": (pathlib.Path(into) / f"{tag}.png").read_bytes() for tag in tags}
-
-
 def everything(program):
+    """All files, the documents that they are made of, and what is wrong with these."""
     schema = json.loads(subprocess.run([program, "schema"], check=True, capture_output=True).stdout)
     folders = {f"{kind}s": schema["$defs"][kind]["properties"]["type"]["enum"] for kind in ("node", "modifier")}
+    shown = examples([tag for tags in folders.values() for tag in tags])
     with tempfile.TemporaryDirectory() as folder:
-        files = drawn(program, folders, folder)
+        pictures = drawn(program, [example for listed in shown.values() for example in listed], folder)
+    files = {f"pictures/{name}": content for name, content in pictures.items()}
     files["README.md"] = index(schema, folders, families(program)).encode()
     for folder, tags in folders.items():
-        files.update({f"{tag}.md": page(schema, folder, tag).encode() for tag in tags})
-    return files
+        files.update({f"{tag}.md": page(schema, folder, tag, shown[tag]).encode() for tag in tags})
+    documents = {path.relative_to(REFERENCE).as_posix() for listed in shown.values() for path in
+                 [TABLE, *(example.path for example in listed)]}
+    wrong = [f"{TABLE.name}: {name} does not use `{key}`" for name, key in misnamed(schema, shown)]
+    wrong += [f"{tag}.md: none of its documents uses `{key}`" for tag, key in undrawn(schema, folders, shown)]
+    wrong += [f"{tag}.md: without `{key}` its pictures are the same" for tag, key in
+              unseen(program, schema, folders, shown)]
+    return files, documents, wrong
 
 
 def same(name, wanted, found):
     return wanted == found or (name.endswith(".png") and pixels(wanted) == pixels(found))
 
 
-def differences(files):
+def differences(files, documents):
     """What is missing, left over or not as it would be written."""
     there = {path.relative_to(REFERENCE).as_posix() for path in REFERENCE.rglob("*") if path.is_file()}
-    kept = {name for name in there if not name.startswith("documents/")}
-    pages = {f"documents/{pathlib.Path(name).stem}.json" for name in files if name.startswith("pictures/")}
     changed = {name for name, wanted in files.items()
-               if name in kept and not same(name, wanted, (REFERENCE / name).read_bytes())}
-    return sorted(changed | (kept ^ set(files)) | ((there - kept) ^ pages))
+               if name in there and not same(name, wanted, (REFERENCE / name).read_bytes())}
+    return sorted(changed | (there ^ (set(files) | documents)))
 
 
 def main():
     program = str(pathlib.Path(sys.argv[1]).resolve())
-    files = everything(program)
+    files, documents, wrong = everything(program)
+    if wrong:
+        print(f"docs/reference does not show each key; {TABLE.relative_to(REFERENCE)} lists what it shows:", *wrong,
+              sep="\n  ")
+    changed = []
     if "--check" in sys.argv[2:]:
-        changed = differences(files)
+        changed = differences(files, documents)
         if changed:
             print("docs/reference is not up to date; `make docs` writes it:", *changed, sep="\n  ")
-        sys.exit(1 if changed else 0)
-    for name, content in files.items():
-        path = REFERENCE / name
-        path.parent.mkdir(exist_ok=True)
-        path.write_bytes(content)
+    else:
+        for name, content in files.items():
+            path = REFERENCE / name
+            path.parent.mkdir(exist_ok=True)
+            path.write_bytes(content)
+    sys.exit(1 if wrong or changed else 0)
 
 
 if __name__ == "__main__":

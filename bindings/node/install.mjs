@@ -14,7 +14,7 @@ function run(command, ...words) {
   const { status, error } = spawnSync(command, words, { cwd: top, stdio: 'inherit' });
   if (status === 0) return;
   const hint = error?.code === 'ENOENT' ? `there is no ${command}; ` : '';
-  console.error(`tavrin: the addon is not built: ${hint}\`make setup\` in ${top} installs what is needed`);
+  console.error(`tavrin: the addon is not built: ${hint}\`make addon\` in ${top} installs what is needed`);
   process.exit(1);
 }
 
@@ -27,7 +27,8 @@ if (isInSources()) {
   const isConfigured = fs.existsSync(path.join(build, 'build.ninja')); // then it stays as it is
   const alone = ['--preset', 'release', '-D', 'TAVRIN_TESTS=OFF', '-D', 'TAVRIN_BENCH=OFF'];
   run('cmake', ...(isConfigured ? [build] : alone), '-D', 'TAVRIN_NODE_ADDON=ON');
-  run('cmake', '--build', '--preset', 'release', '--target', 'tavrin_node');
+  const builder = path.join(here, 'node_modules/.bin/cmake-js'); // with headers from npm, since "binary" names Node-API
+  run(builder, 'build', '--directory', here, '--out', build, '--target', 'tavrin_node');
 }
 const { addon } = await import('./lib/addon.js');
 if (isInSources()) {

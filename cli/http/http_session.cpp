@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <new>
 #include <string_view>
 #include <sys/socket.h>
@@ -26,6 +27,7 @@ namespace http = boost::beast::http;
 using boost::asio::ip::tcp;
 
 constexpr std::size_t firstPart = 4096;
+constexpr std::size_t partOfBody = 16384;
 constexpr std::chrono::milliseconds resetPatience{200};
 constexpr std::size_t maximumUnsent = 256;
 constexpr std::string_view interim = "HTTP/1.1 100 Continue\r\n\r\n";
@@ -37,7 +39,7 @@ std::string_view viewOf(const beast::flat_buffer& buffer) {
 }
 
 /// Without its body.
-HTTPRequest requestOf(const http::request<http::string_body>& message) {
+HTTPRequest requestOf(const http::request<http::buffer_body>& message) {
     HTTPRequest request;
     request.method = message.method() == http::verb::head ? "GET" : text(message.method_string());
     request.target = text(message.target());
@@ -54,18 +56,14 @@ HTTPRequest requestOf(const http::request<http::string_body>& message) {
     return request;
 }
 
-HTTPRecord recordOf(const http::request<http::string_body>& message) {
+HTTPRecord recordOf(const http::request<http::buffer_body>& message) {
     const std::string target = text(message.target());
     return {.method = text(message.method_string()),
             .path = target.substr(0, target.find('?')),
             .traceparent = text(message["traceparent"])};
 }
 
-/// Whether the other side can still be told, unlike when the connection itself failed or ended.
-bool isAboutMessage(beast::error_code error) {
-    return error.category() == beast::error_code(http::error::bad_method).category() &&
-           error != http::error::end_of_stream && error != http::error::partial_message;
-}
+HTTPFault tooLargeFault() { return {http_status::tooLarge, "the request's body is too large"}; }
 
 }  // namespace
 
@@ -86,7 +84,7 @@ void HTTPSession::waitForRequest(std::chrono::seconds time) {
 
 void HTTPSession::readHead() {
     parser_.emplace();
-    parser_->body_limit(host_.limits().body);
+    parser_->body_limit(std::numeric_limits<std::uint64_t>::max());  // bodies share their room, and are counted here
     parser_->header_limit(static_cast<std::uint32_t>(host_.limits().head));
     isHead_ = false;
     goesOn_ = true;
@@ -122,7 +120,7 @@ void HTTPSession::takeHead(std::size_t size) {
     if (const auto fault = headFault(head, host_.limits())) return refuse(*fault);
     beast::error_code error;
     const std::size_t taken = parser_->put(boost::asio::buffer(head.data(), head.size()), error);
-    if (error || !parser_->is_header_done()) return refuseBroken(error ? error : http::error::bad_value);
+    if (error || !parser_->is_header_done()) return refuseBroken();
     buffer_.consume(taken);
     const auto& message = parser_->get();
     goesOn_ = message.version() >= 11 && message.keep_alive();
@@ -136,13 +134,7 @@ void HTTPSession::takeHead(std::size_t size) {
         if (!parser_->is_done()) goesOn_ = false;
         return sendAnswer(*std::move(refused));
     }
-    // A body whose length is not declared may become as long as any.
-    const std::uint64_t length = parser_->is_done() ? 0 : parser_->content_length().value_or(host_.limits().body);
-    if (length > host_.limits().body)
-        return refuse(HTTPFault{http_status::tooLarge, "the request's body is too large"});
-    if (!host_.takeShare(length))
-        return refuse(HTTPFault{http_status::unavailable, "too much is being sent at once; try again in a moment"});
-    share_ = length;
+    if (parser_->content_length().value_or(0) > host_.limits().body) return refuse(tooLargeFault());
     welcomeBody();
 }
 
@@ -160,16 +152,38 @@ void HTTPSession::welcomeBody() {
 
 void HTTPSession::readBody() {
     stream_.expires_after(host_.limits().bodyTime);
-    http::async_read(stream_, buffer_, *parser_, [self = shared_from_this()](beast::error_code error, std::size_t) {
-        error ? self->refuseBroken(error) : self->take();
-    });
+    takeBody();
+}
+
+/// What has come of a body takes its share of the room, and no more: one that is only announced takes none.
+void HTTPSession::takeBody() {
+    while (!parser_->is_done() && buffer_.size() > 0) {
+        parser_->get().body() = {.data = part_.data(), .size = part_.size(), .more = true};
+        beast::error_code error;
+        const std::size_t taken = parser_->put(buffer_.data(), error);
+        buffer_.consume(taken);
+        const std::size_t count = part_.size() - parser_->get().body().size;
+        if (request_.body.size() + count > host_.limits().body) return refuse(tooLargeFault());
+        if (!host_.takeShare(count))
+            return refuse(HTTPFault{http_status::unavailable, "too much is being sent at once; try again in a moment"});
+        share_ += count;
+        request_.body.append(part_.data(), count);
+        if (error == http::error::need_more) break;
+        if (error && error != http::error::need_buffer) return refuseBroken();
+    }
+    if (parser_->is_done()) return take();
+    if (hasEnded_) return close();
+    if (buffer_.size() + partOfBody > buffer_.max_size()) return refuseBroken();  // an endless line before a chunk
+    stream_.async_read_some(buffer_.prepare(partOfBody),
+                            [self = shared_from_this()](beast::error_code error, std::size_t count) {
+                                if (error) return self->close();
+                                self->buffer_.commit(count);
+                                self->takeBody();
+                            });
 }
 
 void HTTPSession::take() {
     idleSince_ = std::nullopt;
-    request_.body = std::move(parser_->get().body());
-    host_.giveShareBack(share_ - request_.body.size());
-    share_ = request_.body.size();
     stream_.expires_never();  // a service takes the time it takes
     self_ = shared_from_this();
     // Sessions belong to this thread, the last reference too.
@@ -228,17 +242,14 @@ bool HTTPSession::wasReset() {
     return ::getsockopt(stream_.socket().native_handle(), SOL_SOCKET, SO_ERROR, &error, &size) != 0 || error != 0;
 }
 
-void HTTPSession::refuseBroken(boost::system::error_code error) {
-    if (!isAboutMessage(error)) return close();
-    refuse(error == http::error::body_limit ? HTTPFault{http_status::tooLarge, "the request's body is too large"}
-                                            : HTTPFault{http_status::badRequest, "this is no HTTP request"});
-}
+void HTTPSession::refuseBroken() { refuse(HTTPFault{http_status::badRequest, "this is no HTTP request"}); }
 
 void HTTPSession::refuse(const HTTPFault& fault) { refuse(host_.service().failure(fault.status, fault.message)); }
 
 /// The connection ends with that.
 void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
+    request_.body = {};
     giveShareBack();
     sendAnswer(std::move(response));
 }
@@ -316,7 +327,7 @@ void HTTPSession::endAnswer() {
 }
 
 void HTTPSession::skipToEnd() {
-    stream_.async_read_some(boost::asio::buffer(skipped_),
+    stream_.async_read_some(boost::asio::buffer(part_),
                             [self = shared_from_this()](beast::error_code error, std::size_t count) {
                                 self->skippedBytes_ += count;
                                 const bool isTooMuch = self->skippedBytes_ > self->host_.limits().dropped;
@@ -328,11 +339,11 @@ void HTTPSession::close() {
     idleSince_ = std::nullopt;
     const auto exchange = std::exchange(exchange_, nullptr);
     const auto self = std::exchange(self_, nullptr);
-    if (exchange) {
-        if (record_) record_->status = http_status::gone;
+    if (record_ && record_->status == 0 && !record_->method.empty()) {  // its head has come, but no answer went out
+        record_->status = http_status::gone;
         report(0);
-        exchange->leave();
     }
+    if (exchange) exchange->leave();
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_both, ignored);
     stream_.close();

@@ -75,7 +75,7 @@ public:
     [[nodiscard]] bool isBetweenRequests() const { return idleSince_ && !record_; }
 
 private:
-    using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+    using Parser = boost::beast::http::request_parser<boost::beast::http::buffer_body>;
 
     /// What is read and not understood yet: a head, or the line before a chunk. Bodies are taken out as they come.
     static constexpr std::size_t maximumBuffer = std::size_t{128} << 10;
@@ -89,6 +89,7 @@ private:
     void takeHead(std::size_t size);
     void welcomeBody();
     void readBody();
+    void takeBody();
     void take();
     void giveShareBack() { host_.giveShareBack(std::exchange(share_, 0)); }
     void watch();
@@ -97,7 +98,7 @@ private:
     void answer(HTTPResponse response);
     void sendAnswer(HTTPResponse response);
     void refuse(const HTTPFault& fault);
-    void refuseBroken(boost::system::error_code error);
+    void refuseBroken();
     void refuse(HTTPResponse response);
     void becomeEventStream(const HTTPResponse& response);
     void sendNext();
@@ -128,7 +129,7 @@ private:
     std::optional<Clock::time_point> idleSince_;
     std::deque<std::string> unsent_;
     std::size_t skippedBytes_ = 0;
-    std::array<char, 4096> skipped_{};
+    std::array<char, 4096> part_{};  // of a body, or of what is skipped
 };
 
 }  // namespace tavrin::cli

@@ -39,6 +39,10 @@ constexpr std::string_view head = R"(<!DOCTYPE html>
   .light { background: linear-gradient(160deg, #c9d6ea, #e9dfe8); }
   .dark { background: linear-gradient(160deg, #20283a, #372a3c); }
   img { display: block; filter: drop-shadow(0 1px 2px #0003) drop-shadow(0 8px 16px #0002); }
+  /* The shapes that a lock screen gives its widgets, as in the preview. */
+  .accessoryCircular { border-radius: 50%; }
+  .accessoryRectangular { border-radius: 12px; }
+  .accessoryInline { border-radius: 8px; }
   .error { box-sizing: border-box; padding: 12px; border-radius: 14px; overflow: auto; color: var(--bad);
            background: var(--badground); font: 12px/1.4 ui-monospace, monospace; white-space: pre-wrap;
            overflow-wrap: anywhere; min-width: 200px; max-width: 640px; }
@@ -86,9 +90,10 @@ std::string image(const Matrix& matrix, Pictures scales) {
     const WidgetRoom& room = matrix.rooms[densest->cell.room];
     const std::string what = markupText(room.name + ", " + std::string(appearanceWord(matrix, densest->cell)));
     return fmt::format(
-        "<a href=\"{0}\"><img src=\"{0}\" srcset=\"{1}\" width=\"{2}\" height=\"{3}\" alt=\"{4}\" "
+        "<a href=\"{0}\"><img src=\"{0}\" srcset=\"{1}\" width=\"{2}\" height=\"{3}\" alt=\"{4}\" class=\"{5}\" "
         "loading=\"lazy\"></a>",
-        address(densest->file), sources, shortNumber(room.size.width), shortNumber(room.size.height), what);
+        address(densest->file), sources, shortNumber(room.size.width), shortNumber(room.size.height), what,
+        markupText(room.name));
 }
 
 std::string caption(const Matrix& matrix, Pictures scales) {

@@ -73,6 +73,8 @@ public:
     Admission admit(const std::string& key, const std::function<ServedPicturePtr()>& find, Work work,
                     const Waiter& waiter);
 
+    /// How many pieces of work may wait.
+    [[nodiscard]] std::size_t capacity() const { return capacity_; }
     /// How many pieces of work wait, and how many are under way.
     [[nodiscard]] std::size_t waiting() const;
     [[nodiscard]] std::size_t underWay() const;

@@ -56,8 +56,8 @@ public:
 
 private:
     using Counter = std::atomic<std::uint64_t>;
-    static constexpr std::array statuses{200U, 204U, 304U, 400U, 403U, 404U, 405U, 408U, 413U, 414U,
-                                         415U, 422U, 429U, 431U, 500U, 501U, 503U, 504U, 505U};
+    static constexpr std::array statuses{200U, 204U, 304U, 400U, 403U, 404U, 405U, 413U, 414U, 415U,
+                                         422U, 429U, 431U, 499U, 500U, 501U, 503U, 504U, 505U};
     static constexpr std::size_t routes = enumeratorCount<Route>;
 
     static void add(Counter& counter, std::uint64_t more = 1) { counter.fetch_add(more, std::memory_order_relaxed); }

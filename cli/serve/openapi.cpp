@@ -31,20 +31,22 @@ constexpr ProblemInfo problems[] = {
     {400, "The request has not the form that is asked for"},
     {403, "The address is not signed as the server wants it"},
     {404, "There is no such widget"},
+    {405, "The address is asked by another method"},
     {413, "The body is too large"},
     {414, "The address is too long"},
     {415, "The body is not JSON"},
     {422, "The document or its model is at fault, or its budget is spent"},
     {429, "Too many requests wait to be drawn"},
     {431, "The request's headers are too large"},
+    {500, "The server is at fault"},
     {503, "The server is about to end, or has not enough memory"},
     {504, "It took too long"},
 };
 
 using Statuses = std::initializer_list<unsigned>;
-constexpr Statuses ofPictures{400, 403, 404, 414, 422, 429, 431, 503, 504};
-constexpr Statuses ofBodies{400, 403, 413, 414, 415, 422, 429, 431, 503, 504};
-constexpr Statuses ofTexts{414, 431};
+constexpr Statuses ofPictures{400, 403, 404, 405, 414, 422, 429, 431, 500, 503, 504};
+constexpr Statuses ofBodies{400, 403, 405, 413, 414, 415, 422, 429, 431, 500, 503, 504};
+constexpr Statuses ofTexts{405, 414, 431, 500};
 
 Statuses problemsOf(Route route) {
     switch (route) {
@@ -149,21 +151,29 @@ private:
     }
 
     void writePictureHeaders() {
-        out_.key("headers").beginObject();
-        writeHeader("ETag", "Another picture has another one");
-        writeHeader("Cache-Control", "How long the picture stays the same");
-        out_.endObject();
+        writeHeaders(
+            {{"ETag", "Another picture has another one"}, {"Cache-Control", "How long the picture stays the same"}});
     }
 
-    void writeHeader(std::string_view header, std::string_view description) {
-        out_.key(header).beginObject().key("description").value(description).key("required").value(true);
-        out_.key("schema").beginObject().key("type").value("string").endObject().endObject();
+    void writeHeaders(std::initializer_list<std::pair<std::string_view, std::string_view>> headers) {
+        out_.key("headers").beginObject();
+        for (const auto& [header, description] : headers) {
+            out_.key(header).beginObject().key("description").value(description).key("required").value(true);
+            out_.key("schema").beginObject().key("type").value("string").endObject().endObject();
+        }
+        out_.endObject();
     }
 
     void writeWidgetParameters() {
         out_.key("parameters").beginArray();
         beginParameter("name", "path", "The document's file without .json");
-        out_.key("type").value("string").key("pattern").value("^[A-Za-z0-9_-]+$").endObject();
+        out_.key("type")
+            .value("string")
+            .key("pattern")
+            .value("^[^./\\x00-\\x1f][^/\\x00-\\x1f]*$")
+            .key("maxLength")
+            .value(200)
+            .endObject();
         out_.key("example").value("weather").endObject();
         beginParameter("extension", "path", "How the picture is written");
         writeWords(pictureFormatWords);
@@ -203,11 +213,8 @@ private:
         out_.endObject();
         for (const ProblemInfo& problem : problems) {
             out_.key("Problem" + toText(problem.status)).beginObject().key("description").value(problem.description);
-            if (problem.status == 429) {
-                out_.key("headers").beginObject();
-                writeHeader("Retry-After", "In how many seconds to ask again");
-                out_.endObject();
-            }
+            if (problem.status == 405) writeHeaders({{"Allow", "The methods that the address understands"}});
+            if (problem.status == 429) writeHeaders({{"Retry-After", "In how many seconds to ask again"}});
             writeContent(problemType, "Problem");
             out_.endObject();
         }

@@ -181,7 +181,7 @@ HTTPResponse PictureService::immediateAnswer(const HTTPRequest& request) const {
         case Route::openapi: return textAnswer(openapiText(), "application/json");
         case Route::metrics: {
             const ServerState now{.queued = queue_.waiting(),
-                                  .capacity = state()->settings.queue,
+                                  .capacity = queue_.capacity(),
                                   .drawing = queue_.underWay(),
                                   .connections = connectionCount_(),
                                   .cacheBytes = cache_.bytes()};

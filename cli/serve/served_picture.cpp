@@ -2,13 +2,12 @@
 #include "cli/serve/served_picture.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 
-#include <sha256.h>
+#include <xxhash.h>
 
 #include "cli/http/http_status.h"
 #include "tavrin/doors/media_type.h"
@@ -42,12 +41,9 @@ bool ServedPicture::holdsAt(Date now) const {
 }
 
 std::string entityTag(std::string_view bytes) {
-    std::array<std::uint8_t, SHA256_DIGEST_LENGTH> digest{};
-    SHA256_CTX state;
-    SHA256_Init(&state);
-    SHA256_Update(&state, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-    SHA256_Final(digest.data(), &state);
-    std::string text = base64({reinterpret_cast<const char*>(digest.data()), digest.size()});
+    XXH128_canonical_t digest;
+    XXH128_canonicalFromHash(&digest, XXH3_128bits(bytes.data(), bytes.size()));
+    std::string text = base64({reinterpret_cast<const char*>(digest.digest), sizeof digest.digest});
     text.erase(text.find_last_not_of('=') + 1);
     std::replace(text.begin(), text.end(), '+', '-');
     std::replace(text.begin(), text.end(), '/', '_');

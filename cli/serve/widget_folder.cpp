@@ -145,16 +145,16 @@ FolderTextPtr WidgetFolder::read(const std::filesystem::path& path) {
     struct stat before {};
     if (::fstat(opened.number(), &before) != 0) failUnread(file, errno);
     if (!S_ISREG(before.st_mode)) failNoWidget(file);
-    if (auto kept = findKept(file, FileStamp(before))) return kept;
+    const FileStamp stamp(before);
+    const bool isSettled = stamp.isSettled();
+    if (auto kept = findKept(file, stamp)) return kept;
     if (before.st_size > static_cast<off_t>(maximumBytes))
         throw RequestFault(http_status::unprocessable, "'" + printable(file) + "' is larger than 8 MiB");
     std::string text = readWhole(opened, file, static_cast<std::size_t>(before.st_size));
     std::string digest = sha256(text);
     auto read = std::make_shared<const FolderText>(FolderText{std::move(text), std::move(digest)});
-    struct stat after {};
-    // One that is written meanwhile is read again next time.
-    if (::fstat(opened.number(), &after) == 0 && FileStamp(before) == FileStamp(after))
-        keep(file, {FileStamp(after), read});
+    // One that is written meanwhile has another stamp, and is read again next time.
+    if (isSettled) keep(file, {stamp, read});
     return read;
 }
 

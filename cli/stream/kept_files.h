@@ -53,7 +53,8 @@ private:
     static std::optional<FileStamp> stampOf(const std::string& path) {
         struct stat status {};
         if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;  // a pipe is read anew
-        return FileStamp(status);
+        const FileStamp stamp(status);
+        return stamp.isSettled() ? std::optional(stamp) : std::nullopt;
     }
 
     std::mutex mutex_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/stream/kept_pairings.h"
 
+#include <algorithm>
 #include <sys/stat.h>
 #include <utility>
 
@@ -15,6 +16,10 @@ std::vector<std::optional<FileStamp>> stampsOf(const std::vector<std::filesystem
         stamps.push_back(::stat(place.c_str(), &status) == 0 ? std::optional(FileStamp(status)) : std::nullopt);
     }
     return stamps;
+}
+
+bool areSettled(const std::vector<std::optional<FileStamp>>& stamps) {
+    return std::ranges::all_of(stamps, [](const auto& stamp) { return !stamp || stamp->isSettled(); });
 }
 
 }  // namespace
@@ -52,7 +57,9 @@ std::shared_ptr<const WidgetFiles> KeptPairings::filesOf(const std::string& docu
     auto fresh = std::make_shared<Kept>();
     fresh->places = placesBeside(document);
     fresh->stamps = stampsOf(fresh->places);
+    const bool isKept = areSettled(fresh->stamps);
     fresh->files = std::make_shared<const WidgetFiles>(pairedWith(document));
+    if (!isKept) return fresh->files;
     LRUCache<std::string, std::shared_ptr<const Kept>>::Dropped dropped;  // destroyed when the lock is gone
     const std::lock_guard lock(mutex_);
     dropped = kept_.insert(document, fresh, 1 + fresh->files->models.size());

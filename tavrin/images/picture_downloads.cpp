@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/images/picture_downloads.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
@@ -13,6 +14,7 @@ namespace {
 // So many bodies may wait in memory to be written.
 constexpr std::size_t maximumUnderWay = 64;
 constexpr std::chrono::milliseconds firstPause{500};
+constexpr std::chrono::milliseconds betweenLooks{100};
 
 bool mayPass(const URLResponse& response) {
     if (!response.error) return response.status >= 500;
@@ -44,16 +46,17 @@ PictureDownloads::PictureDownloads(std::vector<URL> urls, FetchPolicy policy)
     for (std::size_t index = 0; index < urls_.size(); ++index) tries_.push_back({index, 1, Clock::now()});
 }
 
-std::optional<PictureDownload> PictureDownloads::next() {
+std::optional<PictureDownload> PictureDownloads::next(const std::function<void()>& look) {
     for (;;) {
         beginTries();
         if (underWay_ == 0 && tries_.empty()) return std::nullopt;
 
+        Clock::time_point end = Clock::now() + betweenLooks;
+        if (!tries_.empty() && underWay_ < maximumUnderWay) end = std::min(end, tries_.front().begin);
         std::unique_lock lock(arrivals_->mutex);
-        const auto hasCome = [this] { return !arrivals_->list.empty(); };
-        if (tries_.empty() || underWay_ == maximumUnderWay) {
-            arrivals_->came.wait(lock, hasCome);
-        } else if (!arrivals_->came.wait_until(lock, tries_.front().begin, hasCome)) {
+        if (!arrivals_->came.wait_until(lock, end, [this] { return !arrivals_->list.empty(); })) {
+            lock.unlock();
+            if (look) look();
             continue;
         }
         auto [attempt, response, fault] = std::move(arrivals_->list.front());

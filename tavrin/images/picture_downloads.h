@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,8 +31,9 @@ public:
     PictureDownloads(const PictureDownloads&) = delete;
     PictureDownloads& operator=(const PictureDownloads&) = delete;
 
-    /// Waits for the next picture that is there or has failed for good; none when all have been handed over.
-    std::optional<PictureDownload> next();
+    /// Waits for the next picture that is there or has failed for good; none when all have been handed over. Meanwhile
+    /// `look` is called some ten times a second; what it throws ends the waiting.
+    std::optional<PictureDownload> next(const std::function<void()>& look = nullptr);
 
 private:
     using Clock = std::chrono::steady_clock;

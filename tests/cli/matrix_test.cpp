@@ -147,6 +147,16 @@ TEST(Matrix, ContactSheetEscapesWhatItShows) {
     EXPECT_THAT(page, Not(HasSubstr("http")));
 }
 
+TEST(Matrix, ContactSheetGivesLockScreenWidgetsTheirShapes) {
+    const Workplace place;
+    place.write("w.json", hello);
+    EXPECT_EQ(place.run({"render", "w.json", "-o", "out", "--families", "all", "--scales", "1"}).status, 0);
+    const std::string page = place.read("out/index.html");
+    for (const std::string family : {"accessoryCircular", "accessoryRectangular", "accessoryInline"})
+        EXPECT_THAT(page, AllOf(HasSubstr("\n  ." + family + " { border-radius: "),
+                                HasSubstr(" alt=\"" + family + ", light\" class=\"" + family + "\" ")));
+}
+
 TEST(Matrix, TellsDocumentsOfOneNameApart) {
     const Workplace place;
     place.write("x/sun/w.json", hello);

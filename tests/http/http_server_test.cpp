@@ -195,6 +195,29 @@ TEST_F(StrictHTTPServers, RefuseWhatIsTooLarge) {
     EXPECT_TRUE(client.isEnded()) << "only so much of it is read";
 }
 
+TEST_F(StrictHTTPServers, ShareRoomByWhatHasCome) {
+    const std::string post = "POST /a HTTP/1.1\r\n" + aHost + "Content-Length: 1000\r\n\r\n";
+    std::vector<ClientConnection> sending;
+    for (int i = 0; i < 4; ++i) {
+        sending.push_back(connection());
+        sending.back().send(post);
+    }
+    const std::string whole(1000, 'a');
+    EXPECT_EQ(ask(post + whole).status, 200) << "what is only announced takes no room";
+    sending[0].send(std::string(900, 'a'));
+    sending[1].send(std::string(900, 'a'));
+    const ClientAnswer refused = sending[1].receive();
+    EXPECT_EQ(refused.status, 503);
+    EXPECT_EQ(refused.header("connection"), "close");
+    sending[0].send(std::string(100, 'a'));
+    EXPECT_EQ(sending[0].receive().body, "POST /a " + whole);
+    EXPECT_EQ(ask(post + whole).status, 200) << "and it is given back";
+    EXPECT_EQ(
+        ask("POST /a HTTP/1.1\r\n" + aHost + "Transfer-Encoding: chunked\r\n\r\n1;" + std::string(140000, 'x')).status,
+        400)
+        << "a line before a chunk ends";
+}
+
 TEST_F(StrictHTTPServers, DoNotWaitForEver) {
     const auto begin = std::chrono::steady_clock::now();
     ClientConnection slow = connection();
@@ -234,13 +257,21 @@ TEST_F(HTTPServers, TellWhatBecameOfRequests) {
     }
     EXPECT_TRUE(becomesTrue([&] { return service.isFirstGone(); })) << "who works on it hears of it";
     ASSERT_TRUE(becomesTrue([&] { return service.records().size() == 4; }));
+    EXPECT_EQ(ask("POST /a HTTP/1.1\r\n" + aHost + "Content-Length: 99999999\r\n\r\n").status, 413);
+    ASSERT_TRUE(becomesTrue([&] { return service.records().size() == 5; }));
+    {
+        ClientConnection client = connection();
+        client.send("POST /a HTTP/1.1\r\n" + aHost + "Content-Length: 4\r\n\r\nbo");
+    }
+    ASSERT_TRUE(becomesTrue([&] { return service.records().size() == 6; }));
     const auto records = service.records();
     const struct {
         std::string method;
         std::string path;
         unsigned status;
         std::size_t bytes;
-    } rows[] = {{"HEAD", "/a", 200, 0}, {"GET", "/a", 200, 7}, {"", "", 400, 37}, {"GET", "/held", 499, 0}};
+    } rows[] = {{"HEAD", "/a", 200, 0},   {"GET", "/a", 200, 7},   {"", "", 400, 37},
+                {"GET", "/held", 499, 0}, {"POST", "/a", 413, 45}, {"POST", "/a", 499, 0}};
     for (std::size_t i = 0; i < std::size(rows); ++i) {
         SCOPED_TRACE(i);
         EXPECT_EQ(records[i].method, rows[i].method);

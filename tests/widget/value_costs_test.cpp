@@ -71,7 +71,7 @@ void expectLinearCost(const std::function<Cost(std::size_t times)>& costAt) {
     };
     amounts("steps", &Cost::steps, 300);
     amounts("pixels", &Cost::pixels, 20'000);
-    amounts("bytes", &Cost::peakBytes, 200'000);
+    amounts("bytes", &Cost::peakBytes, 300'000);  // parsing the blanks takes most of it and hides what takes less
 }
 
 class ReferenceDocument : public testing::TestWithParam<std::filesystem::path> {};
@@ -81,6 +81,8 @@ TEST_P(ReferenceDocument, CostsNoMoreThanInProportionToEachOfItsValues) {
     read << std::ifstream(GetParam()).rdbuf();
     const std::string text = read.str();
     const JSONOutline outline(text);
+    // So many that the values of the text before them are counted, not estimated as those of short texts are.
+    const std::string blanks(1U << 16U, ' ');
     for (JSONOutline::Index index = 0; index < outline.values().size(); ++index) {
         const std::string_view raw = outline.raw(index);
         if (raw.front() == '{' || raw == "true" || raw == "false" || raw == "null" || isEmptyArray(raw)) continue;
@@ -89,7 +91,7 @@ TEST_P(ReferenceDocument, CostsNoMoreThanInProportionToEachOfItsValues) {
                          << toText(outline.path(index)) << " in format " << static_cast<int>(format));
             expectLinearCost([&](std::size_t times) {
                 const auto [begin, end] = std::pair(outline[index].begin, outline[index].end);
-                return costOf(text.substr(0, begin) + grown(raw, times) + text.substr(end), format);
+                return costOf(text.substr(0, begin) + grown(raw, times) + text.substr(end) + blanks, format);
             });
         }
     }

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <optional>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -29,6 +30,7 @@ private:
         : AsyncWorker(env, "tavrin"), promise_(env), work_(std::move(work)), tell_(std::move(tell)) {}
 
     void Execute() override {
+        std::this_thread::yield();  // scripts go first: what they do is short
         try {
             result_.emplace(work_());
         } catch (...) {

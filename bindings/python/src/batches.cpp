@@ -109,7 +109,8 @@ public:
         : downloads_(urlsOf(addresses), drawingOptions(options).widget.fetchPolicy) {}
 
     nb::object next() {
-        const auto download = unlocked([this] { return downloads_.next(); });
+        Signals signals;
+        const auto download = unlocked([&] { return downloads_.next([&signals] { signals.check(); }); });
         if (!download) return nb::none();
         return nb::make_tuple(download->index, nb::bytes(download->bytes.data(), download->bytes.size()),
                               download->error);

@@ -2,7 +2,10 @@
 """The pictures that rows show: listed, fetched ahead, and drawn without a network."""
 import http.server
 import json
+import signal
+import socket
 import threading
+import time
 
 import pyarrow as pa
 import pytest
@@ -116,3 +119,14 @@ def test_what_makes_no_sense_is_refused(server, tmp_path):
         tavrin.arrow.prefetch(batch, document=PHOTO, image_cache_dir=tmp_path / "file", fetch="all")
     fetched = tavrin.arrow.prefetch(batch, document=PHOTO, image_cache_dir=tmp_path, fetch="all")
     assert fetched["error"].to_pylist() == ["there is no picture (status 200)"]
+
+
+def test_who_waits_for_a_picture_can_be_interrupted(tmp_path):
+    """A server that never answers would else be waited for as long as a download may take, which is a minute."""
+    with socket.create_server(("127.0.0.1", 0)) as silent:
+        address = f"http://127.0.0.1:{silent.getsockname()[1]}/"
+        threading.Timer(0.3, signal.pthread_kill, (threading.main_thread().ident, signal.SIGINT)).start()
+        begin = time.monotonic()
+        with pytest.raises(KeyboardInterrupt):
+            tavrin.arrow.prefetch(rows((address, address)), document=PHOTO, image_cache_dir=tmp_path, fetch="all")
+        assert time.monotonic() - begin < 30

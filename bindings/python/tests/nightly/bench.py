@@ -81,14 +81,14 @@ class Resident(threading.Thread):
                     self.samples.setdefault(worker, []).append((time.monotonic(), int(found[1]) / 1024))
 
     def tenths(self, begin):
-        """The mean of the first and of the last tenth of what was seen of each worker from a moment on."""
+        """The most that each worker had in the first and in the last tenth of the time from a moment on."""
         self.ended.set()
         self.join()
         for seen in self.samples.values():
             samples = [memory for moment, memory in seen if moment >= begin]
             if len(samples) >= 50:
                 tenth = len(samples) // 10
-                yield statistics.mean(samples[:tenth]), statistics.mean(samples[-tenth:])
+                yield max(samples[:tenth]), max(samples[-tenth:])
 
 
 def ready_made(batches, picture):

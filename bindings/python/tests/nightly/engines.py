@@ -85,7 +85,7 @@ class Ray(Engine):
         for attempt in range(3):  # Ray gives its own processes fifteen seconds, which are few where much else is done
             try:
                 # A worker keeps its core, and reading wants one, too.
-                ray.init(num_cpus=WORKERS + 1, include_dashboard=False, object_store_memory=300 << 20,
+                ray.init(num_cpus=WORKERS + 1, include_dashboard=False, object_store_memory=2 << 30,
                          log_to_driver=False, _temp_dir=str(self.folder), logging_level="error")
                 break
             except Exception:
