@@ -89,19 +89,21 @@ public:
 
     /// The same, each finding once.
     [[nodiscard]] std::vector<CheckedDiagnostic> joint(const std::vector<std::vector<Diagnostic>>& found) const {
-        using Key = std::tuple<std::string_view, std::string_view, std::string>;
+        // By its kind, message, path and place; of those about the document's text, which all models share.
+        using Key = std::tuple<std::string_view, std::string_view, std::string, std::size_t>;
         std::vector<CheckedDiagnostic> list;
-        std::map<Key, std::size_t> known;  // those about the document's text, which all models share
+        std::map<Key, std::size_t> known;
         for (std::size_t look = 0; look < found.size(); ++look)
             for (const Diagnostic& each : found[look]) {
-                const auto place = known.find({each.code, each.message, toText(each.path)});
-                const bool isKnown = each.role == TextRole::document && place != known.end();
-                if (!isKnown) list.push_back({each, {}});
-                CheckedDiagnostic& joint = isKnown ? list[place->second] : list.back();
+                std::size_t at = list.size();
+                if (each.role == TextRole::document) {
+                    const std::size_t offset = each.range ? each.range->begin.offset : std::string_view::npos;
+                    at = known.try_emplace({each.code, each.message, toText(each.path), offset}, at).first->second;
+                }
+                if (at == list.size()) list.push_back({each, {}});
+                std::vector<const Source*>& models = list[at].models;
                 const Source* const model = looks_[look].model;
-                if (model && (joint.models.empty() || joint.models.back() != model)) joint.models.push_back(model);
-                if (!isKnown && each.role == TextRole::document)
-                    known.emplace(Key(each.code, each.message, toText(each.path)), list.size() - 1);
+                if (model && (models.empty() || models.back() != model)) models.push_back(model);
             }
         return list;
     }
