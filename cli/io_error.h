@@ -20,6 +20,12 @@ struct IOError : std::runtime_error {
         : IOError(what + ": " + std::strerror(code), file) {}
 };
 
+/// A file that is to be new, and is there already.
+struct FileExists : IOError {
+    explicit FileExists(const std::filesystem::path& file)
+        : IOError("'" + file.string() + "' is there already, and is left as it is; give another name", file) {}
+};
+
 /// Standard output's reader has gone: nothing is left to do, and no one to tell.
 struct ClosedOutput : std::exception {};
 

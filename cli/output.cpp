@@ -54,10 +54,14 @@ void syncFolder(const path& folder) {
 /// The new version of a file, and what is needed to bring the old one back.
 class FileTransaction::StagedFile {
 public:
+    /// Whether the file's name may be taken from another.
+    enum class Name : bool { any, free };
+
     /// `old` is what is known of the file that is replaced, null where there is none.
-    StagedFile(const path& target, path real, const struct stat* old, std::string_view bytes)
+    StagedFile(const path& target, path real, Name name, const struct stat* old, std::string_view bytes)
         : target_(target),
           real_(std::move(real)),
+          name_(name),
           replaces_(old != nullptr),
           temporary_(folder(), old ? S_IRUSR | S_IWUSR : 0666) {
         FileDescriptor& file = temporary_.file();
@@ -79,6 +83,7 @@ public:
 
     /// Gives the old file, if there is one, a second name; where there are no hard links, another one.
     void keepOld() {
+        if (name_ == Name::free) return;
         old_ = freeName(folder());
         if (::link(real_.c_str(), old_.c_str()) == 0) return;
         if (allowsNoHardLinks(errno) && std::rename(real_.c_str(), old_.c_str()) == 0) return;
@@ -87,7 +92,8 @@ public:
     }
 
     void takeName() {
-        if (!temporary_.rename(real_)) fail();
+        const bool isFree = name_ == Name::free;
+        if (!(isFree ? temporary_.renameToFree(real_) : temporary_.rename(real_))) fail();
         hasName_ = true;
     }
 
@@ -101,10 +107,14 @@ public:
     }
 
 private:
-    [[noreturn]] void fail() const { throw IOError(failureText(target_), errno, target_); }
+    [[noreturn]] void fail() const {
+        if (name_ == Name::free && errno == EEXIST) throw FileExists(target_);
+        throw IOError(failureText(target_), errno, target_);
+    }
 
     path target_;  // as it was given
     path real_;
+    Name name_;
     bool replaces_;
     bool hasName_ = false;
     TemporaryFile temporary_;
@@ -121,7 +131,11 @@ void FileTransaction::write(const path& target, std::string_view bytes) {
     if (exists && S_ISDIR(status.st_mode)) throw IOError(failureText(target), EISDIR, target);
     if (exists && ::access(real.c_str(), W_OK) != 0) throw IOError(failureText(target), errno, target);
     if (exists && !S_ISREG(status.st_mode)) return writeStraight(real, bytes);
-    files_.emplace_back(target, std::move(real), exists ? &status : nullptr, bytes);
+    files_.emplace_back(target, std::move(real), StagedFile::Name::any, exists ? &status : nullptr, bytes);
+}
+
+void FileTransaction::create(const path& target, std::string_view bytes) {
+    files_.emplace_back(target, target, StagedFile::Name::free, nullptr, bytes);
 }
 
 void FileTransaction::commit() {

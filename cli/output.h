@@ -21,6 +21,9 @@ public:
     /// Writes a file that nobody sees before `commit`. Throws `IOError`.
     void write(const std::filesystem::path& target, std::string_view bytes);
 
+    /// The same for a file that must not be there when it takes its name; `commit` throws `FileExists` where it is.
+    void create(const std::filesystem::path& target, std::string_view bytes);
+
     /// Lets all files take their names. Throws `IOError`, and has then brought back the old ones.
     void commit();
 

@@ -27,6 +27,15 @@ std::filesystem::path nextName(const std::filesystem::path& folder) {
     return folder / (".tavrin-" + std::to_string(::getpid()) + "-" + std::to_string(next++) + ".tmp");
 }
 
+/// Gives a file a name that no other has. Where the file system cannot do that in one step, a second name comes first.
+bool moveToFree(const char* from, const char* to) {
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    if (::link(from, to) != 0) return false;
+    ::unlink(from);
+    return true;
+}
+
 void removeAndEnd(int signal) {
     for (const std::string& name : temporaryNames()) ::unlink(name.c_str());
     std::raise(signal);     // now with its usual effect
@@ -55,9 +64,20 @@ TemporaryFile::~TemporaryFile() {
 bool TemporaryFile::rename(const std::filesystem::path& target) {
     const BlockedSignals blocked;
     if (std::rename(path_.c_str(), target.c_str()) != 0) return false;
+    forget();
+    return true;
+}
+
+bool TemporaryFile::renameToFree(const std::filesystem::path& target) {
+    const BlockedSignals blocked;
+    if (!moveToFree(path_.c_str(), target.c_str())) return false;
+    forget();
+    return true;
+}
+
+void TemporaryFile::forget() {
     temporaryNames().erase(path_);
     path_.clear();
-    return true;
 }
 
 std::filesystem::path freeName(const std::filesystem::path& folder) {

@@ -22,8 +22,12 @@ public:
     [[nodiscard]] FileDescriptor& file() { return file_; }
     /// Lets the file take the place of another, or a new one. Returns false, with `errno` set, when that fails.
     [[nodiscard]] bool rename(const std::filesystem::path& target);
+    /// The same for a name that no file has: where one has, that stays as it is, and `errno` is EEXIST.
+    [[nodiscard]] bool renameToFree(const std::filesystem::path& target);
 
 private:
+    void forget();
+
     std::filesystem::path path_;  // empty once it is renamed
     FileDescriptor file_;
 };

@@ -6,8 +6,10 @@
 #include <string_view>
 
 #include "cli/http/http_message.h"
+#include "cli/new/new_widget.h"
 #include "cli/preview/drawing_messages.h"
 #include "cli/preview/request_guard.h"
+#include "cli/project/widget_files.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 
 // A request to the preview, line by line: its target, three headers, and the rest as its body.
@@ -25,11 +27,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     request.origin = line();
     request.contentType = line();
     request.body = std::string(rest);
-    try {
+    const auto attempt = [](const auto& work) {
+        try {
+            work();
+        } catch (const std::exception&) {  // an error is an answer; a crash is none
+        }
+    };
+    attempt([&] {
         (void)refusal(request, 8080, "0123456789abcdef0123456789abcdef");
         (void)request.parameter("path");
-        (void)drawingOf(RequestFields(request.body));
-    } catch (const std::exception&) {  // an error is an answer; a crash is none
-    }
+    });
+    attempt([&] { (void)drawingOf(RequestFields(request.body)); });
+    attempt([&] { (void)isLookedAt(stemOfNew(RequestFields(request.body).text("name"))); });
     return 0;
 }

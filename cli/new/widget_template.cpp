@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/new/widget_template.h"
 
+#include <algorithm>
+
 #include "cli/embedded_file.h"
 
 // The texts of the template NAME as NAME##Document(), NAME##Model() and NAME##Settings().
@@ -28,6 +30,12 @@ std::span<const WidgetTemplate> widgetTemplates() {
         {"photo", "A picture behind a text", photoDocument(), photoModel(), photoSettings()},
     };
     return list;
+}
+
+const WidgetTemplate* findTemplate(std::string_view name) {
+    const auto list = widgetTemplates();
+    const auto found = std::ranges::find(list, name, &WidgetTemplate::name);
+    return found == list.end() ? nullptr : &*found;
 }
 
 }  // namespace tavrin::cli

@@ -18,4 +18,7 @@ struct WidgetTemplate {
 /// All templates; the first is the usual one.
 [[nodiscard]] std::span<const WidgetTemplate> widgetTemplates();
 
+/// The template of that name; null where there is none.
+[[nodiscard]] const WidgetTemplate* findTemplate(std::string_view name);
+
 }  // namespace tavrin::cli

@@ -37,9 +37,12 @@ std::vector<std::string> wordsOf(const RequestFields& fields, std::string_view k
     return words;
 }
 
-/// What is to be checked besides the room that is drawn: families of a screen, and appearances.
-void readChecked(const RequestFields& fields, Drawing& drawing) {
+/// What lies behind the widget, and what is to be checked besides the room that is drawn: families of a screen, and
+/// appearances.
+void readLooks(const RequestFields& fields, Drawing& drawing) {
     try {
+        if (const auto background = fields.optionalText("background"))
+            drawing.options.background = readBackground("background", *background);
         for (const std::string& family : wordsOf(fields, "families"))
             drawing.rooms.push_back(readFamily("families", family, readSize("screen", fields.text("screen"))));
         for (const std::string& word : wordsOf(fields, "appearances"))
@@ -64,7 +67,7 @@ Drawing drawingOf(const RequestFields& fields) {
     options.appearance = fields.text("appearance") == "dark" ? Appearance::dark : Appearance::light;
     options.date = Date{fields.number("date", -mostSeconds, mostSeconds)};
     options.timeZone = timeZoneOf(fields);
-    readChecked(fields, drawing);
+    readLooks(fields, drawing);
     return drawing;
 }
 

@@ -46,6 +46,8 @@ bool leadsDown(const fs::path& path) {
            std::none_of(path.begin(), path.end(), [](const fs::path& name) { return name.empty() || isHidden(name); });
 }
 
+bool isProjectFile(const fs::path& path) { return path.extension() == ".json" || path.extension() == ".toml"; }
+
 bool standsIn(const fs::path& path, const fs::path& folder) {
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
@@ -85,8 +87,7 @@ std::vector<ProjectFile> ProjectFolder::files() const {
 
 ProjectText ProjectFolder::read(const std::string& path) const {
     const fs::path file = inside(path);
-    if (file.extension() != ".json" && file.extension() != ".toml")
-        throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
+    if (!isProjectFile(file)) throw FolderError(http_status::forbidden, quoted(path) + " is no JSON file");
     const struct stat status = statusOf(file, path);
     if (static_cast<std::size_t>(status.st_size) > maximumBytes)
         throw FolderError(http_status::tooLarge, quoted(path) + " is larger than 8 MiB");
@@ -106,6 +107,44 @@ std::string ProjectFolder::save(const std::string& path, std::string_view text, 
     const fs::path file = inside(path);
     writeFile(file, text);
     return revisionOf(statusOf(file, path));
+}
+
+/// Where a file that is to be new lies; the folders on the way may be new, too.
+fs::path ProjectFolder::placeFor(const fs::path& path) const {
+    const std::string name = path.generic_string();
+    if (!leadsDown(path) || !isLookedAt(path) || printable(name) != name || !isProjectFile(path))
+        throw FolderError(http_status::forbidden, "nothing can be called " + quoted(name) + " in the folder");
+    fs::path folder = root_;
+    for (const fs::path& each : path.parent_path()) {
+        std::error_code error;
+        const fs::file_type kind = fs::symlink_status(folder /= each, error).type();
+        if (kind == fs::file_type::not_found) break;
+        if (kind != fs::file_type::directory)
+            throw FolderError(http_status::forbidden, quoted(name) + " does not stand in plain folders");
+    }
+    return root_ / path;
+}
+
+std::vector<ProjectFile> ProjectFolder::create(const std::vector<NewFile>& files) {
+    const std::lock_guard lock(saving_);
+    std::vector<NewFile> placed;
+    for (const NewFile& file : files) {
+        if (file.text.size() > maximumBytes)
+            throw FolderError(http_status::tooLarge, "a text of more than 8 MiB is not saved");
+        placed.push_back({placeFor(file.path), file.text});
+    }
+    try {
+        createFiles(placed);
+    } catch (const FileExists& error) {
+        const FileExists told(fs::path(error.file).lexically_relative(root_));
+        throw FolderError(http_status::conflict, told.what());
+    }
+    std::vector<ProjectFile> made;
+    for (const NewFile& file : files) {
+        const std::string path = file.path.generic_string();
+        made.push_back({path, revisionOf(statusOf(root_ / path, path))});
+    }
+    return made;
 }
 
 std::optional<fs::path> ProjectFolder::picturesBeside(const std::string& document) const {

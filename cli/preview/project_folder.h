@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/new/new_widget.h"
+
 namespace tavrin::cli {
 
 /// One JSON file, or one of settings, of a folder.
@@ -45,6 +47,10 @@ public:
     /// Replaces the text of a JSON file that is there, whole or not at all, unless it has changed since `revision`.
     /// Returns its new revision. A file that is not UTF-8 is left as it is: who has read it has not seen all of it.
     std::string save(const std::string& path, std::string_view text, const std::string& revision);
+    /// Makes files that are not there yet, all or none, and the folders that they stand in; their paths are from the
+    /// folder, their names those of JSON files or settings that `files` would list. Nothing on the way may be a
+    /// symbolic link. Returns them. Throws `FolderError`, and `IOError` where they cannot be written.
+    std::vector<ProjectFile> create(const std::vector<NewFile>& files);
     /// Waits for the file that is being saved; none is saved any more. For the end of the process.
     void stopSaving() { saving_.lock(); }
     /// The folder "pictures" beside a document, where there is one that holds plain files only.
@@ -52,6 +58,7 @@ public:
 
 private:
     [[nodiscard]] std::filesystem::path inside(const std::string& path) const;
+    [[nodiscard]] std::filesystem::path placeFor(const std::filesystem::path& path) const;
 
     std::filesystem::path root_;
     std::mutex saving_;

@@ -2,13 +2,12 @@
 #include "cli/preview/project_messages.h"
 
 #include <cstddef>
-#include <filesystem>
-#include <optional>
-#include <string_view>
+#include <string>
 #include <utility>
 
-#include "cli/io_error.h"
+#include "cli/new/widget_template.h"
 #include "cli/preview/folder_error.h"
+#include "cli/preview/held_settings.h"
 #include "cli/project/widget_files.h"
 #include "cli/project/widget_settings.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
@@ -30,31 +29,6 @@ void writeScreen(JSONWriter& writer, Size screen) {
         writer.key("width").value(size->width).key("height").value(size->height).endObject();
     }
     writer.endArray().endObject();
-}
-
-/// The model, the families and what is wrong with the settings that belong to a document.
-void writePairs(JSONWriter& writer, const ProjectFolder& folder, const ProjectFile& file) {
-    WidgetFiles files;
-    const auto pathOf = [&](const std::filesystem::path& path) {
-        return path.lexically_relative(folder.root()).generic_string();
-    };
-    WidgetSettings settings;
-    std::string fault;
-    try {
-        files = pairedWith(folder.root() / file.path);
-        if (files.settings)
-            settings = readSettings({pathOf(*files.settings), folder.read(pathOf(*files.settings)).text});
-    } catch (const SettingsError& error) {
-        fault = error.source.name + ":" + std::to_string(error.place.line) + ": " + error.what();
-    } catch (const FolderError& error) {
-        fault = error.what();
-    } catch (const IOError& error) {
-        fault = error.what();
-    }
-    writer.key("model").value(files.model ? std::optional(pathOf(*files.model)) : std::nullopt);
-    writer.key("families").beginArray();
-    for (const std::string& family : settings.families) writer.value(family);
-    writer.endArray().key("fault").value(fault.empty() ? std::nullopt : std::optional(fault));
 }
 
 std::string kindOf(const ProjectFolder& folder, const ProjectFile& file) {
@@ -85,7 +59,21 @@ std::string filesMessage(const ProjectFolder& folder) {
         writer.beginObject().key("path").value(file.path).key("revision").value(file.revision);
         const std::string kind = kindOf(folder, file);
         writer.key("kind").value(kind);
-        if (kind == "document") writePairs(writer, folder, file);
+        if (kind == "document") writePairs(writer, folder, file.path);
+        writer.endObject();
+    }
+    writer.endArray().endObject();
+    return std::move(writer).text();
+}
+
+std::string templatesMessage() {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("templates").beginArray();
+    for (const WidgetTemplate& each : widgetTemplates()) {
+        writer.beginObject().key("name").value(each.name).key("summary").value(each.summary);
+        writer.key("document").value(each.document).key("model").value(each.model);
+        writer.key("settings");
+        writeSettings(writer, readSettings({std::string(each.name), std::string(each.settings)}));
         writer.endObject();
     }
     writer.endArray().endObject();
@@ -102,6 +90,15 @@ std::string fileMessage(const ProjectText& file) {
 std::string savedMessage(const std::string& revision) {
     JSONWriter writer(JSONWriter::Style::compact);
     writer.beginObject().key("revision").value(revision).endObject();
+    return std::move(writer).text();
+}
+
+std::string createdMessage(const std::vector<ProjectFile>& files) {
+    JSONWriter writer(JSONWriter::Style::compact);
+    writer.beginObject().key("files").beginArray();
+    for (const ProjectFile& file : files)
+        writer.beginObject().key("path").value(file.path).key("revision").value(file.revision).endObject();
+    writer.endArray().endObject();
     return std::move(writer).text();
 }
 

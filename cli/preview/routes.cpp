@@ -3,10 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/http/http_status.h"
 #include "cli/io_error.h"
+#include "cli/new/new_widget.h"
 #include "cli/preview/checking.h"
 #include "cli/preview/drawing_messages.h"
 #include "cli/preview/folder_error.h"
@@ -14,6 +18,7 @@
 #include "cli/preview/project_messages.h"
 #include "cli/preview/request_fields.h"
 #include "cli/preview/secret.h"
+#include "cli/usage_error.h"
 #include "tavrin/schema/document_schema.h"
 
 namespace tavrin::cli {
@@ -35,7 +40,7 @@ struct Routes::Route {
 };
 
 const Routes::Route* Routes::routeTo(const HTTPRequest& request) {
-    static constexpr std::array<Route, 12> routes{{
+    static constexpr std::array<Route, 15> routes{{
         {"GET", "/", &Routes::page},
         {"GET", "/preview.js", &Routes::script},
         {"GET", "/preview.css", &Routes::style},
@@ -43,7 +48,10 @@ const Routes::Route* Routes::routeTo(const HTTPRequest& request) {
         {"GET", "/api/schema", &Routes::schema},
         {"GET", "/api/files", &Routes::files},
         {"GET", "/api/file", &Routes::file},
+        {"GET", "/api/templates", &Routes::templates},
         {"POST", "/api/save", &Routes::save},
+        {"POST", "/api/new", &Routes::begin},
+        {"POST", "/api/create", &Routes::create},
         {"POST", "/api/render", &Routes::render, true},
         {"POST", "/api/explain", &Routes::explain, true},
         {"POST", "/api/check", &Routes::check, true},
@@ -68,6 +76,8 @@ HTTPResponse Routes::answer(const HTTPRequest& request) const {
     } catch (const FolderError& error) {
         return HTTPResponse::failure(error.status, error.what());
     } catch (const RequestError& error) {
+        return HTTPResponse::failure(http_status::badRequest, error.what());
+    } catch (const UsageError& error) {  // of a widget's name
         return HTTPResponse::failure(http_status::badRequest, error.what());
     } catch (const IOError& error) {
         return HTTPResponse::failure(http_status::internalError, error.what());
@@ -102,6 +112,28 @@ HTTPResponse Routes::save(const HTTPRequest& request) const {
     const RequestFields fields(request.body);
     return HTTPResponse::json(
         savedMessage(folder_.save(fields.text("path"), fields.text("text"), fields.text("revision"))));
+}
+
+HTTPResponse Routes::templates(const HTTPRequest&) const { return HTTPResponse::json(templatesMessage()); }
+
+HTTPResponse Routes::begin(const HTTPRequest& request) const {
+    const RequestFields fields(request.body);
+    const std::string name = fields.text("template");
+    const WidgetTemplate* const begun = findTemplate(name);
+    if (!begun) throw RequestError("there is no template '" + name + "'");
+    return HTTPResponse::json(createdMessage(folder_.create(filesOfNew(stemOfNew(fields.text("name")), *begun))));
+}
+
+HTTPResponse Routes::create(const HTTPRequest& request) const {
+    const RequestFields fields(request.body);
+    const std::string stem = stemOfNew(fields.text("name"));
+    const std::optional<std::string> document = fields.optionalText("document");
+    const std::optional<std::string> model = fields.optionalText("model");
+    std::vector<NewFile> files;
+    if (document) files.push_back({stem + ".json", *document});
+    if (model) files.push_back({stem + ".model.json", *model});
+    if (files.empty()) throw RequestError("the request has no \"document\" and no \"model\"");
+    return HTTPResponse::json(createdMessage(folder_.create(files)));
 }
 
 Drawing Routes::drawing(const HTTPRequest& request) const {

@@ -17,7 +17,10 @@ namespace tavrin::cli {
 /// | GET /api/schema | the JSON Schema of documents |
 /// | GET /api/files | the folder's JSON files |
 /// | GET /api/file?path= | a file's text and revision |
+/// | GET /api/templates | what a widget can begin with |
 /// | POST /api/save | replaces a file's text |
+/// | POST /api/new | makes the files of a widget from a template |
+/// | POST /api/create | makes new files of a document, a model or both |
 /// | POST /api/render | a picture |
 /// | POST /api/explain | the laid-out tree, and where in the document each view comes from |
 /// | POST /api/check | what is wrong or doubtful |
@@ -41,6 +44,9 @@ private:
     [[nodiscard]] HTTPResponse schema(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse files(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse file(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse templates(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse begin(const HTTPRequest& request) const;
+    [[nodiscard]] HTTPResponse create(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse save(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse render(const HTTPRequest& request) const;
     [[nodiscard]] HTTPResponse explain(const HTTPRequest& request) const;

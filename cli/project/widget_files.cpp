@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <string>
 #include <system_error>
@@ -35,6 +36,8 @@ bool isThere(const fs::path& path) {
 }
 
 bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
+
+bool isSkippedFolder(const fs::path& name) { return isHidden(name) || name == "node_modules"; }
 
 /// A document's path with another ending: "a/b.model.json" of "a/b.json".
 fs::path withEnding(const fs::path& document, const std::string& ending) {
@@ -171,13 +174,18 @@ std::vector<fs::path> filesBelow(const fs::path& folder, std::initializer_list<s
         const fs::path& path = entry->path();
         std::error_code ignored;
         const fs::file_status kind = entry->symlink_status(ignored);
-        const bool isSkipped = isHidden(path.filename()) || path.filename() == "node_modules";
-        if (fs::is_directory(kind) && (isSkipped || entry.depth() + 1 >= deepestFolder))
+        if (fs::is_directory(kind) && (isSkippedFolder(path.filename()) || entry.depth() + 1 >= deepestFolder))
             entry.disable_recursion_pending();
         const bool hasSuffix = std::ranges::count(suffixes, path.extension().string()) > 0;
         if (fs::is_regular_file(kind) && hasSuffix && !isHidden(path.filename())) found.push_back(path);
     }
     return found;
+}
+
+bool isLookedAt(const fs::path& path) {
+    const fs::path folders = path.parent_path();
+    return std::distance(folders.begin(), folders.end()) < deepestFolder && !isHidden(path.filename()) &&
+           std::none_of(folders.begin(), folders.end(), isSkippedFolder);
 }
 
 std::vector<fs::path> documentsIn(const fs::path& folder) {

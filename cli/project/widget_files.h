@@ -54,6 +54,9 @@ inline constexpr std::size_t mostModels = 2000;
                                                             std::initializer_list<std::string_view> suffixes,
                                                             std::size_t mostFiles);
 
+/// Whether `filesBelow` would find a file at a path from its folder: not too deep, nothing hidden on the way.
+[[nodiscard]] bool isLookedAt(const std::filesystem::path& path);
+
 /// Whether a file is called as a model is: `model.json`, `NAME.model.json`, or any name in a folder of models.
 [[nodiscard]] bool isCalledModel(const std::filesystem::path& file);
 

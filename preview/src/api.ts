@@ -24,11 +24,32 @@ export interface ProjectFile {
     kind: "document" | "model" | "settings";
     /** Of a document: the path of the model that belongs to it, as every verb pairs them. */
     model?: string | null;
-    /** The families that it is meant for; of none all. */
-    families?: string[];
+    settings?: Settings;
+    /** The paths of models that families have instead, by the families' names. */
+    models?: Record<string, string>;
     /** What is wrong with its settings. */
     fault?: string | null;
 }
+/** What settings say; what they leave out is null or empty. */
+export interface Settings {
+    /** The families that the widget is meant for; of none all. */
+    families: string[];
+    screens: string[];
+    /** The moment, in seconds since 1970. */
+    date: number | null;
+    timeZone: string | null;
+    appearance: Appearance | null;
+    background: string | null;
+}
+/** What a widget can begin with. */
+export interface Template {
+    name: string;
+    summary: string;
+    document: string;
+    model: string;
+    settings: Settings;
+}
+export type MadeFile = Pick<ProjectFile, "path" | "revision">;
 export interface FileText {
     text: string;
     revision: string;
@@ -49,6 +70,8 @@ export interface Drawing {
     date: number;
     timeZone: string;
     rounded: boolean;
+    /** "auto", "none" or a colour; null is "auto". */
+    background: string | null;
 }
 export type Step = string | number;
 
@@ -121,6 +144,19 @@ export const fetchProject = () => get<Project>("api/project");
 export const fetchFiles = async () => (await get<{ files: ProjectFile[] }>("api/files")).files;
 export const fetchFile = (path: string) => get<FileText>(`api/file?path=${encodeURIComponent(path)}`);
 
+export const fetchTemplates = async () => (await get<{ templates: Template[] }>("api/templates")).templates;
+
+async function made(path: string, body: unknown): Promise<MadeFile[]> {
+    return ((await (await post(path, body)).json()) as { files: MadeFile[] }).files;
+}
+
+/** Makes NAME.json, its model and its settings; overwrites nothing. */
+export const beginWidget = (name: string, template: string) => made("api/new", { name, template });
+
+/** Makes NAME.json, NAME.model.json or both; overwrites nothing. */
+export const createFiles = (name: string, texts: { document: string | null; model: string | null }) =>
+    made("api/create", { name, ...texts });
+
 export async function saveFile(path: string, text: string, revision: string): Promise<string> {
     const response = await post("api/save", { path, text, revision });
     return ((await response.json()) as { revision: string }).revision;
@@ -165,6 +201,7 @@ export interface Finding {
     code: string;
     message: string;
     role: "document" | "model";
+    path?: unknown;
     range?: TextRange;
     fix?: (TextRange & { text: string })[];
 }

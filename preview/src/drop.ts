@@ -2,7 +2,7 @@
 
 // A document or a model that is dragged onto the page.
 import { announce, byId } from "./dom";
-import type { Role } from "./sources";
+import type { Role } from "./source";
 
 const largest = 8 << 20;
 

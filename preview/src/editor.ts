@@ -20,6 +20,7 @@ import {
     hoverTooltip,
     keymap,
     lineNumbers,
+    placeholder,
 } from "@codemirror/view";
 import type { DecorationSet, HoverTooltipSource } from "@codemirror/view";
 import { classHighlighter } from "@lezer/highlight";
@@ -28,6 +29,8 @@ import { nodeAt } from "./json_places";
 
 export interface EditorOptions {
     label: string;
+    /** What stands there while it is empty. */
+    hint: string;
     parent: HTMLElement;
     completion: CompletionSource;
     hover?: HoverTooltipSource;
@@ -72,6 +75,7 @@ function extensions(options: EditorOptions): Extension[] {
         highlightSelectionMatches(),
         lintGutter(),
         markedPlace,
+        placeholder(options.hint),
         json(),
         jsonLanguage.data.of({ autocomplete: options.completion }),
         options.hover ? hoverTooltip(options.hover, { hoverTime: 250 }) : [],

@@ -3,22 +3,26 @@
 // Puts the page together.
 import { fetchFiles, fetchProject } from "./api";
 import { documentCompletion, documentHover } from "./document_help";
-import { announce, byId, element } from "./dom";
+import { announce, byId } from "./dom";
 import { acceptDrops } from "./drop";
 import { Editor } from "./editor";
 import { Inspection } from "./inspection";
+import { LookControls } from "./looks";
 import { goToNextProblem } from "./problems";
 import { Reporting } from "./reporting";
+import { SaveDialog } from "./save_dialog";
 import type { Schema } from "./schema";
+import { HeldSettings } from "./settings";
 import { download, sharedPage } from "./share";
 import { alt, control, focusNextRegion, plain, setUpShortcuts } from "./shortcuts";
-import type { Role } from "./sources";
+import type { Role } from "./source";
 import { Sources } from "./sources";
 import { Stage } from "./stage";
-import type { Appearances, State } from "./state";
-import { checkedLooks } from "./state";
+import type { State } from "./state";
+import { checksOf } from "./state";
 import { setUpTabs, showTab } from "./tabs";
 import { TimeBar } from "./time_bar";
+import { Welcome } from "./welcome";
 
 const defaultScreen = "390x844";
 
@@ -41,27 +45,9 @@ async function initialState(): Promise<State> {
         appearances: "both",
         moment: Math.floor(Date.now() / 1000),
         timeZone: project.timeZone,
+        background: null,
+        models: new Map(),
     };
-}
-
-function setUpScreens(state: State, changed: () => void): void {
-    const select = byId<HTMLSelectElement>("screen");
-    select.append(
-        ...state.project.screens.map(({ name }) => element("option", { value: name }, name.replace("x", " × "))),
-    );
-    select.value = state.screen.name;
-    select.addEventListener("change", () => {
-        state.screen = state.project.screens.find(({ name }) => name === select.value) ?? state.screen;
-        changed();
-    });
-}
-
-function setUpAppearances(state: State, changed: () => void): void {
-    for (const radio of document.querySelectorAll<HTMLInputElement>("input[name=appearance]"))
-        radio.addEventListener("change", () => {
-            state.appearances = radio.value as Appearances;
-            changed();
-        });
 }
 
 /** Hears of changed files, and asks again for all of them after the server was away. */
@@ -75,7 +61,7 @@ function listen(sources: Sources): void {
     };
     events.onopen = () => {
         byId("connection").hidden = true;
-        if (wasAway) void sources.refresh([sources.document.path, sources.model.path].filter((path) => path !== null));
+        if (wasAway) void sources.refresh(sources.paths);
         wasAway = false;
     };
 }
@@ -95,12 +81,16 @@ async function start(): Promise<void> {
     setUpTabs();
     const state = await asked;
     const changed = (): void => {
-        stage.invalidate();
         sources.update();
+        const isEmpty = sources.drawn === null;
+        welcome.update(isEmpty);
+        if (isEmpty) reporting.clear();
+        stage.update();
     };
     const editors: Record<Role, Editor> = {
         document: new Editor({
             label: "Document",
+            hint: "Type or paste a document, or drop its file on the page",
             parent: byId("document-panel"),
             completion: documentCompletion(
                 () => schema,
@@ -112,12 +102,21 @@ async function start(): Promise<void> {
         }),
         model: new Editor({
             label: "Model",
+            hint: "Type or paste a model, or drop its file on the page",
             parent: byId("model-panel"),
             completion: () => null,
             changed: () => changed(),
         }),
     };
-    const reporting = new Reporting(editors, () => checkedLooks(state));
+    const openTab = (role: Role): void => {
+        showTab(role);
+        editors[role].view.focus();
+    };
+    const reporting = new Reporting(
+        editors,
+        (drawing) => checksOf(state, drawing, sources.drawn?.model ?? null),
+        (family) => state.models.get(family) ?? null,
+    );
     const inspection = new Inspection(() => stage, editors.document);
     const stage: Stage = new Stage(byId("stage"), state, () => sources.drawn, {
         drawn: (drawn, drawing) => {
@@ -128,16 +127,29 @@ async function start(): Promise<void> {
         hovered: (point) => inspection.hover(point),
         picked: (point) => inspection.pick(point),
     });
-    const sources = new Sources(state, editors, changed);
+    const settings = new HeldSettings(state, () => {
+        if (settings.holdsMoment) timeBar.stop();
+        timeBar.show();
+        looks.show();
+        stage.opening();
+    });
+    const sources = new Sources(state, editors, settings, new SaveDialog(), changed);
+    const looks = new LookControls(state, settings, () => stage.update());
     const timeBar = new TimeBar(
         state,
+        settings,
         () => stage.moveClock(),
         () => stage.invalidate(),
     );
+    const welcome = new Welcome(state, {
+        mayGo: () => sources.mayGo(),
+        made: async (path) => {
+            await sources.openMade(path);
+            openTab("document");
+        },
+    });
     const shareNow = (): void => void share(state, sources, stage, inspection);
 
-    setUpScreens(state, () => stage.build());
-    setUpAppearances(state, () => stage.build());
     byId("share").addEventListener("click", shareNow);
     acceptDrops((role, name, text) => {
         showTab(role);
@@ -149,15 +161,11 @@ async function start(): Promise<void> {
         { keys: "F8", does: "to the next problem", matches: plain("F8"), run: goToNextProblem },
         { keys: "Alt-1", does: "the document", matches: alt("Digit1"), run: () => openTab("document") },
         { keys: "Alt-2", does: "the model", matches: alt("Digit2"), run: () => openTab("model") },
+        { keys: "Alt-N", does: "begins a new widget", matches: alt("KeyN"), run: () => welcome.open() },
         { keys: "Alt-P", does: "lets the clock run, or stops it", matches: alt("KeyP"), run: () => timeBar.toggle() },
         { keys: "Alt-S", does: "shares a page", matches: alt("KeyS"), run: shareNow },
     ]);
-    const openTab = (role: Role): void => {
-        showTab(role);
-        editors[role].view.focus();
-    };
 
-    stage.build();
     await sources.start();
     listen(sources);
     document.body.classList.add("ready");

@@ -49,6 +49,18 @@ pre { overflow: auto; padding: 1rem; border-radius: 10px; background: light-dark
   font: 13px/1.5 ui-monospace, monospace; }
 ul { list-style: none; padding-left: 1.1rem; }`;
 
+/** The models that families of the screen have instead of the widget's own, by their paths. */
+function ownModels({ screen, models }: State): [string, { families: string[]; text: string }][] {
+    const found = new Map<string, { families: string[]; text: string }>();
+    for (const { name } of screen.families) {
+        const own = models.get(name);
+        if (!own) continue;
+        const { families } = found.get(own.path) ?? { families: [] };
+        found.set(own.path, { families: [...families, name], text: own.text });
+    }
+    return [...found];
+}
+
 /** Pictures are those that could be drawn; the tree is the selected one's. */
 export function sharedPage(
     name: string,
@@ -59,7 +71,9 @@ export function sharedPage(
 ): string {
     const moment = clockText(clockSeconds(state.moment, state.timeZone)).replace("T", " ");
     const text = (title: string, content: string) =>
-        content ? `<details class="text"><summary>${title}</summary><pre>${escaped(content)}</pre></details>` : "";
+        content
+            ? `<details class="text"><summary>${escaped(title)}</summary><pre>${escaped(content)}</pre></details>`
+            : "";
     return `<!doctype html>
 <html lang="en">
 <meta charset="utf-8">
@@ -73,6 +87,9 @@ for a screen of ${state.screen.name} points</p>
 <div class="pictures">${tiles.map(figure).join("\n")}</div>
 ${text("Document", texts.document)}
 ${text("Model", texts.model)}
+${ownModels(state)
+    .map(([path, own]) => text(`Model of ${own.families.join(", ")}: ${path}`, own.text))
+    .join("\n")}
 ${tree ? `<details class="text"><summary>View tree</summary><ul>${branch(tree)}</ul></details>` : ""}
 </html>
 `;

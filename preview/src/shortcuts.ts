@@ -52,7 +52,7 @@ export function setUpShortcuts(shortcuts: Shortcut[]): void {
         "keydown",
         (event) => {
             const shortcut = all.find((each) => each.matches(event));
-            if (!shortcut || dialog.open) return;
+            if (!shortcut || document.querySelector("dialog[open]")) return;
             event.preventDefault();
             shortcut.run();
         },

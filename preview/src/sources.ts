@@ -1,82 +1,36 @@
 // SPDX-License-Identifier: MIT
 
 // The two texts that are edited, the files they come from, and how both stay together.
-import type { Drawing, FileText, ProjectFile } from "./api";
-import { fetchFile, fetchFiles, saveFile } from "./api";
-import { announce, byId, element } from "./dom";
+import type { Drawing, MadeFile, ProjectFile } from "./api";
+import { createFiles, fetchFile, fetchFiles, saveFile } from "./api";
+import { announce, byId } from "./dom";
 import type { Editor } from "./editor";
+import { FileList } from "./file_list";
+import { freeName } from "./name_field";
+import type { SaveDialog } from "./save_dialog";
+import type { HeldSettings } from "./settings";
+import { readModels } from "./settings";
+import type { Role } from "./source";
+import { Source, noText } from "./source";
 import type { State } from "./state";
 
 export type Drawable = Pick<Drawing, "document" | "model" | "path">;
-export type Role = "document" | "model";
-
-/** One text: what is in the editor, and what the file had when it was read. */
-class Source {
-    path: string | null = null;
-    name = "";
-    saved = "";
-    revision = "";
-    isUtf8 = true;
-    /** What ends the file's lines; in editors it is always "\n". */
-    private lineEnd = "\n";
-    /** A text that is to be drawn before the editor shows it. */
-    private coming: string | null = null;
-
-    constructor(
-        readonly role: Role,
-        readonly editor: Editor,
-    ) {}
-
-    get text(): string {
-        return this.coming ?? this.editor.text;
-    }
-
-    get isChanged(): boolean {
-        return this.text !== this.saved;
-    }
-
-    get textOfFile(): string {
-        return this.text.replaceAll("\n", this.lineEnd);
-    }
-
-    take(path: string | null, file: FileText): void {
-        const name = path?.slice(path.lastIndexOf("/") + 1) ?? "none";
-        Object.assign(this, { path, name });
-        this.coming = this.read(file);
-    }
-
-    private read({ text, revision, isUtf8 }: FileText): string {
-        this.lineEnd = text.includes("\r\n") ? "\r\n" : "\n";
-        this.saved = text.replaceAll(/\r\n?/g, "\n");
-        Object.assign(this, { revision, isUtf8 });
-        return this.saved;
-    }
-
-    open(): void {
-        if (this.coming !== null) this.editor.open(this.coming);
-        this.coming = null;
-    }
-
-    /** Takes the file's text over, in place of what is in the editor. */
-    async reload(): Promise<void> {
-        if (!this.path) return;
-        this.editor.replace(this.read(await fetchFile(this.path)));
-    }
-}
 
 export class Sources {
     readonly document: Source;
     readonly model: Source;
-    private readonly select = byId<HTMLSelectElement>("file");
+    private readonly list: FileList;
 
     constructor(
         private readonly state: State,
         editors: Record<Role, Editor>,
+        private readonly settings: HeldSettings,
+        private readonly saveDialog: SaveDialog,
         private readonly changed: () => void,
     ) {
         this.document = new Source("document", editors.document);
         this.model = new Source("model", editors.model);
-        this.select.addEventListener("change", () => void this.choose(this.select.value));
+        this.list = new FileList(state, (path) => void this.choose(path));
         byId("save").addEventListener("click", () => void this.save());
         byId("reload").addEventListener("click", () => void this.reloadAll());
         byId("keep").addEventListener("click", () => (byId("changed-on-disk").hidden = true));
@@ -84,8 +38,19 @@ export class Sources {
         window.addEventListener("beforeunload", (event) => this.isChanged && event.preventDefault());
     }
 
+    private get both(): Source[] {
+        return [this.document, this.model];
+    }
+
+    /** The files that are shown. */
+    get paths(): string[] {
+        const models = [...this.state.models.values()];
+        return [...this.both, ...models].map(({ path }) => path).filter((path) => path !== null);
+    }
+
+    /** Whether something would be lost. */
     get isChanged(): boolean {
-        return [this.document, this.model].some((source) => source.path !== null && source.isChanged);
+        return this.both.some((source) => source.isChanged);
     }
 
     /** What is to be drawn; nothing while there is no document. */
@@ -93,79 +58,76 @@ export class Sources {
         const { path, text } = this.document;
         return path === null && text === ""
             ? null
-            : { path, document: text, model: this.model.text.trim() ? this.model.text : null };
+            : { path, document: text, model: this.model.isEmpty ? null : this.model.text };
     }
 
     /** Lists the folder's documents and opens the one that the address names, or the first. */
     async start(): Promise<void> {
-        this.list();
         const wanted = wantedPath();
         const documents = this.state.files.filter((file) => file.kind === "document");
         const first = documents.find((file) => file.path === wanted) ?? documents[0];
         if (first) await this.open(first.path);
+        else this.changed();
     }
 
-    list(): void {
-        const folders = Map.groupBy(
-            this.state.files.filter((file) => file.kind === "document"),
-            (file) => file.path.slice(0, Math.max(file.path.lastIndexOf("/"), 0)),
-        );
-        const options = [...folders].flatMap(([, files]) =>
-            files.map((file) => element("option", { value: file.path }, file.path)),
-        );
-        this.select.replaceChildren(...options);
-        if (options.length === 0) this.select.append(element("option", { value: "" }, "No documents"));
-        this.select.value = this.document.path ?? "";
+    private fileOf(path: string | null): ProjectFile | undefined {
+        return this.state.files.find((file) => file.path === path);
+    }
+
+    /** Whether what is not saved may be lost. */
+    mayGo(): boolean {
+        return !this.isChanged || confirm("What you have changed is not saved. Open another document anyway?");
     }
 
     /** Opens another document, if what is not saved may be lost. */
     private async choose(path: string): Promise<void> {
-        if (!path || path === this.document.path) return;
-        const mayGo = !this.isChanged || confirm("What you have changed is not saved. Open another document anyway?");
-        if (mayGo) await this.open(path);
-        this.select.value = this.document.path ?? "";
+        if (path && path !== this.document.path && this.mayGo()) await this.open(path);
+        else this.update();
     }
 
     async open(path: string): Promise<void> {
         try {
-            const model = this.state.files.find((file) => file.path === path)?.model ?? null;
-            const [text, modelText] = await Promise.all([fetchFile(path), model === null ? null : fetchFile(model)]);
+            const file = this.fileOf(path);
+            const model = file?.model ?? null;
+            const [text, modelText, models] = await Promise.all([
+                fetchFile(path),
+                model === null ? noText : fetchFile(model),
+                readModels(file),
+            ]);
             this.document.take(path, text);
-            this.takeMeant();
-            this.model.take(model, modelText ?? { text: "", revision: "", isUtf8: true });
+            this.model.take(model, modelText);
+            this.settings.take(file, models);
             this.changed();
-            this.document.open();
-            this.model.open();
-            history.replaceState(null, "", `#${encodeURIComponent(path)}`);
-            this.select.value = path;
+            for (const source of this.both) source.open();
+            setAddress(path);
             byId("changed-on-disk").hidden = true;
         } catch (error) {
             announce((error as Error).message);
         }
     }
 
-    /** Takes over what the settings of the document say. */
-    private takeMeant(): void {
-        const file = this.state.files.find(({ path }) => path === this.document.path);
-        if (file?.fault) announce(file.fault);
-        this.state.meant = file?.families ?? [];
+    /** Opens a document that has just been made. */
+    async openMade(path: string): Promise<void> {
+        await this.listFiles();
+        await this.open(path);
     }
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
     drop(role: Role, name: string, text: string): void {
-        const source = this[role];
-        source.name = `${name} (dropped)`;
-        source.path = role === "document" ? this.document.path : null;
-        if (role === "model") source.saved = text;
-        source.editor.replace(text);
-        this.update();
+        if (role === "document") this.settings.take(undefined, new Map());
+        else this.state.models = new Map(); // as a model that a command line names, it is every family's
+        this[role].drop(name, text);
+        if (role === "document") setAddress("");
+        this.changed();
         announce(`${name} is shown as the ${role}`);
     }
 
-    /** Writes what has changed into its files. */
+    /** Writes what has changed into its files, and asks for the name of what has none. */
     async save(): Promise<void> {
-        for (const source of [this.document, this.model]) {
+        let isAll = true;
+        for (const source of this.both) {
             if (!source.path || !source.isChanged) continue;
+            isAll = false;
             const { text } = source;
             try {
                 source.revision = await saveFile(source.path, source.textOfFile, source.revision);
@@ -176,25 +138,74 @@ export class Sources {
             }
         }
         this.update();
+        // A dropped text lies elsewhere, and is asked for only when it alone can be meant.
+        if (isAll || this.both.some((source) => source.isWithoutFile && source.isChanged)) this.saveNew();
+    }
+
+    /** What came from no file becomes one, a document together with the model that it is shown with. */
+    private saveNew(): void {
+        const document = this.document.isWithoutFile ? this.document : null;
+        const model = document ? !this.model.isEmpty : this.model.isWithoutFile;
+        if (!document && !model) return;
+        const made = [...(document ? [document] : []), ...(model ? [this.model] : [])];
+        this.saveDialog.open({
+            title: document ? "Save the document" : "Save the model",
+            name: this.proposedName(),
+            files: (stem) => made.map(({ role }) => (role === "document" ? `${stem}.json` : `${stem}.model.json`)),
+            save: async (name) => this.settle(made, await createFiles(name, textsOf(made))),
+        });
+    }
+
+    private proposedName(): string {
+        const { path, name } = this.document;
+        if (path) return path.replace(/\.json$/, "");
+        const dropped = / \(dropped\)$/.test(name) ? name.replace(/(\.json)? \(dropped\)$/, "") : "widget";
+        return freeName(dropped, this.state.files);
+    }
+
+    /** Texts have become files; what belongs to them by their names now does. */
+    private async settle(made: Source[], files: MadeFile[]): Promise<void> {
+        made.forEach((source, i) => files[i] && source.settle(files[i]));
+        announce(`Saved ${files.map(({ path }) => path).join(" and ")}`);
+        await this.listFiles();
+        const file = this.fileOf(this.document.path);
+        if (this.model.path === null && file?.model) {
+            this.model.take(file.model, await fetchFile(file.model));
+            this.model.open();
+        }
+        await this.takeOthers();
+        if (this.document.path) setAddress(this.document.path);
+        this.changed();
+    }
+
+    /** Takes over what belongs to the document, where that is something else now. */
+    private async takeOthers(reads = false): Promise<void> {
+        const file = this.fileOf(this.document.path);
+        const areOthers = this.settings.areOthers(file);
+        if (!areOthers && !reads) return;
+        const models = await readModels(file);
+        if (areOthers) this.settings.take(file, models);
+        else this.state.models = models;
+        this.changed();
+    }
+
+    private async listFiles(): Promise<void> {
+        this.state.files = await fetchFiles();
+        this.update();
     }
 
     /** Files have changed on disk. */
     async refresh(paths: string[]): Promise<void> {
-        const before = names(this.state.files);
-        this.state.files = await fetchFiles();
-        if (names(this.state.files) !== before) this.list();
-        if (!this.document.path) return void (await this.start());
-        if (paths.some((path) => path.endsWith(".toml"))) {
-            this.takeMeant();
-            this.changed();
-        }
-        for (const source of [this.document, this.model])
-            if (source.path && paths.includes(source.path)) await this.reload(source);
+        await this.listFiles();
+        if (!this.drawn && !this.isChanged) return this.start();
+        const own = [...this.state.models.values()].map(({ path }) => path);
+        await this.takeOthers(paths.some((path) => own.includes(path)));
+        for (const source of this.both) if (source.path && paths.includes(source.path)) await this.reload(source);
     }
 
     private async reload(source: Source): Promise<void> {
         const { path } = source;
-        const file = this.state.files.find((each) => each.path === path);
+        const file = this.fileOf(path);
         if (!path || !file || file.revision === source.revision) return;
         if (source.isChanged) {
             byId("changed-name").textContent = path;
@@ -206,23 +217,24 @@ export class Sources {
     }
 
     private async reloadAll(): Promise<void> {
-        for (const source of [this.document, this.model]) await source.reload();
+        for (const source of this.both) await source.reload();
         byId("changed-on-disk").hidden = true;
         this.update();
     }
 
     /** Shows which texts are not saved, and which cannot be. */
     update(): void {
-        const broken = [this.document, this.model].filter((source) => source.path !== null && !source.isUtf8);
+        const broken = this.both.filter((source) => source.path !== null && !source.isUtf8);
         byId("not-utf8-name").textContent = broken.map((source) => source.path).join(", ");
         byId("not-utf8").hidden = broken.length === 0;
-        for (const source of [this.document, this.model]) {
+        for (const source of this.both) {
             const tab = byId(`${source.role}-tab`);
-            const isChanged = source.path !== null && source.isChanged;
-            tab.classList.toggle("changed", isChanged);
+            tab.classList.toggle("changed", source.isChanged);
             tab.querySelector(".file-name")!.textContent = source.name;
         }
-        byId<HTMLButtonElement>("save").disabled = !this.isChanged;
+        const canBeSaved = this.both.some((source) => source.isWithoutFile || (source.path && source.isChanged));
+        byId<HTMLButtonElement>("save").disabled = !canBeSaved;
+        this.list.show(this.document);
         document.title = `${this.isChanged ? "• " : ""}${this.document.path ?? this.state.project.name} – Tavrin`;
     }
 }
@@ -236,4 +248,9 @@ function wantedPath(): string {
     }
 }
 
-const names = (files: ProjectFile[]): string => files.map((file) => `${file.kind} ${file.path}`).join("\n");
+const setAddress = (path: string): void => history.replaceState(null, "", `#${encodeURIComponent(path)}`);
+
+function textsOf(sources: Source[]): { document: string | null; model: string | null } {
+    const textOf = (role: Role) => sources.find((source) => source.role === role)?.textOfFile ?? null;
+    return { document: textOf("document"), model: textOf("model") };
+}

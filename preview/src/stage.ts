@@ -6,7 +6,7 @@ import { draw } from "./api";
 import { element, neighbour } from "./dom";
 import type { Drawable } from "./sources";
 import type { State } from "./state";
-import { appearancesShown, isMeant, orderedFamilies } from "./state";
+import { appearancesShown, isMeant, modelOf, orderedFamilies } from "./state";
 import { Tile } from "./tile";
 
 const margin = 48;
@@ -37,6 +37,9 @@ export class Stage {
     /** The last change that was not the clock's alone. */
     private lastOther = 0;
     private zoom = 0;
+    /** The screen and the appearances that the tiles are for. */
+    private built = "";
+    private isOpening = false;
     private selectedInFlight = false;
     /** Whether the selected picture is on its way to the screen; the others must not hold it up. */
     private selectedIsPainted = true;
@@ -67,20 +70,50 @@ export class Stage {
             return element("div", { class: `wallpaper ${appearance}`, role: "presentation" }, ...groups);
         });
         this.parent.replaceChildren(...columns);
-        for (const tile of this.tiles) {
-            this.listen(tile);
-            tile.mark(isMeant(this.state, tile.family.name));
-        }
-        const like = (tile: Tile) => tile.family.name === before?.family.name;
-        const same = this.tiles.find((tile) => like(tile) && tile.appearance === before?.appearance);
-        this.mark(same ?? this.tiles.find(like) ?? this.tiles[0] ?? null);
+        for (const tile of this.tiles) this.listen(tile);
+        this.mark(this.choice(before));
+        this.built = this.wanted;
         this.zoom = 0;
         this.resize();
     }
 
+    /** The tile to select: like the one before, but of a family that a document is meant for when it is opened. */
+    private choice(before: Tile | null): Tile | null {
+        const like = before ?? this.tiles[0];
+        const stays = like && (!this.isOpening || isMeant(this.state, like.family.name));
+        const family = stays ? like.family.name : this.state.meant[0];
+        const tiles = this.tiles.filter((tile) => tile.family.name === family);
+        this.isOpening = false;
+        return tiles.find(({ appearance }) => appearance === before?.appearance) ?? tiles[0] ?? this.tiles[0] ?? null;
+    }
+
+    /** With the next update another document is shown. */
+    opening(): void {
+        this.isOpening = true;
+    }
+
+    private get wanted(): string {
+        return `${this.state.screen.name} ${this.state.appearances}`;
+    }
+
+    /** Something has changed, be it the screen or the appearances. */
+    update(): void {
+        const before = this.selected?.family.name;
+        if (this.wanted !== this.built) {
+            this.build();
+        } else {
+            if (this.isOpening) this.mark(this.choice(this.selected));
+            this.invalidate();
+        }
+        if (this.selected?.family.name !== before) this.selected?.figure.scrollIntoView({ block: "nearest" });
+    }
+
     /** Something that is drawn has changed. */
     invalidate(): void {
-        for (const tile of this.tiles) tile.mark(isMeant(this.state, tile.family.name));
+        for (const tile of this.tiles) {
+            const { name } = tile.family;
+            tile.mark(isMeant(this.state, name), this.state.models.get(name)?.path ?? "");
+        }
         this.lastOther = this.change + 1;
         this.moveClock();
     }
@@ -97,8 +130,9 @@ export class Stage {
     private giveUpOld(): void {
         const source = this.source();
         for (const work of this.works) {
-            const { document, model } = work.drawing;
-            const isWanted = source?.document === document && source.model === model && this.tiles.includes(work.tile);
+            const { document, model, family } = work.drawing;
+            const isOfText = source?.document === document && modelOf(this.state, family, source.model) === model;
+            const isWanted = isOfText && this.tiles.includes(work.tile);
             if (isWanted || work.isGivenUp) continue;
             work.isGivenUp = true;
             setTimeout(() => work.control.abort(), lastMilliseconds);
@@ -143,6 +177,7 @@ export class Stage {
 
     /** Shrinks the widgets where the widest one has no room. */
     private resize(): void {
+        if (this.parent.hidden) return;
         const columns = appearancesShown(this.state.appearances).length;
         const widest = Math.max(...this.tiles.map((tile) => tile.family.width), 1);
         const isStacked = this.parent.clientWidth / columns < Math.min(widest, 300) + margin;
@@ -208,6 +243,7 @@ export class Stage {
     private drawingOf(tile: Tile, source: Drawable): Drawing {
         return {
             ...source,
+            model: modelOf(this.state, tile.family.name, source.model),
             family: tile.family.name,
             width: tile.family.width,
             height: tile.family.height,
@@ -216,6 +252,7 @@ export class Stage {
             date: this.state.moment,
             timeZone: this.state.timeZone,
             rounded: tile.rounded,
+            background: this.state.background,
         };
     }
 

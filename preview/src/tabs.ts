@@ -2,7 +2,7 @@
 
 // The two editors' tabs, as ARIA describes them.
 import { byId, neighbour } from "./dom";
-import type { Role } from "./sources";
+import type { Role } from "./source";
 
 const roles: Role[] = ["document", "model"];
 

@@ -50,10 +50,13 @@ export class Tile {
     /** Whether the widget is meant for the family; else the picture steps back. */
     isMeant = true;
 
-    mark(isMeant: boolean): void {
+    /** `model` is the path of the family's own model, empty where it has none. */
+    mark(isMeant: boolean, model: string): void {
         this.isMeant = isMeant;
         this.figure.classList.toggle("not-meant", !isMeant);
-        this.figure.title = isMeant ? "" : "By its settings the widget is not meant for this family";
+        const told = isMeant ? "" : "By its settings the widget is not meant for this family";
+        this.figure.title = model ? `By its settings drawn with ${model}` : told;
+        this.figure.dataset["model"] = model;
     }
 
     get rounded(): boolean {

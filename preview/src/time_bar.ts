@@ -2,6 +2,7 @@
 
 // The moment that is drawn: a slider over its day, a field, a time zone, and a clock that can run.
 import { byId, element } from "./dom";
+import type { HeldSettings } from "./settings";
 import type { State } from "./state";
 import { clockFromText, clockSeconds, clockText, daySeconds, isZone, knownZones, momentOf } from "./zones";
 
@@ -16,6 +17,7 @@ export class TimeBar {
 
     constructor(
         private readonly state: State,
+        private readonly settings: HeldSettings,
         private readonly moved: () => void,
         private readonly zoneChanged: () => void,
     ) {
@@ -55,7 +57,7 @@ export class TimeBar {
         const isKnown = isZone(this.zone.value);
         this.zone.setAttribute("aria-invalid", String(!isKnown));
         if (!isKnown) return;
-        this.state.timeZone = this.zone.value;
+        this.settings.choose("timeZone", this.zone.value);
         this.show();
         this.zoneChanged();
     }
@@ -70,12 +72,16 @@ export class TimeBar {
     }
 
     private set(moment: number): void {
-        this.state.moment = moment;
+        this.settings.choose("moment", moment);
         this.show();
         this.moved();
     }
 
-    private show(): void {
+    stop(): void {
+        if (this.running) this.toggle();
+    }
+
+    show(): void {
         const clock = clockSeconds(this.state.moment, this.state.timeZone);
         const text = clockText(clock);
         this.slider.value = String(Math.floor(clock % daySeconds));

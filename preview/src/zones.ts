@@ -8,7 +8,7 @@ function formatOf(zone: string): Intl.DateTimeFormat {
     let format = formats.get(zone);
     if (!format) {
         format = new Intl.DateTimeFormat("en-US", {
-            timeZone: zone,
+            timeZone: zone.replace(/^GMT([+-]\d\d):?(\d\d)$/, "$1:$2"), // as browsers write it
             hourCycle: "h23",
             year: "numeric",
             month: "2-digit",

@@ -24,11 +24,17 @@ const quietly = [
 
 export const launch = () => chromium.launch({ executablePath: browserPath, args: quietly });
 
+/** An empty folder. */
+export async function emptyFolder() {
+    const folder = await mkdtemp(join(tmpdir(), "tavrin-preview-"));
+    return { folder, remove: () => rm(folder, { recursive: true }) };
+}
+
 /** A folder with the examples' documents, models and pictures. */
 export async function examples() {
-    const folder = await mkdtemp(join(tmpdir(), "tavrin-preview-"));
-    await cp(join(top, "examples"), folder, { recursive: true, filter: (path) => !path.endsWith("layout.json") });
-    return { folder, remove: () => rm(folder, { recursive: true }) };
+    const place = await emptyFolder();
+    await cp(join(top, "examples"), place.folder, { recursive: true, filter: (path) => !path.endsWith("layout.json") });
+    return place;
 }
 
 /** Starts the program; resolves with its address. */
@@ -51,16 +57,23 @@ export function serve(folder, ...more) {
     });
 }
 
-/** Opens the preview of a document; what the page complains about is kept. */
-export async function open(browser, address, document = "agenda/document.json", options = {}) {
+/** Opens the preview; what the page complains about is kept. */
+export async function visit(browser, address, document, options = {}) {
     const context = await browser.newContext({ viewport: { width: 1440, height: 900 }, ...options });
     const page = await context.newPage();
     const complaints = [];
     page.on("console", (message) => message.type() === "error" && complaints.push(message.text()));
     page.on("pageerror", (error) => complaints.push(error.message));
     await page.goto(`${address}#${encodeURIComponent(document)}`);
-    await drawn(page);
+    await page.waitForSelector("body.ready");
     return { page, complaints, close: () => context.close() };
+}
+
+/** The same, of a document that can be drawn. */
+export async function open(browser, address, document = "agenda/document.json", options = {}) {
+    const visited = await visit(browser, address, document, options);
+    await drawn(visited.page);
+    return visited;
 }
 
 export const selected = "[role=option][aria-selected=true]";
@@ -100,4 +113,38 @@ export async function cursorBehind(page, text) {
     await page.keyboard.press("Enter");
     await page.keyboard.press("Escape");
     await page.keyboard.press("ArrowRight");
+}
+
+/** The least contrast that the elements of a page have with the colour behind them. */
+export const leastContrast = (page, which) => page.evaluate(contrastOf, which);
+
+function contrastOf(which) {
+    const parts = (color) => color.match(/[\d.]+/g).map(Number);
+    const linear = (part) => (part <= 0.04045 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4);
+    const luminance = ([red, green, blue]) =>
+        0.2126 * linear(red / 255) + 0.7152 * linear(green / 255) + 0.0722 * linear(blue / 255);
+    const behind = (place) => {
+        const color = parts(getComputedStyle(place).backgroundColor);
+        return color[3] === 0 ? behind(place.parentElement) : color;
+    };
+    const contrasts = [...document.querySelectorAll(which)].map((place) => {
+        const [dark, light] = [parts(getComputedStyle(place).color), behind(place)]
+            .map(luminance)
+            .sort((a, b) => a - b);
+        return (light + 0.05) / (dark + 0.05);
+    });
+    return Math.min(...contrasts);
+}
+
+/** Drops a file on the page. */
+export function drop(page, name, text) {
+    return page.evaluate(
+        ([name, text]) => {
+            const carried = new DataTransfer();
+            carried.items.add(new File([text], name, { type: "application/json" }));
+            for (const type of ["dragover", "drop"])
+                window.dispatchEvent(new DragEvent(type, { dataTransfer: carried, bubbles: true, cancelable: true }));
+        },
+        [name, text],
+    );
 }

@@ -5,7 +5,19 @@ import assert from "node:assert/strict";
 import { readFile, rm, writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { cursorBehind, drawn, examples, launch, open, picture, redrawn, selected, serve } from "./place.mjs";
+import {
+    cursorBehind,
+    drawn,
+    drop,
+    examples,
+    launch,
+    leastContrast,
+    open,
+    picture,
+    redrawn,
+    selected,
+    serve,
+} from "./place.mjs";
 
 let browser, place, server;
 
@@ -320,36 +332,10 @@ test("takes a dropped model", () =>
     on("agenda/document.json", async (page) => {
         const model = (await readFile(join(place.folder, "agenda/model.json"), "utf8")).replace("SATURDAY", "TODAY");
         const first = await picture(page);
-        await redrawn(page, () =>
-            page.evaluate((text) => {
-                const carried = new DataTransfer();
-                carried.items.add(new File([text], "today.json", { type: "application/json" }));
-                for (const type of ["dragover", "drop"])
-                    window.dispatchEvent(
-                        new DragEvent(type, { dataTransfer: carried, bubbles: true, cancelable: true }),
-                    );
-            }, model),
-        );
+        await redrawn(page, () => drop(page, "today.json", model));
         assert.notEqual(await picture(page), first);
         assert.match(await page.locator("#model-tab").textContent(), /today\.json \(dropped\)/);
     }));
-
-/** The least contrast that a text of a page has with the colour behind it. */
-const leastContrast = () => {
-    const parts = (color) => color.match(/[\d.]+/g).map(Number);
-    const linear = (part) => (part <= 0.04045 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4);
-    const luminance = ([red, green, blue]) =>
-        0.2126 * linear(red / 255) + 0.7152 * linear(green / 255) + 0.0722 * linear(blue / 255);
-    const behind = (place) => {
-        const color = parts(getComputedStyle(place).backgroundColor);
-        return color[3] === 0 ? behind(place.parentElement) : color;
-    };
-    const contrasts = [...document.querySelectorAll("h1, p, figcaption, summary, pre, b, small")].map((place) => {
-        const [dark, light] = [parts(getComputedStyle(place).color), behind(place)].map(luminance).sort((a, b) => a - b);
-        return (light + 0.05) / (dark + 0.05);
-    });
-    return Math.min(...contrasts);
-};
 
 test("shares one file that stands alone", () =>
     on("photo/document.json", async (page) => {
@@ -371,7 +357,7 @@ test("shares one file that stands alone", () =>
         );
         for (const colorScheme of ["light", "dark"]) {
             await shared.emulateMedia({ colorScheme });
-            assert.ok((await shared.evaluate(leastContrast)) >= 4.5, colorScheme);
+            assert.ok((await leastContrast(shared, "h1, p, figcaption, summary, pre, b, small")) >= 4.5, colorScheme);
         }
         await context.close();
         const text = await readFile(path, "utf8");

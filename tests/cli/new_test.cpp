@@ -64,6 +64,17 @@ TEST(New, OverwritesNothing) {
     }
 }
 
+TEST(New, FollowsNoLink) {
+    const Workplace place;
+    std::filesystem::create_symlink("nowhere.json", place.path("a.widget.toml"));
+    const Finished finished = place.run({"new", "a"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.err, HasSubstr("'a.widget.toml' is there already"));
+    EXPECT_FALSE(place.has("nowhere.json"));
+    EXPECT_FALSE(place.has("a.json"));
+    EXPECT_FALSE(place.has("a.model.json"));
+}
+
 TEST(New, SaysWhatItTakes) {
     const struct {
         std::vector<std::string> words;

@@ -129,6 +129,79 @@ TEST(ProjectFolder, SavesOnlyOverWhatItHasRead) {
     EXPECT_EQ(paths(folder), std::vector<std::string>{"a.json"}) << "nothing else is left";
 }
 
+TEST(ProjectFolder, MakesNewFilesWhereItWouldFindThem) {
+    const ScratchFolder outside;
+    const ScratchFolder scratch;
+    scratch.write("a.json", "old");
+    scratch.write("in/b.json", "");
+    fs::create_symlink(outside.path() / "gone.json", scratch.path() / "dangling.json");
+    fs::create_directory_symlink(outside.path(), scratch.path() / "away");
+    fs::create_directory_symlink(scratch.path() / "in", scratch.path() / "link");
+    fs::create_directory(scratch.path() / "folder.json");
+    ProjectFolder folder(scratch.path());
+    const struct {
+        const char* why;
+        std::string path;
+        unsigned status;
+    } rows[] = {
+        {"a file", "new.json", 200},
+        {"settings", "new.widget.toml", 200},
+        {"in a folder", "in/new.json", 200},
+        {"in new folders", "1/2/3/4/5/6/7/deep.json", 200},
+        {"where it is not looked for", "1/2/3/4/5/6/7/8/deeper.json", 403},
+        {"a file that is there", "a.json", 409},
+        {"a folder that is there", "folder.json", 409},
+        {"a link that leads nowhere", "dangling.json", 409},
+        {"through a link out", "away/new.json", 403},
+        {"through a link inside", "link/new.json", 403},
+        {"through a file", "a.json/new.json", 403},
+        {"up", "../new.json", 403},
+        {"up and back", "in/../new.json", 403},
+        {"an absolute path", (outside.path() / "new.json").string(), 403},
+        {"an absolute path inside", (scratch.path() / "new2.json").string(), 403},
+        {"a hidden file", ".new.json", 403},
+        {"in a hidden folder", ".git/new.json", 403},
+        {"among packages", "node_modules/new.json", 403},
+        {"another kind of file", "new.txt", 403},
+        {"no name", "", 403},
+        {"a name that cannot be read", "new\nline.json", 403},
+        {"a name with a zero", std::string("new.json\0.json", 14), 403},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        unsigned status = 200;
+        try {
+            const std::vector<ProjectFile> made = folder.create({{row.path, "text"}});
+            ASSERT_EQ(made.size(), 1U);
+            EXPECT_EQ(made.front().path, row.path);
+            EXPECT_EQ(made.front().revision, folder.read(row.path).revision);
+            EXPECT_EQ(scratch.read(row.path), "text");
+        } catch (const FolderError& error) {
+            status = error.status;
+        }
+        EXPECT_EQ(status, row.status);
+    }
+    EXPECT_EQ(scratch.read("a.json"), "old");
+    EXPECT_TRUE(fs::is_empty(outside.path()));
+}
+
+TEST(ProjectFolder, MakesAllNewFilesOrNone) {
+    const ScratchFolder scratch;
+    scratch.write("w.model.json", "mine");
+    ProjectFolder folder(scratch.path());
+    try {
+        folder.create({{"w.json", "{}"}, {"w.model.json", "{}"}});
+        FAIL() << "it was there";
+    } catch (const FolderError& error) {
+        EXPECT_STREQ(error.what(), "'w.model.json' is there already, and is left as it is; give another name");
+    }
+    const std::string large(ProjectFolder::maximumBytes + 1, ' ');
+    EXPECT_THROW(folder.create({{"v.json", "{}"}, {"v.model.json", large}}), FolderError);
+    EXPECT_THROW(folder.create({{std::string(300, 'n') + ".json", "{}"}}), IOError);
+    EXPECT_EQ(paths(folder), std::vector<std::string>{"w.model.json"});
+    EXPECT_EQ(scratch.read("w.model.json"), "mine");
+}
+
 TEST(ProjectFolder, ShowsButNeverWritesWhatIsNotUTF8) {
     const ScratchFolder scratch;
     const std::string latin1 = "{\"name\": \"caf\xe9\"}";

@@ -9,6 +9,7 @@
 #include "tavrin/images/web_image_hasher.h"
 #include "tavrin/json/json.h"
 #include "tests/preview/requests.h"
+#include "tests/preview/routes_fixture.h"
 
 namespace tavrin::cli {
 namespace {
@@ -16,38 +17,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-constexpr std::string_view hello = R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "Hello"}}})";
-
-class RoutesTest : public ::testing::Test {
-protected:
-    [[nodiscard]] HTTPResponse get(const std::string& path, const std::string& query = {}) const {
-        return routes_.answer({.method = "GET", .path = path, .query = query});
-    }
-    [[nodiscard]] HTTPResponse post(const std::string& path, const std::string& body) const {
-        return routes_.answer({.method = "POST", .path = path, .body = body});
-    }
-    [[nodiscard]] HTTPResponse render(std::string_view document, const std::string& more = {}) const {
-        return post("/api/render", drawingOf(document, more));
-    }
-    static std::string drawingOf(std::string_view document, const std::string& more = {}) {
-        return R"({"document": )" + quoted(document) +
-               R"(, "family": "tiny", "width": 40, "height": 20, "scale": 2, "appearance": "dark")"
-               R"(, "date": 1.5e9, "timeZone": "UTC")" +
-               more + "}";
-    }
-
-    ScratchFolder scratch_;
-    ProjectFolder folder_{scratch_.path()};
-    Routes routes_{folder_, {.fetchPolicy = FetchPolicy::none}};
-
-private:
-    static std::string quoted(std::string_view text) {
-        std::string literal = "\"";
-        for (const char c : text) literal += (c == '"' ? "\\" : "") + std::string(1, c);
-        return literal + "\"";
-    }
-};
 
 TEST_F(RoutesTest, ServeThePage) {
     const HTTPResponse page = get("/");
@@ -62,34 +31,9 @@ TEST_F(RoutesTest, ServeThePage) {
 TEST_F(RoutesTest, NameTheMethodThatIsUnderstood) {
     EXPECT_EQ(post("/", "").status, 405);
     EXPECT_EQ(post("/", "").allow, "GET, HEAD");
-    EXPECT_EQ(get("/api/save").status, 405);
+    for (const char* path : {"/api/save", "/api/new", "/api/create"}) EXPECT_EQ(get(path).status, 405) << path;
     EXPECT_EQ(get("/api/save").allow, "POST");
     EXPECT_EQ(routes_.answer({.method = "DELETE", .path = "/api/file"}).status, 405);
-}
-
-TEST_F(RoutesTest, ListAndReadFiles) {
-    scratch_.write("a b/document.json", hello);
-    scratch_.write("a b/model.json", "{\"a\": 1}");
-    const JSON files = JSON::parse(get("/api/files").body);
-    const JSON* first = files.find("files")->find(std::int64_t{0});
-    EXPECT_EQ(first->find("path")->description(), "a b/document.json");
-    EXPECT_EQ(first->find("kind")->description(), "document");
-    EXPECT_EQ(first->find("model")->description(), "a b/model.json");
-    EXPECT_EQ(files.find("files")->find(std::int64_t{1})->find("kind")->description(), "model");
-    EXPECT_EQ(JSON::parse(get("/api/file", "path=a%20b%2Fdocument.json").body).find("text")->description(), hello);
-    EXPECT_EQ(get("/api/file", "path=..%2Fsecret.json").status, 403);
-    EXPECT_EQ(get("/api/file").status, 403);
-}
-
-TEST_F(RoutesTest, Save) {
-    scratch_.write("a.json", "old");
-    const std::string revision = folder_.read("a.json").revision;
-    const std::string body = R"({"path": "a.json", "text": "new", "revision": ")" + revision + "\"}";
-    EXPECT_EQ(post("/api/save", body).status, 200);
-    EXPECT_EQ(scratch_.read("a.json"), "new");
-    EXPECT_EQ(post("/api/save", body).status, 409);
-    EXPECT_EQ(post("/api/save", R"({"path": "a.json"})").status, 400);
-    EXPECT_EQ(post("/api/save", "{").status, 400);
 }
 
 TEST_F(RoutesTest, Render) {
@@ -145,17 +89,13 @@ TEST_F(RoutesTest, CheckEachFamilyThatIsShown) {
     EXPECT_EQ(messageIn(R"(, "appearances": "pale")"), "400");
 }
 
-TEST_F(RoutesTest, PairDocumentsWithTheirSettings) {
-    scratch_.write("a.json", hello);
-    scratch_.write("a.widget.toml", "families = [\"systemSmall\"]\n");
-    scratch_.write("b.json", hello);
-    scratch_.write("b.widget.toml", "family = 1\n");
-    const JSON files = JSON::parse(get("/api/files").body);
-    const auto fileAt = [&](std::int64_t at) { return files.find("files")->find(at); };
-    EXPECT_EQ(fileAt(0)->find("families")->find(std::int64_t{0})->description(), "systemSmall");
-    EXPECT_EQ(fileAt(1)->find("kind")->description(), "settings");
-    EXPECT_EQ(fileAt(2)->find("path")->description(), "b.json");
-    EXPECT_THAT(fileAt(2)->find("fault")->description(), HasSubstr("b.widget.toml:1: settings have no 'family'"));
+TEST_F(RoutesTest, DrawABackground) {
+    const std::string automatic = render(hello, R"(, "background": "auto")").body;
+    const auto pictureOf = [](const std::string& body) { return body.substr(body.find('\n')); };
+    EXPECT_EQ(pictureOf(automatic), pictureOf(render(hello).body));
+    EXPECT_NE(pictureOf(automatic), pictureOf(render(hello, R"(, "background": "none")").body));
+    EXPECT_NE(pictureOf(automatic), pictureOf(render(hello, R"(, "background": "#FF9500")").body));
+    EXPECT_EQ(render(hello, R"(, "background": "pale")").status, 400);
 }
 
 TEST_F(RoutesTest, ServeTheSchema) { EXPECT_NE(JSON::parse(get("/api/schema").body).find("$defs"), nullptr); }
@@ -173,7 +113,7 @@ TEST_F(RoutesTest, TellWhereADocumentFails) {
 TEST_F(RoutesTest, KnowWhatTakesLong) {
     for (const char* path : {"/api/render", "/api/explain", "/api/check"})
         EXPECT_TRUE(Routes::takesLong({.method = "POST", .path = path})) << path;
-    for (const char* path : {"/", "/api/files", "/api/save", "/api/events", "/nothing"})
+    for (const char* path : {"/", "/api/files", "/api/save", "/api/new", "/api/create", "/api/events", "/nothing"})
         EXPECT_FALSE(Routes::takesLong({.method = "POST", .path = path})) << path;
 }
 

@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: MIT
+
+// The preview and the files of a folder, in a real browser: how a widget begins, how texts become files, and what
+// settings hold.
+import assert from "node:assert/strict";
+import { readFile, readdir, writeFile } from "node:fs/promises";
+import { join } from "node:path";
+import { after, before, describe, test } from "node:test";
+import { drawn, drop, emptyFolder, launch, leastContrast, picture, redrawn, selected, serve, visit } from "./place.mjs";
+
+let browser;
+
+before(async () => (browser = await launch()));
+after(() => browser?.close());
+
+const greeting = (content = "{{initServerParam.a}}") => ({
+    version: "1.0",
+    nodes: { main: { type: "text", content } },
+});
+
+const textOf = (content) => (typeof content === "string" ? content : JSON.stringify(content));
+
+/** A test in a folder of its own: shows it, works on the page, and makes sure that this had nothing to complain about. */
+const on =
+    (files, document, work, viewport = { width: 1000, height: 460 }) =>
+    async () => {
+        const { folder: path, remove } = await emptyFolder();
+        const folder = {
+            write: (name, content) => writeFile(join(path, name), textOf(content)),
+            read: (name) => readFile(join(path, name), "utf8"),
+            names: async () => (await readdir(path, { recursive: true })).sort(),
+        };
+        for (const [name, content] of Object.entries(files)) await folder.write(name, content);
+        const server = await serve(path);
+        try {
+            const { page, complaints, close } = await visit(browser, server.address, document, { viewport });
+            await work(page, folder);
+            assert.deepEqual(
+                complaints.filter((each) => !/status of 40[039]/.test(each)),
+                [],
+            );
+            await close();
+        } finally {
+            assert.equal(await server.stop(), 0, "the program ends cleanly");
+            await remove();
+        }
+    };
+
+const fault = (form, page) => page.locator(`${form} .fault`);
+
+const settings = `screens = ["430x932", "390x844"]
+date = 2026-11-21T16:30:00Z
+time-zone = "Asia/Kolkata"
+appearance = "dark"
+background = "none"
+families = ["systemSmall", "systemMedium"]
+models = {systemSmall = "small.json"}
+`;
+const held = async (page) => ({
+    screen: await page.inputValue("#screen"),
+    clock: await page.inputValue("#time-field"),
+    zone: await page.inputValue("#time-zone"),
+    appearance: await page.inputValue("input[name=appearance]:checked"),
+});
+const inSettings = { screen: "430x932", clock: "2026-11-21T22:00", zone: "Asia/Kolkata", appearance: "dark" };
+
+const heldWidget = {
+    "w.json": greeting(),
+    "w.model.json": { a: "usual" },
+    "small.json": { a: "small" },
+    "w.widget.toml": settings,
+    "other.json": greeting("other"),
+};
+
+describe("The preview and the files of its folder", { concurrency: 3 }, () => {
+    test(
+        "offers templates where there is nothing, and begins with one",
+        on(
+            {},
+            "",
+            async (page, folder) => {
+                assert.ok(await page.locator("#welcome").isVisible());
+                assert.ok(await page.locator("#stage").isHidden());
+                await page.waitForFunction(() => {
+                    const images = [...document.querySelectorAll("#welcome img")];
+                    return images.length === 6 && images.every((image) => image.naturalWidth > 0);
+                });
+                for (const colorScheme of ["light", "dark"]) {
+                    await page.emulateMedia({ colorScheme });
+                    const contrast = await leastContrast(page, "#welcome :is(h2, p, b, label, .words span, button)");
+                    assert.ok(contrast >= 4.5, `${colorScheme}: ${contrast}`);
+                }
+                await page.focus("#welcome input:checked");
+                await page.keyboard.press("ArrowRight");
+                await page.keyboard.press("ArrowRight");
+                const name = page.locator("#welcome .name-field input");
+                assert.equal(await name.inputValue(), "ring", "named after what is chosen");
+                assert.equal(
+                    await page.locator("#welcome .hint").textContent(),
+                    "Makes ring.json, ring.model.json and ring.widget.toml",
+                );
+                await name.fill("../steps");
+                await page.keyboard.press("Enter");
+                await fault("#welcome", page).filter({ hasText: "nothing can be called '../steps.json'" }).waitFor();
+                assert.equal(await name.getAttribute("aria-invalid"), "true");
+                assert.deepEqual(await folder.names(), []);
+                await name.fill("widgets/steps");
+                assert.equal(await fault("#welcome", page).textContent(), "");
+                await page.keyboard.press("Enter");
+                await drawn(page);
+                assert.deepEqual(await folder.names(), [
+                    "widgets",
+                    ...["json", "model.json", "widget.toml"].map((ending) => `widgets/steps.${ending}`),
+                ]);
+                assert.ok(await page.locator("#welcome").isHidden());
+                assert.equal(await page.inputValue("#file"), "widgets/steps.json");
+                assert.match(page.url(), /#widgets%2Fsteps\.json$/);
+                assert.match(await page.locator("#model-tab").textContent(), /steps\.model\.json/);
+                assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-label")), "Document");
+                assert.equal(await page.locator(".problem").count(), 0);
+            },
+            { width: 390, height: 800 },
+        ),
+    );
+
+    test(
+        "begins another widget from the header, and overwrites nothing",
+        on({ "ring.json": greeting("mine") }, "ring.json", async (page, folder) => {
+            await drawn(page);
+            await page.keyboard.press("Alt+n");
+            const dialog = page.getByRole("dialog", { name: "A new widget" });
+            await dialog.getByRole("radio", { name: /^ring A ring that shows/ }).check({ force: true });
+            const name = dialog.getByRole("textbox", { name: "Name" });
+            assert.equal(await name.inputValue(), "ring-2", "the other name is taken");
+            await name.fill("ring");
+            await page.keyboard.press("Enter");
+            await fault("#new-dialog", page).filter({ hasText: "'ring.json' is there already" }).waitFor();
+            assert.equal(await folder.read("ring.json"), JSON.stringify(greeting("mine")));
+            await page.keyboard.press("Escape");
+            assert.ok(await dialog.isHidden());
+            await page.click("#new");
+            await name.fill("rows");
+            await dialog.getByRole("radio", { name: /^rows/ }).check({ force: true });
+            await redrawn(page, () => dialog.getByRole("button", { name: "Make the widget" }).click());
+            assert.equal(await page.inputValue("#file"), "rows.json");
+            assert.equal((await folder.names()).length, 4);
+        }),
+    );
+
+    test(
+        "saves what was typed under a new name, and overwrites nothing",
+        on({}, "", async (page, folder) => {
+            assert.ok(await page.isDisabled("#save"));
+            await page.click("#document-panel .cm-content");
+            await page.keyboard.insertText(JSON.stringify(greeting()));
+            await drawn(page);
+            assert.ok(await page.locator("#welcome").isHidden());
+            await page.keyboard.press("Alt+2");
+            await page.keyboard.insertText(`{"a": "typed"}`);
+            await drawn(page);
+            await page.keyboard.press("Control+s");
+            const name = page.getByRole("dialog", { name: "Save the document" }).getByRole("textbox", { name: "Name" });
+            assert.equal(
+                await page.locator("#save-dialog .hint").textContent(),
+                "Makes widget.json and widget.model.json",
+            );
+            await folder.write("hello.model.json", "mine");
+            await name.fill("hello");
+            await page.keyboard.press("Enter");
+            await fault("#save-dialog", page).filter({ hasText: "'hello.model.json' is there already" }).waitFor();
+            assert.deepEqual(await folder.names(), ["hello.model.json"]);
+            await name.fill("greeting");
+            await page.keyboard.press("Enter");
+            await page.waitForSelector("#save:disabled");
+            assert.ok(await page.locator("#save-dialog").isHidden());
+            assert.equal(await folder.read("greeting.json"), JSON.stringify(greeting()));
+            assert.equal(await folder.read("greeting.model.json"), `{"a": "typed"}`);
+            assert.equal(await folder.read("hello.model.json"), "mine");
+            assert.equal(await page.inputValue("#file"), "greeting.json");
+            await page.click("#model-panel .cm-content");
+            await page.keyboard.press("Control+End");
+            await page.keyboard.type(" ");
+            await page.keyboard.press("Control+s");
+            await page.waitForSelector("#save:disabled");
+            assert.equal(await folder.read("greeting.model.json"), `{"a": "typed"} `, "it is a file like others now");
+        }),
+    );
+
+    test(
+        "saves what was dropped, and not over the document that is open",
+        on({ "open.json": greeting("open") }, "open.json", async (page, folder) => {
+            await drawn(page);
+            await redrawn(page, () => drop(page, "model.json", `{"a": "dropped"}`));
+            await page.click("#save");
+            await page.getByRole("dialog", { name: "Save the model" }).getByRole("button", { name: "Save" }).click();
+            await page.waitForSelector("#save:disabled");
+            assert.equal(await folder.read("open.model.json"), `{"a": "dropped"}`);
+            await redrawn(page, () => drop(page, "other.json", JSON.stringify(greeting())));
+            await page.click("#save");
+            const dialog = page.getByRole("dialog", { name: "Save the document" });
+            assert.equal(await dialog.getByRole("textbox", { name: "Name" }).inputValue(), "other");
+            await dialog.getByRole("button", { name: "Save" }).click();
+            await page.waitForSelector("#save:disabled");
+            assert.equal(await folder.read("other.json"), JSON.stringify(greeting()));
+            assert.equal(await folder.read("other.model.json"), `{"a": "dropped"}`, "the model it was shown with");
+            assert.equal(await folder.read("open.json"), JSON.stringify(greeting("open")));
+        }),
+    );
+
+    test(
+        "holds what the settings say, until something else is chosen",
+        on(heldWidget, "w.json", async (page, folder) => {
+            await drawn(page);
+            assert.deepEqual(await held(page), inSettings);
+            assert.equal(await page.locator("[role=option]").count(), 6);
+            const clear = await page.$eval(`${selected} canvas`, (canvas) => {
+                const copy = new OffscreenCanvas(canvas.width, canvas.height).getContext("2d");
+                copy.drawImage(canvas, 0, 0);
+                return copy.getImageData(canvas.width / 2, canvas.height - 4, 1, 1).data[3];
+            });
+            assert.equal(clear, 0, "nothing lies behind the widget");
+            await redrawn(page, () => page.selectOption("#screen", "375x667"));
+            await redrawn(page, () => page.click("#now"));
+            await redrawn(page, () => folder.write("w.json", greeting("{{initServerParam.a}}!")));
+            const chosen = await held(page);
+            assert.equal(chosen.screen, "375x667", "a choice lasts while the settings are the same");
+            assert.notEqual(chosen.clock, inSettings.clock);
+            assert.equal(chosen.zone, "Asia/Kolkata");
+            await redrawn(page, () => page.selectOption("#file", "other.json"));
+            assert.equal((await held(page)).screen, "390x844", "others are as they were");
+            assert.equal((await held(page)).appearance, "both");
+            await redrawn(page, () => page.selectOption("#file", "w.json"));
+            assert.deepEqual(await held(page), inSettings);
+            await redrawn(page, () => page.check("input[value=light]", { force: true }));
+            const others = `families = ["accessoryCircular"]\nscreens = ["428x926"]\ndate = 2026-11-21T16:30:00Z\ntime-zone = "GMT-3:30"\n`;
+            await redrawn(page, () => folder.write("w.widget.toml", others));
+            const inOthers = { screen: "428x926", clock: "2026-11-21T13:00", zone: "GMT-0330", appearance: "both" };
+            assert.deepEqual(await held(page), inOthers, "other settings hold at once");
+            assert.equal(
+                await page.getAttribute(selected, "data-family"),
+                "accessoryCircular",
+                "which it is meant for",
+            );
+        }),
+    );
+
+    test(
+        "draws, checks and shares a family with its own model",
+        on(heldWidget, "w.json", async (page, folder) => {
+            const models = new Map();
+            page.on("request", (request) => {
+                if (!request.url().endsWith("api/render")) return;
+                const { family, model } = request.postDataJSON();
+                models.set(family, model);
+            });
+            const small = "[data-family=systemSmall]";
+            await page.click(small);
+            await drawn(page);
+            assert.equal(await page.getAttribute(small, "title"), "By its settings drawn with small.json");
+            const first = await picture(page);
+            await page.click("#model-tab");
+            await page.click("#model-panel .cm-content");
+            await page.keyboard.press("Control+a");
+            await redrawn(page, () => page.keyboard.insertText(`{"a": "edited"}`));
+            assert.equal(await picture(page), first, "the editor has the model of the others");
+            await redrawn(page, () => folder.write("small.json", { b: 1 }));
+            assert.equal(models.get("systemSmall"), `{"b":1}`);
+            const problem = page.locator(".problem.error");
+            await problem.waitFor();
+            assert.match(await problem.textContent(), /key path not found in model/);
+            await redrawn(page, () => folder.write("small.json", { a: "changed" }));
+            await problem.waitFor({ state: "detached" });
+            await page.click("[data-family=systemMedium]");
+            await drawn(page);
+            assert.equal(models.get("systemMedium"), `{"a": "edited"}`);
+            await redrawn(page, () => folder.write("small.json", { b: 1 }));
+            await problem.filter({ hasText: "key path not found" }).waitFor(); // found in a family that is not selected
+            const [download] = await Promise.all([page.waitForEvent("download"), page.click("#share")]);
+            const shared = await readFile(await download.path(), "utf8");
+            assert.match(shared, /<summary>Model of systemSmall: small\.json<\/summary><pre>\{&quot;b&quot;:1\}/);
+            assert.match(shared, /2026-11-21 22:00:00, Asia\/Kolkata,\nfor a screen of 430x932/);
+        }),
+    );
+});
