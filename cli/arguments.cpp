@@ -133,12 +133,9 @@ std::vector<CheckedLook> checkedLooks(const PairedCommand& paired) {
         const auto found = std::ranges::find(looks, model, &CheckedLook::model);
         return found == looks.end() ? looks.emplace_back(CheckedLook{model, {}, appearances}) : *found;
     };
-    for (const Matrix::Model& model : readModels(paired))
-        for (const WidgetRoom& room : rooms) {
-            const auto own = paired.modelsByFamily.find(familyIn(room));
-            const bool isOwn = model.name.empty() && own != paired.modelsByFamily.end();
-            lookWith(isOwn ? own->second : model.path).rooms.push_back(room);
-        }
+    for (const auto& modelByRoom : readModels(paired, rooms))
+        for (std::size_t at = 0; at < rooms.size(); ++at)
+            if (modelByRoom[at]) lookWith(modelByRoom[at]->path).rooms.push_back(rooms[at]);
     return looks;
 }
 
@@ -191,8 +188,13 @@ StreamArguments readStreamArguments(const Command& command) {
         if (std::ranges::count(known, option) == 0)
             throw UsageError(std::string(option) + " does not go with --jsonl: each line says what it wants");
     StreamArguments arguments;
+    for (const Option& option : sharedOptions())
+        if (values.find(spelled(option.name, Spelling::kebab))) arguments.said.insert(option.name);
     arguments.usual.widget = readWidgetOptions(command);
     arguments.usual.widget.fetchPolicy = readFetchPolicy(command);
+    // What is to be fetched is not looked for beside a document.
+    if (values.find("--fetch") && arguments.usual.widget.fetchPolicy != FetchPolicy::none)
+        arguments.said.insert(OptionName::imageCacheDir);
     arguments.failsOnMissing = values.find(failOnMissing) != nullptr;
     if (const std::string* screen = values.find("--screen")) arguments.usual.screen = readSize("--screen", *screen);
     arguments.usual.hashes = values.find("--hashes") != nullptr;

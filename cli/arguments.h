@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +33,8 @@ struct DocumentInput {
     std::string namedAs = {};  ///< what its pictures are named after; see `Operand::namedAs`
     std::optional<std::string> model = std::nullopt;
     WidgetOptions widget = {};
+    /// Why it cannot be worked on, where what lies beside it is at fault; null where nothing is.
+    std::exception_ptr fault = nullptr;
     /// `WidgetOptions::imageCacheDir` as it is written; for `fetch` where pictures go, and nowhere else then.
     std::optional<std::filesystem::path> imageCacheDir = std::nullopt;
 };
@@ -42,6 +46,9 @@ struct DocumentArguments {
     RenderBudget budget = {};
     /// Whether a picture that cannot be had is an error.
     bool failsOnMissing = false;
+    /// Whether a model that cannot be read ends the run, since it is the command's own or there is one document only;
+    /// else it fails its document.
+    bool modelsEndRun = true;
 };
 
 struct RenderArguments : DocumentArguments {
@@ -108,6 +115,8 @@ struct SnapshotArguments : DocumentArguments {
 struct StreamArguments {
     /// What holds where a line says nothing else.
     DrawingOptions usual = {};
+    /// Which of these the command line has said itself: they go before what lies beside a document.
+    std::set<OptionName> said = {};
     /// The format where neither a line nor the suffix of its output tells.
     std::optional<PictureFormat> format = std::nullopt;
     /// Whether a picture that cannot be had is an error.

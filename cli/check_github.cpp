@@ -16,9 +16,10 @@ public:
         std::string lines;
         for (const Diagnostic& fixed : checked.fixed)
             lines += lineOf(fixed, checked.original, "notice", "fixed: " + std::string(fixed.code));
-        for (const Diagnostic& found : checked.diagnostics)
-            lines += lineOf(found, sourceOf(found, checked), command(found.severity), found.code);
-        if (checked.unread) lines += lineOf(checked.document.name, *checked.unread);
+        for (const CheckedDiagnostic& found : checked.diagnostics)
+            lines +=
+                lineOf(namingModels(found, checked), sourceOf(found, checked), command(found.severity), found.code);
+        for (const Failure& failure : checked.failures) lines += lineOf(checked.document.name, failure);
         writeStandardOutput(lines);
     }
 
@@ -30,7 +31,10 @@ private:
     }
 
     static std::string lineOf(const std::string& file, const Failure& failure) {
-        return githubCommand("error", "file=" + githubProperty(file), failure.message);
+        std::string properties = "file=" + githubProperty(failure.file.empty() ? file : failure.file);
+        if (failure.place) properties += ",line=" + std::to_string(failure.place->line);
+        if (failure.place) properties += ",col=" + std::to_string(failure.place->column);
+        return githubCommand("error", properties, failure.message);
     }
 
     static std::string lineOf(const Diagnostic& found, const Source& source, std::string_view command,

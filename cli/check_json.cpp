@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <string>
+#include <vector>
 
 #include "cli/check_writer.h"
 #include "cli/output.h"
@@ -14,11 +16,16 @@ public:
 
     void write(const CheckedDocument& checked) override {
         writer_.beginObject().key("document").value(checked.document.name);
-        if (checked.model) writer_.key("model").value(checked.model->name);
+        if (!checked.models.empty()) writer_.key("model").value(checked.models.front()->name);
+        if (checked.models.size() > 1) writeModels(checked.models);
         writer_.key("diagnostics").beginArray();
-        for (const Diagnostic& found : checked.diagnostics) tavrin::write(found, writer_);
+        for (const CheckedDiagnostic& found : checked.diagnostics) {
+            tavrin::writeMembers(found, writer_.beginObject());
+            if (isOfSomeModels(found, checked)) writeModels(found.models);
+            writer_.endObject();
+        }
         writer_.endArray();
-        if (checked.unread) writer_.key("error").value(checked.unread->message);
+        if (!checked.failures.empty()) writer_.key("error").value(messageOf(checked.failures));
         if (!checked.fixed.empty()) {
             writer_.key("fixed").beginArray();
             for (const Diagnostic& fixed : checked.fixed) tavrin::write(fixed, writer_);
@@ -35,6 +42,18 @@ public:
     }
 
 private:
+    void writeModels(const std::vector<const Source*>& models) {
+        writer_.key("models").beginArray();
+        for (const Source* const model : models) writer_.value(model->name);
+        writer_.endArray();
+    }
+
+    static std::string messageOf(const std::vector<Failure>& failures) {
+        std::string message;
+        for (const Failure& failure : failures) message += (message.empty() ? "" : "; ") + failure.message;
+        return message;
+    }
+
     JSONWriter writer_{JSONWriter::Style::pretty};
     std::string error_;
 };

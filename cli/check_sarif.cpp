@@ -77,10 +77,10 @@ JSON notificationOf(std::string_view file, const Diagnostic& fixed) {
 class SarifWriter final : public CheckWriter {
 public:
     void write(const CheckedDocument& checked) override {
-        for (const Diagnostic& found : checked.diagnostics)
-            results_.push_back(resultOf(found, sourceOf(found, checked)));
+        for (const CheckedDiagnostic& found : checked.diagnostics)
+            results_.push_back(resultOf(namingModels(found, checked), sourceOf(found, checked)));
         for (const Diagnostic& fixed : checked.fixed) fixed_.push_back(notificationOf(checked.original.name, fixed));
-        if (checked.unread) fail(*checked.unread);
+        for (const Failure& failure : checked.failures) fail(failure);
     }
 
     void fail(const Failure& failure) override {

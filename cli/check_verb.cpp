@@ -43,7 +43,7 @@ public:
 
     void take(const std::string& path, CheckedDocument checked) {
         writeFixed(path, checked);
-        if (!checked.diagnostics.empty() || !checked.fixed.empty() || checked.unread) progress_.hide();
+        if (!checked.diagnostics.empty() || !checked.fixed.empty() || !checked.failures.empty()) progress_.hide();
         if (writer_) writer_->write(checked);
         report(checked);
     }
@@ -74,7 +74,7 @@ private:
         try {
             writeFile(path, checked.document.text);
         } catch (const IOError&) {
-            checked.unread = describe(std::current_exception());
+            checked.failures.push_back(describe(std::current_exception()));
             checked.fixed.clear();
             checked.document = std::move(checked.original);
             checked.diagnostics = std::move(checked.originalDiagnostics);
@@ -86,20 +86,21 @@ private:
         if (!writer_)
             for (const Diagnostic& fixed : checked.fixed) reporter_.note(fixed, checked.original, "fixed");
         fixed_ += checked.fixed.size();
-        for (const Diagnostic& found : checked.diagnostics) {
+        for (const CheckedDiagnostic& found : checked.diagnostics) {
             const bool fails = isFailing(found, options_);
             ++counts_[indexOf(found.severity)];
             if (fails) {
                 status_ = 1;
-                reporter_.report(found, checked.document, checked.model);
+                reporter_.report(namingModels(found, checked), checked.document, modelOf(found));
             } else if (!writer_) {
-                reporter_.note(found, sourceOf(found, checked));
+                reporter_.note(namingModels(found, checked), sourceOf(found, checked));
             }
         }
-        if (!checked.unread) return;
-        ++counts_[indexOf(Severity::error)];
-        reporter_.report(*checked.unread);
-        status_ = 1;
+        for (const Failure& failure : checked.failures) {
+            ++counts_[indexOf(Severity::error)];
+            reporter_.report(failure);
+            status_ = 1;
+        }
     }
 
     /// "1 fixed, 2 errors, 1 warning in 3 documents"; empty where nothing was found.
@@ -129,18 +130,18 @@ private:
 
 int run(const CheckArguments& arguments, const Reporter& reporter) {
     Check check(arguments, reporter);
-    ReadModels models;
+    ReadModels models(arguments);
     try {
         for (const std::vector<CheckedLook>& looks : arguments.looks)
-            for (const CheckedLook& look : looks) models.add(look.model, arguments.budget);
+            for (const CheckedLook& look : looks) models.add(look.model);
     } catch (const std::exception&) {
         return check.giveUp(describe(std::current_exception()));
     }
     const std::vector<DocumentInput>& documents = arguments.documents;
-    inOrder<std::vector<CheckedDocument>>(
+    inOrder<CheckedDocument>(
         documents.size(), [&](std::size_t index) { return checkDocument(arguments, models, index); },
-        [&](std::size_t index, std::vector<CheckedDocument> all) {
-            for (CheckedDocument& checked : all) check.take(documents[index].path, std::move(checked));
+        [&](std::size_t index, CheckedDocument checked) {
+            check.take(documents[index].path, std::move(checked));
             check.advance(documents[index].path);
         });
     return check.finish();

@@ -4,16 +4,16 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <map>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
+#include "cli/io_error.h"
 #include "tavrin/diagnostics/fixes.h"
 
 namespace tavrin::cli {
 namespace {
-
-auto errorsIn(const std::vector<Diagnostic>& diagnostics) {
-    return std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity);
-}
 
 std::size_t beginOf(const TextEdit& edit) { return edit.range.begin.offset; }
 std::size_t lengthOf(const TextEdit& edit) { return edit.range.end.offset - beginOf(edit); }
@@ -66,28 +66,100 @@ private:
     std::vector<std::vector<TextEdit>> rounds_;  // each in the order of the text
 };
 
-/// Makes the fixes of a checked document, as long as there are any that do no harm.
+/// A document's text as it is found with each of its models in turn.
+class Looks {
+public:
+    Looks(const CheckArguments& arguments, std::size_t at) : arguments_(arguments), at_(at) {}
+
+    /// Adds a look with a model, which may be null.
+    void add(const CheckedLook& look, const Source* model) {
+        DiagnoseOptions options{arguments_.documents[at_].widget, look.rooms, look.appearances};
+        options.failsOnMissingPictures = arguments_.failsOnMissing;
+        looks_.push_back({model, std::move(options)});
+    }
+
+    /// What is found with each of them.
+    [[nodiscard]] std::vector<std::vector<Diagnostic>> find(std::string_view text) const {
+        std::vector<std::vector<Diagnostic>> found;
+        for (const auto& [model, options] : looks_)
+            found.push_back(
+                diagnose(text, model ? std::optional<std::string_view>(model->text) : std::nullopt, options));
+        return found;
+    }
+
+    /// The same, each finding once.
+    [[nodiscard]] std::vector<CheckedDiagnostic> joint(const std::vector<std::vector<Diagnostic>>& found) const {
+        // By its kind, message, path and place; of those about the document's text, which all models share.
+        using Key = std::tuple<std::string_view, std::string_view, std::string, std::size_t>;
+        std::vector<CheckedDiagnostic> list;
+        std::map<Key, std::size_t> known;
+        for (std::size_t look = 0; look < found.size(); ++look)
+            for (const Diagnostic& each : found[look]) {
+                std::size_t at = list.size();
+                if (each.role == TextRole::document) {
+                    const std::size_t offset = each.range ? each.range->begin.offset : std::string_view::npos;
+                    at = known.try_emplace({each.code, each.message, toText(each.path), offset}, at).first->second;
+                }
+                if (at == list.size()) list.push_back({each, {}});
+                std::vector<const Source*>& models = list[at].models;
+                const Source* const model = looks_[look].model;
+                if (model && (models.empty() || models.back() != model)) models.push_back(model);
+            }
+        return list;
+    }
+
+private:
+    struct Look {
+        const Source* model;
+        DiagnoseOptions options;
+    };
+
+    const CheckArguments& arguments_;
+    std::size_t at_;
+    std::vector<Look> looks_;
+};
+
+/// Whether any model finds more errors than before.
+bool isWorse(const std::vector<std::vector<Diagnostic>>& after, const std::vector<std::vector<Diagnostic>>& before) {
+    const auto errorsIn = [](const std::vector<Diagnostic>& diagnostics) {
+        return std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity);
+    };
+    for (std::size_t look = 0; look < after.size(); ++look)
+        if (errorsIn(after[look]) > errorsIn(before[look])) return true;
+    return false;
+}
+
+/// Makes the fixes of a checked document, as long as there are any that do no harm with any of its models.
 class Fixer {
 public:
-    Fixer(CheckedDocument& checked, std::optional<std::string_view> model, const DiagnoseOptions& options)
-        : checked_(checked), model_(model), options_(options) {}
+    Fixer(CheckedDocument& checked, const Looks& looks, std::vector<std::vector<Diagnostic>> found)
+        : checked_(checked), looks_(looks), found_(std::move(found)) {}
 
     void run() {
         constexpr int mostRounds = 10;  // one mended error may uncover the next
         checked_.original = checked_.document;
         checked_.originalDiagnostics = checked_.diagnostics;
-        for (int round = 0; round < mostRounds && (tryFixes(checked_.diagnostics) || tryEach()); ++round) {
+        for (int round = 0; round < mostRounds && (tryFixes(fixable()) || tryEach()); ++round) {
         }
     }
 
 private:
+    /// What is found and can be fixed, each once.
+    [[nodiscard]] std::vector<Diagnostic> fixable() const {
+        std::vector<Diagnostic> fixes;
+        for (const CheckedDiagnostic& found : checked_.diagnostics)
+            if (!found.fix.empty() && found.role == TextRole::document)
+                fixes.push_back(static_cast<const Diagnostic&>(found));
+        return fixes;
+    }
+
     /// Makes all these fixes that fit together, unless that makes anything worse.
     bool tryFixes(const std::vector<Diagnostic>& fixes) {
         FixedText made = applyFixes(checked_.document.text, fixes);
         if (made.fixed.empty()) return false;
-        std::vector<Diagnostic> after = diagnose(made.text, model_, options_);
+        std::vector<std::vector<Diagnostic>> after = looks_.find(made.text);
         // What was refused before may be refused for the next reason now.
-        if (errorsIn(after) > errorsIn(checked_.diagnostics)) return false;
+        if (isWorse(after, found_)) return false;
         std::vector<Diagnostic> fixed;
         for (const std::size_t index : made.fixed) {
             fixed.push_back(fixes[index]);
@@ -95,79 +167,71 @@ private:
         }
         history_.add(fixed);
         checked_.document.text = std::move(made.text);
-        checked_.diagnostics = std::move(after);
+        found_ = std::move(after);
+        checked_.diagnostics = looks_.joint(found_);
         return true;
     }
 
     /// Makes the first fix that does no harm.
     bool tryEach() {
         constexpr std::size_t mostTries = 50;
-        std::size_t tries = 0;
-        for (const Diagnostic& fix : std::vector<Diagnostic>(checked_.diagnostics)) {
-            if (fix.fix.empty() || fix.role != TextRole::document) continue;
-            if (tryFixes({fix})) return true;
-            if (++tries == mostTries) return false;
-        }
+        const std::vector<Diagnostic> fixes = fixable();
+        for (std::size_t at = 0; at < std::min(fixes.size(), mostTries); ++at)
+            if (tryFixes({fixes[at]})) return true;
         return false;
     }
 
     CheckedDocument& checked_;
-    std::optional<std::string_view> model_;
-    const DiagnoseOptions& options_;
+    const Looks& looks_;
+    std::vector<std::vector<Diagnostic>> found_;  // with each model
     EditHistory history_;
 };
 
-CheckedDocument checkedWith(const CheckedLook& look, const Source* model, std::optional<Source> text,
-                            const CheckArguments& arguments, const DocumentInput& input) {
-    CheckedDocument checked{.document = {displayName(input.path)}, .model = model};
-    try {
-        checked.document =
-            text ? *std::move(text) : Source{checked.document.name, readInput(input.path, arguments.budget)};
-        DiagnoseOptions options{input.widget, look.rooms, look.appearances};
-        options.failsOnMissingPictures = arguments.failsOnMissing;
-        const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
-        checked.diagnostics = diagnose(checked.document.text, modelText, options);
-        if (arguments.check.fixes) Fixer(checked, modelText, options).run();
-    } catch (...) {
-        checked.unread = describe(std::current_exception(), checked.document, model);
-    }
-    const auto isNote = [](const Diagnostic& found) { return found.severity == Severity::note; };
-    if (!arguments.check.showsNotes)
-        for (auto* diagnostics : {&checked.diagnostics, &checked.originalDiagnostics})
-            std::erase_if(*diagnostics, isNote);
-    return checked;
-}
-
-/// Whether two findings about the document's text are the same.
-bool isSame(const Diagnostic& a, const Diagnostic& b) {
-    return a.role == TextRole::document && b.role == a.role && a.code == b.code && a.message == b.message &&
-           a.path == b.path;
-}
-
-/// Drops what was found before.
-void dropKnown(CheckedDocument& checked, const std::vector<CheckedDocument>& before) {
-    std::erase_if(checked.diagnostics, [&](const Diagnostic& found) {
-        return std::ranges::any_of(before, [&](const CheckedDocument& other) {
-            return std::ranges::any_of(other.diagnostics, [&](const auto& known) { return isSame(found, known); });
-        });
-    });
+void dropNotes(CheckedDocument& checked) {
+    for (auto* diagnostics : {&checked.diagnostics, &checked.originalDiagnostics})
+        std::erase_if(*diagnostics, [](const Diagnostic& found) { return found.severity == Severity::note; });
 }
 
 }  // namespace
 
-std::vector<CheckedDocument> checkDocument(const CheckArguments& arguments, const ReadModels& models, std::size_t at) {
-    std::vector<CheckedDocument> all;
-    for (const CheckedLook& look : arguments.looks[at]) {
-        // A fix is not written yet, and what one model asks for may be wrong with the next.
-        if (!all.empty() && arguments.check.fixes) break;
-        std::optional<Source> text;
-        if (!all.empty() && !all.front().unread) text = all.front().document;
-        CheckedDocument next =
-            checkedWith(look, models.find(look.model), std::move(text), arguments, arguments.documents[at]);
-        dropKnown(next, all);
-        all.push_back(std::move(next));
+CheckedDocument checkDocument(const CheckArguments& arguments, const ReadModels& models, std::size_t at) {
+    const DocumentInput& input = arguments.documents[at];
+    CheckedDocument checked{.document = {displayName(input.path)}};
+    const auto fail = [&] {
+        checked.failures.push_back(describe(std::current_exception(), checked.document, nullptr));
+    };
+    Looks looks(arguments, at);
+    try {
+        if (input.fault) std::rethrow_exception(input.fault);
+        checked.document.text = readInput(input.path, arguments.budget);
+        for (const CheckedLook& look : arguments.looks[at]) try {
+                const Source* const model = models.find(look.model);
+                looks.add(look, model);
+                if (model) checked.models.push_back(model);
+            } catch (const IOError&) {  // the others may be there
+                fail();
+            }
+        auto found = looks.find(checked.document.text);
+        checked.diagnostics = looks.joint(found);
+        // What cannot be read may be harmed.
+        if (arguments.check.fixes && checked.failures.empty()) Fixer(checked, looks, std::move(found)).run();
+    } catch (...) {
+        fail();
     }
-    return all;
+    if (!arguments.check.showsNotes) dropNotes(checked);
+    return checked;
+}
+
+CheckedDiagnostic namingModels(const CheckedDiagnostic& found, const CheckedDocument& checked) {
+    constexpr std::size_t mostNamed = 3;
+    CheckedDiagnostic named = found;
+    if (found.role == TextRole::model || !isOfSomeModels(found, checked)) return named;
+    for (std::size_t i = 0; i < found.models.size() && i < mostNamed; ++i)
+        named.message += (i == 0 ? " (with " : ", ") + found.models[i]->name;
+    if (found.models.size() > mostNamed)
+        named.message += " and " + std::to_string(found.models.size() - mostNamed) + " more";
+    if (!found.models.empty()) named.message += ")";
+    return named;
 }
 
 }  // namespace tavrin::cli

@@ -2,9 +2,11 @@
 #include "cli/document_inputs.h"
 
 #include <algorithm>
+#include <exception>
 #include <string_view>
 #include <utility>
 
+#include "cli/io_error.h"
 #include "cli/matrix/matrix_options.h"
 #include "cli/project/widget_files.h"
 #include "cli/usage_error.h"
@@ -86,6 +88,25 @@ DocumentInput inputOf(const Operand& operand, const Command& command, const Widg
     return input;
 }
 
+/// What lies beside a document, or why that is not known.
+struct Beside {
+    WidgetFiles files = {};
+    WidgetSettings settings = {};
+    std::exception_ptr fault = nullptr;
+};
+
+Beside besideOf(const Operand& operand) {
+    if (operand.path == "-") return {};
+    try {
+        const WidgetFiles files = pairedWith(operand.path);
+        return {files, settingsOf(files)};
+    } catch (const SettingsError&) {
+        return {.fault = std::current_exception()};
+    } catch (const IOError&) {
+        return {.fault = std::current_exception()};
+    }
+}
+
 /// Whether a command asks for all that a widget is meant for, and not only for the first of it.
 bool drawsSeveral(const Command& command) {
     constexpr VerbSet judging{Verb::check, Verb::snapshot};
@@ -103,10 +124,14 @@ DocumentInputs readInputs(const Command& command) {
     inputs.common.budget = usual.budget;
     if (command.verb == Verb::fetch && !command.find("--image-cache-dir"))
         throw UsageError("where to? `tavrin fetch` wants --image-cache-dir DIR");
+    inputs.common.modelsEndRun =
+        inputs.operands.size() == 1 || command.find("--model") != nullptr || command.find("--models") != nullptr;
     for (const Operand& operand : inputs.operands) {
-        const WidgetFiles files = operand.path == "-" ? WidgetFiles() : pairedWith(operand.path);
-        inputs.paired.push_back(paired(command, files, settingsOf(files), drawsSeveral(command)));
+        const Beside beside = besideOf(operand);
+        if (beside.fault && inputs.operands.size() == 1) std::rethrow_exception(beside.fault);
+        inputs.paired.push_back(paired(command, beside.files, beside.settings, drawsSeveral(command)));
         inputs.common.documents.push_back(inputOf(operand, inputs.paired.back().command, usual));
+        inputs.common.documents.back().fault = beside.fault;
     }
     return inputs;
 }

@@ -16,8 +16,9 @@ struct DocumentInputs {
     std::vector<PairedCommand> paired;  ///< what the command is for each of them
 };
 
-/// Finds a command's documents, and pairs each with what lies beside it. Throws `UsageError`, `OptionError`,
-/// `SettingsError`, and `IOError` for a folder that cannot be read.
+/// Finds a command's documents, and pairs each with what lies beside it. What is wrong there is the fault of its
+/// document where there are others, too. Throws `UsageError`, `OptionError`, `SettingsError`, and `IOError` for a
+/// folder that cannot be read.
 [[nodiscard]] DocumentInputs readInputs(const Command& command);
 
 /// What a command says may be fetched. Throws `UsageError` and `OptionError`.

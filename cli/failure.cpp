@@ -41,7 +41,8 @@ void addExcerpt(Failure& failure, const Source& source) {
 
 Failure describe(const std::exception_ptr& error, const Source& document, const Source* model) {
     Failure failure = describe(error);
-    if (failure.type == "IOError" || failure.type == "UsageError") return failure;
+    for (const char* const aboutOthers : {"IOError", "UsageError", "SettingsError"})
+        if (failure.type == aboutOthers) return failure;
     static_cast<ErrorDescription&>(failure) =
         describeError(error, document.text, model ? std::optional<std::string_view>(model->text) : std::nullopt);
     const Source& source = failure.role == TextRole::model && model ? *model : document;

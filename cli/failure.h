@@ -4,6 +4,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/excerpt.h"
 #include "cli/input.h"
@@ -12,6 +13,12 @@
 
 namespace tavrin::cli {
 
+/// A snapshot that a difference is seen in.
+struct SeenDifference {
+    std::string snapshot;
+    std::string how;  ///< its picture differs, in words
+};
+
 /// What went wrong, in the terms of the program's error objects; their types are those of `ErrorDescription` and
 /// "UsageError", "IOError", "SettingsError", "SnapshotDifference" and "Diagnostic".
 struct Failure : ErrorDescription {
@@ -19,6 +26,8 @@ struct Failure : ErrorDescription {
     std::string file = {};
     /// The line at its place.
     std::optional<Excerpt> excerpt = std::nullopt;
+    /// Of a difference: where it is seen.
+    std::vector<SeenDifference> seenIn = {};
 };
 
 /// An error that is about no text: of the command line, of a file, of the program itself.

@@ -23,6 +23,11 @@ std::string toJSONLine(const Failure& failure, bool withFile) {
     writer.beginObject().key("error").beginObject();
     writeMembers(failure, "codingPath", writer);
     writePlace(writer, failure, withFile);
+    if (!failure.seenIn.empty()) {
+        writer.key("snapshots").beginArray();
+        for (const SeenDifference& seen : failure.seenIn) writer.value(seen.snapshot);
+        writer.endArray();
+    }
     writer.endObject().endObject();
     return std::move(writer).text() + "\n";
 }

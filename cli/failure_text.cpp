@@ -47,6 +47,16 @@ std::string shortened(const CodingPath& path) {
            tavrin::toText({path.end() - keptSteps, path.end()});
 }
 
+/// The first of some snapshots, each in a line.
+std::string seenInText(const std::vector<SeenDifference>& seen) {
+    constexpr std::size_t mostNamed = 20;
+    std::string lines;
+    for (std::size_t i = 0; i < seen.size() && i < mostNamed; ++i)
+        lines += "      in " + printable(seen[i].snapshot) + ": " + seen[i].how + "\n";
+    if (seen.size() > mostNamed) lines += "      in " + std::to_string(seen.size() - mostNamed) + " more\n";
+    return lines;
+}
+
 }  // namespace
 
 Label labelOf(const Diagnostic& diagnostic) {
@@ -66,7 +76,7 @@ std::string failureText(const Failure& failure, bool colored, const Label& label
     if (failure.excerpt) text += excerptText(failure.place->line, *failure.excerpt, colored);
     if (failure.codingPath && !failure.codingPath->empty())
         text += "      at " + printable(shortened(*failure.codingPath)) + "\n";
-    return text;
+    return text + seenInText(failure.seenIn);
 }
 
 }  // namespace tavrin::cli

@@ -188,8 +188,7 @@ const std::vector<OptionInfo>& options() {
         {"--jsonl", "", onlyRender,
          "Draw what each line of standard input asks for, an object of document or name, model, options and output, "
          "and answer it with a line of JSON on standard output: one process for thousands of pictures. What else "
-         "stands "
-         "here holds where a line says nothing"},
+         "stands here holds where a line says nothing, and behind that what lies beside a document that it names"},
         {"--dates", "RFC3339,...", drawn, "Draw each of several moments"},
         shared(OptionName::hashes, "", onlyRender, "in index.json, where there is one"),
         shared(OptionName::screen, "WxH", placed, {}, Completes::words, screenWords(knownScreens())),

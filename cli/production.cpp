@@ -13,10 +13,14 @@
 namespace tavrin::cli {
 namespace {
 
-Outcome produce(const DocumentInput& input, const Source* model, const std::function<void(const Production&)>& make) {
+Outcome produce(const DocumentInput& input, const ReadModels& models,
+                const std::function<void(const Production&)>& make) {
     Outcome outcome;
     Source source{displayName(input.path)};
+    const Source* model = nullptr;
     try {
+        if (input.fault) std::rethrow_exception(input.fault);
+        model = models.find(input.model);
         source.text = readInput(input.path, input.widget.budget);
         const WidgetOptions options = noting(input.widget, outcome.notes);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
@@ -47,11 +51,10 @@ void noteMissingModel(const Source& document, std::vector<std::string>& notes) {
 void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
                 const std::function<void(const DocumentInput& document, Outcome)>& take) {
     const std::vector<DocumentInput>& documents = arguments.documents;
-    ReadModels models;
-    for (const DocumentInput& document : documents) models.add(document.model, arguments.budget);
+    ReadModels models(arguments);
+    for (const DocumentInput& document : documents) models.add(document.model);
     inOrder<Outcome>(
-        documents.size(),
-        [&](std::size_t index) { return produce(documents[index], models.find(documents[index].model), make); },
+        documents.size(), [&](std::size_t index) { return produce(documents[index], models, make); },
         [&](std::size_t index, Outcome outcome) { take(documents[index], std::move(outcome)); });
 }
 

@@ -46,7 +46,7 @@ void noteMissingModel(const Source& document, std::vector<std::string>& notes);
 
 /// Binds every document and lets `make` work on it, several by several threads; what either throws becomes the
 /// document's failure. Hands the outcomes to `take`, in the documents' order. Throws `IOError` for a model that cannot
-/// be read, and passes on what `take` throws.
+/// be read where that ends the run, and passes on what `take` throws.
 void produceAll(const DocumentArguments& arguments, const std::function<void(const Production&)>& make,
                 const std::function<void(const DocumentInput& document, Outcome)>& take);
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <exception>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "cli/arguments.h"
 #include "cli/input.h"
 
 namespace tavrin::cli {
@@ -12,19 +15,38 @@ namespace tavrin::cli {
 /// The texts of models, each read once, however many documents have it.
 class ReadModels {
 public:
-    /// Throws as `readInput` does.
-    void add(const std::optional<std::string>& path, const RenderBudget& budget) {
-        if (path && !sources_.contains(*path))
-            sources_.emplace(*path, Source{displayName(*path), readInput(*path, budget)});
+    /// Keeps a reference to the arguments.
+    explicit ReadModels(const DocumentArguments& arguments) : arguments_(arguments) {}
+
+    /// Throws as `readInput` does, where that is to end the run.
+    void add(const std::optional<std::string>& path) {
+        if (!path || models_.contains(*path)) return;
+        Model model{{displayName(*path)}};
+        try {
+            model.source.text = readInput(*path, arguments_.budget);
+        } catch (...) {
+            if (arguments_.modelsEndRun) throw;
+            model.error = std::current_exception();
+        }
+        models_.emplace(*path, std::move(model));
     }
 
-    /// Null for no model.
+    /// Null for no model. Throws, each time, what reading it threw.
     [[nodiscard]] const Source* find(const std::optional<std::string>& path) const {
-        return path ? &sources_.at(*path) : nullptr;
+        if (!path) return nullptr;
+        const Model& model = models_.at(*path);
+        if (model.error) std::rethrow_exception(model.error);
+        return &model.source;
     }
 
 private:
-    std::map<std::string, Source> sources_;
+    struct Model {
+        Source source;
+        std::exception_ptr error = nullptr;
+    };
+
+    const DocumentArguments& arguments_;
+    std::map<std::string, Model> models_;
 };
 
 }  // namespace tavrin::cli

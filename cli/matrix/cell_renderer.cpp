@@ -19,25 +19,31 @@ WidgetOptions optionsFor(const DocumentArguments& arguments, const Matrix& matri
 }
 
 CellRenderer::CellRenderer(const DocumentArguments& arguments, const Matrix& matrix)
-    : arguments_(arguments), matrix_(matrix), documents_(arguments, matrix) {
-    for (const Cell& cell : matrix.cells) bound_[{cell.document, cell.model, cell.moment}];
-    for (const Matrix::Model& model : matrix.models)
-        models_.push_back(
-            model.path ? std::optional(Source{displayName(*model.path), readInput(*model.path, arguments.budget)})
-                       : std::nullopt);
+    : arguments_(arguments), matrix_(matrix), models_(arguments), documents_(arguments, matrix) {
+    for (const Cell& cell : matrix.cells)
+        for (const WidgetTrace trace : {WidgetTrace::none, WidgetTrace::origins})
+            bound_[{cell.document, cell.model, cell.moment, trace}];
+    for (const Matrix::Model& model : matrix.models) models_.add(model.path);
 }
 
-CellRenderer::Bound& CellRenderer::bound(const Cell& cell) {
-    Bound& bound = bound_.find({cell.document, cell.model, cell.moment})->second;
-    std::call_once(bound.once, [&] { bind(cell, bound); });
+WidgetOptions CellRenderer::tracedOptions(const Cell& cell, WidgetTrace trace, std::vector<std::string>& notes) {
+    WidgetOptions options = optionsFor(arguments_, matrix_, cell, notes);
+    options.trace = trace;
+    return options;
+}
+
+CellRenderer::Bound& CellRenderer::bound(const Cell& cell, WidgetTrace trace) {
+    Bound& bound = bound_.find({cell.document, cell.model, cell.moment, trace})->second;
+    std::call_once(bound.once, [&] { bind(cell, trace, bound); });
     return bound;
 }
 
-void CellRenderer::bind(const Cell& cell, Bound& bound) {
-    const Source* const model = models_[cell.model] ? &*models_[cell.model] : nullptr;
+void CellRenderer::bind(const Cell& cell, WidgetTrace trace, Bound& bound) {
+    const Source*& model = bound.model;
     try {
+        model = models_.find(matrix_.models[cell.model].path);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
-        const WidgetOptions options = optionsFor(arguments_, matrix_, cell, bound.outcome.notes);
+        const WidgetOptions options = tracedOptions(cell, trace, bound.outcome.notes);
         if (!model) noteMissingModel(documents_.source(cell.document), bound.outcome.notes);
         bound.document = documents_.prepared(cell.document).bind(modelText, options);
     } catch (...) {
@@ -45,16 +51,15 @@ void CellRenderer::bind(const Cell& cell, Bound& bound) {
     }
 }
 
-CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget&)>& use) {
-    const Bound& source = bound(cell);
+CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget&)>& use, WidgetTrace trace) {
+    const Bound& source = bound(cell, trace);
     CellOutcome outcome = source.outcome;
     if (outcome.failure) return outcome;
     try {
-        Widget widget = source.document->widget(optionsFor(arguments_, matrix_, cell, outcome.notes));
+        Widget widget = source.document->widget(tracedOptions(cell, trace, outcome.notes));
         use(widget);
     } catch (...) {
-        const Source* const model = models_[cell.model] ? &*models_[cell.model] : nullptr;
-        outcome.failure = describe(std::current_exception(), documents_.source(cell.document), model);
+        outcome.failure = describe(std::current_exception(), documents_.source(cell.document), source.model);
     }
     return outcome;
 }

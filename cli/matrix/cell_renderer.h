@@ -12,6 +12,7 @@
 
 #include "cli/failure.h"
 #include "cli/matrix/matrix_documents.h"
+#include "cli/read_models.h"
 #include "tavrin/widget/widget.h"
 
 namespace tavrin::cli {
@@ -31,28 +32,36 @@ struct CellOutcome {
 /// once for each model and moment; each cell is laid out for itself, since size, scale and appearance all count there.
 class CellRenderer {
 public:
-    /// Reads all models. Throws `IOError` for one that cannot be read. Keeps references to both.
+    /// Reads all models. Throws `IOError` for one that cannot be read, where that ends the run. Keeps references to
+    /// both.
     CellRenderer(const DocumentArguments& arguments, const Matrix& matrix);
 
-    /// Loads what a cell needs and hands its widget to `use`; what goes wrong, there too, becomes the failure.
-    [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use);
+    /// Loads what a cell needs and hands its widget to `use`; what goes wrong, there too, becomes the failure. What is
+    /// traced is bound for itself.
+    [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use,
+                                   WidgetTrace trace = WidgetTrace::none);
+
+    /// The text of one of the documents, as far as it could be read.
+    [[nodiscard]] const Source& source(std::size_t document) { return documents_.source(document); }
 
 private:
-    /// A document, model and moment, by their places.
-    using Key = std::tuple<std::size_t, std::size_t, std::size_t>;
+    /// A document, model and moment, by their places, and what is traced.
+    using Key = std::tuple<std::size_t, std::size_t, std::size_t, WidgetTrace>;
 
     struct Bound {
         std::once_flag once;
+        const Source* model = nullptr;
         std::optional<BoundDocument> document;
         CellOutcome outcome;
     };
 
-    Bound& bound(const Cell& cell);
-    void bind(const Cell& cell, Bound& bound);
+    Bound& bound(const Cell& cell, WidgetTrace trace);
+    void bind(const Cell& cell, WidgetTrace trace, Bound& bound);
+    [[nodiscard]] WidgetOptions tracedOptions(const Cell& cell, WidgetTrace trace, std::vector<std::string>& notes);
 
     const DocumentArguments& arguments_;
     const Matrix& matrix_;
-    std::vector<std::optional<Source>> models_;
+    ReadModels models_;
     MatrixDocuments documents_;
     std::map<Key, Bound> bound_;  // whose keys are there from the beginning
 };

@@ -56,32 +56,30 @@ bool sameMoment(const Matrix::Moment& a, const Matrix::Moment& b) { return a.dat
 
 bool sameRoom(const WidgetRoom& a, const WidgetRoom& b) { return a.name == b.name && a.size == b.size; }
 
-/// The place of the model that each room of a document is drawn with.
-std::vector<std::size_t> modelsOfRooms(Matrix& matrix, const MatrixLooks& looks, const Matrix::Model& model) {
-    std::vector<std::size_t> places;
-    for (const WidgetRoom& room : looks.rooms) {
-        const auto own = looks.modelsByFamily.find(familyIn(room));
-        const bool isOwn = model.name.empty() && own != looks.modelsByFamily.end();
-        places.push_back(placeOf(matrix.models, isOwn ? Matrix::Model{own->second, ""} : model, std::equal_to<>()));
-    }
-    return places;
-}
-
 }  // namespace
+
+std::size_t MatrixLooks::count() const {
+    std::size_t modelsInRooms = 0;
+    for (const auto& model : models)
+        for (const std::optional<Matrix::Model>& inRoom : model)
+            if (inRoom) ++modelsInRooms;
+    return modelsInRooms * moments.size() * appearances.size() * scales.size();
+}
 
 void addCells(Matrix& matrix, std::size_t document, const MatrixLooks& looks) {
     const std::vector<std::size_t> moments = placesOf(matrix.moments, looks.moments, sameMoment);
     const std::vector<std::size_t> rooms = placesOf(matrix.rooms, looks.rooms, sameRoom);
     const std::vector<std::size_t> appearances = placesOf(matrix.appearances, looks.appearances, std::equal_to<>());
     const std::vector<std::size_t> scales = placesOf(matrix.scales, looks.scales, std::equal_to<>());
-    for (const Matrix::Model& model : looks.models) {
-        const std::vector<std::size_t> models = modelsOfRooms(matrix, looks, model);
+    for (const auto& modelByRoom : looks.models)
         for (const std::size_t moment : moments)
-            for (std::size_t at = 0; at < rooms.size(); ++at)
+            for (std::size_t at = 0; at < rooms.size(); ++at) {
+                if (!modelByRoom[at]) continue;
+                const std::size_t model = placeOf(matrix.models, *modelByRoom[at], std::equal_to<>());
                 for (const std::size_t appearance : appearances)
                     for (const std::size_t scale : scales)
-                        matrix.cells.push_back({document, models[at], moment, rooms[at], appearance, scale});
-    }
+                        matrix.cells.push_back({document, model, moment, rooms[at], appearance, scale});
+            }
 }
 
 std::string nameOf(const Matrix& matrix, const Cell& cell) {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -59,17 +58,14 @@ struct Matrix {
 
 /// What one document of a matrix is drawn with: all of them with all others.
 struct MatrixLooks {
-    std::vector<Matrix::Model> models;
-    /// The files of models that stand for the nameless one in some families, by their names.
-    std::map<std::string, std::string> modelsByFamily;
-    std::vector<Matrix::Moment> moments;
     std::vector<WidgetRoom> rooms;
+    /// Each model as it is in each of the rooms; none where it does not count there.
+    std::vector<std::vector<std::optional<Matrix::Model>>> models;
+    std::vector<Matrix::Moment> moments;
     std::vector<Appearance> appearances;
     std::vector<double> scales;
 
-    [[nodiscard]] std::size_t count() const {
-        return models.size() * moments.size() * rooms.size() * appearances.size() * scales.size();
-    }
+    [[nodiscard]] std::size_t count() const;
 };
 
 /// Adds the cells of one of the matrix's documents.

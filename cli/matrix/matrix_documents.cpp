@@ -14,6 +14,8 @@ const MatrixDocuments::Text& MatrixDocuments::text(std::size_t at) {
     std::call_once(text.once, [&] {
         const std::string& path = matrix_.documents[at].path;
         text.source.name = displayName(path);
+        text.error = arguments_.documents[at].fault;
+        if (text.error) return;
         try {
             text.source.text = readInput(path, arguments_.budget);
             text.prepared.emplace(text.source.text, arguments_.budget);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "cli/io_error.h"
+#include "cli/project/widget_files.h"
 #include "cli/several_options.h"
 #include "cli/usage_error.h"
 #include "tavrin/doors/option_values.h"
@@ -33,18 +34,13 @@ std::vector<double> scalesOf(const Command& command) {
     return list;
 }
 
-std::vector<Matrix::Model> modelsIn(const std::string& folder) {
+std::vector<Matrix::Model> namedModelsIn(const std::string& folder) {
     std::vector<Matrix::Model> list;
-    std::error_code error;
-    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
-         entry.increment(error)) {
-        const fs::path& path = entry->path();
-        if (path.extension() != ".json") continue;
+    for (const fs::path& path : modelsIn(folder)) {
         std::error_code unknown;  // reading it will tell
-        if (entry->is_other(unknown)) throw IOError("cannot read '" + path.string() + "': Not a regular file", path);
+        if (fs::is_other(path, unknown)) throw IOError("cannot read '" + path.string() + "': Not a regular file", path);
         list.push_back({path.string(), path.stem().string()});
     }
-    if (error) throw IOError("cannot read '" + folder + "': " + error.message(), folder);
     if (list.empty()) throw IOError("there is no model (*.json) in '" + folder + "'", folder);
     std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     return list;
@@ -52,9 +48,18 @@ std::vector<Matrix::Model> modelsIn(const std::string& folder) {
 
 std::vector<Matrix::Model> modelsOf(const Command& command) {
     if (findModelLines(command)) return {{std::nullopt, ""}};
-    if (const std::string* folder = command.find(models.several)) return modelsIn(*folder);
+    if (const std::string* folder = command.find(models.several)) return namedModelsIn(*folder);
     const std::string* const one = command.find(models.one);
     return {{one ? std::optional(*one) : std::nullopt, ""}};
+}
+
+/// What a model is in a room: the one without a name stands back for a family's own, and where there are none but those
+/// of a folder.
+std::optional<Matrix::Model> modelIn(const WidgetRoom& room, const Matrix::Model& model, const PairedCommand& paired) {
+    if (!model.name.empty()) return model;
+    const auto own = paired.modelsByFamily.find(familyIn(room));
+    if (own != paired.modelsByFamily.end()) return Matrix::Model{own->second, ""};
+    return model.path || paired.furtherModels.empty() ? std::optional(model) : std::nullopt;
 }
 
 std::vector<Matrix::Moment> momentsOf(const Command& command, Date now) {
@@ -82,19 +87,26 @@ const std::string* findModelLines(const Command& command) {
     return path && command.verb == Verb::render && !fs::is_directory(*path, error) ? path : nullptr;
 }
 
-std::vector<Matrix::Model> readModels(const PairedCommand& paired) {
+std::vector<std::vector<std::optional<Matrix::Model>>> readModels(const PairedCommand& paired,
+                                                                  const std::vector<WidgetRoom>& rooms) {
     refuseBoth(paired.command, models);
     std::vector<Matrix::Model> list = modelsOf(paired.command);
     for (const std::string& path : paired.furtherModels) list.push_back({path, fs::path(path).stem().string()});
-    return list;
+    std::vector<std::vector<std::optional<Matrix::Model>>> inRooms;
+    for (const Matrix::Model& model : list) {
+        auto& each = inRooms.emplace_back();
+        for (const WidgetRoom& room : rooms) each.push_back(modelIn(room, model, paired));
+    }
+    return inRooms;
 }
 
 MatrixLooks readLooks(const PairedCommand& paired, Date now) {
     const Command& command = paired.command;
-    return {.models = readModels(paired),
-            .modelsByFamily = paired.modelsByFamily,
+    std::vector<WidgetRoom> rooms = readRooms(command, paired.screenSizes());
+    auto inRooms = readModels(paired, rooms);
+    return {.rooms = std::move(rooms),
+            .models = std::move(inRooms),
             .moments = momentsOf(command, now),
-            .rooms = readRooms(command, paired.screenSizes()),
             .appearances = readAppearances(command, {Appearance::light}),
             .scales = scalesOf(command)};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "cli/command_line.h"
@@ -23,8 +24,10 @@ inline constexpr std::size_t maximumCells = 10'000;
 /// and `IOError` for a folder that cannot be read.
 [[nodiscard]] MatrixLooks readLooks(const PairedCommand& paired, Date now);
 
-/// The models that a document is drawn with.
-[[nodiscard]] std::vector<Matrix::Model> readModels(const PairedCommand& paired);
+/// The models that a document is drawn with, each as it is in each of some rooms: see `MatrixLooks`. Throws as
+/// `readLooks` does.
+[[nodiscard]] std::vector<std::vector<std::optional<Matrix::Model>>> readModels(const PairedCommand& paired,
+                                                                                const std::vector<WidgetRoom>& rooms);
 
 /// The matrix of some documents, each drawn as its looks say. Throws `UsageError` for more than `maximumCells`.
 [[nodiscard]] Matrix matrixOf(std::vector<Matrix::Document> documents, const std::vector<MatrixLooks>& looks);

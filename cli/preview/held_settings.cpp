@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/io_error.h"
 #include "cli/preview/folder_error.h"
 #include "cli/project/paired_command.h"
 #include "cli/project/widget_files.h"
@@ -47,23 +48,25 @@ void writeSettings(JSONWriter& writer, const WidgetSettings& settings) {
 }
 
 void writePairs(JSONWriter& writer, const ProjectFolder& folder, const std::string& document) {
-    const WidgetFiles files = pairedWith(folder.root() / document);
+    WidgetFiles files;
     const auto pathOf = [&](const std::filesystem::path& path) {
         return path.lexically_normal().lexically_relative(folder.root()).generic_string();
     };
     WidgetSettings settings;
     std::optional<std::string> fault;
     try {
+        files = pairedWith(folder.root() / document);
         if (files.settings)
             settings = readSettings({pathOf(*files.settings), folder.read(pathOf(*files.settings)).text});
     } catch (const SettingsError& error) {
         fault = error.source.name + ":" + std::to_string(error.place.line) + ": " + error.what();
     } catch (const FolderError& error) {
         fault = error.what();
+    } catch (const IOError& error) {
+        fault = error.what();
     }
     const PairedCommand held = heldBeside(files, settings);
-    const std::string* const model = held.command.find("--model");
-    writer.key("model").value(model ? std::optional(pathOf(*model)) : std::nullopt);
+    writer.key("model").value(files.model ? std::optional(pathOf(*files.model)) : std::nullopt);
     writer.key("settings");
     writeSettings(writer, settings);
     writer.key("models").beginObject();

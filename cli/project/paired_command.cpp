@@ -61,8 +61,8 @@ void fillModels(Filling& filling, PairedCommand& paired, const WidgetFiles& file
     }
     if (drawsSeveral)
         for (const std::filesystem::path& further : files.models) paired.furtherModels.push_back(further.string());
-    std::erase(paired.furtherModels, model);
-    filling.fill("--model", model);
+    // Of several each has its own name, so that none is called otherwise once there is one more.
+    if (!drawsSeveral || !files.takesFirstModel()) filling.fill("--model", model);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct PairedCommand {
     Command command;
     /// The screens of settings that name several; the command has the first.
     std::vector<std::string> screens = {};
-    /// Models besides the command's own, for verbs that look at all of them.
+    /// The models of the widget's folder, besides the command's own, for verbs that look at all of them.
     std::vector<std::string> furtherModels = {};
     /// The models of families that have another than the rest.
     std::map<std::string, std::string> modelsByFamily = {};

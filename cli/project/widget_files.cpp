@@ -124,10 +124,40 @@ private:
 
 }  // namespace
 
+std::vector<fs::path> modelsIn(const fs::path& folder) {
+    std::vector<fs::path> models;
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        if (entry->path().extension() != ".json") continue;
+        if (models.size() == mostModels)
+            throw IOError("there are more than " + std::to_string(mostModels) + " models in '" + folder.string() +
+                              "'; keep fewer in one folder",
+                          folder);
+        models.push_back(entry->path());
+    }
+    if (error) throw IOError("cannot read '" + folder.string() + "': " + error.message(), folder);
+    std::ranges::sort(models);
+    return models;
+}
+
+std::vector<fs::path> placesBeside(const fs::path& document) {
+    std::vector<fs::path> places{document.parent_path() / "pictures"};
+    for (const char* const name : {"model.json", "models", "widget.toml"}) {
+        places.push_back(withEnding(document, name));
+        places.push_back(document.parent_path() / name);
+    }
+    return places;
+}
+
 WidgetFiles pairedWith(const fs::path& document) {
     WidgetFiles files{.document = document};
     files.model = ownOrShared(document, "model.json", isFile);
-    if (const auto folder = ownOrShared(document, "models", isFolder)) files.models = jsonFilesIn(*folder);
+    files.modelsFolder = ownOrShared(document, "models", isFolder);
+    if (files.modelsFolder) {
+        files.models = modelsIn(*files.modelsFolder);
+        std::erase_if(files.models, [](const fs::path& model) { return !isFile(model); });
+    }
     if (!files.model && !files.models.empty()) files.model = files.models.front();
     if (const fs::path pictures = document.parent_path() / "pictures"; isFolder(pictures)) files.pictures = pictures;
     files.settings = ownOrShared(document, "widget.toml", isFile);

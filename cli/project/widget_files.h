@@ -18,14 +18,30 @@ struct WidgetFiles {
     std::optional<std::filesystem::path> model = std::nullopt;
     /// The JSON files of the folder `NAME.models`, or else `models`, sorted by name.
     std::vector<std::filesystem::path> models = {};
+    /// That folder.
+    std::optional<std::filesystem::path> modelsFolder = std::nullopt;
     /// The folder `pictures`.
     std::optional<std::filesystem::path> pictures = std::nullopt;
     /// `NAME.widget.toml`, or else `widget.toml`.
     std::optional<std::filesystem::path> settings = std::nullopt;
+
+    /// Whether the model is only the first of several, and not one of its own.
+    [[nodiscard]] bool takesFirstModel() const { return model && !models.empty() && *model == models.front(); }
 };
 
-/// What lies beside a document, which need not be there itself. Looks at names only, and reads no file.
+/// How many models a folder of them may have.
+inline constexpr std::size_t mostModels = 2000;
+
+/// The JSON files of a folder of models, sorted by name. Throws `IOError` for more than `mostModels`, and for a folder
+/// that cannot be read.
+[[nodiscard]] std::vector<std::filesystem::path> modelsIn(const std::filesystem::path& folder);
+
+/// What lies beside a document, which need not be there itself. Looks at names only, and reads no file. Throws as
+/// `modelsIn` does.
 [[nodiscard]] WidgetFiles pairedWith(const std::filesystem::path& document);
+
+/// The files and folders that `pairedWith` looks for: while none of them is changed, its answer stays the same.
+[[nodiscard]] std::vector<std::filesystem::path> placesBeside(const std::filesystem::path& document);
 
 /// The documents in a folder and below, sorted: JSON files with nodes that are no model by their name, and those that
 /// have files of their own beside them. Hidden files and folders, `node_modules` and symbolic links are left out.

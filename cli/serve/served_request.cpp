@@ -11,6 +11,7 @@
 #include "cli/http/http_status.h"
 #include "cli/json_member.h"
 #include "cli/matrix/sha256.h"
+#include "cli/project/beside_options.h"
 #include "cli/serve/problem.h"
 #include "cli/serve/request_options.h"
 #include "cli/serve/route_table.h"
@@ -95,26 +96,6 @@ void append(std::string& said, std::string_view text) {
     said.append(std::to_string(text.size())).append(":").append(text);
 }
 
-/// What lies beside a widget, where the server itself has not said otherwise. A size stands instead of a family.
-void readBeside(OptionReader& reader, const FolderWidget& widget, const std::set<OptionName>& said, bool hasSize) {
-    const auto read = [&](OptionName option, const std::optional<std::string>& value) {
-        if (value && !said.contains(option)) reader.read(option, *value);
-    };
-    const auto first = [](const std::vector<std::string>& values) {
-        return values.empty() ? std::nullopt : std::optional(values.front());
-    };
-    const WidgetSettings& settings = widget.settings;
-    if (!hasSize && !said.contains(OptionName::size)) {
-        read(OptionName::family, first(settings.families));
-        read(OptionName::screen, first(settings.screens));
-    }
-    read(OptionName::date, settings.date);
-    read(OptionName::timeZone, settings.timeZone);
-    read(OptionName::appearance, settings.appearance);
-    read(OptionName::background, settings.background);
-    if (widget.files.pictures) read(OptionName::imageCacheDir, widget.files.pictures->string());
-}
-
 }  // namespace
 
 ServedRequest readPosted(std::string_view body, const DrawingOptions& served) {
@@ -145,7 +126,10 @@ ServedRequest readWidgetQuery(std::string_view query, PictureFormat format, cons
     append(request.said, widget.picturesStamp);
     OptionReader reader(Spelling::camel, OptionReader::Types::texts, serve.drawing);
     const std::map<std::string, std::string> members = queryMembers(query);
-    readBeside(reader, widget, serve.said, members.contains(spelled(OptionName::size, Spelling::camel)));
+    const bool hasSize = members.contains(spelled(OptionName::size, Spelling::camel));
+    readBeside(reader, widget.files, widget.settings, [&](OptionName option) {
+        return serve.said.contains(option) || (hasSize && option == OptionName::size);
+    });
     for (const auto& [name, value] : members) {
         if (name == "s" || name == "expires") continue;  // which were judged by now, where that is wanted
         if (name == "model") {

@@ -16,6 +16,7 @@
 #include "cli/http/http_status.h"
 #include "cli/io_error.h"
 #include "cli/matrix/sha256.h"
+#include "cli/project/beside_options.h"
 #include "cli/serve/problem.h"
 
 namespace tavrin::cli {
@@ -106,7 +107,13 @@ FolderWidget WidgetFolder::find(const std::string& name) {
     if (const auto own = std::filesystem::path(name) / "document.json";
         !std::filesystem::exists(folder_ / file, ignored) && std::filesystem::exists(folder_ / own, ignored))
         file = own;
-    FolderWidget widget{.document = read(file), .files = pairedWith(folder_ / file)};
+    FolderWidget widget{.document = read(file)};
+    try {
+        widget.files = pairedWith(folder_ / file);
+    } catch (const IOError&) {  // which names the folder of the server's machine
+        throw RequestFault(http_status::unprocessable,
+                           "the models of '" + printable(name) + "' cannot be listed, or are too many");
+    }
     if (widget.files.pictures) widget.picturesStamp = stampOf(*widget.files.pictures);
     if (!widget.files.settings) return widget;
     const FolderTextPtr settings = read(widget.files.settings->lexically_relative(folder_));
@@ -116,17 +123,16 @@ FolderWidget WidgetFolder::find(const std::string& name) {
 }
 
 FolderTextPtr WidgetFolder::model(const FolderWidget& widget, std::string_view family) {
-    const auto own = widget.settings.models.find(std::string(family));
-    if (own != widget.settings.models.end() && widget.files.settings) {
-        try {
-            return read((widget.files.settings->parent_path() / own->second).lexically_relative(folder_));
-        } catch (const RequestFault& fault) {
-            if (fault.status != http_status::notFound) throw;
-            throw RequestFault(http_status::unprocessable, widget.files.settings->filename().string() +
-                                                               ": there is no model '" + printable(own->second) + "'");
-        }
+    const auto file = modelFile(widget.files, widget.settings, family);
+    if (!file) return nullptr;
+    try {
+        return read(file->lexically_relative(folder_));
+    } catch (const RequestFault& fault) {
+        const auto own = widget.settings.models.find(std::string(family));
+        if (fault.status != http_status::notFound || own == widget.settings.models.end()) throw;
+        throw RequestFault(http_status::unprocessable, widget.files.settings->filename().string() +
+                                                           ": there is no model '" + printable(own->second) + "'");
     }
-    return widget.files.model ? read(widget.files.model->lexically_relative(folder_)) : nullptr;
 }
 
 FolderTextPtr WidgetFolder::read(const std::filesystem::path& path) {

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "cli/snapshot/tree_changes.h"
+
 namespace tavrin::cli {
 
 /// What is kept of one picture: its PNG, and its laid-out tree as JSON.
@@ -27,10 +29,15 @@ struct SnapshotFiles {
 
 /// In what two snapshots differ.
 struct SnapshotDifference {
-    /// In words, without a full stop; empty when they are the same.
-    std::string words = {};
+    /// How the pictures do, in words without a full stop; empty where they are the same.
+    std::string picture = {};
+    /// Whether they were compared pixel by pixel, and not of two sizes or no pictures.
+    bool isOfPixels = false;
     /// A picture of the difference as PNG, where pictures differ and it can be drawn.
     std::string png = {};
+    TreeChanges tree = {};
+
+    [[nodiscard]] bool none() const { return picture.empty() && tree.none(); }
 };
 
 /// Compares a snapshot with what is drawn now: pictures by pixels, of which channels may be off by `tolerance`; trees

@@ -2,11 +2,14 @@
 #include "cli/snapshot/snapshot_results.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "cli/github_command.h"
+#include "tavrin/diagnostics/write_diagnostic.h"
+#include "tavrin/doors/words.h"
 #include "tavrin/platform/foundation/enumerators.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
 #include "tavrin/platform/foundation/strings/json_writer.h"
@@ -15,9 +18,24 @@
 namespace tavrin::cli {
 namespace {
 
-std::size_t countWrong(const SnapshotResults& results) {
-    const auto wrong = std::ranges::count_if(results.snapshots, [](const auto& one) { return !one.message.empty(); });
-    return static_cast<std::size_t>(wrong) + (results.orphansMessage.empty() ? 0 : 1);
+std::vector<std::string> namesOf(const SnapshotCause& cause, const SnapshotResults& results) {
+    std::vector<std::string> names;
+    names.reserve(cause.snapshots.size());
+    for (const std::size_t at : cause.snapshots) names.push_back(results.snapshots[at].name);
+    return names;
+}
+
+void writeCauses(const SnapshotResults& results, JSONWriter& writer) {
+    writer.key("causes").beginArray();
+    for (const SnapshotCause& cause : results.causes) {
+        writer.beginObject().key("document").value(cause.document).key("message").value(cause.words);
+        if (cause.path) tavrin::write(*cause.path, writer.key("path"));
+        if (cause.place) writer.key("line").value(cause.place->line).key("column").value(cause.place->column);
+        writer.key("snapshots").beginArray();
+        for (const std::string& name : namesOf(cause, results)) writer.value(name);
+        writer.endArray().endObject();
+    }
+    writer.endArray();
 }
 
 std::string resultsJSON(const SnapshotResults& results) {
@@ -27,10 +45,12 @@ std::string resultsJSON(const SnapshotResults& results) {
         writer.beginObject().key("name").value(one.name).key("document").value(one.document);
         writer.key("verdict").value(name(one.verdict));
         if (!one.message.empty()) writer.key("message").value(one.message);
+        if (!one.difference.empty()) writer.key("difference").value(one.difference);
         if (!one.picture.empty()) writer.key("picture").value(one.picture);
         writer.endObject();
     }
-    writer.endArray().key("orphans").beginArray();
+    writeCauses(results, writer.endArray());
+    writer.key("orphans").beginArray();
     for (const std::string& orphan : results.orphans) writer.value(orphan);
     writer.endArray().endObject();
     return std::move(writer).text() + "\n";
@@ -44,26 +64,51 @@ std::string xmlText(std::string_view text) {
     return safe;
 }
 
-std::string testCase(std::string_view group, std::string_view name, std::string_view message) {
+std::string testCase(std::string_view group, std::string_view name, std::string_view message,
+                     const std::vector<std::string>& details = {}) {
     const std::string head = fmt::format(R"(    <testcase classname="{}" name="{}")", xmlText(group), xmlText(name));
     if (message.empty()) return head + "/>\n";
-    return head + fmt::format(">\n      <failure message=\"{}\"/>\n    </testcase>\n", xmlText(message));
+    std::string lines;
+    for (const std::string& line : details) lines += "\n" + xmlText(line);
+    const std::string end = lines.empty() ? "/>" : ">" + lines + "\n      </failure>";
+    return head + fmt::format(">\n      <failure message=\"{}\"{}\n    </testcase>\n", xmlText(message), end);
 }
 
+/// A case for each snapshot, but for those that differ one for each cause.
 std::string resultsJUnit(const SnapshotResults& results) {
     std::string cases;
-    for (const SnapshotResult& one : results.snapshots) cases += testCase(one.document, one.name, one.message);
+    std::size_t count = 1;  // that of orphans
+    std::size_t wrong = results.orphansMessage.empty() ? 0 : 1;
+    for (const SnapshotResult& one : results.snapshots) {
+        if (one.verdict == SnapshotVerdict::different) continue;
+        cases += testCase(one.document, one.name, one.message);
+        ++count;
+        if (!one.message.empty()) ++wrong;
+    }
+    for (const SnapshotCause& cause : results.causes) {
+        const std::string message = cause.where() + ": " + cause.message();
+        cases +=
+            testCase(cause.document, cause.path ? toText(*cause.path) : cause.words, message, namesOf(cause, results));
+        ++count;
+        ++wrong;
+    }
     cases += testCase("snapshots", "orphans", results.orphansMessage);
     return fmt::format(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n"
         "  <testsuite name=\"tavrin snapshot\" tests=\"{}\" failures=\"{}\">\n{}  </testsuite>\n</testsuites>\n",
-        results.snapshots.size() + 1, countWrong(results), cases);
+        count, wrong, cases);
 }
 
 std::string resultsGitHub(const SnapshotResults& results) {
     std::string lines;
     for (const SnapshotResult& one : results.snapshots)
         if (!one.message.empty()) lines += githubCommand("error", "file=" + githubProperty(one.document), one.message);
+    for (const SnapshotCause& cause : results.causes) {
+        std::string properties = "file=" + githubProperty(cause.document);
+        if (cause.place) properties += fmt::format(",line={},col={}", cause.place->line, cause.place->column);
+        if (cause.path) properties += ",title=" + githubProperty(toText(*cause.path));
+        lines += githubCommand("error", properties, cause.message() + "\n" + joined(namesOf(cause, results), "\n"));
+    }
     if (!results.orphansMessage.empty()) lines += githubCommand("error", "title=orphans", results.orphansMessage);
     return lines;
 }
@@ -78,12 +123,19 @@ constexpr std::string_view pageHead = R"(<!DOCTYPE html>
   body { margin: 0; padding: 32px clamp(16px, 4vw, 56px); font: 15px/1.45 Inter, system-ui, sans-serif; }
   h1 { font-size: 26px; margin: 0; }
   h2 { font-size: 17px; margin: 36px 0 4px; overflow-wrap: anywhere; }
+  h3 { font-size: 15px; margin: 20px 0 4px; overflow-wrap: anywhere; }
   p { margin: 0 0 12px; overflow-wrap: anywhere; opacity: 0.75; }
   img { display: block; max-width: 100%; }
 </style>
 <h1>What differs</h1>
 <p>Each picture shows before, after, and what differs in red.</p>
 )";
+
+std::string pictureOf(const SnapshotResult& one) {
+    const std::string address = "./" + percentEncoded(one.picture, PlainInURL{"@/"});
+    return fmt::format("<h3>{0}</h3>\n<p>{1}</p>\n<a href=\"{2}\"><img src=\"{2}\" alt=\"{0}\" loading=\"lazy\"></a>\n",
+                       markupText(one.name), markupText(one.difference), address);
+}
 
 }  // namespace
 
@@ -97,14 +149,32 @@ std::string resultsText(const SnapshotResults& results, SnapshotFormat format) {
     return {};
 }
 
+Failure failureOf(const SnapshotCause& cause, const SnapshotResults& results) {
+    Failure failure{{"SnapshotDifference", cause.message()}, cause.document, cause.excerpt};
+    failure.codingPath = cause.path;
+    failure.place = cause.place;
+    for (const std::size_t at : cause.snapshots) {
+        const SnapshotResult& seen = results.snapshots[at];
+        failure.seenIn.push_back({seen.name, seen.difference.empty() ? "the picture is the same" : seen.difference});
+    }
+    return failure;
+}
+
 std::string failuresPage(const SnapshotResults& results) {
     std::string page(pageHead);
-    for (const SnapshotResult& one : results.snapshots) {
-        if (one.picture.empty()) continue;
-        const std::string address = "./" + percentEncoded(one.picture, PlainInURL{"@/"});
-        page += fmt::format(
-            "<h2>{0}</h2>\n<p>{1}</p>\n<a href=\"{2}\"><img src=\"{2}\" alt=\"{0}\" loading=\"lazy\"></a>\n",
-            markupText(one.name), markupText(one.message), address);
+    std::set<std::size_t> shown;
+    for (const SnapshotCause& cause : results.causes) {
+        page += "<h2>" + markupText(cause.where() + (cause.path ? ": " + toText(*cause.path) : "")) + "</h2>\n<p>" +
+                markupText(cause.message()) + "</p>\n";
+        std::string before;  // names of those whose pictures stand under another cause
+        for (const std::size_t at : cause.snapshots) {
+            const SnapshotResult& one = results.snapshots[at];
+            if (one.picture.empty() || !shown.insert(at).second)
+                before += (before.empty() ? "" : ", ") + one.name;
+            else
+                page += pictureOf(one);
+        }
+        if (!before.empty()) page += "<p>" + markupText("Also in " + before) + "</p>\n";
     }
     return page + "</html>\n";
 }

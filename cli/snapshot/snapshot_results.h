@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/failure.h"
 #include "cli/options.h"
+#include "cli/snapshot/snapshot_causes.h"
 
 namespace tavrin::cli {
 
@@ -21,8 +23,10 @@ struct SnapshotResult {
     std::string name = {};
     std::string document = {};
     SnapshotVerdict verdict = SnapshotVerdict::same;
-    /// What is wrong; empty where nothing is.
+    /// Why it failed; empty where it did not.
     std::string message = {};
+    /// How its picture differs; empty where it does not.
+    std::string difference = {};
     /// The picture of what differs, relative to the folder of these; empty where there is none.
     std::string picture = {};
 };
@@ -30,6 +34,8 @@ struct SnapshotResult {
 /// What came of a run, in the order of its pictures.
 struct SnapshotResults {
     std::vector<SnapshotResult> snapshots = {};
+    /// Why those that differ do.
+    std::vector<SnapshotCause> causes = {};
     /// Snapshots that are kept, but that no picture of the run belongs to.
     std::vector<std::string> orphans = {};
     /// What is wrong with them; empty where they are no fault.
@@ -39,8 +45,11 @@ struct SnapshotResults {
 /// The results for other programs: JSON, JUnit's XML or workflow commands.
 [[nodiscard]] std::string resultsText(const SnapshotResults& results, SnapshotFormat format);
 
-/// A page that shows each picture of what differs, before, after and in red, with what is wrong. It lies in the folder
-/// of these.
+/// A difference for people, with the first of the snapshots that it is seen in.
+[[nodiscard]] Failure failureOf(const SnapshotCause& cause, const SnapshotResults& results);
+
+/// A page that shows each picture of what differs, before, after and in red, under what has changed it. It lies in the
+/// folder of these.
 [[nodiscard]] std::string failuresPage(const SnapshotResults& results);
 
 }  // namespace tavrin::cli

@@ -4,13 +4,11 @@
 #include <cstddef>
 #include <exception>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
-#include "cli/file_stamp.h"
 #include "cli/input.h"
-#include "tavrin/platform/foundation/memory/lru_cache.h"
+#include "cli/stream/kept_files.h"
 #include "tavrin/widget/document.h"
 
 namespace tavrin::cli {
@@ -30,9 +28,8 @@ private:
     std::exception_ptr error_;
 };
 
-/// Documents by their files' names, each read and decoded once while its file stays as it is: of the same size, last
-/// changed at the same moment, and no other file of that name. Those that were asked for longest ago go first. Any
-/// number of threads may ask.
+/// Documents by their files' names, each read and decoded once while its file stays as it is. Any number of threads may
+/// ask.
 class KeptDocuments {
 public:
     static constexpr std::size_t maximumCount = 64;
@@ -46,16 +43,8 @@ public:
     [[nodiscard]] std::shared_ptr<const ReadDocument> find(const std::string& path);
 
 private:
-    struct Kept {
-        FileStamp stamp;
-        std::shared_ptr<const ReadDocument> document;
-    };
-
-    [[nodiscard]] static std::optional<FileStamp> stampOf(const std::string& path);
-
     RenderBudget budget_;
-    std::mutex mutex_;
-    LRUCache<std::string, Kept> kept_{maximumBytes, maximumCount};
+    KeptFiles<ReadDocument> kept_{maximumBytes, maximumCount};
 };
 
 }  // namespace tavrin::cli

@@ -71,7 +71,7 @@ std::string answerText(const StreamAnswer& answer) {
 class StreamRenderer {
 public:
     explicit StreamRenderer(const StreamArguments& arguments)
-        : arguments_(arguments), documents_(arguments.usual.widget.budget) {}
+        : arguments_(arguments), documents_(arguments.usual.widget.budget), pairings_(arguments.usual.widget.budget) {}
 
     [[nodiscard]] StreamAnswer draw(const ModelLine& line) {
         StreamAnswer answer{line.source.firstLine};
@@ -80,7 +80,9 @@ public:
             request = readRequest(line);
         } catch (...) {
             answer.failure = describe(std::current_exception(), line.source, nullptr);
-            answer.failure->role.reset();  // it is the line that is at fault
+            answer.failure->role.reset();  // it is the line that is at fault, or settings
+            if (answer.failure->type == "SettingsError")
+                answer.failure->message = answer.failure->file + ": " + answer.failure->message;
             return answer;
         }
         answer.output = request.output;
@@ -89,12 +91,12 @@ public:
     }
 
 private:
-    StreamRequest readRequest(const ModelLine& line) const {
+    StreamRequest readRequest(const ModelLine& line) {
         if (line.isTooLong)
             throw UsageError("the line is longer than " + std::to_string(ModelLines::maximumLineBytes) + " bytes");
         Cost cost;
         const Metering metering(arguments_.usual.widget.budget, cost);
-        return readStreamRequest(line.source.text, arguments_.usual, arguments_.format);
+        return readStreamRequest(line.source.text, arguments_, pairings_);
     }
 
     [[nodiscard]] std::shared_ptr<const ReadDocument> documentOf(StreamRequest& request) {
@@ -103,17 +105,23 @@ private:
                                                     request.options.widget.budget);
     }
 
+    [[nodiscard]] std::shared_ptr<const Source> modelOf(StreamRequest& request) {
+        if (request.model) return std::make_shared<const Source>(Source{"model", *std::move(request.model)});
+        return request.modelFile ? pairings_.model(*request.modelFile) : nullptr;
+    }
+
     /// What fails in the document or its model is told with its place there.
     void draw(StreamRequest& request, StreamAnswer& answer) {
         // What is kept of the last picture helps the next one of the same file.
         const std::optional<std::string> name = request.document ? std::nullopt : std::optional(request.name);
-        const Source model{"model", request.model.value_or("")};
         std::shared_ptr<const ReadDocument> document;
+        std::shared_ptr<const Source> model;
         try {
             document = documentOf(request);
+            model = modelOf(request);
             WidgetOptions options = noting(std::move(request.options.widget), answer.notes);
             if (!options.date) options.date = Date::now();
-            const auto modelText = request.model ? std::optional<std::string_view>(model.text) : std::nullopt;
+            const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
             Widget widget = document->decoded().widget(modelText, options);
             if (arguments_.failsOnMissing) refuseMissingPictures(widget);
             KeptPictures& kept = KeptPictures::ofThisThread();
@@ -124,13 +132,13 @@ private:
             if (request.options.hashes) answer.sha256 = sha256(answer.picture);
         } catch (...) {
             const Source none;
-            answer.failure = describe(std::current_exception(), document ? document->source() : none,
-                                      request.model ? &model : nullptr);
+            answer.failure = describe(std::current_exception(), document ? document->source() : none, model.get());
         }
     }
 
     const StreamArguments& arguments_;
     KeptDocuments documents_;
+    KeptPairings pairings_;
 };
 
 /// Writes a file, whole or not at all. As it is one of many that can be made again, it is not synced, unless something

@@ -4,13 +4,16 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <set>
 #include <system_error>
 #include <utility>
 
 #include "cli/destination.h"
 #include "cli/json_member.h"
+#include "cli/project/beside_options.h"
 #include "cli/usage_error.h"
 #include "tavrin/doors/json_options.h"
+#include "tavrin/doors/option_words.h"
 #include "tavrin/doors/words.h"
 #include "tavrin/json/json_text.h"
 #include "tavrin/platform/foundation/enumerators.h"
@@ -53,16 +56,48 @@ PictureFormat formatOfOutput(const std::string& output, std::optional<PictureFor
         "' is");
 }
 
-void refuseToOverwrite(const StreamRequest& request) {
-    std::error_code error;
-    if (request.output && !request.document && std::filesystem::equivalent(request.name, *request.output, error))
-        throw UsageError("'" + *request.output + "' would be written over the document");
+void refuseToOverwrite(const StreamRequest& request, const Pairing& beside) {
+    if (!request.output || request.document) return;
+    const auto refuse = [&](const std::filesystem::path& file, const char* what) {
+        std::error_code error;
+        if (std::filesystem::equivalent(file, *request.output, error))
+            throw UsageError("'" + *request.output + "' would be written over the " + what);
+    };
+    refuse(request.name, "document");
+    if (request.modelFile) refuse(*request.modelFile, "model");
+    if (beside.files->settings) refuse(*beside.files->settings, "settings");
+}
+
+/// Which options a line says itself, of those that take the place of others.
+struct SaidInLine {
+    bool size = false;
+    bool fetches = false;
+
+    explicit SaidInLine(const JSONElement& options) {
+        if (!options.exists() || options.kind() != JSONKind::object) return;  // which reading them refuses
+        for (JSONElement::Walk walk(options); walk.next();) {
+            if (walk.key() == spelled(OptionName::size, Spelling::camel)) size = !walk.value().isNull();
+            if (walk.key() == spelled(OptionName::fetch, Spelling::camel))
+                fetches = walk.value().isString() && walk.value().string() != fetchWords[indexOf(FetchPolicy::none)];
+        }
+    }
+};
+
+void readPairing(OptionReader& reader, const Pairing& beside, const JSONElement& options,
+                 const std::set<OptionName>& said) {
+    const SaidInLine line(options);
+    readBeside(reader, *beside.files, *beside.settings, [&](OptionName option) {
+        return said.contains(option) || (line.size && option == OptionName::size) ||
+               (line.fetches && option == OptionName::imageCacheDir);
+    });
 }
 
 }  // namespace
 
-StreamRequest readStreamRequest(std::string_view line, const DrawingOptions& usual,
-                                std::optional<PictureFormat> usualFormat) {
+/// 1. What is asked for, and where.
+/// 2. Its options: the command line's, those beside the document that it has not said, and then the line's.
+/// 3. The model that lies beside the document, in the family that it is now drawn in.
+StreamRequest readStreamRequest(std::string_view line, const StreamArguments& arguments, KeptPairings& pairings) {
     const JSONText text(line);
     checkMembers(text.root());
     const auto [document, name, model, options, output] = text.root().findMembers<requestMembers>();
@@ -77,14 +112,22 @@ StreamRequest readStreamRequest(std::string_view line, const DrawingOptions& usu
     request.model = textMember(line, "model", model);
     request.output = fileIn("output", output);
 
-    OptionReader reader(Spelling::camel, OptionReader::Types::own, usual);
+    OptionReader reader(Spelling::camel, OptionReader::Types::own, arguments.usual);
+    Pairing beside;
+    if (file) {
+        beside = pairings.find(*file);
+        readPairing(reader, beside, options, arguments.said);
+    }
     if (options.exists() && !options.isNull()) readOptions(reader, options);
     request.options = reader.options();
     request.options.widget = request.options.withFonts();
     const std::optional<PictureFormat> asked = reader.pictureOptions().format;
-    request.options.format = request.output ? formatOfOutput(*request.output, asked, usualFormat)
-                                            : asked.value_or(usualFormat.value_or(PictureFormat::png));
-    refuseToOverwrite(request);
+    request.options.format = request.output ? formatOfOutput(*request.output, asked, arguments.format)
+                                            : asked.value_or(arguments.format.value_or(PictureFormat::png));
+    if (file && !request.model)
+        if (const auto own = modelFile(*beside.files, *beside.settings, request.options.widget.room.name))
+            request.modelFile = own->string();
+    refuseToOverwrite(request, beside);
     return request;
 }
 

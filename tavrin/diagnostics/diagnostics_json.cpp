@@ -32,7 +32,11 @@ void write(const CodingPath& path, JSONWriter& writer) {
 }
 
 void write(const Diagnostic& diagnostic, JSONWriter& writer) {
-    writer.beginObject();
+    writeMembers(diagnostic, writer.beginObject());
+    writer.endObject();
+}
+
+void writeMembers(const Diagnostic& diagnostic, JSONWriter& writer) {
     writer.key("severity").value(name(diagnostic.severity)).key("code").value(diagnostic.code);
     writer.key("message").value(diagnostic.message);
     writer.key("role").value(diagnostic.role == TextRole::model ? "model" : "document");
@@ -43,7 +47,6 @@ void write(const Diagnostic& diagnostic, JSONWriter& writer) {
         writer.endObject();
     }
     if (!diagnostic.fix.empty()) write(diagnostic.fix, writer);
-    writer.endObject();
 }
 
 std::string toJSON(const std::vector<Diagnostic>& diagnostics) {

@@ -387,6 +387,76 @@ TEST_F(Check, FailsForAPictureThatIsMissingWhereThatIsAsked) {
     }
 }
 
+/// A document with a key that is misspelled and two expressions.
+constexpr std::string_view ofModels = R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [
+  {"type": "text", "content": "{{initServerParam.a}}", "fontsize": 12},
+  {"type": "text", "content": "{{initServerParam.b}}"}]}}})";
+
+TEST_F(Check, ListsADocumentOnceWithAllItsModels) {
+    place.write("w.json", ofModels);
+    place.write("w.models/1.json", R"({"a": "x"})");
+    place.write("w.models/2.json", R"({"a": "x", "b": "y"})");
+    place.write("w.models/3.json", R"({"a": "x", "c": "y"})");
+    const Finished json = place.run({"check", "w.json", "--format", "json"});
+    EXPECT_EQ(json.status, 1);
+    const JSON documents = *JSON::parse(json.out).find("documents");
+    ASSERT_EQ(std::get<JSONArray>(documents.object()).size(), 1U) << json.out;
+    const JSON& only = *documents.find(0);
+    EXPECT_EQ(only.find("models")->description(), R"(["w.models/1.json","w.models/2.json","w.models/3.json"])");
+    std::vector<std::string> found;
+    for (const JSON& each : std::get<JSONArray>(only.find("diagnostics")->object())) {
+        const JSON* const models = each.find("models");
+        found.push_back(each.find("code")->description() + (models ? " " + models->description() : ""));
+    }
+    EXPECT_THAT(found, ElementsAre("unknown-key", R"(unresolved-expression ["w.models/1.json","w.models/3.json"])"));
+
+    const std::string text = place.run({"check", "w.json"}).err;
+    EXPECT_THAT(text, HasSubstr(" (with w.models/1.json, w.models/3.json) [unresolved-expression]"));
+    EXPECT_THAT(text, EndsWith("1 error, 1 warning in 1 document\n"));
+}
+
+TEST_F(Check, FixesWhatIsFoundWithAnyModel) {
+    place.write("w.json", ofModels);
+    place.write("w.models/1.json", R"({"a": "x", "b": "y"})");
+    place.write("w.models/2.json", R"({"a": "x", "b": "y"})");
+    const Finished finished = place.run({"check", "w.json", "--fix", "--format", "json"});
+    EXPECT_EQ(finished.status, 0) << finished.err;
+    std::string fixed(ofModels);
+    fixed.replace(fixed.find("fontsize"), 8, "fontSize");
+    EXPECT_EQ(place.read("w.json"), fixed);
+    const JSON only = *JSON::parse(finished.out).find("documents")->find(0);
+    EXPECT_EQ(std::get<JSONArray>(only.find("fixed")->object()).size(), 1U) << "once, though two models show it";
+}
+
+TEST_F(Check, FixesNothingThatDoesHarmWithAnotherModel) {
+    const auto document = [](const std::string& key) {
+        return R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": "{{initServerParam.)" + key +
+               "}}\"}}}";
+    };
+    place.write("w.json", document("nmae"));
+    place.write("w.models/1.json", R"({"nmae": "x"})");
+    place.write("w.models/2.json", R"({"name": "x"})");
+    EXPECT_THAT(place.run({"check", "w.json", "--fix"}).err,
+                HasSubstr("did you mean \"name\"? (with w.models/2.json) [unresolved-expression]"));
+    EXPECT_EQ(place.read("w.json"), document("nmae"));
+    place.write("w.models/1.json", R"({"other": "x", "name": "x"})");
+    EXPECT_EQ(place.run({"check", "w.json", "--fix"}).status, 0);
+    EXPECT_EQ(place.read("w.json"), document("name"));
+}
+
+TEST_F(Check, MendsNothingWhileAModelCannotBeRead) {
+    place.write("w.json", ofModels);
+    place.write("v.json", hello);
+    place.write("w.model.json", R"({"a": "x", "b": "y"})");
+    place.write("w.widget.toml", R"(models = {systemSmall = "gone.json"}
+families = ["systemSmall", "systemMedium"])");
+    const Finished finished = place.run({"check", "w.json", "v.json", "--fix", "--format", "json"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(place.read("w.json"), ofModels);
+    EXPECT_THAT(finished.out, HasSubstr("unknown-key"));
+    EXPECT_THAT(finished.out, HasSubstr("\"error\": \"cannot read 'gone.json': No such file or directory\""));
+}
+
 TEST_F(Check, SaysWhatItCannotReadOrWrite) {
     EXPECT_EQ(errorText(place.run({"check", "gone.json", "--errors", "json"}), "type"), "IOError");
     const Finished json = place.run({"check", "gone.json", "a.json", "--format", "json"});

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,9 +17,9 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 std::vector<std::string> templatesOf(const Workplace& place) {
-    std::istringstream lines(place.run({"new", "--list"}).out);
     std::vector<std::string> names;
-    for (std::string line; std::getline(lines, line);) names.push_back(line.substr(0, line.find(' ')));
+    for (const std::string& line : linesOf(place.run({"new", "--list"}).out))
+        names.push_back(line.substr(0, line.find(' ')));
     return names;
 }
 

@@ -25,15 +25,6 @@ std::string shownText(const Finished& finished) {
     return JSON::parse(finished.out).find("text")->description();
 }
 
-struct PlacedFile {
-    const char* name;
-    const char* text;
-};
-
-void writeAll(const Workplace& place, const std::vector<PlacedFile>& files) {
-    for (const PlacedFile& file : files) place.write(file.name, file.text);
-}
-
 TEST(Pairing, AModelHasTheDocumentsNameOrIsShared) {
     const char* const own = R"({"a": "own"})";
     const char* const shared = R"({"a": "shared"})";
@@ -67,7 +58,7 @@ TEST(Pairing, AModelHasTheDocumentsNameOrIsShared) {
         SCOPED_TRACE(row.why);
         const Workplace place;
         place.write("w.json", greeting);
-        writeAll(place, row.files);
+        place.write(row.files);
         EXPECT_EQ(shownText(place.run(joined({"tree"}, row.words))), row.expected);
     }
 }
@@ -203,6 +194,94 @@ TEST(Pairing, ChecksAndSnapshotsLookAtAllThatAWidgetIsMeantFor) {
                             "s/w/systemSmall-390x844-light@1x.json", "s/w/systemSmall-390x844-light@1x.png",
                             "s/w/systemSmall-430x932-light@1x.json", "s/w/systemSmall-430x932-light@1x.png", "v.json",
                             "w.json", "w.model.json", "w.models/none.json", "w.widget.toml"));
+}
+
+TEST(Pairing, NamesStayTheSameWhenAModelIsAdded) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("w.models/b.json", R"({"a": "b"})");
+    const std::vector<std::string> words{"snapshot", "w.json", "--dir", "s", "--scale", "1"};
+    EXPECT_EQ(place.run(words).out, "1 snapshot: 1 new\n");
+    EXPECT_TRUE(place.has("s/w/systemMedium-light@1x-b.png"));
+    place.write("w.models/a.json", R"({"a": "a"})");
+    EXPECT_EQ(place.run(words).out, "2 snapshots: 1 the same, 1 new\n");
+    place.write("w.model.json", R"({"a": "own"})");
+    EXPECT_EQ(place.run(words).out, "3 snapshots: 2 the same, 1 new\n");
+    EXPECT_TRUE(place.has("s/w/systemMedium-light@1x.png")) << "a model of its own needs no name";
+}
+
+TEST(Pairing, AFamilysOwnModelStandsBesideThoseOfAFolder) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("s.json", R"({"a": "s"})");
+    place.write("w.models/b.json", R"({"a": "b"})");
+    place.write("w.widget.toml", "families = [\"systemSmall\", \"systemLarge\"]\nmodels = {systemSmall = \"s.json\"}");
+    EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "s", "--scale", "1"}).out, "3 snapshots: 3 new\n");
+    for (const char* name : {"systemSmall-light@1x", "systemSmall-light@1x-b", "systemLarge-light@1x-b"})
+        EXPECT_TRUE(place.has("s/w/" + std::string(name) + ".png")) << name;
+    EXPECT_EQ(place.run({"check", "w.json"}).status, 0);
+}
+
+TEST(Pairing, AFolderOfModelsIsBounded) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    for (int i = 0; i <= 2000; ++i) place.write("w.models/" + std::to_string(i) + ".json", R"({"a": "x"})");
+    const std::string message = "there are more than 2000 models in 'w.models'; keep fewer in one folder";
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"check", "w.json"},
+                                                  {"tree", "w.json"},
+                                                  {"snapshot", "w.json", "--dir", "s"},
+                                                  {"render", "w.json"},
+                                                  {"render", "w.json", "--models", "w.models", "-o", "out"}}) {
+        SCOPED_TRACE(words.front());
+        const Finished finished = place.run(words);
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_THAT(finished.err, HasSubstr(message));
+    }
+    std::filesystem::remove(place.path("w.models/0.json"));
+    EXPECT_EQ(place.run({"tree", "w.json"}).status, 0);
+}
+
+TEST(Pairing, WhatIsWrongBesideOneWidgetLeavesTheOthers) {
+    const struct {
+        const char* why;
+        std::vector<PlacedFile> files;
+        const char* message;
+    } rows[] = {
+        {"settings", {{"b.widget.toml", "\nfamilys = []"}}, "b.widget.toml:2:1: error: settings have no 'familys'"},
+        {"a model", {{"b.widget.toml", "models = {systemMedium = \"gone.json\"}"}}, "error: cannot read 'gone.json'"},
+    };
+    const struct {
+        std::vector<std::string> words;
+        const char* made;
+        const char* out;
+    } verbs[] = {
+        {{"render", "a.json", "b.json", "c.json", "--scale", "1"}, "c.png", ""},
+        {{"render", "a.json", "b.json", "c.json", "-o", "m", "--families", "systemMedium,systemSmall"},
+         "m/c/systemSmall-light@3x.png",
+         ""},
+        {{"snapshot", "a.json", "b.json", "c.json", "--dir", "s", "--strict"},
+         "s/b/systemMedium-light@3x.png",
+         "3 snapshots: 2 the same, 1 failed\n"},
+        {{"check", "a.json", "b.json", "c.json"}, "a.json", ""},
+    };
+    for (const auto& row : rows)
+        for (const auto& verb : verbs) {
+            SCOPED_TRACE(std::string(row.why) + " for " + verb.words.front());
+            const Workplace place;
+            for (const char* name : {"a.json", "b.json"}) place.write(name, hello);
+            place.write("c.json", R"({"version": "1.0", "nodes": {"main": {"type": "text", "content": " "}}})");
+            ASSERT_EQ(place.run({"snapshot", "a.json", "b.json", "c.json", "--dir", "s"}).status, 0);
+            place.write(row.files);
+            const Finished finished = place.run(verb.words);
+            EXPECT_EQ(finished.status, 1);
+            EXPECT_THAT(finished.err, HasSubstr(row.message));
+            EXPECT_EQ(finished.err.find("error: "), finished.err.rfind("error: ")) << finished.err;
+            EXPECT_EQ(finished.out, verb.out);
+            EXPECT_TRUE(place.has(verb.made));
+            const Finished alone = place.run({"render", "b.json", "--scale", "1"});
+            EXPECT_EQ(alone.status, 1);
+            EXPECT_THAT(alone.err, HasSubstr(row.message));
+        }
 }
 
 TEST(Pairing, AWidgetWithoutItsModelSaysSoOnce) {

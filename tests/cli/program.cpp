@@ -76,6 +76,10 @@ void Workplace::write(const std::string& name, std::string_view text) const {
     std::ofstream(path(name), std::ios::binary) << text;
 }
 
+void Workplace::write(const std::vector<PlacedFile>& files) const {
+    for (const PlacedFile& file : files) write(file.name, file.text);
+}
+
 std::string Workplace::read(const std::string& name) const { return readFile(path(name)); }
 
 std::vector<std::string> Workplace::files() const {
@@ -89,6 +93,15 @@ std::vector<std::string> Workplace::files() const {
 std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more) {
     words.insert(words.end(), more.begin(), more.end());
     return words;
+}
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        lines.emplace_back(text.substr(0, text.find('\n')));
+        text.remove_prefix(std::min(lines.back().size() + 1, text.size()));
+    }
+    return lines;
 }
 
 int waitFor(pid_t process) {

@@ -19,6 +19,12 @@ struct Finished {
     std::string err = {};
 };
 
+/// A file that a test begins with.
+struct PlacedFile {
+    std::string name;
+    std::string text;
+};
+
 /// An empty folder with the built program beside it, so to say: each test works in one of its own.
 class Workplace {
 public:
@@ -41,6 +47,7 @@ public:
     [[nodiscard]] pid_t start(const std::vector<std::string>& words, int in = -1, int out = -1, int err = -1) const;
 
     void write(const std::string& name, std::string_view text) const;
+    void write(const std::vector<PlacedFile>& files) const;
     [[nodiscard]] std::string read(const std::string& name) const;
     [[nodiscard]] bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
     /// The names of all files in the folder and below, sorted; hidden ones too.
@@ -56,6 +63,9 @@ private:
 
 /// A command's words and those behind them.
 [[nodiscard]] std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more);
+
+/// The lines of a text, without their ends.
+[[nodiscard]] std::vector<std::string> linesOf(std::string_view text);
 
 /// Waits for a process; see `Finished::status`.
 [[nodiscard]] int waitFor(pid_t process);

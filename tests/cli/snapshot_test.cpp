@@ -40,10 +40,13 @@ TEST(Snapshot, IsRecordedComparedAndUpdated) {
     const Finished different = place.run(words);
     EXPECT_EQ(different.status, 1);
     EXPECT_EQ(different.out, "2 snapshots: 2 different\n");
-    EXPECT_THAT(different.err, AllOf(HasSubstr("w.json: error: w/systemMedium-light@1x differs: "),
-                                     HasSubstr(" of 53404 pixels, within "),
-                                     HasSubstr("; the Text at children[1]: text was \"Hello\" and is \"Hallo\""),
-                                     HasSubstr("; see kept/failures/w/systemMedium-light@1x.png\n")));
+    EXPECT_THAT(different.err,
+                AllOf(HasSubstr("w.json:2:15: error: 2 snapshots differ: the Text: text was \"Hello\" "
+                                "and is \"Hallo\"\n    2 |               {\"type\": \"text\""),
+                      HasSubstr("\n      at nodes.main.children[1]\n      in "
+                                "w/systemMedium-light@1x: "),
+                      HasSubstr(" of 53404 pixels, within "), HasSubstr("\n      in w/systemMedium-light@2x: "),
+                      HasSubstr("\nnote: what differs is shown in kept/failures/index.html\n")));
     EXPECT_EQ(place.read("kept/w/systemMedium-light@1x.png"), kept) << "what is kept stays";
     EXPECT_TRUE(place.has("kept/failures/w/systemMedium-light@2x.png"));
 
@@ -84,23 +87,29 @@ TEST(Snapshot, ShowsAlwaysTheSameMoment) {
     EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "a", "--date", "2026-03-01T09:41:01Z"}).status, 1);
 }
 
-TEST(Snapshot, SaysWhatDiffers) {
+TEST(Snapshot, SaysWhatDiffersAndWhere) {
     const Workplace place;
     const struct {
         const char* why;
         std::string after;
         const char* message;
+        const char* where;  // line, column and path
     } rows[] = {
-        {"a property", documentWith("A", "24"), "the Text at children[1]: font.system was 20 and is 24"},
+        {"a property", documentWith("A", "24"), "the Text: font.system was 20 and is 24",
+         "2:15 nodes.main.children[1]"},
         {"a view more",
          R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"},
             {"type": "text", "content": "A", "fontSize": 20}, {"type": "spacer"}]}}})",
-         "the VStack: children[2] is new, a Spacer"},
+         "the VStack: children[2] is new, a Spacer", "2:63 nodes.main.children[2]"},
         {"a view less",
          R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"}]}}})",
-         "the VStack: children[1] is gone, a Text"},
+         "the VStack: children[1] is gone, a Text", "1:38 nodes.main"},
         {"another view", R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})",
-         "the VStack: view was \"VStack\" and is \"Spacer\""},
+         "the VStack: view was \"VStack\" and is \"Spacer\", and 4 more differences", "1:38 nodes.main"},
+        {"a view behind a reference",
+         R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"}, {"type": "node",
+            "name": "t"}]}, "t": {"type": "text", "content": "B", "fontSize": 20}}})",
+         "the Text: text was \"A\" and is \"B\"", "2:34 nodes.t"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -111,9 +120,60 @@ TEST(Snapshot, SaysWhatDiffers) {
         EXPECT_EQ(finished.status, 1);
         EXPECT_EQ(errorText(finished, "type"), "SnapshotDifference");
         EXPECT_EQ(errorText(finished, "file"), "w.json");
-        EXPECT_THAT(errorText(finished, "message"), HasSubstr(row.message));
+        EXPECT_EQ(errorText(finished, "message"), "1 snapshot differs: " + std::string(row.message));
+        const std::string line = errorText(finished, "line") + ":" + errorText(finished, "column");
+        const JSON results =
+            JSON::parse(place.run({"snapshot", "w.json", "--dir", "kept", "-o", "wrong", "--format", "json"}).out);
+        const JSON cause = *results.find("causes")->find(0);
+        CodingPath path;
+        const JSON steps = *cause.find("path");
+        for (const JSON& step : std::get<JSONArray>(steps.object())) {
+            const std::string text = step.description();
+            path.push_back(text.find_first_not_of("0123456789") == std::string::npos ? CodingKey(std::stoul(text))
+                                                                                     : CodingKey(text));
+        }
+        EXPECT_EQ(line + " " + toText(path), row.where);
+        EXPECT_EQ(cause.find("message")->description(), row.message);
+        EXPECT_EQ(cause.find("line")->description() + ":" + cause.find("column")->description(), line);
         EXPECT_TRUE(place.has("wrong/w/systemMedium-light@3x.png"));
     }
+}
+
+TEST(Snapshot, DifferencesAreGroupedByTheirCause) {
+    const Workplace place;
+    const auto write = [&](const char* first, const char* second, std::string_view size = "12") {
+        place.write("w.json", R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [
+{"type": "text", "content": ")" + std::string(first) +
+                                  R"(", "fontSize": )" + std::string(size) + R"(},
+{"type": "text", "content": ")" + std::string(second) +
+                                  "\"}]}}}");
+    };
+    const std::vector<std::string> words{
+        "snapshot", "w.json", "--dir", "kept", "--families", "systemSmall,systemMedium", "--appearances", "all"};
+    write("{{initServerParam.a}}", "B");
+    place.write("w.models/one.json", R"({"a": "one"})");
+    place.write("w.models/two.json", R"({"a": "two"})");
+    ASSERT_EQ(place.run(words).out, "8 snapshots: 8 new\n");
+
+    write("{{initServerParam.a}}", "C", "14");
+    const Finished both = place.run(joined(words, {"--format", "json"}));
+    const JSON causes = *JSON::parse(both.out).find("causes");
+    ASSERT_EQ(std::get<JSONArray>(causes.object()).size(), 2U);
+    EXPECT_EQ(causes.find(0)->find("message")->description(), "the Text: font.system was 12 and is 14");
+    EXPECT_EQ(causes.find(1)->find("message")->description(), "the Text: text was \"B\" and is \"C\"");
+    for (const int at : {0, 1}) EXPECT_EQ(std::get<JSONArray>(causes.find(at)->find("snapshots")->object()).size(), 8U);
+    EXPECT_THAT(both.err, AllOf(HasSubstr("w.json:2:1: error: 8 snapshots differ: the Text: font"),
+                                HasSubstr("w.json:3:1: error: 8 snapshots differ: the Text: text")));
+
+    write("{{initServerParam.a}}", "B");
+    place.write("w.models/two.json", R"({"a": "zwei"})");
+    const Finished model = place.run(words);
+    EXPECT_EQ(model.out, "8 snapshots: 4 the same, 4 different\n");
+    EXPECT_THAT(model.err, HasSubstr("w.json:2:1: error: 4 snapshots differ: the Text: text was \"two\" and is "));
+
+    place.write("w.models/one.json", R"({"a": "eins"})");
+    EXPECT_THAT(place.run(words).err,
+                HasSubstr("error: 8 snapshots differ: the Text: text was \"one\" and is \"eins\", or the like\n"));
 }
 
 TEST(Snapshot, OfAnotherSizeOrDamaged) {
@@ -122,12 +182,16 @@ TEST(Snapshot, OfAnotherSizeOrDamaged) {
     const std::vector<std::string> words{"snapshot", "w.json", "--dir", "kept"};
     EXPECT_EQ(place.run(words).status, 0);
     EXPECT_EQ(place.run({"render", "w.json", "-o", "kept/w/systemMedium-light@3x.png", "--scale", "2"}).status, 0);
-    EXPECT_THAT(place.run(words).err, HasSubstr("the picture is 1014 × 474 pixels instead of 676 × 316; see"));
+    EXPECT_THAT(
+        place.run(words).err,
+        HasSubstr("w.json: error: 1 snapshot differs: the picture is 1014 × 474 pixels instead of 676 × 316\n"));
     place.write("kept/w/systemMedium-light@3x.png", "no picture");
-    EXPECT_THAT(place.run(words).err, HasSubstr("differs: the kept picture cannot be read as one\n"));
+    EXPECT_THAT(place.run(words).err,
+                HasSubstr("w.json: error: 1 snapshot differs: the kept picture cannot be read as one\n"));
     EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--update"}).out, "1 snapshot: 1 updated\n");
     place.write("kept/w/systemMedium-light@3x.json", "{");
-    EXPECT_THAT(place.run(words).err, HasSubstr("differs: the kept tree cannot be read as one\n"));
+    EXPECT_THAT(place.run(words).err,
+                HasSubstr("w.json: error: 1 snapshot differs: the kept tree cannot be read as one\n"));
 }
 
 TEST(Snapshot, ToleratesWhatItIsToldTo) {
@@ -142,7 +206,9 @@ TEST(Snapshot, ToleratesWhatItIsToldTo) {
     EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "other", "--scale", "1"}).status, 0);
     place.write("kept/w/systemMedium-light@1x.json", place.read("other/w/systemMedium-light@1x.json"));
     EXPECT_THAT(place.run({"snapshot", "w.json", "--dir", "kept", "--scale", "1", "--tolerance", "2"}).err,
-                HasSubstr("53404 of 53404 pixels, within 338 × 158 at 0, 0 and by up to 3 of 255; see"));
+                HasSubstr("w.json: error: 1 snapshot differs: only pixels do, no view, as other fonts or pictures make "
+                          "them\n      in w/systemMedium-light@1x: 53404 of 53404 pixels, within 338 × 158 at 0, 0 and "
+                          "by up to 3 of 255\n"));
     EXPECT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--scale", "1", "--tolerance", "3"}).status, 0);
 }
 
@@ -193,8 +259,10 @@ TEST(Snapshot, ShowsWhatDiffersOnAPage) {
     ASSERT_EQ(place.run(words).status, 1);
     EXPECT_EQ(place.read("kept/failures/.gitignore"), "*\n");
     EXPECT_THAT(place.read("kept/failures/index.html"),
-                AllOf(HasSubstr("<h2>w/systemMedium-light@3x</h2>"), HasSubstr("text was &quot;Hello&quot;"),
-                      HasSubstr("src=\"./w/systemMedium-light@3x.png\""), ::testing::Not(HasSubstr("<h2>v/"))));
+                AllOf(HasSubstr("<h2>w.json:2:15: nodes.main.children[1]</h2>"),
+                      HasSubstr("<p>1 snapshot differs: the Text: text was &quot;Hello&quot;"),
+                      HasSubstr("<h3>w/systemMedium-light@3x</h3>"), HasSubstr("src=\"./w/systemMedium-light@3x.png\""),
+                      ::testing::Not(HasSubstr(">v"))));
     EXPECT_EQ(place.run({"snapshot", "v.json", "--dir", "kept"}).status, 0);
     EXPECT_TRUE(place.has("kept/failures/.gitignore")) << "another document's picture is still there";
     place.write("w.json", documentWith("Hello"));
@@ -216,19 +284,23 @@ TEST(Snapshot, IsToldToOtherPrograms) {
         std::vector<const char*> parts;
     } rows[] = {
         {"text", {"2 snapshots: 1 the same, 1 different\n"}},
-        {"github", {"::error file=w.json::w/systemMedium-light@3x differs: ", "is \"Hallo\""}},
+        {"github",
+         {"::error file=w.json,line=2,col=15,title=nodes.main.children[1]::1 snapshot differs: the Text: ",
+          "is \"Hallo\"%0Aw/systemMedium-light@3x\n"}},
         {"junit",
          {"<testsuite name=\"tavrin snapshot\" tests=\"3\" failures=\"1\">",
-          "<testcase classname=\"w.json\" name=\"w/systemMedium-light@3x\">\n      <failure message=\"",
-          "is &quot;Hallo&quot;", "<testcase classname=\"v.json\" name=\"v/systemMedium-light@3x\"/>"}},
+          "<testcase classname=\"w.json\" name=\"nodes.main.children[1]\">\n      <failure message=\"w.json:2:15: ",
+          "is &quot;Hallo&quot;\">\nw/systemMedium-light@3x\n",
+          "<testcase classname=\"v.json\" name=\"v/systemMedium-light@3x\"/>"}},
         {"json",
-         {"\"verdict\": \"different\"", "\"verdict\": \"same\"", "\"picture\": \"w/systemMedium-light@3x.png\""}},
+         {"\"verdict\": \"different\"", "\"verdict\": \"same\"", "\"picture\": \"w/systemMedium-light@3x.png\"",
+          "\"difference\": \""}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.format);
         const Finished finished = run(row.format);
         EXPECT_EQ(finished.status, 1);
-        EXPECT_THAT(finished.err, HasSubstr("w.json: error: w/systemMedium-light@3x differs: "));
+        EXPECT_THAT(finished.err, HasSubstr("w.json:2:15: error: 1 snapshot differs: "));
         for (const char* const part : row.parts) EXPECT_THAT(finished.out, HasSubstr(part));
         EXPECT_EQ(std::string_view(row.format) == "json", finished.out.starts_with("{"));
     }

@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -23,16 +24,6 @@ using ::testing::HasSubstr;
 
 std::vector<std::string> streamWords(const std::vector<std::string>& more = {}) {
     return joined({"render", "--jsonl", "--date", "2026-03-01T09:41:00Z", "--scale", "1"}, more);
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = text.find('\n', begin);
-        lines.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
 }
 
 /// The answer to one line, without what surrounds it.
@@ -185,6 +176,104 @@ TEST(Stream, ToldFailuresLeaveTheOtherLines) {
     }
 }
 
+TEST(Stream, TakesWhatLiesBesideANamedDocument) {
+    const struct {
+        const char* why;
+        std::vector<PlacedFile> files;
+        std::string line;
+        std::vector<std::string> words;
+        std::vector<std::string> alone;  // how the same is asked for by itself
+    } rows[] = {
+        {"a model", {{"w.model.json", R"({"a": "x"})"}}, R"("name": "w.json")", {}, {}},
+        {"no model beside, but in the line",
+         {{"w.model.json", R"({"a": "x"})"}},
+         R"("name": "w.json", "model": {"a": "other"})",
+         {},
+         {"--model", "other.json"}},
+        {"a family's model",
+         {{"w.model.json", R"({"a": "x"})"}, {"w.widget.toml", "models = {systemSmall = \"other.json\"}"}},
+         R"("name": "w.json", "options": {"family": "systemSmall"})",
+         {},
+         {"--family", "systemSmall", "--model", "other.json"}},
+        {"settings",
+         {{"model.json", R"({"a": "x"})"},
+          {"widget.toml",
+           "families = [\"systemSmall\"]\nscreens = [\"430x932\"]\nappearance = \"dark\"\n"
+           "background = \"none\""}},
+         R"("name": "w.json")",
+         {},
+         {"--family", "systemSmall", "--screen", "430x932", "--appearance", "dark", "--background", "none"}},
+        {"options of the command line before settings",
+         {{"model.json", R"({"a": "x"})"}, {"widget.toml", "families = [\"systemSmall\"]\nappearance = \"dark\""}},
+         R"("name": "w.json")",
+         {"--family", "systemLarge"},
+         {"--family", "systemLarge", "--appearance", "dark"}},
+        {"options of the line before both",
+         {{"model.json", R"({"a": "x"})"}, {"widget.toml", "families = [\"systemSmall\"]\nappearance = \"dark\""}},
+         R"("name": "w.json", "options": {"size": "99x55", "appearance": "light"})",
+         {},
+         {"--size", "99x55", "--appearance", "light"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const Workplace place;
+        place.write("w.json", greeting);
+        place.write("other.json", R"({"a": "other"})");
+        place.write(row.files);
+        EXPECT_THAT(answerTo(place, "{" + row.line + R"(, "output": "o.png"})", 0, row.words),
+                    HasSubstr(R"("output":"o.png")"));
+        const std::vector<std::string> alone{"render",  "w.json", "-o",     "one.png",
+                                             "--scale", "1",      "--date", "2026-03-01T09:41:00Z"};
+        ASSERT_EQ(place.run(joined(alone, row.alone)).status, 0);
+        EXPECT_TRUE(place.read("o.png") == place.read("one.png"));
+    }
+}
+
+TEST(Stream, PairsNothingWithADocumentInTheLine) {
+    const Workplace place;
+    place.write("document.model.json", R"({"a": "x"})");
+    place.write("model.json", R"({"a": "x"})");
+    place.write("widget.toml", "families = [\"systemSmall\"]");
+    EXPECT_EQ(answerTo(place, R"({"output": "o.png", "document": )" + std::string(hello) + "}"),
+              R"({"line":1,"output":"o.png","width":338,"height":158,"validUntil":null,"notes":[]})");
+}
+
+TEST(Stream, LooksForPicturesBesideADocumentUnlessTheyAreFetched) {
+    const Workplace place;
+    place.write("w.json", R"({"version": "1.0", "nodes": {"main": )"
+                          R"({"type": "webImage", "url": "http://127.0.0.1:9/none.png"}}})");
+    place.write("pictures/other", "");
+    const auto noteOf = [&](const std::string& more, const std::vector<std::string>& words = {}) {
+        return answerTo(place, R"({"name": "w.json", "output": "o.png")" + more + "}", 1,
+                        joined({"--fail-on-missing"}, words));
+    };
+    EXPECT_THAT(noteOf(""), HasSubstr("from the file"));
+    EXPECT_THAT(noteOf(R"(, "options": {"fetch": "none"})"), HasSubstr("from the file"));
+    EXPECT_THAT(noteOf(R"(, "options": {"fetch": "all"})"), HasSubstr("127.0.0.1"));
+    EXPECT_THAT(noteOf("", {"--fetch", "all"}), HasSubstr("127.0.0.1"));
+}
+
+TEST(Stream, SaysWhatIsWrongBesideADocument) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    place.write("w.widget.toml", "families = [\"systemSmall\"]\nfamilys = []");
+    EXPECT_EQ(
+        answerTo(place, R"({"name": "w.json", "output": "o.png"})", 1),
+        R"({"line":1,"error":{"type":"SettingsError",)"
+        R"("message":"w.widget.toml: settings have no 'familys'; did you mean 'families'?","line":2,"column":1}})");
+    place.write("w.widget.toml", "models = {systemMedium = \"gone.json\"}");
+    EXPECT_THAT(answerTo(place, R"({"name": "w.json", "output": "o.png"})", 1),
+                HasSubstr(R"("type":"IOError","message":"cannot read 'gone.json': No such file)"));
+    place.write("w.widget.toml", "background = \"none\"");
+    for (const char* const file : {"w.widget.toml", "w.model.json"}) {
+        place.write("w.model.json", R"({"a": "x"})");
+        EXPECT_THAT(
+            answerTo(place,
+                     R"({"name": "w.json", "options": {"format": "png"}, "output": ")" + std::string(file) + "\"}", 1),
+            HasSubstr("would be written over the "));
+    }
+}
+
 TEST(Stream, FailsForMissingPicturesWhereThatIsAsked) {
     const Workplace place;
     const std::string line = R"({"output": "o.png", "document": {"version": "1.0", "nodes": {"main": )"
@@ -274,6 +363,40 @@ TEST(Stream, AnswersBeforeTheNextLine) {
     EXPECT_EQ(program.ask(line).substr(first.find(',')), first.substr(first.find(',')));
     EXPECT_TRUE(place.read("o.png") == bytes);
     EXPECT_EQ(program.end(), 1);
+}
+
+TEST(Stream, LooksAgainWhereSomethingBesideADocumentIsChanged) {
+    const Workplace place;
+    place.write("w.json", greeting);
+    const AskedProgram program(place);
+    const std::string line = R"({"name": "w.json", "options": {"hashes": true}, "output": "o.png"})";
+    const auto digest = [&] {
+        const std::string answer = program.ask(line);
+        const std::size_t begin = answer.find("\"width\"");
+        return begin == std::string::npos ? answer : answer.substr(begin);
+    };
+    const std::string without = digest();
+    EXPECT_EQ(digest(), without);
+    place.write("model.json", R"({"a": "x"})");
+    const std::string shared = digest();
+    EXPECT_NE(shared, without);
+    place.write("w.model.json", R"({"a": "own"})");
+    const std::string own = digest();
+    EXPECT_NE(own, shared);
+    place.write("w.widget.toml", R"(families = ["systemSmall"])");
+    const std::string small = digest();
+    EXPECT_THAT(small, HasSubstr("\"width\":158"));
+    place.write("w.widget.toml", "families = [\"systemLarge\"] ");
+    EXPECT_THAT(digest(), HasSubstr("\"height\":354"));
+    std::filesystem::remove(place.path("w.widget.toml"));
+    EXPECT_EQ(digest(), own);
+    std::filesystem::remove(place.path("w.model.json"));
+    EXPECT_EQ(digest(), shared);
+    place.write("model.json", R"({"a": "longer"})");
+    EXPECT_NE(digest(), shared);
+    std::filesystem::remove(place.path("model.json"));
+    EXPECT_EQ(digest(), without);
+    EXPECT_EQ(program.end(), 0);
 }
 
 TEST(Stream, IsRefused) {

@@ -3,6 +3,8 @@
 
 #include <limits>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "tavrin/platform/foundation/strings/json_writer.h"
 #include "tests/layout/laid_out.h"
@@ -93,6 +95,27 @@ TEST(LayoutPrinter, AddsFrames) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(printed(row.view), row.json);
+    }
+}
+
+TEST(LayoutPrinter, TellsTheViewsThatItShows) {
+    const struct {
+        const char* why;
+        AnyView view;
+        const char* names;
+    } rows[] = {
+        {"parts in their place", HStack{.children = {Plate{Circle{}}, Rectangle{}}}, "HStack Plate Circle Rectangle "},
+        {"none for a part that is not there", Background{.background = Plate{Circle{}}, .content = EmptyView{}},
+         "background Plate - EmptyView "},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const LayoutTree tree = laidOut(row.view);
+        std::vector<const AnyView*> shown;
+        EXPECT_EQ(tracedLayoutText(tree, shown), layoutTreeText(tree));
+        std::string names;
+        for (const AnyView* const view : shown) names += std::string(view ? view->box().name() : "-") + " ";
+        EXPECT_EQ(names, row.names);
     }
 }
 

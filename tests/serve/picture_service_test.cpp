@@ -330,6 +330,12 @@ TEST(PictureService, PairsDocumentsWithWhatLiesBesideThem) {
     EXPECT_EQ(wrong.status, 422);
     EXPECT_EQ(member(wrong, "line"), "1");
     EXPECT_THAT(member(wrong, "message"), HasSubstr("other.widget.toml: "));
+
+    std::filesystem::create_directory(running.folder / "other.models");
+    for (int i = 0; i <= 2000; ++i) running.write("other.models/" + std::to_string(i) + ".json", "{}");
+    const ClientAnswer tooMany = running.get("/v1/widgets/other.png");
+    EXPECT_EQ(tooMany.status, 422);
+    EXPECT_EQ(member(tooMany, "message"), "the models of 'other' cannot be listed, or are too many");
 }
 
 TEST(PictureService, LetsTheServersOwnOptionsGoBeforeSettings) {

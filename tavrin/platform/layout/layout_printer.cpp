@@ -11,11 +11,13 @@ namespace {
 /// The nodes of a tree, in the order in which a printer comes to their views.
 class NodeFrames final : public ViewFrames {
 public:
-    explicit NodeFrames(const LayoutTree& tree) : tree_(tree) {}
+    explicit NodeFrames(const LayoutTree& tree, std::vector<const AnyView*>* shown = nullptr)
+        : tree_(tree), shown_(shown) {}
 
     std::size_t enter() override {
         const LayoutTree::Index entered = next_;
         if (entered != nowhere) next_ = entered + 1;
+        if (shown_) shown_->push_back(entered == nowhere ? nullptr : tree_.node(entered).view);
         return entered;
     }
 
@@ -52,6 +54,7 @@ private:
     }
 
     const LayoutTree& tree_;
+    std::vector<const AnyView*>* shown_;  // null where nobody asks
     LayoutTree::Index next_ = 0;
 };
 
@@ -59,6 +62,12 @@ private:
 
 std::string layoutTreeText(const LayoutTree& tree) {
     NodeFrames frames(tree);
+    return viewTreeText(*tree.node(0).view, frames);
+}
+
+std::string tracedLayoutText(const LayoutTree& tree, std::vector<const AnyView*>& shown) {
+    shown.clear();
+    NodeFrames frames(tree, &shown);
     return viewTreeText(*tree.node(0).view, frames);
 }
 
