@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -65,11 +66,6 @@ ViewChange changeOf(const JSONDifference& difference, const JSON& before) {
     return change;
 }
 
-bool isFrame(const JSONDifference& difference) {
-    const auto* const key = difference.path.empty() ? nullptr : std::get_if<std::string>(&difference.path.back());
-    return key && *key == "frame";
-}
-
 /// Gathers differences by the views that they are in.
 class ChangedViews {
 public:
@@ -109,12 +105,13 @@ TreeChanges treeChanges(const std::string& kept, const std::string& drawn) {
     try {
         const JSON before = JSON::parse(kept);
         const JSON after = JSON::parse(drawn);
-        const std::vector<JSONDifference> found = differences(before, after, mostDifferences);
+        const JSONDifferences found =
+            differences(before, after, mostDifferences, [](std::string_view key) { return key == "frame"; });
         ChangedViews changed;
-        for (const JSONDifference& difference : found)
-            if (!isFrame(difference)) changed.add(difference, before);
+        for (const JSONDifference& difference : found.first) changed.add(difference, before);
         TreeChanges changes = std::move(changed).changes();
-        changes.areMoved = changes.views.empty() && !found.empty();
+        changes.areMore = changes.areMore || found.areMore;
+        changes.areMoved = changes.views.empty() && found.areSkipped;
         return changes;
     } catch (const DecodingError&) {
         return {.isUnread = true};

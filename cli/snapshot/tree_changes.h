@@ -34,7 +34,7 @@ struct TreeChanges {
 
     /// The views that have changed, in the order of the tree, the first of them only.
     std::vector<ViewChange> views = {};
-    /// Whether there are more than those.
+    /// Whether there are more than those, or may be: of very many differences the first ones count.
     bool areMore = false;
     /// Whether no view has changed, but where they lie.
     bool areMoved = false;

@@ -14,13 +14,15 @@ bool isContainer(const JSON& value) {
 
 bool holdsContainers(const JSONArray& array) { return std::ranges::any_of(array, isContainer); }
 
+using KeyPredicate = std::function<bool(std::string_view key)>;
+
 /// Compares two values side by side.
 class Comparison {
 public:
-    explicit Comparison(std::size_t most) : most_(most) {}
+    Comparison(std::size_t most, const KeyPredicate& isSkipped) : most_(most), isSkipped_(isSkipped) {}
 
     void compare(const JSON& before, const JSON& after) {
-        if (found_.size() >= most_) return;
+        if (found_.areMore) return;
         const auto* object = std::get_if<JSONObject>(&before.object());
         const auto* otherObject = std::get_if<JSONObject>(&after.object());
         if (object && otherObject) return compareMembers(*object, *otherObject);
@@ -32,19 +34,32 @@ public:
         if (!isSameKind || before.description() != after.description()) note(&before, &after);
     }
 
-    std::vector<JSONDifference> found() && { return std::move(found_); }
+    JSONDifferences found() && { return std::move(found_); }
 
 private:
     void compareMembers(const JSONObject& before, const JSONObject& after) {
-        for (const auto& [key, member] : before.members())
-            compareAt(std::string(key.view()), &member, after.find(key.view()));
+        for (const auto& [key, member] : before.members()) compareMember(key.view(), &member, after.find(key.view()));
         for (const auto& [key, member] : after.members())
-            if (!before.find(key.view())) compareAt(std::string(key.view()), nullptr, &member);
+            if (!before.find(key.view())) compareMember(key.view(), nullptr, &member);
+    }
+
+    void compareMember(std::string_view key, const JSON* before, const JSON* after) {
+        if (!isSkipped_ || !isSkipped_(key)) return compareAt(std::string(key), before, after);
+        if (!before || !after || !isSame(*before, *after)) found_.areSkipped = true;
     }
 
     void compareElements(const JSONArray& before, const JSONArray& after) {
         for (std::size_t at = 0; at < std::max(before.size(), after.size()); ++at)
             compareAt(at, at < before.size() ? &before[at] : nullptr, at < after.size() ? &after[at] : nullptr);
+    }
+
+    /// Whether nothing differs but what is skipped.
+    bool isSame(const JSON& before, const JSON& after) {
+        Comparison inside(0, isSkipped_);
+        inside.compare(before, after);
+        if (inside.found_.areMore) return false;
+        found_.areSkipped = found_.areSkipped || inside.found_.areSkipped;
+        return true;
     }
 
     template <class Key>
@@ -57,19 +72,25 @@ private:
         way_.pop_back();
     }
 
+    [[nodiscard]] bool isFull() const { return found_.first.size() >= most_; }
+
     void note(const JSON* before, const JSON* after) {
-        if (found_.size() < most_) found_.push_back({way_, before, after});
+        if (isFull())
+            found_.areMore = true;
+        else
+            found_.first.push_back({way_, before, after});
     }
 
     std::size_t most_;
+    const KeyPredicate& isSkipped_;
     CodingPath way_;
-    std::vector<JSONDifference> found_;
+    JSONDifferences found_;
 };
 
 }  // namespace
 
-std::vector<JSONDifference> differences(const JSON& before, const JSON& after, std::size_t most) {
-    Comparison comparison(most);
+JSONDifferences differences(const JSON& before, const JSON& after, std::size_t most, const KeyPredicate& isSkipped) {
+    Comparison comparison(most, isSkipped);
     comparison.compare(before, after);
     return std::move(comparison).found();
 }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 #include "tavrin/json/json.h"
@@ -16,9 +18,20 @@ struct JSONDifference {
     const JSON* after = nullptr;
 };
 
+/// The first differences of two values. They point into both.
+struct JSONDifferences {
+    std::vector<JSONDifference> first = {};
+    /// Whether there are more than those.
+    bool areMore = false;
+    /// Whether members differ that are skipped, as far as was looked: to the end, where there are no more.
+    bool areSkipped = false;
+};
+
 /// Where two values differ, in the order of the first one and then of what only the second one has, and at most `most`
-/// places of them. Objects are compared by their keys, in whatever order those stand, and arrays of objects or arrays
-/// element by element; an array of scalars is one value. The result points into both values.
-[[nodiscard]] std::vector<JSONDifference> differences(const JSON& before, const JSON& after, std::size_t most);
+/// places of them. Objects are compared by their keys, in whatever order those stand; members whose keys `isSkipped`
+/// holds for are skipped wherever they are. Arrays of objects or arrays are compared element by element. An
+/// array of scalars is one value.
+[[nodiscard]] JSONDifferences differences(const JSON& before, const JSON& after, std::size_t most,
+                                          const std::function<bool(std::string_view key)>& isSkipped = {});
 
 }  // namespace tavrin

@@ -6,14 +6,18 @@
 namespace tavrin {
 namespace {
 
-/// "PATH: BEFORE -> AFTER" for each difference; "-" is nothing.
+/// "PATH: BEFORE -> AFTER" for each difference, where "-" is nothing; "more" where there are more; "skipped" where a
+/// member "at" differs, which is skipped.
 std::vector<std::string> found(std::string_view before, std::string_view after, std::size_t most = 100) {
     const JSON one = JSON::parse(before);
     const JSON other = JSON::parse(after);
     const auto text = [](const JSON* value) { return value ? value->description() : "-"; };
     std::vector<std::string> lines;
-    for (const JSONDifference& difference : differences(one, other, most))
+    const JSONDifferences all = differences(one, other, most, [](std::string_view key) { return key == "at"; });
+    for (const JSONDifference& difference : all.first)
         lines.push_back(toText(difference.path) + ": " + text(difference.before) + " -> " + text(difference.after));
+    if (all.areMore) lines.emplace_back("more");
+    if (all.areSkipped) lines.emplace_back("skipped");
     return lines;
 }
 
@@ -35,6 +39,9 @@ TEST(JSONDifference, IsFoundByKeysAndElements) {
         {"an element less", R"([{}, {}])", R"([{}])", {"[1]: {} -> -"}},
         {"keys", R"({"a": 1, "b": 1})", R"({"c": 1, "b": 1})", {"a: 1 -> -", "c: - -> 1"}},
         {"an object for a list", R"({"a": {}})", R"({"a": []})", {"a: {} -> []"}},
+        {"a member that is skipped", R"({"at": 1})", R"({"at": 2})", {"skipped"}},
+        {"one that is missing", R"({"at": [1]})", R"({})", {"skipped"}},
+        {"one that is new", R"({})", R"({"a": 1, "at": {}})", {"a: - -> 1", "skipped"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -43,7 +50,13 @@ TEST(JSONDifference, IsFoundByKeysAndElements) {
 }
 
 TEST(JSONDifference, IsNotListedBeyondTheMost) {
-    EXPECT_EQ(found(R"({"a": 1, "b": 1, "c": 1})", R"({"a": 2, "b": 2, "c": 2})", 2).size(), 2U);
+    const char* const before = R"({"at": 1, "a": 1, "b": 1, "c": [{}]})";
+    const char* const after = R"({"at": 2, "a": 2, "b": 2, "c": [{}, {}]})";
+    const std::vector<std::string> all{"a: 1 -> 2", "b: 1 -> 2", "c[1]: - -> {}", "skipped"};
+    EXPECT_EQ(found(before, after, 3), all) << "what is skipped does not count";
+    EXPECT_EQ(found(before, after, 2), (std::vector<std::string>{all[0], all[1], "more", "skipped"}));
+    EXPECT_EQ(found(before, after, 0), (std::vector<std::string>{"more", "skipped"}));
+    EXPECT_EQ(found(before, before, 0), std::vector<std::string>{});
 }
 
 }  // namespace
