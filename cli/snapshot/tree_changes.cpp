@@ -58,7 +58,7 @@ ViewChange changeOf(const JSONDifference& difference, const JSON& before) {
         // A new view has a place of its own.
         if (!viewName(*difference.after).empty()) change.way = difference.path;
     } else if (!difference.after) {
-        change.what = subject + " is gone, " + valueInWords(*difference.before);
+        change.what = subject + " was removed, " + valueInWords(*difference.before);
     } else {
         change.what =
             subject + " was " + valueInWords(*difference.before) + " and is " + valueInWords(*difference.after);

@@ -13,7 +13,7 @@ namespace tavrin::cli {
 
 /// A view of a laid-out tree that is not what it was.
 struct ViewChange {
-    /// The way to the view in the tree as it is now; of one that is gone, to the view that held it.
+    /// The way to the view in the tree as it is now; of one that was removed, to the view that held it.
     CodingPath way = {};
     /// Which view it is: "the Text", or "the root" where no view is around.
     std::string view = {};

@@ -48,9 +48,24 @@ private:
         if (!before || !after || !isSame(*before, *after)) found_.areSkipped = true;
     }
 
+    /// 1. Elements that are the same at the beginning and at the end of lists that are not equally long stand beside
+    ///    each other: what lies between has come or gone.
+    /// 2. Those in between stand beside each other from the first on. Their indices are the same in both lists.
     void compareElements(const JSONArray& before, const JSONArray& after) {
-        for (std::size_t at = 0; at < std::max(before.size(), after.size()); ++at)
-            compareAt(at, at < before.size() ? &before[at] : nullptr, at < after.size() ? &after[at] : nullptr);
+        std::size_t begin = 0;
+        std::size_t behind = 0;
+        if (before.size() != after.size()) {
+            if (isFull()) return note(nullptr, nullptr);  // there is one more, whichever it is
+            const std::size_t shorter = std::min(before.size(), after.size());
+            while (begin < shorter && isSame(before[begin], after[begin])) ++begin;
+            while (begin + behind < shorter &&
+                   isSame(before[before.size() - 1 - behind], after[after.size() - 1 - behind]))
+                ++behind;
+        }
+        const std::size_t end = before.size() - behind;
+        const std::size_t otherEnd = after.size() - behind;
+        for (std::size_t at = begin; at < std::max(end, otherEnd); ++at)
+            compareAt(at, at < end ? &before[at] : nullptr, at < otherEnd ? &after[at] : nullptr);
     }
 
     /// Whether nothing differs but what is skipped.

@@ -29,8 +29,9 @@ struct JSONDifferences {
 
 /// Where two values differ, in the order of the first one and then of what only the second one has, and at most `most`
 /// places of them. Objects are compared by their keys, in whatever order those stand; members whose keys `isSkipped`
-/// holds for are skipped wherever they are. Arrays of objects or arrays are compared element by element. An
-/// array of scalars is one value.
+/// holds for are skipped wherever they are. Arrays of objects or arrays are compared element by element: where one is
+/// longer, first what is the same at the beginning and at the end of both is put aside. So the index of an element that
+/// differs is the same in both. An array of scalars is one value. Each value is looked at three times at most.
 [[nodiscard]] JSONDifferences differences(const JSON& before, const JSON& after, std::size_t most,
                                           const std::function<bool(std::string_view key)>& isSkipped = {});
 

@@ -25,6 +25,43 @@ std::string textView(const std::string& content, int size = 1) {
     return R"({"type": "text", "content": ")" + content + R"(", "fontSize": )" + std::to_string(size) + "}";
 }
 
+TEST(SnapshotChanges, SayOnlyWhatHasComeOrGone) {
+    const std::string rowView = R"({"type": "node", "name": "row"})";
+    std::vector<std::string> ten;
+    for (int i = 0; i < 10; ++i) ten.push_back(textView("t" + std::to_string(i)));
+    const auto with = [](std::vector<std::string> list, std::ptrdiff_t at, const std::string& view) {
+        list.insert(list.begin() + at, view);
+        return list;
+    };
+    const struct {
+        const char* why;
+        std::vector<std::string> before;
+        std::vector<std::string> after;
+        const char* message;
+    } rows[] = {
+        {"a view in front", ten, with(ten, 0, textView("new")),
+         "w.json:2:1: error: 1 snapshot differs: the VStack: children[0] is new, a Text\n"},
+        {"a view in between", ten, with(ten, 4, textView("new")),
+         "w.json:6:1: error: 1 snapshot differs: the VStack: children[4] is new, a Text\n"},
+        {"a view less in front", with(ten, 0, textView("old")), ten,
+         "w.json:1:38: error: 1 snapshot differs: the VStack: children[0] was removed, a Text\n"},
+        {"a title above shared rows",
+         {textView("title"), rowView, rowView},
+         {rowView, rowView},
+         "w.json:1:38: error: 1 snapshot differs: the VStack: children[0] was removed, a Text\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        const Workplace place;
+        place.write("w.json", stackOf(row.before));
+        ASSERT_EQ(place.run({"snapshot", "w.json", "--dir", "kept"}).status, 0);
+        place.write("w.json", stackOf(row.after));
+        const Finished finished = place.run({"snapshot", "w.json", "--dir", "kept"});
+        EXPECT_THAT(finished.err, HasSubstr(row.message));
+        EXPECT_EQ(finished.err.find("error: "), finished.err.rfind("error: ")) << finished.err;
+    }
+}
+
 TEST(SnapshotChanges, SayWhatDiffersBehindVeryManyViewsThatMove) {
     const Workplace place;
     std::string texts;
@@ -44,7 +81,7 @@ TEST(SnapshotChanges, SayWhatDiffersBehindVeryManyViewsThatMove) {
     ASSERT_EQ(place.run({"snapshot", "w.json", "--dir", "kept", "--update"}).err, "");
     place.write("w.json", stackOf({views.front()}));
     EXPECT_THAT(place.run({"snapshot", "w.json", "--dir", "kept"}).err,
-                AllOf(HasSubstr("the VStack: children[1] is gone, a Spacer, and 999 more differences\n"),
+                AllOf(HasSubstr("the VStack: children[1] was removed, a Spacer, and 999 more differences\n"),
                       HasSubstr("error: 1 snapshot differs: more views have changed than are told one by one\n")));
 }
 

@@ -103,7 +103,7 @@ TEST(Snapshot, SaysWhatDiffersAndWhere) {
          "the VStack: children[2] is new, a Spacer", "2:63 nodes.main.children[2]"},
         {"a view less",
          R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"}]}}})",
-         "the VStack: children[1] is gone, a Text", "1:38 nodes.main"},
+         "the VStack: children[1] was removed, a Text", "1:38 nodes.main"},
         {"another view", R"({"version": "1.0", "nodes": {"main": {"type": "spacer"}}})",
          "the VStack: view was \"VStack\" and is \"Spacer\", and 4 more differences", "1:38 nodes.main"},
         {"a view behind a reference",

@@ -39,9 +39,41 @@ TEST(JSONDifference, IsFoundByKeysAndElements) {
         {"an element less", R"([{}, {}])", R"([{}])", {"[1]: {} -> -"}},
         {"keys", R"({"a": 1, "b": 1})", R"({"c": 1, "b": 1})", {"a: 1 -> -", "c: - -> 1"}},
         {"an object for a list", R"({"a": {}})", R"({"a": []})", {"a: {} -> []"}},
+        {"an element more in front",
+         R"([{"b": 1}, {"b": 2}])",
+         R"([{"b": 0}, {"b": 1}, {"b": 2}])",
+         {"[0]: - -> {\"b\":0}"}},
+        {"an element more in between",
+         R"([{"b": 1}, {"b": 3}])",
+         R"([{"b": 1}, {"b": 2}, {"b": 3}])",
+         {"[1]: - -> {\"b\":2}"}},
+        {"an element less in front",
+         R"([{"b": 0}, {"b": 1}, {"b": 1}])",
+         R"([{"b": 1}, {"b": 1}])",
+         {"[0]: {\"b\":0} -> -"}},
+        {"one more of the same",
+         R"([{"b": 1}, {"b": 1}])",
+         R"([{"b": 1}, {"b": 1}, {"b": 1}])",
+         {"[2]: - -> {\"b\":1}"}},
+        {"an element more behind one that differs",
+         R"([{"b": 1}, {"b": 2}, {"b": 3}])",
+         R"([{"b": 1}, {"b": 0}, {"b": 4}, {"b": 3}])",
+         {"[1].b: 2 -> 0", "[2]: - -> {\"b\":4}"}},
+        {"elements more in two lists",
+         R"([{"c": [{"b": 1}]}, {}])",
+         R"([true, {"c": [{"b": 0}, {"b": 1}]}, {}])",
+         {R"([0]: {"c":[{"b":1}]} -> true)", R"([1]: - -> {"c":[{"b":0},{"b":1}]})"}},
+        {"a list more in a list",
+         R"({"c": [{"d": [{"b": 1}]}, {}]})",
+         R"({"c": [{"d": [{"b": 0}, {"b": 1}]}, {}]})",
+         {"c[0].d[0]: - -> {\"b\":0}"}},
         {"a member that is skipped", R"({"at": 1})", R"({"at": 2})", {"skipped"}},
         {"one that is missing", R"({"at": [1]})", R"({})", {"skipped"}},
         {"one that is new", R"({})", R"({"a": 1, "at": {}})", {"a: - -> 1", "skipped"}},
+        {"one in elements that are the same",
+         R"([{"b": 1, "at": 1}])",
+         R"([{"b": 0}, {"b": 1, "at": 2}])",
+         {"[0]: - -> {\"b\":0}", "skipped"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -57,6 +89,18 @@ TEST(JSONDifference, IsNotListedBeyondTheMost) {
     EXPECT_EQ(found(before, after, 2), (std::vector<std::string>{all[0], all[1], "more", "skipped"}));
     EXPECT_EQ(found(before, after, 0), (std::vector<std::string>{"more", "skipped"}));
     EXPECT_EQ(found(before, before, 0), std::vector<std::string>{});
+}
+
+TEST(JSONDifference, IsFoundInDeepListsOfOtherLengths) {
+    constexpr int depth = 1000;
+    std::string before = R"([{"b": 1}])";
+    std::string after = R"([{"b": 1}, {"b": 2}])";
+    std::string way = "[1]";
+    for (int i = 0; i < depth; ++i) {
+        before = "[" + before + ", {}]";
+        after = "[" + after + ", {}, {}]";
+    }
+    EXPECT_EQ(found(before, after).size(), 100U + 1);
 }
 
 }  // namespace
