@@ -2,7 +2,9 @@
 #include "cli/matrix/cell_renderer.h"
 
 #include <exception>
+#include <iterator>
 #include <string_view>
+#include <tuple>
 
 #include "cli/production.h"
 
@@ -40,15 +42,26 @@ CellRenderer::Bound& CellRenderer::bound(const Cell& cell, WidgetTrace trace) {
 
 void CellRenderer::bind(const Cell& cell, WidgetTrace trace, Bound& bound) {
     const Source*& model = bound.model;
+    const Document* document = nullptr;
     try {
         model = models_.find(matrix_.models[cell.model].path);
         const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;
         const WidgetOptions options = tracedOptions(cell, trace, bound.outcome.notes);
         if (!model) noteMissingModel(documents_.source(cell.document), bound.outcome.notes);
-        bound.document = documents_.prepared(cell.document).bind(modelText, options);
+        document = &documents_.prepared(cell.document);
+        bound.document = document->bind(modelText, options);
     } catch (...) {
         bound.outcome.failure = describe(std::current_exception(), documents_.source(cell.document), model);
+        if (document) nameModel(*bound.outcome.failure, cell, model);
     }
+}
+
+void CellRenderer::nameModel(Failure& failure, const Cell& cell, const Source* model) const {
+    if (!model || failure.role != TextRole::document) return;
+    const auto first = bound_.lower_bound({cell.document, 0, 0, WidgetTrace::none});
+    const auto behind = bound_.lower_bound({cell.document + 1, 0, 0, WidgetTrace::none});
+    const bool hasSeveral = std::get<1>(first->first) != std::get<1>(std::prev(behind)->first);
+    if (hasSeveral) failure.message += ", with the model " + model->name;
 }
 
 CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget&)>& use, WidgetTrace trace) {
@@ -60,6 +73,7 @@ CellOutcome CellRenderer::draw(const Cell& cell, const std::function<void(Widget
         use(widget);
     } catch (...) {
         outcome.failure = describe(std::current_exception(), documents_.source(cell.document), source.model);
+        nameModel(*outcome.failure, cell, source.model);
     }
     return outcome;
 }

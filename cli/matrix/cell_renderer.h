@@ -36,8 +36,8 @@ public:
     /// both.
     CellRenderer(const DocumentArguments& arguments, const Matrix& matrix);
 
-    /// Loads what a cell needs and hands its widget to `use`; what goes wrong, there too, becomes the failure. What is
-    /// traced is bound for itself.
+    /// Loads what a cell needs and hands its widget to `use`; what goes wrong, there too, becomes the failure. That of
+    /// a document with several models names the model. What is traced is bound for itself.
     [[nodiscard]] CellOutcome draw(const Cell& cell, const std::function<void(Widget&)>& use,
                                    WidgetTrace trace = WidgetTrace::none);
 
@@ -57,6 +57,8 @@ private:
 
     Bound& bound(const Cell& cell, WidgetTrace trace);
     void bind(const Cell& cell, WidgetTrace trace, Bound& bound);
+    /// Adds the model to what is wrong in a document with it, where the document has several.
+    void nameModel(Failure& failure, const Cell& cell, const Source* model) const;
     [[nodiscard]] WidgetOptions tracedOptions(const Cell& cell, WidgetTrace trace, std::vector<std::string>& notes);
 
     const DocumentArguments& arguments_;

@@ -12,6 +12,7 @@ namespace {
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 std::string documentWith(std::string_view text, std::string_view size = "20") {
     return R"({"version": "1.0", "nodes": {"main": {"type": "vstack", "children": [{"type": "circle"},
@@ -262,7 +263,7 @@ TEST(Snapshot, ShowsWhatDiffersOnAPage) {
                 AllOf(HasSubstr("<h2>w.json:2:15: nodes.main.children[1]</h2>"),
                       HasSubstr("<p>1 snapshot differs: the Text: text was &quot;Hello&quot;"),
                       HasSubstr("<h3>w/systemMedium-light@3x</h3>"), HasSubstr("src=\"./w/systemMedium-light@3x.png\""),
-                      ::testing::Not(HasSubstr(">v"))));
+                      Not(HasSubstr(">v"))));
     EXPECT_EQ(place.run({"snapshot", "v.json", "--dir", "kept"}).status, 0);
     EXPECT_TRUE(place.has("kept/failures/.gitignore")) << "another document's picture is still there";
     place.write("w.json", documentWith("Hello"));
@@ -315,6 +316,29 @@ TEST(Snapshot, OfADocumentThatFails) {
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(finished.err.find("bad.json:4:"), finished.err.rfind("bad.json:4:")) << "said once";
     EXPECT_FALSE(place.has("kept"));
+}
+
+TEST(Snapshot, ThatFailsNamesTheModelOfSeveral) {
+    const Workplace place;
+    place.write({{"w.json", std::string(greeting)}, {"w.models/x.json", R"({"a": "x"})"}, {"w.models/y.json", "{}"}});
+    const char* const words = "error: key path not found in model: [\"a\"], with the model w.models/";
+    const std::vector<std::string> command{"snapshot", "w.json", "--dir", "kept", "--scales", "1,2"};
+    const Finished one = place.run(command);
+    EXPECT_EQ(one.out, "4 snapshots: 2 new, 2 failed\n");
+    EXPECT_THAT(one.err, HasSubstr("w.json:1:66: " + (words + std::string("y.json\n"))));
+    EXPECT_EQ(one.err.find("error: "), one.err.rfind("error: ")) << "said once";
+
+    place.write("w.models/z.json", "{}");
+    const Finished two = place.run(command);
+    EXPECT_THAT(two.err, AllOf(HasSubstr(words + std::string("y.json\n")), HasSubstr(words + std::string("z.json\n"))));
+
+    place.write("w.models/z.json", "{");
+    EXPECT_THAT(place.run(command).err, AllOf(HasSubstr("w.models/z.json:1:"), Not(HasSubstr("model w.models/z"))));
+    place.write("w.json", broken);
+    EXPECT_THAT(place.run(command).err, Not(HasSubstr("with the model"))) << "it is the document's alone";
+    place.write("w.json", greeting);
+    EXPECT_THAT(place.run({"snapshot", "w.json", "--model", "w.models/y.json", "--dir", "kept"}).err,
+                HasSubstr("key path not found in model: [\"a\"]\n"));
 }
 
 TEST(Snapshot, IsReplacedAsAPairOrNotAtAll) {
