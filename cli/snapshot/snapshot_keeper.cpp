@@ -34,7 +34,7 @@ void SnapshotKeeper::take(ComparedCell compared, const Source& document) {
         told.verdict = SnapshotVerdict::failed;
     }
     report_.add(matrix_, compared.cell, compared.outcome);
-    if (compared.outcome.failure) told.message = compared.outcome.failure->message;
+    told.failure = std::move(compared.outcome.failure);
     ++counts_[indexOf(told.verdict)];
     results_.snapshots.push_back(std::move(told));
 }

@@ -25,12 +25,33 @@ std::vector<std::string> namesOf(const SnapshotCause& cause, const SnapshotResul
     return names;
 }
 
+/// The text that is at fault: the document, its model or settings, or a file.
+const std::string& faultyFileOf(const SnapshotResult& failed) {
+    return failed.failure->file.empty() ? failed.document : failed.failure->file;
+}
+
+/// "w.models/one.json:1:8: " and what is wrong there.
+std::string failureInWords(const SnapshotResult& failed) {
+    const auto& place = failed.failure->place;
+    const std::string where = place ? fmt::format(":{}:{}", place->line, place->column) : "";
+    return faultyFileOf(failed) + where + ": " + failed.failure->message;
+}
+
+void writeTextPlace(const std::optional<TextPlace>& place, JSONWriter& writer) {
+    if (place) writer.key("line").value(place->line).key("column").value(place->column);
+}
+
+std::string githubPlace(const std::string& file, const std::optional<TextPlace>& place) {
+    const std::string named = "file=" + githubProperty(file);
+    return place ? named + fmt::format(",line={},col={}", place->line, place->column) : named;
+}
+
 void writeCauses(const SnapshotResults& results, JSONWriter& writer) {
     writer.key("causes").beginArray();
     for (const SnapshotCause& cause : results.causes) {
         writer.beginObject().key("document").value(cause.document).key("message").value(cause.words);
         if (cause.path) tavrin::write(*cause.path, writer.key("path"));
-        if (cause.place) writer.key("line").value(cause.place->line).key("column").value(cause.place->column);
+        writeTextPlace(cause.place, writer);
         writer.key("snapshots").beginArray();
         for (const std::string& name : namesOf(cause, results)) writer.value(name);
         writer.endArray().endObject();
@@ -44,7 +65,10 @@ std::string resultsJSON(const SnapshotResults& results) {
     for (const SnapshotResult& one : results.snapshots) {
         writer.beginObject().key("name").value(one.name).key("document").value(one.document);
         writer.key("verdict").value(name(one.verdict));
-        if (!one.message.empty()) writer.key("message").value(one.message);
+        if (one.failure) {
+            writer.key("message").value(one.failure->message).key("file").value(faultyFileOf(one));
+            writeTextPlace(one.failure->place, writer);
+        }
         if (!one.difference.empty()) writer.key("difference").value(one.difference);
         if (!one.picture.empty()) writer.key("picture").value(one.picture);
         writer.endObject();
@@ -81,9 +105,9 @@ std::string resultsJUnit(const SnapshotResults& results) {
     std::size_t wrong = results.orphansMessage.empty() ? 0 : 1;
     for (const SnapshotResult& one : results.snapshots) {
         if (one.verdict == SnapshotVerdict::different) continue;
-        cases += testCase(one.document, one.name, one.message);
+        cases += testCase(one.document, one.name, one.failure ? failureInWords(one) : "");
         ++count;
-        if (!one.message.empty()) ++wrong;
+        if (one.failure) ++wrong;
     }
     for (const SnapshotCause& cause : results.causes) {
         const std::string message = cause.where() + ": " + cause.message();
@@ -102,10 +126,10 @@ std::string resultsJUnit(const SnapshotResults& results) {
 std::string resultsGitHub(const SnapshotResults& results) {
     std::string lines;
     for (const SnapshotResult& one : results.snapshots)
-        if (!one.message.empty()) lines += githubCommand("error", "file=" + githubProperty(one.document), one.message);
+        if (one.failure)
+            lines += githubCommand("error", githubPlace(faultyFileOf(one), one.failure->place), one.failure->message);
     for (const SnapshotCause& cause : results.causes) {
-        std::string properties = "file=" + githubProperty(cause.document);
-        if (cause.place) properties += fmt::format(",line={},col={}", cause.place->line, cause.place->column);
+        std::string properties = githubPlace(cause.document, cause.place);
         if (cause.path) properties += ",title=" + githubProperty(toText(*cause.path));
         lines += githubCommand("error", properties, cause.message() + "\n" + joined(namesOf(cause, results), "\n"));
     }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +24,8 @@ struct SnapshotResult {
     std::string name = {};
     std::string document = {};
     SnapshotVerdict verdict = SnapshotVerdict::same;
-    /// Why it failed; empty where it did not.
-    std::string message = {};
+    /// Why it failed, if it did.
+    std::optional<Failure> failure = std::nullopt;
     /// How its picture differs; empty where it does not.
     std::string difference = {};
     /// The picture of what differs, relative to the folder of these; empty where there is none.

@@ -309,6 +309,40 @@ TEST(Snapshot, IsToldToOtherPrograms) {
     EXPECT_EQ(results.find("orphans")->description(), "[]");
 }
 
+TEST(Snapshot, ThatFailsIsToldToOtherProgramsWithTheFileAtFault) {
+    const Workplace place;
+    place.write({{"w.json", std::string(greeting)},
+                 {"w.model.json", "{\n1}"},
+                 {"v.json", std::string(hello)},
+                 {"v.widget.toml", "\nsize = 3"},
+                 {"u.json", std::string(greeting)},
+                 {"u.model.json", "{}"},
+                 {"t.json", std::string(hello)}});
+    const struct {
+        const char* format;
+        std::vector<const char*> parts;
+    } rows[] = {
+        {"github",
+         {"::error file=w.model.json,line=2,col=1::", "::error file=v.widget.toml,line=2,col=",
+          "::error file=u.json,line=1,col=66::key path", "::error file=t.json::t/systemMedium-light@3x has no"}},
+        {"junit",
+         {"classname=\"w.json\" name=\"w/systemMedium-light@3x\">\n      <failure message=\"w.model.json:2:1: ",
+          "<failure message=\"v.widget.toml:2:", "<failure message=\"u.json:1:66: key path not found",
+          "<failure message=\"t.json: t/systemMedium-light@3x has no snapshot"}},
+        {"json",
+         {"\"file\": \"w.model.json\",\n      \"line\": 2,\n      \"column\": 1\n",
+          "\"file\": \"v.widget.toml\",\n      \"line\": 2,\n      \"column\": ",
+          "\"file\": \"u.json\",\n      \"line\": 1,\n      \"column\": 66\n", "\"file\": \"t.json\"\n"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.format);
+        const Finished finished = place.run(
+            {"snapshot", "w.json", "v.json", "u.json", "t.json", "--dir", "kept", "--strict", "--format", row.format});
+        EXPECT_EQ(finished.status, 1);
+        for (const char* const part : row.parts) EXPECT_THAT(finished.out, HasSubstr(part));
+    }
+}
+
 TEST(Snapshot, OfADocumentThatFails) {
     const Workplace place;
     place.write("bad.json", broken);
