@@ -9,7 +9,7 @@ import { FileList } from "./file_list";
 import { freeName } from "./name_field";
 import type { SaveDialog } from "./save_dialog";
 import type { HeldSettings } from "./settings";
-import { readModels } from "./settings";
+import { readModel, readModels } from "./settings";
 import type { Role } from "./source";
 import { Source, noText } from "./source";
 import type { State } from "./state";
@@ -85,17 +85,13 @@ export class Sources {
         else this.update();
     }
 
+    /** Opens a document, without its model where that cannot be read; where it cannot be read itself, nothing changes. */
     async open(path: string): Promise<void> {
         try {
             const file = this.fileOf(path);
-            const model = file?.model ?? null;
-            const [text, modelText, models] = await Promise.all([
-                fetchFile(path),
-                model === null ? noText : fetchFile(model),
-                readModels(file),
-            ]);
+            const [text, model, models] = await Promise.all([fetchFile(path), usualModel(file), readModels(file)]);
             this.document.take(path, text);
-            this.model.take(model, modelText);
+            this.model.take(model?.path ?? null, model ?? noText);
             this.settings.take(file, models);
             this.changed();
             for (const source of this.both) source.open();
@@ -103,6 +99,7 @@ export class Sources {
             byId("changed-on-disk").hidden = true;
         } catch (error) {
             announce((error as Error).message);
+            this.changed(); // the list names what is open, and not what was chosen
         }
     }
 
@@ -169,8 +166,9 @@ export class Sources {
         announce(`Saved ${files.map(({ path }) => path).join(" and ")}`);
         await this.listFiles();
         const file = this.fileOf(this.document.path);
-        if (this.model.path === null && file?.model) {
-            this.model.take(file.model, await fetchFile(file.model));
+        const model = this.model.path === null && this.model.isEmpty ? await usualModel(file) : null;
+        if (model) {
+            this.model.take(model.path, model);
             this.model.open();
         }
         await this.takeOthers();
@@ -247,6 +245,9 @@ function wantedPath(): string {
         return "";
     }
 }
+
+/** The model that belongs to a document; nothing where it has none, or one that cannot be read. */
+const usualModel = async (file: ProjectFile | undefined) => (file?.model ? readModel(file.model, "The model") : null);
 
 const setAddress = (path: string): void => history.replaceState(null, "", `#${encodeURIComponent(path)}`);
 

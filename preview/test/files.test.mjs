@@ -56,6 +56,9 @@ const on =
         }
     };
 
+/** Waits for a sentence at the foot of the page. */
+const announced = (page, sentence) => page.locator("#announcement", { hasText: sentence }).waitFor();
+
 const fault = (form, page) => page.locator(`${form} .fault`);
 
 const settings = `screens = ["430x932", "390x844"]
@@ -312,5 +315,45 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
             assert.match(shared, /<summary>Model of systemSmall: small\.json<\/summary><pre>\{&quot;b&quot;:1\}/);
             assert.match(shared, /2026-11-21 22:00:00, Asia\/Kolkata,\nfor a screen of 430x932/);
         }),
+    );
+
+    test(
+        "opens what can be read, and stays with it where something cannot",
+        on(
+            {
+                "a.json": greeting("a"),
+                "a.model.json": " ".repeat((8 << 20) + 1),
+                "b.json": greeting("b"),
+                "gone.json": greeting("c"),
+            },
+            "",
+            async (page) => {
+                await drawn(page);
+                assert.match(
+                    await page.textContent("#announcement"),
+                    /^The model: 'a\.model\.json' is larger than 8 MiB/,
+                );
+                assert.match(await page.textContent("#model-tab"), /none/);
+                assert.equal(await page.inputValue("#file"), "a.json");
+                // As one that was taken away and is still listed.
+                const message = "there is no 'gone.json'";
+                await page.route("**/api/file?path=gone.json", (route) =>
+                    route.fulfill({ status: 404, json: { message } }),
+                );
+                await page.selectOption("#file", "gone.json");
+                await announced(page, message);
+                assert.equal(await page.inputValue("#file"), "a.json", "which is still open");
+                await redrawn(page, () => page.selectOption("#file", "b.json"));
+                assert.equal(await page.textContent("#document-panel .cm-content"), JSON.stringify(greeting("b")));
+                await page.evaluate(() => history.replaceState(null, "", "#gone.json"));
+                await page.reload();
+                await page.waitForSelector("body.ready");
+                assert.equal(await page.locator("#file option").count(), 3, "others can be chosen");
+                assert.equal(await page.inputValue("#file"), "");
+                await page.selectOption("#file", "b.json");
+                await drawn(page);
+            },
+            { refused: [413, 404, 404] },
+        ),
     );
 });
