@@ -74,9 +74,9 @@ export class Sources {
         return this.state.files.find((file) => file.path === path);
     }
 
-    /** Whether what is not saved may be lost. */
+    /** Whether another document may be opened. */
     mayGo(): boolean {
-        return !this.isChanged || confirm("What you have changed is not saved. Open another document anyway?");
+        return mayLose(this.both, "Open another document anyway?");
     }
 
     /** Opens another document, if what is not saved may be lost. */
@@ -111,6 +111,7 @@ export class Sources {
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
     drop(role: Role, name: string, text: string): void {
+        if (!mayLose([this[role]], `Show ${name} in place of the ${role} anyway?`)) return;
         if (role === "document") this.settings.take(undefined, new Map());
         else this.state.models = new Map(); // as a model that a command line names, it is every family's
         this[role].drop(name, text);
@@ -248,6 +249,10 @@ function wantedPath(): string {
 
 /** The model that belongs to a document; nothing where it has none, or one that cannot be read. */
 const usualModel = async (file: ProjectFile | undefined) => (file?.model ? readModel(file.model, "The model") : null);
+
+/** Asks where something would be lost. */
+const mayLose = (sources: Source[], question: string): boolean =>
+    sources.every((source) => !source.isChanged) || confirm(`What you have changed is not saved. ${question}`);
 
 const setAddress = (path: string): void => history.replaceState(null, "", `#${encodeURIComponent(path)}`);
 

@@ -356,4 +356,24 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
             { refused: [413, 404, 404] },
         ),
     );
+
+    test(
+        "asks before a dropped file takes the place of what was typed",
+        on({ "open.json": greeting("open") }, "open.json", async (page) => {
+            await drawn(page);
+            await page.click("#document-panel .cm-content");
+            await page.keyboard.press("Control+End");
+            await page.keyboard.type(" ");
+            const asked = (answer) =>
+                page.waitForEvent("dialog").then(async (dialog) => (await dialog[answer](), dialog.message()));
+            const other = JSON.stringify(greeting("other"));
+            const text = () => page.textContent("#document-panel .cm-content");
+            const [refused] = await Promise.all([asked("dismiss"), drop(page, "other.json", other)]);
+            assert.match(refused, /not saved.*other\.json/);
+            assert.equal(await text(), `${JSON.stringify(greeting("open"))} `);
+            await redrawn(page, () => drop(page, "model.json", "{}")); // where nothing was typed
+            await redrawn(page, () => Promise.all([asked("accept"), drop(page, "other.json", other)]));
+            assert.equal(await text(), other);
+        }),
+    );
 });
