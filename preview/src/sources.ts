@@ -10,7 +10,7 @@ import { freeName } from "./name_field";
 import type { SaveDialog } from "./save_dialog";
 import type { HeldSettings } from "./settings";
 import { readModel, readModels } from "./settings";
-import type { Role } from "./source";
+import type { Role, Sending } from "./source";
 import { Source, noText } from "./source";
 import type { State } from "./state";
 
@@ -90,6 +90,7 @@ export class Sources {
         try {
             const file = this.fileOf(path);
             const [text, model, models] = await Promise.all([fetchFile(path), usualModel(file), readModels(file)]);
+            this.saveDialog.close(); // it asks for the name of what is gone now
             this.document.take(path, text);
             this.model.take(model?.path ?? null, model ?? noText);
             this.settings.take(file, models);
@@ -112,6 +113,7 @@ export class Sources {
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
     drop(role: Role, name: string, text: string): void {
         if (!mayLose([this[role]], `Show ${name} in place of the ${role} anyway?`)) return;
+        this.saveDialog.close();
         if (role === "document") this.settings.take(undefined, new Map());
         else this.state.models = new Map(); // as a model that a command line names, it is every family's
         this[role].drop(name, text);
@@ -124,13 +126,13 @@ export class Sources {
     async save(): Promise<void> {
         let isAll = true;
         for (const source of this.both) {
-            if (!source.path || !source.isChanged) continue;
+            const { path, revision } = source;
+            if (!path || !source.isChanged) continue;
             isAll = false;
-            const { text } = source;
+            const sent = source.send();
             try {
-                source.revision = await saveFile(source.path, source.textOfFile, source.revision);
-                source.saved = text;
-                announce(`Saved ${source.path}`);
+                sent.settle({ path, revision: await saveFile(path, sent.text, revision) });
+                announce(`Saved ${path}`);
             } catch (error) {
                 announce((error as Error).message);
             }
@@ -150,7 +152,10 @@ export class Sources {
             title: document ? "Save the document" : "Save the model",
             name: this.proposedName(),
             files: (stem) => made.map(({ role }) => (role === "document" ? `${stem}.json` : `${stem}.model.json`)),
-            save: async (name) => this.settle(made, await createFiles(name, textsOf(made))),
+            save: async (name) => {
+                const sent = made.map((source) => source.send());
+                await this.settle(sent, await createFiles(name, textsOf(sent)));
+            },
         });
     }
 
@@ -162,8 +167,8 @@ export class Sources {
     }
 
     /** Texts have become files; what belongs to them by their names now does. */
-    private async settle(made: Source[], files: MadeFile[]): Promise<void> {
-        made.forEach((source, i) => files[i] && source.settle(files[i]));
+    private async settle(sent: Sending[], files: MadeFile[]): Promise<void> {
+        sent.forEach((each, i) => files[i] && each.settle(files[i]));
         announce(`Saved ${files.map(({ path }) => path).join(" and ")}`);
         await this.listFiles();
         const file = this.fileOf(this.document.path);
@@ -256,7 +261,7 @@ const mayLose = (sources: Source[], question: string): boolean =>
 
 const setAddress = (path: string): void => history.replaceState(null, "", `#${encodeURIComponent(path)}`);
 
-function textsOf(sources: Source[]): { document: string | null; model: string | null } {
-    const textOf = (role: Role) => sources.find((source) => source.role === role)?.textOfFile ?? null;
+function textsOf(sent: Sending[]): { document: string | null; model: string | null } {
+    const textOf = (role: Role) => sent.find((each) => each.role === role)?.text ?? null;
     return { document: textOf("document"), model: textOf("model") };
 }

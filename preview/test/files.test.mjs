@@ -376,4 +376,31 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
             assert.equal(await text(), other);
         }),
     );
+
+    test(
+        "saves what was sent, whatever is opened meanwhile",
+        on({ "other.json": greeting("other") }, "other.json", async (page, folder) => {
+            await drawn(page);
+            const goTo = (path) => page.evaluate((path) => (location.hash = path), path);
+            const dialog = page.getByRole("dialog", { name: "Save the document" });
+            await redrawn(page, () => drop(page, "mine.json", JSON.stringify(greeting("mine"))));
+            await page.keyboard.press("Control+s");
+            await dialog.waitFor();
+            await redrawn(page, () => goTo("other.json"));
+            assert.ok(await dialog.isHidden(), "what it asked for is not there any more");
+            await redrawn(page, () => drop(page, "mine.json", JSON.stringify(greeting("mine"))));
+            await page.keyboard.press("Control+s");
+            await page.route("**/api/create", async (route) => {
+                await redrawn(page, () => goTo("other.json"));
+                await route.continue();
+            });
+            await dialog.getByRole("button", { name: "Save" }).click();
+            await page.locator("#file option", { hasText: "mine.json" }).waitFor({ state: "attached" });
+            await announced(page, "Saved mine.json");
+            assert.equal(await page.inputValue("#file"), "other.json");
+            assert.ok(await page.isDisabled("#save"), "nothing of it was changed");
+            assert.equal(await folder.read("mine.json"), JSON.stringify(greeting("mine")));
+            assert.equal(await folder.read("other.json"), JSON.stringify(greeting("other")));
+        }),
+    );
 });
