@@ -201,7 +201,7 @@ export class Sources {
     /** Files have changed on disk. */
     async refresh(paths: string[]): Promise<void> {
         await this.listFiles();
-        if (!this.drawn && !this.isChanged) return this.start();
+        if (!this.drawn && !this.isChanged && !this.model.isWithoutFile) return this.start();
         const own = [...this.state.models.values()].map(({ path }) => path);
         await this.takeOthers(paths.some((path) => own.includes(path)));
         for (const source of this.both) if (source.path && paths.includes(source.path)) await this.reload(source);

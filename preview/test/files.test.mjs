@@ -403,4 +403,20 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
             assert.equal(await folder.read("other.json"), JSON.stringify(greeting("other")));
         }),
     );
+
+    test(
+        "keeps a dropped model when the first file appears",
+        on({}, "", async (page, folder) => {
+            await drop(page, "model.json", `{"a": "dropped"}`);
+            await announced(page, "model.json is shown as the model");
+            // When the second is listed, the first would long have been opened.
+            for (const name of ["first.json", "second.json"]) {
+                await folder.write(name, greeting());
+                await page.locator("#file option", { hasText: name }).waitFor({ state: "attached" });
+            }
+            assert.equal(await page.textContent("#model-panel .cm-content"), `{"a": "dropped"}`);
+            await page.selectOption("#file", "first.json");
+            await drawn(page);
+        }),
+    );
 });
