@@ -68,8 +68,7 @@ public:
         if (!file.isOpen()) fail();
         if (old && ::fchmod(file.number(), old->st_mode & 07777) != 0) fail();
         if (!writeAll(file.number(), bytes)) fail();
-        // A crash after the renaming must find the new bytes: the old ones are gone. What is new can be made again.
-        if (old && ::fdatasync(file.number()) != 0 && errno != EINVAL) fail();
+        if (isSynced() && ::fdatasync(file.number()) != 0 && errno != EINVAL) fail();
         if (!file.close()) fail();
     }
     StagedFile(const StagedFile&) = delete;
@@ -79,7 +78,9 @@ public:
     }
 
     [[nodiscard]] path folder() const { return real_.parent_path(); }
-    [[nodiscard]] bool replaces() const { return replaces_; }
+    /// A crash after the renaming must find the new bytes where the old ones are gone, and where somebody has just
+    /// written them. Other new files can be made again.
+    [[nodiscard]] bool isSynced() const { return replaces_ || name_ == Name::free; }
 
     /// Gives the old file, if there is one, a second name; where there are no hard links, another one.
     void keepOld() {
@@ -141,7 +142,7 @@ void FileTransaction::create(const path& target, std::string_view bytes) {
 void FileTransaction::commit() {
     std::set<path> changed;
     for (const StagedFile& file : files_)
-        if (file.replaces()) changed.insert(file.folder());
+        if (file.isSynced()) changed.insert(file.folder());
     {
         const BlockedSignals blocked;
         auto file = files_.begin();

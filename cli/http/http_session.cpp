@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <new>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <utility>
@@ -62,6 +63,9 @@ HTTPRecord recordOf(const http::request<http::buffer_body>& message) {
             .path = target.substr(0, target.find('?')),
             .traceparent = text(message["traceparent"])};
 }
+
+/// Gives a text's memory back, which an empty one assigned to it does not.
+void releaseMemory(std::string& text) { std::string().swap(text); }
 
 HTTPFault tooLargeFault() { return {http_status::tooLarge, "the request's body is too large"}; }
 
@@ -249,7 +253,7 @@ void HTTPSession::refuse(const HTTPFault& fault) { refuse(host_.service().failur
 /// The connection ends with that.
 void HTTPSession::refuse(HTTPResponse response) {
     goesOn_ = false;
-    request_.body = {};
+    releaseMemory(request_.body);
     giveShareBack();
     sendAnswer(std::move(response));
 }
@@ -281,7 +285,7 @@ void HTTPSession::sendAnswer(HTTPResponse response) {
     boost::asio::async_write(stream_, parts, [self = shared_from_this()](beast::error_code error, std::size_t count) {
         self->report(count - std::min(count, self->head_.size()));
         self->sharedBody_ = nullptr;
-        self->body_ = {};
+        releaseMemory(self->body_);
         if (error) return self->close();
         self->goesOn_ ? self->waitForRequest(self->host_.limits().idleTime) : self->endAnswer();
     });

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/new/new_widget.h"
 
+#include <system_error>
+
 #include "cli/output.h"
 #include "cli/usage_error.h"
 
@@ -25,13 +27,43 @@ std::vector<NewFile> filesOfNew(const std::string& stem, const WidgetTemplate& b
         {stem + ".json", begun.document}, {stem + ".model.json", begun.model}, {stem + ".widget.toml", begun.settings}};
 }
 
+namespace {
+
+/// Folders that are made where they are missing, and removed again unless they are kept.
+class NewFolders {
+public:
+    NewFolders() = default;
+    NewFolders(const NewFolders&) = delete;
+    NewFolders& operator=(const NewFolders&) = delete;
+    ~NewFolders() {
+        std::error_code ignored;  // others may have put something in
+        for (auto folder = made_.rbegin(); folder != made_.rend(); ++folder) fs::remove(*folder, ignored);
+    }
+
+    void make(const fs::path& folder) {
+        std::error_code error;
+        if (folder.empty() || fs::exists(folder, error)) return;
+        make(folder.parent_path());
+        makeFolder(folder);
+        made_.push_back(folder);
+    }
+    void keep() { made_.clear(); }
+
+private:
+    std::vector<fs::path> made_;
+};
+
+}  // namespace
+
 void createFiles(const std::vector<NewFile>& files) {
+    NewFolders folders;
     FileTransaction transaction;
     for (const NewFile& file : files) {
-        if (const fs::path folder = file.path.parent_path(); !folder.empty()) makeFolder(folder);
+        folders.make(file.path.parent_path());
         transaction.create(file.path, file.text);
     }
     transaction.commit();
+    folders.keep();
 }
 
 }  // namespace tavrin::cli

@@ -63,7 +63,7 @@ void writePairs(JSONWriter& writer, const ProjectFolder& folder, const std::stri
     } catch (const FolderError& error) {
         fault = error.what();
     } catch (const IOError& error) {
-        fault = error.what();
+        fault = folder.fromHere(error.what());
     }
     const PairedCommand held = heldBeside(files, settings);
     writer.key("model").value(files.model ? std::optional(pathOf(*files.model)) : std::nullopt);

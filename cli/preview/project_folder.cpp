@@ -22,6 +22,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t longestName = 255;
+
 std::string quoted(const std::string& path) { return "'" + printable(path) + "'"; }
 
 bool isHidden(const fs::path& name) { return name.native().starts_with('.'); }
@@ -114,6 +116,8 @@ fs::path ProjectFolder::placeFor(const fs::path& path) const {
     const std::string name = path.generic_string();
     if (!leadsDown(path) || !isLookedAt(path) || printable(name) != name || !isProjectFile(path))
         throw FolderError(http_status::forbidden, "nothing can be called " + quoted(name) + " in the folder");
+    if (std::ranges::any_of(path, [](const fs::path& part) { return part.native().size() > longestName; }))
+        throw FolderError(http_status::badRequest, "a name of more than 255 bytes is too long");
     fs::path folder = root_;
     for (const fs::path& each : path.parent_path()) {
         std::error_code error;
@@ -136,8 +140,9 @@ std::vector<ProjectFile> ProjectFolder::create(const std::vector<NewFile>& files
     try {
         createFiles(placed);
     } catch (const FileExists& error) {
-        const FileExists told(fs::path(error.file).lexically_relative(root_));
-        throw FolderError(http_status::conflict, told.what());
+        throw FolderError(http_status::conflict, fromHere(error.what()));
+    } catch (const IOError& error) {
+        throw FolderError(http_status::internalError, fromHere(error.what()));
     }
     std::vector<ProjectFile> made;
     for (const NewFile& file : files) {
@@ -145,6 +150,13 @@ std::vector<ProjectFile> ProjectFolder::create(const std::vector<NewFile>& files
         made.push_back({path, revisionOf(statusOf(root_ / path, path))});
     }
     return made;
+}
+
+std::string ProjectFolder::fromHere(std::string message) const {
+    const std::string root = (root_ / "").string();
+    for (std::size_t at = message.find(root); at != std::string::npos; at = message.find(root, at))
+        message.erase(at, root.size());
+    return message;
 }
 
 std::optional<fs::path> ProjectFolder::picturesBeside(const std::string& document) const {

@@ -55,6 +55,8 @@ public:
     void stopSaving() { saving_.lock(); }
     /// The folder "pictures" beside a document, where there is one that holds plain files only.
     [[nodiscard]] std::optional<std::filesystem::path> picturesBeside(const std::string& document) const;
+    /// A message with the paths in it as they are from the folder: where that lies is nobody else's affair.
+    [[nodiscard]] std::string fromHere(std::string message) const;
 
 private:
     [[nodiscard]] std::filesystem::path inside(const std::string& path) const;

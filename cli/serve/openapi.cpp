@@ -44,9 +44,9 @@ constexpr ProblemInfo problems[] = {
 };
 
 using Statuses = std::initializer_list<unsigned>;
-constexpr Statuses ofPictures{400, 403, 404, 405, 414, 422, 429, 431, 500, 503, 504};
+constexpr Statuses ofPictures{400, 403, 404, 405, 413, 414, 422, 429, 431, 500, 503, 504};
 constexpr Statuses ofBodies{400, 403, 405, 413, 414, 415, 422, 429, 431, 500, 503, 504};
-constexpr Statuses ofTexts{405, 414, 431, 500};
+constexpr Statuses ofTexts{400, 405, 413, 414, 431, 500, 503};
 
 Statuses problemsOf(Route route) {
     switch (route) {
@@ -103,7 +103,6 @@ private:
         if (info.route == Route::widget) reference("304", "responses/NotModified");
         for (const unsigned status : problemsOf(info.route))
             reference(toText(status), "responses/Problem" + toText(status));
-        if (info.route == Route::ready) reference("503", "responses/Problem503");
         out_.endObject().endObject();
     }
 

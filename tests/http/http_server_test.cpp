@@ -205,6 +205,7 @@ TEST_F(StrictHTTPServers, ShareRoomByWhatHasCome) {
     const std::string whole(1000, 'a');
     EXPECT_EQ(ask(post + whole).status, 200) << "what is only announced takes no room";
     sending[0].send(std::string(900, 'a'));
+    EXPECT_EQ(ask(aGet).status, 200) << "by now that has come";
     sending[1].send(std::string(900, 'a'));
     const ClientAnswer refused = sending[1].receive();
     EXPECT_EQ(refused.status, 503);

@@ -165,6 +165,7 @@ TEST(ProjectFolder, MakesNewFilesWhereItWouldFindThem) {
         {"another kind of file", "new.txt", 403},
         {"no name", "", 403},
         {"a name that cannot be read", "new\nline.json", 403},
+        {"a long name", "a/" + std::string(251, 'n') + ".json", 400},
         {"a name with a zero", std::string("new.json\0.json", 14), 403},
     };
     for (const auto& row : rows) {
@@ -197,7 +198,15 @@ TEST(ProjectFolder, MakesAllNewFilesOrNone) {
     }
     const std::string large(ProjectFolder::maximumBytes + 1, ' ');
     EXPECT_THROW(folder.create({{"v.json", "{}"}, {"v.model.json", large}}), FolderError);
-    EXPECT_THROW(folder.create({{std::string(300, 'n') + ".json", "{}"}}), IOError);
+    // Each has a good name, but where one is to lie stands the folder of the other.
+    try {
+        folder.create({{"new/deep/a.json", "{}"}, {"new/deep/a.json/b.json", "{}"}});
+        FAIL() << "it was written";
+    } catch (const FolderError& error) {
+        EXPECT_EQ(error.status, 409U);
+        EXPECT_THAT(error.what(), ::testing::Not(::testing::HasSubstr(scratch.path().string())));
+    }
+    EXPECT_FALSE(fs::exists(scratch.path() / "new")) << "and no folder is left";
     EXPECT_EQ(paths(folder), std::vector<std::string>{"w.model.json"});
     EXPECT_EQ(scratch.read("w.model.json"), "mine");
 }

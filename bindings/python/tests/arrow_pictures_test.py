@@ -125,8 +125,19 @@ def test_who_waits_for_a_picture_can_be_interrupted(tmp_path):
     """A server that never answers would else be waited for as long as a download may take, which is a minute."""
     with socket.create_server(("127.0.0.1", 0)) as silent:
         address = f"http://127.0.0.1:{silent.getsockname()[1]}/"
-        threading.Timer(0.3, signal.pthread_kill, (threading.main_thread().ident, signal.SIGINT)).start()
+        batch = rows((address, address))
+
+        def interrupt_who_waits():
+            with silent.accept()[0]:
+                signal.pthread_kill(threading.main_thread().ident, signal.SIGINT)
+                interrupted.wait(60)
+
+        interrupted = threading.Event()
+        waiting = threading.Thread(target=interrupt_who_waits)
+        waiting.start()
         begin = time.monotonic()
         with pytest.raises(KeyboardInterrupt):
-            tavrin.arrow.prefetch(rows((address, address)), document=PHOTO, image_cache_dir=tmp_path, fetch="all")
+            tavrin.arrow.prefetch(batch, document=PHOTO, image_cache_dir=tmp_path, fetch="all")
+        interrupted.set()
+        waiting.join()
         assert time.monotonic() - begin < 30
