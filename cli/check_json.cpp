@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "cli/check_writer.h"
+#include "cli/failure_text.h"
 #include "cli/output.h"
 #include "tavrin/diagnostics/write_diagnostic.h"
 
@@ -33,7 +34,7 @@ public:
         }
         writer_.endObject();
     }
-    void fail(const Failure& failure) override { error_ = failure.message; }
+    void fail(const Failure& failure) override { error_ = placedMessage(failure); }
     void finish() override {
         writer_.endArray();
         if (!error_.empty()) writer_.key("error").value(error_);
@@ -50,7 +51,7 @@ private:
 
     static std::string messageOf(const std::vector<Failure>& failures) {
         std::string message;
-        for (const Failure& failure : failures) message += (message.empty() ? "" : "; ") + failure.message;
+        for (const Failure& failure : failures) message += (message.empty() ? "" : "; ") + placedMessage(failure);
         return message;
     }
 

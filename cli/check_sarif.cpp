@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "cli/check_writer.h"
+#include "cli/failure_text.h"
 #include "cli/output.h"
 #include "tavrin/diagnostics/rule.h"
 #include "tavrin/platform/foundation/net/percent_encoding.h"
@@ -84,7 +85,7 @@ public:
     }
 
     void fail(const Failure& failure) override {
-        failures_.push_back(object({{"level", "error"}, {"message", text(failure.message)}}));
+        failures_.push_back(object({{"level", "error"}, {"message", text(placedMessage(failure))}}));
     }
 
     void finish() override {

@@ -119,13 +119,16 @@ private:
     std::vector<Look> looks_;
 };
 
-/// Whether any model finds more errors than before.
-bool isWorse(const std::vector<std::vector<Diagnostic>>& after, const std::vector<std::vector<Diagnostic>>& before) {
-    const auto errorsIn = [](const std::vector<Diagnostic>& diagnostics) {
-        return std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity);
+/// Whether what is found with any model is worse: more errors or, where warnings count too, as many and more of these.
+bool isWorse(const std::vector<std::vector<Diagnostic>>& after, const std::vector<std::vector<Diagnostic>>& before,
+             bool countsWarnings) {
+    const auto badness = [&](const std::vector<Diagnostic>& diagnostics) {
+        return std::pair(
+            std::ranges::count(diagnostics, Severity::error, &Diagnostic::severity),
+            countsWarnings ? std::ranges::count(diagnostics, Severity::warning, &Diagnostic::severity) : 0);
     };
     for (std::size_t look = 0; look < after.size(); ++look)
-        if (errorsIn(after[look]) > errorsIn(before[look])) return true;
+        if (badness(after[look]) > badness(before[look])) return true;
     return false;
 }
 
@@ -139,27 +142,32 @@ public:
         constexpr int mostRounds = 10;  // one mended error may uncover the next
         checked_.original = checked_.document;
         checked_.originalDiagnostics = checked_.diagnostics;
-        for (int round = 0; round < mostRounds && (tryFixes(fixable()) || tryEach()); ++round) {
+        for (int round = 0; round < mostRounds && (tryFixes(fixable(Of::all)) || tryEach(Of::all) || tryEach(Of::some));
+             ++round) {
         }
     }
 
 private:
+    /// With which models something is found. What only some want fixed the others may need as it is.
+    enum class Of : bool { all, some };
+
     /// What is found and can be fixed, each once.
-    [[nodiscard]] std::vector<Diagnostic> fixable() const {
+    [[nodiscard]] std::vector<Diagnostic> fixable(Of models) const {
         std::vector<Diagnostic> fixes;
         for (const CheckedDiagnostic& found : checked_.diagnostics)
-            if (!found.fix.empty() && found.role == TextRole::document)
+            if (!found.fix.empty() && found.role == TextRole::document &&
+                isOfSomeModels(found, checked_) == (models == Of::some))
                 fixes.push_back(static_cast<const Diagnostic&>(found));
         return fixes;
     }
 
     /// Makes all these fixes that fit together, unless that makes anything worse.
-    bool tryFixes(const std::vector<Diagnostic>& fixes) {
+    bool tryFixes(const std::vector<Diagnostic>& fixes, Of models = Of::all) {
         FixedText made = applyFixes(checked_.document.text, fixes);
         if (made.fixed.empty()) return false;
         std::vector<std::vector<Diagnostic>> after = looks_.find(made.text);
         // What was refused before may be refused for the next reason now.
-        if (isWorse(after, found_)) return false;
+        if (isWorse(after, found_, models == Of::some)) return false;
         std::vector<Diagnostic> fixed;
         for (const std::size_t index : made.fixed) {
             fixed.push_back(fixes[index]);
@@ -173,11 +181,11 @@ private:
     }
 
     /// Makes the first fix that does no harm.
-    bool tryEach() {
+    bool tryEach(Of models) {
         constexpr std::size_t mostTries = 50;
-        const std::vector<Diagnostic> fixes = fixable();
+        const std::vector<Diagnostic> fixes = fixable(models);
         for (std::size_t at = 0; at < std::min(fixes.size(), mostTries); ++at)
-            if (tryFixes({fixes[at]})) return true;
+            if (tryFixes({fixes[at]}, models)) return true;
         return false;
     }
 

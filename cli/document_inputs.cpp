@@ -95,10 +95,11 @@ struct Beside {
     std::exception_ptr fault = nullptr;
 };
 
-Beside besideOf(const Operand& operand) {
+Beside besideOf(const Operand& operand, const Command& command) {
     if (operand.path == "-") return {};
+    const bool hasModels = command.find("--model") || command.find("--models");  // and needs no others
     try {
-        const WidgetFiles files = pairedWith(operand.path);
+        const WidgetFiles files = pairedWith(operand.path, hasModels ? ModelsFolder::unlisted : ModelsFolder::listed);
         return {files, settingsOf(files)};
     } catch (const SettingsError&) {
         return {.fault = std::current_exception()};
@@ -127,7 +128,7 @@ DocumentInputs readInputs(const Command& command) {
     inputs.common.modelsEndRun =
         inputs.operands.size() == 1 || command.find("--model") != nullptr || command.find("--models") != nullptr;
     for (const Operand& operand : inputs.operands) {
-        const Beside beside = besideOf(operand);
+        const Beside beside = besideOf(operand, command);
         if (beside.fault && inputs.operands.size() == 1) std::rethrow_exception(beside.fault);
         inputs.paired.push_back(paired(command, beside.files, beside.settings, drawsSeveral(command)));
         inputs.common.documents.push_back(inputOf(operand, inputs.paired.back().command, usual));

@@ -68,6 +68,12 @@ Label labelOf(const Diagnostic& diagnostic) {
     return {name(diagnostic.severity), colors[diagnostic.severity], diagnostic.code};
 }
 
+std::string placedMessage(const Failure& failure) {
+    if (failure.file.empty() || !failure.place) return failure.message;
+    return failure.file + ":" + std::to_string(failure.place->line) + ":" + std::to_string(failure.place->column) +
+           ": " + failure.message;
+}
+
 std::string failureText(const Failure& failure, bool colored, const Label& label) {
     const std::string code = label.code.empty() ? "" : " [" + std::string(label.code) + "]";
     std::string text = painted(location(failure) + ":", bold, colored) + " " +

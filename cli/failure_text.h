@@ -20,6 +20,9 @@ struct Label {
 /// A failure for people, as compilers write it, with the line and the coding path at fault. Ends with a line end.
 [[nodiscard]] std::string failureText(const Failure& failure, bool colored, const Label& label = {});
 
+/// The message behind its place, "w.widget.toml:2:1: settings have no 'familys'", where that is known.
+[[nodiscard]] std::string placedMessage(const Failure& failure);
+
 /// A failure for programs: one line of JSON. `withFile` names the document of every failure, not only where a place in
 /// it is known or what it is about is a file.
 [[nodiscard]] std::string toJSONLine(const Failure& failure, bool withFile);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/input.h"
+#include "cli/project/widget_files.h"
 #include "cli/snapshot/snapshot.h"
 #include "cli/usage_error.h"
 
@@ -34,6 +35,10 @@ public:
         for (const DocumentInput& document : arguments.documents) {
             add(document.path, "document");
             if (document.model) add(*document.model, "model");
+            if (document.path == "-") continue;
+            const WidgetFiles beside = pairedWith(document.path, ModelsFolder::unlisted);
+            if (beside.model) add(beside.model->string(), "model");
+            if (beside.settings) add(beside.settings->string(), "settings");
         }
     }
 

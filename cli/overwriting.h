@@ -5,7 +5,8 @@
 
 namespace tavrin::cli {
 
-// Throw `UsageError` where something would be written over a document or model that is read, also through a link.
+// Throw `UsageError` where something would be written over a document that is read, or over what belongs to it, also
+// through a link.
 void refuseToOverwriteInputs(const RenderArguments& arguments);
 void refuseToOverwriteInputs(const MatrixArguments& arguments);
 void refuseToOverwriteInputs(const LinesArguments& arguments);

@@ -9,6 +9,7 @@
 
 #include "cli/arguments.h"
 #include "cli/input.h"
+#include "cli/io_error.h"
 
 namespace tavrin::cli {
 
@@ -24,14 +25,17 @@ public:
         Model model{{displayName(*path)}};
         try {
             model.source.text = readInput(*path, arguments_.budget);
-        } catch (...) {
+        } catch (const std::exception& error) {
             if (arguments_.modelsEndRun) throw;
-            model.error = std::current_exception();
+            const bool isNamed = dynamic_cast<const IOError*>(&error) != nullptr;
+            model.error = isNamed ? std::current_exception()
+                                  : std::make_exception_ptr(
+                                        IOError("cannot read '" + model.source.name + "': " + error.what(), *path));
         }
         models_.emplace(*path, std::move(model));
     }
 
-    /// Null for no model. Throws, each time, what reading it threw.
+    /// Null for no model. Throws `IOError`, each time, for one that could not be read.
     [[nodiscard]] const Source* find(const std::optional<std::string>& path) const {
         if (!path) return nullptr;
         const Model& model = models_.at(*path);

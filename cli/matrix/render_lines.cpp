@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -56,18 +57,17 @@ public:
     explicit LineRenderer(const LinesArguments& arguments)
         : arguments_(arguments), documents_(arguments, arguments.matrix), nameBytes_(roomForName(arguments.matrix)) {}
 
-    /// Reports documents that cannot be drawn with any model; whether there is none.
-    [[nodiscard]] bool hasAllDocuments(const Reporter& reporter) {
-        bool hasAll = true;
+    /// Reports the documents that cannot be drawn with any model, which are left out, and says how many there are.
+    [[nodiscard]] std::size_t leaveOutBroken(const Reporter& reporter) {
         for (std::size_t at = 0; at < arguments_.documents.size(); ++at) {
             try {
                 static_cast<void>(documents_.prepared(at));
             } catch (...) {
                 reporter.report(describe(std::current_exception(), documents_.source(at), nullptr));
-                hasAll = false;
+                broken_.insert(at);
             }
         }
-        return hasAll;
+        return broken_.size();
     }
 
     [[nodiscard]] std::vector<DrawnLine> drawn(std::vector<ModelLine>& block) {
@@ -87,6 +87,7 @@ private:
             failure = describe(std::current_exception(), {}, &drawn.model);
         }
         for (std::size_t index = 0; index < arguments_.matrix.count(); ++index) {
+            if (broken_.contains(arguments_.matrix.cells[index].document)) continue;
             DrawnCell& cell = drawn.cells.emplace_back(DrawnCell{{arguments_.matrix.cells[index]}});
             cell.picture.model = placeOf(drawn.model);
             if (failure)
@@ -134,6 +135,7 @@ private:
     const LinesArguments& arguments_;
     MatrixDocuments documents_;
     std::size_t nameBytes_;
+    std::set<std::size_t> broken_;  // documents that are not drawn
 };
 
 /// The names that are taken. Of each only a part of its digest is kept: there may be millions.
@@ -203,7 +205,8 @@ private:
 int run(const LinesArguments& arguments, const Reporter& reporter) {
     ModelLines lines(arguments.lines);
     LineRenderer renderer(arguments);
-    if (!renderer.hasAllDocuments(reporter)) return 1;
+    const std::size_t broken = renderer.leaveOutBroken(reporter);
+    if (broken == arguments.documents.size()) return 1;
     makeFolder(arguments.folder);
     LineWriter writer(arguments);
     Progress progress(0);
@@ -215,7 +218,7 @@ int run(const LinesArguments& arguments, const Reporter& reporter) {
             for (DrawnLine& line : block) writer.take(line, report);
         });
     writer.finish();
-    return report.failed() ? 1 : 0;
+    return report.failed() || broken > 0 ? 1 : 0;
 }
 
 }  // namespace tavrin::cli

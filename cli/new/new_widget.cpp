@@ -37,7 +37,7 @@ public:
     NewFolders& operator=(const NewFolders&) = delete;
     ~NewFolders() {
         std::error_code ignored;  // others may have put something in
-        for (auto folder = made_.rbegin(); folder != made_.rend(); ++folder) fs::remove(*folder, ignored);
+        for (; !made_.empty(); made_.pop_back()) fs::remove(made_.back(), ignored);
     }
 
     void make(const fs::path& folder) {

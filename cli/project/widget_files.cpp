@@ -150,11 +150,11 @@ std::vector<fs::path> placesBeside(const fs::path& document) {
     return places;
 }
 
-WidgetFiles pairedWith(const fs::path& document) {
+WidgetFiles pairedWith(const fs::path& document, ModelsFolder models) {
     WidgetFiles files{.document = document};
     files.model = ownOrShared(document, "model.json", isFile);
     files.modelsFolder = ownOrShared(document, "models", isFolder);
-    if (files.modelsFolder) {
+    if (files.modelsFolder && models == ModelsFolder::listed) {
         files.models = modelsIn(*files.modelsFolder);
         std::erase_if(files.models, [](const fs::path& model) { return !isFile(model); });
     }

@@ -36,9 +36,12 @@ inline constexpr std::size_t mostModels = 2000;
 /// that cannot be read.
 [[nodiscard]] std::vector<std::filesystem::path> modelsIn(const std::filesystem::path& folder);
 
+/// Whether the models of a folder are looked for, which takes time and fails where there are too many.
+enum class ModelsFolder : bool { unlisted, listed };
+
 /// What lies beside a document, which need not be there itself. Looks at names only, and reads no file. Throws as
-/// `modelsIn` does.
-[[nodiscard]] WidgetFiles pairedWith(const std::filesystem::path& document);
+/// `modelsIn` does where models are listed.
+[[nodiscard]] WidgetFiles pairedWith(const std::filesystem::path& document, ModelsFolder models = ModelsFolder::listed);
 
 /// The files and folders that `pairedWith` looks for: while none of them is changed, its answer stays the same.
 [[nodiscard]] std::vector<std::filesystem::path> placesBeside(const std::filesystem::path& document);

@@ -119,6 +119,7 @@ private:
         try {
             document = documentOf(request);
             model = modelOf(request);
+            if (name && !model) noteMissingModel(document->source(), answer.notes);
             WidgetOptions options = noting(std::move(request.options.widget), answer.notes);
             if (!options.date) options.date = Date::now();
             const auto modelText = model ? std::optional<std::string_view>(model->text) : std::nullopt;

@@ -64,8 +64,16 @@ void refuseToOverwrite(const StreamRequest& request, const Pairing& beside) {
             throw UsageError("'" + *request.output + "' would be written over the " + what);
     };
     refuse(request.name, "document");
+    const WidgetFiles& files = *beside.files;
     if (request.modelFile) refuse(*request.modelFile, "model");
-    if (beside.files->settings) refuse(*beside.files->settings, "settings");
+    if (files.model) refuse(*files.model, "model");
+    if (files.settings) refuse(*files.settings, "settings");
+    const std::filesystem::path output = *request.output;
+    std::error_code error;
+    const auto folder = output.has_parent_path() ? output.parent_path() : std::filesystem::path(".");
+    if (files.modelsFolder && std::filesystem::equivalent(folder, *files.modelsFolder, error) &&
+        std::ranges::binary_search(files.models, *files.modelsFolder / output.filename()))
+        throw UsageError("'" + *request.output + "' would be written over a model");
 }
 
 /// Which options a line says itself, of those that take the place of others.

@@ -31,7 +31,7 @@ export class SaveDialog {
             ),
         );
         this.dialog.append(form);
-        cancel.addEventListener("click", () => this.dialog.close());
+        cancel.addEventListener("click", () => this.close());
         form.addEventListener("submit", (event) => {
             event.preventDefault();
             void this.save();
@@ -47,10 +47,14 @@ export class SaveDialog {
         this.field.input.select();
     }
 
+    close(): void {
+        this.dialog.close();
+    }
+
     private async save(): Promise<void> {
         try {
             await this.saving?.save(this.field.name);
-            this.dialog.close();
+            this.close();
         } catch (error) {
             this.field.fail((error as Error).message);
         }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
 // What the settings beside a document hold, and what was chosen on the page instead.
-import type { ProjectFile, Settings } from "./api";
+import type { FileText, ProjectFile, Settings } from "./api";
 import { fetchFile } from "./api";
 import { announce } from "./dom";
-import type { Appearances, FamilyModel, FamilyModels, State } from "./state";
+import type { Appearances, FamilyModels, State } from "./state";
 import { isZone } from "./zones";
 
 /** What both settings and the page's controls say. */
@@ -83,7 +83,9 @@ const written = (file: ProjectFile | undefined): string =>
 export async function readModels(file: ProjectFile | undefined): Promise<FamilyModels> {
     const families = Object.entries(file?.models ?? {});
     const paths = [...new Set(families.map(([, path]) => path))];
-    const read = new Map(await Promise.all(paths.map(async (path) => [path, await readModel(path)] as const)));
+    const read = new Map(
+        await Promise.all(paths.map(async (path) => [path, await readModel(path, "A family's model")] as const)),
+    );
     const models: FamilyModels = new Map();
     for (const [family, path] of families) {
         const model = read.get(path);
@@ -92,11 +94,12 @@ export async function readModels(file: ProjectFile | undefined): Promise<FamilyM
     return models;
 }
 
-async function readModel(path: string): Promise<FamilyModel | null> {
+/** A model, and where it lies; one that cannot be read is told. */
+export async function readModel(path: string, called: string): Promise<(FileText & { path: string }) | null> {
     try {
-        return { path, text: (await fetchFile(path)).text };
+        return { path, ...(await fetchFile(path)) };
     } catch (error) {
-        announce(`A family's model: ${(error as Error).message}`);
+        announce(`${called}: ${(error as Error).message}`);
         return null;
     }
 }

@@ -7,6 +7,15 @@ import type { Editor } from "./editor";
 
 export type Role = "document" | "model";
 
+/** A text on its way into a file. */
+export interface Sending {
+    role: Role;
+    /** As the file is to have it. */
+    text: string;
+    /** It has become a file; of no account where another text is shown by then. */
+    settle: (file: MadeFile) => void;
+}
+
 export const noText: FileText = { text: "", revision: "", isUtf8: true };
 
 const lastName = (path: string): string => path.slice(path.lastIndexOf("/") + 1);
@@ -20,6 +29,8 @@ export class Source {
     isUtf8 = true;
     /** What ends the file's lines; in editors it is always "\n". */
     private lineEnd = "\n";
+    /** How many texts were shown: what becomes of one is not to be told of the next. */
+    private shown = 0;
     /** A text that is to be drawn before the editor shows it. */
     private coming: string | null = null;
 
@@ -46,10 +57,6 @@ export class Source {
         return this.path === null && !this.isEmpty;
     }
 
-    get textOfFile(): string {
-        return this.text.replaceAll("\n", this.lineEnd);
-    }
-
     take(path: string | null, file: FileText): void {
         Object.assign(this, { path, name: path === null ? "none" : lastName(path) });
         this.coming = this.read(file);
@@ -61,12 +68,17 @@ export class Source {
         this.editor.replace(this.read({ ...noText, text }));
     }
 
-    /** The text has become a file. */
-    settle({ path, revision }: MadeFile): void {
-        Object.assign(this, { path, revision, name: lastName(path), saved: this.text });
+    /** What is sent is what the editor has now. */
+    send(): Sending {
+        const { role, text, shown } = this;
+        const settle = ({ path, revision }: MadeFile): void => {
+            if (shown === this.shown) Object.assign(this, { path, revision, name: lastName(path), saved: text });
+        };
+        return { role, text: text.replaceAll("\n", this.lineEnd), settle };
     }
 
     private read({ text, revision, isUtf8 }: FileText): string {
+        this.shown++;
         this.lineEnd = text.includes("\r\n") ? "\r\n" : "\n";
         this.saved = text.replaceAll(/\r\n?/g, "\n");
         Object.assign(this, { revision, isUtf8 });

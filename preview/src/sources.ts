@@ -9,8 +9,8 @@ import { FileList } from "./file_list";
 import { freeName } from "./name_field";
 import type { SaveDialog } from "./save_dialog";
 import type { HeldSettings } from "./settings";
-import { readModels } from "./settings";
-import type { Role } from "./source";
+import { readModel, readModels } from "./settings";
+import type { Role, Sending } from "./source";
 import { Source, noText } from "./source";
 import type { State } from "./state";
 
@@ -74,9 +74,9 @@ export class Sources {
         return this.state.files.find((file) => file.path === path);
     }
 
-    /** Whether what is not saved may be lost. */
+    /** Whether another document may be opened. */
     mayGo(): boolean {
-        return !this.isChanged || confirm("What you have changed is not saved. Open another document anyway?");
+        return mayLose(this.both, "Open another document anyway?");
     }
 
     /** Opens another document, if what is not saved may be lost. */
@@ -85,17 +85,14 @@ export class Sources {
         else this.update();
     }
 
+    /** Opens a document, without its model where that cannot be read; where it cannot be read itself, nothing changes. */
     async open(path: string): Promise<void> {
         try {
             const file = this.fileOf(path);
-            const model = file?.model ?? null;
-            const [text, modelText, models] = await Promise.all([
-                fetchFile(path),
-                model === null ? noText : fetchFile(model),
-                readModels(file),
-            ]);
+            const [text, model, models] = await Promise.all([fetchFile(path), usualModel(file), readModels(file)]);
+            this.saveDialog.close(); // it asks for the name of what is gone now
             this.document.take(path, text);
-            this.model.take(model, modelText);
+            this.model.take(model?.path ?? null, model ?? noText);
             this.settings.take(file, models);
             this.changed();
             for (const source of this.both) source.open();
@@ -103,6 +100,7 @@ export class Sources {
             byId("changed-on-disk").hidden = true;
         } catch (error) {
             announce((error as Error).message);
+            this.changed(); // the list names what is open, and not what was chosen
         }
     }
 
@@ -114,6 +112,8 @@ export class Sources {
 
     /** Shows a dropped text in place of the document or the model, until another document is opened. */
     drop(role: Role, name: string, text: string): void {
+        if (!mayLose([this[role]], `Show ${name} in place of the ${role} anyway?`)) return;
+        this.saveDialog.close();
         if (role === "document") this.settings.take(undefined, new Map());
         else this.state.models = new Map(); // as a model that a command line names, it is every family's
         this[role].drop(name, text);
@@ -126,13 +126,13 @@ export class Sources {
     async save(): Promise<void> {
         let isAll = true;
         for (const source of this.both) {
-            if (!source.path || !source.isChanged) continue;
+            const { path, revision } = source;
+            if (!path || !source.isChanged) continue;
             isAll = false;
-            const { text } = source;
+            const sent = source.send();
             try {
-                source.revision = await saveFile(source.path, source.textOfFile, source.revision);
-                source.saved = text;
-                announce(`Saved ${source.path}`);
+                sent.settle({ path, revision: await saveFile(path, sent.text, revision) });
+                announce(`Saved ${path}`);
             } catch (error) {
                 announce((error as Error).message);
             }
@@ -152,7 +152,10 @@ export class Sources {
             title: document ? "Save the document" : "Save the model",
             name: this.proposedName(),
             files: (stem) => made.map(({ role }) => (role === "document" ? `${stem}.json` : `${stem}.model.json`)),
-            save: async (name) => this.settle(made, await createFiles(name, textsOf(made))),
+            save: async (name) => {
+                const sent = made.map((source) => source.send());
+                await this.settle(sent, await createFiles(name, textsOf(sent)));
+            },
         });
     }
 
@@ -164,13 +167,14 @@ export class Sources {
     }
 
     /** Texts have become files; what belongs to them by their names now does. */
-    private async settle(made: Source[], files: MadeFile[]): Promise<void> {
-        made.forEach((source, i) => files[i] && source.settle(files[i]));
+    private async settle(sent: Sending[], files: MadeFile[]): Promise<void> {
+        sent.forEach((each, i) => files[i] && each.settle(files[i]));
         announce(`Saved ${files.map(({ path }) => path).join(" and ")}`);
         await this.listFiles();
         const file = this.fileOf(this.document.path);
-        if (this.model.path === null && file?.model) {
-            this.model.take(file.model, await fetchFile(file.model));
+        const model = this.model.path === null && this.model.isEmpty ? await usualModel(file) : null;
+        if (model) {
+            this.model.take(model.path, model);
             this.model.open();
         }
         await this.takeOthers();
@@ -197,7 +201,7 @@ export class Sources {
     /** Files have changed on disk. */
     async refresh(paths: string[]): Promise<void> {
         await this.listFiles();
-        if (!this.drawn && !this.isChanged) return this.start();
+        if (!this.drawn && !this.isChanged && !this.model.isWithoutFile) return this.start();
         const own = [...this.state.models.values()].map(({ path }) => path);
         await this.takeOthers(paths.some((path) => own.includes(path)));
         for (const source of this.both) if (source.path && paths.includes(source.path)) await this.reload(source);
@@ -248,9 +252,16 @@ function wantedPath(): string {
     }
 }
 
+/** The model that belongs to a document; nothing where it has none, or one that cannot be read. */
+const usualModel = async (file: ProjectFile | undefined) => (file?.model ? readModel(file.model, "The model") : null);
+
+/** Asks where something would be lost. */
+const mayLose = (sources: Source[], question: string): boolean =>
+    sources.every((source) => !source.isChanged) || confirm(`What you have changed is not saved. ${question}`);
+
 const setAddress = (path: string): void => history.replaceState(null, "", `#${encodeURIComponent(path)}`);
 
-function textsOf(sources: Source[]): { document: string | null; model: string | null } {
-    const textOf = (role: Role) => sources.find((source) => source.role === role)?.textOfFile ?? null;
+function textsOf(sent: Sending[]): { document: string | null; model: string | null } {
+    const textOf = (role: Role) => sent.find((each) => each.role === role)?.text ?? null;
     return { document: textOf("document"), model: textOf("model") };
 }

@@ -88,6 +88,9 @@ export class TimeBar {
         this.slider.setAttribute("aria-valuetext", text.slice(11));
         this.slider.style.setProperty("--part", String((clock % daySeconds) / daySeconds));
         if (document.activeElement !== this.field) this.field.value = text;
-        if (document.activeElement !== this.zone) this.zone.value = this.state.timeZone;
+        if (document.activeElement !== this.zone) {
+            this.zone.value = this.state.timeZone;
+            this.zone.setAttribute("aria-invalid", "false");
+        }
     }
 }

@@ -3,7 +3,7 @@
 // The preview and the files of a folder, in a real browser: how a widget begins, how texts become files, and what
 // settings hold.
 import assert from "node:assert/strict";
-import { readFile, readdir, writeFile } from "node:fs/promises";
+import { readFile, readdir, rename, writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { after, before, describe, test } from "node:test";
 import { drawn, drop, emptyFolder, launch, leastContrast, picture, redrawn, selected, serve, visit } from "./place.mjs";
@@ -20,13 +20,26 @@ const greeting = (content = "{{initServerParam.a}}") => ({
 
 const textOf = (content) => (typeof content === "string" ? content : JSON.stringify(content));
 
-/** A test in a folder of its own: shows it, works on the page, and makes sure that this had nothing to complain about. */
+/** Writes a file so that those who watch the folder see it whole. */
+async function write(folder, name, content) {
+    const hidden = join(folder, `.${name}`);
+    await writeFile(hidden, textOf(content));
+    await rename(hidden, join(folder, name));
+}
+
+/** The status with which a request was refused, or what else a page complains about. */
+const refusal = (complaint) => Number(/the server responded with a status of (\d+)/.exec(complaint)?.[1]) || complaint;
+
+/**
+ * A test in a folder of its own: shows it, works on the page, and makes sure that this had nothing to complain about
+ * but requests that are refused with these statuses.
+ */
 const on =
-    (files, document, work, viewport = { width: 1000, height: 460 }) =>
+    (files, document, work, { viewport = { width: 1000, height: 460 }, refused = [] } = {}) =>
     async () => {
         const { folder: path, remove } = await emptyFolder();
         const folder = {
-            write: (name, content) => writeFile(join(path, name), textOf(content)),
+            write: (name, content) => write(path, name, content),
             read: (name) => readFile(join(path, name), "utf8"),
             names: async () => (await readdir(path, { recursive: true })).sort(),
         };
@@ -35,16 +48,16 @@ const on =
         try {
             const { page, complaints, close } = await visit(browser, server.address, document, { viewport });
             await work(page, folder);
-            assert.deepEqual(
-                complaints.filter((each) => !/status of 40[039]/.test(each)),
-                [],
-            );
+            assert.deepEqual(complaints.map(refusal), refused);
             await close();
         } finally {
             assert.equal(await server.stop(), 0, "the program ends cleanly");
             await remove();
         }
     };
+
+/** Waits for a sentence at the foot of the page. */
+const announced = (page, sentence) => page.locator("#announcement", { hasText: sentence }).waitFor();
 
 const fault = (form, page) => page.locator(`${form} .fault`);
 
@@ -106,6 +119,7 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
                 assert.deepEqual(await folder.names(), []);
                 await name.fill("widgets/steps");
                 assert.equal(await fault("#welcome", page).textContent(), "");
+                const checked = page.waitForResponse((response) => response.url().endsWith("api/check"));
                 await page.keyboard.press("Enter");
                 await drawn(page);
                 assert.deepEqual(await folder.names(), [
@@ -117,73 +131,94 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
                 assert.match(page.url(), /#widgets%2Fsteps\.json$/);
                 assert.match(await page.locator("#model-tab").textContent(), /steps\.model\.json/);
                 assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-label")), "Document");
+                const findings = await (await checked).json();
+                assert.deepEqual(
+                    findings.filter(({ severity }) => severity !== "note"),
+                    [],
+                );
                 assert.equal(await page.locator(".problem").count(), 0);
             },
-            { width: 390, height: 800 },
+            { viewport: { width: 390, height: 800 }, refused: [403] },
         ),
     );
 
     test(
         "begins another widget from the header, and overwrites nothing",
-        on({ "ring.json": greeting("mine") }, "ring.json", async (page, folder) => {
-            await drawn(page);
-            await page.keyboard.press("Alt+n");
-            const dialog = page.getByRole("dialog", { name: "A new widget" });
-            await dialog.getByRole("radio", { name: /^ring A ring that shows/ }).check({ force: true });
-            const name = dialog.getByRole("textbox", { name: "Name" });
-            assert.equal(await name.inputValue(), "ring-2", "the other name is taken");
-            await name.fill("ring");
-            await page.keyboard.press("Enter");
-            await fault("#new-dialog", page).filter({ hasText: "'ring.json' is there already" }).waitFor();
-            assert.equal(await folder.read("ring.json"), JSON.stringify(greeting("mine")));
-            await page.keyboard.press("Escape");
-            assert.ok(await dialog.isHidden());
-            await page.click("#new");
-            await name.fill("rows");
-            await dialog.getByRole("radio", { name: /^rows/ }).check({ force: true });
-            await redrawn(page, () => dialog.getByRole("button", { name: "Make the widget" }).click());
-            assert.equal(await page.inputValue("#file"), "rows.json");
-            assert.equal((await folder.names()).length, 4);
-        }),
+        on(
+            { "ring.json": greeting("mine") },
+            "ring.json",
+            async (page, folder) => {
+                await drawn(page);
+                await page.keyboard.press("Alt+n");
+                const dialog = page.getByRole("dialog", { name: "A new widget" });
+                await dialog.getByRole("radio", { name: /^ring A ring that shows/ }).check({ force: true });
+                const name = dialog.getByRole("textbox", { name: "Name" });
+                assert.equal(await name.inputValue(), "ring-2", "the other name is taken");
+                await name.fill("ring");
+                await page.keyboard.press("Enter");
+                await fault("#new-dialog", page).filter({ hasText: "'ring.json' is there already" }).waitFor();
+                assert.equal(await folder.read("ring.json"), JSON.stringify(greeting("mine")));
+                await page.keyboard.press("Escape");
+                assert.ok(await dialog.isHidden());
+                await page.click("#new");
+                await name.fill("rows");
+                await dialog.getByRole("radio", { name: /^rows/ }).check({ force: true });
+                await redrawn(page, () => dialog.getByRole("button", { name: "Make the widget" }).click());
+                assert.equal(await page.inputValue("#file"), "rows.json");
+                assert.equal((await folder.names()).length, 4);
+            },
+            { refused: [409] },
+        ),
     );
 
     test(
         "saves what was typed under a new name, and overwrites nothing",
-        on({}, "", async (page, folder) => {
-            assert.ok(await page.isDisabled("#save"));
-            await page.click("#document-panel .cm-content");
-            await page.keyboard.insertText(JSON.stringify(greeting()));
-            await drawn(page);
-            assert.ok(await page.locator("#welcome").isHidden());
-            await page.keyboard.press("Alt+2");
-            await page.keyboard.insertText(`{"a": "typed"}`);
-            await drawn(page);
-            await page.keyboard.press("Control+s");
-            const name = page.getByRole("dialog", { name: "Save the document" }).getByRole("textbox", { name: "Name" });
-            assert.equal(
-                await page.locator("#save-dialog .hint").textContent(),
-                "Makes widget.json and widget.model.json",
-            );
-            await folder.write("hello.model.json", "mine");
-            await name.fill("hello");
-            await page.keyboard.press("Enter");
-            await fault("#save-dialog", page).filter({ hasText: "'hello.model.json' is there already" }).waitFor();
-            assert.deepEqual(await folder.names(), ["hello.model.json"]);
-            await name.fill("greeting");
-            await page.keyboard.press("Enter");
-            await page.waitForSelector("#save:disabled");
-            assert.ok(await page.locator("#save-dialog").isHidden());
-            assert.equal(await folder.read("greeting.json"), JSON.stringify(greeting()));
-            assert.equal(await folder.read("greeting.model.json"), `{"a": "typed"}`);
-            assert.equal(await folder.read("hello.model.json"), "mine");
-            assert.equal(await page.inputValue("#file"), "greeting.json");
-            await page.click("#model-panel .cm-content");
-            await page.keyboard.press("Control+End");
-            await page.keyboard.type(" ");
-            await page.keyboard.press("Control+s");
-            await page.waitForSelector("#save:disabled");
-            assert.equal(await folder.read("greeting.model.json"), `{"a": "typed"} `, "it is a file like others now");
-        }),
+        on(
+            {},
+            "",
+            async (page, folder) => {
+                assert.ok(await page.isDisabled("#save"));
+                await page.click("#document-panel .cm-content");
+                await page.keyboard.insertText(JSON.stringify(greeting()));
+                await drawn(page);
+                assert.ok(await page.locator("#welcome").isHidden());
+                await page.keyboard.press("Alt+2");
+                await page.keyboard.insertText(`{"a": "typed"}`);
+                await drawn(page);
+                await page.keyboard.press("Control+s");
+                const name = page
+                    .getByRole("dialog", { name: "Save the document" })
+                    .getByRole("textbox", { name: "Name" });
+                assert.equal(
+                    await page.locator("#save-dialog .hint").textContent(),
+                    "Makes widget.json and widget.model.json",
+                );
+                await folder.write("hello.model.json", "mine");
+                await name.fill("hello");
+                await page.keyboard.press("Enter");
+                await fault("#save-dialog", page).filter({ hasText: "'hello.model.json' is there already" }).waitFor();
+                assert.deepEqual(await folder.names(), ["hello.model.json"]);
+                await name.fill("greeting");
+                await page.keyboard.press("Enter");
+                await page.waitForSelector("#save:disabled");
+                assert.ok(await page.locator("#save-dialog").isHidden());
+                assert.equal(await folder.read("greeting.json"), JSON.stringify(greeting()));
+                assert.equal(await folder.read("greeting.model.json"), `{"a": "typed"}`);
+                assert.equal(await folder.read("hello.model.json"), "mine");
+                assert.equal(await page.inputValue("#file"), "greeting.json");
+                await page.click("#model-panel .cm-content");
+                await page.keyboard.press("Control+End");
+                await page.keyboard.type(" ");
+                await page.keyboard.press("Control+s");
+                await page.waitForSelector("#save:disabled");
+                assert.equal(
+                    await folder.read("greeting.model.json"),
+                    `{"a": "typed"} `,
+                    "it is a file like others now",
+                );
+            },
+            { refused: [409] },
+        ),
     );
 
     test(
@@ -279,6 +314,109 @@ describe("The preview and the files of its folder", { concurrency: 3 }, () => {
             const shared = await readFile(await download.path(), "utf8");
             assert.match(shared, /<summary>Model of systemSmall: small\.json<\/summary><pre>\{&quot;b&quot;:1\}/);
             assert.match(shared, /2026-11-21 22:00:00, Asia\/Kolkata,\nfor a screen of 430x932/);
+        }),
+    );
+
+    test(
+        "opens what can be read, and stays with it where something cannot",
+        on(
+            {
+                "a.json": greeting("a"),
+                "a.model.json": " ".repeat((8 << 20) + 1),
+                "b.json": greeting("b"),
+                "gone.json": greeting("c"),
+            },
+            "",
+            async (page) => {
+                await drawn(page);
+                assert.match(
+                    await page.textContent("#announcement"),
+                    /^The model: 'a\.model\.json' is larger than 8 MiB/,
+                );
+                assert.match(await page.textContent("#model-tab"), /none/);
+                assert.equal(await page.inputValue("#file"), "a.json");
+                // As one that was taken away and is still listed.
+                const message = "there is no 'gone.json'";
+                await page.route("**/api/file?path=gone.json", (route) =>
+                    route.fulfill({ status: 404, json: { message } }),
+                );
+                await page.selectOption("#file", "gone.json");
+                await announced(page, message);
+                assert.equal(await page.inputValue("#file"), "a.json", "which is still open");
+                await redrawn(page, () => page.selectOption("#file", "b.json"));
+                assert.equal(await page.textContent("#document-panel .cm-content"), JSON.stringify(greeting("b")));
+                await page.evaluate(() => history.replaceState(null, "", "#gone.json"));
+                await page.reload();
+                await page.waitForSelector("body.ready");
+                assert.equal(await page.locator("#file option").count(), 3, "others can be chosen");
+                assert.equal(await page.inputValue("#file"), "");
+                await page.selectOption("#file", "b.json");
+                await drawn(page);
+            },
+            { refused: [413, 404, 404] },
+        ),
+    );
+
+    test(
+        "asks before a dropped file takes the place of what was typed",
+        on({ "open.json": greeting("open") }, "open.json", async (page) => {
+            await drawn(page);
+            await page.click("#document-panel .cm-content");
+            await page.keyboard.press("Control+End");
+            await page.keyboard.type(" ");
+            const asked = (answer) =>
+                page.waitForEvent("dialog").then(async (dialog) => (await dialog[answer](), dialog.message()));
+            const other = JSON.stringify(greeting("other"));
+            const text = () => page.textContent("#document-panel .cm-content");
+            const [refused] = await Promise.all([asked("dismiss"), drop(page, "other.json", other)]);
+            assert.match(refused, /not saved.*other\.json/);
+            assert.equal(await text(), `${JSON.stringify(greeting("open"))} `);
+            await redrawn(page, () => drop(page, "model.json", "{}")); // where nothing was typed
+            await redrawn(page, () => Promise.all([asked("accept"), drop(page, "other.json", other)]));
+            assert.equal(await text(), other);
+        }),
+    );
+
+    test(
+        "saves what was sent, whatever is opened meanwhile",
+        on({ "other.json": greeting("other") }, "other.json", async (page, folder) => {
+            await drawn(page);
+            const goTo = (path) => page.evaluate((path) => (location.hash = path), path);
+            const dialog = page.getByRole("dialog", { name: "Save the document" });
+            await redrawn(page, () => drop(page, "mine.json", JSON.stringify(greeting("mine"))));
+            await page.keyboard.press("Control+s");
+            await dialog.waitFor();
+            await redrawn(page, () => goTo("other.json"));
+            assert.ok(await dialog.isHidden(), "what it asked for is not there any more");
+            await redrawn(page, () => drop(page, "mine.json", JSON.stringify(greeting("mine"))));
+            await page.keyboard.press("Control+s");
+            await page.route("**/api/create", async (route) => {
+                await redrawn(page, () => goTo("other.json"));
+                await route.continue();
+            });
+            await dialog.getByRole("button", { name: "Save" }).click();
+            await page.locator("#file option", { hasText: "mine.json" }).waitFor({ state: "attached" });
+            await announced(page, "Saved mine.json");
+            assert.equal(await page.inputValue("#file"), "other.json");
+            assert.ok(await page.isDisabled("#save"), "nothing of it was changed");
+            assert.equal(await folder.read("mine.json"), JSON.stringify(greeting("mine")));
+            assert.equal(await folder.read("other.json"), JSON.stringify(greeting("other")));
+        }),
+    );
+
+    test(
+        "keeps a dropped model when the first file appears",
+        on({}, "", async (page, folder) => {
+            await drop(page, "model.json", `{"a": "dropped"}`);
+            await announced(page, "model.json is shown as the model");
+            // When the second is listed, the first would long have been opened.
+            for (const name of ["first.json", "second.json"]) {
+                await folder.write(name, greeting());
+                await page.locator("#file option", { hasText: name }).waitFor({ state: "attached" });
+            }
+            assert.equal(await page.textContent("#model-panel .cm-content"), `{"a": "dropped"}`);
+            await page.selectOption("#file", "first.json");
+            await drawn(page);
         }),
     );
 });

@@ -157,6 +157,12 @@ test("draws any moment, and lets the clock run", () =>
             await page.keyboard.press("Tab");
         });
         assert.match(await page.inputValue("#time-field"), /^\d{4}-\d\d-\d\dT\d\d:\d\d/);
+        await page.fill("#time-zone", "Nowhere");
+        await page.keyboard.press("Tab");
+        assert.equal(await page.getAttribute("#time-zone", "aria-invalid"), "true");
+        await redrawn(page, () => page.click("#now"));
+        assert.equal(await page.inputValue("#time-zone"), "Asia/Kolkata");
+        assert.equal(await page.getAttribute("#time-zone", "aria-invalid"), "false");
         await page.selectOption("#time-speed", "3600");
         await page.click("#play");
         const running = await picture(page);

@@ -442,6 +442,14 @@ TEST_F(Check, FixesNothingThatDoesHarmWithAnotherModel) {
     place.write("w.models/1.json", R"({"other": "x", "name": "x"})");
     EXPECT_EQ(place.run({"check", "w.json", "--fix"}).status, 0);
     EXPECT_EQ(place.read("w.json"), document("name"));
+    // Nobody refers to the text, so that each model's wish is only a warning.
+    const std::string unused = R"({"version": "1.0", "nodes": {"main": {"type": "color", "value": "#000000"}, )"
+                               R"("unused": {"type": "text", "content": "{{initServerParam.nmae}}"}}})";
+    place.write("w.json", unused);
+    place.write("w.models/1.json", R"({"nmae": "x"})");
+    const Finished finished = place.run({"check", "w.json", "--fix"});
+    EXPECT_THAT(finished.err, ::testing::Not(HasSubstr("fixed"))) << "and not to and fro";
+    EXPECT_EQ(place.read("w.json"), unused);
 }
 
 TEST_F(Check, MendsNothingWhileAModelCannotBeRead) {

@@ -165,16 +165,23 @@ TEST(Lines, TellWhichOneADocumentFailsWith) {
     EXPECT_THAT(pictures(place), ElementsAre("out/1.png", "out/index.json"));
 }
 
-TEST(Lines, AreNotDrawnWithoutTheirDocuments) {
+TEST(Lines, AreDrawnWithTheDocumentsThatCanBe) {
     const Workplace place;
     place.write("w.json", hello);
     place.write("bad.json", broken);
+    place.write("odd.json", hello);
+    place.write("odd.widget.toml", "familys = []");
     place.write("people.jsonl", "{}\n{}\n");
-    const Finished finished = place.run({"render", "w.json", "bad.json", "--models", "people.jsonl", "-o", "out"});
+    const Finished finished =
+        place.run({"render", "bad.json", "w.json", "odd.json", "--models", "people.jsonl", "-o", "out"});
     EXPECT_EQ(finished.status, 1);
-    EXPECT_THAT(finished.err, StartsWith("bad.json:4:"));
-    EXPECT_EQ(finished.err.find("error:"), finished.err.rfind("error:")) << "said once";
-    EXPECT_FALSE(place.has("out"));
+    EXPECT_THAT(finished.err, AllOf(HasSubstr("bad.json:4:"), HasSubstr("odd.widget.toml:1:1: error: ")));
+    EXPECT_EQ(finished.err.find("bad.json:4:"), finished.err.rfind("bad.json:4:")) << "said once";
+    EXPECT_THAT(pictures(place),
+                ElementsAre("out/index.json", "out/w/systemMedium-light@3x-1.png", "out/w/systemMedium-light@3x-2.png"))
+        << "called as where all are drawn";
+    EXPECT_EQ(place.run({"render", "bad.json", "odd.json", "--models", "people.jsonl", "-o", "none"}).status, 1);
+    EXPECT_FALSE(place.has("none"));
 }
 
 TEST(Lines, MayBeDrawnAgain) {

@@ -203,6 +203,8 @@ TEST(Render, NeverWritesOverWhatItReads) {
         {"a link to the document", {"render", "a.json", "-o", "link.png"}},
         {"a document that is a link", {"render", "link.png", "--format", "png", "-o", "a.json"}},
         {"a link that leads nowhere else", {"render", "link.png"}},
+        {"the model beside it", {"render", "b.json", "--format", "png", "-o", "b.model.json"}},
+        {"the settings", {"render", "b.json", "--format", "png", "-o", "widget.toml"}},
         {"the model", {"render", "b.json", "--model", "m.json", "--format", "pdf", "-o", "m.json"}},
         {"standard input", {"render", "-", "-o", "in.png"}},
         {"one of several", {"render", "b.json", "link.png", "-o", "."}},
@@ -218,6 +220,8 @@ TEST(Render, NeverWritesOverWhatItReads) {
     for (const char* name : {"a.json", "b.json", "index.json", "in.png", "b/systemMedium-light@3x.json"})
         place.write(name, hello);
     place.write("m.json", "{}");
+    place.write("b.model.json", "{}");
+    place.write("widget.toml", "background = \"none\"");
     place.write("sub/readme", "");
     for (const char* link : {"link.png", "f2.png"}) std::filesystem::create_symlink("a.json", place.path(link));
     const std::vector<std::string> before = place.files();

@@ -256,6 +256,7 @@ TEST(Stream, LooksForPicturesBesideADocumentUnlessTheyAreFetched) {
 TEST(Stream, SaysWhatIsWrongBesideADocument) {
     const Workplace place;
     place.write("w.json", greeting);
+    EXPECT_THAT(answerTo(place, R"({"name": "w.json", "output": "o.png"})"), HasSubstr("but no model"));
     place.write("w.widget.toml", "families = [\"systemSmall\"]\nfamilys = []");
     EXPECT_EQ(
         answerTo(place, R"({"name": "w.json", "output": "o.png"})", 1),
@@ -265,13 +266,17 @@ TEST(Stream, SaysWhatIsWrongBesideADocument) {
     EXPECT_THAT(answerTo(place, R"({"name": "w.json", "output": "o.png"})", 1),
                 HasSubstr(R"("type":"IOError","message":"cannot read 'gone.json': No such file)"));
     place.write("w.widget.toml", "background = \"none\"");
-    for (const char* const file : {"w.widget.toml", "w.model.json"}) {
-        place.write("w.model.json", R"({"a": "x"})");
-        EXPECT_THAT(
-            answerTo(place,
-                     R"({"name": "w.json", "options": {"format": "png"}, "output": ")" + std::string(file) + "\"}", 1),
-            HasSubstr("would be written over the "));
-    }
+    for (const char* const file : {"w.widget.toml", "w.model.json", "w.models/other.json"})
+        for (const char* const model : {"", R"(, "model": {"a": "mine"})"}) {
+            place.write("w.model.json", R"({"a": "x"})");
+            place.write("w.models/other.json", R"({"a": "x"})");
+            EXPECT_THAT(answerTo(place,
+                                 R"({"name": "w.json", "options": {"format": "png"}, "output": ")" + std::string(file) +
+                                     "\"" + model + "}",
+                                 1),
+                        HasSubstr("would be written over "))
+                << file << model;
+        }
 }
 
 TEST(Stream, FailsForMissingPicturesWhereThatIsAsked) {

@@ -306,7 +306,8 @@ std::string firstAnswer(const std::vector<FileDescriptor>& sockets) {
 
 TEST(PreviewServer, BoundsAllBodiesTogether) {
     const RunningServer running(echo);
-    const std::string most(16777215, 'x');  // all of a body but its last byte
+    const std::size_t largest = std::size_t{16} << 20;
+    const std::string most(largest - 1, 'x');
     std::vector<FileDescriptor> senders;
     for (int i = 0; i < 4; ++i) senders.push_back(running.begin(post + "Content-Length: 16777216\r\n\r\n" + most));
     senders.push_back(running.begin(post + "Content-Length: 1000\r\n\r\n" + std::string(999, 'x')));
