@@ -43,11 +43,7 @@ bool ServedPicture::holdsAt(Date now) const {
 std::string entityTag(std::string_view bytes) {
     XXH128_canonical_t digest;
     XXH128_canonicalFromHash(&digest, XXH3_128bits(bytes.data(), bytes.size()));
-    std::string text = base64({reinterpret_cast<const char*>(digest.digest), sizeof digest.digest});
-    text.erase(text.find_last_not_of('=') + 1);
-    std::replace(text.begin(), text.end(), '+', '-');
-    std::replace(text.begin(), text.end(), '/', '_');
-    return "\"" + text + "\"";
+    return "\"" + base64URL({reinterpret_cast<const char*>(digest.digest), sizeof digest.digest}) + "\"";
 }
 
 bool matchesTag(std::string_view ifNoneMatch, std::string_view tag) {

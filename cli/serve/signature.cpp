@@ -16,14 +16,6 @@ constexpr std::string_view signatureMember = "s=";
 constexpr std::string_view expiresMember = "expires=";
 constexpr std::size_t maximumExpiresDigits = 15;
 
-std::string base64url(std::string_view bytes) {
-    std::string text = base64(bytes);
-    while (text.ends_with('=')) text.pop_back();
-    std::ranges::replace(text, '+', '-');
-    std::ranges::replace(text, '/', '_');
-    return text;
-}
-
 /// Takes all of both, however early they differ.
 bool areSame(std::string_view one, std::string_view other) {
     if (one.size() != other.size()) return false;
@@ -112,7 +104,7 @@ SigningKeys SigningKeys::read(const std::string& path) { return {readInput(path,
 
 bool SigningKeys::isMadeByAny(std::string_view text, std::string_view signature) const {
     bool isMade = false;
-    for (const HMACKey& key : keys_) isMade |= areSame(base64url(key.code(text)), signature);
+    for (const HMACKey& key : keys_) isMade |= areSame(base64URL(key.code(text)), signature);
     return isMade;
 }
 
@@ -146,7 +138,7 @@ std::string SigningKeys::sign(std::string_view target, std::optional<std::uint64
     std::string text(target);
     const auto separator = [&] { return text.find('?') == std::string::npos ? '?' : '&'; };
     if (expires) text.append(1, separator()).append(expiresMember).append(std::to_string(*expires));
-    const std::string signature = base64url(keys_.front().code(text));
+    const std::string signature = base64URL(keys_.front().code(text));
     return text.append(1, separator()).append(signatureMember).append(signature);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tavrin/platform/foundation/strings/base64.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace tavrin {
@@ -17,6 +18,14 @@ std::string base64(std::string_view bytes) {
             bits = bits << 8 | (i < group.size() ? static_cast<unsigned char>(group[i]) : 0U);
         for (std::size_t i = 0; i < 4; ++i) text += i <= group.size() ? digits[bits >> (18 - 6 * i) & 63] : '=';
     }
+    return text;
+}
+
+std::string base64URL(std::string_view bytes) {
+    std::string text = base64(bytes);
+    while (text.ends_with('=')) text.pop_back();
+    std::ranges::replace(text, '+', '-');
+    std::ranges::replace(text, '/', '_');
     return text;
 }
 
